@@ -15,10 +15,7 @@ namespace
 constexpr int LengthSize = 4;
 
 // An empty name is the folder itself, which no open accepts.
-QString cachePath(const QString &fileName)
-{
-    return dataRoot() + QStringLiteral("/Device_Info/") + fileName;
-}
+QString cachePath(const QString &fileName) { return dataRoot() + QStringLiteral("/Device_Info/") + fileName; }
 
 } // namespace
 

@@ -353,7 +353,7 @@ private slots:
         deliver(18, 0, {});
         QCOMPARE(SelectedDevice::info().MouseVersion, QStringLiteral("v1.0A"));
         QCOMPARE(hub->lines, QStringList{"setver 0"});
-        QCOMPARE(RegistryStore::instance().mouseVersion(QStringLiteral("18"), QStringLiteral("7")),
+        QCOMPARE(RegistryStore::instance().value(registry::BaseGroup, QStringLiteral("MouseVer187")),
                  QStringLiteral("v1.0A"));
     }
 
