@@ -66,6 +66,9 @@ bool Emulator::start(const std::string &folder, std::string &error)
     serving_ = true;
     world_.scene.run(Clock::now());
     apply();
+    // What happened before there was a bus is nobody's news.
+    for (auto &[id, traffic] : world_.traffic)
+        traffic.clear();
     thread_ = std::thread(&Emulator::loop, this);
     return true;
 }
