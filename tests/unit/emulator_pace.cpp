@@ -71,7 +71,7 @@ TEST(EmulatorLane, WithoutPacingNothingWaitsOrPilesUp)
     EXPECT_EQ(takeAll(lane, start, false), 1000);
     lane.push(0, start);
     EXPECT_LE(*lane.nextDue(true), start + milliseconds(1));
-    EXPECT_EQ(lane.nextDue(false), Clock::time_point::min());
+    EXPECT_LE(*lane.nextDue(false), start);
 }
 
 TEST(EmulatorLane, KeepsTheOrder)
