@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Everything process-wide that describes the selected device. The main thread, the worker, the layer's
+// callback thread and its hot-plug thread all read and write it: each flag has one meaning and is an
+// atomic, the record has one lock (DeviceRecord), the selection another (SelectedDevice).
+#pragma once
+
+#include "device/record/DeviceAllInfo.h"
+
+#include <atomic>
+#include <mutex>
+
+#include <QString>
+#include <vector>
+
+// Milliseconds within which changes of the attached devices become one call of a watch.
+constexpr int UsbSettleMs = 600;
+
+inline std::atomic<bool> MouseOnline{false};          // last answer to the on-line question
+inline std::atomic<bool> ReadStartedOnline{false};    // MouseOnline when the last connection was started
+inline std::atomic<bool> DataLoaded{false};           // a full read has been distributed
+inline std::atomic<bool> WorkerArmed{false};          // a pass of the worker may do something
+inline std::atomic<bool> RestartWorker{false};        // start the worker as soon as the mouse is on line
+inline std::atomic<bool> AwaitingMouse{false};        // the mouse is away and is polled for
+inline std::atomic<bool> ConfigChanged{false};        // the device asked for a whole new read
+inline std::atomic<bool> SettingsBusy{false};         // an import or reset runs its own wait dialog
+inline std::atomic<bool> ClearBlocksAfterRead{false}; // the next full read follows a reset: clear blocks
+inline std::atomic<bool> SkipReceiverQuery{false};    // the same: do not ask the receiver
+inline std::atomic<bool> FullReadPending{false};      // the pages are being fed
+inline std::atomic<bool> DeviceMatched{false};        // the hot-plug rebuild met the selected device
+inline std::atomic<int32_t> OnDevicePage{0};          // 1 while the device page shows
+inline std::atomic<bool> UiArmed{false};              // page slots act on input
+inline std::atomic<bool> NotUpgrading{true};          // false while firmware is being written
+inline std::atomic<bool> UpdateBusy{false};           // an upgrade is under way
+inline std::atomic<bool> UpgradeDialogOpen{false};    // the upgrade dialog shows
+inline std::atomic<bool> SensorPageBusy{false};       // the page fills its widgets from a record
+inline std::atomic<bool> LightPageBusy{false};
+inline std::atomic<bool> ButtonPageBusy{false};
+inline std::atomic<bool> SensorPageLoaded{false}; // the page has finished a load from a full read
+inline std::atomic<bool> LightPageLoaded{false};
+inline std::atomic<bool> ButtonPageLoaded{false};
+inline std::atomic<int32_t> BatteryAsNumber{0}; // 1: the battery is shown as a number
+inline std::atomic<int32_t> OffLineKind{0};     // which text the off-line notice shows
+inline std::atomic<int32_t> ImportResult{0};    // of the last check of an image file
+inline std::atomic<int32_t> LanguageIndex{0};   // current language
+
+// The device in use and the cache names that go with it. Copies in, copies out.
+class SelectedDevice
+{
+public:
+    static DeviceAllInfo info();
+    // Takes the whole entry; the handle of the layer stays where it points.
+    static void set(const DeviceAllInfo &info);
+    static void setOnline(bool online);
+    static void setMouseVersion(const QString &version);
+
+    static QString cacheName(); // CacheName: set at selection
+    static void setCacheName(const QString &name);
+    static QString imageName(); // ImageName: set when a full read ends
+    static void setImageName(const QString &name);
+};
+
+// CurrentDevicePath: the handle that nearly every call of the layer takes. The characters stay valid
+// until the process ends. Before any selection it names no device.
+const char *CurrentDevicePath();
+void pointCurrentDeviceAt(const QString &path);
+void pointCurrentDeviceAtNothing();
+
+// The catalogue section of a device, and "Device_CID12_MID06.bin".
+QString driveSection(const DeviceAllInfo &info);
+QString imageFileName(uint8_t cid, uint8_t mid);
+
+// DeviceList: what the device page's search found last. Copies in, copies out.
+std::vector<DeviceAllInfo> deviceList();
+void setDeviceList(const std::vector<DeviceAllInfo> &list);
+
+// Everything as at the start of the process.
+void resetDeviceState();

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Worker: makes one short pass on a thread of its own each time it is started. A pass opens the
+// connection to the selected device and asks for a full read, or feeds the pages from the cache when
+// the mouse is away. The object lives on the main thread, so its slots run there; only run() does not.
+// One exists, made by the binding page.
+#pragma once
+
+#include "device/record/DeviceAllInfo.h"
+
+#include <QThread>
+#include <QTimer>
+#include <atomic>
+
+class Worker : public QThread
+{
+    Q_OBJECT
+
+public:
+    explicit Worker(QObject *parent = nullptr);
+    ~Worker() override;
+
+    // The one worker, or null before and after its life.
+    static Worker *instance();
+
+    // Main thread or a callback: arms a pass and starts the thread. A pass that runs goes on.
+    void startPass();
+
+    // Main thread: ends the offline watch and waits for a running pass, turning the event loop meanwhile,
+    // since the pass may be delivering to it.
+    void shutDown();
+
+    // The offline watch, 1,300 ms, main thread. A reset stops it for its time.
+    QTimer &checkTimer() { return CheckTimer; }
+
+public slots:
+    void SlotSelectMouseInfo(DeviceAllInfo SelectInfo);
+    void SlotMainPageChange();
+    void SlotCheckOnline();
+
+protected:
+    void run() override;
+
+private:
+    bool nothingNew(const DeviceAllInfo &selected) const;
+    void pass(const DeviceAllInfo &selected);
+    void announceLoad();
+    void feedFromCache();
+
+    QTimer CheckTimer;
+    std::atomic<unsigned> requestedPasses{0};
+    std::atomic<unsigned> begunPasses{0}; // requests that the latest pass has seen
+    uint16_t lastKind = 0;                // of the last pass
+    QString lastPath;                     // of the last pass
+};
