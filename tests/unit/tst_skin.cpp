@@ -204,7 +204,7 @@ void tst_skin::textCanBeRead_data()
         QTest::addRow("DialogChange/DisOnlin%d", model) << QRect(12, 308, 260, 40) << true;
     }
     QTest::newRow("DialogChange/Unknow") << QRect(12, 308, 260, 40) << true;
-    QTest::newRow("DialogChange/MainBack") << QRect(80, 8, 932, 684) << true;
+    QTest::newRow("DialogChange/MainBack") << QRect(8, 52, 1004, 640) << true;
     QTest::newRow("Dialog/BackGround") << QRect(8, 8, 1004, 684) << true;
     QTest::newRow("DialogChange/ComboboxBack") << QRect(6, 4, 118, 22) << true;
     QTest::newRow("DialogChange/ComboboxTextBack") << QRect(6, 4, 118, 120) << true;
