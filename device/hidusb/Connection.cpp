@@ -86,11 +86,20 @@ void Connection::order(const Order &order)
 void Connection::update(const FlashImage &wanted)
 {
     const std::lock_guard lock(mutex_);
-    if (!mirror_.want(wanted))
-        return;
-    resting_ = false;
+    if (awaitsProfile())
+        later_ = wanted;
+    else if (mirror_.want(wanted))
+        resting_ = false;
     changed_.notify_all();
 }
+
+// After these the mouse holds something else than before.
+static bool changesProfile(const Order &order)
+{
+    return order.command == Command::ConfigSelect || order.command == Command::ClearSettings;
+}
+
+bool Connection::awaitsProfile() const { return std::any_of(orders_.begin(), orders_.end(), changesProfile); }
 
 bool Connection::finishWrites()
 {
@@ -130,7 +139,6 @@ void Connection::work()
             writeNext(lock, UsualTries);
         } else {
             const Order order = orders_.front();
-            orders_.pop_front();
             carryOut(lock, order);
         }
     }
@@ -146,15 +154,21 @@ void Connection::carryOut(Lock &lock, const Order &order)
             writeNext(lock, 1); // what was given before a read goes out before it
         answered = readFlash(lock, order.address, order.argument > 0 ? order.argument : FlashSize);
     } else {
-        // What is wanted of the one profile isn't wanted of the other.
-        if (order.command == Command::ConfigSelect || order.command == Command::ClearSettings)
-            mirror_.settle();
         lock.unlock();
         answered = request(order);
         lock.lock();
     }
     if (answered)
         resting_ = false;
+    orders_.pop_front(); // only now: an update meanwhile belongs behind it
+    if (changesProfile(order) && !awaitsProfile()) {
+        // What is wanted of the one profile isn't wanted of the other. What is known of the one still serves
+        // to find an edit that comes before the next full read.
+        mirror_.settle();
+        if (later_)
+            mirror_.want(*later_);
+        later_.reset();
+    }
 }
 
 std::optional<wire::Report> Connection::ask(const wire::Report &request, int tries)

@@ -43,6 +43,7 @@ private:
 
     void work();
     bool hasWork() const;
+    bool awaitsProfile() const;
     void carryOut(Lock &lock, const Order &order);
     void writeNext(Lock &lock, int tries);
     bool readFlash(Lock &lock, uint16_t address, std::size_t size);
@@ -61,6 +62,7 @@ private:
     std::condition_variable changed_;
     std::deque<Order> orders_;
     FlashMirror mirror_;
+    std::optional<FlashImage> later_; // wanted once the profile orders in the row are carried out
     bool resting_ = false; // the last write stayed without a good answer
     bool retry_ = false;   // it is to be tried once more
 };

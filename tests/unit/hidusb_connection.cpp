@@ -32,10 +32,17 @@ protected:
     {
         start();
         UsbServer_ReadAllFlashData();
-        ASSERT_TRUE(messages.waitFor(1));
-        ProtocolDataParser(messages.all()[0].payload.data(), record.get());
+        ASSERT_TRUE(eventually([this] { return !lastFullRead().empty(); }));
+        ProtocolDataParser(lastFullRead().data(), record.get());
         messages.clear();
         device.clearRequests();
+    }
+    std::vector<uint8_t> lastFullRead() const
+    {
+        const auto all = messages.all();
+        const auto last = std::find_if(all.rbegin(), all.rend(),
+                                       [](const Message &m) { return m.payload.size() == FlashSize; });
+        return last != all.rend() ? last->payload : std::vector<uint8_t>();
     }
 
     void edit(uint8_t rate)
@@ -530,6 +537,7 @@ TEST_F(Connection, NoticesGoToTheNewestConnection)
 TEST_F(Connection, EverythingMayBeCalledFromInsideTheCallback)
 {
     std::atomic<int> round{0};
+    std::atomic<int> finished{0};
     const std::string path = device.path();
     messages.setHook([&](const Message &message) {
         if (message.code() != 8 || message.payload.size() != FlashSize)
@@ -542,6 +550,7 @@ TEST_F(Connection, EverythingMayBeCalledFromInsideTheCallback)
         int32_t count = 5;
         UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0005", &count);
         EXPECT_EQ(count, 1);
+        ++finished;
         if (round < 5) {
             UsbServer_Exit();
             UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
@@ -550,6 +559,7 @@ TEST_F(Connection, EverythingMayBeCalledFromInsideTheCallback)
     });
     start();
     UsbServer_ReadAllFlashData();
+    EXPECT_TRUE(eventually([&finished] { return finished == 5; }));
     EXPECT_TRUE(rateBecomes(5));
     messages.setHook(nullptr);
 }
@@ -595,6 +605,10 @@ TEST_F(Connection, ManyThreadsMayCallAtOnce)
     }
     for (std::thread &thread : threads)
         thread.join();
+    UsbServerC_Start(device.path().c_str(), device.path().c_str(), logMessage<1>);
+    UsbServer_ReadVersion();
+    ASSERT_TRUE(messageLog<1>().waitFor(1)); // the last message of the others is through
+    messages.clear();
     load();
     edit(201);
     EXPECT_TRUE(rateBecomes(201));
