@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/DeviceSearch.h"
 
-#include "catalogue/config/ConfigReader.h"
+#include "catalogue/config/DeviceCatalogue.h"
 #include "device/hidusb/HIDUsb.h"
 
 namespace
@@ -13,14 +13,12 @@ constexpr int32_t PathsPerPair = 5;
 constexpr int32_t SettingsInterface = 1;
 constexpr int32_t SettingsUsage = 5;
 
-const QString Option = QStringLiteral("Option");
-
 const char *const ProductIdKeys[] = {"USB_PID", "Wireless_PID", "Wireless2_PID", "Wireless4_PID",
                                      "Wireless8_PID"};
 
 QStringList optionList(const char *key)
 {
-    QStringList list = ConfigReader::instance().ReadConfigList(Option, QLatin1String(key));
+    QStringList list = DeviceCatalogue().optionList(key);
     list.removeAll(QString());
     return list;
 }
@@ -34,19 +32,6 @@ bool askIdentity(const QByteArray &path, DeviceIdentity &identity)
             return true;
     }
     return false;
-}
-
-// The catalogue index of the first model with these ids, or -1.
-int findModel(const DeviceIdentity &identity, int total)
-{
-    const ConfigReader &config = ConfigReader::instance();
-    if (config.ReadConfig(Option, QStringLiteral("CID")).toInt() != identity.Cid)
-        return -1;
-    for (int n = 1; n <= total; ++n)
-        if (config.ReadConfig(QStringLiteral("Drive%1").arg(n), QStringLiteral("MID")).toInt() ==
-            identity.Mid)
-            return n - 1;
-    return -1;
 }
 
 QString descriptorVersion(const QByteArray &path)
@@ -82,10 +67,7 @@ void appendPair(std::vector<DeviceAllInfo> &found, DeviceFinder finder, const QS
 
 } // namespace
 
-int unknownIndex()
-{
-    return ConfigReader::instance().ReadConfig(Option, QStringLiteral("DeviceTotal")).toInt();
-}
+int unknownIndex() { return DeviceCatalogue().total(); }
 
 DeviceMatch identifyDevice(DeviceAllInfo &device)
 {
@@ -98,8 +80,8 @@ DeviceMatch identifyDevice(DeviceAllInfo &device)
     device.DriveIndex = total;
     if (!ready)
         return DeviceMatch::Unknown;
-    const int model = findModel(identity, total);
-    if (model < 0)
+    const int model = DeviceCatalogue().find(identity.Cid, identity.Mid);
+    if (model == total)
         return total >= 1 ? DeviceMatch::Unknown : DeviceMatch::LeftOut;
     device.Cid = identity.Cid;
     device.Mid = identity.Mid;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/DeviceState.h"
 
+#include "catalogue/config/DeviceCatalogue.h"
 #include "device/DeviceRecord.h"
 
 #include <set>
@@ -69,7 +70,7 @@ void pointCurrentDeviceAt(const QString &path)
 
 void pointCurrentDeviceAtNothing() { selection().path = NoDevice; }
 
-QString driveSection(const DeviceAllInfo &info) { return QStringLiteral("Drive%1").arg(info.DriveIndex + 1); }
+QString driveSection(const DeviceAllInfo &info) { return DeviceCatalogue::section(info.DriveIndex); }
 
 QString imageFileName(uint8_t cid, uint8_t mid)
 {

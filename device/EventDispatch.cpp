@@ -3,7 +3,7 @@
 #include "device/EventDispatch.h"
 
 #include "app/hub/PostMsg.h"
-#include "catalogue/config/ConfigReader.h"
+#include "catalogue/config/DeviceCatalogue.h"
 #include "catalogue/config/RegistryStore.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
@@ -46,9 +46,9 @@ Allocations &allocations()
 
 PostMsg *hub() { return PostMsg::instance(); }
 
-QStringList driveList(const QString &key)
+QStringList driveList(const QByteArray &key)
 {
-    return ConfigReader::instance().ReadConfigList(driveSection(SelectedDevice::info()), key);
+    return DeviceCatalogue().list(SelectedDevice::info().DriveIndex, key.constData());
 }
 
 void announceColor()
@@ -79,7 +79,7 @@ void askReceiver()
 void collectKeptSlots()
 {
     for (int key = 1; key <= 6; ++key) {
-        const QStringList list = driveList(QStringLiteral("KeyParam%1").arg(key));
+        const QStringList list = driveList("KeyParam" + QByteArray::number(key));
         if (!list.isEmpty() && list.first() == QLatin1String("0x05"))
             allocations().keptSlots.push_back(key - 1);
     }
@@ -190,7 +190,7 @@ void onMemory(const Message &message)
 
 void restoreReceiverDefaults()
 {
-    const QStringList defaults = driveList(QStringLiteral("Adveanced"));
+    const QStringList defaults = driveList("Adveanced");
     const QString longRange = defaults.value(0);
     const int scheme = defaults.value(1).toInt();
     if (scheme >= 1 && !SelectedDevice::info().Usb) {
@@ -256,9 +256,11 @@ void onVersion(const Message &)
     const QString version = versionText(UsbFinderC_GetVersion(selected.DevicePath.toLocal8Bit().constData()));
     SelectedDevice::setMouseVersion(version);
     emit hub()->SigSetver(0);
-    ConfigReader &config = ConfigReader::instance();
-    RegistryStore::setMouseVersion(config.ReadConfig(QStringLiteral("Option"), QStringLiteral("CID")),
-                                   config.ReadConfig(driveSection(selected), QStringLiteral("MID")), version);
+    const DeviceCatalogue catalogue;
+    RegistryStore::instance().setValue(
+        registry::BaseGroup,
+        registry::mouseVersionName(catalogue.option("CID"), catalogue.number(selected.DriveIndex, "MID")),
+        version);
 }
 
 void onColorChanged(const Message &) { emit hub()->SigRGBValue(&allocations().color); }

@@ -15,10 +15,7 @@ namespace
 constexpr int LengthSize = 4;
 
 // An empty name is the folder itself, which no open accepts.
-QString cachePath(const QString &fileName)
-{
-    return DataRoot::path(QStringLiteral("/Device_Info/")) + fileName;
-}
+QString cachePath(const QString &fileName) { return dataRoot() + QStringLiteral("/Device_Info/") + fileName; }
 
 } // namespace
 
@@ -40,5 +37,5 @@ void ImageCacheWrite(const QString &fileName, const FlashDataMap &record)
     QByteArray bytes(LengthSize, '\0');
     qToBigEndian<quint32>(sizeof record, bytes.data());
     bytes.append(reinterpret_cast<const char *>(&record), sizeof record);
-    SafeFile::write(cachePath(fileName), bytes);
+    writeFileSafely(cachePath(fileName), bytes);
 }

@@ -38,7 +38,7 @@ QByteArray text(const QByteArray &item)
 ImageFileResult checkImageFile(const QString &path, const QString &section, FlashDataMap *record)
 {
     QByteArray rest;
-    if (!SafeFile::read(path, FileSizeLimit, &rest)) {
+    if (readFile(path, FileSizeLimit, &rest) != ReadResult::Read) {
         qDebug("failed");
         return ImageUnreadable;
     }

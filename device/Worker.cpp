@@ -3,7 +3,7 @@
 #include "device/Worker.h"
 
 #include "app/hub/PostMsg.h"
-#include "catalogue/config/ConfigReader.h"
+#include "catalogue/config/DeviceCatalogue.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/EventDispatch.h"
@@ -38,9 +38,7 @@ Worker::Worker(QObject *parent) : QThread(parent)
     connect(PostMsg::instance(), SIGNAL(SigSelectMouseInfo(DeviceAllInfo)), this,
             SLOT(SlotSelectMouseInfo(DeviceAllInfo)));
     connect(PostMsg::instance(), SIGNAL(SigMainPageChange()), this, SLOT(SlotMainPageChange()));
-    BatteryAsNumber = ConfigReader::instance()
-                          .ReadConfig(QStringLiteral("Option"), QStringLiteral("ShowBatteryValue"))
-                          .toInt();
+    BatteryAsNumber = DeviceCatalogue().option("ShowBatteryValue");
     theWorker = this;
 }
 
