@@ -92,6 +92,5 @@ bool isSilentTwin(const std::vector<DeviceAllInfo> &devices, int clicked, TwinAn
 {
     if (devices.size() != 2 || devices[0].Cid != devices[1].Cid || devices[0].Mid != devices[1].Mid)
         return false;
-    return clicked == 1 ? online.first && !online.second
-                        : clicked == 0 && !online.first && online.second;
+    return clicked == 1 ? online.first && !online.second : clicked == 0 && !online.first && online.second;
 }

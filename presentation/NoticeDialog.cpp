@@ -67,19 +67,19 @@ void NoticeDialog::dress()
 
 void NoticeDialog::SlotAllLanguage(int index)
 {
-    const LanguageTables &tables = LanguageTables::instance();
-    setTexts(orDefault(tables.text(kind.section, index, textKey()), kind.defaultText),
-             orDefault(tables.text(LanguageSection::common, index, "OK"), "OK"),
-             orDefault(tables.text(LanguageSection::common, index, "Cancel"), "Cancel"));
+    setTexts(language::text(kind.section, textKey(), index),
+             language::text(language::Section::common, "OK", index),
+             language::text(language::Section::common, "Cancel", index));
 }
 
 void NoticeDialog::setTexts(const QString &text, const QString &confirm, const QString &cancel)
 {
-    ui->label->setText(text);
-    ui->NewHong->setText(confirm);
-    ui->OK->setText(confirm);
-    ui->Cancel->setText(cancel);
-    setAccessibleName(text.trimmed());
+    const QString said = orDefault(text, kind.defaultText);
+    ui->label->setText(said);
+    ui->NewHong->setText(orDefault(confirm, "OK"));
+    ui->OK->setText(ui->NewHong->text());
+    ui->Cancel->setText(orDefault(cancel, "Cancel"));
+    setAccessibleName(said.trimmed());
 }
 
 void NoticeDialog::placeOver(const QWidget *widget, const QPoint &offset)

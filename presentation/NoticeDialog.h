@@ -28,7 +28,7 @@ enum class NoticeButtons : uint8_t {
 // One row for each notice. An empty default text stands for none.
 struct NoticeKind {
     const char *frameName;
-    LanguageSection section;
+    language::Section section;
     const char *textKey;
     const char *defaultText;
     NoticeButtons buttons;
@@ -58,6 +58,7 @@ public slots:
 protected:
     // The row's key, unless what the notice says depends on something.
     virtual const char *textKey() const { return kind.textKey; }
+    // Empty texts give way to the defaults.
     void setTexts(const QString &text, const QString &confirm, const QString &cancel);
 
     void keyPressEvent(QKeyEvent *event) override;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/Notices.h"
 
+#include "app/environment/DataRoot.h"
 #include "app/hub/PostMsg.h"
 #include "catalogue/config/LanguageChoice.h"
 #include "catalogue/config/UserStore.h"
@@ -11,32 +12,20 @@
 namespace
 {
 
-constexpr NoticeKind OffLineKindRow = {"MouseOffLineA",
-                                       LanguageSection::infoTips,
-                                       "DialogOffline",
-                                       "   The mouse is offline. Please move first",
-                                       NoticeButtons::Confirm,
-                                       "Warn.png"};
-constexpr NoticeKind DuplicateRow = {"QuestiondialogBA",
-                                     LanguageSection::home,
-                                     "ErrorDevice",
-                                     "Do not insert multiple identical devices",
-                                     NoticeButtons::Close,
-                                     "Warn.png"};
-constexpr NoticeKind ResetRow = {"ContainResetA",
-                                 LanguageSection::Settings,
-                                 "DialogRestore",
-                                 " Is need to restore the default settings",
-                                 NoticeButtons::Question,
-                                 "Warn.png"};
-constexpr NoticeKind ImportRow = {"InportFailA",
-                                  LanguageSection::key,
-                                  "DialogConfigError",
-                                  "Config does not match the device",
-                                  NoticeButtons::Confirm,
-                                  "Warn.png"};
-constexpr NoticeKind RunningRow = {"ExeIsRunA",      LanguageSection::home,  "OnRun",
-                                   "Confirm Delete", NoticeButtons::Confirm, "Warn.png"};
+constexpr NoticeKind OffLineKindRow = {"MouseOffLineA",        language::Section::infoTips,
+                                       "DialogOffline",        "   The mouse is offline. Please move first",
+                                       NoticeButtons::Confirm, "Warn.png"};
+constexpr NoticeKind DuplicateRow = {"QuestiondialogBA",   language::Section::home,
+                                     "ErrorDevice",        "Do not insert multiple identical devices",
+                                     NoticeButtons::Close, "Warn.png"};
+constexpr NoticeKind ResetRow = {"ContainResetA",         language::Section::Settings,
+                                 "DialogRestore",         " Is need to restore the default settings",
+                                 NoticeButtons::Question, "Warn.png"};
+constexpr NoticeKind ImportRow = {"InportFailA",          language::Section::key,
+                                  "DialogConfigError",    "Config does not match the device",
+                                  NoticeButtons::Confirm, "Warn.png"};
+constexpr NoticeKind RunningRow = {"ExeIsRunA",      language::Section::home, "OnRun",
+                                   "Confirm Delete", NoticeButtons::Confirm,  "Warn.png"};
 
 } // namespace
 
@@ -71,4 +60,18 @@ InportFail::InportFail() : NoticeDialog(ImportRow) { SlotAllLanguage(storedLangu
 const char *InportFail::textKey() const
 {
     return ImportResult == ImageMismatch ? "DialogEConfigMismatch" : "DialogConfigError";
+}
+
+ExeIsRun::ExeIsRun() : NoticeDialog(RunningRow)
+{
+    connect(PostMsg::instance(), SIGNAL(SigChangeLanguage(int)), this, SLOT(SlotChangeLanguage(int)));
+    SlotChangeLanguage(storedLanguage(UserStore::instance()));
+}
+
+void ExeIsRun::SlotChangeLanguage(int index)
+{
+    const language::LanguageFile file =
+        language::readLanguageFile(applicationFolder() + language::noticeLanguageFile(index));
+    setTexts(file.section(language::Word::Mouse, language::Section::home).value(QStringLiteral("OnRun")),
+             file.section(language::Word::Mouse, language::Section::common).value(QStringLiteral("OK")), {});
 }

@@ -56,7 +56,7 @@ protected:
     const char *textKey() const override;
 };
 
-// Another copy of the program runs. It stands alone, so it reads its texts by itself.
+// Another copy of the program runs. No tables are loaded yet, so it reads its texts by itself.
 class ExeIsRun : public NoticeDialog
 {
     Q_OBJECT
@@ -66,5 +66,4 @@ public:
 
 public slots:
     void SlotChangeLanguage(int index);
-    void SlotAllLanguage(int index) override;
 };

@@ -59,7 +59,8 @@ constexpr char ChoiceButton[] = "QToolButton{border:0px;color: rgb(%2;);border-i
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
-constexpr char Outline[] = "QFrame{border: 1px solid rgba(%1,%2);border-radius: %3px;background: transparent;}";
+constexpr char Outline[] =
+    "QFrame{border: 1px solid rgba(%1,%2);border-radius: %3px;background: transparent;}";
 
 } // namespace
 
@@ -83,7 +84,10 @@ QString dialogBackground(const QString &folder, const QString &frameName)
     return compose(DialogBackground, folder, {frameName});
 }
 
-QString titleButton(const QString &folder, const QString &stem) { return compose(TitleButton, folder, {stem}); }
+QString titleButton(const QString &folder, const QString &stem)
+{
+    return compose(TitleButton, folder, {stem});
+}
 
 QString arrow(const QString &folder, const QString &stem) { return compose(Arrow, folder, {stem}); }
 

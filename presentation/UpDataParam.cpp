@@ -15,12 +15,9 @@
 namespace
 {
 
-constexpr NoticeKind WaitRow = {"UpDataParamA",
-                                LanguageSection::infoTips,
-                                "DialogUpdating",
-                                "Please wait, we are updating the setting",
-                                NoticeButtons::None,
-                                "Wait.png"};
+constexpr NoticeKind WaitRow = {"UpDataParamA",      language::Section::infoTips,
+                                "DialogUpdating",    "Please wait, we are updating the setting",
+                                NoticeButtons::None, "Wait.png"};
 
 constexpr int TimerMs = 2500;
 constexpr int PageRounds = 12;

@@ -97,7 +97,7 @@ bool checkForNew(int target, const QString &version, int connectionKind, const Q
     const QString key = firmwareKey(target, connectionKind);
     if (key.isEmpty())
         return false;
-    const ConfigReader &config = ConfigReader::instance();
+    ConfigReader &config = ConfigReader::instance();
     const int cid = config.ReadConfig(QStringLiteral("Option"), QStringLiteral("CID")).toInt();
     const int mid = config.ReadConfig(section, QStringLiteral("MID")).toInt();
     return hasNewFirmware(target, version, config.ReadConfig(section, key), cid, mid);
