@@ -37,6 +37,7 @@ constexpr char LabelPicture[] = "QLabel{border:0px;background-position:center;ba
                                 "background-image: url(%P%1);}";
 constexpr char Tile[] = "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
                         "background-image: url(%P%1);color: rgb(255, 255, 255);}";
+constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border-radius: 12px;}";
 constexpr char CheckBox[] = "QCheckBox{color: rgb(%1;);}"
                             "QCheckBox::indicator:checked {image: url(%PCheckBoxCheck.png);}"
                             "QCheckBox::indicator:unchecked {image: url(%PCheckBox.png);}";
@@ -104,6 +105,8 @@ QString labelPicture(const QString &folder, const QString &name)
 }
 
 QString tile(const QString &folder, const QString &name) { return compose(Tile, folder, {name}); }
+
+QString tileHover() { return compose(TileHover, {}, {color("SliderColor")}); }
 
 QString checkBox(const QString &folder, const QString &color) { return compose(CheckBox, folder, {color}); }
 

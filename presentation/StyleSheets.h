@@ -28,6 +28,8 @@ QString textButton(const QString &folder, const QString &color, const QString &s
 QString label(const QString &color);
 QString labelPicture(const QString &folder, const QString &name);
 QString tile(const QString &folder, const QString &name);
+// Goes behind the sheet of a tile: the pointer is over it.
+QString tileHover();
 QString checkBox(const QString &folder, const QString &color);
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor);
 QString comboList(const QString &selectColor);
