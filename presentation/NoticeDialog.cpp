@@ -7,6 +7,7 @@
 #include "catalogue/config/LanguageChoice.h"
 #include "catalogue/config/UserStore.h"
 #include "presentation/ScreenFont.h"
+#include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "ui_NoticeDialog.h"
 
@@ -35,6 +36,9 @@ NoticeDialog::NoticeDialog(const NoticeKind &noticeKind)
     ui->setupUi(this);
     setWindowFlags(NoticeFlags);
     setFixedSize(size());
+    roundCorners(this);
+    // While the window is in the tray, the end of a notice is not the end of the program.
+    setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(applicationName());
     ui->frame->setObjectName(QLatin1String(kind.frameName));
     dress();

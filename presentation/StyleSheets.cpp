@@ -57,11 +57,13 @@ constexpr char StretchedPicture[] = "QLabel{border-image: url(%P%1);}";
 constexpr char ChoiceButton[] = "QToolButton{border:0px;color: rgb(%2;);border-image: url(%P%1.png);}"
                                 "QToolButton:hover{border-image: url(%P%1Hover.png);}"
                                 "QToolButton:checked{border-image: url(%P%1%3.png);}";
+constexpr char NavigationButton[] =
+    "QToolButton{border:0px;border-image: url(%PNavButton.png);image: url(%P%1.png);}"
+    "QToolButton:hover{border-image: url(%PNavButtonHover.png);image: url(%P%1Hover.png);}"
+    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
-constexpr char Outline[] =
-    "QFrame{border: 1px solid rgba(%1,%2);border-radius: %3px;background: transparent;}";
 
 } // namespace
 
@@ -135,16 +137,16 @@ QString choiceButton(const QString &folder, const QString &color, const QString 
     return compose(ChoiceButton, folder, {stem, color, checkedSuffix});
 }
 
+QString navigationButton(const QString &folder, const QString &icon)
+{
+    return compose(NavigationButton, folder, {icon});
+}
+
 QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {chunkColor}); }
 
 QString hairline(const QString &color, int opacity)
 {
     return compose(Hairline, {}, {color, QString::number(opacity)});
-}
-
-QString outline(const QString &color, int opacity, int radius)
-{
-    return compose(Outline, {}, {color, QString::number(opacity), QString::number(radius)});
 }
 
 } // namespace style

@@ -41,10 +41,11 @@ QString stretchedPicture(const QString &folder, const QString &name);
 // One of several choices: stem, stem + "Hover", stem + `checkedSuffix` while it is the chosen one.
 QString choiceButton(const QString &folder, const QString &color, const QString &stem,
                      const QString &checkedSuffix);
+// A way to a page: its own icon on the plates that all ways share.
+QString navigationButton(const QString &folder, const QString &icon);
 // The filled part of the battery's bar.
 QString batteryBar(const QString &chunkColor);
-// A hairline, and an outline around nothing but ground, in a colour at that opacity (0..255).
+// A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
-QString outline(const QString &color, int opacity, int radius);
 
 } // namespace style
