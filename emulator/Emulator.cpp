@@ -24,21 +24,25 @@ Emulator::~Emulator() { stop(); }
 bool Emulator::load(const std::string &file, std::string &error)
 {
     std::ifstream stream(file);
-    std::ostringstream text;
-    if (stream)
-        text << stream.rdbuf();
-    if (!stream) {
-        error = file + ": cannot be read";
+    if (stream && !loadStream(stream, file, error))
         return false;
-    }
-    return loadText(text.str(), file, error);
+    // A folder opens, but does not read.
+    const bool wasRead = stream.is_open() && !stream.bad();
+    if (!wasRead)
+        error = file + ": cannot be read";
+    return wasRead;
 }
 
 bool Emulator::loadText(const std::string &text, const std::string &name, std::string &error)
 {
+    std::istringstream stream(text);
+    return loadStream(stream, name, error);
+}
+
+bool Emulator::loadStream(std::istream &stream, const std::string &name, std::string &error)
+{
     bool loaded = false;
     onLoop([&] {
-        std::istringstream stream(text);
         loaded = loadScenario(world_, stream, name, error);
         apply();
     });
@@ -66,6 +70,9 @@ bool Emulator::start(const std::string &folder, std::string &error)
     serving_ = true;
     world_.scene.run(Clock::now());
     apply();
+    // What happened before there was a bus is nobody's news.
+    for (auto &[id, traffic] : world_.traffic)
+        traffic.clear();
     thread_ = std::thread(&Emulator::loop, this);
     return true;
 }

@@ -57,6 +57,7 @@ private:
         bool done;
     };
 
+    bool loadStream(std::istream &stream, const std::string &name, std::string &error);
     void onLoop(const std::function<void()> &job);
     void loop();
     void poll();

@@ -56,7 +56,7 @@ void Emulator::poll()
         return world_.traffic[face.device].in.size() < Traffic::InLimit;
     });
     const auto due = nextDue();
-    const timespec span = spanUntil(due.value_or(Clock::time_point::min()));
+    const timespec span = spanUntil(due.value_or(Clock::time_point{}));
     ::ppoll(polled.data(), polled.size(), due ? &span : nullptr, nullptr);
 
     ReadyMap ready;

@@ -40,6 +40,10 @@ static constexpr CommandRow Rows[] = {
      Route::Boot},
     {Command::BootData, "bootdata", 1, wire::PayloadSize, Route::Boot},
     {Command::BootEnd, "bootend", 0, 0, Route::Boot},
+    {Command::StatusChanged, "statuschanged", 0, wire::PayloadSize, Route::Device},
+    {Command::DongleColorChanged, "donglecolorchanged", 0, wire::PayloadSize, Route::Device},
+    {Command::LongRangeChanged, "longrangechanged", 0, wire::PayloadSize, Route::Device},
+    {Command::OnLineChanged, "onlinechanged", 0, wire::PayloadSize, Route::Device},
 };
 
 const CommandRow *findCommand(uint8_t code)

@@ -27,7 +27,7 @@ struct CommandRow {
     Route route;
 };
 
-// Null for a code that is no request.
+// Null for a code or name that does not exist. Notices are listed too; no device answers them.
 const CommandRow *findCommand(uint8_t code);
 const CommandRow *findCommand(const std::string &name);
 

@@ -48,7 +48,7 @@ public:
     {
         if (items_.empty())
             return std::nullopt;
-        return paced ? due_ : Clock::time_point::min();
+        return paced ? due_ : Clock::time_point{};
     }
     void clear() { items_.clear(); }
     std::size_t size() const { return items_.size(); }

@@ -33,6 +33,10 @@ set(warning "#ffb454")
 set(danger "#ff6b5e")
 set(dangerDeep "#982b22")
 
+# Bare metal of plugs.
+set(metalHigh "#8d999e")
+set(metalLow "#4b565b")
+
 # Radii in pixels: window and cards, controls, small marks.
 set(radiusWindow 12)
 set(radiusCard 12)

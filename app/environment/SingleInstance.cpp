@@ -3,8 +3,7 @@
 #include "SingleInstance.h"
 
 #include "DataRoot.h"
-
-#include <QLockFile>
+#include "FileLock.h"
 
 namespace
 {
@@ -18,8 +17,7 @@ bool SingleInstance::acquire()
 {
     // Two copies started by one double click decide one after the other. Without the lock, on a data
     // root that cannot be written, the decision is made all the same.
-    QLockFile decision(dataRoot() + QStringLiteral("/Instance.lock"));
-    decision.tryLock(DecisionTimeMs);
+    const FileLock decision(dataRoot() + QStringLiteral("/Instance.lock"), DecisionTimeMs);
 
     // The memory of a copy that was killed outlives it here. Whoever detaches last removes it, so this
     // pair clears a dead copy's memory and leaves a living copy's alone.

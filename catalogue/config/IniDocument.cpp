@@ -28,7 +28,7 @@ public:
         m_inQuotes = false;
         while (m_at < m_bytes.size() && !endsLine(m_bytes.at(m_at)))
             step(start, equals);
-        *line = m_bytes.mid(start, m_at - start).trimmed();
+        *line = m_bytes.mid(start, m_at - start);
         skipComment();
         return true;
     }
@@ -64,9 +64,11 @@ private:
     bool m_inQuotes = false;
 };
 
+// One slash between levels and none at the ends, whatever a file says.
 QString path(const QString &section, const QString &key)
 {
-    return section.isEmpty() ? key : section + QLatin1Char('/') + key;
+    const QLatin1Char slash('/');
+    return (section + slash + key).split(slash, Qt::SkipEmptyParts).join(slash);
 }
 
 // "General" is what the format calls the values without a section.
@@ -106,7 +108,9 @@ void IniDocument::parseLine(const QByteArray &line, int equals, QString *section
         const int end = line.indexOf(']');
         *section = sectionName(line.mid(1, end < 0 ? -1 : end - 1).trimmed());
     } else if (equals > 0) {
-        m_values.insert(path(*section, parseIniName(line.left(equals).trimmed())), line.mid(equals + 1));
+        const QString name = path(*section, parseIniName(line.left(equals).trimmed()));
+        if (!name.isEmpty())
+            m_values.insert(name, parseIniValue(line.mid(equals + 1)));
     }
 }
 
@@ -116,7 +120,7 @@ QByteArray IniDocument::serialise() const
     for (auto value = m_values.cbegin(); value != m_values.cend(); ++value) {
         const int slash = value.key().indexOf(QLatin1Char('/'));
         sections[value.key().left(qMax(slash, 0))] +=
-            formatIniName(value.key().mid(slash + 1)) + '=' + value.value() + '\n';
+            formatIniName(value.key().mid(slash + 1)) + '=' + formatIniValue(value.value()) + '\n';
     }
     QByteArray bytes;
     for (auto section = sections.cbegin(); section != sections.cend(); ++section)
@@ -132,8 +136,7 @@ QString IniDocument::text(const QString &section, const QString &key) const
 
 QStringList IniDocument::list(const QString &section, const QString &key) const
 {
-    const auto value = m_values.constFind(path(section, key));
-    return value == m_values.cend() ? QStringList() : parseIniValue(*value);
+    return m_values.value(path(section, key));
 }
 
 bool IniDocument::contains(const QString &section, const QString &key) const
@@ -143,7 +146,7 @@ bool IniDocument::contains(const QString &section, const QString &key) const
 
 void IniDocument::set(const QString &section, const QString &key, const QString &text)
 {
-    m_values.insert(path(section, key), formatIniValue(text));
+    m_values.insert(path(section, key), {text});
 }
 
 void IniDocument::remove(const QString &section, const QString &key) { m_values.remove(path(section, key)); }

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The content of an ini file in the format of QSettings, in memory. Values stay in their stored form until
-// they are asked for, and a value that nobody changes is written back as it was. Nonsense lines are left
-// out. Not thread-safe.
+// The content of an ini file in the format of QSettings, in memory. Lines that make no sense and comments
+// are left out, serialised objects become empty. Not thread-safe.
 #pragma once
 
 #include <QByteArray>
@@ -30,5 +29,5 @@ public:
 private:
     void parseLine(const QByteArray &line, int equals, QString *section);
 
-    QMap<QString, QByteArray> m_values; // "section/key", stored form
+    QMap<QString, QStringList> m_values; // "section/key" to items, at least one
 };

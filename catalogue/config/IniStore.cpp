@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "IniStore.h"
 
+#include "app/environment/FileLock.h"
 #include "app/environment/SafeFile.h"
 
-#include <QLockFile>
 #include <QRunnable>
 
 namespace
@@ -86,8 +86,8 @@ bool IniStore::flush()
 // that is there and cannot be read is left as it is.
 bool IniStore::write(const Edits &edits)
 {
-    QLockFile lock(m_path + QStringLiteral(".lock"));
-    if (!lock.tryLock(FileLockTimeMs))
+    const FileLock lock(m_path + QStringLiteral(".lock"), FileLockTimeMs);
+    if (!lock.isHeld())
         return false;
     QByteArray content;
     if (readFile(m_path, IniSizeLimit, &content) == ReadResult::Refused)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "IniValue.h"
 
+#include <QByteArrayList>
 #include <algorithm>
 #include <cstring>
 
@@ -215,10 +216,15 @@ bool isPlainInName(QChar c)
 
 QStringList parseIniValue(const QByteArray &stored) { return ValueParser(stored).parse(); }
 
-QByteArray formatIniValue(const QString &text)
+QByteArray formatIniValue(const QStringList &items)
 {
-    // A second "@" marks a text that only looks like a serialised object.
-    return ValueFormatter().format(text.startsWith(QLatin1Char('@')) ? QLatin1Char('@') + text : text);
+    QByteArrayList stored;
+    for (const QString &item : items) {
+        // A second "@" marks a text that only looks like a serialised object.
+        const QString text = item.startsWith(QLatin1Char('@')) ? QLatin1Char('@') + item : item;
+        stored << ValueFormatter().format(text);
+    }
+    return stored.join(", ");
 }
 
 QString parseIniName(const QByteArray &stored)

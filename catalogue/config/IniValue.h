@@ -12,8 +12,8 @@
 
 // The items of a stored value, at least one. An item that holds a serialised object is empty.
 QStringList parseIniValue(const QByteArray &stored);
-// The stored form of one text.
-QByteArray formatIniValue(const QString &text);
+// The stored form of the items.
+QByteArray formatIniValue(const QStringList &items);
 
 // The same for the names of sections and keys, where "/" parts the levels.
 QString parseIniName(const QByteArray &stored);

@@ -42,6 +42,7 @@ private:
         DeviceAllInfo info;
         info.DevicePath = QString::fromLatin1(path);
         refreshDevice(info);
+        info.DongleVersion = QStringLiteral("v1.0A");
         emit PostMsg::instance()->SigSelectMouseInfo(info);
         pointCurrentDeviceAtNothing();
         hub->lines.clear();

@@ -167,7 +167,7 @@ private slots:
         deliver(8, 0, Image);
 
         QCOMPARE(hub->lines,
-                 (QStringList{"color 3", "longrange 1", "button", "light", "sensor", "form", "usb 0 1"}));
+                 (QStringList{"usb 0 1", "color 3", "longrange 1", "button", "light", "sensor", "form"}));
         QCOMPARE(memcmp(&hub->record, &parsed, sizeof parsed), 0);
         QCOMPARE(callNames(), (QStringList{"ProtocolDataParser", "UsbServer_ReadDPILed",
                                            "UsbServer_ReadBatteryLevel", "UsbServer_ReadVersion",
@@ -216,7 +216,8 @@ private slots:
         UsbFinderC_Set4KDongleRGB("mouse", &nothing);
         layer.edit("mouse", [&](FakeDevice &mouse) { mouse.rgb.Scheme = uint8_t(scheme); });
         deliver(8, 0, Image);
-        QCOMPARE(hub->lines, lines + QStringList{"button", "light", "sensor", "form", "usb 0 1"});
+        QCOMPARE(hub->lines,
+                 (QStringList{"usb 0 1"} + lines + QStringList{"button", "light", "sensor", "form"}));
     }
 
     void afterAResetBlocksAreCleared_data()

@@ -163,7 +163,7 @@ private slots:
         for (int size = 0; size < whole.size(); size += size < 64 ? 1 : 397) {
             writeBytes(path, whole.left(size));
             FlashDataMap record = pattern(1);
-            QCOMPARE(int(checkImageFile(path, QStringLiteral("Drive1"), &record)), int(ImageUnreadable));
+            QVERIFY(checkImageFile(path, QStringLiteral("Drive1"), &record) != ImageAccepted);
             QCOMPARE(asBytes(record), asBytes(pattern(1)));
         }
     }

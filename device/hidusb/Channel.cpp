@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "device/hidusb/Channel.h"
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+
+namespace hidusb
+{
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds BusyPause{20};
+constexpr int IdleTimeoutMs = 3000;
+
+bool answers(const wire::Report &request, const wire::Report &reply)
+{
+    if (reply.Sequence != request.Sequence || reply.CommandCode != request.CommandCode ||
+        reply.address() != request.address())
+        return false;
+    const bool carriesFlash =
+        reply.command() == wire::Command::FlashRead && reply.status() == wire::Status::Ok;
+    return !carriesFlash || reply.Length == request.Payload[0];
+}
+
+wire::Report makeRequest(wire::Command command, uint16_t address, const void *payload, std::size_t size)
+{
+    wire::Report report{};
+    report.Id = wire::ReportId;
+    report.CommandCode = static_cast<uint8_t>(command);
+    report.setAddress(address);
+    report.Length = static_cast<uint8_t>(size);
+    if (size > 0)
+        std::memcpy(report.Payload, payload, size);
+    return report;
+}
+
+// A random start keeps answers to an earlier process, or to the channel before, from fitting.
+Channel::Channel(std::unique_ptr<ReportPort> port)
+    : port_(std::move(port)), lastNumber_(static_cast<uint8_t>(std::random_device{}()))
+{
+}
+
+bool Channel::isDead() const
+{
+    const std::lock_guard lock(mutex_);
+    return dead_;
+}
+
+// ---- Requests
+
+bool Channel::exchange(std::vector<Exchange> &batch, const Limits &limits)
+{
+    const bool limited = limits.whole != milliseconds::max();
+    const Clock::time_point end = limited ? Clock::now() + limits.whole : Clock::time_point::max();
+    std::unique_lock lock(mutex_);
+    std::size_t first = 0; // all in front of it are answered
+    bool good = true;
+    while (good && first < batch.size()) {
+        const uint64_t seen = arrivals_;
+        Clock::time_point wake = end;
+        const std::size_t last = std::min(first + limits.window, batch.size());
+        for (std::size_t i = first; good && i < last; ++i) {
+            good = advance(lock, batch[i], limits);
+            if (!batch[i].reply)
+                wake = std::min(wake, batch[i].resend);
+        }
+        for (; first < batch.size() && batch[first].reply; ++first)
+            good = good && batch[first].reply->status() == wire::Status::Ok;
+        if (!good || first == batch.size())
+            break;
+        // The window has moved: its new places are sent without waiting.
+        if (first + limits.window > last && last < batch.size())
+            continue;
+        arrived_.wait_until(lock, wake, [this, seen] { return arrivals_ != seen || dead_; });
+        good = Clock::now() < end;
+    }
+    withdraw(batch);
+    return good;
+}
+
+// Does what is due for one request. False when it is lost.
+bool Channel::advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, const Limits &limits)
+{
+    if (exchange.reply)
+        return exchange.reply->status() == wire::Status::Ok;
+    if (dead_ || (limits.stop != nullptr && *limits.stop))
+        return false;
+    const Clock::time_point now = Clock::now();
+    if (exchange.request.Sequence == 0) {
+        if (!number(exchange))
+            return false;
+        exchange.end = now + limits.tries * ReplyTimeout;
+    } else if (now < exchange.resend) {
+        return true;
+    } else if (now >= exchange.end) {
+        return false;
+    }
+    exchange.resend = std::min<Clock::time_point>(now + ReplyTimeout, exchange.end);
+    const wire::Report request = exchange.request;
+    lock.unlock();
+    port_->write(reinterpret_cast<const uint8_t *>(&request), sizeof request);
+    lock.lock();
+    return true;
+}
+
+// Gives a request the next free number; its tries share it, so a slow answer to the first still counts.
+bool Channel::number(Exchange &exchange)
+{
+    for (int i = 0; i < 255; ++i) {
+        lastNumber_ = static_cast<uint8_t>(lastNumber_ % 255 + 1);
+        if (waiting_[lastNumber_] == nullptr) {
+            exchange.request.Sequence = lastNumber_;
+            wire::seal(exchange.request);
+            waiting_[lastNumber_] = &exchange;
+            return true;
+        }
+    }
+    return false;
+}
+
+void Channel::withdraw(const std::vector<Exchange> &batch)
+{
+    for (const Exchange &exchange : batch) {
+        Exchange *&place = waiting_[exchange.request.Sequence];
+        if (place == &exchange)
+            place = nullptr;
+    }
+}
+
+std::optional<wire::Report> Channel::ask(const wire::Report &request, const Limits &limits)
+{
+    std::vector<Exchange> one(1);
+    one[0].request = request;
+    exchange(one, limits);
+    return one[0].reply;
+}
+
+// ---- Reports of the device
+
+Channel::Reading Channel::readOnce()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        endless_ = holders_ > 0;
+    }
+    uint8_t bytes[2 * wire::ReportSize];
+    const ReportPort::Received received = port_->read(bytes, sizeof bytes, endless_ ? -1 : IdleTimeoutMs);
+    if (received.outcome == ReportPort::Outcome::Gone)
+        return Reading::Gone;
+    if (received.outcome == ReportPort::Outcome::Nothing)
+        return endless_ ? Reading::Going : Reading::Idle;
+    if (!wire::isSound(bytes, received.size))
+        return Reading::Going;
+    wire::Report report;
+    std::memcpy(&report, bytes, sizeof report);
+    if (report.Sequence == 0)
+        pass(report);
+    else
+        accept(report);
+    return Reading::Going;
+}
+
+void Channel::accept(const wire::Report &reply)
+{
+    const std::lock_guard lock(mutex_);
+    Exchange *exchange = waiting_[reply.Sequence];
+    if (exchange == nullptr || !answers(exchange->request, reply))
+        return;
+    if (reply.status() == wire::Status::Busy) {
+        exchange->resend = std::min<Clock::time_point>(Clock::now() + BusyPause, exchange->end);
+    } else {
+        exchange->reply = reply;
+        waiting_[reply.Sequence] = nullptr;
+    }
+    ++arrivals_;
+    arrived_.notify_all();
+}
+
+void Channel::pass(const wire::Report &notice)
+{
+    std::shared_ptr<NoticeSink> sink;
+    {
+        const std::lock_guard lock(mutex_);
+        sink = sink_.lock();
+    }
+    if (sink)
+        sink->notice(notice);
+}
+
+void Channel::subscribe(const std::weak_ptr<NoticeSink> &sink, uint64_t generation)
+{
+    const std::lock_guard lock(mutex_);
+    if (generation < sinkGeneration_)
+        return;
+    sink_ = sink;
+    sinkGeneration_ = generation;
+}
+
+void Channel::die()
+{
+    std::shared_ptr<NoticeSink> sink;
+    {
+        const std::lock_guard lock(mutex_);
+        dead_ = true;
+        sink = sink_.lock();
+        arrived_.notify_all();
+    }
+    if (sink)
+        sink->lost();
+}
+
+void Channel::hold()
+{
+    const std::lock_guard lock(mutex_);
+    ++holders_;
+}
+
+void Channel::release()
+{
+    const std::lock_guard lock(mutex_);
+    if (--holders_ == 0 && endless_)
+        port_->interrupt();
+}
+
+bool Channel::isHeld() const
+{
+    const std::lock_guard lock(mutex_);
+    return holders_ > 0;
+}
+
+} // namespace hidusb

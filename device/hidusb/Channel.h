@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Channel: requests and replies over one open interface. A reader thread checks each report once; a reply
+// goes to the request with its number, command and address, and what fits no waiting request (late,
+// doubled, unsound) is dropped. One channel per path serves the finder functions and the connection alike.
+#pragma once
+
+#include "device/hidusb/Bus.h"
+#include "device/hidusb/wire/Report.h"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+namespace hidusb
+{
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::milliseconds ReplyTimeout{150};
+constexpr int UsualTries = 3;
+
+// True when `reply` answers `request`.
+bool answers(const wire::Report &request, const wire::Report &reply);
+// A request without its number. `size` is 0..56.
+wire::Report makeRequest(wire::Command command, uint16_t address = 0, const void *payload = nullptr,
+                         std::size_t size = 0);
+
+struct Exchange {
+    wire::Report request;
+    std::optional<wire::Report> reply; // of any status but Busy
+    Clock::time_point resend{};
+    Clock::time_point end{};
+};
+
+struct Limits {
+    int tries = UsualTries;                                             // for each request
+    std::size_t window = 1;                                             // requests in flight
+    std::chrono::milliseconds whole = std::chrono::milliseconds::max(); // for all of them together
+    const std::atomic<bool> *stop = nullptr;                            // true: give up
+};
+
+// Hears of a channel on the channel's reader thread; must not wait.
+class NoticeSink
+{
+public:
+    virtual ~NoticeSink() = default;
+    virtual void notice(const wire::Report &report) = 0;
+    virtual void lost() = 0; // the interface is gone
+};
+
+class Channel
+{
+public:
+    explicit Channel(std::unique_ptr<ReportPort> port);
+
+    // Sends all requests, each again when its answer does not come, and waits for the replies. Stops at the
+    // first one that stays unanswered or is answered badly. True when all replies are Ok.
+    bool exchange(std::vector<Exchange> &batch, const Limits &limits);
+    // One request. The reply may have any status.
+    std::optional<wire::Report> ask(const wire::Report &request, const Limits &limits = {});
+
+    // Notices go to the sink with the highest generation seen.
+    void subscribe(const std::weak_ptr<NoticeSink> &sink, uint64_t generation);
+    bool isDead() const;
+
+private:
+    friend class ChannelRegistry;
+
+    enum class Reading {
+        Going,
+        Idle, // nothing came for a while, and nobody held the channel when the wait began
+        Gone,
+    };
+    Reading readOnce(); // for the reader thread
+    void accept(const wire::Report &reply);
+    void pass(const wire::Report &notice);
+    void die();
+    void hold();
+    void release();
+    bool isHeld() const;
+
+    bool advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, const Limits &limits);
+    bool number(Exchange &exchange);
+    void withdraw(const std::vector<Exchange> &batch);
+
+    const std::unique_ptr<ReportPort> port_;
+    mutable std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::array<Exchange *, 256> waiting_{}; // by sequence number
+    uint64_t arrivals_ = 0;
+    uint8_t lastNumber_;
+    int holders_ = 0;
+    bool endless_ = false; // the reader waits without a limit
+    bool dead_ = false;
+    std::weak_ptr<NoticeSink> sink_;
+    uint64_t sinkGeneration_ = 0;
+};
+
+// The channel of an interface, opened when there is none; null when it can't be opened. It stays open while
+// a pointer is held and for a few seconds longer.
+std::shared_ptr<Channel> acquireChannel(const std::string &path);
+
+} // namespace hidusb

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// ChannelRegistry: the open channels by path, and the thread that reads each. A channel that nobody holds
+// closes when its reader's wait runs out; one whose interface is gone leaves at once, so that whatever
+// comes back under the path gets a new channel. Process-wide, never destroyed.
+#pragma once
+
+#include "device/hidusb/Channel.h"
+
+#include <map>
+
+namespace hidusb
+{
+
+class ChannelRegistry
+{
+public:
+    static ChannelRegistry &instance();
+    std::shared_ptr<Channel> acquire(const std::string &path);
+
+private:
+    using ChannelPtr = std::shared_ptr<Channel>;
+
+    ChannelPtr open(const std::string &path);
+    void read(const std::string &path, const ChannelPtr &channel);
+    void drop(const std::string &path, const ChannelPtr &channel);
+    bool dropUnheld(const std::string &path, const ChannelPtr &channel);
+    void erase(const std::string &path, const ChannelPtr &channel);
+
+    std::mutex mutex_;
+    std::map<std::string, ChannelPtr> channels_;
+};
+
+} // namespace hidusb

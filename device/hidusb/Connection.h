@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Connection: the one open device of the program. An I/O thread carries out its orders in their order and
+// writes, in front of each, what the record has changed; answers and notices go to the callback on the
+// process-wide callback thread. A connection that has ended writes nothing more and calls nobody.
+//
+// A record says nothing about a mouse whose flash has not been read: the program's change is then not
+// written but answered by a whole read. The same goes for a device that was unplugged and came back under
+// its old path, and for a mouse that was out of reach when the whole read was asked for.
+#pragma once
+
+#include "device/hidusb/Channel.h"
+#include "device/hidusb/FlashMirror.h"
+#include "device/hidusb/HIDUsb.h"
+
+#include <deque>
+
+namespace hidusb
+{
+
+// What the program asks of an open connection.
+struct Order {
+    wire::Command command;
+    uint8_t argument = 0; // for a flash read the number of bytes, 0 for the whole flash
+    uint16_t address = 0;
+};
+
+class Connection : public NoticeSink, public std::enable_shared_from_this<Connection>
+{
+public:
+    Connection(std::string path, ProtocolCallback_t callback, uint64_t generation);
+
+    // All of these return at once and may be called from any thread.
+    void start();
+    void end();
+    void order(const Order &order);
+    void update(const FlashImage &wanted);
+    void notice(const wire::Report &report) override;
+    void lost() override;
+
+    const std::string &path() const { return path_; }
+    // When a write rests unanswered, has it tried once more. True when none rests then. At most 170 ms.
+    bool finishWrites();
+
+private:
+    using Lock = std::unique_lock<std::mutex>;
+
+    void work();
+    bool hasWork() const;
+    bool reach(Lock &lock);
+    void owe();
+    void carryOut(Lock &lock, const Order &order);
+    void writeNext(Lock &lock, int tries);
+    bool readFlash(Lock &lock, uint16_t address, std::size_t size);
+    bool request(const Order &order);
+    std::optional<wire::Report> ask(const wire::Report &request, int tries = UsualTries);
+    // `limit`: with so many messages waiting for the program this one is dropped.
+    void deliver(wire::Report head, std::vector<uint8_t> payload, std::size_t limit = SIZE_MAX);
+
+    const std::string path_;
+    const ProtocolCallback_t callback_;
+    const uint64_t generation_;
+    std::atomic<bool> ended_{false};
+    std::shared_ptr<Channel> channel_; // the I/O thread's
+
+    std::mutex mutex_; // guards what follows
+    std::condition_variable changed_;
+    std::deque<Order> orders_;
+    FlashMirror mirror_;
+    bool resting_ = false;  // the last write stayed without a good answer
+    bool retry_ = false;    // it is to be tried once more
+    bool readOwed_ = false; // the whole flash was asked for and did not come
+    bool lost_ = false;     // the channel died and has not been let go of
+};
+
+// The open connection of the process; null when there is none.
+std::shared_ptr<Connection> currentConnection();
+// Each ends the one before.
+void openConnection(const char *path, ProtocolCallback_t callback);
+void closeConnection();
+// Connection::finishWrites of the open connection, if it is to this path; else true.
+bool finishWrites(const char *path);
+
+} // namespace hidusb

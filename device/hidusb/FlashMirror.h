@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// FlashMirror: what a mouse is known to hold beside what the program wants it to hold, and the next report
+// that brings the one to the other. Before the first load nothing is known, and then nothing is wanted
+// either: a record from before the load describes another device or another profile. Not thread-safe.
+#pragma once
+
+#include "device/hidusb/wire/FlashLayout.h"
+#include "device/hidusb/wire/Report.h"
+
+#include <bitset>
+#include <optional>
+
+namespace hidusb
+{
+
+struct FlashRange {
+    uint16_t address;
+    uint8_t size; // 1..wire::PayloadSize
+};
+
+class FlashMirror
+{
+public:
+    // A new wanted state; of `image` only the bytes that a record describes count. False: nothing is
+    // known yet, the state is not kept.
+    bool want(const FlashImage &image);
+    // The device was read: at `address` it holds these bytes. What nobody has changed meanwhile is wanted as
+    // it was read. The range lies within the flash; a part is ignored before the whole is known.
+    void learn(uint16_t address, const uint8_t *bytes, std::size_t size);
+    // The device acknowledged these bytes.
+    void acknowledge(const FlashRange &range, const uint8_t *bytes);
+    // A write stayed without a good answer: the device may hold the old bytes or the new ones.
+    void doubt(const FlashRange &range);
+    // Gives up what is wanted and not yet written.
+    void settle();
+    // Nothing is known any more.
+    void forget();
+
+    bool isLoaded() const { return known_.has_value(); }
+    // The first bytes to write, neighbours joined; empty when the device holds what is wanted.
+    std::optional<FlashRange> next() const;
+    const uint8_t *wanted(uint16_t address) const { return bytesOf(wanted_) + address; }
+
+private:
+    static const uint8_t *bytesOf(const FlashImage &image)
+    {
+        return reinterpret_cast<const uint8_t *>(&image);
+    }
+    static uint8_t *bytesOf(FlashImage &image) { return reinterpret_cast<uint8_t *>(&image); }
+    bool differs(std::size_t address) const;
+
+    std::optional<FlashImage> known_;
+    FlashImage wanted_{};
+    std::bitset<FlashSize> doubtful_;
+};
+
+} // namespace hidusb

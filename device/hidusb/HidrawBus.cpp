@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "device/hidusb/HidrawBus.h"
+
+#include "device/hidusb/Thread.h"
+#include "device/hidusb/WaitableFile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <hidapi.h>
+#include <libudev.h>
+#include <mutex>
+#include <poll.h>
+#include <unistd.h>
+
+namespace hidusb
+{
+
+// hidapi keeps one error text for all of enumeration and opening.
+static std::mutex &hidapiMutex()
+{
+    static auto *mutex = new std::mutex;
+    return *mutex;
+}
+
+namespace
+{
+
+using HidDevice = std::shared_ptr<hid_device>;
+
+// The kernel may hold a writer for seconds while a device hangs, so reports are written on a thread of
+// their own. Reading has a descriptor of its own too: it can be waited on together with a call to stop.
+class HidrawPort : public ReportPort
+{
+public:
+    HidrawPort(HidDevice device, int node) : device_(std::move(device)), node_(node) {}
+
+    bool write(const uint8_t *bytes, std::size_t size) override
+    {
+        constexpr std::size_t waitingReports = 32;
+        std::vector<uint8_t> report(bytes, bytes + size);
+        return writer_.post(
+            [device = device_, report] { hid_write(device.get(), report.data(), report.size()); },
+            waitingReports);
+    }
+
+    Received read(uint8_t *bytes, std::size_t capacity, int timeoutMs) override
+    {
+        switch (node_.wait(timeoutMs)) {
+        case WaitableFile::Outcome::Nothing:
+            return {Outcome::Nothing, 0};
+        case WaitableFile::Outcome::Gone:
+            return {Outcome::Gone, 0};
+        case WaitableFile::Outcome::Readable:
+            break;
+        }
+        const ssize_t size = ::read(node_.file(), bytes, capacity);
+        if (size >= 0)
+            return {Outcome::Report, static_cast<std::size_t>(size)};
+        const bool again = errno == EAGAIN || errno == EINTR;
+        return {again ? Outcome::Nothing : Outcome::Gone, 0};
+    }
+
+    void interrupt() override { node_.interrupt(); }
+
+private:
+    const HidDevice device_;
+    WaitableFile node_;
+    TaskQueue writer_;
+};
+
+class UdevChanges : public ChangeSource
+{
+public:
+    UdevChanges(udev *context, udev_monitor *monitor)
+        : context_(context), monitor_(monitor), events_(dup(udev_monitor_get_fd(monitor)))
+    {
+    }
+    ~UdevChanges() override
+    {
+        udev_monitor_unref(monitor_);
+        udev_unref(context_);
+    }
+
+    bool wait(int timeoutMs) override
+    {
+        if (events_.wait(timeoutMs) != WaitableFile::Outcome::Readable)
+            return false;
+        bool changed = false;
+        while (udev_device *device = udev_monitor_receive_device(monitor_)) {
+            const char *action = udev_device_get_action(device);
+            changed = changed || (action != nullptr &&
+                                  (std::strcmp(action, "add") == 0 || std::strcmp(action, "remove") == 0));
+            udev_device_unref(device);
+        }
+        return changed;
+    }
+
+    void interrupt() override { events_.interrupt(); }
+
+private:
+    udev *const context_;
+    udev_monitor *const monitor_;
+    WaitableFile events_;
+};
+
+} // namespace
+
+// hidapi lists a node once for each of its usages; the first one with a vendor's page says what it is.
+static void addInterface(std::vector<InterfaceInfo> &found, const hid_device_info &info)
+{
+    const auto known = std::find_if(found.begin(), found.end(),
+                                    [&info](const InterfaceInfo &other) { return other.path == info.path; });
+    constexpr uint16_t vendorPages = 0xFF00;
+    if (known == found.end())
+        found.push_back({info.path, info.vendor_id, info.product_id, info.release_number,
+                         info.interface_number, info.usage_page});
+    else if (known->usagePage < vendorPages && info.usage_page >= vendorPages)
+        known->usagePage = info.usage_page;
+}
+
+std::vector<InterfaceInfo> HidrawBus::enumerate()
+{
+    std::vector<InterfaceInfo> found;
+    const std::lock_guard lock(hidapiMutex());
+    hid_device_info *all = hid_enumerate(0, 0);
+    for (const hid_device_info *info = all; info != nullptr; info = info->next) {
+        if (info->path != nullptr)
+            addInterface(found, *info);
+    }
+    hid_free_enumeration(all);
+    return found;
+}
+
+static void closeDevice(hid_device *device)
+{
+    const std::lock_guard lock(hidapiMutex());
+    hid_close(device);
+}
+
+std::unique_ptr<ReportPort> HidrawBus::open(const std::string &path)
+{
+    static const std::string nodes = "/dev/hidraw";
+    if (path.compare(0, nodes.size(), nodes) != 0)
+        return nullptr;
+    HidDevice device;
+    {
+        const std::lock_guard lock(hidapiMutex());
+        device.reset(hid_open_path(path.c_str()), [](hid_device *opened) {
+            if (opened != nullptr)
+                closeDevice(opened);
+        });
+    }
+    const int node = device ? ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1;
+    if (node < 0)
+        return nullptr;
+    return std::make_unique<HidrawPort>(std::move(device), node);
+}
+
+std::unique_ptr<ChangeSource> HidrawBus::watch()
+{
+    udev *context = udev_new();
+    if (context == nullptr)
+        return nullptr;
+    // Where no udev daemon runs, as in a container, the kernel's own events are all there is. With one they
+    // would come before the node has its access rights.
+    const bool daemon = access("/run/udev/control", F_OK) == 0;
+    udev_monitor *monitor = udev_monitor_new_from_netlink(context, daemon ? "udev" : "kernel");
+    if (monitor != nullptr &&
+        udev_monitor_filter_add_match_subsystem_devtype(monitor, "hidraw", nullptr) >= 0 &&
+        udev_monitor_enable_receiving(monitor) >= 0)
+        return std::make_unique<UdevChanges>(context, monitor);
+    if (monitor != nullptr)
+        udev_monitor_unref(monitor);
+    udev_unref(context);
+    return nullptr;
+}
+
+} // namespace hidusb

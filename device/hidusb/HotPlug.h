@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The one watch for attached and removed devices. Each watch has a thread of its own that sleeps until
+// something happens; a replaced one leaves by itself.
+#pragma once
+
+#include "device/hidusb/HIDUsb.h"
+
+namespace hidusb
+{
+
+// Both return at once and may be called from any thread, from inside the callback too.
+void startWatch(UsbChangedCallback_t callback, int settleMs);
+void stopWatch();
+
+} // namespace hidusb
