@@ -30,7 +30,7 @@ bool sameNumber(const QString &left, const QString &right)
     bool rightIsNumber = false;
     const double leftNumber = left.toDouble(&leftIsNumber);
     const double rightNumber = right.toDouble(&rightIsNumber);
-    return leftIsNumber && rightIsNumber && qFuzzyCompare(leftNumber + 1, rightNumber + 1);
+    return leftIsNumber && rightIsNumber && leftNumber == rightNumber;
 }
 
 // A file shorter than a head reads as zeros, which no device asks for.
