@@ -6,7 +6,6 @@ function(morlen_target target)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Woverloaded-virtual -Wnon-virtual-dtor -Wshadow=local)
-  target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_FOREACH QT_DEPRECATED_WARNINGS)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
 endfunction()
 
@@ -14,6 +13,7 @@ function(add_module name)
   cmake_parse_arguments(module "" "" "SOURCES;LINKS" ${ARGN})
   add_library(${name} STATIC ${module_SOURCES})
   morlen_target(${name})
+  target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_FOREACH QT_DEPRECATED_WARNINGS)
   target_link_libraries(${name} PUBLIC ${module_LINKS})
 endfunction()
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/DeviceState.h"
 
+#include "catalogue/config/DeviceCatalogue.h"
 #include "device/DeviceRecord.h"
 
 #include <set>
@@ -17,6 +18,7 @@ struct Selection {
     DeviceAllInfo info;
     QString cacheName;
     QString imageName;
+    std::vector<DeviceAllInfo> deviceList;
     std::set<std::string> paths; // never shrinks: handed-out characters stay valid
     std::atomic<const char *> path{NoDevice};
 };
@@ -55,6 +57,9 @@ void SelectedDevice::setCacheName(const QString &name) { assign(selection().cach
 QString SelectedDevice::imageName() { return guarded(selection().imageName); }
 void SelectedDevice::setImageName(const QString &name) { assign(selection().imageName, name); }
 
+std::vector<DeviceAllInfo> deviceList() { return guarded(selection().deviceList); }
+void setDeviceList(const std::vector<DeviceAllInfo> &list) { assign(selection().deviceList, list); }
+
 const char *CurrentDevicePath() { return selection().path; }
 
 void pointCurrentDeviceAt(const QString &path)
@@ -65,10 +70,7 @@ void pointCurrentDeviceAt(const QString &path)
 
 void pointCurrentDeviceAtNothing() { selection().path = NoDevice; }
 
-QString driveSection(const DeviceAllInfo &info)
-{
-    return QStringLiteral("Drive%1").arg(info.DriveIndex + 1);
-}
+QString driveSection(const DeviceAllInfo &info) { return DeviceCatalogue::section(info.DriveIndex); }
 
 QString imageFileName(uint8_t cid, uint8_t mid)
 {
@@ -79,16 +81,18 @@ QString imageFileName(uint8_t cid, uint8_t mid)
 void resetDeviceState()
 {
     for (std::atomic<bool> *flag :
-         {&MouseOnline, &ReadStartedOnline, &DataLoaded, &WorkerArmed, &RestartWorker, &AwaitingMouse,
-          &ConfigChanged, &SettingsBusy, &ClearBlocksAfterRead, &SkipReceiverQuery, &FullReadPending,
-          &DeviceMatched, &UiArmed, &SensorPageBusy, &LightPageBusy, &ButtonPageBusy, &SensorPageLoaded,
-          &LightPageLoaded, &ButtonPageLoaded})
+         {&MouseOnline,     &ReadStartedOnline, &DataLoaded,     &WorkerArmed,          &RestartWorker,
+          &AwaitingMouse,   &ConfigChanged,     &SettingsBusy,   &ClearBlocksAfterRead, &SkipReceiverQuery,
+          &FullReadPending, &DeviceMatched,     &UiArmed,        &UpdateBusy,           &UpgradeDialogOpen,
+          &SensorPageBusy,  &LightPageBusy,     &ButtonPageBusy, &SensorPageLoaded,     &LightPageLoaded,
+          &ButtonPageLoaded})
         *flag = false;
     NotUpgrading = true;
     OnDevicePage = BatteryAsNumber = OffLineKind = ImportResult = LanguageIndex = 0;
     SelectedDevice::set(DeviceAllInfo());
     SelectedDevice::setCacheName(QString());
     SelectedDevice::setImageName(QString());
+    setDeviceList({});
     pointCurrentDeviceAtNothing();
     DeviceRecord::edit([](FlashDataMap &record) { record = FlashDataMap(); });
 }

@@ -12,6 +12,7 @@
 #include <mutex>
 
 #include <QString>
+#include <vector>
 
 // Milliseconds within which changes of the attached devices become one call of a watch.
 constexpr int UsbSettleMs = 600;
@@ -31,6 +32,8 @@ inline std::atomic<bool> DeviceMatched{false};        // the hot-plug rebuild me
 inline std::atomic<int32_t> OnDevicePage{0};          // 1 while the device page shows
 inline std::atomic<bool> UiArmed{false};              // page slots act on input
 inline std::atomic<bool> NotUpgrading{true};          // false while firmware is being written
+inline std::atomic<bool> UpdateBusy{false};           // an upgrade is under way
+inline std::atomic<bool> UpgradeDialogOpen{false};    // the upgrade dialog shows
 inline std::atomic<bool> SensorPageBusy{false};       // the page fills its widgets from a record
 inline std::atomic<bool> LightPageBusy{false};
 inline std::atomic<bool> ButtonPageBusy{false};
@@ -67,6 +70,10 @@ void pointCurrentDeviceAtNothing();
 // The catalogue section of a device, and "Device_CID12_MID06.bin".
 QString driveSection(const DeviceAllInfo &info);
 QString imageFileName(uint8_t cid, uint8_t mid);
+
+// DeviceList: what the device page's search found last. Copies in, copies out.
+std::vector<DeviceAllInfo> deviceList();
+void setDeviceList(const std::vector<DeviceAllInfo> &list);
 
 // Everything as at the start of the process.
 void resetDeviceState();

@@ -11,5 +11,8 @@
 void ProtocolCallback(const uint8_t *header, int32_t headerLength, const uint8_t *payload,
                       uint32_t payloadLength);
 
+// Begins the time over which whole new reads are spread; made once, with the worker.
+void startStatusTimer();
+
 // The hot-plug callback while the device page shows, on the layer's hot-plug thread.
 void DevicePageUsbChanged();

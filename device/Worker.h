@@ -11,6 +11,7 @@
 
 #include <QThread>
 #include <QTimer>
+#include <atomic>
 
 class Worker : public QThread
 {
@@ -48,6 +49,8 @@ private:
     void feedFromCache();
 
     QTimer CheckTimer;
-    uint16_t lastKind = 0; // of the last pass
-    QString lastPath;      // of the last pass
+    std::atomic<unsigned> requestedPasses{0};
+    std::atomic<unsigned> begunPasses{0}; // requests that the latest pass has seen
+    uint16_t lastKind = 0;                // of the last pass
+    QString lastPath;                     // of the last pass
 };

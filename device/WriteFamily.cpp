@@ -71,32 +71,32 @@ bool SetAngleSet(uint8_t value)
 bool SetDpiLevel(int stage, uint8_t x, uint8_t y, uint8_t flags)
 {
     return isStage(stage) && write([=](FlashDataMap &record) {
-        DpiStage &entry = record.DpiStages[stage];
-        entry.LevelX = x;
-        entry.LevelY = y;
-        entry.LevelFlags = flags;
-    });
+               DpiStage &entry = record.DpiStages[stage];
+               entry.LevelX = x;
+               entry.LevelY = y;
+               entry.LevelFlags = flags;
+           });
 }
 
 bool SetDpiColor(int stage, uint8_t red, uint8_t green, uint8_t blue)
 {
     return isStage(stage) && write([=](FlashDataMap &record) {
-        DpiStage &entry = record.DpiStages[stage];
-        entry.Red = red;
-        entry.Green = green;
-        entry.Blue = blue;
-    });
+               DpiStage &entry = record.DpiStages[stage];
+               entry.Red = red;
+               entry.Green = green;
+               entry.Blue = blue;
+           });
 }
 
 bool SetDpiStages(const DpiStage &first, const DpiStage &second, int firstIndex, int secondIndex,
                   uint8_t current)
 {
     return isStage(firstIndex) && isStage(secondIndex) && write([=](FlashDataMap &record) {
-        record.DpiStages[firstIndex] = first;
-        record.DpiStages[secondIndex] = second;
-        record.CurrentDpiStage = current;
-        record.DpiStageCount = static_cast<uint8_t>(current + 1);
-    });
+               record.DpiStages[firstIndex] = first;
+               record.DpiStages[secondIndex] = second;
+               record.CurrentDpiStage = current;
+               record.DpiStageCount = static_cast<uint8_t>(current + 1);
+           });
 }
 
 bool SetDpiLedMode(uint8_t value)
@@ -126,17 +126,17 @@ bool SetBinding(int key, const KeyBinding &binding)
 bool SetKeySequence(int key, const KeyBinding &binding, const KeySequence &sequence)
 {
     return isKey(key) && write([&](FlashDataMap &record) {
-        record.KeyBindings[key] = binding;
-        record.KeySequences[key] = sequence;
-    });
+               record.KeyBindings[key] = binding;
+               record.KeySequences[key] = sequence;
+           });
 }
 
 bool SetMacroBinding(int key, const KeyBinding &binding, const MacroBlock &macro)
 {
     return isKey(key) && write([&](FlashDataMap &record) {
-        record.KeyBindings[key] = binding;
-        record.MacroBlocks[key] = macro;
-    });
+               record.KeyBindings[key] = binding;
+               record.MacroBlocks[key] = macro;
+           });
 }
 
 bool CheckOnline()

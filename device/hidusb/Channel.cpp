@@ -200,9 +200,15 @@ void Channel::subscribe(const std::weak_ptr<NoticeSink> &sink, uint64_t generati
 
 void Channel::die()
 {
-    const std::lock_guard lock(mutex_);
-    dead_ = true;
-    arrived_.notify_all();
+    std::shared_ptr<NoticeSink> sink;
+    {
+        const std::lock_guard lock(mutex_);
+        dead_ = true;
+        sink = sink_.lock();
+        arrived_.notify_all();
+    }
+    if (sink)
+        sink->lost();
 }
 
 void Channel::hold()

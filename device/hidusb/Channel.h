@@ -45,12 +45,13 @@ struct Limits {
     const std::atomic<bool> *stop = nullptr;                            // true: give up
 };
 
-// Takes the notices of a channel on the channel's reader thread; must not wait.
+// Hears of a channel on the channel's reader thread; must not wait.
 class NoticeSink
 {
 public:
     virtual ~NoticeSink() = default;
     virtual void notice(const wire::Report &report) = 0;
+    virtual void lost() = 0; // the interface is gone
 };
 
 class Channel

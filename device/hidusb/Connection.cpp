@@ -51,6 +51,13 @@ static constexpr NoticeRow NoticeRows[] = {
     {Command::LongRangeChanged, wire::LongRangeNoticeSize},
 };
 
+static constexpr Order WholeRead{Command::FlashRead};
+
+static bool isWholeRead(const Order &order)
+{
+    return order.command == Command::FlashRead && order.argument == 0;
+}
+
 // One row for the callbacks of all connections: the program never sees two at a time.
 static TaskQueue &callbackQueue()
 {
@@ -90,7 +97,16 @@ void Connection::update(const FlashImage &wanted)
         later_ = wanted;
     else if (mirror_.want(wanted))
         resting_ = false;
+    else
+        owe();
     changed_.notify_all();
+}
+
+// Sees to it that a whole read is among the orders.
+void Connection::owe()
+{
+    if (std::none_of(orders_.begin(), orders_.end(), isWholeRead))
+        orders_.push_back(WholeRead);
 }
 
 // After these the mouse holds something else than before.
@@ -117,33 +133,56 @@ bool Connection::finishWrites()
 
 bool Connection::hasWork() const
 {
-    return ended_ || retry_ || !orders_.empty() || (!resting_ && mirror_.next());
+    return ended_ || lost_ || retry_ || !orders_.empty() || (!resting_ && mirror_.next());
 }
 
 void Connection::work()
 {
-    channel_ = acquireChannel(path_);
-    if (!channel_)
-        return;
-    channel_->subscribe(weak_from_this(), generation_);
     Lock lock(mutex_);
+    reach(lock);
     for (;;) {
         changed_.wait(lock, [this] { return hasWork(); });
         if (ended_)
             break;
-        if (retry_) {
+        if (!reach(lock)) {
+            orders_.clear(); // a read to a device that went away yields nothing
+            later_.reset();
+        } else if (retry_) {
             writeNext(lock, 1);
-            retry_ = false;
-            changed_.notify_all();
         } else if (!resting_ && mirror_.next()) {
             writeNext(lock, UsualTries);
-        } else {
+        } else if (!orders_.empty()) {
             const Order order = orders_.front();
             carryOut(lock, order);
+        }
+        if (retry_) {
+            retry_ = false;
+            changed_.notify_all();
         }
     }
     lock.unlock();
     channel_.reset();
+}
+
+// Has a living channel, or opens one. Another device may have come back under the path, so nothing is
+// known of it then.
+bool Connection::reach(Lock &lock)
+{
+    lost_ = false;
+    if (channel_ && !channel_->isDead())
+        return true;
+    const bool hadChannel = channel_ != nullptr;
+    resting_ = false;
+    mirror_.forget();
+    lock.unlock();
+    channel_ = acquireChannel(path_);
+    if (channel_)
+        channel_->subscribe(weak_from_this(), generation_);
+    lock.lock();
+    if (channel_ && (hadChannel || readOwed_))
+        owe();
+    readOwed_ = readOwed_ || hadChannel;
+    return channel_ != nullptr;
 }
 
 void Connection::carryOut(Lock &lock, const Order &order)
@@ -153,6 +192,8 @@ void Connection::carryOut(Lock &lock, const Order &order)
         if (resting_)
             writeNext(lock, 1); // what was given before a read goes out before it
         answered = readFlash(lock, order.address, order.argument > 0 ? order.argument : FlashSize);
+        if (isWholeRead(order))
+            readOwed_ = !answered;
     } else {
         lock.unlock();
         answered = request(order);
@@ -197,7 +238,7 @@ void Connection::writeNext(Lock &lock, int tries)
     if (written)
         mirror_.acknowledge(*range, request.Payload);
     else if (gone)
-        mirror_.forget(); // another device may come back under this path
+        lost_ = true;
     else
         mirror_.doubt(*range);
 }
@@ -244,6 +285,13 @@ bool Connection::request(const Order &order)
 
 // ---- Messages for the program
 
+void Connection::lost()
+{
+    const std::lock_guard lock(mutex_);
+    lost_ = true;
+    changed_.notify_all();
+}
+
 void Connection::notice(const wire::Report &report)
 {
     {
@@ -254,6 +302,8 @@ void Connection::notice(const wire::Report &report)
                               report.Length == sizeof(wire::OnLineReply) && report.Payload[0] != 0;
         if (returned)
             resting_ = false;
+        if (returned && readOwed_)
+            owe();
         changed_.notify_all();
     }
     const bool known =

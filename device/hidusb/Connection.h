@@ -4,6 +4,10 @@
 // Connection: the one open device of the program. An I/O thread carries out its orders in their order and
 // writes, in front of each, what the record has changed; answers and notices go to the callback on the
 // process-wide callback thread. A connection that has ended writes nothing more and calls nobody.
+//
+// A record says nothing about a mouse whose flash has not been read: the program's change is then not
+// written but answered by a whole read. The same goes for a device that was unplugged and came back under
+// its old path, and for a mouse that was out of reach when the whole read was asked for.
 #pragma once
 
 #include "device/hidusb/Channel.h"
@@ -33,6 +37,7 @@ public:
     void order(const Order &order);
     void update(const FlashImage &wanted);
     void notice(const wire::Report &report) override;
+    void lost() override;
 
     const std::string &path() const { return path_; }
     // When a write rests unanswered, has it tried once more. True when none rests then. At most 170 ms.
@@ -43,6 +48,8 @@ private:
 
     void work();
     bool hasWork() const;
+    bool reach(Lock &lock);
+    void owe();
     bool awaitsProfile() const;
     void carryOut(Lock &lock, const Order &order);
     void writeNext(Lock &lock, int tries);
@@ -63,8 +70,10 @@ private:
     std::deque<Order> orders_;
     FlashMirror mirror_;
     std::optional<FlashImage> later_; // wanted once the profile orders in the row are carried out
-    bool resting_ = false; // the last write stayed without a good answer
-    bool retry_ = false;   // it is to be tried once more
+    bool resting_ = false;            // the last write stayed without a good answer
+    bool retry_ = false;              // it is to be tried once more
+    bool readOwed_ = false;           // the whole flash was asked for and did not come
+    bool lost_ = false;               // the channel died and has not been let go of
 };
 
 // The open connection of the process; null when there is none.

@@ -1,0 +1,218 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "app/Dialog.h"
+
+#include "app/environment/CrashFile.h"
+#include "app/hub/PostMsg.h"
+#include "binding/Buttoninterface.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/ImageCache.h"
+#include "device/hidusb/HIDUsb.h"
+#include "lighting/LampLight.h"
+#include "macro/Macro.h"
+#include "presentation/Spin.h"
+#include "presentation/StyleSheets.h"
+#include "presentation/UpDataParam.h"
+#include "sensor/Advanced.h"
+#include "sensor/Sensor.h"
+#include "service/FormSetting.h"
+#include "ui_Dialog.h"
+
+#include <QButtonGroup>
+#include <QKeyEvent>
+
+namespace
+{
+
+constexpr Qt::WindowFlags PageFlags =
+    Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint;
+static_assert(int(PageFlags) == 0x6800);
+
+constexpr QPoint WaitOffset{0, -20};
+constexpr int LetGoMs = 100;
+constexpr int LowBattery = 16;
+constexpr int LineOpacity = 28;
+
+const QString LowColor = QStringLiteral("152, 43, 34");
+const QString FullColor = QStringLiteral("0, 255, 153");
+
+} // namespace
+
+Dialog::Dialog(QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::Dialog>())
+    , groupA(new QButtonGroup(this))
+    , groupB(new QButtonGroup(this))
+    , pictures(style::pictureFolder(QStringLiteral("Dialog")))
+{
+    ui->setupUi(this);
+    buildPages();
+    upDataParam = std::make_unique<UpDataParam>();
+    ways = {{{ui->ButtonMain, buttons},
+             {ui->SensorButton, sensor},
+             {ui->MacroButton, macro},
+             {ui->LightsButton, lights},
+             {ui->Advanced, advanced},
+             {ui->FormSetting, setting}}};
+    dress();
+    dressNavigation();
+    ui->label->hide();
+    ui->SetButton->hide();
+    ui->label_3->hide();
+    setWindowFlags(PageFlags);
+    setFixedSize(size());
+    installCrashFilter();
+    SlotSecondDialog();
+    listen();
+}
+
+Dialog::~Dialog() = default;
+
+void Dialog::buildPages()
+{
+    advanced = new class Advanced(this);
+    buttons = new Buttoninterface(this);
+    lights = new LampLight(this);
+    macro = new Macro(this);
+    sensor = new Sensor(this);
+    setting = new class FormSetting(this);
+    for (QWidget *page : std::initializer_list<QWidget *>{advanced, buttons, lights, macro, sensor, setting})
+        ui->stackedWidgetDialog->addWidget(page);
+}
+
+void Dialog::dress()
+{
+    const QString labelColor = style::color("LabelColor");
+    ui->frame_2->setStyleSheet(style::dialogBackground(pictures, QStringLiteral("frame_2")));
+    ui->UpArrow->setStyleSheet(style::titleButton(pictures, QStringLiteral("UpArrow")));
+    ui->MinButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Min")));
+    ui->CloseButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Close")));
+    ui->BatteryButtonC->setStyleSheet(style::tile(pictures, QStringLiteral("Battery.png")));
+    ui->label->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Charg.png")));
+    ui->label_2->setStyleSheet(style::label(labelColor));
+    ui->label_3->setStyleSheet(style::label(labelColor));
+    ui->progressBar->setStyleSheet(style::batteryBar(FullColor));
+    for (QFrame *line : {ui->line, ui->line_2, ui->line_3, ui->line_4, ui->line_5, ui->line_6, ui->line_7,
+                         ui->line_8, ui->line_9})
+        line->setStyleSheet(style::hairline(labelColor, LineOpacity));
+    SlotIsUsb(false, true);
+}
+
+void Dialog::dressNavigation()
+{
+    for (const Way &way : ways)
+        way.button->setStyleSheet(style::navigationButton(pictures, way.button->objectName()));
+}
+
+void Dialog::listen()
+{
+    PostMsg *hub = PostMsg::instance();
+    connect(hub, SIGNAL(SigSecondPageChange()), this, SLOT(SlotSecondDialog()));
+    connect(hub, SIGNAL(SigIsUsb(bool, bool)), this, SLOT(SlotIsUsb(bool, bool)));
+    connect(hub, SIGNAL(SigUpDataParam(int)), this, SLOT(SlotUpDataParam(int)));
+    connect(hub, SIGNAL(SigStartRecord(int)), this, SLOT(SlotStartRecord(int)));
+    connect(hub, SIGNAL(SigMouseIndex(int)), this, SLOT(SlotMouseIndex(int)));
+    connect(hub, SIGNAL(SigBattery(bool, int, bool)), this, SLOT(SlotBattery(bool, int, bool)),
+            Qt::BlockingQueuedConnection);
+    connect(ui->MinButton, &QToolButton::clicked, this, &Dialog::WindowMin);
+}
+
+// ---- Navigation ---------------------------------------------------------------------------------
+
+// PreButton is not to be seen: it stands checked for the binding page, for those who ask.
+void Dialog::showPage(QWidget *page)
+{
+    for (const Way &way : ways)
+        way.button->setChecked(way.page == page);
+    ui->PreButton->setChecked(page == buttons);
+    ui->stackedWidgetDialog->setCurrentWidget(page);
+}
+
+void Dialog::on_ButtonMain_clicked()
+{
+    showPage(buttons);
+    emit PostMsg::instance()->SigAddMacroButton();
+}
+
+void Dialog::on_SensorButton_clicked() { showPage(sensor); }
+
+void Dialog::on_MacroButton_clicked() { showPage(macro); }
+
+void Dialog::on_LightsButton_clicked() { showPage(lights); }
+
+void Dialog::on_FormSetting_clicked() { showPage(setting); }
+
+void Dialog::on_Advanced_clicked()
+{
+    emit PostMsg::instance()->SigtVis(0);
+    showPage(advanced);
+}
+
+void Dialog::SlotSecondDialog() { showPage(buttons); }
+
+void Dialog::on_stackedWidgetDialog_currentChanged(int) { ui->UpArrow->show(); }
+
+void Dialog::SlotStartRecord(int index)
+{
+    if (index != 0 && index != 1)
+        return;
+    ui->PreButton->setEnabled(index == 1);
+    for (const Way &way : ways)
+        way.button->setEnabled(index == 1);
+}
+
+// ---- Leaving ------------------------------------------------------------------------------------
+
+void Dialog::writeCache() { ImageCacheWrite(SelectedDevice::imageName(), DeviceRecord::copy()); }
+
+void Dialog::WindowClosed()
+{
+    writeCache();
+    emit PostMsg::instance()->SigChangeSize(1);
+}
+
+void Dialog::on_CloseButton_clicked() { WindowClosed(); }
+
+void Dialog::WindowMin() { emit PostMsg::instance()->SigChangeSize(0); }
+
+void Dialog::on_UpArrow_clicked()
+{
+    UsbServer_SetPCDriverStatus(0);
+    writeCache();
+    ui->PreButton->setChecked(true);
+    spinEventLoop(LetGoMs);
+    UsbServer_Exit();
+    emit PostMsg::instance()->SigChangeMainDialog(0);
+    emit PostMsg::instance()->SigSetMacroPage();
+}
+
+// ---- What the device says -----------------------------------------------------------------------
+
+void Dialog::SlotIsUsb(bool Usb, bool)
+{
+    const QString name = Usb ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png");
+    ui->label_4->setStyleSheet(style::stretchedPicture(pictures, name));
+}
+
+void Dialog::SlotBattery(bool IsCharg, int Number, bool IsText)
+{
+    ui->label->setVisible(IsCharg);
+    ui->progressBar->setValue(Number);
+    ui->label_2->setText(QString::number(Number) + (IsText ? QStringLiteral("%") : QString()));
+    ui->progressBar->setStyleSheet(style::batteryBar(Number < LowBattery ? LowColor : FullColor));
+}
+
+// A load that begins while the wait for another one stands is waited for with that one.
+void Dialog::SlotUpDataParam(int index)
+{
+    if (index == 1)
+        upDataParam->setRefreshing();
+    if (upDataParam->isVisible())
+        return;
+    upDataParam->startTimer();
+    upDataParam->openOver(this, WaitOffset);
+}
+
+// The keys that work anywhere are the window's; to a dialog Escape would mean that it goes.
+void Dialog::keyPressEvent(QKeyEvent *event) { event->ignore(); }

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Dialog: the device page. It holds the working pages with the column that leads to them, the battery, the
+// connection's icon and the wait that stands over a load. Main thread.
+#pragma once
+
+#include <QDialog>
+#include <array>
+#include <memory>
+
+class Advanced;
+class Buttoninterface;
+class FormSetting;
+class LampLight;
+class Macro;
+class QButtonGroup;
+class QToolButton;
+class Sensor;
+class UpDataParam;
+
+namespace Ui
+{
+class Dialog;
+}
+
+class Dialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit Dialog(QWidget *parent = nullptr);
+    ~Dialog() override;
+
+public slots:
+    void WindowClosed();
+    void WindowMin();
+    void on_CloseButton_clicked();
+    void on_ButtonMain_clicked();
+    void on_SensorButton_clicked();
+    void on_MacroButton_clicked();
+    void on_LightsButton_clicked();
+    void on_FormSetting_clicked();
+    void on_Advanced_clicked();
+    void on_UpArrow_clicked();
+    void SlotSecondDialog();
+    void SlotIsUsb(bool Usb, bool IsVs);
+    void SlotBattery(bool IsCharg, int Number, bool IsText);
+    void SlotUpDataParam(int index);
+    void SlotStartRecord(int index);
+    void on_stackedWidgetDialog_currentChanged(int arg1);
+    void SlotMouseIndex(int) {}
+    void on_SetButton_clicked() {}
+    void on_MouseB_clicked() {}
+    void on_MouseC_clicked() {}
+    void on_PreButton_clicked() {}
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    void buildPages();
+    void dress();
+    void dressNavigation();
+    void listen();
+    void showPage(QWidget *page);
+    void writeCache();
+
+    struct Way {
+        QToolButton *button;
+        QWidget *page;
+    };
+
+    std::unique_ptr<Ui::Dialog> ui;
+    QButtonGroup *groupA;
+    QButtonGroup *groupB;
+    Advanced *advanced;
+    Buttoninterface *buttons;
+    LampLight *lights;
+    Macro *macro;
+    Sensor *sensor;
+    FormSetting *setting;
+    std::unique_ptr<UpDataParam> upDataParam;
+    QString pictures;
+    std::array<Way, 6> ways; // in the order of the column
+};

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// DialogMain: the one top-level window, a stack of the selection page and the device page. It owns the
+// tray icon and decides what closing means. Main thread.
+#pragma once
+
+#include <QDialog>
+#include <QSystemTrayIcon>
+#include <memory>
+
+class Dialog;
+class DialogChange;
+class QAction;
+class QMenu;
+
+namespace Ui
+{
+class DialogMain;
+}
+
+class DialogMain : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit DialogMain(QWidget *parent = nullptr);
+    ~DialogMain() override;
+
+public slots:
+    void SlotChangeMainDialog(int index);
+    void SlotChangeSize(int index);
+    void SlotMouseOffLine(int index);
+    void SlotUpPageLight() {}
+    void SlotAllLanguage(int index);
+    void on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reason);
+    void slotActionMain();
+    void slotActionExitApp();
+    void on_pushButton_clicked();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+private:
+    void listen();
+    void hideToTray();
+    void buildTrayMenu();
+    void endProgram();
+    void comeBack();
+
+    std::unique_ptr<Ui::DialogMain> ui;
+    std::unique_ptr<QMenu> trayMenu;
+    QAction *actionMain = nullptr;
+    QAction *actionExit = nullptr;
+    QSystemTrayIcon trayIcon;
+    QString pictures;
+    Dialog *dialog;
+    DialogChange *dialogChange;
+    QString openText;
+    QString exitText;
+    QPoint grip; // where the mouse holds the window
+    bool held = false;
+};

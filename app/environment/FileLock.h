@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// A lock between processes that the kernel takes back from a process that dies, at any moment and without
+// a trace. The file at `path` stays behind, empty. One object per thread.
+#pragma once
+
+#include <QString>
+
+class FileLock
+{
+public:
+    // Waits up to `timeoutMs` for the other holder.
+    FileLock(const QString &path, int timeoutMs);
+    ~FileLock();
+    FileLock(const FileLock &) = delete;
+    FileLock &operator=(const FileLock &) = delete;
+
+    bool isHeld() const { return m_held; }
+
+private:
+    int m_file;
+    bool m_held = false;
+};

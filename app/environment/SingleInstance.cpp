@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "SingleInstance.h"
+
+#include "DataRoot.h"
+#include "FileLock.h"
+
+namespace
+{
+constexpr int DecisionTimeMs = 2000;
+constexpr int MemorySize = 1;
+} // namespace
+
+SingleInstance::SingleInstance() : m_memory(applicationName()) {}
+
+bool SingleInstance::acquire()
+{
+    // Two copies started by one double click decide one after the other. Without the lock, on a data
+    // root that cannot be written, the decision is made all the same.
+    const FileLock decision(dataRoot() + QStringLiteral("/Instance.lock"), DecisionTimeMs);
+
+    // The memory of a copy that was killed outlives it here. Whoever detaches last removes it, so this
+    // pair clears a dead copy's memory and leaves a living copy's alone.
+    if (m_memory.attach(QSharedMemory::ReadWrite))
+        m_memory.detach();
+
+    if (m_memory.attach(QSharedMemory::ReadWrite)) {
+        m_memory.detach(); // a notice left standing must not hold the place of a copy that has ended
+        return false;
+    }
+    m_memory.create(MemorySize, QSharedMemory::ReadWrite);
+    return true;
+}

@@ -1,0 +1,351 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "catalogue/DialogChange.h"
+
+#include "app/hub/PostMsg.h"
+#include "catalogue/AttachedDevices.h"
+#include "catalogue/TileRoad.h"
+#include "catalogue/config/LanguageChoice.h"
+#include "catalogue/config/RegistryStore.h"
+#include "catalogue/config/UserStore.h"
+#include "device/DeviceSearch.h"
+#include "device/DeviceState.h"
+#include "device/Worker.h"
+#include "device/hidusb/HIDUsb.h"
+#include "presentation/Notices.h"
+#include "presentation/Spin.h"
+#include "presentation/StyleSheets.h"
+#include "ui_DialogChange.h"
+
+#include <QPointer>
+#include <thread>
+
+namespace
+{
+
+constexpr int PageChangeMs = 150;
+
+QPointer<DialogChange> thePage; // main thread
+
+// What other threads hand over to the main thread goes through an object that outlives every page.
+QObject *mainThread()
+{
+    static QObject *const object = new QObject;
+    return object;
+}
+
+QString homeText(const char *key, int index) { return language::text(language::Section::home, key, index); }
+
+void replaceIn(std::vector<DeviceAllInfo> &list, const DeviceAllInfo &device)
+{
+    for (DeviceAllInfo &entry : list)
+        if (entry.DevicePath == device.DevicePath)
+            entry = device;
+}
+
+} // namespace
+
+DialogChange::DialogChange(QWidget *parent)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::DialogChange>())
+    , pictures(style::pictureFolder(QStringLiteral("DialogChange")))
+    , board((ui->setupUi(this), ui->stackedWidget), pictures)
+{
+    dress();
+    listen();
+    showPrompt();
+    ui->FindVer->hide();
+    SlotAllLanguage(storedLanguage(UserStore::instance()));
+    thePage = this;
+    mainThread();
+    StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
+}
+
+DialogChange::~DialogChange() = default;
+
+void DialogChange::dress()
+{
+    const QString notices = style::pictureFolder(QStringLiteral("WarningDialog"));
+    const QString labelSheet = style::label(style::color("LabelColor"));
+    const QString buttonColor = style::color("ButtonColor");
+    ui->frameChange->setStyleSheet(style::windowBackground(pictures, QStringLiteral("frameChange")));
+    ui->MinButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Min")));
+    ui->CloseButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Close")));
+    ui->LeftButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Left")));
+    ui->RightButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Right")));
+    ui->Repair->setStyleSheet(style::textButton(pictures, buttonColor, QStringLiteral("Confirm")));
+    ui->PromptPicture->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Prompt.png")));
+    ui->label_2->setStyleSheet(labelSheet);
+    ui->label_3->setStyleSheet(labelSheet);
+    const QString selectColor = style::color("ComboxSelectColor");
+    ui->comboBox->setStyleSheet(style::comboBox(pictures, style::color("ComboxTextColor"), selectColor));
+    ui->FindVer->setStyleSheet(style::dialogBackground(notices, QStringLiteral("FindVer")));
+    ui->FindVerlaebl->setStyleSheet(labelSheet);
+    ui->CloseButton_2->setStyleSheet(style::titleButton(notices, QStringLiteral("Close")));
+    ui->NewHong->setStyleSheet(style::textButton(notices, buttonColor, QStringLiteral("Confirm")));
+    ui->NoApear->setStyleSheet(style::checkBox(pictures, style::color("LabelColor")));
+}
+
+void DialogChange::listen()
+{
+    PostMsg *hub = PostMsg::instance();
+    connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(hub, SIGNAL(SigLanguageSameA(int)), this, SLOT(SlotSameLanguageA(int)));
+    connect(hub, SIGNAL(SigUpDateButton(bool)), this, SLOT(SlotUpDateButton(bool)));
+    connect(hub, SIGNAL(SigEnterKey()), this, SLOT(SlotEnterKey()));
+    connect(hub, &PostMsg::SigChangeMainDialog, this, [this](int index) { leftAgain = index == 0; });
+}
+
+// ---- Search -------------------------------------------------------------------------------------
+
+void DialogChange::UsbChanged()
+{
+    const DeviceScan scan = scanDevices();
+    QMetaObject::invokeMethod(
+        mainThread(),
+        [scan] {
+            if (thePage)
+                thePage->take(scan);
+        },
+        Qt::QueuedConnection);
+}
+
+// While the device page shows, its own watch follows the devices; coming back asks anew.
+void DialogChange::take(const DeviceScan &scan)
+{
+    if (scan.generation < takenGeneration || isHidden())
+        return;
+    takenGeneration = scan.generation;
+    SlotUpDateButton(RegistryStore::instance()
+                         .value(registry::BaseGroup, QString::fromLatin1(registry::UpdateFailInfo))
+                         .isEmpty());
+    AttachedDevices = AttachedDevicesCopy = scan.devices;
+    board.clear();
+    if (AttachedDevices.empty()) {
+        showPrompt();
+    } else if (scan.tally.settle(AttachedDevices, unknownIndex())) {
+        showPrompt();
+        warnOfDuplicates();
+    } else {
+        showCarousel();
+    }
+}
+
+// A search that ends while the notice stands needs no second one.
+void DialogChange::warnOfDuplicates()
+{
+    if (warning)
+        return;
+    warning = true;
+    QuestiondialogB().openOver(this);
+    warning = false;
+}
+
+void DialogChange::showPrompt()
+{
+    ui->PromptPicture->show();
+    ui->label_2->show();
+    ui->label_3->hide();
+    ui->stackedWidget->hide();
+    ui->LeftButton->hide();
+    ui->RightButton->hide();
+}
+
+void DialogChange::showCarousel()
+{
+    ui->PromptPicture->hide();
+    ui->label_2->hide();
+    ui->label_3->show();
+    board.build(AttachedDevices);
+    for (const TileBoard::Tile &tile : board.tiles()) {
+        connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()));
+        connect(tile.button, &mytoolButtonEnter::entered, this, &DialogChange::refreshTile);
+    }
+    ui->stackedWidget->show();
+    ui->RightButton->setVisible(AttachedDevices.size() > 3);
+    ui->LeftButton->hide();
+}
+
+// The pointer may wander over many tiles while a silent one is still being asked, so each question has a
+// thread of its own and nobody waits for it.
+void DialogChange::refreshTile(int index)
+{
+    if (index < 0 || index >= int(AttachedDevices.size()))
+        return;
+    std::thread([device = AttachedDevices[std::size_t(index)]]() mutable {
+        refreshDevice(device);
+        QMetaObject::invokeMethod(
+            mainThread(),
+            [device] {
+                if (thePage)
+                    thePage->takeRefreshed(device);
+            },
+            Qt::QueuedConnection);
+    }).detach();
+}
+
+void DialogChange::takeRefreshed(const DeviceAllInfo &device)
+{
+    replaceIn(AttachedDevices, device);
+    replaceIn(AttachedDevicesCopy, device);
+    for (std::size_t i = 0; i < AttachedDevices.size(); ++i)
+        if (AttachedDevices[i].DevicePath == device.DevicePath)
+            board.show(int(i), device);
+}
+
+// ---- A click on a tile --------------------------------------------------------------------------
+
+void DialogChange::slotButtonClicked()
+{
+    if (const auto *tile = qobject_cast<mytoolButtonEnter *>(sender()))
+        openDevice(tile->deviceIndex());
+}
+
+void DialogChange::openDevice(int index)
+{
+    if (index < 0 || index >= int(AttachedDevices.size()))
+        return;
+    emit PostMsg::instance()->SigIsUsb(false, true);
+    emit PostMsg::instance()->SigSetver(6);
+    const DeviceAllInfo device = AttachedDevices[std::size_t(index)];
+    const int mid = catalogueMid(device).toInt();
+    if (hasScreenClass(mid))
+        emit PostMsg::instance()->SigMouseIndex(mid);
+    if (asksOfflineTile(index) && offlineTileDecision(device) != TileDecision::EnterReceiver)
+        return;
+    if (device.DriveIndex != unknownIndex())
+        enterDevice(device);
+}
+
+bool DialogChange::asksOfflineTile(int index) const
+{
+    const DeviceAllInfo &device = AttachedDevices[std::size_t(index)];
+    if (device.DriveIndex == unknownIndex() && !device.Usb)
+        return true;
+    if (AttachedDevices.size() != 2)
+        return false;
+    const auto answers = [](const DeviceAllInfo &asked) {
+        return UsbFinderC_GetDeviceOnLine(asked.DevicePath.toLocal8Bit().constData()) != 0;
+    };
+    return isSilentTwin(AttachedDevices, index, {answers(AttachedDevices[0]), answers(AttachedDevices[1])});
+}
+
+void DialogChange::enterDevice(const DeviceAllInfo &device)
+{
+    PostMsg *hub = PostMsg::instance();
+    emit hub->SigSelectMouseInfo(device);
+    if (connectionKind(device.DeviceKind) != 0)
+        CurrentConnectionKind = connectionKind(device.DeviceKind);
+    announceReceiverFirmware(device);
+    emit hub->SigChangeMainDialog(1);
+    leftAgain = false;
+    spinEventLoop(PageChangeMs);
+    if (leftAgain)
+        return;
+    OnDevicePage = 1;
+    if (Worker::instance())
+        Worker::instance()->startPass();
+}
+
+// ---- Buttons ------------------------------------------------------------------------------------
+
+void DialogChange::WindowClosedA() { window()->close(); }
+
+void DialogChange::WindowMinA() { window()->showMinimized(); }
+
+void DialogChange::on_MinButton_clicked() { emit PostMsg::instance()->SigChangeSize(0); }
+
+void DialogChange::on_CloseButton_clicked() { emit PostMsg::instance()->SigChangeSize(1); }
+
+// With three pages or more the arrows never show both ways at once.
+void DialogChange::on_RightButton_clicked()
+{
+    ui->label_2->hide();
+    ui->label_3->show();
+    const int page = ui->stackedWidget->currentIndex();
+    if (page == ui->stackedWidget->count() - 2) {
+        ui->LeftButton->show();
+        ui->RightButton->hide();
+    }
+    ui->stackedWidget->setCurrentIndex(page + 1);
+}
+
+void DialogChange::on_LeftButton_clicked()
+{
+    ui->label_2->hide();
+    ui->label_3->show();
+    const int page = ui->stackedWidget->currentIndex();
+    if (page == 1) {
+        ui->LeftButton->hide();
+        ui->RightButton->show();
+    }
+    ui->stackedWidget->setCurrentIndex(page - 1);
+}
+
+void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }
+
+void DialogChange::SlotUpDateButton(bool IsHide)
+{
+    ui->Repair->setVisible(!IsHide);
+    ui->label_2->setText(IsHide ? pleaseEnter : repairDevice);
+}
+
+void DialogChange::SlotEnterKey()
+{
+    if (!ui->FindVer->isHidden())
+        ui->FindVer->hide();
+    else if (!ui->Repair->isHidden())
+        on_Repair_clicked();
+}
+
+void DialogChange::on_CloseButton_2_clicked() { ui->FindVer->hide(); }
+
+void DialogChange::on_NewHong_clicked() { ui->FindVer->hide(); }
+
+void DialogChange::on_NoApear_clicked(bool checked)
+{
+    UserStore::instance().WriteValue(QStringLiteral("FindNew"), QStringLiteral("IsShow"),
+                                     checked ? QStringLiteral("1") : QStringLiteral("0"));
+}
+
+void DialogChange::on_label_linkHovered(QString) {}
+
+// ---- Language -----------------------------------------------------------------------------------
+
+void DialogChange::on_comboBox_activated(int index)
+{
+    storeLanguage(UserStore::instance(), index);
+    LanguageIndex = index;
+    emit PostMsg::instance()->SigAllLanguage(index);
+    emit PostMsg::instance()->SigLanguageSameB(index);
+}
+
+void DialogChange::SlotSameLanguageA(int index)
+{
+    const QSignalBlocker silent(ui->comboBox);
+    ui->comboBox->setCurrentIndex(index);
+}
+
+void DialogChange::SlotAllLanguage(int index)
+{
+    pleaseEnter = homeText("PleaseEnter", index);
+    repairDevice = homeText("RepairDevice", index);
+    newVersion = homeText("NewVerTips", index);
+    pairTips = homeText("PairTips_z", index);
+    dialogOffline = language::text(language::Section::infoTips, "DialogOffline", index);
+    SlotUpDateButton(ui->Repair->isHidden());
+    ui->label_3->setText(homeText("ClickIn", index));
+    ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));
+    ui->NewHong->setText(language::text(language::Section::common, "OK", index));
+    ui->NoApear->setText(homeText("NoApear", index));
+    board.setOfflineTip(dialogOffline + QLatin1Char('\n') + pairTips);
+}
+
+void DialogChange::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        ui->retranslateUi(this);
+        SlotSameLanguageA(0);
+    }
+    QWidget::changeEvent(event);
+}

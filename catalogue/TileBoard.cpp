@@ -1,0 +1,129 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "catalogue/TileBoard.h"
+
+#include "catalogue/AttachedList.h"
+#include "device/DeviceSearch.h"
+#include "presentation/StyleSheets.h"
+
+#include <QStackedWidget>
+
+namespace
+{
+
+constexpr int TilesOnPage = 3;
+constexpr QSize TileSize{284, 360};
+constexpr QSize IndicatorSize{32, 32};
+constexpr QSize BadgeSize{42, 26};
+constexpr int IndicatorY = 20;
+constexpr int BadgeY = 10;
+
+struct TilePlace {
+    int tileX;
+    int indicatorX;
+    int badgeX;
+};
+// By the number of tiles on the page.
+constexpr TilePlace Places[TilesOnPage][TilesOnPage] = {
+    {{305, 530, 312}, {}, {}},
+    {{135, 360, 142}, {445, 665, 452}, {}},
+    {{0, 225, 7}, {300, 525, 307}, {600, 825, 607}},
+};
+
+QLabel *addLabel(QWidget *page, const QString &name, const QString &sheet)
+{
+    auto *label = new QLabel(page);
+    label->setObjectName(name);
+    label->setStyleSheet(sheet);
+    label->hide();
+    return label;
+}
+
+} // namespace
+
+TileBoard::TileBoard(QStackedWidget *tileStack, const QString &pictures) : stack(tileStack), folder(pictures)
+{
+}
+
+void TileBoard::clear()
+{
+    all.clear();
+    while (stack->count() > 0) {
+        QWidget *page = stack->widget(0);
+        stack->removeWidget(page);
+        page->hide();
+        page->deleteLater();
+    }
+}
+
+void TileBoard::build(const std::vector<DeviceAllInfo> &devices)
+{
+    clear();
+    const int total = int(devices.size());
+    for (int first = 0; first < total; first += TilesOnPage)
+        addPage(devices, first, qMin(TilesOnPage, total - first));
+    stack->setCurrentIndex(0);
+}
+
+void TileBoard::addPage(const std::vector<DeviceAllInfo> &devices, int first, int count)
+{
+    auto *page = new QWidget;
+    for (int i = 0; i < count; ++i) {
+        const TilePlace &place = Places[count - 1][i];
+        const Tile tile = makeTile(page, first + i, devices[std::size_t(first + i)]);
+        tile.button->setGeometry({{place.tileX, 0}, TileSize});
+        tile.offline->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
+        tile.link->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
+        tile.badge->setGeometry({{place.badgeX, BadgeY}, BadgeSize});
+        all.push_back(tile);
+        show(first + i, devices[std::size_t(first + i)]);
+    }
+    stack->addWidget(page);
+}
+
+TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInfo &device)
+{
+    const QString number = QString::number(index);
+    auto *button = new mytoolButtonEnter(page);
+    button->setObjectName(QStringLiteral("btn") + number);
+    button->setCursor(Qt::PointingHandCursor);
+    button->setFocusPolicy(Qt::TabFocus);
+    const QString link = device.Usb ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png");
+    const QString badge = rateBadge(device.DeviceKind);
+    const Tile tile{button,
+                    addLabel(page, QStringLiteral("label") + number,
+                             style::labelPicture(folder, QStringLiteral("DisOnline.png"))),
+                    addLabel(page, QStringLiteral("UsbWifi") + number, style::labelPicture(folder, link)),
+                    addLabel(page, QStringLiteral("Rate") + number, style::labelPicture(folder, badge))};
+    tile.offline->setToolTip(offlineTip);
+    tile.badge->setVisible(!badge.isEmpty());
+    // The tile is one thing to click on; the off-line label alone has something to say.
+    tile.link->setAttribute(Qt::WA_TransparentForMouseEvents);
+    tile.badge->setAttribute(Qt::WA_TransparentForMouseEvents);
+    return tile;
+}
+
+void TileBoard::show(int index, const DeviceAllInfo &device)
+{
+    if (index < 0 || index >= int(all.size()))
+        return;
+    const Tile &tile = all[std::size_t(index)];
+    const bool unknown = device.DriveIndex == unknownIndex();
+    const bool linked = unknown || device.Online;
+    tile.button->setStyleSheet(style::tile(folder, tilePicture(unknown, device.Online, device.Mid)) +
+                               style::tileHover());
+    tile.button->setAccessibleName(QStringLiteral("Device %1, %2")
+                                       .arg(index + 1)
+                                       .arg(unknown         ? QStringLiteral("unknown")
+                                            : device.Online ? QStringLiteral("on line")
+                                                            : QStringLiteral("off line")));
+    tile.link->setVisible(linked);
+    tile.offline->setVisible(!linked);
+}
+
+void TileBoard::setOfflineTip(const QString &tip)
+{
+    offlineTip = tip;
+    for (const Tile &tile : all)
+        tile.offline->setToolTip(tip);
+}

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// TileBoard: the carousel's pages with up to three tiles each. A tile is a button under a link indicator,
+// an off-line label and a rate badge, whose object names end in the number of the device.
+#pragma once
+
+#include "device/record/DeviceAllInfo.h"
+#include "presentation/Widgets.h"
+
+#include <QLabel>
+#include <vector>
+
+class QStackedWidget;
+
+class TileBoard
+{
+public:
+    struct Tile {
+        mytoolButtonEnter *button;
+        QLabel *offline;
+        QLabel *link;
+        QLabel *badge;
+    };
+
+    // Builds its pages into `stack`, which owns them.
+    TileBoard(QStackedWidget *stack, const QString &pictures);
+
+    void clear();
+    void build(const std::vector<DeviceAllInfo> &devices);
+    // What a tile shows follows its device.
+    void show(int index, const DeviceAllInfo &device);
+    void setOfflineTip(const QString &tip);
+    const std::vector<Tile> &tiles() const { return all; }
+
+private:
+    void addPage(const std::vector<DeviceAllInfo> &devices, int first, int count);
+    Tile makeTile(QWidget *page, int index, const DeviceAllInfo &device);
+
+    QStackedWidget *stack;
+    QString folder;
+    QString offlineTip;
+    std::vector<Tile> all;
+};

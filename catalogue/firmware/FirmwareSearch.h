@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Whether the folder "/bin" beside the program holds firmware other than what a device runs. A version
+// that merely differs counts as new: the folder decides what a device should run. Any thread; the folder
+// is read at each call, of each file no more than its head.
+#pragma once
+
+#include <QString>
+
+constexpr int TargetMouse = 210;
+constexpr int TargetReceiver = 211;
+
+// version: as devices give it, such as "v1.0A"; an empty one yields false. baseName: the firmware's name
+// in the catalogue.
+bool hasNewFirmware(int target, const QString &version, const QString &baseName, int cid, int mid);
+
+// The key of the firmware's name in a model's catalogue section: "MM" for a mouse, "DM", "D2M", "D4M" or
+// "D8M" for the receiver of that kind (1, 2, 4 or 8); empty for any other.
+QString firmwareKey(int target, int connectionKind);
+
+// The same question with base name and ids from the catalogue; `section` is the model's.
+bool checkForNew(int target, const QString &version, int connectionKind, const QString &section);

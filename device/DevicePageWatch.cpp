@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The hot-plug callback while the device page shows: follows the selected device from its receiver to
+// its cable, and leaves the page when it is gone.
+#include "device/EventDispatch.h"
+
+#include "app/hub/PostMsg.h"
+#include "catalogue/firmware/FirmwareSearch.h"
+#include "device/DeviceSearch.h"
+#include "device/DeviceState.h"
+#include "device/Worker.h"
+#include "device/hidusb/HIDUsb.h"
+
+namespace
+{
+
+constexpr int AddressSize = 3;
+
+// The devices that may be the selected one or its cable; other models are dropped.
+std::vector<DeviceAllInfo> rebuildDeviceList(const DeviceAllInfo &selected)
+{
+    std::vector<DeviceAllInfo> kept;
+    for (DeviceAllInfo &entry : findDevices(DeviceFinder::ByInterface)) {
+        if (!selected.DevicePath.isEmpty() && refreshDevice(entry) == DeviceMatch::Known) {
+            if (entry.DriveIndex != selected.DriveIndex)
+                continue;
+            DeviceMatched = true;
+            if (entry.DevicePath == selected.DevicePath)
+                pointCurrentDeviceAt(entry.DevicePath);
+        }
+        kept.push_back(entry);
+    }
+    return kept;
+}
+
+// The selected mouse, so far behind its receiver, was plugged in by cable.
+bool isCableOf(const DeviceAllInfo &entry, const DeviceAllInfo &selected)
+{
+    return entry.DriveIndex == selected.DriveIndex && entry.Usb && entry.Online && !selected.Usb &&
+           entry.UsbAddress.size() == AddressSize && entry.UsbAddress == selected.UsbAddress;
+}
+
+bool shouldSwitchTo(const DeviceAllInfo &entry, const DeviceAllInfo &selected)
+{
+    if (!selected.DevicePath.isEmpty())
+        return isCableOf(entry, selected);
+    if (selected.Online && !selected.Usb && isCableOf(entry, selected))
+        return true;
+    return entry.Online && entry.DevicePath == selected.DevicePath;
+}
+
+void switchTo(const DeviceAllInfo &entry)
+{
+    if (UsbFinderC_GetDeviceOnLine(entry.DevicePath.toLocal8Bit().constData())) {
+        SelectedDevice::set(entry);
+        pointCurrentDeviceAt(entry.DevicePath);
+    }
+    if (Worker *const worker = Worker::instance())
+        worker->startPass();
+}
+
+void leavePage()
+{
+    if (NotUpgrading)
+        emit PostMsg::instance()->SigChangeMainDialog(0);
+}
+
+void followSelection(const std::vector<DeviceAllInfo> &list)
+{
+    std::size_t others = 0;
+    for (const DeviceAllInfo &entry : list) {
+        if (shouldSwitchTo(entry, SelectedDevice::info()))
+            switchTo(entry);
+        if (entry.DevicePath != SelectedDevice::info().DevicePath)
+            ++others;
+    }
+    if (others == list.size() && !SelectedDevice::info().DevicePath.isEmpty())
+        leavePage();
+}
+
+void announceFirmware()
+{
+    const DeviceAllInfo selected = SelectedDevice::info();
+    const bool isNew = checkForNew(TargetReceiver, selected.DongleVersion,
+                                   connectionKind(selected.DeviceKind), driveSection(selected));
+    emit PostMsg::instance()->SigLabelTextB(selected.DongleVersion,
+                                            isNew ? QStringLiteral("true") : QString());
+    if (UpgradeDialogOpen && !UpdateBusy)
+        emit PostMsg::instance()->SigCheckUpdate();
+}
+
+} // namespace
+
+void DevicePageUsbChanged()
+{
+    emit PostMsg::instance()->SigSetver(4);
+    const DeviceAllInfo selected = SelectedDevice::info();
+    const std::vector<DeviceAllInfo> list = rebuildDeviceList(selected);
+    // The user may have gone on to another device while slow ones were asked.
+    if (SelectedDevice::info().DevicePath != selected.DevicePath)
+        return;
+    setDeviceList(list);
+    if (!list.empty()) {
+        followSelection(list);
+    } else if (NotUpgrading) {
+        SelectedDevice::set(DeviceAllInfo());
+        leavePage();
+    }
+    announceFirmware();
+}

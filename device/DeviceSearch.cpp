@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "device/DeviceSearch.h"
+
+#include "catalogue/config/DeviceCatalogue.h"
+#include "device/hidusb/HIDUsb.h"
+
+namespace
+{
+
+constexpr int IdentityTries = 10;
+constexpr int32_t PathsPerPair = 5;
+constexpr int32_t SettingsInterface = 1;
+constexpr int32_t SettingsUsage = 5;
+
+const char *const ProductIdKeys[] = {"USB_PID", "Wireless_PID", "Wireless2_PID", "Wireless4_PID",
+                                     "Wireless8_PID"};
+
+QStringList optionList(const char *key)
+{
+    QStringList list = DeviceCatalogue().optionList(key);
+    list.removeAll(QString());
+    return list;
+}
+
+// A device that has just been plugged in says nothing of itself for a while.
+bool askIdentity(const QByteArray &path, DeviceIdentity &identity)
+{
+    for (int tries = 0; tries < IdentityTries; ++tries) {
+        identity = UsbFinderC_GetDeviceInfo(path.constData(), 0);
+        if (identity.Cid != 0 || identity.Mid != 0)
+            return true;
+    }
+    return false;
+}
+
+QString descriptorVersion(const QByteArray &path)
+{
+    UsbAttribute attribute{};
+    UsbFinderC_GetUsbDeviceAttribute(path.constData(), &attribute);
+    return versionText(attribute.Version.get());
+}
+
+void appendPair(std::vector<DeviceAllInfo> &found, DeviceFinder finder, const QString &vid,
+                const QString &pid)
+{
+    const QByteArray vidText = vid.toLatin1();
+    const QByteArray pidText = pid.toLatin1();
+    int32_t count = PathsPerPair;
+    const char *const *paths =
+        finder == DeviceFinder::Default
+            ? UsbFinderC_FindHidDevicesByDefaultDeviceId(vidText.constData(), pidText.constData(), &count)
+            : UsbFinderC_FindHidDevicesByDeviceId(vidText.constData(), pidText.constData(), SettingsInterface,
+                                                  SettingsUsage, &count);
+    QList<QByteArray> copies; // the array is the layer's, and the next question may replace it
+    for (int32_t i = 0; paths && i < qMin(count, PathsPerPair); ++i)
+        copies.append(paths[i]);
+    for (const QByteArray &path : copies) {
+        DeviceAllInfo device;
+        device.DevicePath = QString::fromLocal8Bit(path);
+        device.Vid = vid;
+        device.Pid = pid;
+        device.DongleVersion = descriptorVersion(path);
+        found.push_back(device);
+    }
+}
+
+} // namespace
+
+int unknownIndex() { return DeviceCatalogue().total(); }
+
+DeviceMatch identifyDevice(DeviceAllInfo &device)
+{
+    const QByteArray path = device.DevicePath.toLocal8Bit();
+    DeviceIdentity identity{};
+    const bool ready = askIdentity(path, identity);
+    const int total = unknownIndex();
+    device.DeviceKind = identity.DeviceKind;
+    device.Usb = isWiredKind(identity.DeviceKind);
+    device.DriveIndex = total;
+    if (!ready)
+        return DeviceMatch::Unknown;
+    const int model = DeviceCatalogue().find(identity.Cid, identity.Mid);
+    if (model == total)
+        return total >= 1 ? DeviceMatch::Unknown : DeviceMatch::LeftOut;
+    device.Cid = identity.Cid;
+    device.Mid = identity.Mid;
+    device.DriveIndex = model;
+    device.Online = UsbFinderC_GetDeviceOnLine(path.constData()) != 0;
+    return DeviceMatch::Known;
+}
+
+DeviceMatch refreshDevice(DeviceAllInfo &device)
+{
+    OnlineAddress address{};
+    UsbFinderC_GetDeviceOnLineWithUsbAddress(device.DevicePath.toLocal8Bit().constData(), &address);
+    device.Online = address.Online == 1;
+    device.UsbAddress = QByteArray(reinterpret_cast<const char *>(address.Address), sizeof address.Address);
+    return identifyDevice(device);
+}
+
+QStringList searchedProductIds()
+{
+    QStringList ids;
+    for (const char *key : ProductIdKeys)
+        ids += optionList(key);
+    return ids;
+}
+
+std::vector<DeviceAllInfo> findDevices(DeviceFinder finder)
+{
+    std::vector<DeviceAllInfo> found;
+    const QStringList productIds = searchedProductIds();
+    for (const QString &vid : optionList("VID"))
+        for (const QString &pid : productIds)
+            appendPair(found, finder, vid, pid);
+    return found;
+}

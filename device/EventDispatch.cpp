@@ -1,0 +1,309 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "device/EventDispatch.h"
+
+#include "app/hub/PostMsg.h"
+#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/config/RegistryStore.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/hidusb/wire/FlashLayout.h"
+
+#include <QElapsedTimer>
+#include <QStringList>
+#include <vector>
+
+namespace
+{
+
+constexpr int WholeReadPauseMs = 3000; // a device may ask for a whole new read once in this time
+constexpr int ConfigTotal = 4;         // configurations of a device
+constexpr uint8_t NoAnswer = 's';      // preset of the long range question
+
+// A message of the device: the head as far as it reaches, missing fields 0.
+struct Message {
+    uint8_t code = 0;
+    uint8_t addressHigh = 0;
+    uint8_t addressLow = 0;
+    const uint8_t *payload = nullptr;
+    uint32_t length = 0;
+};
+
+// Made once and never freed: the pages are handed pointers to the colour record.
+struct Allocations {
+    BatteryStatus battery{};
+    DeviceStatusChange change{};
+    DongleRGB color{};
+    QElapsedTimer statusTimer;
+    std::vector<int> keptSlots; // key slots that survive a reset
+};
+
+Allocations &allocations()
+{
+    static auto *const instance = new Allocations;
+    return *instance;
+}
+
+PostMsg *hub() { return PostMsg::instance(); }
+
+QStringList driveList(const QByteArray &key)
+{
+    return DeviceCatalogue().list(SelectedDevice::info().DriveIndex, key.constData());
+}
+
+void announceColor()
+{
+    if (allocations().color.Scheme)
+        emit hub()->SigRGBValue(&allocations().color);
+}
+
+void onBattery(const Message &message)
+{
+    BatteryStatus &battery = allocations().battery;
+    GetDeviceBatteryStatus(message.payload, &battery);
+    emit hub()->SigBattery(battery.Charging > 0, battery.Level, BatteryAsNumber == 1);
+}
+
+void askReceiver()
+{
+    if (!SelectedDevice::info().Usb) {
+        UsbFinderC_Get4KDongleRGBValue(CurrentDevicePath(), &allocations().color);
+        announceColor();
+    }
+    uint8_t mode = NoAnswer;
+    UsbFinderC_GetLongRangeMode(CurrentDevicePath(), &mode);
+    if (mode != NoAnswer && mode != 0)
+        emit hub()->SigLongRangeMode(true);
+}
+
+void collectKeptSlots()
+{
+    for (int key = 1; key <= 6; ++key) {
+        const QStringList list = driveList("KeyParam" + QByteArray::number(key));
+        if (!list.isEmpty() && list.first() == QLatin1String("0x05"))
+            allocations().keptSlots.push_back(key - 1);
+    }
+}
+
+// The first kept slot ends the clearing: the slots behind it stay as they are as well.
+void clearBlocks()
+{
+    collectKeptSlots();
+    const std::vector<int> &kept = allocations().keptSlots;
+    const int end = kept.empty() ? KeySlotCount : kept.front();
+    DeviceRecord::edit([end](FlashDataMap &record) {
+        for (int slot = 0; slot < end; ++slot) {
+            record.KeySequences[slot] = KeySequence();
+            record.MacroBlocks[slot] = MacroBlock();
+        }
+    });
+}
+
+void feedPages()
+{
+    FullReadPending = true;
+    LightPageLoaded = SensorPageLoaded = ButtonPageLoaded = false;
+    const FlashDataMap record = DeviceRecord::copy();
+    emit hub()->SigUpDataLightUIButton(record);
+    emit hub()->SigUpDataLightLight(record);
+    emit hub()->SigUpDataLightSensor(record);
+    emit hub()->SigForm();
+    DataLoaded = true;
+    FullReadPending = false;
+    WorkerArmed = false;
+}
+
+void onFullRead(const Message &message)
+{
+    DeviceRecord::edit([&message](FlashDataMap &record) {
+        record = FlashDataMap(); // nothing of the device before survives
+        ProtocolDataParser(message.payload, &record);
+    });
+    const DeviceAllInfo selected = SelectedDevice::info();
+    SelectedDevice::setImageName(imageFileName(selected.Cid, selected.Mid));
+    UsbServer_ReadDPILed();
+    UsbServer_ReadBatteryLevel();
+    UsbServer_ReadVersion();
+    UsbServer_ReadConfig();
+    emit hub()->SigIsUsb(selected.Usb, true);
+    if (!SkipReceiverQuery.exchange(false))
+        askReceiver();
+    if (ClearBlocksAfterRead.exchange(false))
+        clearBlocks();
+    DeviceRecord::push();
+    allocations().keptSlots.clear();
+    feedPages();
+}
+
+void onReportRate(const Message &message)
+{
+    const uint8_t code = message.payload[0];
+    DeviceRecord::edit([code](FlashDataMap &record) { record.ReportRate = code; });
+    emit hub()->SigUpDataReportRate(code);
+    DeviceRecord::push();
+}
+
+void onCurrentStage(const Message &message)
+{
+    const uint8_t stage = message.payload[0];
+    DeviceRecord::edit([stage](FlashDataMap &record) { record.CurrentDpiStage = stage; });
+    emit hub()->SigUpDataDPI(stage);
+    DeviceRecord::push();
+}
+
+void onDpiLed(const Message &message)
+{
+    DeviceRecord::edit(
+        [&message](FlashDataMap &record) { BufferToDPILed(message.payload, &record.DpiLedMode); });
+    emit hub()->SigUpDataDPILed(DeviceRecord::copy());
+}
+
+void onLedBar(const Message &message)
+{
+    DeviceRecord::edit(
+        [&message](FlashDataMap &record) { BufferToLedBar(message.payload, &record.LedBarMode); });
+    emit hub()->SigUpDataLightLight(DeviceRecord::copy());
+}
+
+// What a read of device memory is follows from its address and length together.
+struct MemoryRow {
+    uint8_t addressLow;
+    uint32_t length;
+    void (*handle)(const Message &);
+};
+constexpr MemoryRow MemoryRows[] = {
+    {0x00, FlashSize, onFullRead},
+    {0x00, 1, onReportRate},
+    {FlashCurrentStageAddress, 1, onCurrentStage},
+    {FlashDpiLedAddress, FlashDpiLedSize, onDpiLed},
+    {FlashLedBarAddress, FlashLedBarSize, onLedBar},
+};
+
+void onMemory(const Message &message)
+{
+    if (message.addressHigh != 0)
+        return;
+    for (const MemoryRow &row : MemoryRows)
+        if (row.addressLow == message.addressLow && row.length == message.length)
+            row.handle(message);
+}
+
+void restoreReceiverDefaults()
+{
+    const QStringList defaults = driveList("Adveanced");
+    const QString longRange = defaults.value(0);
+    const int scheme = defaults.value(1).toInt();
+    if (scheme >= 1 && !SelectedDevice::info().Usb) {
+        allocations().color.Scheme = static_cast<uint8_t>(scheme);
+        UsbFinderC_Set4KDongleRGB(CurrentDevicePath(), &allocations().color);
+        announceColor();
+    }
+    if (longRange == QLatin1String("0") || longRange == QLatin1String("1")) {
+        const bool on = longRange == QLatin1String("1");
+        UsbFinderC_SetLongRangeMode(CurrentDevicePath(), on ? 1 : 0);
+        emit hub()->SigLongRangeMode(on);
+    }
+}
+
+void onSettingsCleared(const Message &)
+{
+    UsbServer_SetBatteryOptimizeEnable(1);
+    restoreReceiverDefaults();
+    ClearBlocksAfterRead = true; // before the read that they are meant for can answer
+    SkipReceiverQuery = true;
+    UsbServer_ReadAllFlashData();
+}
+
+void askForWholeRead()
+{
+    QElapsedTimer &timer = allocations().statusTimer;
+    if (timer.elapsed() <= WholeReadPauseMs)
+        return;
+    timer.restart();
+    ConfigChanged = true; // before the pass that it is meant for can start
+    RestartWorker = true;
+}
+
+void onStatusChanged(const Message &message)
+{
+    DeviceStatusChange &change = allocations().change;
+    GetDeviceStatusChanged(message.payload, &change);
+    if (change.CurrentDpi)
+        UsbServer_ReadCurrentDPI();
+    if (change.ReportRate)
+        UsbServer_ReadReportRate();
+    if (change.Battery)
+        UsbServer_ReadBatteryLevel();
+    if (change.LedBar)
+        UsbServer_ReadLedBar();
+    if (change.DpiLed)
+        UsbServer_ReadDPILed();
+    if (change.Everything)
+        askForWholeRead();
+}
+
+void onConfig(const Message &message)
+{
+    if (message.length == 1)
+        emit hub()->SigUpDataConfigUI(ConfigTotal, message.payload[0], true);
+    else
+        emit hub()->SigUpDataConfigUI(0, 0, false);
+}
+
+void onVersion(const Message &)
+{
+    const DeviceAllInfo selected = SelectedDevice::info();
+    const QString version = versionText(UsbFinderC_GetVersion(selected.DevicePath.toLocal8Bit().constData()));
+    SelectedDevice::setMouseVersion(version);
+    emit hub()->SigSetver(0);
+    const DeviceCatalogue catalogue;
+    RegistryStore::instance().setValue(
+        registry::BaseGroup,
+        registry::mouseVersionName(catalogue.option("CID"), catalogue.number(selected.DriveIndex, "MID")),
+        version);
+}
+
+void onColorChanged(const Message &) { emit hub()->SigRGBValue(&allocations().color); }
+
+void onLongRangeOff(const Message &message)
+{
+    if (message.length == 10)
+        emit hub()->SigLongRangeMode(false);
+}
+
+struct MessageRow {
+    uint8_t code;
+    uint32_t payloadBytes; // that must be readable for the handler
+    void (*handle)(const Message &);
+};
+constexpr MessageRow MessageRows[] = {
+    {4, sizeof(BatteryStatus), onBattery},
+    {8, 0, onMemory},
+    {9, 0, onSettingsCleared},
+    {10, sizeof(DeviceStatusChange), onStatusChanged},
+    {14, 0, onConfig},
+    {18, 0, onVersion},
+    {21, 0, onColorChanged},
+    {23, 0, onLongRangeOff},
+};
+
+} // namespace
+
+void startStatusTimer() { allocations().statusTimer.start(); }
+
+void ProtocolCallback(const uint8_t *header, int32_t headerLength, const uint8_t *payload,
+                      uint32_t payloadLength)
+{
+    Message message;
+    const auto field = [&](int index) {
+        return header && headerLength > index ? header[index] : static_cast<uint8_t>(0);
+    };
+    message.code = field(1);
+    message.addressHigh = field(3);
+    message.addressLow = field(4);
+    message.payload = payload;
+    message.length = payload ? payloadLength : 0;
+    for (const MessageRow &row : MessageRows)
+        if (row.code == message.code && message.length >= row.payloadBytes)
+            row.handle(message);
+}

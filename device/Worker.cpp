@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "device/Worker.h"
+
+#include "app/hub/PostMsg.h"
+#include "catalogue/config/DeviceCatalogue.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/EventDispatch.h"
+#include "device/ImageCache.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+
+namespace
+{
+constexpr int CheckIntervalMs = 1300;
+std::atomic<Worker *> theWorker{nullptr};
+} // namespace
+
+Worker *Worker::instance() { return theWorker; }
+
+Worker::Worker(QObject *parent) : QThread(parent)
+{
+    WorkerArmed = true;
+    startStatusTimer();
+    pointCurrentDeviceAtNothing();
+    MouseOnline = false;
+
+    CheckTimer.setInterval(CheckIntervalMs);
+    connect(&CheckTimer, &QTimer::timeout, this, &Worker::SlotCheckOnline);
+    CheckTimer.start();
+    // A pass that was asked for while the one before was on its way out would be lost otherwise.
+    connect(this, &QThread::finished, this, [this] {
+        if (requestedPasses != begunPasses)
+            start(QThread::InheritPriority);
+    });
+    connect(PostMsg::instance(), SIGNAL(SigSelectMouseInfo(DeviceAllInfo)), this,
+            SLOT(SlotSelectMouseInfo(DeviceAllInfo)));
+    connect(PostMsg::instance(), SIGNAL(SigMainPageChange()), this, SLOT(SlotMainPageChange()));
+    BatteryAsNumber = DeviceCatalogue().option("ShowBatteryValue");
+    theWorker = this;
+}
+
+Worker::~Worker()
+{
+    shutDown();
+    theWorker = nullptr;
+}
+
+void Worker::startPass()
+{
+    ++requestedPasses;
+    WorkerArmed = true;
+    start(QThread::InheritPriority);
+}
+
+void Worker::shutDown()
+{
+    CheckTimer.stop();
+    disconnect(this, &QThread::finished, this, nullptr);
+    WorkerArmed = false;
+    while (!wait(1))
+        QCoreApplication::processEvents();
+}
+
+void Worker::SlotSelectMouseInfo(DeviceAllInfo SelectInfo)
+{
+    SelectedDevice::set(SelectInfo);
+    SelectedDevice::setCacheName(imageFileName(SelectInfo.Cid, SelectInfo.Mid));
+}
+
+void Worker::SlotMainPageChange() { ReadStartedOnline = false; }
+
+void Worker::SlotCheckOnline()
+{
+    if (AwaitingMouse) {
+        if (OnDevicePage == 0) {
+            if (SelectedDevice::info().DeviceKind & 0xFF)
+                AwaitingMouse = false;
+        } else if (NotUpgrading) {
+            MouseOnline = UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0;
+            ReadStartedOnline = false;
+            if (!MouseOnline)
+                return;
+            emit PostMsg::instance()->SigCloseOffOnline();
+            AwaitingMouse = false;
+        }
+    }
+    if (MouseOnline && RestartWorker) {
+        RestartWorker = false;
+        startPass();
+    }
+}
+
+void Worker::run()
+{
+    begunPasses = requestedPasses.load();
+    if (!WorkerArmed)
+        return;
+    if (!MouseOnline)
+        MouseOnline = UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0;
+    const DeviceAllInfo selected = SelectedDevice::info();
+    if (!nothingNew(selected) && OnDevicePage == 1)
+        pass(selected);
+    DataLoaded = MouseOnline.load();
+    if (requestedPasses == begunPasses)
+        WorkerArmed = false;
+}
+
+bool Worker::nothingNew(const DeviceAllInfo &selected) const
+{
+    return selected.DevicePath == lastPath && selected.DeviceKind == lastKind &&
+           ReadStartedOnline == MouseOnline && !ConfigChanged;
+}
+
+void Worker::pass(const DeviceAllInfo &selected)
+{
+    const bool online = UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0;
+    SelectedDevice::setOnline(online);
+    if (online) {
+        announceLoad();
+    } else {
+        AwaitingMouse = true;
+        feedFromCache();
+    }
+    lastPath = selected.DevicePath;
+    lastKind = selected.DeviceKind;
+    UsbServerC_Start(CurrentDevicePath(), CurrentDevicePath(), ProtocolCallback);
+    qDebug("OnlinA");
+    UsbServer_SetPCDriverStatus(1);
+    UsbServer_ReadAllFlashData();
+    ReadStartedOnline = MouseOnline.load();
+    qDebug("OnlinB");
+}
+
+// The wait dialog stands over the pages until they have been fed.
+void Worker::announceLoad()
+{
+    if (ConfigChanged.exchange(false))
+        emit PostMsg::instance()->SigUpDataParam(1);
+    else if (!SettingsBusy)
+        emit PostMsg::instance()->SigUpDataParam(0);
+}
+
+void Worker::feedFromCache()
+{
+    FlashDataMap cached{};
+    PostMsg *const hub = PostMsg::instance();
+    if (!ImageCacheRead(SelectedDevice::cacheName(), &cached)) {
+        emit hub->SigFormReset();
+        return;
+    }
+    emit hub->SigUpDataLightUIButton(cached);
+    emit hub->SigUpDataLightLight(cached);
+    emit hub->SigUpDataLightSensor(cached);
+    emit hub->SigForm();
+}

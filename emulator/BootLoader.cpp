@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "emulator/BootLoader.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace emulator
+{
+
+uint32_t crc32(const uint8_t *bytes, std::size_t count)
+{
+    uint32_t crc = 0xFFFFFFFFU;
+    for (std::size_t i = 0; i < count; ++i) {
+        crc ^= bytes[i];
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc & 1U) != 0 ? (crc >> 1) ^ 0xEDB88320U : crc >> 1;
+    }
+    return ~crc;
+}
+
+void BootLoader::reset()
+{
+    image_.clear();
+    received_.clear();
+}
+
+wire::Report BootLoader::answer(const wire::Report &request, const wire::BootIdentityReply &identity)
+{
+    bool done = false;
+    switch (request.command()) {
+    case wire::Command::BootIdentity:
+        return replyWith(request, identity);
+    case wire::Command::BootBegin:
+        done = begin(argumentOf<wire::BootBeginRequest>(request));
+        break;
+    case wire::Command::BootData:
+        done = store(request);
+        break;
+    case wire::Command::BootEnd:
+        // A repeated BootEnd, whose first acknowledgement was lost, is not a failure.
+        done = accepted_ || finish(identity);
+        break;
+    default:
+        break;
+    }
+    return makeReply(request, done ? wire::Status::Ok : wire::Status::Refused);
+}
+
+std::optional<uint16_t> BootLoader::takeAcceptedVersion()
+{
+    const auto version = accepted_;
+    accepted_.reset();
+    return version;
+}
+
+bool BootLoader::begin(const wire::BootBeginRequest &request)
+{
+    const uint32_t length = request.Length.get();
+    reset();
+    if (length < sizeof(wire::FirmwareHead) || length > wire::FirmwareSizeLimit)
+        return false;
+    crc_ = request.Crc32.get();
+    image_.assign(length, 0xFF);
+    received_.assign((length + wire::PayloadSize - 1) / wire::PayloadSize, false);
+    return true;
+}
+
+bool BootLoader::store(const wire::Report &request)
+{
+    const std::size_t block = request.address();
+    if (block >= received_.size())
+        return false;
+    const std::size_t offset = block * wire::PayloadSize;
+    if (request.Length != std::min(wire::PayloadSize, image_.size() - offset))
+        return false;
+    std::copy_n(request.Payload, request.Length, image_.begin() + static_cast<std::ptrdiff_t>(offset));
+    received_[block] = true;
+    return true;
+}
+
+bool BootLoader::finish(const wire::BootIdentityReply &identity)
+{
+    const bool whole = std::find(received_.begin(), received_.end(), false) == received_.end();
+    if (image_.empty() || !whole || crc32(image_.data(), image_.size()) != crc_)
+        return false;
+    wire::FirmwareHead head;
+    std::memcpy(&head, image_.data(), sizeof head);
+    constexpr std::size_t covered = offsetof(wire::FirmwareHead, Version);
+    if (head.Magic.get() != wire::FirmwareMagic || head.FileLength.get() != image_.size() ||
+        head.Crc32.get() != crc32(image_.data() + covered, image_.size() - covered))
+        return false;
+    if (head.Target != identity.Target || head.Cid != identity.Cid || head.Mid != identity.Mid)
+        return false;
+    accepted_ = head.Version.get();
+    return true;
+}
+
+} // namespace emulator

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The emulator: a scene on a bus folder, served by one thread of its own. It runs inside a test as well
+// as in mouse-emulator. All public functions may be called from any thread but the emulator's; they are
+// carried out on that thread, one at a time, and have taken effect on the bus when they return. start()
+// and stop() belong to one owner.
+#pragma once
+
+#include "emulator/Control.h"
+#include "emulator/World.h"
+
+#include <condition_variable>
+#include <cstdio>
+#include <mutex>
+#include <thread>
+
+namespace emulator
+{
+
+class Emulator
+{
+public:
+    // `logFile` gets the report dump; it is the caller's and must outlive the emulator.
+    explicit Emulator(std::FILE *logFile = stderr);
+    ~Emulator();
+    Emulator(const Emulator &) = delete;
+    Emulator &operator=(const Emulator &) = delete;
+
+    // A scenario file, or its text; `name` is what errors call it. False with a reason in `error`.
+    bool load(const std::string &file, std::string &error);
+    bool loadText(const std::string &text, const std::string &name, std::string &error);
+    // Takes the bus folder and begins to serve it: all plugged devices are there on return.
+    bool start(const std::string &folder, std::string &error);
+    // Ends serving; no socket is left in the folder. Also after the order "quit", which ends it too.
+    void stop();
+    // Readable once serving has ended.
+    int endDescriptor() const { return ended_.get(); }
+
+    // One order; see runOrder.
+    std::string order(const std::string &line);
+
+    // Copies of what the devices hold; nothing for an unknown id.
+    std::optional<MouseState> mouse(const std::string &id);
+    std::optional<ReceiverState> receiver(const std::string &id);
+    // Of the current profile when none is given.
+    std::optional<FlashImage> flash(const std::string &id, std::optional<int> profile = std::nullopt);
+    // Sound reports that the host has sent to this plug, all or of one command; 0 for an unknown id.
+    uint64_t reportCount(const std::string &id);
+    uint64_t reportCount(const std::string &id, wire::Command command);
+    std::size_t clientCount();
+
+private:
+    using TimePoint = Clock::time_point;
+    struct Job {
+        const std::function<void()> *run;
+        bool done;
+    };
+
+    bool loadStream(std::istream &stream, const std::string &name, std::string &error);
+    void onLoop(const std::function<void()> &job);
+    void loop();
+    void poll();
+    std::vector<Job *> takeJobs();
+    void finish(const std::vector<Job *> &jobs);
+    void carry();
+    void apply();
+    void take(const Interface &face, const uint8_t *bytes, std::size_t size);
+    void process(Traffic &traffic, Device &device, const Incoming &incoming);
+    void reply(Traffic &traffic, const Outgoing &outgoing, const FaultHit &hit);
+    void sendDue(const std::string &id, Traffic &traffic);
+    std::optional<TimePoint> nextDue() const;
+    void show(const char *arrow, const std::string &id, const uint8_t *bytes, std::size_t size);
+
+    // The emulator thread's alone while it runs.
+    World world_;
+    BusFolder folder_;
+    Bus bus_;
+    Control control_;
+    std::FILE *const logFile_;
+    const TimePoint began_ = Clock::now();
+
+    FileDescriptor wake_;
+    FileDescriptor ended_;
+    std::thread thread_;
+    std::mutex mutex_; // guards what follows
+    std::condition_variable done_;
+    std::vector<Job *> jobs_;
+    bool serving_ = false;
+    bool stopping_ = false;
+};
+
+} // namespace emulator

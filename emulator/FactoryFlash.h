@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The flash of a mouse as it leaves the factory.
+#pragma once
+
+#include "device/hidusb/wire/FlashLayout.h"
+
+namespace emulator
+{
+
+constexpr int FactoryStageCount = 6;
+
+FlashImage factoryFlash();
+
+} // namespace emulator

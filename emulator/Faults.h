@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Faults by table: each row says what goes wrong, at which of the host's reports, and for which command.
+#pragma once
+
+#include "emulator/Words.h"
+
+#include <random>
+
+namespace emulator
+{
+
+enum class FaultKind : uint8_t {
+    NoReply,   // carried out, the answer is lost
+    Late,      // carried out, the answer comes after lateMs
+    Doubled,   // the answer comes twice
+    Short,     // the answer is cut off
+    Oversized, // the answer has bytes behind its end
+    WrongSeq,  // the answer has another sequence number
+    FlipBit,   // one bit of the answer is flipped
+    Refuse,    // not carried out, the answer is a refusal
+    Unplug,    // not carried out, the device leaves the bus
+    Radio,     // the mouse leaves the air before the request is looked at
+};
+
+enum class FaultWhere : uint8_t { At, Random, Always };
+
+struct FaultRule {
+    FaultKind kind = FaultKind::NoReply;
+    uint32_t lateMs = 0;
+    FaultWhere where = FaultWhere::Always;
+    uint32_t countdown = 0; // At: fires when it reaches 0, then the row is gone
+    uint32_t percent = 0;   // Random: 1..100
+    std::mt19937 random;    // also chooses the bit of FlipBit
+    std::optional<uint8_t> command;
+};
+
+struct FaultHit {
+    FaultKind kind;
+    uint32_t lateMs;
+    uint32_t chance; // any number; FlipBit chooses its bit by it
+};
+
+class FaultTable
+{
+public:
+    void add(const FaultRule &rule) { rules_.push_back(rule); }
+    void clear() { rules_.clear(); }
+    bool empty() const { return rules_.empty(); }
+    // Counts one report of the host in every row. The first row that fires is the one that happens.
+    std::optional<FaultHit> match(uint8_t command);
+
+private:
+    std::vector<FaultRule> rules_;
+};
+
+// "KIND [MS] at N|random SEED PERCENT|always [command NAME|CODE]" from word `first` on; `error` is set
+// when there is no rule in it.
+std::optional<FaultRule> parseFault(const Words &words, std::size_t first, std::string &error);
+
+} // namespace emulator

@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "emulator/Listing.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace emulator
+{
+
+static const char *placeOf(const Device &device)
+{
+    if (device.mode == Mode::Boot)
+        return device.plugged ? " plugged boot" : " unplugged boot";
+    return device.plugged ? " plugged" : " unplugged";
+}
+
+static std::string lineOf(const Mouse &mouse)
+{
+    const MouseState &state = mouse.state;
+    std::string line = mouse.id + " mouse" + placeOf(mouse) + (state.radio ? " radio" : " noradio") +
+                       (state.asleep ? " asleep" : "");
+    line += " cid " + std::to_string(state.cid) + " mid " + std::to_string(state.mid);
+    line += " version " + formatVersion(mouse.version) + " address " + formatAddress(state.address);
+    line += " profile " + std::to_string(state.profile) + " battery " + std::to_string(state.battery);
+    return line + (state.charging ? " charging" : "") + " \"" + state.name + "\"\n";
+}
+
+static std::string lineOf(const Receiver &receiver)
+{
+    const ReceiverState &state = receiver.state;
+    std::string line =
+        receiver.id + " receiver " + ReceiverClasses[state.classIndex].name + placeOf(receiver) + " ";
+    line += state.mouseInReach ? "online" : state.paired ? "offline" : "unpaired";
+    line += " version " + formatVersion(receiver.version) + " address " + formatAddress(state.address);
+    return line + " color " + std::to_string(state.color.Scheme) + " longrange " +
+           std::to_string(state.longRange) + "\n";
+}
+
+std::string listScene(const Scene &scene)
+{
+    std::string text;
+    for (const auto &receiver : scene.receivers())
+        text += lineOf(*receiver);
+    for (const auto &mouse : scene.mice())
+        text += lineOf(*mouse);
+    return text;
+}
+
+std::string dumpFlash(const FlashImage &image, std::size_t address, std::size_t count)
+{
+    constexpr std::size_t perLine = 16;
+    const auto *bytes = reinterpret_cast<const uint8_t *>(&image) + address;
+    std::string text;
+    char part[16];
+    for (std::size_t line = 0; line < count; line += perLine) {
+        std::snprintf(part, sizeof part, "%04zx:", address + line);
+        text += part;
+        for (std::size_t i = line; i < std::min(line + perLine, count); ++i) {
+            std::snprintf(part, sizeof part, " %02x", bytes[i]);
+            text += part;
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+} // namespace emulator

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// A mouse: four profiles of flash, a battery, a radio, buttons. The same object answers on its cable
+// and behind a receiver.
+#pragma once
+
+#include "emulator/Device.h"
+#include "emulator/Words.h"
+
+#include "device/hidusb/wire/FlashLayout.h"
+
+#include <array>
+#include <chrono>
+#include <optional>
+
+namespace emulator
+{
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int ProfileCount = 4;
+constexpr uint8_t CableKind = 3; // DeviceKind on the cable, unless the scenario says 2
+
+enum class Button : uint8_t { Dpi, Rate, Profile, Light, Bar };
+
+// Everything that can be looked at from outside; plain data.
+struct MouseState {
+    std::string name;
+    uint8_t cid = 0;
+    uint8_t mid = 0;
+    uint8_t cableKind = CableKind;
+    bool screen = false;
+    Address address{}; // the receiver with the same address is its own
+    uint8_t battery = 100;
+    bool charging = false;
+    bool radio = true;
+    bool asleep = false;
+    bool pairing = false; // looks for a receiver that pairs
+    uint8_t profile = 0;
+    uint8_t driverStatus = 0;
+    uint8_t batteryOptimize = 1;
+    std::array<FlashImage, ProfileCount> flash;
+};
+
+class Mouse final : public Device
+{
+public:
+    explicit Mouse(std::string deviceId);
+
+    wire::Report answer(const wire::Report &request) override;
+    wire::BootIdentityReply bootIdentity() const override;
+    uint8_t bootTarget() const override { return wire::TargetMouse; }
+
+    // A person's hand on the mouse; topRate is the highest rate of the live link in Hz.
+    void press(Button button, int topRate);
+    void selectProfile(uint8_t index);
+    void setBattery(uint8_t level, bool charging);
+    void restoreFactory();
+    // A notice that item `index` of DeviceStatusChange changed.
+    void announce(std::size_t index);
+    // Silent, as a host's write: false when the range leaves the flash.
+    bool setFlash(std::size_t address, const uint8_t *bytes, std::size_t count);
+
+    bool onAir() const { return mode == Mode::Normal && !plugged && state.radio && !state.asleep; }
+    wire::OnLineReply onLineReply(bool online) const;
+
+    // Sleeping by itself after StopCloseTime units without a press; no value: never.
+    void setAutoSleep(std::optional<Clock::duration> unit, Clock::time_point now);
+    void use(Clock::time_point now); // wakes it and begins the time to sleep anew
+    std::optional<Clock::time_point> sleepTime() const;
+
+    MouseState state;
+
+private:
+    FlashImage &image() { return state.flash[state.profile]; }
+    const FlashImage &image() const { return state.flash[state.profile]; }
+    wire::Report readFlash(const wire::Report &request) const;
+    bool takeAddress(const DonglePairing &pairing);
+    void nextRate(int topRate);
+
+    std::optional<Clock::duration> sleepUnit_;
+    Clock::time_point lastUse_{};
+};
+
+} // namespace emulator

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// A receiver: its own lights and radio settings, and the pairing with one mouse. Commands for the mouse
+// do not reach it; the Scene asks the mouse itself.
+#pragma once
+
+#include "emulator/Device.h"
+#include "emulator/Words.h"
+
+#include <optional>
+
+namespace emulator
+{
+
+struct ReceiverClass {
+    const char *name;
+    uint8_t kind; // DeviceKind
+    int topRate;  // Hz
+};
+
+constexpr ReceiverClass ReceiverClasses[] = {
+    {"1k", 0, 1000}, {"2k", 4, 2000}, {"4k", 1, 4000}, {"8k", 5, 8000}};
+constexpr std::size_t ReceiverClassCount = sizeof ReceiverClasses / sizeof ReceiverClasses[0];
+
+struct PairedMouse {
+    uint8_t cid;
+    uint8_t mid;
+};
+
+// Everything that can be looked at from outside; plain data.
+struct ReceiverState {
+    std::size_t classIndex = 0; // in ReceiverClasses
+    uint8_t cid = 0;            // its own
+    uint8_t mid = 0;            // of the mouse that it is sold with
+    Address address{};          // a mouse with this address belongs to it
+    std::optional<PairedMouse> paired;
+    bool mouseInReach = false;
+    uint8_t driverStatus = 0;
+    uint8_t longRange = 0;
+    DongleRGB color{1, {}};
+    DongleRgbBar bar{1, 255, 0, 0, 4, 7, 1};
+    DongleIndicator indicator{};
+    uint8_t wantedCid = 0;                    // while it pairs
+    std::optional<wire::PairState> pairState; // none before the first pairing
+};
+
+class Receiver final : public Device
+{
+public:
+    explicit Receiver(std::string deviceId) : Device(std::move(deviceId)) {}
+
+    wire::Report answer(const wire::Report &request) override;
+    wire::BootIdentityReply bootIdentity() const override;
+    uint8_t bootTarget() const override { return wire::TargetReceiver; }
+
+    void endPairing(wire::PairState result); // with its notice
+    void changeColor(uint8_t scheme);        // by itself, with its notice
+    void changeLongRange(bool on);           // by itself, with its notice
+    void setReach(bool inReach);             // a notice when it changed
+    int topRate() const { return ReceiverClasses[state.classIndex].topRate; }
+    bool pairs() const { return state.pairState == wire::PairState::Working; }
+
+    ReceiverState state;
+
+private:
+    DeviceIdentity identity() const;
+    wire::OnLineReply onLineReply() const;
+    wire::Report enterPairing(const wire::Report &request);
+
+    template <typename Record> wire::Report keepIf(const wire::Report &request, Record &record, bool fits)
+    {
+        if (fits)
+            record = argumentOf<Record>(request);
+        return accept(request, fits);
+    }
+};
+
+} // namespace emulator

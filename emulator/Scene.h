@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The scene: all mice and receivers, who reaches whom over the air, and what falls due later. It
+// carries requests from a USB plug to the device that answers them and notices back to the plug that is
+// live. It knows no socket and takes the time from outside. One thread at a time.
+#pragma once
+
+#include "emulator/Mouse.h"
+#include "emulator/Receiver.h"
+
+#include "device/hidusb/wire/BusName.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <utility>
+
+namespace emulator
+{
+
+constexpr std::chrono::milliseconds ClearTime{20};      // a factory reset
+constexpr std::chrono::milliseconds BootLeaveTime{30};  // from the acknowledgement to leaving the bus
+constexpr std::chrono::milliseconds BootReturnTime{60}; // from leaving to coming back
+
+struct UsbIds {
+    uint16_t vendor = 0;
+    uint16_t cable = 0;
+    uint16_t receiver[ReceiverClassCount] = {};
+    uint16_t mouseBoot = 0;
+    uint16_t receiverBoot = 0;
+};
+
+// One HID interface on the bus.
+struct Interface {
+    std::string device; // its id
+    wire::BusName name;
+};
+
+struct RoutedNotice {
+    std::string device; // at whose plug it goes out
+    wire::Report report;
+};
+
+class Scene
+{
+public:
+    Mouse &addMouse(const std::string &id);
+    Receiver &addReceiver(const std::string &id);
+    Device *find(const std::string &id) const;
+    Mouse *findMouse(const std::string &id) const;
+    Receiver *findReceiver(const std::string &id) const;
+    const std::vector<std::unique_ptr<Mouse>> &mice() const { return mice_; }
+    const std::vector<std::unique_ptr<Receiver>> &receivers() const { return receivers_; }
+
+    // The answer to a sound request that came in at the plug of `device`.
+    wire::Report answer(Device &device, const wire::Report &request);
+    // Brings pairing and reach up to date after a change and hands over the notices that are due.
+    std::vector<RoutedNotice> settle();
+    std::vector<Interface> interfaces() const;
+
+    Mouse *mouseInReach(const Receiver &receiver) const;
+    int topRate(const Mouse &mouse) const; // of its live link, in Hz; 1000 without one
+    void setBoot(Device &device, bool inBoot);
+    // A cable in the mouse wakes it and takes it off the air; what a boot loader had received is lost.
+    void setPlugged(Device &device, bool plugged);
+
+    // Time. run() does what has fallen due.
+    void run(Clock::time_point now);
+    void after(Clock::duration delay, std::function<void()> what);
+    std::optional<Clock::time_point> nextDue() const;
+    Clock::time_point now() const { return now_; }
+
+    UsbIds ids;
+
+private:
+    void follow(Device &device, After what);
+    void changeMode(Device &device, Mode from, Mode over, Mode to);
+    Device *livePlug(Mouse &mouse) const;
+    void pairWaiting();
+
+    std::vector<std::unique_ptr<Mouse>> mice_;
+    std::vector<std::unique_ptr<Receiver>> receivers_;
+    std::multimap<Clock::time_point, std::function<void()>> agenda_;
+    Clock::time_point now_ = Clock::now();
+};
+
+} // namespace emulator

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The reports of one USB device on their way: what the host has sent and the device has not looked at
+// yet, and what waits to go out. With pacing each direction carries one report per millisecond, as an
+// interface with a 1 ms interval does; without it nothing waits.
+#pragma once
+
+#include "emulator/Faults.h"
+
+#include "device/hidusb/wire/Report.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <deque>
+
+namespace emulator
+{
+
+using Clock = std::chrono::steady_clock;
+using Bytes = std::vector<uint8_t>;
+
+constexpr std::chrono::milliseconds PaceInterval{1};
+
+// One direction.
+template <typename Item> class Lane
+{
+public:
+    void push(Item item, Clock::time_point now)
+    {
+        // One interval of credit: a report that comes a little late does not delay all behind it.
+        if (items_.empty())
+            due_ = std::max(due_, now - PaceInterval);
+        items_.push_back(std::move(item));
+    }
+    // The next report that may go now.
+    std::optional<Item> take(Clock::time_point now, bool paced)
+    {
+        if (items_.empty() || (paced && due_ > now))
+            return std::nullopt;
+        std::optional<Item> item = std::move(items_.front());
+        items_.pop_front();
+        due_ = paced ? due_ + PaceInterval : now;
+        return item;
+    }
+    std::optional<Clock::time_point> nextDue(bool paced) const
+    {
+        if (items_.empty())
+            return std::nullopt;
+        return paced ? due_ : Clock::time_point{};
+    }
+    void clear() { items_.clear(); }
+    std::size_t size() const { return items_.size(); }
+
+private:
+    std::deque<Item> items_;
+    Clock::time_point due_{};
+};
+
+struct Incoming {
+    uint16_t usagePage; // of the interface that it came by
+    wire::Report report;
+};
+
+struct Outgoing {
+    uint16_t usagePage; // of the interface that it leaves by
+    Bytes bytes;
+};
+
+class Traffic
+{
+public:
+    // Above this the host's reports wait in its own socket, as they wait for a slow endpoint.
+    static constexpr std::size_t InLimit = 16;
+
+    void count(uint8_t command)
+    {
+        ++total_;
+        ++counts_[command];
+    }
+    uint64_t total() const { return total_; }
+    uint64_t countOf(uint8_t command) const { return counts_[command]; }
+    // The device left the bus: nothing of before may reach the next connection.
+    void clear()
+    {
+        in.clear();
+        out.clear();
+        ++plugging;
+    }
+
+    Lane<Incoming> in;
+    Lane<Outgoing> out;
+    FaultTable faults;
+    unsigned plugging = 0; // how often the device has left the bus
+
+private:
+    uint64_t total_ = 0; // sound reports from the host
+    std::array<uint64_t, 256> counts_{};
+};
+
+// What a fault makes of a sound answer; the table of FaultKind says what.
+Bytes spoil(const wire::Report &reply, const FaultHit &hit);
+Bytes bytesOf(const wire::Report &report);
+
+} // namespace emulator

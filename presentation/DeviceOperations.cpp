@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/DeviceOperations.h"
+
+#include "app/hub/PostMsg.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/Worker.h"
+#include "presentation/Notices.h"
+#include "presentation/UpDataParam.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+namespace
+{
+
+bool reachable()
+{
+    if (UsbFinderC_GetDeviceOnLine(CurrentDevicePath()))
+        return true;
+    emit PostMsg::instance()->SigMouseOffLineo(0);
+    return false;
+}
+
+// The offline watch would start the worker under a reset.
+class QuietWatch
+{
+public:
+    QuietWatch()
+    {
+        SettingsBusy = true;
+        if (Worker::instance())
+            Worker::instance()->checkTimer().stop();
+    }
+    ~QuietWatch()
+    {
+        SettingsBusy = false;
+        if (Worker::instance())
+            Worker::instance()->checkTimer().start();
+    }
+    QuietWatch(const QuietWatch &) = delete;
+    QuietWatch &operator=(const QuietWatch &) = delete;
+};
+
+bool resetConfirmed(QWidget *page)
+{
+    ContainReset question;
+    question.openOver(page, PageNoticeOffset);
+    return question.confirmed();
+}
+
+} // namespace
+
+void runFactoryReset(QWidget *page)
+{
+    if (!reachable() || !resetConfirmed(page))
+        return;
+    const QuietWatch quiet;
+    UsbServer_SetBatteryOptimizeEnable(0);
+    DeviceRecord::push();
+    UsbServer_SetClearSetting();
+    UpDataParam wait;
+    wait.startTimer();
+    wait.setRefreshing();
+    if (Worker::instance())
+        Worker::instance()->startPass();
+    wait.openOver(page, PageNoticeOffset);
+}
+
+void runImageImport(QWidget *page)
+{
+    if (!reachable())
+        return;
+    SettingsBusy = true;
+    const QString path = QFileDialog::getOpenFileName(page, QStringLiteral("SelectFile"), QDir::homePath(),
+                                                      QStringLiteral("File(*.bin)"));
+    if (!path.isEmpty())
+        importImage(page, path);
+    SettingsBusy = false;
+}
+
+void importImage(QWidget *page, const QString &path)
+{
+    UpDataParam wait;
+    wait.startTimer();
+    wait.setImport(path);
+    wait.openOver(page, PageNoticeOffset);
+}

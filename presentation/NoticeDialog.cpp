@@ -1,0 +1,148 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/NoticeDialog.h"
+
+#include "app/environment/DataRoot.h"
+#include "app/hub/PostMsg.h"
+#include "catalogue/config/LanguageChoice.h"
+#include "catalogue/config/UserStore.h"
+#include "presentation/ScreenFont.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/StyleSheets.h"
+#include "ui_NoticeDialog.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QWindow>
+
+namespace
+{
+
+constexpr Qt::WindowFlags NoticeFlags = Qt::SubWindow | Qt::X11BypassWindowManagerHint |
+                                        Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
+                                        Qt::WindowMinimizeButtonHint;
+static_assert(int(NoticeFlags) == 27666);
+
+QString orDefault(const QString &text, const char *fallback)
+{
+    return text.isEmpty() ? QString::fromUtf8(fallback) : text;
+}
+
+} // namespace
+
+NoticeDialog::NoticeDialog(const NoticeKind &noticeKind)
+    : kind(noticeKind), ui(std::make_unique<Ui::NoticeDialog>())
+{
+    ui->setupUi(this);
+    setWindowFlags(NoticeFlags);
+    setFixedSize(size());
+    roundCorners(this);
+    // While the window is in the tray, the end of a notice is not the end of the program.
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(applicationName());
+    ui->frame->setObjectName(QLatin1String(kind.frameName));
+    dress();
+    connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &NoticeDialog::stayInFront);
+    SlotAllLanguage(storedLanguage(UserStore::instance()));
+    scaleFontsToScreen(this);
+}
+
+NoticeDialog::~NoticeDialog() = default;
+
+void NoticeDialog::dress()
+{
+    const QString folder = style::pictureFolder(QStringLiteral("WarningDialog"));
+    const QString buttonColor = style::color("ButtonColor");
+    const QString confirm = style::textButton(folder, buttonColor, QStringLiteral("Confirm"));
+    ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
+    ui->NewHong->setStyleSheet(confirm);
+    ui->OK->setStyleSheet(confirm);
+    ui->Cancel->setStyleSheet(style::textButton(folder, buttonColor, QStringLiteral("Cancel")));
+    ui->label->setStyleSheet(style::label(style::color("LabelColor")));
+    ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(kind.picture)));
+    findChild<QFrame *>(QLatin1String(kind.frameName))
+        ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind.frameName)));
+    ui->CloseButton->setVisible(kind.buttons != NoticeButtons::None);
+    ui->NewHong->setVisible(kind.buttons == NoticeButtons::Confirm);
+    ui->OK->setVisible(kind.buttons == NoticeButtons::Question);
+    ui->Cancel->setVisible(kind.buttons == NoticeButtons::Question);
+}
+
+void NoticeDialog::SlotAllLanguage(int index)
+{
+    setTexts(language::text(kind.section, textKey(), index),
+             language::text(language::Section::common, "OK", index),
+             language::text(language::Section::common, "Cancel", index));
+}
+
+void NoticeDialog::setTexts(const QString &text, const QString &confirm, const QString &cancel)
+{
+    const QString said = orDefault(text, kind.defaultText);
+    ui->label->setText(said);
+    ui->NewHong->setText(orDefault(confirm, "OK"));
+    ui->OK->setText(ui->NewHong->text());
+    ui->Cancel->setText(orDefault(cancel, "Cancel"));
+    setAccessibleName(said.trimmed());
+}
+
+void NoticeDialog::placeOver(const QWidget *widget, const QPoint &offset)
+{
+    const QPoint corner = widget->mapToGlobal(QPoint(0, 0));
+    move(corner + QPoint((widget->width() - width()) / 2, (widget->height() - height()) / 2) + offset);
+}
+
+int NoticeDialog::openOver(const QWidget *widget, const QPoint &offset)
+{
+    placeOver(widget, offset);
+    return exec();
+}
+
+void NoticeDialog::on_CloseButton_clicked() { close(); }
+
+void NoticeDialog::on_NewHong_clicked() { close(); }
+
+void NoticeDialog::on_OK_clicked() { close(); }
+
+void NoticeDialog::on_Cancel_clicked() { close(); }
+
+// Nothing goes to the base class: there Escape would close a wait that has no button.
+void NoticeDialog::keyPressEvent(QKeyEvent *event)
+{
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool escape = event->key() == Qt::Key_Escape;
+    if (enter && kind.buttons == NoticeButtons::Confirm)
+        on_NewHong_clicked();
+    else if (enter && kind.buttons == NoticeButtons::Question)
+        on_OK_clicked();
+    else if (escape && kind.buttons == NoticeButtons::Question)
+        on_Cancel_clicked();
+    else if (escape && kind.buttons != NoticeButtons::None)
+        on_CloseButton_clicked();
+    event->accept();
+}
+
+void NoticeDialog::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    before = QApplication::activeWindow();
+    raise();
+    activateWindow();
+}
+
+void NoticeDialog::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    if (before && before->isVisible())
+        before->activateWindow();
+}
+
+// A click on the window behind raises that window, which would hide the notice and leave both dead.
+void NoticeDialog::stayInFront()
+{
+    const QWindow *focused = QGuiApplication::focusWindow();
+    if (!focused || focused == windowHandle() || !isVisible() || QApplication::activeModalWidget() != this)
+        return;
+    raise();
+    activateWindow();
+}

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/PageSurface.h"
+
+#include "presentation/StyleSheets.h"
+
+#include <QFrame>
+
+PageSurface::PageSurface(const QString &name, const QString &pictures, QWidget *parent) : QWidget(parent)
+{
+    setObjectName(name);
+    setAccessibleName(name);
+    resize(DevicePageSize);
+    auto *surface = new QFrame(this);
+    surface->setObjectName(QStringLiteral("frame") + name);
+    surface->resize(DevicePageSize);
+    surface->setStyleSheet(style::dialogBackground(style::pictureFolder(pictures), surface->objectName()));
+}

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/SkinPalette.h"
+
+#include "presentation/FocusRing.h"
+#include "presentation/StyleSheets.h"
+
+#include <QApplication>
+#include <QPainterPath>
+#include <QPalette>
+#include <QStyleFactory>
+#include <QToolTip>
+
+namespace
+{
+
+constexpr int CornerRadius = 12; // of the backgrounds' pictures
+
+QColor skinColor(const char *key)
+{
+    const QStringList parts = style::color(key).split(QLatin1Char(','));
+    return parts.size() == 3 ? QColor(parts[0].toInt(), parts[1].toInt(), parts[2].toInt()) : QColor();
+}
+
+} // namespace
+
+void applySkin()
+{
+    const QColor ground = skinColor("ComboxBackGroundColor");
+    const QColor ink = skinColor("LabelColor");
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QPalette palette(ink, ground.lighter(120), ground.lighter(150), ground.darker(150), ground.lighter(110),
+                     ink, Qt::white, ground.darker(120), ground);
+    palette.setColor(QPalette::Highlight, skinColor("ComboxSelectColor"));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::ToolTipBase, ground);
+    palette.setColor(QPalette::ToolTipText, ink);
+    QApplication::setPalette(palette);
+    QToolTip::setPalette(palette);
+    FocusRing::install(skinColor("SliderColor"));
+}
+
+void roundCorners(QWidget *window)
+{
+    QPainterPath path;
+    path.addRoundedRect(QRectF(window->rect()), CornerRadius, CornerRadius);
+    window->setMask(QRegion(path.toFillPolygon().toPolygon()));
+}

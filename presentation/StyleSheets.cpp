@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/StyleSheets.h"
+
+#include "app/environment/DataRoot.h"
+#include "catalogue/config/DeviceCatalogue.h"
+
+#include <initializer_list>
+
+namespace
+{
+
+// In the templates P is the picture folder, and the numbered marks are names and colours.
+QString compose(const char *text, const QString &folder, std::initializer_list<QString> values)
+{
+    QString sheet = QLatin1String(text);
+    int number = 0;
+    for (const QString &value : values)
+        sheet.replace(QStringLiteral("%%1").arg(++number), value);
+    return sheet.replace(QLatin1String("%P"), folder);
+}
+
+constexpr char WindowBackground[] = "#%1{border-image: url(%PMainBack.png);}";
+constexpr char DialogBackground[] = "#%1{border:0px;background-position:center;background-repeat:no-repeat;"
+                                    "background-image: url(%PBackGround.png);}";
+constexpr char TitleButton[] =
+    "QToolButton{border:0px;background-image: url(%P%1.png);background-position:center;"
+    "background-repeat:no-repeat;}QToolButton:hover{background-image: url(%P%1Hover.png);}"
+    "QToolButton:pressed{background-image: url(%P%1Click.png);}";
+constexpr char Arrow[] = "QToolButton{border-image: url(%P%1.png);}"
+                         "QToolButton:hover{border-image: url(%P%1Click.png);}";
+constexpr char TextButton[] =
+    "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;color: rgb(%2;);"
+    "border-image: url(%P%1.png);}QToolButton:pressed{border-image: url(%P%1Click.png); }";
+constexpr char Label[] = "QLabel{color: rgb(%1;);}";
+constexpr char LabelPicture[] = "QLabel{border:0px;background-position:center;background-repeat:no-repeat;"
+                                "background-image: url(%P%1);}";
+constexpr char Tile[] = "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
+                        "background-image: url(%P%1);color: rgb(255, 255, 255);}";
+constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border-radius: 12px;}";
+constexpr char CheckBox[] = "QCheckBox{color: rgb(%1;);}"
+                            "QCheckBox::indicator:checked {image: url(%PCheckBoxCheck.png);}"
+                            "QCheckBox::indicator:unchecked {image: url(%PCheckBox.png);}";
+constexpr char ComboBox[] =
+    "QComboBox{border: 1px solid gray; color: rgb(%1); border-image: url(%PComboboxBack.png);}"
+    "QComboBox::drop-down:button{border-radius:5px; background:rgb(215,219, 222);} "
+    "QComboBox::down-arrow{image: url(%PMenu.png); right: 8px; }"
+    "QComboBox::down-arrow:on{ image: url(%PMenuClicked.png);}"
+    "QComboBox QAbstractItemView::item{height:25px;}"
+    "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
+    "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
+constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1;);}"
+                             "QListView::item:hover{background-color: rgb(%1;);}";
+constexpr char SectionTitle[] = "#%1{border-image: url(%PTitle.png);}";
+constexpr char FlatLink[] = "QPushButton{border:none;background:transparent;color: rgb(%1;);}";
+constexpr char StretchedPicture[] = "QLabel{border-image: url(%P%1);}";
+constexpr char ChoiceButton[] = "QToolButton{border:0px;color: rgb(%2;);border-image: url(%P%1.png);}"
+                                "QToolButton:hover{border-image: url(%P%1Hover.png);}"
+                                "QToolButton:checked{border-image: url(%P%1%3.png);}";
+constexpr char NavigationButton[] =
+    "QToolButton{border:0px;border-image: url(%PNavButton.png);image: url(%P%1.png);}"
+    "QToolButton:hover{border-image: url(%PNavButtonHover.png);image: url(%P%1Hover.png);}"
+    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}";
+constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
+                              "#progressBar::chunk {background-color: rgb(%1);}";
+constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
+
+} // namespace
+
+namespace style
+{
+
+QString pictureFolder(const QString &page)
+{
+    return applicationFolder() + QStringLiteral("/Picture/") + page + QLatin1Char('/');
+}
+
+QString color(const char *key) { return DeviceCatalogue().colour(key); }
+
+QString windowBackground(const QString &folder, const QString &frameName)
+{
+    return compose(WindowBackground, folder, {frameName});
+}
+
+QString dialogBackground(const QString &folder, const QString &frameName)
+{
+    return compose(DialogBackground, folder, {frameName});
+}
+
+QString titleButton(const QString &folder, const QString &stem)
+{
+    return compose(TitleButton, folder, {stem});
+}
+
+QString arrow(const QString &folder, const QString &stem) { return compose(Arrow, folder, {stem}); }
+
+QString textButton(const QString &folder, const QString &color, const QString &stem)
+{
+    return compose(TextButton, folder, {stem, color});
+}
+
+QString label(const QString &color) { return compose(Label, {}, {color}); }
+
+QString labelPicture(const QString &folder, const QString &name)
+{
+    return compose(LabelPicture, folder, {name});
+}
+
+QString tile(const QString &folder, const QString &name) { return compose(Tile, folder, {name}); }
+
+QString tileHover() { return compose(TileHover, {}, {color("SliderColor")}); }
+
+QString checkBox(const QString &folder, const QString &color) { return compose(CheckBox, folder, {color}); }
+
+QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
+{
+    return compose(ComboBox, folder, {textColor, selectColor});
+}
+
+QString comboList(const QString &selectColor) { return compose(ComboList, {}, {selectColor}); }
+
+QString sectionTitle(const QString &folder, const QString &objectName)
+{
+    return compose(SectionTitle, folder, {objectName});
+}
+
+QString flatLink(const QString &color) { return compose(FlatLink, {}, {color}); }
+
+QString stretchedPicture(const QString &folder, const QString &name)
+{
+    return compose(StretchedPicture, folder, {name});
+}
+
+QString choiceButton(const QString &folder, const QString &color, const QString &stem,
+                     const QString &checkedSuffix)
+{
+    return compose(ChoiceButton, folder, {stem, color, checkedSuffix});
+}
+
+QString navigationButton(const QString &folder, const QString &icon)
+{
+    return compose(NavigationButton, folder, {icon});
+}
+
+QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {chunkColor}); }
+
+QString hairline(const QString &color, int opacity)
+{
+    return compose(Hairline, {}, {color, QString::number(opacity)});
+}
+
+} // namespace style

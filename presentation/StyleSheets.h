@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The look of the program: every style sheet there is, composed from a page's picture folder, colours of
+// the catalogue and names of pictures. Replacing the pictures and the colour keys gives another skin.
+// `folder` ends with "/", a colour is the text "r,g,b". The ";" behind a colour is part of the templates.
+// Sheets go on leaves before they are shown: a sheet on a whole window restyles all that is in it.
+#pragma once
+
+#include <QString>
+
+namespace style
+{
+
+// Folder of a page's pictures beside the program: "/Picture/" + page + "/".
+QString pictureFolder(const QString &page);
+// A colour of the catalogue's general section.
+QString color(const char *key);
+
+QString windowBackground(const QString &folder, const QString &frameName);
+QString dialogBackground(const QString &folder, const QString &frameName);
+// Stem, stem + "Hover", stem + "Click".
+QString titleButton(const QString &folder, const QString &stem);
+// Stem and stem + "Click", which is shown under the pointer.
+QString arrow(const QString &folder, const QString &stem);
+// Stem and stem + "Click".
+QString textButton(const QString &folder, const QString &color, const QString &stem);
+QString label(const QString &color);
+QString labelPicture(const QString &folder, const QString &name);
+QString tile(const QString &folder, const QString &name);
+// Goes behind the sheet of a tile: the pointer is over it.
+QString tileHover();
+QString checkBox(const QString &folder, const QString &color);
+QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor);
+QString comboList(const QString &selectColor);
+QString sectionTitle(const QString &folder, const QString &objectName);
+QString flatLink(const QString &color);
+
+// A label that is nothing but a picture, stretched to it.
+QString stretchedPicture(const QString &folder, const QString &name);
+// One of several choices: stem, stem + "Hover", stem + `checkedSuffix` while it is the chosen one.
+QString choiceButton(const QString &folder, const QString &color, const QString &stem,
+                     const QString &checkedSuffix);
+// A way to a page: its own icon on the plates that all ways share.
+QString navigationButton(const QString &folder, const QString &icon);
+// The filled part of the battery's bar.
+QString batteryBar(const QString &chunkColor);
+// A hairline in a colour at that opacity (0..255).
+QString hairline(const QString &color, int opacity);
+
+} // namespace style

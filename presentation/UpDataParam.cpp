@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/UpDataParam.h"
+
+#include "app/hub/PostMsg.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/ImageCache.h"
+#include "device/ImageFile.h"
+#include "presentation/Notices.h"
+#include "presentation/Spin.h"
+
+#include <QThread>
+
+namespace
+{
+
+constexpr NoticeKind WaitRow = {"UpDataParamA",      language::Section::infoTips,
+                                "DialogUpdating",    "Please wait, we are updating the setting",
+                                NoticeButtons::None, "Wait.png"};
+
+constexpr int TimerMs = 2500;
+constexpr int PageRounds = 12;
+constexpr int ImportRounds = 5;
+constexpr int RoundMs = 500;
+constexpr int RefreshHoldMs = 2000;
+
+bool pagesLoaded() { return LightPageLoaded && SensorPageLoaded && ButtonPageLoaded; }
+
+// On the main thread the receivers run in the emitter's call, so a copy of the record is enough.
+void feedPages(const FlashDataMap &record)
+{
+    PostMsg *hub = PostMsg::instance();
+    emit hub->SigUpDataLightUIA(record);
+    emit hub->SigUpDataSensorUIB(record);
+    emit hub->SigUpDataButtonUIC(record);
+    emit hub->SigFormB();
+}
+
+} // namespace
+
+UpDataParam::UpDataParam() : NoticeDialog(WaitRow)
+{
+    timer.setSingleShot(true);
+    connect(&timer, &QTimer::timeout, this, &UpDataParam::onTimeupDestroy);
+}
+
+void UpDataParam::startTimer() { timer.start(TimerMs); }
+
+void UpDataParam::setImport(const QString &path)
+{
+    importPath = path;
+    Importing = true;
+}
+
+void UpDataParam::onTimeupDestroy()
+{
+    emit PostMsg::instance()->SigSetver(4);
+    if (Refreshing)
+        endRefresh();
+    else if (Importing)
+        endImport();
+    else if (DataLoaded)
+        endLoad();
+    else
+        endLoss();
+}
+
+bool UpDataParam::waitForPages()
+{
+    for (int round = 0; round < PageRounds; ++round) {
+        if (pagesLoaded())
+            return true;
+        spinEventLoop(RoundMs);
+    }
+    return false;
+}
+
+// The device writes its flash for a while after a reset; a question in that time would be lost.
+void UpDataParam::endRefresh()
+{
+    const bool loaded = waitForPages();
+    QThread::msleep(RefreshHoldMs);
+    close();
+    if (!loaded)
+        emit PostMsg::instance()->SigMouseOffLineo(0);
+}
+
+void UpDataParam::endImport()
+{
+    FlashDataMap image;
+    const QString section = driveSection(SelectedDevice::info());
+    ImportResult = checkImageFile(importPath, section, &image);
+    if (ImportResult == ImageAccepted) {
+        DeviceRecord::update([&image](FlashDataMap &record) { record = image; });
+        feedPages(image);
+        for (int round = 0; round < ImportRounds; ++round)
+            spinEventLoop(RoundMs);
+    } else {
+        InportFail().openOver(this);
+    }
+    Importing = false;
+    close();
+}
+
+void UpDataParam::endLoad()
+{
+    const bool loaded = waitForPages();
+    if (loaded)
+        LightPageLoaded = SensorPageLoaded = ButtonPageLoaded = false;
+    close();
+    if (!loaded)
+        emit PostMsg::instance()->SigMouseOffLineo(1);
+    FlashDataMap cached{};
+    if (MouseOnline && !ImageCacheRead(SelectedDevice::cacheName(), &cached))
+        ImageCacheWrite(SelectedDevice::imageName(), DeviceRecord::copy());
+}
+
+void UpDataParam::endLoss()
+{
+    FlashDataMap cached{};
+    if (ImageCacheRead(SelectedDevice::cacheName(), &cached))
+        feedPages(cached);
+    emit PostMsg::instance()->SigMouseOffLineo(0);
+    close();
+}

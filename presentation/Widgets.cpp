@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/Widgets.h"
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QStyleOptionButton>
+#include <QStylePainter>
+
+void MySlider::mousePressEvent(QMouseEvent *event)
+{
+    QSlider::mousePressEvent(event);
+    const double share = width() > 0 ? double(event->x()) / width() : 0;
+    setValue(int(minimum() + (maximum() - minimum()) * share));
+    if (parentWidget())
+        QCoreApplication::postEvent(parentWidget(), new QEvent(Jumped));
+}
+
+void MyConmboBox::mousePressEvent(QMouseEvent *event)
+{
+    indexAtPress = currentIndex();
+    QComboBox::mousePressEvent(event);
+}
+
+void MyConmboBox::paintEvent(QPaintEvent *)
+{
+    QStylePainter painter(this);
+    painter.setPen(palette().color(QPalette::Text));
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    if (option.frame) {
+        painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+        return;
+    }
+    QStyleOptionButton label;
+    label.initFrom(this);
+    label.text = option.currentText;
+    label.icon = option.currentIcon;
+    label.iconSize = option.iconSize;
+    painter.drawControl(QStyle::CE_PushButtonLabel, label);
+}
+
+void MyToolButton::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    setChecked(true);
+    emit clicked(false);
+}
+
+void MyToolButton::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    setChecked(true);
+    emit clicked(true);
+}
+
+// The press has done it all; the toolkit's own release would click again.
+void MyToolButton::mouseReleaseEvent(QMouseEvent *) {}
+
+int mytoolButtonEnter::deviceIndex() const
+{
+    bool isNumber = false;
+    const int index = objectName().remove(QStringLiteral("btn")).toInt(&isNumber);
+    return isNumber ? index : -1;
+}
+
+void mytoolButtonEnter::enterEvent(QEvent *event)
+{
+    QToolButton::enterEvent(event);
+    emit entered(deviceIndex());
+}
+
+void MyButton::enterEvent(QEvent *event)
+{
+    setCursor(Qt::PointingHandCursor);
+    QPushButton::enterEvent(event);
+}
+
+void MyButton::leaveEvent(QEvent *event)
+{
+    setCursor(Qt::ArrowCursor);
+    QPushButton::leaveEvent(event);
+}

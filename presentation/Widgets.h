@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The small widgets that differ from the toolkit's own in how they take the mouse or paint themselves.
+#pragma once
+
+#include <QComboBox>
+#include <QEvent>
+#include <QPushButton>
+#include <QSlider>
+#include <QToolButton>
+
+// A press jumps to the place under the pointer; the parent then gets an event of type Jumped.
+class MySlider : public QSlider
+{
+    Q_OBJECT
+
+public:
+    static constexpr QEvent::Type Jumped = QEvent::Type(1001);
+    using QSlider::QSlider;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+};
+
+// Remembers the index at each press, and paints its item without the native look.
+class MyConmboBox : public QComboBox
+{
+    Q_OBJECT
+
+public:
+    using QComboBox::QComboBox;
+    int pressedIndex() const { return indexAtPress; }
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    int indexAtPress = -1;
+};
+
+// Acts on the press: clicked(false) for a press, clicked(true) for a double click, of the left button.
+class MyToolButton : public QToolButton
+{
+    Q_OBJECT
+
+public:
+    using QToolButton::QToolButton;
+
+signals:
+    void doubleClicked();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+};
+
+// The tile of a device. Its object name is "btn" and the index of the device in the list.
+class mytoolButtonEnter : public QToolButton
+{
+    Q_OBJECT
+
+public:
+    using QToolButton::QToolButton;
+    int deviceIndex() const;
+
+signals:
+    // The pointer came in: what the tile shows may be out of date.
+    void entered(int deviceIndex);
+
+protected:
+    void enterEvent(QEvent *event) override;
+};
+
+// A push button under which the pointer is a hand.
+class MyButton : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    using QPushButton::QPushButton;
+
+protected:
+    void enterEvent(QEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+};

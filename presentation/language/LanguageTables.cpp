@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "LanguageTables.h"
+
+#include "CompanyLabels.h"
+#include "app/environment/DataRoot.h"
+#include "app/environment/SafeFile.h"
+
+#include <QVector>
+
+namespace
+{
+
+struct Tables {
+    QVector<language::LanguageFile> languages;
+    QVector<QStringList> labels;
+};
+
+// Never destroyed: a page may still look up a text while the process ends.
+Tables &tables()
+{
+    static auto *all = new Tables;
+    return *all;
+}
+
+const char *const NoticeFiles[] = {"/Language//en.json",     "/Language//zh-CN.json",
+                                   "/Language/2-German.xml", "/Language/3-Korea.xml",
+                                   "/Language/4-Russia.xml", "/Language/5-Japanese.xml"};
+
+} // namespace
+
+void LoadLanguageTables()
+{
+    Tables loaded;
+    const QString folder = applicationFolder() + QStringLiteral("/Language/");
+    loaded.languages << language::readLanguageFile(folder + QStringLiteral("en.json"));
+    if (const auto xml = readFile(folder + QStringLiteral("Net.xml"), LabelSizeLimit))
+        loaded.labels << readCompanyLabels(*xml);
+    tables() = loaded;
+}
+
+namespace language
+{
+
+QString text(Section section, const QString &key, int index, Word word)
+{
+    const auto &all = tables().languages;
+    return index >= 0 && index < all.size() ? all.at(index).section(word, section).value(key) : QString();
+}
+
+QString text(Section section, const char *key, int index, Word word)
+{
+    return text(section, QString::fromLatin1(key), index, word);
+}
+
+Texts choices(const char *name, int index, Word word, const char *type)
+{
+    const auto &all = tables().languages;
+    return index >= 0 && index < all.size() ? all.at(index).choice(name, word, type) : Texts();
+}
+
+QString choice(const char *name, const QString &key, int index, Word word, const char *type)
+{
+    return choices(name, index, word, type).value(key);
+}
+
+QStringList companyLabels(int index) { return tables().labels.value(index); }
+
+QString noticeLanguageFile(int index)
+{
+    const bool known = index >= 0 && index < int(std::size(NoticeFiles));
+    return QString::fromLatin1(known ? NoticeFiles[index] : "/Language/0-English.xml");
+}
+
+} // namespace language

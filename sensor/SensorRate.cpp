@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "sensor/SensorRate.h"
+
+#include "app/hub/PostMsg.h"
+#include "device/DeviceState.h"
+#include "device/WriteFamily.h"
+#include "presentation/StyleSheets.h"
+#include "ui_SensorRate.h"
+
+namespace
+{
+
+struct LevelRow {
+    bool shows[3]; // 2000, 4000, 8000
+};
+constexpr LevelRow LevelRows[] = {
+    {{false, false, false}}, {{true, true, false}}, {{true, false, false}}, {{true, true, true}}};
+constexpr int FirstFastRate = 4;
+
+} // namespace
+
+int rateIndexOf(int code)
+{
+    for (std::size_t i = 0; i < RateRows.size(); ++i)
+        if (RateRows[i].code == code)
+            return int(i);
+    return -1;
+}
+
+int rateLevelOf(int deviceKind)
+{
+    switch (deviceKind) {
+    case Receiver1K:
+    case 2:
+        return 0;
+    case Receiver4K:
+        return 1;
+    case Receiver2K:
+        return 2;
+    case 3:
+    case Receiver8K:
+        return 3;
+    default:
+        return -1;
+    }
+}
+
+SensorRate::SensorRate(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::SensorRate>())
+{
+    ui->setupUi(this);
+    buttons = {ui->Button125HZ,  ui->Button250HZ,  ui->Button500HZ, ui->Button1000HZ,
+               ui->Button2000HZ, ui->Button4000HZ, ui->Button8000HZ};
+    const QString folder = style::pictureFolder(QStringLiteral("Sensor"));
+    const QString sheet = style::choiceButton(folder, style::color("ButtonColor"),
+                                              QStringLiteral("RateButton"), QStringLiteral("Check"));
+    for (QToolButton *button : buttons)
+        button->setStyleSheet(sheet);
+    ui->label->setStyleSheet(style::label(style::color("LabelColor")));
+}
+
+SensorRate::~SensorRate() = default;
+
+void SensorRate::setTitle(const QString &title) { ui->label->setText(title); }
+
+void SensorRate::SetRate(int index)
+{
+    if (index < 0 || index >= int(buttons.size()))
+        return;
+    lastIndex = index;
+    button(index)->setChecked(true);
+    emit PostMsg::instance()->SigAddReport(RateRows[std::size_t(index)].hertz);
+}
+
+void SensorRate::SetRateVisibility(int level)
+{
+    if (level < 0 || level >= int(std::size(LevelRows)))
+        return;
+    for (int i = 0; i < 3; ++i)
+        button(FirstFastRate + i)->setVisible(LevelRows[level].shows[i]);
+}
+
+void SensorRate::choose(int index, bool checked)
+{
+    if (!checked || !UiArmed || SensorPageBusy)
+        return;
+    const RateRow &row = RateRows[std::size_t(index)];
+    if (!SetReportRate(row.code)) {
+        SetRate(lastIndex);
+        return;
+    }
+    lastIndex = index;
+    emit PostMsg::instance()->SigAddReport(row.hertz);
+    emit PostMsg::instance()->SigHideModel(row.hidesModel);
+}

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// CoreFixture: worker, dispatch and the real layer on an emulated bus, without windows: HubLog stands for
+// the pages. Made anew for each test function.
+#pragma once
+
+#include "device/DeviceRecord.h"
+#include "device/DeviceSearch.h"
+#include "device/DeviceState.h"
+#include "device/EventDispatch.h"
+#include "device/Worker.h"
+#include "device/WriteFamily.h"
+#include "tests/support/EmulatedBus.h"
+#include "tests/support/HubLog.h"
+#include "tests/support/Watchdog.h"
+
+#include <QtTest>
+
+class CoreFixture
+{
+public:
+    explicit CoreFixture(const char *scenario) : bus(scenario)
+    {
+        resetDeviceState();
+        worker = std::make_unique<Worker>();
+        worker->checkTimer().stop();
+        OnDevicePage = 1;
+        UiArmed = true;
+    }
+    ~CoreFixture()
+    {
+        StopUsbChanged();
+        UsbServer_Exit();
+        worker.reset();
+        spin(20); // what is still being delivered
+    }
+
+    // Chooses the n-th attached device, as a click on its tile does.
+    bool select(std::size_t index = 0)
+    {
+        const std::vector<DeviceAllInfo> found = findDevices(DeviceFinder::Default);
+        if (index >= found.size())
+            return false;
+        DeviceAllInfo device = found[index];
+        refreshDevice(device);
+        emit PostMsg::instance()->SigSelectMouseInfo(device);
+        pointCurrentDeviceAt(device.DevicePath);
+        return true;
+    }
+
+    // Starts a pass that reads everything again.
+    void startLoad()
+    {
+        hub.lines.clear();
+        MouseOnline = false;
+        emit PostMsg::instance()->SigMainPageChange();
+        worker->startPass();
+    }
+    bool loaded() const { return hub.lines.contains(QStringLiteral("form")) && DataLoaded; }
+    bool load(int timeoutMs = 8000)
+    {
+        startLoad();
+        return waitFor([this] { return loaded() && !worker->isRunning(); }, timeoutMs);
+    }
+
+    template <typename Condition> static bool waitFor(Condition condition, int timeoutMs = 8000)
+    {
+        return QTest::qWaitFor(condition, timeoutMs);
+    }
+    static void spin(int ms)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < ms)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+    // Until the host has sent nothing for a while.
+    void waitQuiet(const char *plug, int quietMs)
+    {
+        QElapsedTimer quiet;
+        quiet.start();
+        uint64_t seen = bus.emulated.reportCount(plug);
+        while (quiet.elapsed() < quietMs) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+            const uint64_t count = bus.emulated.reportCount(plug);
+            if (count != seen || worker->isRunning())
+                quiet.restart();
+            seen = count;
+        }
+    }
+    // Record and flash hold the same, once everything that is wanted has been written.
+    bool agrees(const char *mouse, int timeoutMs = 8000)
+    {
+        return waitFor([&] { return sameBytes(DeviceRecord::copy(), bus.record(mouse)); }, timeoutMs);
+    }
+
+    EmulatedBus bus;
+    HubLog hub;
+    Watchdog watchdog;
+    std::unique_ptr<Worker> worker;
+};

@@ -1,0 +1,164 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Every fault at every packet of a load and of an edit. Whatever happens, the main thread goes on, the
+// outcome is one of the stated ones, and a later healthy load is right. Run with the name of a fault as the
+// data tag, each fault can have a process of its own.
+#include "tests/e2e/CoreFixture.h"
+#include "tests/support/ProductFolder.h"
+
+namespace
+{
+
+const char Scenario[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
+                        "receiverboot 0007\n"
+                        "mouse m cid 18 mid 6 version 1.05 battery 80\n"
+                        "receiver r class 1k mouse m version 1.02 address a10001\n"
+                        "plug r\n";
+
+// What a single fault may come to.
+enum Outcome {
+    Heals,     // asked again, nobody notices
+    MayBeLost, // the load or the edit is lost, quietly or with the mouse shown as away
+};
+
+struct FaultRow {
+    const char *name;
+    const char *order;
+    Outcome outcome;
+};
+const FaultRow Faults[] = {
+    {"noreply", "noreply", Heals}, {"late", "late 220", Heals},       {"doubled", "doubled", Heals},
+    {"short", "short", Heals},     {"oversized", "oversized", Heals}, {"wrongseq", "wrongseq", Heals},
+    {"flipbit", "flipbit", Heals}, {"refuse", "refuse", MayBeLost},   {"unplug", "unplug", MayBeLost},
+    {"radio", "radio", MayBeLost},
+};
+
+void addFaults()
+{
+    QTest::addColumn<int>("fault");
+    int index = 0;
+    for (const FaultRow &row : Faults)
+        QTest::newRow(row.name) << index++;
+}
+
+} // namespace
+
+class tst_faults : public QObject
+{
+    Q_OBJECT
+
+private:
+    ProductFolder product{smallCatalogue()};
+
+    static void heal(CoreFixture &core)
+    {
+        core.bus.order("fault r clear");
+        core.bus.order("plug r");
+        core.bus.order("radio m on");
+    }
+    static std::string faultAt(const FaultRow &row, uint64_t packet)
+    {
+        return std::string("fault r ") + row.order + " at " + std::to_string(packet);
+    }
+    // The pages show what the mouse holds, or the empty or cached state while it is waited for, or they were
+    // not fed at all, which the wait dialog tells the user.
+    static void verifyStatedOutcome(CoreFixture &core)
+    {
+        if (core.loaded())
+            QVERIFY(core.agrees("m"));
+        else if (core.hub.lines.contains(QStringLiteral("formreset")))
+            QVERIFY(AwaitingMouse);
+        else
+            QVERIFY(core.hub.lines.filter(QStringLiteral("sensor")).isEmpty());
+    }
+    // Loads until it works; a device that was just plugged in may take a moment.
+    static bool healthyLoad(CoreFixture &core)
+    {
+        return core.waitFor([&] { return core.select(); }) && core.load() && core.agrees("m");
+    }
+
+private slots:
+    void atEveryPacketOfALoad_data() { addFaults(); }
+    void atEveryPacketOfALoad()
+    {
+        QFETCH(int, fault);
+        const FaultRow &row = Faults[fault];
+        CoreFixture core(Scenario);
+        QVERIFY(core.select());
+        const uint64_t before = core.bus.emulated.reportCount("r");
+        QVERIFY(core.load());
+        core.waitQuiet("r", 100);
+        const uint64_t packets = core.bus.emulated.reportCount("r") - before;
+        QVERIFY(packets >= 124);
+        for (uint64_t packet = 1; packet <= packets; ++packet) {
+            core.bus.order(faultAt(row, packet));
+            if (row.outcome == Heals) {
+                QVERIFY2(core.load(), qPrintable(QStringLiteral("packet %1").arg(packet)));
+            } else {
+                core.startLoad();
+                core.waitQuiet("r", 120);
+                verifyStatedOutcome(core);
+            }
+            heal(core);
+            QVERIFY2(healthyLoad(core), qPrintable(QStringLiteral("packet %1").arg(packet)));
+        }
+        QVERIFY(!core.watchdog.barked());
+    }
+
+    void atEveryPacketOfAnEdit_data() { addFaults(); }
+    void atEveryPacketOfAnEdit()
+    {
+        QFETCH(int, fault);
+        const FaultRow &row = Faults[fault];
+        CoreFixture core(Scenario);
+        QVERIFY(core.select());
+        QVERIFY(core.load());
+        core.waitQuiet("r", 100);
+        for (uint64_t packet = 1; packet <= 3; ++packet) { // the question, the write, and one behind them
+            const uint8_t old = DeviceRecord::copy().ReportRate;
+            const uint8_t wanted = old == 8 ? 4 : 8;
+            core.bus.order(faultAt(row, packet));
+            const bool accepted = SetReportRate(wanted);
+            QCOMPARE(int(DeviceRecord::copy().ReportRate), int(accepted ? wanted : old));
+            if (row.outcome == Heals) {
+                QVERIFY(accepted);
+                QTRY_COMPARE(int(core.bus.flash("m").ReportRate), int(wanted));
+            }
+            core.waitQuiet("r", 120);
+            heal(core);
+            QVERIFY(healthyLoad(core));
+        }
+        QVERIFY(!core.watchdog.barked());
+    }
+
+    void aBadBusAllTheTime_data()
+    {
+        QTest::addColumn<QString>("orders");
+        QTest::newRow("a tenth of everything") << "flipbit random 1 3;noreply random 2 2;doubled random 3 "
+                                                  "3;wrongseq random 4 2;short random 5 2";
+    }
+    void aBadBusAllTheTime()
+    {
+        QFETCH(QString, orders);
+        CoreFixture core(Scenario);
+        QVERIFY(core.select());
+        for (const QString &order : orders.split(QLatin1Char(';')))
+            core.bus.order("fault r " + order.toStdString());
+        for (int round = 0; round < 5; ++round) {
+            core.startLoad();
+            core.waitQuiet("r", 500);
+        }
+        heal(core);
+        QVERIFY(healthyLoad(core));
+    }
+};
+
+int main(int argc, char **argv)
+{
+    EmulatedBus::folder(); // before the layer's first call
+    QCoreApplication application(argc, argv);
+    tst_faults test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_faults.moc"

@@ -1,0 +1,22 @@
+# What start-up, the stores, the language tables and the product's own data promise. These tests are full
+# of texts, which are easier to read unwrapped.
+function(add_core_test name)
+  add_morlen_test(${name} SOURCES ${name}.cpp LINKS ${ARGN} Qt5::Test)
+  target_compile_options(${name} PRIVATE -UQT_NO_CAST_FROM_ASCII)
+endfunction()
+
+foreach(test tst_dataroot tst_safefile tst_crashfile tst_logwriter tst_singleinstance tst_scale)
+  add_core_test(${test} environment)
+endforeach()
+add_core_test(tst_fontscale fontscale)
+foreach(test tst_inidocument tst_configreader tst_inistore)
+  add_core_test(${test} settings)
+endforeach()
+add_core_test(tst_language language)
+add_core_test(tst_encodecatalogue settings)
+target_sources(tst_encodecatalogue PRIVATE ${PROJECT_SOURCE_DIR}/catalogue/encode/CatalogueSource.cpp)
+target_compile_definitions(tst_encodecatalogue PRIVATE ENCODER="$<TARGET_FILE:encode-catalogue>")
+add_dependencies(tst_encodecatalogue encode-catalogue)
+add_core_test(tst_productdata settings language)
+target_compile_definitions(tst_productdata PRIVATE PRODUCT_FOLDER="${MORLEN_PRODUCT_DIR}")
+add_dependencies(tst_productdata catalogue-data language-data)

@@ -1,0 +1,226 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The boot loader on the wire.
+#include "tests/support/EmulatorFixture.h"
+
+#include "device/hidusb/wire/FirmwareFile.h"
+
+using wire::Command;
+using Bytes = RawClient::Bytes;
+
+namespace
+{
+
+constexpr std::size_t ImageSize = 1500; // 26 whole blocks and a short one
+
+Bytes firmware(uint8_t target, uint8_t cid, uint8_t mid, uint16_t version, std::size_t size = ImageSize)
+{
+    Bytes image(size);
+    for (std::size_t i = 0; i < size; ++i)
+        image[i] = static_cast<uint8_t>(i * 7);
+    wire::FirmwareHead head{};
+    head.Magic.set(wire::FirmwareMagic);
+    head.FileLength.set(static_cast<uint32_t>(size));
+    head.Version.set(version);
+    head.Target = target;
+    head.Cid = cid;
+    head.Mid = mid;
+    std::memcpy(image.data(), &head, sizeof head);
+    head.Crc32.set(emulator::crc32(image.data() + 16, size - 16));
+    std::memcpy(image.data(), &head, sizeof head);
+    return image;
+}
+
+Bytes beginOf(const Bytes &image, uint32_t flip = 0)
+{
+    wire::BootBeginRequest begin{};
+    begin.Length.set(static_cast<uint32_t>(image.size()));
+    begin.Crc32.set(emulator::crc32(image.data(), image.size()) ^ flip);
+    const auto *bytes = reinterpret_cast<const uint8_t *>(&begin);
+    return Bytes(bytes, bytes + sizeof begin);
+}
+
+Bytes blockOf(const Bytes &image, std::size_t block)
+{
+    const std::size_t offset = block * wire::PayloadSize;
+    const std::size_t end = std::min(offset + wire::PayloadSize, image.size());
+    return Bytes(image.begin() + static_cast<std::ptrdiff_t>(offset),
+                 image.begin() + static_cast<std::ptrdiff_t>(end));
+}
+
+std::size_t blocksOf(const Bytes &image)
+{
+    return (image.size() + wire::PayloadSize - 1) / wire::PayloadSize;
+}
+
+class EmulatorBoot : public EmulatorFixture
+{
+protected:
+    void enter(const std::string &id, uint8_t target)
+    {
+        RawClient client(folder_.path(), id);
+        ASSERT_EQ(status(client.ask(Command::BootEnter, {target})), Ok);
+        // Its acknowledgement may have been lost: a second order changes nothing.
+        ASSERT_EQ(status(client.ask(Command::BootEnter, {target})), Ok);
+        ASSERT_TRUE(client.waitForEnd());
+    }
+    void sendBlocks(RawClient &client, const Bytes &image)
+    {
+        for (std::size_t block = 0; block < blocksOf(image); ++block)
+            ASSERT_EQ(
+                status(client.ask(Command::BootData, blockOf(image, block), static_cast<uint16_t>(block))),
+                Ok);
+    }
+    int flash(RawClient &client, const Bytes &image, uint32_t flip = 0)
+    {
+        EXPECT_EQ(status(client.ask(Command::BootBegin, beginOf(image, flip))), Ok);
+        sendBlocks(client, image);
+        return status(client.ask(Command::BootEnd));
+    }
+};
+
+} // namespace
+
+TEST(EmulatorCrc, IsTheUsualOne)
+{
+    const std::string text = "123456789";
+    EXPECT_EQ(emulator::crc32(reinterpret_cast<const uint8_t *>(text.data()), text.size()), 0xCBF43926U);
+    EXPECT_EQ(emulator::crc32(nullptr, 0), 0U);
+}
+
+TEST_F(EmulatorBoot, MouseOnItsCable)
+{
+    enter("cable", wire::TargetMouse);
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    ASSERT_TRUE(boot.isOpen());
+    EXPECT_FALSE(RawClient::find(folder_.path(), "cable", wire::SettingsUsagePage));
+    const auto name = RawClient::find(folder_.path(), "cable", wire::BootUsagePage);
+    ASSERT_TRUE(name);
+    EXPECT_EQ(wire::formatBusName(*name), "1209-0006-010a-0-ffb0-cable");
+    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetMouse, 18, 6}));
+    EXPECT_EQ(status(boot.ask(Command::Identity)), Refused);
+    EXPECT_EQ(flash(boot, firmware(wire::TargetMouse, 18, 6, 0x0203)), Ok);
+    EXPECT_EQ(status(boot.ask(Command::BootEnd)), Ok);
+    ASSERT_TRUE(boot.waitForEnd());
+    RawClient mouse(folder_.path(), "cable");
+    EXPECT_EQ(payload(mouse.ask(Command::Version)), (Bytes{0x03, 0x02}));
+    EXPECT_EQ(RawClient::find(folder_.path(), "cable", wire::SettingsUsagePage)->release, 0x0203);
+    EXPECT_FALSE(RawClient::find(folder_.path(), "cable", wire::BootUsagePage));
+}
+
+TEST_F(EmulatorBoot, Receiver)
+{
+    enter("rx8k", wire::TargetReceiver);
+    RawClient boot(folder_.path(), "rx8k", wire::BootUsagePage);
+    const auto name = RawClient::find(folder_.path(), "rx8k", wire::BootUsagePage);
+    ASSERT_TRUE(name);
+    EXPECT_EQ(name->productId, 7);
+    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetReceiver, 18, 9}));
+    EXPECT_EQ(flash(boot, firmware(wire::TargetReceiver, 18, 9, 0x0300)), Ok);
+    ASSERT_TRUE(boot.waitForEnd());
+    RawClient receiver(folder_.path(), "rx8k");
+    EXPECT_EQ(payload(receiver.ask(Command::SlaveVersion)), (Bytes{0, 3}));
+    EXPECT_EQ(payload(receiver.ask(Command::OnLine)), (Bytes{1, 0xA1, 0, 8}));
+}
+
+TEST_F(EmulatorBoot, ReceiverWithoutAMouseKnowsItsModel)
+{
+    enter("lone", wire::TargetReceiver);
+    RawClient boot(folder_.path(), "lone", wire::BootUsagePage);
+    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetReceiver, 18, 7}));
+}
+
+TEST_F(EmulatorBoot, WrongImagesStayOut)
+{
+    struct Row {
+        const char *what;
+        Bytes image;
+        uint32_t flip;
+    };
+    Bytes broken = firmware(wire::TargetMouse, 18, 6, 0x0203);
+    broken.back() ^= 1;
+    Bytes noMagic = firmware(wire::TargetMouse, 18, 6, 0x0203);
+    noMagic[0] ^= 1;
+    const Row rows[] = {
+        {"wrong CRC of the whole", firmware(wire::TargetMouse, 18, 6, 0x0203), 1},
+        {"wrong CRC in the head", broken, 0},
+        {"no magic", noMagic, 0},
+        {"for a receiver", firmware(wire::TargetReceiver, 18, 6, 0x0203), 0},
+        {"for another customer", firmware(wire::TargetMouse, 17, 6, 0x0203), 0},
+        {"for another model", firmware(wire::TargetMouse, 18, 7, 0x0203), 0},
+    };
+    enter("cable", wire::TargetMouse);
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.what);
+        EXPECT_EQ(flash(boot, row.image, row.flip), Refused);
+    }
+    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetMouse, 18, 6}));
+    // And a right one still goes in.
+    EXPECT_EQ(flash(boot, firmware(wire::TargetMouse, 18, 6, 0x0203)), Ok);
+}
+
+TEST_F(EmulatorBoot, BlocksAreChecked)
+{
+    const Bytes image = firmware(wire::TargetMouse, 18, 6, 0x0203);
+    const auto last = static_cast<uint16_t>(blocksOf(image) - 1);
+    enter("cable", wire::TargetMouse);
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    EXPECT_EQ(status(boot.ask(Command::BootData, blockOf(image, 0), 0)), Refused); // before BootBegin
+    EXPECT_EQ(status(boot.ask(Command::BootEnd)), Refused);
+    ASSERT_EQ(status(boot.ask(Command::BootBegin, beginOf(image))), Ok);
+    EXPECT_EQ(status(boot.ask(Command::BootData, blockOf(image, 0), static_cast<uint16_t>(last + 1))),
+              Refused);
+    EXPECT_EQ(status(boot.ask(Command::BootData, blockOf(image, 0), 0xFFFF)), Refused);
+    EXPECT_EQ(status(boot.ask(Command::BootData, Bytes(55, 0), 0)), Refused);
+    EXPECT_EQ(status(boot.ask(Command::BootData, Bytes(56, 0), last)), Refused);
+    EXPECT_EQ(status(boot.ask(Command::BootData, {}, 0)), Refused);
+    for (uint16_t block = 0; block < last; ++block)
+        ASSERT_EQ(status(boot.ask(Command::BootData, blockOf(image, block), block)), Ok);
+    EXPECT_EQ(status(boot.ask(Command::BootEnd)), Refused);                   // the last block is missing
+    EXPECT_EQ(status(boot.ask(Command::BootData, blockOf(image, 0), 0)), Ok); // a repeated block
+    EXPECT_EQ(status(boot.ask(Command::BootData, blockOf(image, last), last)), Ok);
+    EXPECT_EQ(status(boot.ask(Command::BootEnd)), Ok);
+}
+
+TEST_F(EmulatorBoot, SizesAreChecked)
+{
+    enter("cable", wire::TargetMouse);
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    for (const uint32_t size : {0U, 727U, wire::FirmwareSizeLimit + 1, 0xFFFFFFFFU}) {
+        wire::BootBeginRequest begin{};
+        begin.Length.set(size);
+        const auto *bytes = reinterpret_cast<const uint8_t *>(&begin);
+        EXPECT_EQ(status(boot.ask(Command::BootBegin, Bytes(bytes, bytes + sizeof begin))), Refused) << size;
+    }
+    EXPECT_EQ(status(boot.ask(Command::BootBegin, Bytes(7, 0))), Refused);
+    EXPECT_EQ(flash(boot, firmware(wire::TargetMouse, 18, 6, 0x0203, sizeof(wire::FirmwareHead))), Ok);
+}
+
+TEST_F(EmulatorBoot, BrokenUpgradeStaysABootLoader)
+{
+    const Bytes image = firmware(wire::TargetMouse, 18, 6, 0x0203);
+    enter("cable", wire::TargetMouse);
+    {
+        RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+        ASSERT_EQ(status(boot.ask(Command::BootBegin, beginOf(image))), Ok);
+        sendBlocks(boot, image);
+        order("unplug cable");
+        EXPECT_TRUE(boot.waitForEnd());
+    }
+    order("plug cable");
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    // What had been received went with the power.
+    EXPECT_EQ(status(boot.ask(Command::BootEnd)), Refused);
+    EXPECT_EQ(flash(boot, image), Ok);
+}
+
+TEST_F(EmulatorBoot, MouseInItsBootLoaderIsOffTheAir)
+{
+    RawClient receiver(folder_.path(), "rx1k");
+    order("boot air1 enter");
+    EXPECT_EQ(payload(receiver.notice(Command::OnLineChanged)), (Bytes{0, 0xA1, 0, 1}));
+    order("boot air1 leave");
+    EXPECT_EQ(payload(receiver.notice(Command::OnLineChanged)), (Bytes{1, 0xA1, 0, 1}));
+}

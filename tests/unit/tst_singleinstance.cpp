@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+
+#include "app/environment/DataRoot.h"
+#include "app/environment/SingleInstance.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+
+// A copy of the program: says whether it is the first, and stays until its input ends.
+int playCopy()
+{
+    SingleInstance instance;
+    QTextStream out(stdout);
+    out << (instance.acquire() ? "first" : "second") << '\n';
+    out.flush();
+    QTextStream(stdin).readLine();
+    return 0;
+}
+
+class Copy
+{
+public:
+    Copy() { m_process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--copy")}); }
+    ~Copy() { end(); }
+    QByteArray verdict()
+    {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(60000)) {
+        }
+        return m_process.readLine().trimmed();
+    }
+    void kill()
+    {
+        m_process.kill();
+        m_process.waitForFinished(60000);
+    }
+    void end()
+    {
+        m_process.write("\n");
+        m_process.waitForFinished(60000);
+    }
+
+private:
+    QProcess m_process;
+};
+
+} // namespace
+
+class TestSingleInstance : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        // The memory's key is made from a file in the temporary folder: one of our own keeps this test
+        // away from a program that runs beside it.
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_home.path()));
+        qputenv("TMPDIR", QFile::encodeName(m_home.path()));
+        makeDataFolders();
+    }
+
+    void refusesASecondCopyAsLongAsTheFirstLives()
+    {
+        Copy first;
+        QCOMPARE(first.verdict(), QByteArray("first"));
+        for (int i = 0; i < 3; ++i) {
+            Copy other;
+            QCOMPARE(other.verdict(), QByteArray("second"));
+        }
+        first.end();
+        Copy next;
+        QCOMPARE(next.verdict(), QByteArray("first"));
+    }
+
+    void isNotLockedOutByAKilledCopy()
+    {
+        for (int i = 0; i < 3; ++i) {
+            Copy first;
+            QCOMPARE(first.verdict(), QByteArray("first"));
+            first.kill();
+        }
+        Copy next;
+        QCOMPARE(next.verdict(), QByteArray("first"));
+        Copy other;
+        QCOMPARE(other.verdict(), QByteArray("second"));
+    }
+
+    void isNotHeldByACopyThatWasRefused()
+    {
+        auto first = std::make_unique<Copy>();
+        QCOMPARE(first->verdict(), QByteArray("first"));
+        Copy refused;
+        QCOMPARE(refused.verdict(), QByteArray("second"));
+        first->kill();
+        Copy next; // while the refused one still shows its notice
+        QCOMPARE(next.verdict(), QByteArray("first"));
+    }
+
+    void letsExactlyOneOfManyIn()
+    {
+        Copy copies[6];
+        int firsts = 0;
+        for (Copy &copy : copies)
+            firsts += copy.verdict() == "first" ? 1 : 0;
+        QCOMPARE(firsts, 1);
+    }
+
+    void goesOnWithoutADataRoot()
+    {
+        QVERIFY(QDir(dataRoot()).removeRecursively());
+        Copy first;
+        QCOMPARE(first.verdict(), QByteArray("first"));
+        Copy other;
+        QCOMPARE(other.verdict(), QByteArray("second"));
+    }
+
+private:
+    QTemporaryDir m_home;
+};
+
+int main(int argc, char **argv)
+{
+    if (argc == 2 && QByteArray(argv[1]) == "--copy")
+        return playCopy();
+    QCoreApplication application(argc, argv);
+    TestSingleInstance test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_singleinstance.moc"
