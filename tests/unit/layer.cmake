@@ -20,6 +20,7 @@ add_morlen_test(hidusb_test
     hidusb_finder.cpp
     hidusb_hotplug.cpp
     hidusb_upgrade.cpp
+    hidusb_writer.cpp
   LINKS HIDUsb hidusb_support GTest::gtest_main ZLIB::ZLIB)
 target_compile_definitions(hidusb_test PRIVATE
   HIDUSB_HEADER="${PROJECT_SOURCE_DIR}/device/hidusb/HIDUsb.h"
