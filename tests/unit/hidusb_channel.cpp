@@ -98,14 +98,15 @@ protected:
         return reply && reply->status() == wire::Status::Ok && reply->Length == 8 && reply->Payload[7] == 8;
     }
 
+    std::atomic<int> tries{0};
     FakeDevice device;
 };
 
 TEST_F(ChannelTest, ABadReplyIsNoReplyAndTheNextTryCounts)
 {
     for (const Fault &fault : Faults) {
-        int tries = 0;
-        device.setScript([&fault, &tries](const wire::Report &request) {
+        tries = 0;
+        device.setScript([&fault, this](const wire::Report &request) {
             const wire::Report good = goodReply(request);
             return tries++ == 0 ? fault.answers(good) : Answers{datagram(good)};
         });
@@ -117,8 +118,8 @@ TEST_F(ChannelTest, ABadReplyIsNoReplyAndTheNextTryCounts)
 TEST_F(ChannelTest, ThreeBadRepliesEndInNone)
 {
     for (const Fault &fault : Faults) {
-        int tries = 0;
-        device.setScript([&fault, &tries](const wire::Report &request) {
+        tries = 0;
+        device.setScript([&fault, this](const wire::Report &request) {
             ++tries;
             return fault.answers(goodReply(request));
         });
@@ -164,7 +165,7 @@ TEST_F(ChannelTest, ALateReplyIsNotTakenForTheNextOne)
 
 TEST_F(ChannelTest, BusyIsAskedAgainAndDoesNotUseUpTheTries)
 {
-    int asked = 0;
+    std::atomic<int> asked{0};
     device.setScript([&asked](const wire::Report &request) {
         return Answers{
             datagram(++asked < 5 ? replyTo(request, nullptr, 0, wire::Status::Busy) : goodReply(request))};
