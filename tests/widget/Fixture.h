@@ -52,6 +52,14 @@ inline DeviceAllInfo info(const QString &path, uint16_t kind, int driveIndex = 0
     return made;
 }
 
+// The skin and the texts that ship with the program, under a catalogue of the test's own.
+inline void useShippedLooks(const ProductFolder &product)
+{
+    for (const char *folder : {"Picture", "Language"})
+        QFile::link(QString::fromLocal8Bit(PRODUCT_FOLDER) + '/' + QLatin1String(folder),
+                    product.path(QLatin1String(folder)));
+}
+
 // Makes the device at `path` the selected one, with the windows open for input.
 inline void select(const DeviceAllInfo &selected)
 {

@@ -184,6 +184,7 @@ private slots:
 int main(int argc, char *argv[])
 {
     const ProductFolder product(smallCatalogue());
+    fixture::useShippedLooks(product);
     QApplication application(argc, argv);
     tst_SensorRate test;
     return QTest::qExec(&test, argc, argv);

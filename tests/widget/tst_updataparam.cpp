@@ -238,6 +238,7 @@ private slots:
 int main(int argc, char *argv[])
 {
     const ProductFolder product(smallCatalogue());
+    fixture::useShippedLooks(product);
     QApplication application(argc, argv);
     tst_UpDataParam test;
     return QTest::qExec(&test, argc, argv);
