@@ -65,10 +65,11 @@ public:
 private:
     std::string heading(const std::string &line)
     {
-        const std::string drive = "[Drive" + std::to_string(m_models + 1) + "]";
-        if (line != drive && (line != "[Option]" || !m_section.empty()))
-            return "expected [Option] first, then " + drive;
-        m_models += line == drive ? 1 : 0;
+        const std::string expected =
+            m_section.empty() ? "[Option]" : "[Drive" + std::to_string(m_models + 1) + "]";
+        if (line != expected)
+            return "expected " + expected;
+        m_models += m_section.empty() ? 0 : 1;
         m_section = line;
         m_keys.clear();
         m_text += (m_text.empty() ? "" : "\n") + line + "\n";

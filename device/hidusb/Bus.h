@@ -42,6 +42,7 @@ public:
     // `timeoutMs` below 0 waits without end.
     virtual Received read(uint8_t *bytes, std::size_t capacity, int timeoutMs) = 0;
     virtual void interrupt() = 0;
+    virtual bool isGone() const = 0; // without waiting
 };
 
 // Says that interfaces came or went since it was made.

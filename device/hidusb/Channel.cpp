@@ -45,7 +45,7 @@ Channel::Channel(std::unique_ptr<ReportPort> port)
 bool Channel::isDead() const
 {
     const std::lock_guard lock(mutex_);
-    return dead_;
+    return dead_ || port_->isGone(); // the reader may not have got to it yet
 }
 
 // ---- Requests

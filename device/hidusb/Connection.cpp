@@ -93,7 +93,9 @@ void Connection::order(const Order &order)
 void Connection::update(const FlashImage &wanted)
 {
     const std::lock_guard lock(mutex_);
-    if (mirror_.want(wanted))
+    if (awaitsProfile())
+        later_ = wanted;
+    else if (mirror_.want(wanted))
         resting_ = false;
     else
         owe();
@@ -106,6 +108,14 @@ void Connection::owe()
     if (std::none_of(orders_.begin(), orders_.end(), isWholeRead))
         orders_.push_back(WholeRead);
 }
+
+// After these the mouse holds something else than before.
+static bool changesProfile(const Order &order)
+{
+    return order.command == Command::ConfigSelect || order.command == Command::ClearSettings;
+}
+
+bool Connection::awaitsProfile() const { return std::any_of(orders_.begin(), orders_.end(), changesProfile); }
 
 bool Connection::finishWrites()
 {
@@ -136,13 +146,13 @@ void Connection::work()
             break;
         if (!reach(lock)) {
             orders_.clear(); // a read to a device that went away yields nothing
+            later_.reset();
         } else if (retry_) {
             writeNext(lock, 1);
         } else if (!resting_ && mirror_.next()) {
             writeNext(lock, UsualTries);
         } else if (!orders_.empty()) {
             const Order order = orders_.front();
-            orders_.pop_front();
             carryOut(lock, order);
         }
         if (retry_) {
@@ -185,15 +195,21 @@ void Connection::carryOut(Lock &lock, const Order &order)
         if (isWholeRead(order))
             readOwed_ = !answered;
     } else {
-        // What is wanted of the one profile isn't wanted of the other.
-        if (order.command == Command::ConfigSelect || order.command == Command::ClearSettings)
-            mirror_.settle();
         lock.unlock();
         answered = request(order);
         lock.lock();
     }
     if (answered)
         resting_ = false;
+    orders_.pop_front(); // only now: an update meanwhile belongs behind it
+    if (changesProfile(order) && !awaitsProfile()) {
+        // What is wanted of the one profile isn't wanted of the other. What is known of the one still serves
+        // to find an edit that comes before the next full read.
+        mirror_.settle();
+        if (later_)
+            mirror_.want(*later_);
+        later_.reset();
+    }
 }
 
 std::optional<wire::Report> Connection::ask(const wire::Report &request, int tries)

@@ -50,6 +50,7 @@ private:
     bool hasWork() const;
     bool reach(Lock &lock);
     void owe();
+    bool awaitsProfile() const;
     void carryOut(Lock &lock, const Order &order);
     void writeNext(Lock &lock, int tries);
     bool readFlash(Lock &lock, uint16_t address, std::size_t size);
@@ -68,10 +69,11 @@ private:
     std::condition_variable changed_;
     std::deque<Order> orders_;
     FlashMirror mirror_;
-    bool resting_ = false;  // the last write stayed without a good answer
-    bool retry_ = false;    // it is to be tried once more
-    bool readOwed_ = false; // the whole flash was asked for and did not come
-    bool lost_ = false;     // the channel died and has not been let go of
+    std::optional<FlashImage> later_; // wanted once the profile orders in the row are carried out
+    bool resting_ = false;            // the last write stayed without a good answer
+    bool retry_ = false;              // it is to be tried once more
+    bool readOwed_ = false;           // the whole flash was asked for and did not come
+    bool lost_ = false;               // the channel died and has not been let go of
 };
 
 // The open connection of the process; null when there is none.

@@ -64,6 +64,7 @@ public:
     }
 
     void interrupt() override { node_.interrupt(); }
+    bool isGone() const override { return node_.isHungUp(); }
 
 private:
     const HidDevice device_;

@@ -49,6 +49,7 @@ public:
     }
 
     void interrupt() override { socket_.interrupt(); }
+    bool isGone() const override { return socket_.isHungUp(); }
 
 private:
     WaitableFile socket_;

@@ -37,6 +37,12 @@ WaitableFile::Outcome WaitableFile::wait(int timeoutMs)
     return Outcome::Nothing;
 }
 
+bool WaitableFile::isHungUp() const
+{
+    pollfd looked{file_, 0, 0};
+    return poll(&looked, 1, 0) > 0;
+}
+
 void WaitableFile::interrupt()
 {
     const uint64_t once = 1;

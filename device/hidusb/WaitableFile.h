@@ -20,6 +20,8 @@ public:
     int file() const { return file_; }
     // `timeoutMs` below 0 waits without end. What can still be read comes before Gone.
     Outcome wait(int timeoutMs);
+    // True when the other side has hung up, even if there is something left to read. From any thread.
+    bool isHungUp() const;
     // Ends the running wait, or the next one.
     void interrupt();
 

@@ -22,10 +22,11 @@ private slots:
     {
         QTest::addColumn<QString>("key");
         QTest::addColumn<bool>("encoded");
-        const char *const encoded[] = {"MM",      "DM",           "D2M",           "D4M",          "D8M",
-                                       "Sensor",  "CID",          "VID",           "USB_PID",      "Wireless_PID",
-                                       "Wireless2_PID", "Wireless4_PID", "Wireless8_PID"};
-        const char *const plain[] = {"MID", "DeviceTotal", "DPIRange", "KeyParam1", "cid", "Wireless1_PID", ""};
+        const char *const encoded[] = {
+            "MM",  "DM",      "D2M",          "D4M",           "D8M",           "Sensor",       "CID",
+            "VID", "USB_PID", "Wireless_PID", "Wireless2_PID", "Wireless4_PID", "Wireless8_PID"};
+        const char *const plain[] = {"MID", "DeviceTotal",   "DPIRange", "KeyParam1",
+                                     "cid", "Wireless1_PID", ""};
         for (const char *key : encoded)
             QTest::newRow(key) << QString(key) << true;
         for (const char *key : plain)
@@ -146,7 +147,8 @@ private slots:
         QTest::newRow("zeros") << QByteArray(5000, '\0');
         QTest::newRow("larger than allowed")
             << QByteArray("[Option]\nDeviceTotal=4\n") + QByteArray(int(IniSizeLimit), ';');
-        QTest::newRow("variants") << QByteArray("[Option]\nDeviceTotal=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\0\\x4)\n");
+        QTest::newRow("variants") << QByteArray(
+            "[Option]\nDeviceTotal=@Variant(\\0\\0\\0\\x2\\0\\0\\0\\0\\x4)\n");
         QTest::newRow("deep names") << QByteArray("[") + QByteArray(200000, '\\') + "]\nDeviceTotal=4\n";
     }
     void isEmptyForBadFiles()
@@ -162,7 +164,8 @@ private slots:
 
     void isEmptyForWhatIsNoFile()
     {
-        for (const QString &path : {m_folder->filePath("none"), m_folder->path(), QString(), QString("/dev/zero")})
+        for (const QString &path :
+             {m_folder->filePath("none"), m_folder->path(), QString(), QString("/dev/zero")})
             QCOMPARE(DeviceCatalogue(*std::make_unique<ConfigReader>(path)).total(), 0);
     }
 

@@ -112,10 +112,27 @@ private slots:
     void writesWhatQSettingsReads_data()
     {
         QTest::addColumn<QString>("text");
-        const QString texts[] = {"plain",        "",          " edges ",        "a,b",       "a;b=c",
-                                 "\"quoted\"",   "back\\",    "line\nend\r\t",  "@text",     "@@text",
-                                 "@Variant(x)",  "€uro café", "\xF0\x9F\x90\xAD", "\x01" "1f", QString(QChar(0)) + "7",
-                                 "1.0/2 [x] %y", "v1.05",     "/home/a b/prog", "'single'?", "\x7F"};
+        const QString texts[] = {"plain",
+                                 "",
+                                 " edges ",
+                                 "a,b",
+                                 "a;b=c",
+                                 "\"quoted\"",
+                                 "back\\",
+                                 "line\nend\r\t",
+                                 "@text",
+                                 "@@text",
+                                 "@Variant(x)",
+                                 "€uro café",
+                                 "\xF0\x9F\x90\xAD",
+                                 "\x01"
+                                 "1f",
+                                 QString(QChar(0)) + "7",
+                                 "1.0/2 [x] %y",
+                                 "v1.05",
+                                 "/home/a b/prog",
+                                 "'single'?",
+                                 "\x7F"};
         for (const QString &text : texts)
             QTest::newRow(text.toUtf8().toPercentEncoding().constData()) << text;
     }
@@ -185,7 +202,8 @@ private slots:
         for (int round = 0; round < 2000; ++round) {
             QByteArray bytes;
             for (int i = random.bounded(200); i > 0; --i)
-                bytes += random.bounded(3) ? marks.at(random.bounded(marks.size())) : char(random.bounded(256));
+                bytes +=
+                    random.bounded(3) ? marks.at(random.bounded(marks.size())) : char(random.bounded(256));
             const IniDocument document = IniDocument::parse(bytes);
             const QByteArray written = document.serialise();
             QCOMPARE(IniDocument::parse(written).serialise(), written);

@@ -89,7 +89,8 @@ private slots:
 
     void keepsTextsOfEveryKind()
     {
-        const QString texts[] = {"", "a,b", "\"", "@Variant(x)", "@@", "€ ü\n\t", " x ", "\\", ";", QString(5000, 'y')};
+        const QString texts[] = {"",        "a,b", "\"", "@Variant(x)", "@@",
+                                 "€ ü\n\t", " x ", "\\", ";",           QString(5000, 'y')};
         {
             IniStore store(path());
             for (std::size_t i = 0; i < std::size(texts); ++i)

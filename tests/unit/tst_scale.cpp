@@ -57,10 +57,11 @@ private slots:
         QFETCH(int, width);
         QFETCH(bool, outputs);
         QProcess server;
-        QStringList arguments = {"-displayfd", "1", "-nolisten", "tcp", "-screen", "0",
-                                 QStringLiteral("%1x600x24").arg(width)};
+        QStringList arguments = {
+            "-displayfd", "1", "-nolisten", "tcp", "-screen", "0", QStringLiteral("%1x600x24").arg(width)};
         if (!outputs)
-            arguments << "-extension" << "RANDR";
+            arguments << "-extension"
+                      << "RANDR";
         server.start(QStringLiteral("Xvfb"), arguments);
         QVERIFY2(server.waitForReadyRead(30000), "Xvfb did not start");
         qputenv("DISPLAY", ':' + server.readLine().trimmed());

@@ -1,0 +1,192 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What the layer costs: conversions, the time that ProtocolDataUpdate holds its caller, reports on the
+// wire for edits, and a full read when each direction carries one report in a millisecond.
+#include "device/hidusb/Codec.h"
+#include "device/hidusb/HIDUsb.h"
+#include "emulator/Emulator.h"
+
+#include <atomic>
+#include <benchmark/benchmark.h>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+
+namespace
+{
+
+const char Scenario[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
+                        "receiverboot 0007\n"
+                        "mouse m cid 18 mid 6 version 1.05 battery 80\n"
+                        "receiver r class 8k mouse m version 1.02 address a10001\n"
+                        "plug r\n";
+
+std::atomic<int> fullReads{0};
+FlashDataMap loaded;
+
+void callback(const uint8_t *header, int32_t, const uint8_t *payload, uint32_t length)
+{
+    if (header[1] != 8 || length != FlashSize)
+        return;
+    ProtocolDataParser(payload, &loaded);
+    ++fullReads;
+}
+
+template <typename Condition> bool waitFor(Condition condition)
+{
+    for (int i = 0; i < 500000; ++i) {
+        if (condition())
+            return true;
+        usleep(20);
+    }
+    return false;
+}
+
+// One emulated receiver with its mouse, connected and loaded.
+class World
+{
+public:
+    World()
+    {
+        char folder[] = "/tmp/morlen-bench-XXXXXX";
+        if (mkdtemp(folder) == nullptr)
+            std::abort();
+        setenv("HIDUSB_BUS", folder, 1);
+        std::string error;
+        if (!emulated.loadText(Scenario, "bench", error) || !emulated.start(folder, error))
+            std::abort();
+        int32_t count = 1;
+        path = UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0005", &count)[0];
+        UsbServerC_Start(path.c_str(), path.c_str(), callback);
+        read();
+    }
+    void read()
+    {
+        const int before = fullReads;
+        UsbServer_ReadAllFlashData();
+        if (!waitFor([&] { return fullReads > before; }))
+            std::abort();
+    }
+    uint64_t writes() { return emulated.reportCount("r", wire::Command::FlashWrite); }
+    bool agrees(uint8_t rate) { return emulated.flash("m")->ReportRate == rate; }
+
+    emulator::Emulator emulated;
+    std::string path;
+};
+
+World &world()
+{
+    static auto *const instance = new World;
+    return *instance;
+}
+
+void decode(benchmark::State &state)
+{
+    const std::vector<uint8_t> image(FlashSize, 0x5A);
+    FlashDataMap record;
+    for (auto _ : state) {
+        ProtocolDataParser(image.data(), &record);
+        benchmark::DoNotOptimize(record);
+    }
+}
+
+void encode(benchmark::State &state)
+{
+    FlashDataMap record;
+    std::memset(&record, 0x5A, sizeof record);
+    FlashImage image{};
+    for (auto _ : state) {
+        hidusb::encode(record, image);
+        benchmark::DoNotOptimize(image);
+    }
+}
+
+// The caller's time for an edit of one byte; the report goes out meanwhile.
+void updateHoldsItsCaller(benchmark::State &state)
+{
+    world();
+    FlashDataMap record = loaded;
+    for (auto _ : state) {
+        record.ReportRate = static_cast<uint8_t>(record.ReportRate == 1 ? 2 : 1);
+        ProtocolDataUpdate(&record);
+        state.PauseTiming();
+        waitFor([&] { return world().agrees(record.ReportRate); });
+        state.ResumeTiming();
+    }
+}
+
+// From the call to the changed byte in the emulated flash.
+void editReachesTheFlash(benchmark::State &state)
+{
+    world().emulated.order(state.range(0) ? "pace on" : "pace off");
+    FlashDataMap record = loaded;
+    const uint64_t before = world().writes();
+    for (auto _ : state) {
+        record.ReportRate = static_cast<uint8_t>(record.ReportRate == 1 ? 2 : 1);
+        ProtocolDataUpdate(&record);
+        waitFor([&] { return world().agrees(record.ReportRate); });
+    }
+    state.counters["reports"] = benchmark::Counter(static_cast<double>(world().writes() - before) /
+                                                   static_cast<double>(state.iterations()));
+    world().emulated.order("pace off");
+}
+
+// A slider dragged over 100 values, as fast as the caller can and at a hand's speed.
+void sliderDrag(benchmark::State &state)
+{
+    world().emulated.order("pace on");
+    FlashDataMap record = loaded;
+    const uint64_t before = world().writes();
+    for (auto _ : state) {
+        for (int value = 0; value < 100; ++value) {
+            record.DpiStages[0].LevelX = static_cast<uint8_t>(value);
+            record.ReportRate = static_cast<uint8_t>(value);
+            ProtocolDataUpdate(&record);
+            usleep(static_cast<useconds_t>(state.range(0)));
+        }
+        if (!waitFor([&] { return world().agrees(99); }))
+            state.SkipWithError("the last value was not written");
+    }
+    state.counters["reports"] = benchmark::Counter(static_cast<double>(world().writes() - before) /
+                                                   static_cast<double>(state.iterations()));
+    world().emulated.order("pace off");
+}
+
+void fullRead(benchmark::State &state)
+{
+    world().emulated.order(state.range(0) ? "pace on" : "pace off");
+    for (auto _ : state)
+        world().read();
+    world().emulated.order("pace off");
+    if (state.range(0))
+        state.counters["of124ms"] =
+            benchmark::Counter(124e-3 * static_cast<double>(state.iterations()),
+                               benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+void onLineQuestion(benchmark::State &state)
+{
+    world().emulated.order(state.range(0) ? "pace on" : "pace off");
+    for (auto _ : state)
+        benchmark::DoNotOptimize(UsbFinderC_GetDeviceOnLine(world().path.c_str()));
+    world().emulated.order("pace off");
+}
+
+BENCHMARK(decode);
+BENCHMARK(encode);
+BENCHMARK(updateHoldsItsCaller)->Iterations(2000);
+BENCHMARK(editReachesTheFlash)
+    ->ArgName("paced")
+    ->Arg(0)
+    ->Arg(1)
+    ->UseRealTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(sliderDrag)->ArgName("pause_us")->Arg(0)->Arg(8000)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(fullRead)->ArgName("paced")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(onLineQuestion)->ArgName("paced")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,297 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// A reply reaches its own request or nobody; what is late, doubled, unsound or foreign does no harm.
+#include "device/hidusb/Channel.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeDevice.h"
+#include "tests/support/Records.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+
+using namespace hidusb;
+using namespace support;
+using wire::Command;
+
+// What a device may do to a reply.
+struct Fault {
+    const char *name;
+    Answers (*answers)(const wire::Report &good);
+};
+
+static wire::Report changed(wire::Report report, void (*change)(wire::Report &))
+{
+    change(report);
+    wire::seal(report);
+    return report;
+}
+
+static const Fault Faults[] = {
+    {"no reply", [](const wire::Report &) { return Answers{}; }},
+    {"short",
+     [](const wire::Report &good) {
+         Datagram bytes = datagram(good);
+         bytes.pop_back();
+         return Answers{bytes};
+     }},
+    {"one byte", [](const wire::Report &) { return Answers{{wire::ReportId}}; }},
+    {"oversized",
+     [](const wire::Report &good) {
+         Datagram bytes = datagram(good);
+         bytes.push_back(0);
+         return Answers{bytes};
+     }},
+    {"far oversized", [](const wire::Report &) { return Answers{Datagram(4096, 5)}; }},
+    {"flipped bit",
+     [](const wire::Report &good) {
+         Datagram bytes = datagram(good);
+         bytes[20] ^= 0x10;
+         return Answers{bytes};
+     }},
+    {"wrong sequence",
+     [](const wire::Report &good) {
+         return Answers{datagram(changed(
+             good, [](wire::Report &r) { r.Sequence = static_cast<uint8_t>(r.Sequence % 255 + 1); }))};
+     }},
+    {"other command",
+     [](const wire::Report &good) {
+         return Answers{datagram(changed(good, [](wire::Report &r) { r.CommandCode ^= 1; }))};
+     }},
+    {"other address",
+     [](const wire::Report &good) {
+         return Answers{datagram(changed(good, [](wire::Report &r) { r.AddressLow ^= 1; }))};
+     }},
+    {"other length",
+     [](const wire::Report &good) {
+         return Answers{datagram(changed(good, [](wire::Report &r) { --r.Length; }))};
+     }},
+    {"length beyond the report",
+     [](const wire::Report &good) {
+         return Answers{datagram(changed(good, [](wire::Report &r) { r.Length = 255; }))};
+     }},
+    {"other report id",
+     [](const wire::Report &good) {
+         return Answers{datagram(changed(good, [](wire::Report &r) { r.Id = 6; }))};
+     }},
+    {"a notice",
+     [](const wire::Report &good) {
+         return Answers{datagram(changed(good, [](wire::Report &r) { r.Sequence = 0; }))};
+     }},
+};
+
+class ChannelTest : public testing::Test
+{
+protected:
+    static wire::Report readRequest()
+    {
+        const uint8_t size = 8;
+        return makeRequest(Command::FlashRead, 0x40, &size, 1);
+    }
+    static wire::Report goodReply(const wire::Report &request)
+    {
+        const uint8_t bytes[] = {1, 2, 3, 4, 5, 6, 7, 8};
+        return replyTo(request, bytes, sizeof bytes);
+    }
+    static bool isGood(const std::optional<wire::Report> &reply)
+    {
+        return reply && reply->status() == wire::Status::Ok && reply->Length == 8 && reply->Payload[7] == 8;
+    }
+
+    FakeDevice device;
+};
+
+TEST_F(ChannelTest, ABadReplyIsNoReplyAndTheNextTryCounts)
+{
+    for (const Fault &fault : Faults) {
+        int tries = 0;
+        device.setScript([&fault, &tries](const wire::Report &request) {
+            const wire::Report good = goodReply(request);
+            return tries++ == 0 ? fault.answers(good) : Answers{datagram(good)};
+        });
+        EXPECT_TRUE(isGood(acquireChannel(device.path())->ask(readRequest()))) << fault.name;
+        EXPECT_EQ(tries, 2) << fault.name;
+    }
+}
+
+TEST_F(ChannelTest, ThreeBadRepliesEndInNone)
+{
+    for (const Fault &fault : Faults) {
+        int tries = 0;
+        device.setScript([&fault, &tries](const wire::Report &request) {
+            ++tries;
+            return fault.answers(goodReply(request));
+        });
+        EXPECT_FALSE(acquireChannel(device.path())->ask(readRequest())) << fault.name;
+        EXPECT_LE(tries, 3) << fault.name;
+    }
+}
+
+TEST_F(ChannelTest, DoubledRepliesAreDropped)
+{
+    device.setScript([](const wire::Report &request) {
+        const uint8_t value[] = {request.AddressLow, 0, 0, 0, 0, 0, 0, 8};
+        const Datagram reply = datagram(replyTo(request, value, sizeof value));
+        return Answers{reply, reply};
+    });
+    const auto channel = acquireChannel(device.path());
+    for (uint16_t address = 0; address < 200; ++address) {
+        const uint8_t size = 8;
+        const auto reply = channel->ask(makeRequest(Command::FlashRead, address, &size, 1));
+        ASSERT_TRUE(reply);
+        ASSERT_EQ(reply->Payload[0], address);
+    }
+}
+
+TEST_F(ChannelTest, ALateReplyIsNotTakenForTheNextOne)
+{
+    std::vector<Datagram> held;
+    device.setScript([&held](const wire::Report &request) {
+        Answers answers;
+        if (request.AddressLow == 1) // asked first, answered behind the next question
+            held.push_back(datagram(replyTo(request, "oldoldol", 8)));
+        else {
+            answers = held;
+            answers.push_back(datagram(goodReply(request)));
+        }
+        return answers;
+    });
+    const auto channel = acquireChannel(device.path());
+    const uint8_t size = 8;
+    EXPECT_FALSE(channel->ask(makeRequest(Command::FlashRead, 1, &size, 1)));
+    EXPECT_TRUE(isGood(channel->ask(makeRequest(Command::FlashRead, 2, &size, 1))));
+}
+
+TEST_F(ChannelTest, BusyIsAskedAgainAndDoesNotUseUpTheTries)
+{
+    int asked = 0;
+    device.setScript([&asked](const wire::Report &request) {
+        return Answers{
+            datagram(++asked < 5 ? replyTo(request, nullptr, 0, wire::Status::Busy) : goodReply(request))};
+    });
+    EXPECT_TRUE(isGood(acquireChannel(device.path())->ask(readRequest())));
+    EXPECT_EQ(asked, 5);
+}
+
+TEST_F(ChannelTest, ARefusalIsAnAnswer)
+{
+    device.setScript([](const wire::Report &request) {
+        return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
+    });
+    const auto reply = acquireChannel(device.path())->ask(readRequest());
+    ASSERT_TRUE(reply);
+    EXPECT_EQ(reply->status(), wire::Status::Refused);
+    EXPECT_EQ(device.count(Command::FlashRead), 1U);
+}
+
+static std::vector<Exchange> wholeRead()
+{
+    std::vector<Exchange> batch(FlashSize / 54);
+    for (std::size_t i = 0; i < batch.size(); ++i) {
+        const uint8_t size = 54;
+        batch[i].request = makeRequest(Command::FlashRead, static_cast<uint16_t>(i * 54), &size, 1);
+    }
+    return batch;
+}
+
+TEST_F(ChannelTest, ManyInFlightComeHomeInAnyOrder)
+{
+    const FlashImage image = anyImage(4);
+    device.setFlash(image);
+    std::vector<Datagram> held;
+    int seen = 0;
+    // Answers in pairs, the second one first, and swallows each ninth request once.
+    device.setScript([&](const wire::Report &request) -> std::optional<Answers> {
+        if (++seen % 9 == 0)
+            return Answers{};
+        const auto *bytes = reinterpret_cast<const uint8_t *>(&image) + request.address();
+        held.insert(held.begin(), datagram(replyTo(request, bytes, request.Payload[0])));
+        if (held.size() < 2 && request.address() + 54U < FlashSize)
+            return Answers{};
+        Answers answers;
+        answers.swap(held);
+        return answers;
+    });
+    std::vector<Exchange> batch = wholeRead();
+    Limits limits;
+    limits.window = 8;
+    limits.tries = 20;
+    ASSERT_TRUE(acquireChannel(device.path())->exchange(batch, limits));
+    for (std::size_t i = 0; i < batch.size(); ++i)
+        ASSERT_EQ(
+            std::memcmp(batch[i].reply->Payload, reinterpret_cast<const uint8_t *>(&image) + i * 54, 54), 0);
+}
+
+TEST_F(ChannelTest, ABadStatusInTheMiddleEndsTheBatch)
+{
+    device.setScript([](const wire::Report &request) -> std::optional<Answers> {
+        if (request.address() < 540)
+            return std::nullopt;
+        return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::OffLine))};
+    });
+    std::vector<Exchange> batch = wholeRead();
+    Limits limits;
+    limits.window = 8;
+    EXPECT_FALSE(acquireChannel(device.path())->exchange(batch, limits));
+    EXPECT_LE(device.count(Command::FlashRead), 10U + 8U);
+}
+
+TEST_F(ChannelTest, UsersOfOnePathShareAChannelAndItsRepliesStayApart)
+{
+    const auto channel = acquireChannel(device.path());
+    EXPECT_EQ(acquireChannel(device.path()).get(), channel.get());
+    std::vector<std::thread> threads;
+    std::atomic<int> wrong{0};
+    for (int user = 0; user < 4; ++user) {
+        threads.emplace_back([this, &wrong, user] {
+            for (int i = 0; i < 200; ++i) {
+                const uint8_t size = static_cast<uint8_t>(user + 1);
+                const auto reply =
+                    acquireChannel(device.path())->ask(makeRequest(Command::FlashRead, 0, &size, 1));
+                wrong += !reply || reply->Length != size ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST(ChannelLife, ADeviceThatComesBackGetsANewChannel)
+{
+    auto first = std::make_unique<FakeDevice>();
+    const auto channel = acquireChannel(first->path());
+    ASSERT_TRUE(channel && channel->ask(makeRequest(Command::Identity)));
+    first.reset();
+    EXPECT_TRUE(eventually([&channel] { return channel->isDead(); }));
+    EXPECT_FALSE(channel->ask(makeRequest(Command::Identity)));
+
+    const FakeDevice second;
+    const auto other = acquireChannel(second.path());
+    ASSERT_TRUE(other);
+    EXPECT_NE(other.get(), channel.get());
+    EXPECT_TRUE(other->ask(makeRequest(Command::Identity)));
+}
+
+TEST(ChannelLife, ADeviceThatLeavesInTheMiddleOfAQuestionEndsIt)
+{
+    auto device = std::make_unique<FakeDevice>();
+    device->setScript([](const wire::Report &) { return Answers{}; });
+    const auto channel = acquireChannel(device->path());
+    Limits patient;
+    patient.tries = 1000;
+    std::thread asker(
+        [&channel, &patient] { EXPECT_FALSE(channel->ask(makeRequest(Command::Battery), patient)); });
+    EXPECT_TRUE(eventually([&device] { return device->count(Command::Battery) > 0; }));
+    device.reset();
+    asker.join();
+    EXPECT_TRUE(channel->isDead());
+}
+
+TEST(ChannelLife, WhatIsNoInterfaceCannotBeOpened)
+{
+    for (const std::string &path : {std::string(), busFolder(), busFolder() + "/", busFolder() + "/control",
+                                    busFolder() + "/../1209-0005-0103-1-ff05-a", std::string("/dev/null"),
+                                    busFolder() + "/1209-0005-0103-1-ff05-absent"})
+        EXPECT_FALSE(acquireChannel(path)) << path;
+}

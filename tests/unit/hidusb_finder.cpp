@@ -1,0 +1,282 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Discovery and the questions to a device by its path.
+#include "device/hidusb/HIDUsb.h"
+#include "tests/support/FakeDevice.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+
+using namespace support;
+using wire::Command;
+
+static std::vector<std::string> found(const char *vendor, const char *product, int32_t most = 5)
+{
+    int32_t count = most;
+    const char *const *paths = UsbFinderC_FindHidDevicesByDefaultDeviceId(vendor, product, &count);
+    return {paths, paths + count};
+}
+
+class Finder : public testing::Test
+{
+protected:
+    Finder() { busFolder(); }
+};
+
+TEST_F(Finder, FindsByIdsInterfaceAndUsagePage)
+{
+    const FakeDevice mouse;
+    const FakeDevice second(mouseName("second"));
+    const FakeDevice screen({0x1209, 0x0005, 0x0103, 1, wire::ScreenUsagePage, "mouse"});
+    const FakeDevice plain({0x1209, 0x0005, 0x0103, 0, wire::MouseUsagePage, "mouse"});
+    const FakeDevice other({0x1209, 0x0006, 0x0103, 1, wire::SettingsUsagePage, "mouse"});
+    const std::vector<std::string> both{mouse.path(), second.path()};
+    for (const char *vendor : {"1209", "0x1209", "0X1209"})
+        EXPECT_EQ(found(vendor, "0005"), both) << vendor;
+    EXPECT_EQ(found("1209", "5"), both);
+    EXPECT_EQ(found("1209", "6"), std::vector<std::string>{other.path()});
+    EXPECT_EQ(found("1209", "0005", 1).size(), 1U);
+
+    int32_t count = 5;
+    const char *const *paths = UsbFinderC_FindHidDevicesByDeviceId("1209", "0005", 1, 8, &count);
+    ASSERT_EQ(count, 1);
+    EXPECT_EQ(paths[0], screen.path());
+}
+
+TEST_F(Finder, NonsenseFindsNothing)
+{
+    const FakeDevice mouse;
+    for (const char *text : {"", "0x", "xyz", "12095", "-1", " 1209", "1209 ", "1209g", "0x12 09"})
+        EXPECT_TRUE(found(text, "0005").empty()) << text;
+    EXPECT_TRUE(found(nullptr, "0005").empty());
+    EXPECT_TRUE(found("1209", nullptr).empty());
+    EXPECT_TRUE(found("1209", "0005", 0).empty());
+    EXPECT_TRUE(found("1209", "0005", -3).empty());
+    EXPECT_NE(UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0005", nullptr), nullptr);
+    for (const int usage : {-1, 256, 0x10005}) {
+        int32_t count = 5;
+        EXPECT_NE(UsbFinderC_FindHidDevicesByDeviceId("1209", "0005", 1, usage, &count), nullptr);
+        EXPECT_EQ(count, 0);
+    }
+}
+
+TEST_F(Finder, ResultsOfAnotherThreadStayValid)
+{
+    const FakeDevice mouse;
+    int32_t count = 5;
+    const char *const *paths = UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0005", &count);
+    std::thread([] { found("1209", "0006"); }).join();
+    ASSERT_EQ(count, 1);
+    EXPECT_EQ(paths[0], mouse.path());
+}
+
+TEST_F(Finder, AsksTheDevice)
+{
+    const FakeDevice mouse;
+    const char *path = mouse.path().c_str();
+    const DeviceIdentity identity = UsbFinderC_GetDeviceInfo(path, 0);
+    EXPECT_EQ(identity.Cid, 0x1A);
+    EXPECT_EQ(identity.Mid, 0x03);
+    EXPECT_EQ(identity.DeviceKind, 0x02);
+    UsbAttribute attribute{};
+    UsbFinderC_GetUsbDeviceAttribute(path, &attribute);
+    EXPECT_EQ(attribute.Version.get(), 0x0103);
+    EXPECT_EQ(attribute.VendorId.get(), 0x1209);
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLine(path), 1);
+    OnlineAddress address{};
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLineWithUsbAddress(path, &address), 1);
+    const uint8_t expected[] = {0, 0, 0, 0, 0, 0, 1, 0x11, 0x22, 0x33};
+    EXPECT_EQ(std::memcmp(&address, expected, sizeof expected), 0);
+    EXPECT_EQ(UsbFinderC_GetVersion(path), 0x010AU);
+    uint32_t version = 0;
+    EXPECT_EQ(UsbFinderC_GetSlaveVersion(path, &version), 1);
+    EXPECT_EQ(version, 0x010AU);
+    uint8_t mode = 0x73;
+    UsbFinderC_GetLongRangeMode(path, &mode);
+    EXPECT_EQ(mode, 1);
+}
+
+TEST_F(Finder, AnAbsentMouseIsOffLineWithItsAddress)
+{
+    FakeDevice receiver;
+    receiver.setScript([](const wire::Report &request) {
+        const wire::OnLineReply away{0, {7, 8, 9}};
+        return Answers{datagram(replyTo(request, &away, sizeof away))};
+    });
+    OnlineAddress address{};
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLine(receiver.path().c_str()), 0);
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLineWithUsbAddress(receiver.path().c_str(), &address), 0);
+    EXPECT_EQ(address.Online, 0);
+    EXPECT_EQ(address.Address[2], 9);
+}
+
+// A receiver that keeps what it is told and says it again.
+TEST_F(Finder, ReceiverRecordsGoThereAndBack)
+{
+    FakeDevice receiver;
+    std::map<uint8_t, Datagram> kept;
+    receiver.setScript([&kept](const wire::Report &request) {
+        const auto payload = kept[request.CommandCode - 1];
+        switch (request.command()) {
+        case Command::DongleColorWrite:
+            kept[static_cast<uint8_t>(Command::DongleColor)] = {request.Payload,
+                                                                request.Payload + request.Length};
+            return Answers{datagram(replyTo(request))};
+        case Command::DongleBarWrite:
+        case Command::IndicatorWrite:
+            kept[request.CommandCode - 1U] = {request.Payload, request.Payload + request.Length};
+            return Answers{datagram(replyTo(request))};
+        default: {
+            const Datagram &record = kept[request.CommandCode];
+            return Answers{datagram(replyTo(request, record.data(), record.size()))};
+        }
+        }
+    });
+    const char *path = receiver.path().c_str();
+    const DongleRGB color{2, {1, 2, 3, 4, 5, 6, 7, 8, 9}};
+    UsbFinderC_Set4KDongleRGB(path, &color);
+    DongleRGB colorBack{};
+    UsbFinderC_Get4KDongleRGBValue(path, &colorBack);
+    EXPECT_EQ(std::memcmp(&color, &colorBack, sizeof color), 0);
+
+    const DongleRgbBar bar{1, 2, 3, 4, 5, 6, 1};
+    EXPECT_EQ(UsbFinderC_SetDongleRGBBarMode(path, &bar), 1);
+    DongleRgbBar barBack{};
+    UsbFinderC_GetDongleRGBBarMode(path, &barBack);
+    EXPECT_EQ(std::memcmp(&bar, &barBack, sizeof bar), 0);
+
+    const DongleIndicator indicator{{1, 2, 3}};
+    EXPECT_EQ(UsbFinderC_SetDongleIndicatorLed(path, &indicator), 1);
+    DongleIndicator indicatorBack{};
+    UsbFinderC_GetDongleIndicatorLed(path, &indicatorBack);
+    EXPECT_EQ(std::memcmp(&indicator, &indicatorBack, sizeof indicator), 0);
+}
+
+TEST_F(Finder, SmallOrdersCarryTheirBytes)
+{
+    const FakeDevice receiver;
+    const uint8_t pairing[] = {9, 8, 7, 0, 4};
+    UsbFinderC_SetDongleIDToMouse(receiver.path().c_str(), pairing);
+    UsbFinderC_SetLongRangeMode(receiver.path().c_str(), 1);
+    const auto requests = receiver.requests();
+    ASSERT_EQ(requests.size(), 2U);
+    EXPECT_EQ(requests[0].command(), Command::PairedAddress);
+    EXPECT_EQ(requests[0].Length, 5);
+    EXPECT_EQ(std::memcmp(requests[0].Payload, pairing, sizeof pairing), 0);
+    EXPECT_EQ(requests[1].command(), Command::LongRangeWrite);
+    EXPECT_EQ(requests[1].Payload[0], 1);
+}
+
+// Each function on a path, with records preset to 0x73; nothing may change.
+static void expectQuietFailure(const char *path)
+{
+    uint8_t preset[16];
+    std::memset(preset, 0x73, sizeof preset);
+    uint8_t record[16];
+    std::memcpy(record, preset, sizeof record);
+    uint32_t version = 0x73;
+
+    const DeviceIdentity identity = UsbFinderC_GetDeviceInfo(path, 0);
+    EXPECT_EQ(identity.Cid + identity.Mid + identity.DeviceKind, 0);
+    UsbFinderC_GetUsbDeviceAttribute(path, reinterpret_cast<UsbAttribute *>(record));
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLine(path), 0);
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLineWithUsbAddress(path, reinterpret_cast<OnlineAddress *>(record)), 0);
+    EXPECT_EQ(UsbFinderC_GetVersion(path), 0U);
+    EXPECT_EQ(UsbFinderC_GetSlaveVersion(path, &version), 0);
+    UsbFinderC_Get4KDongleRGBValue(path, reinterpret_cast<DongleRGB *>(record));
+    UsbFinderC_Set4KDongleRGB(path, reinterpret_cast<DongleRGB *>(record));
+    UsbFinderC_GetDongleRGBBarMode(path, reinterpret_cast<DongleRgbBar *>(record));
+    EXPECT_EQ(UsbFinderC_SetDongleRGBBarMode(path, reinterpret_cast<DongleRgbBar *>(record)), 0);
+    UsbFinderC_GetDongleIndicatorLed(path, reinterpret_cast<DongleIndicator *>(record));
+    EXPECT_EQ(UsbFinderC_SetDongleIndicatorLed(path, reinterpret_cast<DongleIndicator *>(record)), 0);
+    UsbFinderC_GetLongRangeMode(path, record);
+    UsbFinderC_SetLongRangeMode(path, 1);
+    UsbFinderC_SetDongleIDToMouse(path, record);
+    EXPECT_EQ(UsbFinderC_OpenDevice(path), 0);
+    UsbFinderC_ReadWriteDeviceData(preset, record, 16);
+    UsbServerC_Start(path, path, [](const uint8_t *, int32_t, const uint8_t *, uint32_t) { ADD_FAILURE(); });
+    UsbServer_ReadAllFlashData();
+    UsbServer_ReadVersion();
+    UsbServer_Exit();
+    EXPECT_EQ(version, 0x73U);
+    EXPECT_EQ(std::memcmp(record, preset, sizeof record), 0);
+}
+
+TEST_F(Finder, NoPathFailsQuietly) { expectQuietFailure(nullptr); }
+
+TEST_F(Finder, UnknownPathsFailQuietly)
+{
+    for (const char *path : {"", "a", "/dev/null", "/dev/hidraw99999"})
+        expectQuietFailure(path);
+}
+
+TEST_F(Finder, AStalePathFailsQuietly)
+{
+    auto device = std::make_unique<FakeDevice>();
+    const std::string path = device->path();
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLine(path.c_str()), 1);
+    device.reset();
+    expectQuietFailure(path.c_str());
+}
+
+TEST_F(Finder, ASilentDeviceIsAskedAsOftenAsStated)
+{
+    FakeDevice device;
+    device.setScript([](const wire::Report &) { return Answers{}; });
+    const char *path = device.path().c_str();
+    UsbFinderC_GetDeviceInfo(path, 0);
+    EXPECT_EQ(device.count(Command::Identity), 1U);
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLine(path), 0);
+    EXPECT_EQ(device.count(Command::OnLine), 2U);
+    EXPECT_EQ(UsbFinderC_GetVersion(path), 0U);
+    EXPECT_EQ(device.count(Command::Version), 3U);
+}
+
+TEST_F(Finder, RepliesOfAnotherSizeAreNone)
+{
+    FakeDevice device;
+    device.setScript([](const wire::Report &request) {
+        const Datagram nonsense(wire::PayloadSize, 0xEE);
+        return Answers{datagram(replyTo(request, nonsense.data(), nonsense.size()))};
+    });
+    const char *path = device.path().c_str();
+    EXPECT_EQ(UsbFinderC_GetDeviceInfo(path, 0).Cid, 0);
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLine(path), 0);
+    EXPECT_EQ(UsbFinderC_GetVersion(path), 0U);
+    uint8_t mode = 0x73;
+    UsbFinderC_GetLongRangeMode(path, &mode);
+    EXPECT_EQ(mode, 0x73);
+}
+
+TEST_F(Finder, NullRecordsAreIgnored)
+{
+    const FakeDevice device;
+    const char *path = device.path().c_str();
+    UsbFinderC_GetUsbDeviceAttribute(path, nullptr);
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLineWithUsbAddress(path, nullptr), 1);
+    EXPECT_EQ(UsbFinderC_GetSlaveVersion(path, nullptr), 0);
+    UsbFinderC_Get4KDongleRGBValue(path, nullptr);
+    UsbFinderC_Set4KDongleRGB(path, nullptr);
+    EXPECT_EQ(UsbFinderC_SetDongleRGBBarMode(path, nullptr), 0);
+    UsbFinderC_GetLongRangeMode(path, nullptr);
+    UsbFinderC_SetDongleIDToMouse(path, nullptr);
+}
+
+TEST_F(Finder, RawReportsPassUnchanged)
+{
+    FakeDevice screen({0x1209, 0x0005, 0x0103, 1, wire::ScreenUsagePage, "mouse"});
+    screen.setScript([](const wire::Report &request) {
+        return Answers{{static_cast<uint8_t>(request.Id + 1), 2, 3, 4}};
+    });
+    uint8_t reply[4] = {};
+    const uint8_t request[] = {0x55};
+    ASSERT_EQ(UsbFinderC_OpenDevice(screen.path().c_str()), 1);
+    UsbFinderC_ReadWriteDeviceData(request, reply, 1);
+    EXPECT_EQ(reply[0], 0x56);
+    EXPECT_EQ(reply[1], 0) << "more than asked for was written";
+    UsbFinderC_ReadWriteDeviceData(nullptr, reply, 1);
+    UsbFinderC_ReadWriteDeviceData(request, nullptr, 1);
+    UsbFinderC_ReadWriteDeviceData(request, reply, 0);
+    EXPECT_EQ(screen.requests().size(), 1U);
+}

@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The hot-plug watch.
+#include "device/hidusb/HIDUsb.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeDevice.h"
+
+#include <atomic>
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace support;
+
+static std::atomic<int> firstCalls;
+static std::atomic<int> secondCalls;
+static std::atomic<bool> hold;
+static std::atomic<bool> inside;
+
+static void first()
+{
+    ++firstCalls;
+    inside = true;
+    eventually([] { return !hold.load(); });
+}
+
+static void second() { ++secondCalls; }
+
+static void restarting()
+{
+    if (++firstCalls < 5)
+        StartUsbChanged(restarting, 100);
+}
+
+class HotPlug : public testing::Test
+{
+protected:
+    HotPlug()
+    {
+        busFolder();
+        firstCalls = 0;
+        secondCalls = 0;
+        hold = false;
+        inside = false;
+    }
+    ~HotPlug() override
+    {
+        hold = false;
+        StopUsbChanged();
+    }
+    static bool reaches(const std::atomic<int> &calls, int count)
+    {
+        return eventually([&calls, count] { return calls >= count; });
+    }
+};
+
+TEST_F(HotPlug, CallsAtOnceAndAfterEachChange)
+{
+    StartUsbChanged(first, 600);
+    ASSERT_TRUE(reaches(firstCalls, 1));
+    auto device = std::make_unique<FakeDevice>();
+    ASSERT_TRUE(reaches(firstCalls, 2));
+    device.reset();
+    ASSERT_TRUE(reaches(firstCalls, 3));
+}
+
+TEST_F(HotPlug, ChangesCloseTogetherMakeOneCall)
+{
+    StartUsbChanged(first, 600);
+    ASSERT_TRUE(reaches(firstCalls, 1));
+    hold = true;
+    const FakeDevice opener(mouseName("opener"));
+    ASSERT_TRUE(reaches(firstCalls, 2));
+    std::vector<std::unique_ptr<FakeDevice>> devices; // while the call runs
+    for (int i = 0; i < 20; ++i)
+        devices.push_back(std::make_unique<FakeDevice>(mouseName("m" + std::to_string(i))));
+    hold = false;
+    ASSERT_TRUE(reaches(firstCalls, 3));
+    devices.clear();
+    ASSERT_TRUE(reaches(firstCalls, 4));
+    EXPECT_LE(firstCalls, 10) << "40 changes";
+}
+
+TEST_F(HotPlug, AChangeDuringACallIsNotLost)
+{
+    StartUsbChanged(first, 600);
+    ASSERT_TRUE(reaches(firstCalls, 1));
+    hold = true;
+    inside = false;
+    auto device = std::make_unique<FakeDevice>();
+    ASSERT_TRUE(eventually([] { return inside.load(); }));
+    device.reset();
+    hold = false;
+    EXPECT_TRUE(reaches(firstCalls, 3));
+}
+
+TEST_F(HotPlug, AReplacedWatchIsCalledNoMore)
+{
+    hold = true;
+    StartUsbChanged(first, 600);
+    ASSERT_TRUE(reaches(firstCalls, 1));
+    StartUsbChanged(second, 600); // does not wait for the running call
+    ASSERT_TRUE(reaches(secondCalls, 1));
+    hold = false;
+    const FakeDevice device;
+    ASSERT_TRUE(reaches(secondCalls, 2));
+    EXPECT_EQ(firstCalls, 1);
+}
+
+TEST_F(HotPlug, AStoppedWatchIsCalledNoMore)
+{
+    StartUsbChanged(first, 600);
+    ASSERT_TRUE(reaches(firstCalls, 1));
+    StopUsbChanged();
+    StopUsbChanged();
+    const FakeDevice device;
+    StartUsbChanged(second, 600);
+    ASSERT_TRUE(reaches(secondCalls, 1));
+    EXPECT_EQ(firstCalls, 1);
+}
+
+TEST_F(HotPlug, MayBeReplacedFromInsideItsCall)
+{
+    StartUsbChanged(restarting, 600);
+    EXPECT_TRUE(reaches(firstCalls, 5));
+}
+
+TEST_F(HotPlug, OddArgumentsAreTaken)
+{
+    StartUsbChanged(nullptr, 600);
+    StartUsbChanged(second, -1);
+    ASSERT_TRUE(reaches(secondCalls, 1));
+    const FakeDevice device;
+    EXPECT_TRUE(reaches(secondCalls, 2));
+}
+
+TEST_F(HotPlug, SeesAChangeWhateverTheFilesAroundIt)
+{
+    StartUsbChanged(first, 0);
+    ASSERT_TRUE(reaches(firstCalls, 1));
+    for (int i = 0; i < 10; ++i) {
+        const int before = firstCalls;
+        const FakeDevice device;
+        ASSERT_TRUE(reaches(firstCalls, before + 1));
+    }
+}

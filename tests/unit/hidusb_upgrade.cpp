@@ -1,0 +1,343 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Firmware upgrade: a healthy one, a repair, and each way to fail.
+#include "device/hidusb/HIDUsb.h"
+#include "device/hidusb/wire/FirmwareFile.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeDevice.h"
+
+#include <atomic>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <map>
+#include <memory>
+#include <zlib.h>
+
+using namespace support;
+using wire::Command;
+
+struct UpgradeLog {
+    std::mutex mutex;
+    std::vector<int> percentages;
+    std::vector<int> ends;
+    std::function<void()> atEnd;
+};
+
+static UpgradeLog &upgradeLog()
+{
+    static UpgradeLog log;
+    return log;
+}
+
+static void onUpgrade(const uint8_t *data)
+{
+    std::function<void()> atEnd;
+    {
+        const std::lock_guard lock(upgradeLog().mutex);
+        EXPECT_EQ(data[0], 7);
+        EXPECT_TRUE(data[1] == 1 || data[1] == 2);
+        (data[1] == 1 ? upgradeLog().percentages : upgradeLog().ends).push_back(data[2]);
+        if (data[1] == 2)
+            std::swap(atEnd, upgradeLog().atEnd);
+    }
+    if (atEnd)
+        atEnd();
+}
+
+static std::vector<uint8_t> makeFirmware(uint8_t target, std::size_t size)
+{
+    std::vector<uint8_t> file(size);
+    for (std::size_t i = 0; i < size; ++i)
+        file[i] = static_cast<uint8_t>(i * 7 + i / 256);
+    auto *head = reinterpret_cast<wire::FirmwareHead *>(file.data());
+    head->Magic.set(wire::FirmwareMagic);
+    head->FileLength.set(static_cast<uint32_t>(size));
+    head->Target = target;
+    head->Cid = 0x1A;
+    head->Mid = 0x03;
+    head->Crc32.set(static_cast<uint32_t>(crc32(0, file.data() + 16, static_cast<uInt>(size - 16))));
+    return file;
+}
+
+class Upgrade : public testing::Test
+{
+protected:
+    Upgrade()
+    {
+        busFolder();
+        const std::lock_guard lock(upgradeLog().mutex);
+        upgradeLog().percentages.clear();
+        upgradeLog().ends.clear();
+        upgradeLog().atEnd = nullptr;
+    }
+
+    void plugMouse(uint8_t kind = 2)
+    {
+        device.reset();
+        device = std::make_unique<FakeDevice>(mouseName());
+        device->setIdentity({0x1A, 0x03, kind});
+    }
+
+    // The boot loader of a mouse that takes everything, unless `fault` answers instead.
+    void plugBootLoader(const Script &fault = nullptr)
+    {
+        blocks.clear();
+        bootLoader.reset();
+        bootLoader = std::make_unique<FakeDevice>(bootName());
+        bootLoader->setScript([this, fault](const wire::Report &request) -> std::optional<Answers> {
+            if (fault) {
+                if (auto answers = fault(request))
+                    return answers;
+            }
+            const wire::BootIdentityReply identity{wire::TargetMouse, 0x1A, 0x03};
+            if (request.command() == Command::BootIdentity)
+                return Answers{datagram(replyTo(request, &identity, sizeof identity))};
+            if (request.command() == Command::BootBegin)
+                std::memcpy(&begin, request.Payload, sizeof begin);
+            if (request.command() == Command::BootData) {
+                const std::lock_guard lock(blocksMutex);
+                blocks[request.address()] = {request.Payload, request.Payload + request.Length};
+            }
+            return Answers{datagram(replyTo(request))};
+        });
+    }
+
+    std::vector<uint8_t> flashed()
+    {
+        const std::lock_guard lock(blocksMutex);
+        std::vector<uint8_t> bytes;
+        for (const auto &[index, block] : blocks)
+            bytes.insert(bytes.end(), block.begin(), block.end());
+        return bytes;
+    }
+
+    bool start(int timeoutMs = 5000) { return UsbUpgrade_Start(firmware.data(), onUpgrade, timeoutMs) != 0; }
+    static std::vector<int> ends()
+    {
+        const std::lock_guard lock(upgradeLog().mutex);
+        return upgradeLog().ends;
+    }
+    static bool endsWith(int result)
+    {
+        return eventually([] { return !ends().empty(); }) && ends() == std::vector<int>{result};
+    }
+    bool bootLoaderWas(Command command)
+    {
+        return eventually([&] { return bootLoader->count(command) > 0; });
+    }
+
+    std::vector<uint8_t> firmware = makeFirmware(wire::TargetMouse, 20000);
+    std::unique_ptr<FakeDevice> device;
+    std::unique_ptr<FakeDevice> bootLoader;
+    std::mutex blocksMutex;
+    std::map<int, Datagram> blocks;
+    wire::BootBeginRequest begin{};
+};
+
+TEST_F(Upgrade, GoesThroughTheBootLoaderAndBack)
+{
+    plugMouse();
+    ASSERT_TRUE(start());
+    ASSERT_TRUE(eventually([this] { return device->count(Command::BootEnter) > 0; }));
+    EXPECT_FALSE(start()) << "two at a time";
+    device.reset();
+    plugBootLoader();
+    ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
+    EXPECT_EQ(flashed(), firmware);
+    EXPECT_EQ(begin.Length.get(), firmware.size());
+    EXPECT_EQ(begin.Crc32.get(), crc32(0, firmware.data(), static_cast<uInt>(firmware.size())));
+    EXPECT_TRUE(ends().empty());
+    bootLoader.reset();
+    plugMouse();
+    ASSERT_TRUE(endsWith(1));
+    const std::lock_guard lock(upgradeLog().mutex);
+    const auto &percentages = upgradeLog().percentages;
+    EXPECT_TRUE(std::is_sorted(percentages.begin(), percentages.end()));
+    EXPECT_EQ(std::adjacent_find(percentages.begin(), percentages.end()), percentages.end()) << "unchanged";
+    EXPECT_EQ(percentages.back(), 100);
+}
+
+TEST_F(Upgrade, RepairsADeviceThatWaitsInItsBootLoader)
+{
+    plugBootLoader();
+    int32_t count = 5;
+    UsbUpgradeC_FindBootDevices(firmware.data(), &count);
+    EXPECT_EQ(count, 1);
+    ASSERT_TRUE(start());
+    ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
+    bootLoader.reset();
+    plugMouse();
+    EXPECT_TRUE(endsWith(1));
+    EXPECT_EQ(flashed(), firmware);
+}
+
+TEST_F(Upgrade, SurvivesLostAndBusyAnswers)
+{
+    std::atomic<int> seen{0};
+    plugBootLoader([&seen](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() == Command::BootIdentity)
+            return std::nullopt;
+        const int number = ++seen;
+        if (number % 50 == 7)
+            return Answers{};
+        if (number % 11 == 3)
+            return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Busy))};
+        return std::nullopt;
+    });
+    ASSERT_TRUE(start());
+    ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
+    ASSERT_TRUE(eventually([this] { return flashed() == firmware; }));
+    // The last answer may be one of the lost ones.
+    ASSERT_TRUE(eventually([this] { return bootLoader->requests().back().command() == Command::BootEnd; }));
+    bootLoader.reset();
+    plugMouse();
+    EXPECT_TRUE(endsWith(1));
+}
+
+struct FailureRow {
+    const char *name;
+    Command command;
+};
+static const FailureRow Failures[] = {
+    {"begin", Command::BootBegin},
+    {"data", Command::BootData},
+    {"end", Command::BootEnd},
+};
+
+TEST_F(Upgrade, ARefusalEndsIt)
+{
+    for (const FailureRow &row : Failures) {
+        upgradeLog().ends.clear();
+        plugBootLoader([&row](const wire::Report &request) -> std::optional<Answers> {
+            if (request.command() != row.command)
+                return std::nullopt;
+            return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
+        });
+        ASSERT_TRUE(start()) << row.name;
+        EXPECT_TRUE(endsWith(0)) << row.name;
+        bootLoader.reset();
+    }
+}
+
+TEST_F(Upgrade, AnUnpluggedBootLoaderEndsIt)
+{
+    std::atomic<bool> enough{false};
+    plugBootLoader([&enough](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() != Command::BootData || request.address() < 100)
+            return std::nullopt;
+        enough = true;
+        return Answers{};
+    });
+    ASSERT_TRUE(start());
+    ASSERT_TRUE(eventually([&enough] { return enough.load(); }));
+    bootLoader.reset();
+    EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, ABootLoaderThatDoesNotComeEndsIt)
+{
+    plugMouse();
+    ASSERT_TRUE(start(300));
+    EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, ADeviceThatDoesNotComeBackEndsIt)
+{
+    plugBootLoader();
+    ASSERT_TRUE(start(300));
+    EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, TheNextOneMayStartFromTheEndOfTheLast)
+{
+    plugBootLoader([](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() != Command::BootBegin)
+            return std::nullopt;
+        return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
+    });
+    std::atomic<int> started{-1};
+    {
+        const std::lock_guard lock(upgradeLog().mutex);
+        upgradeLog().atEnd = [&] { started = start() ? 1 : 0; };
+    }
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(eventually([] { return ends().size() == 2; }));
+    EXPECT_EQ(started, 1);
+}
+
+// ---- What does not begin
+
+TEST_F(Upgrade, NeedsExactlyOneFittingDevice)
+{
+    EXPECT_FALSE(start()) << "nothing attached";
+    plugMouse(4);
+    EXPECT_FALSE(start()) << "a receiver does not take a mouse's file";
+    plugMouse(2);
+    device->setIdentity({0x1A, 0x04, 2});
+    EXPECT_FALSE(start()) << "another model";
+    device->setIdentity({0x1A, 0x03, 2});
+    FakeDevice twin(mouseName("twin"));
+    twin.setIdentity({0x1A, 0x03, 2});
+    EXPECT_FALSE(start()) << "two of them";
+    EXPECT_TRUE(ends().empty());
+}
+
+TEST_F(Upgrade, EachReceiverKindTakesAReceiversFile)
+{
+    firmware = makeFirmware(wire::TargetReceiver, 1000);
+    for (const uint8_t kind : {0, 1, 4, 5}) {
+        upgradeLog().ends.clear();
+        plugMouse(kind);
+        EXPECT_TRUE(start(0)) << int{kind};
+        EXPECT_TRUE(endsWith(0));
+        EXPECT_EQ(device->count(Command::BootEnter), 1U);
+    }
+}
+
+TEST_F(Upgrade, BadFilesFitNothing)
+{
+    plugBootLoader();
+    const auto refused = [this](const char *name) {
+        int32_t count = 5;
+        UsbUpgradeC_FindBootDevices(firmware.data(), &count);
+        EXPECT_EQ(count, 0) << name;
+        EXPECT_FALSE(start()) << name;
+    };
+    const std::vector<uint8_t> good = firmware;
+    firmware.back() ^= 1;
+    refused("changed");
+    firmware = good;
+    firmware[0] ^= 1;
+    refused("no magic");
+    firmware = good;
+    firmware[4] = firmware[5] = firmware[6] = firmware[7] = 0xFF;
+    refused("length beyond the limit");
+    firmware[4] = 100;
+    firmware[5] = firmware[6] = firmware[7] = 0;
+    refused("shorter than its head");
+    firmware = makeFirmware(209, 1000);
+    refused("unknown target");
+    firmware = makeFirmware(wire::TargetReceiver, 1000);
+    refused("the other target");
+}
+
+TEST_F(Upgrade, NullAndOddArgumentsAreTaken)
+{
+    int32_t count = 5;
+    UsbUpgradeC_FindBootDevices(nullptr, &count);
+    EXPECT_EQ(count, 0);
+    UsbUpgradeC_FindBootDevices(firmware.data(), nullptr);
+    EXPECT_EQ(UsbUpgrade_Start(nullptr, onUpgrade, 1000), 0);
+    plugBootLoader();
+    const FakeDevice silent(bootName("silent"));
+    count = 0;
+    UsbUpgradeC_FindBootDevices(firmware.data(), &count);
+    EXPECT_EQ(count, 0);
+    count = -1;
+    UsbUpgradeC_FindBootDevices(firmware.data(), &count);
+    EXPECT_EQ(count, 0);
+    count = 1;
+    UsbUpgradeC_FindBootDevices(firmware.data(), &count);
+    EXPECT_EQ(count, 1);
+}

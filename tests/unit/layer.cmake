@@ -1,0 +1,27 @@
+# The device layer against a scripted device.
+find_package(GTest REQUIRED)
+find_package(ZLIB REQUIRED)
+add_library(hidusb_support STATIC ${PROJECT_SOURCE_DIR}/tests/support/FakeDevice.cpp)
+morlen_target(hidusb_support)
+target_link_libraries(hidusb_support PUBLIC wire Threads::Threads)
+add_morlen_test(hidusb_core_test
+  SOURCES
+    hidusb_channel.cpp
+    hidusb_codec.cpp
+    hidusb_mirror.cpp
+    hidusb_wire.cpp
+  LINKS hidusb_core hidusb_support GTest::gtest_main)
+# What the program sees: the library itself.
+add_morlen_test(hidusb_test
+  SOURCES
+    hidusb_connection.cpp
+    hidusb_conversions.cpp
+    hidusb_exports.cpp
+    hidusb_finder.cpp
+    hidusb_hotplug.cpp
+    hidusb_upgrade.cpp
+  LINKS HIDUsb hidusb_support GTest::gtest_main ZLIB::ZLIB)
+target_compile_definitions(hidusb_test PRIVATE
+  HIDUSB_HEADER="${PROJECT_SOURCE_DIR}/device/hidusb/HIDUsb.h"
+  HIDUSB_LIBRARY="$<TARGET_FILE:HIDUsb>")
+set_target_properties(hidusb_support hidusb_core_test hidusb_test PROPERTIES AUTOMOC OFF)
