@@ -51,8 +51,6 @@ public slots:
     void on_stackedWidgetDialog_currentChanged(int arg1);
     void SlotMouseIndex(int) {}
     void on_SetButton_clicked() {}
-    void on_MouseB_clicked() {}
-    void on_MouseC_clicked() {}
     void on_PreButton_clicked() {}
 
 protected:

@@ -24,6 +24,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QThread>
+#include <QTimer>
 #include <cstdlib>
 
 namespace
@@ -95,13 +96,22 @@ void DialogMain::SlotChangeMainDialog(int index)
     }
 }
 
+// The page that found the mouse silent puts its control back first, so the notice waits for its slot to
+// return. One notice at a time: the state is the same.
 void DialogMain::SlotMouseOffLine(int index)
 {
     OffLineKind = index;
-    MouseOffLine notice;
     AwaitingMouse = true;
     RestartWorker = true;
-    notice.openOver(this, NoticeOffset);
+    if (noticeUp)
+        return;
+    noticeUp = true;
+    QTimer::singleShot(0, this, [this] {
+        // What happened since may have brought the mouse back.
+        if (AwaitingMouse)
+            MouseOffLine().openOver(this, NoticeOffset);
+        noticeUp = false;
+    });
 }
 
 // ---- The three ways to end ----------------------------------------------------------------------

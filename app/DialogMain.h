@@ -63,4 +63,5 @@ private:
     QString exitText;
     QPoint grip; // where the mouse holds the window
     bool held = false;
+    bool noticeUp = false; // the off-line notice, or its way there
 };

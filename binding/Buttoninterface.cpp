@@ -8,6 +8,7 @@
 #include "device/hidusb/HIDUsb.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/PageSurface.h"
+#include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 #include "ui_Buttoninterface.h"
@@ -44,8 +45,7 @@ void Buttoninterface::dress()
     ui->label_8->setStyleSheet(style::label(style::color("LabelColor")));
     ui->Reset->setStyleSheet(button);
     ui->ImportData->setStyleSheet(button);
-    ui->ProjectChoose->setStyleSheet(
-        style::comboBox(folder, style::color("ComboxTextColor"), style::color("ComboxSelectColor")));
+    dressComboBox(ui->ProjectChoose, folder);
 }
 
 void Buttoninterface::listen()

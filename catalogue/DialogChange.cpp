@@ -13,6 +13,7 @@
 #include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "presentation/Notices.h"
+#include "presentation/SkinPalette.h"
 #include "presentation/Spin.h"
 #include "presentation/StyleSheets.h"
 #include "ui_DialogChange.h"
@@ -77,8 +78,7 @@ void DialogChange::dress()
     ui->PromptPicture->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Prompt.png")));
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
-    const QString selectColor = style::color("ComboxSelectColor");
-    ui->comboBox->setStyleSheet(style::comboBox(pictures, style::color("ComboxTextColor"), selectColor));
+    dressComboBox(ui->comboBox, pictures);
     ui->FindVer->setStyleSheet(style::dialogBackground(notices, QStringLiteral("FindVer")));
     ui->FindVerlaebl->setStyleSheet(labelSheet);
     ui->CloseButton_2->setStyleSheet(style::titleButton(notices, QStringLiteral("Close")));
@@ -307,8 +307,6 @@ void DialogChange::on_NoApear_clicked(bool checked)
     UserStore::instance().WriteValue(QStringLiteral("FindNew"), QStringLiteral("IsShow"),
                                      checked ? QStringLiteral("1") : QStringLiteral("0"));
 }
-
-void DialogChange::on_label_linkHovered(QString) {}
 
 // ---- Language -----------------------------------------------------------------------------------
 

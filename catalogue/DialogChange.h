@@ -45,7 +45,6 @@ public slots:
     void on_CloseButton_2_clicked();
     void on_NewHong_clicked();
     void on_NoApear_clicked(bool checked);
-    void on_label_linkHovered(QString link);
 
 protected:
     void changeEvent(QEvent *event) override;

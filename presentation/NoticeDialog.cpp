@@ -63,6 +63,7 @@ void NoticeDialog::dress()
     ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(kind.picture)));
     findChild<QFrame *>(QLatin1String(kind.frameName))
         ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind.frameName)));
+    ui->Busy->setVisible(kind.buttons == NoticeButtons::None);
     ui->CloseButton->setVisible(kind.buttons != NoticeButtons::None);
     ui->NewHong->setVisible(kind.buttons == NoticeButtons::Confirm);
     ui->OK->setVisible(kind.buttons == NoticeButtons::Question);

@@ -6,6 +6,8 @@
 #include "presentation/StyleSheets.h"
 
 #include <QApplication>
+#include <QComboBox>
+#include <QListView>
 #include <QPainterPath>
 #include <QPalette>
 #include <QStyleFactory>
@@ -14,15 +16,16 @@
 namespace
 {
 
+constexpr int VisibleItems = 5;
 constexpr int CornerRadius = 12; // of the backgrounds' pictures
+
+} // namespace
 
 QColor skinColor(const char *key)
 {
     const QStringList parts = style::color(key).split(QLatin1Char(','));
     return parts.size() == 3 ? QColor(parts[0].toInt(), parts[1].toInt(), parts[2].toInt()) : QColor();
 }
-
-} // namespace
 
 void applySkin()
 {
@@ -38,6 +41,16 @@ void applySkin()
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);
     FocusRing::install(skinColor("SliderColor"));
+}
+
+void dressComboBox(QComboBox *box, const QString &folder)
+{
+    const QString selectColor = style::color("ComboxSelectColor");
+    auto *list = new QListView(box);
+    list->setStyleSheet(style::comboList(selectColor));
+    box->setView(list);
+    box->setMaxVisibleItems(VisibleItems);
+    box->setStyleSheet(style::comboBox(folder, style::color("ComboxTextColor"), selectColor));
 }
 
 void roundCorners(QWidget *window)

@@ -5,10 +5,20 @@
 // frameless window gets the round corners of its background.
 #pragma once
 
+#include <QColor>
+#include <QString>
+
+class QComboBox;
 class QWidget;
+
+// A colour of the catalogue's general section.
+QColor skinColor(const char *key);
 
 // One toolkit style and the skin's colours for the whole application. Main thread, before any window.
 void applySkin();
+
+// A choice box with its list, from the pictures in `folder`.
+void dressComboBox(QComboBox *box, const QString &folder);
 
 // The corners outside the radius of the background's picture are no part of the window.
 void roundCorners(QWidget *window);

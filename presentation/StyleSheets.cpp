@@ -49,6 +49,11 @@ constexpr char ComboBox[] =
     "QComboBox QAbstractItemView::item{height:25px;}"
     "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
     "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
+// The arrow stands alone at the right, and the text keeps away from the rounded end.
+constexpr char ComboBoxFinish[] =
+    "QComboBox{padding-left: 8px;}"
+    "QComboBox::drop-down:button{border: 0px;background: transparent;width: 28px;}"
+    "QComboBox::down-arrow{right: 0px;}";
 constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1;);}"
                              "QListView::item:hover{background-color: rgb(%1;);}";
 constexpr char SectionTitle[] = "#%1{border-image: url(%PTitle.png);}";
@@ -114,7 +119,7 @@ QString checkBox(const QString &folder, const QString &color) { return compose(C
 
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
 {
-    return compose(ComboBox, folder, {textColor, selectColor});
+    return compose(ComboBox, folder, {textColor, selectColor}) + QLatin1String(ComboBoxFinish);
 }
 
 QString comboList(const QString &selectColor) { return compose(ComboList, {}, {selectColor}); }

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// BusyBar: a light that runs along a line for as long as it is seen.
+#pragma once
+
+#include <QVariantAnimation>
+#include <QWidget>
+
+class BusyBar : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit BusyBar(QWidget *parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    QVariantAnimation run; // 0 to 1, again and again
+};

@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What the tests of windows share: devices of the small catalogue on the scripted layer, records of what
+// the hub carried, and a clean state before each test.
+#pragma once
+
+#include "app/hub/PostMsg.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "tests/support/FakeHidUsb.h"
+#include "tests/support/ProductFolder.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+#include <QTimer>
+#include <QtTest>
+#include <functional>
+
+namespace fixture
+{
+
+constexpr uint8_t Cid = 18;
+constexpr uint8_t CableKind = 3;
+
+// The product id at which a device of that kind is found in the small catalogue.
+inline std::string pidOf(uint8_t kind)
+{
+    return kind == Receiver1K ? "0002" : kind == Receiver8K ? "0005" : "0001";
+}
+
+inline FakeDevice device(const std::string &path, uint8_t mid, uint8_t kind, bool online = true)
+{
+    FakeDevice made;
+    made.path = path;
+    made.vid = "1209";
+    made.pid = pidOf(kind);
+    made.identity = {Cid, mid, kind};
+    made.online = online;
+    return made;
+}
+
+inline DeviceAllInfo info(const QString &path, uint16_t kind, int driveIndex = 0)
+{
+    DeviceAllInfo made;
+    made.DevicePath = path;
+    made.DeviceKind = kind;
+    made.Usb = isWiredKind(kind);
+    made.DriveIndex = driveIndex;
+    made.Cid = Cid;
+    made.Mid = uint8_t(6 + driveIndex);
+    return made;
+}
+
+// The skin and the texts that ship with the program, under a catalogue of the test's own.
+inline void useShippedLooks(const ProductFolder &product)
+{
+    for (const char *folder : {"Picture", "Language"})
+        QFile::link(QString::fromLocal8Bit(PRODUCT_FOLDER) + '/' + QLatin1String(folder),
+                    product.path(QLatin1String(folder)));
+}
+
+// Makes the device at `path` the selected one, with the windows open for input.
+inline void select(const DeviceAllInfo &selected)
+{
+    SelectedDevice::set(selected);
+    SelectedDevice::setCacheName(imageFileName(selected.Cid, selected.Mid));
+    pointCurrentDeviceAt(selected.DevicePath);
+    UiArmed = true;
+}
+
+inline void clean()
+{
+    FakeHidUsb::instance().reset();
+    resetDeviceState();
+    DeviceRecord::edit([](FlashDataMap &map) { map = FlashDataMap{}; });
+}
+
+// Emits what must not be emitted on the main thread, and turns the event loop until it has been taken.
+inline void emitElsewhere(const std::function<void()> &emission)
+{
+    std::atomic<bool> done{false};
+    std::thread thread([&] {
+        emission();
+        done = true;
+    });
+    while (!done)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    thread.join();
+}
+
+// Acts on the next modal dialog of that class, once it is up.
+template <typename Notice> void whenModal(std::function<void(Notice *)> act)
+{
+    auto *timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
+        auto *notice = qobject_cast<Notice *>(QApplication::activeModalWidget());
+        if (!notice)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        act(notice);
+    });
+    timer->start(5);
+}
+
+} // namespace fixture
