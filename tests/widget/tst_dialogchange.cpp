@@ -360,6 +360,44 @@ private slots:
         QCOMPARE(tileCount(), 2);
     }
 
+    void anOlderSearchThatEndsLaterIsDropped()
+    {
+        build();
+        std::atomic<bool> firstHeld{false}, go{false};
+        std::atomic<int> searches{0};
+        fake.setDevices(devices(1));
+        fake.setHook([&](const std::string &call) {
+            // The first search is held back at its last question, with one device in its hands.
+            if (call == "UsbFinderC_GetDeviceOnLineWithUsbAddress" && searches++ == 0) {
+                firstHeld = true;
+                while (!go)
+                    std::this_thread::yield();
+            }
+        });
+        std::thread first([] { DialogChange::UsbChanged(); });
+        QTRY_VERIFY(firstHeld);
+        fake.setDevices(devices(3));
+        std::thread second([] { DialogChange::UsbChanged(); });
+        second.join();
+        QTRY_COMPARE(tileCount(), 3);
+        go = true;
+        first.join();
+        settle();
+        QCOMPARE(tileCount(), 3);
+    }
+
+    void aHiddenPageTakesNothing()
+    {
+        build();
+        plug(devices(1));
+        page->hide();
+        plug(devices(3));
+        QCOMPARE(int(AttachedDevices.size()), 1);
+        page->show();
+        plug(devices(3));
+        QCOMPARE(tileCount(), 3);
+    }
+
     void aSearchThatOutlivesThePageHurtsNobody()
     {
         build();

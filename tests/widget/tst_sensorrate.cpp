@@ -91,6 +91,14 @@ private slots:
         QCOMPARE(FakeHidUsb::instance().count("UsbFinderC_GetDeviceOnLine"), 0);
     }
 
+    void busyPageWritesNothing()
+    {
+        SensorPageBusy = true;
+        QTest::mouseClick(panel()->button(3), Qt::LeftButton);
+        QVERIFY(FakeHidUsb::instance().updates().empty());
+        SensorPageBusy = false;
+    }
+
     void refreshIsNoEdit()
     {
         for (const RateRow &row : RateRows)

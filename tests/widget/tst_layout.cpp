@@ -1,0 +1,170 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What a person would see at a glance, over every page and notice with the product's own catalogue, texts
+// and skin: no text is cut, no control stands on another, and each that can be used has a name.
+#include "app/Dialog.h"
+#include "app/DialogMain.h"
+#include "presentation/Notices.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/UpDataParam.h"
+#include "presentation/Widgets.h"
+#include "presentation/language/LanguageTables.h"
+#include "tests/widget/Fixture.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QStackedWidget>
+#include <QToolButton>
+
+namespace
+{
+
+QString place(const QWidget *widget)
+{
+    return QString("%1 in %2").arg(widget->objectName(), widget->window()->metaObject()->className());
+}
+
+bool textFits(const QString &text, const QWidget *widget, bool wraps, int room)
+{
+    const QFontMetrics metrics(widget->font());
+    const int flags = wraps ? int(Qt::TextWordWrap) : 0;
+    const QRect needed = metrics.boundingRect(QRect(0, 0, widget->width() - room, 4000), flags, text);
+    return needed.width() <= widget->width() - room && needed.height() <= widget->height();
+}
+
+bool isControl(const QWidget *widget)
+{
+    return (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget)) &&
+           widget->focusPolicy() != Qt::NoFocus;
+}
+
+QStringList faults(QWidget *window)
+{
+    QStringList found;
+    QList<QWidget *> controls;
+    for (QWidget *widget : window->findChildren<QWidget *>()) {
+        if (!widget->isVisible())
+            continue;
+        if (const auto *label = qobject_cast<QLabel *>(widget))
+            if (!textFits(label->text(), label, label->wordWrap(), 0))
+                found << "cut: " + place(widget);
+        if (const auto *button = qobject_cast<QAbstractButton *>(widget))
+            if (!textFits(button->text(), button, false, 8))
+                found << "cut: " + place(widget);
+        if (const auto *box = qobject_cast<QComboBox *>(widget))
+            if (!textFits(box->currentText(), box, false, 36))
+                found << "cut: " + place(widget);
+        if (!window->rect().contains(QRect(widget->mapTo(window, QPoint()), widget->size())))
+            found << "outside: " + place(widget);
+        if (isControl(widget))
+            controls << widget;
+    }
+    for (int i = 0; i < controls.size(); ++i) {
+        const auto *button = qobject_cast<QAbstractButton *>(controls[i]);
+        if (controls[i]->accessibleName().isEmpty() && (!button || button->text().isEmpty()))
+            found << "no name: " + place(controls[i]);
+        for (int j = 0; j < i; ++j) {
+            const QRect a(controls[i]->mapTo(window, QPoint()), controls[i]->size());
+            const QRect b(controls[j]->mapTo(window, QPoint()), controls[j]->size());
+            if (a.intersects(b))
+                found << "overlap: " + place(controls[i]) + ", " + place(controls[j]);
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+class tst_Layout : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeHidUsb &fake = FakeHidUsb::instance();
+
+    static FakeDevice shipped(const std::string &path, const char *pid, uint8_t mid, uint8_t kind)
+    {
+        FakeDevice device = fixture::device(path, mid, kind, mid % 2 == 0);
+        device.vid = "0x1209";
+        device.pid = pid;
+        return device;
+    }
+    static void check(QWidget *window) { QCOMPARE(faults(window).join('\n'), QString()); }
+
+private slots:
+    void init() { fixture::clean(); }
+
+    void selectionPage_data()
+    {
+        QTest::addColumn<int>("count");
+        for (int count = 0; count <= 4; ++count)
+            QTest::addRow("%d", count) << count;
+    }
+    void selectionPage()
+    {
+        QFETCH(int, count);
+        const std::vector<FakeDevice> all = {
+            shipped("a", "0x0002", 6, Receiver1K), shipped("b", "0x0005", 7, Receiver8K),
+            shipped("c", "0x0001", 8, 3), shipped("d", "0x0004", 99, Receiver4K)};
+        fake.setDevices({all.begin(), all.begin() + count});
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        QTRY_COMPARE(window.findChildren<mytoolButtonEnter *>().size(), count);
+        check(&window);
+    }
+
+    void devicePages()
+    {
+        DialogMain window;
+        window.show();
+        fixture::select(fixture::info("dev", Receiver8K));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        emit PostMsg::instance()->SigUpDataSensorUIB(FlashDataMap{});
+        fixture::emitElsewhere([] { emit PostMsg::instance()->SigUpDataConfigUI(4, 2, true); });
+        fixture::emitElsewhere([] { emit PostMsg::instance()->SigBattery(true, 100, true); });
+        auto *dialog = window.findChild<Dialog *>();
+        for (const char *way :
+             {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"}) {
+            dialog->findChild<QToolButton *>(way)->click();
+            check(&window);
+        }
+        QTRY_VERIFY(fake.idle());
+    }
+
+    void notices()
+    {
+        LoadLanguageTables();
+        const auto shown = [](NoticeDialog &&notice) {
+            notice.show();
+            check(&notice);
+        };
+        shown(MouseOffLine());
+        OffLineKind = 1;
+        shown(MouseOffLine());
+        shown(QuestiondialogB());
+        shown(ContainReset());
+        shown(InportFail());
+        ImportResult = 2;
+        shown(InportFail());
+        shown(ExeIsRun());
+        shown(UpDataParam());
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    setApplicationFolder(QString::fromLocal8Bit(PRODUCT_FOLDER));
+    makeDataFolders();
+    QApplication application(argc, argv);
+    application.setFont(QFont("DejaVu Sans", 9));
+    applySkin();
+    tst_Layout test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_layout.moc"
