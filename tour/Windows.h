@@ -16,6 +16,8 @@ namespace windows
 // The visible control of that name in any window, or null.
 template <typename Control = QWidget> Control *visible(const QString &name)
 {
+    if (name.isEmpty())
+        return nullptr; // to Qt it would be any name
     for (QWidget *const top : QApplication::topLevelWidgets())
         if (top->isVisible())
             for (Control *const control : top->findChildren<Control *>(name))
