@@ -98,10 +98,10 @@ HIDUSB_API void UsbServer_ReadDonglePairStatus(void);          // message 6
 
 // The record is the new wanted state of the device. It is copied; a writer in the background sends the
 // difference to what the device is known to hold: newer values replace waiting ones, neighbours share a
-// report, each report is acknowledged and tried up to 3 times. A record given before the first full read
-// of the connection told what the device holds is dropped. When a report stays unanswered the rest waits,
-// the device shows as off line, and the next on-line question or update tries again. Holds its caller
-// for microseconds. A null record is ignored.
+// report, each report is acknowledged and tried up to 3 times. While it isn't known what the device holds
+// a record is not written but answered by a full read (message 8). When a report stays unanswered the
+// rest waits, the device shows as off line, and the next on-line question or update tries again. Holds its
+// caller for microseconds. A null record is ignored.
 HIDUSB_API void ProtocolDataUpdate(const FlashDataMap *record);
 
 // ---- Conversions: pure, no device is asked ------------------------------------------------------

@@ -258,6 +258,36 @@ TEST_F(ChannelTest, UsersOfOnePathShareAChannelAndItsRepliesStayApart)
     EXPECT_EQ(wrong, 0);
 }
 
+struct CountingSink : NoticeSink {
+    void notice(const wire::Report &) override { ++count; }
+    void lost() override { gone = true; }
+    std::atomic<bool> gone{false};
+    std::atomic<int> count{0};
+};
+
+TEST_F(ChannelTest, NoticesGoToTheNewestSubscriberInWhateverOrderTheyCome)
+{
+    const auto channel = acquireChannel(device.path());
+    const auto newer = std::make_shared<CountingSink>();
+    const auto older = std::make_shared<CountingSink>();
+    channel->subscribe(newer, 2);
+    channel->subscribe(older, 1); // a connection that has been replaced gets to it late
+    ASSERT_TRUE(channel->ask(makeRequest(Command::Identity)));
+    device.send(datagram(noticeOf(Command::ClearSettings)));
+    EXPECT_TRUE(eventually([&newer] { return newer->count == 1; }));
+    EXPECT_EQ(older->count, 0);
+}
+
+TEST(ChannelLife, ASubscriberHearsOfTheEnd)
+{
+    auto device = std::make_unique<FakeDevice>();
+    const auto channel = acquireChannel(device->path());
+    const auto sink = std::make_shared<CountingSink>();
+    channel->subscribe(sink, 1);
+    device.reset();
+    EXPECT_TRUE(eventually([&sink] { return sink->gone.load(); }));
+}
+
 TEST(ChannelLife, ADeviceThatComesBackGetsANewChannel)
 {
     auto first = std::make_unique<FakeDevice>();

@@ -197,6 +197,7 @@ static const FailureRow Failures[] = {
 
 TEST_F(Upgrade, ARefusalEndsIt)
 {
+    plugMouse(); // a healthy one beside it must not pass for the flashed one
     for (const FailureRow &row : Failures) {
         upgradeLog().ends.clear();
         plugBootLoader([&row](const wire::Report &request) -> std::optional<Answers> {

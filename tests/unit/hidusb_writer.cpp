@@ -29,16 +29,36 @@ TEST_F(Writer, OneByteIsOneReport)
     EXPECT_EQ(write.Payload[0], 64);
 }
 
-TEST_F(Writer, AnUpdateBeforeTheFirstReadIsDropped)
+TEST_F(Writer, AnUpdateBeforeTheFirstReadIsAnsweredByARead)
 {
     start();
     edit(64);
-    UsbServer_ReadAllFlashData();
+    ASSERT_TRUE(eventually([this] { return !lastFullRead().empty(); }));
     UsbServer_ReadVersion();
     ASSERT_TRUE(messages.waitFor(2));
-    UsbServer_ReadVersion();
-    ASSERT_TRUE(messages.waitFor(3));
     EXPECT_EQ(writes(), 0U);
+    EXPECT_EQ(device.count(Command::FlashRead), 124U);
+    edit(32);
+    EXPECT_TRUE(rateBecomes(32));
+}
+
+TEST_F(Writer, ADeviceThatComesBackUnderItsPathIsReadBeforeItIsWrittenTo)
+{
+    auto first = std::make_unique<FakeDevice>(mouseName("other"));
+    const std::string path = first->path();
+    UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
+    UsbServer_ReadAllFlashData();
+    ASSERT_TRUE(messages.waitFor(1));
+    ProtocolDataParser(messages.all()[0].payload.data(), record.get());
+    first.reset();
+    FakeDevice second(mouseName("other"));
+    second.setFlash(anyImage(21));
+    messages.clear();
+    edit(64);
+    ASSERT_TRUE(eventually([this] { return !lastFullRead().empty(); }));
+    EXPECT_EQ(second.count(Command::FlashWrite), 0U);
+    const FlashImage expected = anyImage(21);
+    EXPECT_EQ(std::memcmp(lastFullRead().data(), &expected, FlashSize), 0);
 }
 
 TEST_F(Writer, ABurstEndsWithItsLastValueInFewReports)
@@ -118,6 +138,23 @@ TEST_F(Writer, AnotherProfileGetsNothingOfTheOld)
     const FlashImage held = device.flash();
     EXPECT_EQ(std::memcmp(&held, &expected, sizeof held), 0);
     heal();
+}
+
+TEST_F(Writer, WhatWaitedForTheOldProfileIsDropped)
+{
+    load();
+    spoilWrites(wire::Status::OffLine);
+    edit(16);
+    ASSERT_TRUE(eventually([this] { return !isOnLine(); }));
+    heal();
+    device.clearRequests();
+    UsbServer_SetCurrentConfig(1);
+    UsbServer_ReadConfig();
+    ASSERT_TRUE(messages.waitFor(1));
+    EXPECT_TRUE(isOnLine());
+    UsbServer_ReadConfig();
+    ASSERT_TRUE(messages.waitFor(2));
+    EXPECT_EQ(writes(), 0U);
 }
 
 TEST_F(Writer, AfterAResetNothingIsWrittenBeforeTheNextFullRead)
