@@ -161,9 +161,21 @@ void DialogChange::showCarousel()
         connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()));
         connect(tile.button, &mytoolButtonEnter::entered, this, &DialogChange::refreshTile);
     }
+    orderTabs();
     ui->stackedWidget->show();
     ui->RightButton->setVisible(AttachedDevices.size() > 3);
     ui->LeftButton->hide();
+}
+
+// The tab key goes as the eye does: arrow, tiles, arrow.
+void DialogChange::orderTabs()
+{
+    QWidget *before = ui->LeftButton;
+    for (const TileBoard::Tile &tile : board.tiles()) {
+        setTabOrder(before, tile.button);
+        before = tile.button;
+    }
+    setTabOrder(before, ui->RightButton);
 }
 
 // The pointer may wander over many tiles while a silent one is still being asked, so each question has a

@@ -56,6 +56,7 @@ private:
     void warnOfDuplicates();
     void showPrompt();
     void showCarousel();
+    void orderTabs();
     void refreshTile(int index);
     void takeRefreshed(const DeviceAllInfo &device);
     void openDevice(int index);

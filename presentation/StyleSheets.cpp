@@ -53,7 +53,11 @@ constexpr char ComboBox[] =
 constexpr char ComboBoxFinish[] =
     "QComboBox{padding-left: 8px;}"
     "QComboBox::drop-down:button{border: 0px;background: transparent;width: 28px;}"
-    "QComboBox::down-arrow{right: 0px;}";
+    "QComboBox::down-arrow{right: 0px;}"
+    "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}";
+// Dark on the selection's colour, since light on it would be hard to read.
+constexpr char ComboListFinish[] =
+    "QListView::item:selected{color: rgb(%1);}QListView::item:hover{color: rgb(%1);}";
 constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1;);}"
                              "QListView::item:hover{background-color: rgb(%1;);}";
 constexpr char SectionTitle[] = "#%1{border-image: url(%PTitle.png);}";
@@ -119,10 +123,14 @@ QString checkBox(const QString &folder, const QString &color) { return compose(C
 
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
 {
-    return compose(ComboBox, folder, {textColor, selectColor}) + QLatin1String(ComboBoxFinish);
+    return compose(ComboBox, folder, {textColor, selectColor}) + compose(ComboBoxFinish, {}, {textColor});
 }
 
-QString comboList(const QString &selectColor) { return compose(ComboList, {}, {selectColor}); }
+QString comboList(const QString &selectColor)
+{
+    return compose(ComboList, {}, {selectColor}) +
+           compose(ComboListFinish, {}, {color("ComboxBackGroundColor")});
+}
 
 QString sectionTitle(const QString &folder, const QString &objectName)
 {

@@ -118,8 +118,10 @@ private slots:
 
     void devicePages()
     {
+        fake.setDevices({shipped("dev", "0x0005", 6, Receiver8K)});
         DialogMain window;
         window.show();
+        QTRY_VERIFY(fake.idle());
         fixture::select(fixture::info("dev", Receiver8K));
         emit PostMsg::instance()->SigChangeMainDialog(1);
         emit PostMsg::instance()->SigUpDataSensorUIB(FlashDataMap{});
@@ -129,6 +131,7 @@ private slots:
         for (const char *way :
              {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"}) {
             dialog->findChild<QToolButton *>(way)->click();
+            QVERIFY(dialog->findChild<QToolButton *>(way)->isVisible());
             check(&window);
         }
         QTRY_VERIFY(fake.idle());

@@ -54,7 +54,8 @@ private slots:
             << style::checkBox(p, c)
             << "QCheckBox{color: rgb(255,0,0;);}QCheckBox::indicator:checked {image: " + url +
                    "CheckBoxCheck.png);}QCheckBox::indicator:unchecked {image: " + url + "CheckBox.png);}";
-        QTest::newRow("combo list") << style::comboList(c)
+        QTest::newRow("combo list") << style::comboList(c).left(
+                                           style::comboList(c).indexOf("QListView::item:selected{color"))
                                     << "QListView::item:selected{background-color: "
                                        "rgb(255,0,0;);}QListView::item:hover{background-color: "
                                        "rgb(255,0,0;);}";
