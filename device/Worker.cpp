@@ -67,6 +67,7 @@ void Worker::shutDown()
 void Worker::SlotSelectMouseInfo(DeviceAllInfo SelectInfo)
 {
     SelectedDevice::set(SelectInfo);
+    pointCurrentDeviceAt(SelectInfo.DevicePath); // the device page's search may take longer than its wait
     SelectedDevice::setCacheName(imageFileName(SelectInfo.Cid, SelectInfo.Mid));
 }
 

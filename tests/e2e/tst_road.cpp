@@ -131,6 +131,59 @@ private slots:
         QTRY_VERIFY(core.hub.lines.contains(QStringLiteral("battery 1 15 1")));
     }
 
+    void theReceiversNoticesArePublished()
+    {
+        CoreFixture core(Receiver1k);
+        QVERIFY(core.select());
+        QVERIFY(core.load());
+        core.hub.lines.clear();
+        core.bus.order("color r 2");
+        QTRY_VERIFY(!core.hub.lines.filter(QStringLiteral("color")).isEmpty());
+        core.bus.order("longrange r off");
+        QTRY_VERIFY(core.hub.lines.contains(QStringLiteral("longrange 0")));
+        core.hub.lines.clear();
+        core.bus.order("press m light");
+        QTRY_VERIFY(core.hub.lines.contains(QStringLiteral("dpiled")));
+        core.bus.order("press m bar");
+        QTRY_VERIFY(core.hub.lines.contains(QStringLiteral("light")));
+        QVERIFY(core.agrees("m"));
+    }
+
+    // Whatever stands in the flash, the program goes on; what it cannot mean is put right on the device.
+    void aMouseThatLiesInEveryByte_data()
+    {
+        QTest::addColumn<int>("fill"); // below 0: random
+        QTest::newRow("all 0xFF") << 0xFF;
+        QTest::newRow("all 0") << 0;
+        for (int seed = 1; seed <= 20; ++seed)
+            QTest::addRow("random %d", seed) << -seed;
+    }
+    void aMouseThatLiesInEveryByte()
+    {
+        QFETCH(int, fill);
+        QRandomGenerator random(quint32(qAbs(fill)));
+        CoreFixture core(Receiver1k);
+        for (std::size_t address = 0; address < FlashSize; address += 48) {
+            std::string line = "set m flash " + std::to_string(address);
+            for (int i = 0; i < 48; ++i)
+                line += QString::asprintf(" %02x", fill >= 0 ? fill : int(random.bounded(256))).toStdString();
+            core.bus.order(line);
+        }
+        QVERIFY(core.select());
+        QVERIFY(core.load());
+        QVERIFY(core.agrees("m"));
+        const FlashDataMap record = DeviceRecord::copy();
+        QVERIFY(record.DpiStageCount <= DpiStageLimit && record.CurrentDpiStage < DpiStageLimit);
+        for (int slot = 0; slot < KeySlotCount; ++slot) {
+            QVERIFY(record.KeySequences[slot].Count.get() <= uint32_t(KeySequenceEventCount));
+            QVERIFY(record.MacroBlocks[slot].NameLength <= MacroNameSize);
+            QVERIFY(record.MacroBlocks[slot].EventCount <= MacroEventCount);
+        }
+        QVERIFY(SetReportRate(2));
+        QTRY_COMPARE(int(core.bus.flash("m").ReportRate), 2);
+        QVERIFY(core.agrees("m"));
+    }
+
     void aProfileButtonBringsAWholeNewRead()
     {
         CoreFixture core(Receiver1k);
@@ -239,8 +292,8 @@ private slots:
         QVERIFY(core.load());
         core.hub.lines.clear();
         core.bus.order("unplug r");
-        core.bus.order("plug r");
         core.bus.order("set m flash 0 04");
+        core.bus.order("plug r");
         // The connection finds its way to the device again and reads it before it writes anything.
         QTRY_VERIFY(UsbFinderC_GetDeviceOnLine(CurrentDevicePath()));
         PushRecord();

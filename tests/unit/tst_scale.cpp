@@ -58,7 +58,7 @@ private slots:
         QFETCH(bool, outputs);
         QProcess server;
         QStringList arguments = {
-            "-displayfd", "1", "-nolisten", "tcp", "-screen", "0", QStringLiteral("%1x600x24").arg(width)};
+            "-displayfd", "1", "-noreset", "-nolisten", "tcp", "-screen", "0", QStringLiteral("%1x600x24").arg(width)};
         if (!outputs)
             arguments << "-extension"
                       << "RANDR";
