@@ -9,8 +9,8 @@
 namespace emulator
 {
 
-static constexpr std::size_t LineLimit = 64 * 1024; // a whole flash fits
-static constexpr std::size_t OutputLimit = 1024 * 1024;
+static constexpr std::size_t LineLimit = 65536; // a whole flash fits
+static constexpr std::size_t OutputLimit = 1048576;
 static constexpr std::size_t ClientLimit = 16;
 
 bool Control::open(const BusFolder &folder)

@@ -20,9 +20,9 @@ enum class Route : uint8_t {
 };
 
 struct CommandRow {
-    wire::Command command;
     const char *name; // as orders and logs call it
-    uint8_t least;    // bytes of argument in a request
+    wire::Command command;
+    uint8_t least; // bytes of argument in a request
     uint8_t most;
     Route route;
 };

@@ -190,7 +190,7 @@ private:
         world_.traffic[receiver.id];
         receiver.state.address = nextAddress();
         Mouse *paired = nullptr;
-        const std::string reason = readPairs(2, [&](const auto &key, const auto &value) {
+        std::string reason = readPairs(2, [&](const auto &key, const auto &value) {
             paired = key == "mouse" ? world_.scene.findMouse(value) : paired;
             return putReceiver(world_.scene, receiver, key, value);
         });
@@ -222,7 +222,8 @@ bool loadScenario(World &world, std::istream &text, const std::string &name, std
         const std::string reason = reader.read(line);
         if (reason.empty())
             continue;
-        error = name + ":" + std::to_string(number) + ": " + reason;
+        error = name;
+        error += ":" + std::to_string(number) + ": " + reason;
         return false;
     }
     return true;

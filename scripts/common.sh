@@ -61,14 +61,14 @@ install_packages()
     apt install --no-install-recommends $missing
 }
 
-# build_tree folder cmake-option… : configures and builds it.
+# build_tree folder target cmake-option… : configures the tree and builds the target.
 build_tree()
 {
-    local tree=$1 launcher=
-    shift
+    local tree=$1 target=$2 launcher=
+    shift 2
     command -v ccache >/dev/null && launcher=ccache
     cmake -S "$top" -B "$tree" -G Ninja -DCMAKE_CXX_COMPILER_LAUNCHER="$launcher" "$@" &&
-        cmake --build "$tree" --parallel "$(nproc)"
+        cmake --build "$tree" --target "$target" --parallel "$(nproc)"
 }
 
 # wait_until seconds command… : true once the command is, false when the time is over.

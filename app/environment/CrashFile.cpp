@@ -22,7 +22,7 @@ namespace
 {
 
 constexpr int MaxFrames = 64;
-constexpr std::size_t AlternateStackSize = 128 * 1024;
+constexpr std::size_t AlternateStackSize = 131072;
 constexpr unsigned LongestHandlerSeconds = 5;
 
 struct FaultSignal {

@@ -78,7 +78,8 @@ QByteArray scaleFactorText(int physicalWidth)
 {
     if (physicalWidth <= WidthOfOneScale)
         return {};
-    return QByteArray::number(double(physicalWidth / WidthOfOneScale), 'g', 6);
+    const int scale = physicalWidth / WidthOfOneScale; // whole: there are no half steps
+    return QByteArray::number(double(scale), 'g', 6);
 }
 
 int physicalDesktopWidth()

@@ -38,21 +38,21 @@ void ConfigReader::open(const QString &path)
     m_document.reset();
 }
 
-IniDocument &ConfigReader::document()
+IniDocument &ConfigReader::document() const
 {
     if (!m_document)
         m_document = IniDocument::parse(readFile(m_path, IniSizeLimit).value_or(QByteArray()));
     return *m_document;
 }
 
-QString ConfigReader::ReadConfig(const QString &section, const QString &key)
+QString ConfigReader::ReadConfig(const QString &section, const QString &key) const
 {
     const std::lock_guard lock(m_mutex);
     const QString text = document().text(section, key);
     return m_encodedValues == 1 && isEncoded(key) ? decoded(text) : text;
 }
 
-QStringList ConfigReader::ReadConfigList(const QString &section, const QString &key)
+QStringList ConfigReader::ReadConfigList(const QString &section, const QString &key) const
 {
     const std::lock_guard lock(m_mutex);
     QStringList items = document().list(section, key);

@@ -22,8 +22,8 @@ public:
     ConfigReader &operator=(const ConfigReader &) = delete;
 
     // Encoded keys are decoded, with every line feed and blank removed. Empty when the key is missing.
-    QString ReadConfig(const QString &section, const QString &key);
-    QStringList ReadConfigList(const QString &section, const QString &key);
+    QString ReadConfig(const QString &section, const QString &key) const;
+    QStringList ReadConfigList(const QString &section, const QString &key) const;
 
     // Stored as given. The program itself never writes its catalogue.
     bool WriteConfig(const QString &section, const QString &key, const QString &value);
@@ -33,10 +33,10 @@ public:
     void open(const QString &path);
 
 private:
-    IniDocument &document(); // m_mutex held
+    IniDocument &document() const; // m_mutex held
 
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     QString m_path;
-    std::optional<IniDocument> m_document;
+    mutable std::optional<IniDocument> m_document; // read when first asked for
     const int m_encodedValues = 1; // other values would leave single values as they are stored
 };

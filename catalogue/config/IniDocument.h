@@ -10,7 +10,7 @@
 #include <QString>
 #include <QStringList>
 
-constexpr qint64 IniSizeLimit = 1024 * 1024; // bytes; larger files are refused before they are read
+constexpr qint64 IniSizeLimit = 1048576; // bytes; larger files are refused before they are read
 
 class IniDocument
 {

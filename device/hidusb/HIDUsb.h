@@ -98,10 +98,10 @@ HIDUSB_API void UsbServer_ReadDonglePairStatus(void);          // message 6
 
 // The record is the new wanted state of the device. It is copied; a writer in the background sends the
 // difference to what the device is known to hold: newer values replace waiting ones, neighbours share a
-// report, each report is acknowledged and tried up to 3 times. Nothing is sent before the first full
-// read of the connection told what the device holds. When a report stays unanswered the rest waits,
-// the device shows as off line, and the next on-line question or update tries again. Holds its caller
-// for microseconds. A null record is ignored.
+// report, each report is acknowledged and tried up to 3 times. While it isn't known what the device holds
+// a record is not written but answered by a full read (message 8). When a report stays unanswered the
+// rest waits, the device shows as off line, and the next on-line question or update tries again. Holds its
+// caller for microseconds. A null record is ignored.
 HIDUSB_API void ProtocolDataUpdate(const FlashDataMap *record);
 
 // ---- Conversions: pure, no device is asked ------------------------------------------------------
@@ -139,11 +139,12 @@ HIDUSB_API void UsbFinderC_ReadWriteDeviceData(const uint8_t *write_buffer, uint
 
 // `image` is a whole firmware file in memory, of the length that its head gives; the caller has checked
 // that. *count is the number of attached boot loaders that the file fits, at most the value on entry.
+// An attached boot loader that is silent costs 0.3 s.
 HIDUSB_API void UsbUpgradeC_FindBootDevices(const uint8_t *image, int32_t *count);
 // Starts flashing and returns: true when the file is whole and one device that it fits (in its boot
 // loader, or to be sent there) is attached, and no other upgrade runs. `timeout_ms` is how long the boot
 // loader may take to appear and the device to come back. The image is copied. The callback has a thread
-// of its own.
+// of its own. An attached device that is silent costs 0.3 s.
 HIDUSB_API uint8_t UsbUpgrade_Start(const uint8_t *image, UpgradeCallback_t callback, int32_t timeout_ms);
 
 // ---- Hot-plug -----------------------------------------------------------------------------------

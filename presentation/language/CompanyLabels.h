@@ -8,7 +8,7 @@
 #include <QByteArray>
 #include <QStringList>
 
-constexpr qint64 LabelSizeLimit = 1024 * 1024; // bytes
+constexpr qint64 LabelSizeLimit = 1048576; // bytes
 
 // The texts of CompanyName, CompanyNameCn, CompanyWebcn and CompanyWeben under "English", in the file's
 // order. Empty with the reader's words in *error when the XML is broken, too deep, or its root is no

@@ -100,7 +100,7 @@ struct LanguageFile {
     Texts choice(const char *name, Word word = Word::Mouse, const char *type = nullptr) const;
 };
 
-constexpr qint64 LanguageSizeLimit = 4 * 1024 * 1024; // bytes
+constexpr qint64 LanguageSizeLimit = 4194304; // bytes
 
 // Members are taken in the file's order, since a section's name holds until the next one. Empty when the
 // bytes are no JSON.

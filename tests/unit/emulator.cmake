@@ -11,6 +11,7 @@ add_morlen_test(emulator_test
     emulator_pace.cpp
     emulator_program.cpp
     emulator_scenario.cpp
+    emulator_scene.cpp
     emulator_words.cpp
   LINKS emulator GTest::gtest_main)
 set_target_properties(emulator_test PROPERTIES AUTOMOC OFF)

@@ -207,6 +207,18 @@ TEST_F(EmulatorFaults, RandomRepeatsWithItsSeed)
     EXPECT_EQ(run(7, 100), std::vector<int>(200, Refused));
 }
 
+TEST_F(EmulatorFaults, FirstRuleThatStrikesHappens)
+{
+    order("fault rx1k refuse at 1");
+    order("fault rx1k radio at 1");
+    order("fault rx1k unplug at 3");
+    EXPECT_EQ(status(client_.ask(Command::Config)), Refused);
+    // The second rule's moment has passed with the first one's.
+    EXPECT_EQ(status(client_.ask(Command::Config)), Ok);
+    client_.post(Command::Config);
+    EXPECT_TRUE(client_.waitForEnd());
+}
+
 TEST_F(EmulatorFaults, OtherDevicesAreSpared)
 {
     order("fault rx1k refuse always");

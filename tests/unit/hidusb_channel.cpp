@@ -98,14 +98,15 @@ protected:
         return reply && reply->status() == wire::Status::Ok && reply->Length == 8 && reply->Payload[7] == 8;
     }
 
+    std::atomic<int> tries{0};
     FakeDevice device;
 };
 
 TEST_F(ChannelTest, ABadReplyIsNoReplyAndTheNextTryCounts)
 {
     for (const Fault &fault : Faults) {
-        int tries = 0;
-        device.setScript([&fault, &tries](const wire::Report &request) {
+        tries = 0;
+        device.setScript([&fault, this](const wire::Report &request) {
             const wire::Report good = goodReply(request);
             return tries++ == 0 ? fault.answers(good) : Answers{datagram(good)};
         });
@@ -117,8 +118,8 @@ TEST_F(ChannelTest, ABadReplyIsNoReplyAndTheNextTryCounts)
 TEST_F(ChannelTest, ThreeBadRepliesEndInNone)
 {
     for (const Fault &fault : Faults) {
-        int tries = 0;
-        device.setScript([&fault, &tries](const wire::Report &request) {
+        tries = 0;
+        device.setScript([&fault, this](const wire::Report &request) {
             ++tries;
             return fault.answers(goodReply(request));
         });
@@ -164,7 +165,7 @@ TEST_F(ChannelTest, ALateReplyIsNotTakenForTheNextOne)
 
 TEST_F(ChannelTest, BusyIsAskedAgainAndDoesNotUseUpTheTries)
 {
-    int asked = 0;
+    std::atomic<int> asked{0};
     device.setScript([&asked](const wire::Report &request) {
         return Answers{
             datagram(++asked < 5 ? replyTo(request, nullptr, 0, wire::Status::Busy) : goodReply(request))};
@@ -255,6 +256,36 @@ TEST_F(ChannelTest, UsersOfOnePathShareAChannelAndItsRepliesStayApart)
     for (std::thread &thread : threads)
         thread.join();
     EXPECT_EQ(wrong, 0);
+}
+
+struct CountingSink : NoticeSink {
+    void notice(const wire::Report &) override { ++count; }
+    void lost() override { gone = true; }
+    std::atomic<bool> gone{false};
+    std::atomic<int> count{0};
+};
+
+TEST_F(ChannelTest, NoticesGoToTheNewestSubscriberInWhateverOrderTheyCome)
+{
+    const auto channel = acquireChannel(device.path());
+    const auto newer = std::make_shared<CountingSink>();
+    const auto older = std::make_shared<CountingSink>();
+    channel->subscribe(newer, 2);
+    channel->subscribe(older, 1); // a connection that has been replaced gets to it late
+    ASSERT_TRUE(channel->ask(makeRequest(Command::Identity)));
+    device.send(datagram(noticeOf(Command::ClearSettings)));
+    EXPECT_TRUE(eventually([&newer] { return newer->count == 1; }));
+    EXPECT_EQ(older->count, 0);
+}
+
+TEST(ChannelLife, ASubscriberHearsOfTheEnd)
+{
+    auto device = std::make_unique<FakeDevice>();
+    const auto channel = acquireChannel(device->path());
+    const auto sink = std::make_shared<CountingSink>();
+    channel->subscribe(sink, 1);
+    device.reset();
+    EXPECT_TRUE(eventually([&sink] { return sink->gone.load(); }));
 }
 
 TEST(ChannelLife, ADeviceThatComesBackGetsANewChannel)

@@ -3,16 +3,16 @@
 //
 // Firmware upgrade: a healthy one, a repair, and each way to fail.
 #include "device/hidusb/HIDUsb.h"
-#include "device/hidusb/wire/FirmwareFile.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeDevice.h"
+#include "tests/support/Firmware.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
-#include <zlib.h>
 
 using namespace support;
 using wire::Command;
@@ -45,19 +45,9 @@ static void onUpgrade(const uint8_t *data)
         atEnd();
 }
 
-static std::vector<uint8_t> makeFirmware(uint8_t target, std::size_t size)
+static std::vector<uint8_t> fileFor(uint8_t target, std::size_t size)
 {
-    std::vector<uint8_t> file(size);
-    for (std::size_t i = 0; i < size; ++i)
-        file[i] = static_cast<uint8_t>(i * 7 + i / 256);
-    auto *head = reinterpret_cast<wire::FirmwareHead *>(file.data());
-    head->Magic.set(wire::FirmwareMagic);
-    head->FileLength.set(static_cast<uint32_t>(size));
-    head->Target = target;
-    head->Cid = 0x1A;
-    head->Mid = 0x03;
-    head->Crc32.set(static_cast<uint32_t>(crc32(0, file.data() + 16, static_cast<uInt>(size - 16))));
-    return file;
+    return makeFirmware(target, size, 0x1A, 0x03);
 }
 
 class Upgrade : public testing::Test
@@ -127,7 +117,7 @@ protected:
         return eventually([&] { return bootLoader->count(command) > 0; });
     }
 
-    std::vector<uint8_t> firmware = makeFirmware(wire::TargetMouse, 20000);
+    std::vector<uint8_t> firmware = fileFor(wire::TargetMouse, 20000);
     std::unique_ptr<FakeDevice> device;
     std::unique_ptr<FakeDevice> bootLoader;
     std::mutex blocksMutex;
@@ -207,6 +197,7 @@ static const FailureRow Failures[] = {
 
 TEST_F(Upgrade, ARefusalEndsIt)
 {
+    plugMouse(); // a healthy one beside it must not pass for the flashed one
     for (const FailureRow &row : Failures) {
         upgradeLog().ends.clear();
         plugBootLoader([&row](const wire::Report &request) -> std::optional<Answers> {
@@ -285,7 +276,7 @@ TEST_F(Upgrade, NeedsExactlyOneFittingDevice)
 
 TEST_F(Upgrade, EachReceiverKindTakesAReceiversFile)
 {
-    firmware = makeFirmware(wire::TargetReceiver, 1000);
+    firmware = fileFor(wire::TargetReceiver, 1000);
     for (const uint8_t kind : {0, 1, 4, 5}) {
         upgradeLog().ends.clear();
         plugMouse(kind);
@@ -316,9 +307,9 @@ TEST_F(Upgrade, BadFilesFitNothing)
     firmware[4] = 100;
     firmware[5] = firmware[6] = firmware[7] = 0;
     refused("shorter than its head");
-    firmware = makeFirmware(209, 1000);
+    firmware = fileFor(209, 1000);
     refused("unknown target");
-    firmware = makeFirmware(wire::TargetReceiver, 1000);
+    firmware = fileFor(wire::TargetReceiver, 1000);
     refused("the other target");
 }
 

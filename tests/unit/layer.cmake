@@ -20,8 +20,15 @@ add_morlen_test(hidusb_test
     hidusb_finder.cpp
     hidusb_hotplug.cpp
     hidusb_upgrade.cpp
+    hidusb_writer.cpp
   LINKS HIDUsb hidusb_support GTest::gtest_main ZLIB::ZLIB)
 target_compile_definitions(hidusb_test PRIVATE
   HIDUSB_HEADER="${PROJECT_SOURCE_DIR}/device/hidusb/HIDUsb.h"
   HIDUSB_LIBRARY="$<TARGET_FILE:HIDUsb>")
-set_target_properties(hidusb_support hidusb_core_test hidusb_test PROPERTIES AUTOMOC OFF)
+# The layer and the emulator together.
+add_morlen_test(hidusb_emulator_test
+  SOURCES hidusb_emulator.cpp
+  LINKS HIDUsb hidusb_core emulator hidusb_support GTest::gtest_main ZLIB::ZLIB
+  TIMEOUT 300)
+set_target_properties(hidusb_support hidusb_core_test hidusb_test hidusb_emulator_test
+  PROPERTIES AUTOMOC OFF)

@@ -24,8 +24,8 @@ __attribute__((noinline)) int overflowStack(int depth)
 
 __attribute__((noinline)) void writeAtAddress16()
 {
-    volatile auto *nowhere = reinterpret_cast<volatile int *>(16);
-    *nowhere = 1;
+    volatile quintptr address = 16; // the compiler must not see where it goes
+    *reinterpret_cast<volatile int *>(address) = 1;
 }
 
 // The part that a child process plays: it never returns when the crash works.

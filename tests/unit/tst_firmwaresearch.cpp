@@ -26,7 +26,7 @@ private:
         head.Target = target;
         head.Cid = cid;
         head.Mid = mid;
-        std::strncpy(head.BaseName, base, sizeof head.BaseName);
+        std::memcpy(head.BaseName, base, qMin(qstrlen(base), uint(sizeof head.BaseName)));
         write(name, QByteArray(reinterpret_cast<const char *>(&head), sizeof head) + QByteArray(100, 'x'));
     }
     void write(const QString &name, const QByteArray &bytes)

@@ -230,7 +230,8 @@ private slots:
 
     void survivesNonsense()
     {
-        QVERIFY(write(QByteArray("\0\xff[A]\n@=\"\nx=@Variant(\\0\\0)\n[", 30)));
+        const char nonsense[] = "\0\xff[A]\n@=\"\nx=@Variant(\\0\\0)\n[";
+        QVERIFY(write(QByteArray(nonsense, sizeof nonsense)));
         IniStore store(path());
         QCOMPARE(store.ReadText("A", "x"), QString());
         store.WriteValue("A", "x", "1");

@@ -6,9 +6,11 @@
 // while an action stands in a modal dialog. Main thread.
 #pragma once
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
+#include <QWidget>
 #include <deque>
 #include <functional>
 
@@ -55,7 +57,16 @@ private:
         } else if (since.elapsed() > stepTimeoutMs) {
             failed = QString::fromLatin1(steps.front().name);
             steps.clear();
-            loop.quit();
+            giveUp();
+        }
+    }
+    // A modal dialog that nobody will answer any more would keep run() from returning.
+    void giveUp()
+    {
+        loop.quit();
+        if (QWidget *const modal = QApplication::activeModalWidget()) {
+            modal->close();
+            QTimer::singleShot(50, this, [this] { giveUp(); });
         }
     }
     // The next step is looked at once this action has begun; it may not have returned by then.

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "app/StartUp.h"
+
+#include "app/environment/DataRoot.h"
+#include "app/environment/Scale.h"
+#include "presentation/SkinPalette.h"
+
+#include <QCoreApplication>
+#include <QPixmapCache>
+
+namespace
+{
+constexpr int SkinCacheKiB = 64 * 1024; // every picture of the skin, so that none is decoded twice
+}
+
+void prepareStart()
+{
+    makeDataFolders();
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, false);
+    applyScaleFactor();
+    // Nothing here draws with GL, and loading it costs more than all the rest of the start.
+    if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
+        qputenv("QT_XCB_GL_INTEGRATION", "none");
+    pruneOldFiles();
+}
+
+void prepareApplication()
+{
+    QCoreApplication::setApplicationName(applicationName());
+    QPixmapCache::setCacheLimit(SkinCacheKiB);
+    applySkin();
+}

@@ -1,0 +1,327 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The real windows, worker and layer against emulated mice, with the product's own data: both roads from
+// click to flash and back.
+#include "app/DialogMain.h"
+#include "app/StartUp.h"
+#include "app/environment/DataRoot.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/ImageCache.h"
+#include "presentation/Notices.h"
+#include "presentation/UpDataParam.h"
+#include "tests/support/EmulatedBus.h"
+#include "tests/support/Watchdog.h"
+#include "tour/Script.h"
+#include "tour/Windows.h"
+
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+
+const char Family[] =
+    "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
+    "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
+    "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
+    "mouse m2 cid 18 mid 7 version 1.05 battery 10\n"
+    "receiver r2 class 8k mouse m2 version 1.02 address a10002\n"
+    "plug r1\nplug r2\n";
+
+struct RateRow {
+    const char *button;
+    int code;
+    bool shownBy1k;
+};
+const RateRow Rates[] = {
+    {"Button125HZ", 8, true},    {"Button250HZ", 4, true},    {"Button500HZ", 2, true},
+    {"Button1000HZ", 1, true},   {"Button2000HZ", 16, false}, {"Button4000HZ", 32, false},
+    {"Button8000HZ", 64, false},
+};
+
+bool always() { return true; }
+
+// The program, from its window to its end, on a bus of its own.
+class Program
+{
+public:
+    explicit Program(const char *scenario = Family) : bus(scenario)
+    {
+        resetDeviceState();
+        window = std::make_unique<DialogMain>();
+        window->show();
+    }
+    ~Program()
+    {
+        UsbServer_Exit();
+        StopUsbChanged();
+        window.reset();
+        QCoreApplication::processEvents();
+    }
+
+    // Steps to a loaded device page.
+    void open(const QString &plug)
+    {
+        script.step(
+            "the tile", [plug] { return windows::visible(windows::tileOf(plug)); },
+            [plug] { windows::click(windows::tileOf(plug)); });
+        waitForLoad();
+    }
+    void waitForLoad()
+    {
+        script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
+        script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
+    }
+    void click(const char *button)
+    {
+        const QString name = QString::fromLatin1(button);
+        script.step(
+            button, [name] { return windows::visible(name) != nullptr; }, [name] { windows::click(name); });
+    }
+    void order(const char *line)
+    {
+        script.step(line, always, [this, line] { bus.order(line); });
+    }
+    void expect(const char *what, Script::Condition condition) { script.step(what, std::move(condition)); }
+    bool agrees(const char *mouse) { return sameBytes(DeviceRecord::copy(), bus.record(mouse)); }
+
+    EmulatedBus bus;
+    Script script;
+    std::unique_ptr<DialogMain> window;
+};
+
+} // namespace
+
+class tst_program : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyRateReachesTheFlash_data()
+    {
+        QTest::addColumn<QString>("plug");
+        QTest::addColumn<QString>("mouse");
+        QTest::addColumn<bool>("is1k");
+        QTest::newRow("1 kHz receiver") << "r1"
+                                        << "m1" << true;
+        QTest::newRow("8 kHz receiver") << "r2"
+                                        << "m2" << false;
+    }
+    void everyRateReachesTheFlash()
+    {
+        QFETCH(QString, plug);
+        QFETCH(QString, mouse);
+        QFETCH(bool, is1k);
+        const QByteArray id = mouse.toLatin1();
+        Program program;
+        Watchdog watchdog;
+        program.open(plug);
+        program.click("SensorButton");
+        for (const RateRow &row : Rates) {
+            if (is1k && !row.shownBy1k)
+                continue;
+            program.click(row.button);
+            program.expect(row.button,
+                           [&, code = row.code] { return program.bus.flash(id).ReportRate == code; });
+        }
+        program.expect("fast rates are there for a fast link only",
+                       [&] { return bool(windows::visible(QStringLiteral("Button8000HZ"))) == !is1k; });
+        program.expect("record and flash agree", [&] { return program.agrees(id); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY2(!watchdog.barked(), qPrintable(QString::number(watchdog.longestSilenceMs())));
+    }
+
+    void withTheRadioOffTheButtonGoesBack()
+    {
+        Program program;
+        Watchdog watchdog;
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.click("Button500HZ");
+        program.expect("500 Hz", [&] { return program.bus.flash("m1").ReportRate == 2; });
+        program.order("radio m1 off");
+        program.click("Button125HZ");
+        program.expect("notice", [] { return windows::shown<MouseOffLine>() != nullptr; });
+        program.expect("old button", [] { return windows::isChecked(QStringLiteral("Button500HZ")); });
+        program.expect("old byte", [&] { return program.bus.flash("m1").ReportRate == 2; });
+        program.expect("old record", [] { return DeviceRecord::copy().ReportRate == 2; });
+        program.order("set m1 flash 0 04"); // what only a new read can tell
+        program.order("radio m1 on");
+        program.expect("notice gone", [] { return !windows::shown<MouseOffLine>(); });
+        program.waitForLoad();
+        program.expect("read anew", [] { return windows::isChecked(QStringLiteral("Button250HZ")); });
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(!watchdog.barked());
+    }
+
+    void theMousesOwnButtonMovesThePage()
+    {
+        Program program;
+        uint64_t writes = 0;
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.script.step("count", always, [&] {
+            writes = program.bus.emulated.reportCount("r1", wire::Command::FlashWrite);
+            program.bus.order("press m1 rate");
+        });
+        program.expect("page follows", [&] {
+            const int code = program.bus.flash("m1").ReportRate;
+            for (const RateRow &row : Rates)
+                if (row.code == code)
+                    return code != 1 && windows::isChecked(QString::fromLatin1(row.button));
+            return false;
+        });
+        program.expect("no write", [&] {
+            return program.bus.emulated.reportCount("r1", wire::Command::FlashWrite) == writes;
+        });
+        QCOMPARE(program.script.run(), QString());
+    }
+
+    void leavingWritesTheCacheThatAnAbsentMouseShows()
+    {
+        QString name;
+        Program program;
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.click("Button250HZ");
+        program.expect("250 Hz", [&] { return program.bus.flash("m1").ReportRate == 4; });
+        program.click("UpArrow");
+        program.expect("tiles", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); });
+        program.script.step("cache", always, [&] { name = SelectedDevice::imageName(); });
+        program.order("radio m1 off");
+        program.script.step(
+            "tile of an absent mouse", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); },
+            [] { windows::click(windows::tileOf(QStringLiteral("r1"))); });
+        program.expect("awaiting", [] { return AwaitingMouse.load(); });
+        program.click("SensorButton");
+        program.expect("the cached rate", [] { return windows::isChecked(QStringLiteral("Button250HZ")); });
+        QCOMPARE(program.script.run(), QString());
+        FlashDataMap cached{};
+        QVERIFY(ImageCacheRead(name, &cached));
+        QCOMPARE(int(cached.ReportRate), 4);
+    }
+
+    void enteringAgainReadsAgain()
+    {
+        Program program;
+        program.open(QStringLiteral("r2"));
+        program.expect("low battery", [] { return windows::visible(QStringLiteral("label_2")); });
+        program.click("UpArrow");
+        program.expect("tiles", [] { return windows::visible(windows::tileOf(QStringLiteral("r2"))); });
+        program.order("set m2 flash 0 10");
+        program.open(QStringLiteral("r2"));
+        program.click("SensorButton");
+        program.expect("2000 Hz", [] { return windows::isChecked(QStringLiteral("Button2000HZ")); });
+        program.expect("record and flash agree", [&] { return program.agrees("m2"); });
+        QCOMPARE(program.script.run(), QString());
+    }
+
+    void pullingTheReceiverLeadsBackToTheTiles()
+    {
+        Program program;
+        program.open(QStringLiteral("r1"));
+        program.order("unplug r1");
+        program.expect("back on the selection page", [] {
+            return windows::visible(windows::tileOf(QStringLiteral("r2"))) && AttachedDevices.size() == 1;
+        });
+        program.order("plug r1");
+        program.expect("tile again", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); });
+        QCOMPARE(program.script.run(), QString());
+        QCOMPARE(int(OnDevicePage), 0);
+    }
+
+    void pullingItDuringTheLoadIsNoHang()
+    {
+        Program program;
+        Watchdog watchdog;
+        program.order("fault r1 unplug at 70 command flashread");
+        program.script.step(
+            "tile", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); },
+            [] { windows::click(windows::tileOf(QStringLiteral("r1"))); });
+        program.expect("back on the selection page", [] {
+            return windows::visible(windows::tileOf(QStringLiteral("r2"))) && OnDevicePage == 0 &&
+                   !windows::shown<UpDataParam>() && !windows::shown<MouseOffLine>();
+        });
+        program.order("fault r1 clear");
+        program.order("plug r1");
+        program.open(QStringLiteral("r1"));
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
+        // Somebody answers the notice that a lost load ends in.
+        QTimer answer;
+        connect(&answer, &QTimer::timeout, [] {
+            if (auto *const notice = windows::shown<MouseOffLine>())
+                notice->close();
+        });
+        answer.start(50);
+        QCOMPARE(program.script.run(30000), QString());
+        QVERIFY(!watchdog.barked());
+    }
+
+    void randomEventsWhileTheUserClicks()
+    {
+        Program program;
+        Watchdog watchdog(2 * Watchdog::MeantWaitMs + 1000);
+        QRandomGenerator random(7);
+        QTimer person; // answers notices, opens the tile, clicks rates
+        connect(&person, &QTimer::timeout, [&] {
+            if (auto *const notice = windows::shown<MouseOffLine>())
+                notice->close();
+            else if (windows::shown<UpDataParam>())
+                return;
+            else if (windows::visible(windows::tileOf(QStringLiteral("r1"))))
+                windows::click(windows::tileOf(QStringLiteral("r1")));
+            else if (!windows::visible(QStringLiteral("Button125HZ")))
+                windows::click(QStringLiteral("SensorButton"));
+            else
+                windows::click(QString::fromLatin1(Rates[random.bounded(4)].button));
+        });
+        QTimer fate;
+        int events = 0;
+        connect(&fate, &QTimer::timeout, [&] {
+            static const char *const orders[] = {"radio m1 off",  "radio m1 on",  "radio m1 on",
+                                                 "press m1 rate", "press m1 dpi", "unplug r1",
+                                                 "plug r1",       "plug r1",      "unplug r2",
+                                                 "plug r2",       "press m1 dpi", "press m1 rate"};
+            program.bus.order(orders[random.bounded(12)]);
+            ++events;
+        });
+        person.start(30);
+        fate.start(60);
+        program.script.step(
+            "events", [&] { return events > 250; }, [&] { fate.stop(); });
+        program.order("plug r1");
+        program.order("radio m1 on");
+        program.script.step("calm", always, [&] { person.stop(); });
+        QTimer answer;
+        connect(&answer, &QTimer::timeout, [] {
+            if (auto *const notice = windows::shown<MouseOffLine>())
+                notice->close();
+        });
+        answer.start(50);
+        program.expect("no dialog",
+                       [] { return !windows::shown<UpDataParam>() && !windows::shown<MouseOffLine>(); });
+        program.script.step("leave", always, [] { windows::click(QStringLiteral("UpArrow")); });
+        program.open(QStringLiteral("r1"));
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
+        QCOMPARE(program.script.run(60000), QString());
+        QVERIFY2(!watchdog.barked(), qPrintable(QString::number(watchdog.longestSilenceMs())));
+    }
+};
+
+int main(int argc, char **argv)
+{
+    EmulatedBus::folder(); // before the layer's first call
+    QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    setApplicationFolder(QStringLiteral(PRODUCT_DIR));
+    prepareStart();
+    QApplication application(argc, argv);
+    prepareApplication();
+    tst_program test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_program.moc"

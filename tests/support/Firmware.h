@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Firmware files for tests: a sound head, and content that differs from block to block.
+#pragma once
+
+#include "device/hidusb/wire/FirmwareFile.h"
+
+#include <vector>
+#include <zlib.h>
+
+namespace support
+{
+
+inline std::vector<uint8_t> makeFirmware(uint8_t target, std::size_t size, uint8_t cid, uint8_t mid,
+                                         uint16_t version = 0x0203)
+{
+    std::vector<uint8_t> file(size);
+    for (std::size_t i = 0; i < size; ++i)
+        file[i] = static_cast<uint8_t>(i * 7 + i / 256);
+    auto *head = reinterpret_cast<wire::FirmwareHead *>(file.data());
+    head->Magic.set(wire::FirmwareMagic);
+    head->FileLength.set(static_cast<uint32_t>(size));
+    head->Version.set(version);
+    head->Target = target;
+    head->Cid = cid;
+    head->Mid = mid;
+    constexpr std::size_t from = offsetof(wire::FirmwareHead, Version);
+    head->Crc32.set(static_cast<uint32_t>(crc32(0, file.data() + from, static_cast<uInt>(size - from))));
+    return file;
+}
+
+} // namespace support

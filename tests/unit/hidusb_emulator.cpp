@@ -1,0 +1,350 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The layer against the emulator: every fault at many places of a load and of an edit, both upgrades,
+// pacing, and a long run of random events that ends with equal record and flash.
+#include "device/hidusb/Codec.h"
+#include "device/hidusb/HIDUsb.h"
+#include "emulator/Emulator.h"
+#include "tests/support/FakeDevice.h"
+#include "tests/support/Firmware.h"
+#include "tests/support/Messages.h"
+#include "tests/support/Records.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace support;
+using wire::Command;
+
+static const char Scenario[] = R"(
+usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007
+mouse air cid 18 mid 7 version 1.05 battery 80
+receiver rx class 8k mouse air version 2.01 address a10001
+mouse wired cid 18 mid 8 version 1.0A battery 100
+plug rx
+plug wired
+)";
+
+static std::atomic<int> upgradeResult;
+
+class WithEmulator : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        messages.clear();
+        std::string error;
+        ASSERT_TRUE(emulator.loadText(Scenario, "scenario", error)) << error;
+        ASSERT_TRUE(emulator.start(busFolder(), error)) << error;
+    }
+    void TearDown() override
+    {
+        UsbServer_Exit();
+        emulator.stop();
+    }
+
+    void order(const std::string &line) { ASSERT_EQ(emulator.order(line), "ok\n") << line; }
+    // An unplug that has happened by itself may be asked for again.
+    void maybeOrder(const std::string &line) { emulator.order(line); }
+
+    static std::string pathOf(const char *product)
+    {
+        int32_t count = 1;
+        const char *const *paths = UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", product, &count);
+        return count > 0 ? paths[0] : "";
+    }
+    static std::string receiver() { return pathOf("0005"); }
+    static std::string wired() { return pathOf("0001"); }
+
+    static void connect(const std::string &path)
+    {
+        UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
+        UsbServer_SetPCDriverStatus(1);
+    }
+    // One load from the start: true when the image came, which is then in `record`.
+    bool load(const std::string &path)
+    {
+        messages.clear();
+        connect(path);
+        UsbServer_ReadAllFlashData();
+        UsbServer_ReadVersion(); // comes or not, as the read before it
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+        while (std::chrono::steady_clock::now() < end) {
+            for (const Message &message : messages.all()) {
+                if (message.payload.size() != FlashSize)
+                    continue;
+                ProtocolDataParser(message.payload.data(), record.get());
+                return true;
+            }
+            if (messages.size() > 0 && messages.all().back().code() == 18)
+                return false;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return false;
+    }
+    bool flashHolds(const char *mouse) const
+    {
+        const auto image = const_cast<emulator::Emulator &>(emulator).flash(mouse);
+        if (!image)
+            return false;
+        FlashDataMap held{};
+        hidusb::decode(*image, held);
+        return std::memcmp(&held, record.get(), sizeof held) == 0;
+    }
+
+    emulator::Emulator emulator;
+    MessageLog &messages = messageLog<0>();
+    std::unique_ptr<FlashDataMap> record = std::make_unique<FlashDataMap>();
+};
+
+TEST_F(WithEmulator, LoadsAndEditsByAirAndByCable)
+{
+    const std::pair<std::string, const char *> devices[] = {{receiver(), "air"}, {wired(), "wired"}};
+    uint8_t rate = 2;
+    for (const auto &[path, mouse] : devices) {
+        EXPECT_EQ(UsbFinderC_GetDeviceInfo(path.c_str(), 0).Cid, 18);
+        EXPECT_EQ(UsbFinderC_GetDeviceOnLine(path.c_str()), 1);
+        ASSERT_TRUE(load(path)) << mouse;
+        EXPECT_TRUE(flashHolds(mouse));
+        record->ReportRate = rate++;
+        ProtocolDataUpdate(record.get());
+        EXPECT_TRUE(eventually([&] { return flashHolds(mouse); })) << mouse;
+    }
+    EXPECT_EQ(emulator.reportCount("wired", Command::FlashWrite), 1U);
+    EXPECT_EQ(emulator.reportCount("wired", Command::FlashRead), 124U);
+}
+
+TEST_F(WithEmulator, AnyRecordArrivesAndIsReadBack)
+{
+    ASSERT_TRUE(load(receiver()));
+    for (uint32_t seed = 1; seed <= 5; ++seed) {
+        const FlashDataMap wanted = anyRecord(seed);
+        *record = wanted;
+        ProtocolDataUpdate(record.get());
+        ASSERT_TRUE(eventually([this] { return flashHolds("air"); })) << "seed " << seed;
+        ASSERT_TRUE(load(receiver()));
+        EXPECT_EQ(std::memcmp(record.get(), &wanted, sizeof wanted), 0) << "seed " << seed;
+    }
+}
+
+TEST_F(WithEmulator, LoadsUnderPacing)
+{
+    order("pace on");
+    ASSERT_TRUE(load(receiver()));
+    EXPECT_TRUE(flashHolds("air"));
+}
+
+TEST_F(WithEmulator, ALostRadioHoldsTheWriteAndItsReturnLetsItGo)
+{
+    ASSERT_TRUE(load(receiver()));
+    order("radio air off");
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLine(receiver().c_str()), 0);
+    record->ReportRate = 2;
+    ProtocolDataUpdate(record.get());
+    EXPECT_TRUE(eventually([this] { return emulator.reportCount("rx", Command::FlashWrite) > 0; }));
+    EXPECT_FALSE(flashHolds("air"));
+    order("radio air on");
+    EXPECT_TRUE(eventually([this] { return flashHolds("air"); }));
+    EXPECT_EQ(UsbFinderC_GetDeviceOnLine(receiver().c_str()), 1);
+}
+
+TEST_F(WithEmulator, ChangesOnTheMouseAreAnnouncedAndRead)
+{
+    ASSERT_TRUE(load(receiver()));
+    messages.clear();
+    messages.setHook([](const Message &message) {
+        if (message.code() == 10)
+            UsbServer_ReadCurrentDPI();
+    });
+    order("press air dpi");
+    // The answer to the last order of the load may still come in between.
+    Message read;
+    ASSERT_TRUE(eventually([this, &read] {
+        const auto all = messages.all();
+        const auto found =
+            std::find_if(all.begin(), all.end(), [](const Message &m) { return m.code() == 8; });
+        if (found != all.end())
+            read = *found;
+        return found != all.end();
+    }));
+    EXPECT_EQ(read.address(), FlashCurrentStageAddress);
+    ASSERT_EQ(read.payload.size(), 1U);
+    EXPECT_EQ(read.payload[0], emulator.flash("air")->CurrentDpiStage);
+    messages.setHook(nullptr);
+}
+
+TEST_F(WithEmulator, AResetEndsWithItsMessageAndFactoryFlash)
+{
+    ASSERT_TRUE(load(receiver()));
+    const FlashDataMap factory = *record;
+    *record = anyRecord(3);
+    ProtocolDataUpdate(record.get());
+    UsbServer_SetClearSetting();
+    ASSERT_TRUE(eventually([this] { return messages.size() > 0 && messages.all().back().code() == 9; }));
+    ASSERT_TRUE(load(receiver()));
+    EXPECT_EQ(std::memcmp(record.get(), &factory, sizeof factory), 0);
+}
+
+TEST_F(WithEmulator, AnotherProfileKeepsItsContent)
+{
+    ASSERT_TRUE(load(receiver()));
+    const auto before = emulator.flash("air", 1);
+    record->ReportRate = 4;
+    ProtocolDataUpdate(record.get());
+    UsbServer_SetCurrentConfig(1);
+    ProtocolDataUpdate(record.get());
+    messages.clear();
+    UsbServer_ReadConfig();
+    ASSERT_TRUE(eventually([this] { return messages.size() > 0 && messages.all().back().code() == 14; }));
+    EXPECT_EQ(messages.all().back().payload[0], 1);
+    EXPECT_EQ(emulator.flash("air", 0)->ReportRate, 4);
+    const auto after = emulator.flash("air", 1);
+    EXPECT_EQ(std::memcmp(&*before, &*after, FlashSize), 0);
+}
+
+// ---- Faults
+
+static const char *const FaultKinds[] = {"noreply",  "late 60", "late 400", "doubled", "short", "oversized",
+                                         "wrongseq", "flipbit", "refuse",   "unplug",  "radio"};
+
+TEST_F(WithEmulator, EachFaultAtAnyReportOfALoadLeavesTheNextLoadRight)
+{
+    for (const char *kind : FaultKinds) {
+        for (const int at : {1, 2, 3, 9, 60, 125}) {
+            order(std::string("fault rx ") + kind + " at " + std::to_string(at));
+            if (load(receiver())) {
+                EXPECT_TRUE(flashHolds("air")) << kind << " at " << at;
+            }
+            order("fault rx clear");
+            maybeOrder("radio air on");
+            maybeOrder("plug rx");
+            ASSERT_TRUE(load(receiver())) << kind << " at " << at;
+            EXPECT_TRUE(flashHolds("air")) << kind << " at " << at;
+        }
+    }
+}
+
+TEST_F(WithEmulator, EachFaultOfAnEditEndsInTheWantedFlashOrAnHonestOffLine)
+{
+    for (const char *kind : FaultKinds) {
+        ASSERT_TRUE(load(receiver())) << kind;
+        order(std::string("fault rx ") + kind + " at 1 command flashwrite");
+        record->ReportRate = static_cast<uint8_t>(record->ReportRate + 1);
+        record->DebounceTime = static_cast<uint8_t>(record->DebounceTime + 1);
+        record->KeyBindings[3].First = static_cast<uint8_t>(record->KeyBindings[3].First + 1);
+        ProtocolDataUpdate(record.get());
+        const bool settled = eventually(
+            [this] { return flashHolds("air") || UsbFinderC_GetDeviceOnLine(receiver().c_str()) == 0; });
+        EXPECT_TRUE(settled) << kind;
+        order("fault rx clear");
+        maybeOrder("radio air on");
+        maybeOrder("plug rx");
+        ASSERT_TRUE(load(receiver())) << kind;
+        EXPECT_TRUE(flashHolds("air")) << kind;
+    }
+}
+
+TEST_F(WithEmulator, ARandomThirdOfAllFaultsOnlySlowsThingsDown)
+{
+    ASSERT_TRUE(load(receiver()));
+    for (const char *kind : {"noreply", "doubled", "short", "wrongseq", "flipbit"})
+        order(std::string("fault rx ") + kind + " random 7 5");
+    for (uint8_t value = 1; value <= 15; ++value) {
+        record->DebounceTime = value;
+        ProtocolDataUpdate(record.get());
+        EXPECT_TRUE(eventually([this] {
+            UsbFinderC_GetDeviceOnLine(receiver().c_str()); // wakes a writer that has given up
+            return flashHolds("air");
+        })) << int{value};
+    }
+}
+
+// ---- A long run
+
+TEST_F(WithEmulator, RandomEventsWithEditsGoingOnEndInEqualRecordAndFlash)
+{
+    std::mt19937 random(20);
+    ASSERT_TRUE(load(receiver()));
+    for (int i = 0; i < 1000; ++i) {
+        switch (random() % 12) {
+        case 0:
+            maybeOrder("unplug rx");
+            break;
+        case 1:
+            maybeOrder("radio air off");
+            break;
+        case 2:
+            maybeOrder("plug rx");
+            maybeOrder("radio air on");
+            connect(receiver());
+            UsbServer_ReadAllFlashData();
+            break;
+        case 3:
+            maybeOrder("press air dpi");
+            break;
+        default:
+            record->DpiStages[random() % 8].Red = static_cast<uint8_t>(random());
+            record->MacroBlocks[random() % 16].Events[random() % 70].Kind =
+                static_cast<uint8_t>(random() % 4);
+            ProtocolDataUpdate(record.get());
+        }
+    }
+    maybeOrder("plug rx");
+    maybeOrder("radio air on");
+    ASSERT_TRUE(load(receiver()));
+    EXPECT_TRUE(flashHolds("air"));
+    record->ReportRate = 1;
+    record->DpiStages[5].Blue = 77;
+    ProtocolDataUpdate(record.get());
+    EXPECT_TRUE(eventually([this] { return flashHolds("air"); }));
+}
+
+// ---- Firmware
+
+static void onUpgrade(const uint8_t *data)
+{
+    if (data[1] == 2)
+        upgradeResult = data[2];
+}
+
+TEST_F(WithEmulator, UpgradesMouseAndReceiver)
+{
+    struct Row {
+        uint8_t target;
+        uint8_t mid;
+    };
+    for (const Row &row : {Row{wire::TargetReceiver, 7}, Row{wire::TargetMouse, 8}}) {
+        const auto file = makeFirmware(row.target, 30000, 18, row.mid);
+        upgradeResult = -1;
+        ASSERT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, 5000), 1) << int{row.target};
+        ASSERT_TRUE(eventually([] { return upgradeResult != -1; })) << int{row.target};
+        EXPECT_EQ(upgradeResult, 1) << int{row.target};
+    }
+    uint32_t version = 0;
+    EXPECT_EQ(UsbFinderC_GetSlaveVersion(receiver().c_str(), &version), 1);
+    EXPECT_EQ(version, 0x0203U);
+    EXPECT_EQ(UsbFinderC_GetVersion(wired().c_str()), 0x0203U);
+}
+
+TEST_F(WithEmulator, AFileForAnotherModelIsRefusedAndTheDeviceCanBeRepaired)
+{
+    order("boot wired enter");
+    auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    int32_t count = 5;
+    UsbUpgradeC_FindBootDevices(file.data(), &count);
+    EXPECT_EQ(count, 1);
+    const auto other = makeFirmware(wire::TargetMouse, 3000, 18, 9);
+    EXPECT_EQ(UsbUpgrade_Start(other.data(), onUpgrade, 1000), 0);
+    upgradeResult = -1;
+    order("fault wired refuse at 1 command bootend");
+    ASSERT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, 5000), 1);
+    ASSERT_TRUE(eventually([] { return upgradeResult == 0; }));
+    upgradeResult = -1;
+    ASSERT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, 5000), 1);
+    ASSERT_TRUE(eventually([] { return upgradeResult == 1; }));
+    EXPECT_EQ(UsbFinderC_GetVersion(wired().c_str()), 0x0203U);
+}

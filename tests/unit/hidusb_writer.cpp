@@ -1,0 +1,279 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The writer in the background: what goes out for a record, and a mouse that does not take it.
+#include "tests/support/ConnectionFixture.h"
+#include "tests/support/Records.h"
+
+#include <atomic>
+
+using namespace support;
+using wire::Command;
+
+using Writer = ConnectionFixture;
+
+// ---- The writer
+
+TEST_F(Writer, OneByteIsOneReport)
+{
+    load();
+    edit(64);
+    ASSERT_TRUE(rateBecomes(64));
+    ProtocolDataUpdate(record.get()); // nothing has changed
+    UsbServer_ReadVersion();
+    ASSERT_TRUE(messages.waitFor(1));
+    ASSERT_EQ(writes(), 1U);
+    const wire::Report write = device.requests()[0];
+    EXPECT_EQ(write.address(), 0);
+    EXPECT_EQ(write.Length, 1);
+    EXPECT_EQ(write.Payload[0], 64);
+}
+
+TEST_F(Writer, AnUpdateBeforeTheFirstReadIsAnsweredByARead)
+{
+    start();
+    edit(64);
+    ASSERT_TRUE(eventually([this] { return !lastFullRead().empty(); }));
+    UsbServer_ReadVersion();
+    ASSERT_TRUE(messages.waitFor(2));
+    EXPECT_EQ(writes(), 0U);
+    EXPECT_EQ(device.count(Command::FlashRead), 124U);
+    edit(32);
+    EXPECT_TRUE(rateBecomes(32));
+}
+
+TEST_F(Writer, ADeviceThatComesBackUnderItsPathIsReadBeforeItIsWrittenTo)
+{
+    auto first = std::make_unique<FakeDevice>(mouseName("other"));
+    const std::string path = first->path();
+    UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
+    UsbServer_ReadAllFlashData();
+    ASSERT_TRUE(messages.waitFor(1));
+    ProtocolDataParser(messages.all()[0].payload.data(), record.get());
+    first.reset();
+    FakeDevice second(mouseName("other"));
+    second.setFlash(anyImage(21));
+    messages.clear();
+    edit(64);
+    ASSERT_TRUE(eventually([this] { return !lastFullRead().empty(); }));
+    EXPECT_EQ(second.count(Command::FlashWrite), 0U);
+    const FlashImage expected = anyImage(21);
+    EXPECT_EQ(std::memcmp(lastFullRead().data(), &expected, FlashSize), 0);
+}
+
+TEST_F(Writer, ABurstEndsWithItsLastValueInFewReports)
+{
+    load();
+    std::atomic<bool> gate{false};
+    device.setScript([&gate](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() == Command::FlashWrite && !gate)
+            eventually([&gate] { return gate.load(); }); // the first answer takes its time
+        return std::nullopt;
+    });
+    for (int value = 1; value <= 100; ++value)
+        edit(static_cast<uint8_t>(value));
+    gate = true;
+    EXPECT_TRUE(rateBecomes(100));
+    EXPECT_LE(writes(), 5U);
+    heal();
+}
+
+TEST_F(Writer, AWholeRecordArrives)
+{
+    load();
+    *record = anyRecord(11);
+    ProtocolDataUpdate(record.get());
+    EXPECT_TRUE(eventually([this] {
+        const FlashImage image = device.flash();
+        FlashDataMap held{};
+        ProtocolDataParser(reinterpret_cast<const uint8_t *>(&image), &held);
+        return std::memcmp(&held, record.get(), sizeof held) == 0;
+    }));
+    EXPECT_LE(writes(), 160U);
+}
+
+TEST_F(Writer, WritesGivenBeforeAReadGoOutBeforeIt)
+{
+    load();
+    edit(32);
+    UsbServer_ReadReportRate();
+    ASSERT_TRUE(messages.waitFor(1));
+    EXPECT_EQ(messages.all()[0].payload[0], 32);
+}
+
+TEST_F(Writer, WhatTheMouseChangedIsNotWrittenBack)
+{
+    load();
+    device.setFlashByte(FlashCurrentStageAddress, 3);
+    UsbServer_ReadCurrentDPI();
+    ASSERT_TRUE(messages.waitFor(1));
+    record->CurrentDpiStage = messages.all()[0].payload[0];
+    ProtocolDataUpdate(record.get());
+    UsbServer_ReadVersion();
+    ASSERT_TRUE(messages.waitFor(2));
+    EXPECT_EQ(writes(), 0U);
+}
+
+TEST_F(Writer, AnotherProfileGetsNothingOfTheOld)
+{
+    load();
+    spoilWrites(wire::Status::OffLine);
+    edit(16); // waits for a mouse that is away
+    ASSERT_TRUE(eventually([this] { return writes() > 0; }));
+    heal();
+    device.setScript([this](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() == Command::ConfigSelect)
+            device.setFlash(anyImage(12));
+        return std::nullopt;
+    });
+    device.clearRequests();
+    UsbServer_SetCurrentConfig(1);
+    ProtocolDataUpdate(record.get()); // may still be the old profile's whole record
+    record->DebounceTime = 9;
+    ProtocolDataUpdate(record.get());
+    EXPECT_TRUE(eventually([this] { return device.flash().DebounceTime == 9; }));
+    FlashImage expected = anyImage(12);
+    expected.DebounceTime = 9;
+    expected.ReportRate = device.flash().ReportRate; // either value was given
+    const FlashImage held = device.flash();
+    EXPECT_EQ(std::memcmp(&held, &expected, sizeof held), 0);
+    heal();
+}
+
+TEST_F(Writer, WhatWaitedForTheOldProfileIsDropped)
+{
+    load();
+    spoilWrites(wire::Status::OffLine);
+    edit(16);
+    ASSERT_TRUE(eventually([this] { return !isOnLine(); }));
+    heal();
+    device.clearRequests();
+    UsbServer_SetCurrentConfig(1);
+    UsbServer_ReadConfig();
+    ASSERT_TRUE(messages.waitFor(1));
+    EXPECT_TRUE(isOnLine());
+    UsbServer_ReadConfig();
+    ASSERT_TRUE(messages.waitFor(2));
+    EXPECT_EQ(writes(), 0U);
+}
+
+TEST_F(Writer, AfterAResetNothingIsWrittenBeforeTheNextFullRead)
+{
+    load();
+    device.send(datagram(noticeOf(Command::ClearSettings)));
+    ASSERT_TRUE(messages.waitFor(1));
+    edit(16);
+    UsbServer_ReadVersion();
+    ASSERT_TRUE(messages.waitFor(2));
+    EXPECT_EQ(writes(), 0U);
+    UsbServer_ReadAllFlashData();
+    ASSERT_TRUE(messages.waitFor(3));
+    edit(32);
+    EXPECT_TRUE(rateBecomes(32));
+}
+
+// ---- A mouse that does not take a write
+
+struct SpoilRow {
+    const char *name;
+    std::optional<wire::Status> status;
+    std::size_t tries;
+};
+static const SpoilRow Spoils[] = {
+    {"silent", std::nullopt, 3},
+    {"off line", wire::Status::OffLine, 1},
+    {"refused", wire::Status::Refused, 1},
+};
+
+TEST_F(Writer, AFailedWriteShowsAsOffLineUntilItIsDone)
+{
+    for (const SpoilRow &row : Spoils) {
+        load();
+        spoilWrites(row.status);
+        edit(static_cast<uint8_t>(record->ReportRate + 1));
+        ASSERT_TRUE(eventually([&] { return writes() == row.tries; })) << row.name;
+        EXPECT_TRUE(eventually([this] { return !isOnLine(); })) << row.name;
+        OnlineAddress address{};
+        EXPECT_EQ(UsbFinderC_GetDeviceOnLineWithUsbAddress(device.path().c_str(), &address), 0) << row.name;
+        EXPECT_EQ(address.Online, 0);
+        heal();
+        EXPECT_TRUE(isOnLine()) << row.name;
+        EXPECT_EQ(device.flash().ReportRate, record->ReportRate) << row.name;
+    }
+}
+
+TEST_F(Writer, ARestingWriterDoesNotSpin)
+{
+    load();
+    spoilWrites(wire::Status::OffLine);
+    edit(64);
+    ASSERT_TRUE(eventually([this] { return !isOnLine(); }));
+    const std::size_t before = writes();
+    for (int i = 0; i < 10; ++i)
+        UsbFinderC_GetVersion(device.path().c_str());
+    EXPECT_EQ(writes(), before);
+    EXPECT_FALSE(isOnLine());
+    EXPECT_EQ(writes(), before + 1) << "an on-line question tries once more, not oftener";
+    heal();
+}
+
+TEST_F(Writer, AReturningMouseWakesTheWriter)
+{
+    load();
+    spoilWrites(wire::Status::OffLine);
+    edit(64);
+    ASSERT_TRUE(eventually([this] { return !isOnLine(); }));
+    heal();
+    const wire::OnLineReply returned{1, {1, 2, 3}};
+    device.send(datagram(noticeOf(Command::OnLineChanged, &returned, sizeof returned)));
+    EXPECT_TRUE(rateBecomes(64));
+    EXPECT_TRUE(isOnLine());
+}
+
+TEST_F(Writer, ANewerUpdateWakesTheWriter)
+{
+    load();
+    spoilWrites(wire::Status::OffLine);
+    edit(64);
+    ASSERT_TRUE(eventually([this] { return !isOnLine(); }));
+    heal();
+    edit(32);
+    EXPECT_TRUE(rateBecomes(32));
+}
+
+TEST_F(Writer, ALostAcknowledgementIsAskedForAgain)
+{
+    load();
+    std::atomic<int> lost{0};
+    device.setScript([this, &lost](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() != Command::FlashWrite || lost++ > 0)
+            return std::nullopt;
+        device.setFlashByte(request.address(), request.Payload[0]);
+        return Answers{};
+    });
+    edit(64);
+    ASSERT_TRUE(eventually([&lost] { return lost == 2; }));
+    EXPECT_TRUE(isOnLine());
+    EXPECT_EQ(device.flash().ReportRate, 64);
+    heal();
+}
+
+TEST_F(Writer, AnUnpluggedDeviceLeavesNoMarkOnTheNextOne)
+{
+    auto first = std::make_unique<FakeDevice>(mouseName("other"));
+    const std::string path = first->path();
+    UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
+    UsbServer_ReadAllFlashData();
+    ASSERT_TRUE(messages.waitFor(1));
+    ProtocolDataParser(messages.all()[0].payload.data(), record.get());
+    first->setScript([](const wire::Report &request) -> std::optional<Answers> {
+        return request.command() == Command::FlashWrite ? std::make_optional(Answers{}) : std::nullopt;
+    });
+    edit(64);
+    ASSERT_TRUE(eventually([&first] { return first->count(Command::FlashWrite) > 0; }));
+    first.reset();
+    const FakeDevice second(mouseName("other"));
+    EXPECT_TRUE(eventually([&path] { return UsbFinderC_GetDeviceOnLine(path.c_str()) != 0; }));
+    EXPECT_EQ(second.count(Command::FlashWrite), 0U);
+    EXPECT_EQ(second.flash().ReportRate, 0);
+}

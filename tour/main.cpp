@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// morlen-tour: the real program, led through its two roads on an emulated bus: a tile to a loaded device
+// page, a click to a changed byte in the mouse's flash, the same click with the radio off, and back.
+//
+//   morlen-tour --screens FOLDER      with HIDUSB_BUS naming the folder of a running mouse-emulator
+//
+// Saves a picture of each step. Ends with 0 when every step came.
+#include "app/DialogMain.h"
+#include "app/StartUp.h"
+#include "device/DeviceState.h"
+#include "emulator/Control.h"
+#include "presentation/Notices.h"
+#include "presentation/ScreenFont.h"
+#include "presentation/UpDataParam.h"
+#include "tour/Script.h"
+#include "tour/Windows.h"
+
+#include <QDir>
+#include <QScreen>
+#include <cstdio>
+
+namespace
+{
+
+class Tour
+{
+public:
+    explicit Tour(const QString &folder) : screens(folder) { QDir().mkpath(folder); }
+
+    QString run();
+
+private:
+    void enterDevice();
+    void editRate();
+    void loseMouse();
+    void goBack();
+
+    void shoot(const char *name);
+    void click(const char *name, const QString &button, Script::Condition ready);
+    static std::string order(const std::string &line);
+    static bool flashByteIs(const char *value);
+    static bool pageIsFed() { return DataLoaded && !windows::shown<UpDataParam>(); }
+
+    const QDir screens;
+    int pictures = 0;
+    Script script;
+};
+
+// The windows are drawn before the picture is taken, and the pointer's hover has settled.
+void Tour::shoot(const char *name)
+{
+    const auto settled = std::make_shared<QElapsedTimer>();
+    settled->start();
+    script.step(
+        name, [settled] { return settled->isValid() && settled->elapsed() > 0; },
+        [settled] { settled->restart(); });
+    script.step(
+        name, [settled] { return settled->elapsed() > 400; },
+        [this, name] {
+            const QString file = screens.filePath(QStringLiteral("%1-%2.png")
+                                                      .arg(++pictures, 2, 10, QLatin1Char('0'))
+                                                      .arg(QLatin1String(name)));
+            QGuiApplication::primaryScreen()->grabWindow(0).save(file);
+            std::printf("%s\n", qPrintable(file));
+            std::fflush(stdout);
+        });
+}
+
+void Tour::click(const char *name, const QString &button, Script::Condition ready)
+{
+    script.step(name, std::move(ready), [button] { windows::click(button); });
+}
+
+std::string Tour::order(const std::string &line)
+{
+    return emulator::sendOrder(qEnvironmentVariable("HIDUSB_BUS").toStdString(), line).value_or("error");
+}
+
+bool Tour::flashByteIs(const char *value)
+{
+    return order("show mouse1 flash 0 1").find(std::string("0000: ") + value) == 0;
+}
+
+void Tour::enterDevice()
+{
+    const auto tilesAreThere = [] {
+        return AttachedDevices.size() == 4 && windows::visible(QStringLiteral("btn0"));
+    };
+    script.step("tiles", tilesAreThere);
+    shoot("selection");
+    click("second page of tiles", QStringLiteral("RightButton"), tilesAreThere);
+    shoot("selection-second-page");
+    click("first page of tiles", QStringLiteral("LeftButton"), [] { return true; });
+    script.step(
+        "click on a tile", [] { return windows::visible(windows::tileOf(QStringLiteral("rx1k"))); },
+        [] { windows::click(windows::tileOf(QStringLiteral("rx1k"))); });
+    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
+    shoot("loading");
+    script.step("loaded device page", pageIsFed);
+    shoot("device");
+}
+
+void Tour::editRate()
+{
+    click("sensor page", QStringLiteral("SensorButton"), [] { return true; });
+    click("click on 500 Hz", QStringLiteral("Button500HZ"),
+          [] { return windows::isChecked(QStringLiteral("Button1000HZ")); });
+    script.step("500 Hz in the flash", [] { return flashByteIs("02"); });
+    shoot("rate-500");
+    click("click on 1000 Hz", QStringLiteral("Button1000HZ"), [] { return true; });
+    script.step("1000 Hz in the flash", [] { return flashByteIs("01"); });
+    shoot("rate-1000");
+}
+
+void Tour::loseMouse()
+{
+    script.step(
+        "radio off", [] { return true; }, [] { order("radio mouse1 off"); });
+    click("click with the radio off", QStringLiteral("Button250HZ"), [] { return true; });
+    script.step("off-line notice", [] { return windows::shown<MouseOffLine>() != nullptr; });
+    script.step("old button", [] { return windows::isChecked(QStringLiteral("Button1000HZ")); });
+    script.step("old byte in the flash", [] { return flashByteIs("01"); });
+    shoot("offline");
+    script.step(
+        "radio on", [] { return true; }, [] { order("radio mouse1 on"); });
+    script.step("notice closes by itself", [] { return !windows::shown<MouseOffLine>(); });
+    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
+    shoot("loading-again");
+    script.step("read anew", pageIsFed);
+    shoot("online-again");
+}
+
+void Tour::goBack()
+{
+    click("back to the tiles", QStringLiteral("UpArrow"), [] { return true; });
+    script.step("tiles again", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
+    shoot("selection-again");
+}
+
+QString Tour::run()
+{
+    enterDevice();
+    editRate();
+    loseMouse();
+    goBack();
+    return script.run();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    prepareStart();
+    QApplication application(argc, argv);
+    prepareApplication();
+    const QStringList arguments = QApplication::arguments();
+    const int option = arguments.indexOf(QStringLiteral("--screens"));
+    if (option < 0 || option + 1 >= arguments.size() || qEnvironmentVariableIsEmpty("HIDUSB_BUS")) {
+        std::fprintf(stderr, "usage: HIDUSB_BUS=FOLDER morlen-tour --screens FOLDER\n");
+        return 2;
+    }
+    DialogMain window;
+    scaleFontsToScreen(&window);
+    window.show();
+    const QString failed = Tour(arguments[option + 1]).run();
+    if (!failed.isEmpty())
+        std::fprintf(stderr, "The step did not come: %s\n", qPrintable(failed));
+    return failed.isEmpty() ? 0 : 1;
+}
