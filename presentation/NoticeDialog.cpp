@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QWindow>
 
 namespace
 {
@@ -43,7 +42,6 @@ NoticeDialog::NoticeDialog(const NoticeKind &noticeKind)
     ui->frame->setObjectName(QLatin1String(kind.frameName));
     dress();
     connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
-    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &NoticeDialog::stayInFront);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     scaleFontsToScreen(this);
 }
@@ -138,12 +136,11 @@ void NoticeDialog::hideEvent(QHideEvent *event)
         before->activateWindow();
 }
 
-// A click on the window behind raises that window, which would hide the notice and leave both dead.
-void NoticeDialog::stayInFront()
+// The toolkit hands the keyboard on when the window behind is activated, but the window manager may have
+// raised that window, which would hide the notice and leave both dead.
+void NoticeDialog::changeEvent(QEvent *event)
 {
-    const QWindow *focused = QGuiApplication::focusWindow();
-    if (!focused || focused == windowHandle() || !isVisible() || QApplication::activeModalWidget() != this)
-        return;
-    raise();
-    activateWindow();
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        raise();
 }

@@ -64,10 +64,10 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void dress();
-    void stayInFront();
 
     const NoticeKind &kind;
     std::unique_ptr<Ui::NoticeDialog> ui;
