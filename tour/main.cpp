@@ -27,7 +27,10 @@ namespace
 class Tour
 {
 public:
-    explicit Tour(const QString &folder) : screens(folder) { QDir().mkpath(folder); }
+    Tour(const QWidget &shown, const QString &folder) : window(shown), screens(folder)
+    {
+        QDir().mkpath(folder);
+    }
 
     QString run();
 
@@ -43,6 +46,7 @@ private:
     static bool flashByteIs(const char *value);
     static bool pageIsFed() { return DataLoaded && !windows::shown<UpDataParam>(); }
 
+    const QWidget &window;
     const QDir screens;
     int pictures = 0;
     Script script;
@@ -62,7 +66,10 @@ void Tour::shoot(const char *name)
             const QString file = screens.filePath(QStringLiteral("%1-%2.png")
                                                       .arg(++pictures, 2, 10, QLatin1Char('0'))
                                                       .arg(QLatin1String(name)));
-            QGuiApplication::primaryScreen()->grabWindow(0).save(file);
+            const QRect area = window.frameGeometry(); // with what stands in front of it
+            QGuiApplication::primaryScreen()
+                ->grabWindow(0, area.x(), area.y(), area.width(), area.height())
+                .save(file);
             std::printf("%s\n", qPrintable(file));
             std::fflush(stdout);
         });
@@ -164,7 +171,7 @@ int main(int argc, char *argv[])
     DialogMain window;
     scaleFontsToScreen(&window);
     window.show();
-    const QString failed = Tour(arguments[option + 1]).run();
+    const QString failed = Tour(window, arguments[option + 1]).run();
     if (!failed.isEmpty())
         std::fprintf(stderr, "The step did not come: %s\n", qPrintable(failed));
     return failed.isEmpty() ? 0 : 1;
