@@ -57,8 +57,8 @@ private slots:
         QFETCH(int, width);
         QFETCH(bool, outputs);
         QProcess server;
-        QStringList arguments = {
-            "-displayfd", "1", "-noreset", "-nolisten", "tcp", "-screen", "0", QStringLiteral("%1x600x24").arg(width)};
+        QStringList arguments = {"-displayfd", "1",       "-noreset", "-nolisten",
+                                 "tcp",        "-screen", "0",        QStringLiteral("%1x600x24").arg(width)};
         if (!outputs)
             arguments << "-extension"
                       << "RANDR";
