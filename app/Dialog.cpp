@@ -11,6 +11,7 @@
 #include "device/hidusb/HIDUsb.h"
 #include "lighting/LampLight.h"
 #include "macro/Macro.h"
+#include "presentation/FirstShow.h"
 #include "presentation/Spin.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/UpDataParam.h"
@@ -55,13 +56,16 @@ Dialog::Dialog(QWidget *parent)
              {ui->LightsButton, lights},
              {ui->Advanced, advanced},
              {ui->FormSetting, setting}}};
-    dress();
-    dressNavigation();
+    onFirstShow(this, [this] {
+        dress();
+        dressNavigation();
+    });
     ui->label->hide();
     ui->SetButton->hide();
     ui->label_3->hide();
     setWindowFlags(PageFlags);
     setFixedSize(size());
+    ui->progressBar->setStyleSheet(style::batteryBar(FullColor));
     installCrashFilter();
     SlotSecondDialog();
     listen();
@@ -92,11 +96,9 @@ void Dialog::dress()
     ui->label->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Charg.png")));
     ui->label_2->setStyleSheet(style::label(labelColor));
     ui->label_3->setStyleSheet(style::label(labelColor));
-    ui->progressBar->setStyleSheet(style::batteryBar(FullColor));
     for (QFrame *line : {ui->line, ui->line_2, ui->line_3, ui->line_4, ui->line_5, ui->line_6, ui->line_7,
                          ui->line_8, ui->line_9})
         line->setStyleSheet(style::hairline(labelColor, LineOpacity));
-    SlotIsUsb(false, true);
 }
 
 void Dialog::dressNavigation()

@@ -7,6 +7,7 @@
 #include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "presentation/DeviceOperations.h"
+#include "presentation/FirstShow.h"
 #include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -24,7 +25,7 @@ Buttoninterface::Buttoninterface(QWidget *parent)
 {
     ui->setupUi(this);
     setAccessibleName(QStringLiteral("Buttons"));
-    dress();
+    onFirstShow(this, [this] { dress(); });
     listen();
     SlotAllLanguage(LanguageIndex);
 }

@@ -6,6 +6,7 @@
 #include "app/hub/PostMsg.h"
 #include "catalogue/config/LanguageChoice.h"
 #include "catalogue/config/UserStore.h"
+#include "presentation/FirstShow.h"
 #include "presentation/ScreenFont.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -40,7 +41,8 @@ NoticeDialog::NoticeDialog(const NoticeKind &noticeKind)
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(applicationName());
     ui->frame->setObjectName(QLatin1String(kind.frameName));
-    dress();
+    arrangeButtons();
+    onFirstShow(this, [this] { dress(); });
     connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     scaleFontsToScreen(this);
@@ -61,6 +63,10 @@ void NoticeDialog::dress()
     ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(kind.picture)));
     findChild<QFrame *>(QLatin1String(kind.frameName))
         ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind.frameName)));
+}
+
+void NoticeDialog::arrangeButtons()
+{
     ui->Busy->setVisible(kind.buttons == NoticeButtons::None);
     ui->CloseButton->setVisible(kind.buttons != NoticeButtons::None);
     ui->NewHong->setVisible(kind.buttons == NoticeButtons::Confirm);

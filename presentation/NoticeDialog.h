@@ -67,6 +67,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    void arrangeButtons();
     void dress();
 
     const NoticeKind &kind;

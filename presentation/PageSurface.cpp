@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/PageSurface.h"
 
+#include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
 
 #include <QFrame>
@@ -14,5 +15,8 @@ PageSurface::PageSurface(const QString &name, const QString &pictures, QWidget *
     auto *surface = new QFrame(this);
     surface->setObjectName(QStringLiteral("frame") + name);
     surface->resize(DevicePageSize);
-    surface->setStyleSheet(style::dialogBackground(style::pictureFolder(pictures), surface->objectName()));
+    onFirstShow(this, [surface, pictures] {
+        surface->setStyleSheet(
+            style::dialogBackground(style::pictureFolder(pictures), surface->objectName()));
+    });
 }

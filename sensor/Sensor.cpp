@@ -4,6 +4,7 @@
 
 #include "app/hub/PostMsg.h"
 #include "device/DeviceState.h"
+#include "presentation/FirstShow.h"
 #include "presentation/PageSurface.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
@@ -19,8 +20,10 @@ Sensor::Sensor(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::Senso
 {
     ui->setupUi(this);
     setAccessibleName(QStringLiteral("Sensor"));
-    ui->frameSensor->setStyleSheet(style::dialogBackground(style::pictureFolder(QStringLiteral("Sensor")),
-                                                           QStringLiteral("frameSensor")));
+    onFirstShow(this, [this] {
+        ui->frameSensor->setStyleSheet(style::dialogBackground(style::pictureFolder(QStringLiteral("Sensor")),
+                                                               QStringLiteral("frameSensor")));
+    });
     listen();
     SlotAllLanguage(LanguageIndex);
 }

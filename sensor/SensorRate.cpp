@@ -5,6 +5,7 @@
 #include "app/hub/PostMsg.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
 #include "ui_SensorRate.h"
 
@@ -51,6 +52,11 @@ SensorRate::SensorRate(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui
     ui->setupUi(this);
     buttons = {ui->Button125HZ,  ui->Button250HZ,  ui->Button500HZ, ui->Button1000HZ,
                ui->Button2000HZ, ui->Button4000HZ, ui->Button8000HZ};
+    onFirstShow(this, [this] { dress(); });
+}
+
+void SensorRate::dress()
+{
     const QString folder = style::pictureFolder(QStringLiteral("Sensor"));
     const QString sheet = style::choiceButton(folder, style::color("ButtonColor"),
                                               QStringLiteral("RateButton"), QStringLiteral("Check"));

@@ -141,8 +141,7 @@ void sliderDrag(benchmark::State &state)
     const uint64_t before = world().writes();
     for (auto _ : state) {
         for (int value = 0; value < 100; ++value) {
-            record.DpiStages[0].LevelX = static_cast<uint8_t>(value);
-            record.ReportRate = static_cast<uint8_t>(value);
+            record.ReportRate = static_cast<uint8_t>(value); // any byte: the layer knows no meaning
             ProtocolDataUpdate(&record);
             usleep(static_cast<useconds_t>(state.range(0)));
         }
