@@ -8,10 +8,15 @@
 #include "app/DialogMain.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
+#include "device/Worker.h"
+#include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
+#include "presentation/language/LanguageTables.h"
 #include "tests/support/EmulatedBus.h"
 #include "tour/Script.h"
 #include "tour/Windows.h"
+
+#include <QLabel>
 
 inline const char Family[] =
     "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
@@ -70,3 +75,32 @@ public:
     Script script;
     std::unique_ptr<DialogMain> window;
 };
+
+// ---- Notices, for conditions and actions of a script
+
+inline QString infoText(const char *key)
+{
+    return language::text(language::Section::infoTips, key, LanguageIndex);
+}
+
+template <typename Notice> bool says(const QString &text)
+{
+    auto *const notice = windows::shown<Notice>();
+    return notice && notice->template findChild<QLabel *>(QStringLiteral("label"))->text() == text;
+}
+
+template <typename Notice> void answer(const char *button)
+{
+    if (auto *const notice = windows::shown<Notice>())
+        notice->template findChild<QAbstractButton *>(QLatin1String(button))->click();
+}
+
+template <typename Notice> bool isShown() { return windows::shown<Notice>() != nullptr; }
+template <typename Notice> bool isGone() { return !windows::shown<Notice>(); }
+
+// Nothing is under way and nobody is waited for.
+inline bool quietState()
+{
+    return !SettingsBusy && Worker::instance()->checkTimer().isActive() && !ClearBlocksAfterRead &&
+           !SkipReceiverQuery && !AwaitingMouse && !RestartWorker;
+}
