@@ -130,7 +130,7 @@ private slots:
         });
         int keptWhenLetGo = -1;
         fake.setHook([&](const std::string &call) {
-            if (call.rfind("UsbServer_SetPCDriverStatus", 0) == 0)
+            if (call == "UsbServer_SetPCDriverStatus")
                 keptWhenLetGo = keptRate();
         });
         if (byButton)
@@ -173,7 +173,7 @@ private slots:
         bool turned = false;
         bool turnedBeforeExit = false;
         fake.setHook([&](const std::string &call) {
-            if (call == "UsbServer_SetPCDriverStatus 0" || call == "UsbServer_SetPCDriverStatus")
+            if (call == "UsbServer_SetPCDriverStatus")
                 QTimer::singleShot(0, window.get(), [&turned] { turned = true; });
             if (call == "UsbServer_Exit" && keptAtFirstExit == -1) {
                 keptAtFirstExit = keptRate();
