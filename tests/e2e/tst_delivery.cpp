@@ -31,6 +31,8 @@ QProcessEnvironment programEnvironment(const QTemporaryDir &work)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     environment.insert(QStringLiteral("XDG_DATA_HOME"), work.filePath(QStringLiteral("home")));
+    // The key that keeps a second copy out is made from this folder: a program that runs beside is no matter.
+    environment.insert(QStringLiteral("TMPDIR"), work.path());
     return environment;
 }
 
@@ -93,7 +95,6 @@ class tst_delivery : public QObject
     Q_OBJECT
 
 private:
-    // The shared memory of one running copy keeps another one out, so the cases take turns.
     void startProgram(QProcess &program, const QString &path, const QProcessEnvironment &environment)
     {
         program.setProcessEnvironment(environment);

@@ -87,6 +87,63 @@ private slots:
         QCOMPARE(program.script.run(), QString());
         QCOMPARE(notice.count(), 1);
     }
+
+    // ---- Changes from outside
+
+    void theMousesOwnProfileButtonBringsARefresh()
+    {
+        Program program;
+        Watchdog watchdog;
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.click("Button125HZ");
+        program.expect("125 Hz", [&] { return program.bus.flash("m1").ReportRate == 8; });
+        // Whole reads are three seconds apart, so the first presses may come too early.
+        program.expect("whole read asked for", [&] {
+            program.bus.order("profile m1 2");
+            return ConfigChanged.load() || isShown<UpDataParam>();
+        });
+        program.expect("wait", isShown<UpDataParam>);
+        program.expect("end of the wait", [] { return isGone<UpDataParam>() && isGone<MouseOffLine>(); });
+        program.expect("the other profile's rate",
+                       [] { return windows::isChecked(QStringLiteral("Button1000HZ")); });
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(SensorPageLoaded); // a refresh leaves the flags as they are
+        QVERIFY(!watchdog.barked());
+    }
+
+    void theCableTakesOverAndItsEndLeadsBack()
+    {
+        Program program;
+        Watchdog watchdog;
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.order("plug m1");
+        program.expect("on its cable", [] {
+            const DeviceAllInfo selected = SelectedDevice::info();
+            return selected.Usb && selected.Online && selected.DevicePath.contains(QLatin1String("m1")) &&
+                   QString::fromLocal8Bit(CurrentDevicePath()) == selected.DevicePath;
+        });
+        program.waitForLoad();
+        program.expect("icon", [] {
+            auto *const icon = windows::visible<QLabel>(QStringLiteral("label_4"));
+            return icon && icon->styleSheet().contains(QLatin1String("OnLineUsb.png"));
+        });
+        program.click("Button250HZ");
+        program.expect("by cable", [&] {
+            return program.bus.flash("m1").ReportRate == 4 &&
+                   program.bus.emulated.reportCount("m1", wire::Command::FlashWrite) > 0;
+        });
+        program.order("unplug m1");
+        program.expect("back on the selection page", [] {
+            return OnDevicePage == 0 && windows::visible(windows::tileOf(QStringLiteral("r1")));
+        });
+        program.open(QStringLiteral("r1"));
+        program.expect("record and flash agree", [&] { return program.agrees("m1") && quietState(); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(!watchdog.barked());
+    }
 };
 
 int main(int argc, char **argv)

@@ -20,6 +20,15 @@
 namespace
 {
 
+// Two mice of one model, the second one off line.
+const char Twins[] =
+    "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
+    "mouse m1 cid 18 mid 6 version 1.05\n"
+    "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
+    "mouse m3 cid 18 mid 6 version 1.05\n"
+    "receiver r3 class 1k mouse m3 version 1.02 address a10003\n"
+    "radio m3 off\nplug r1\n";
+
 const QString CacheOfM1 = QStringLiteral("Device_CID12_MID06.bin");
 
 // The rate in a kept image; -1 without one.
@@ -326,6 +335,29 @@ private slots:
                        [] { return DeviceRecord::copy().ReportRate == 2 && keptRate(CacheOfM1) == 4; });
         program.click("CloseButton");
         program.expect("at the end", [] { return keptRate(CacheOfM1) == 2; });
+        QCOMPARE(program.script.run(), QString());
+    }
+
+    void anotherMouseOfTheModelShowsTheSameImage()
+    {
+        Program program(Twins);
+        program.open(QStringLiteral("r1"));
+        program.script.step("edit", always, [] { SetReportRate(4); });
+        program.expect("edited", [&] { return program.bus.flash("m1").ReportRate == 4; });
+        program.click("UpArrow");
+        program.expect("tiles", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); });
+        program.order("unplug r1");
+        program.order("plug r3");
+        program.script.step(
+            "tile of the other", [] { return windows::visible(windows::tileOf(QStringLiteral("r3"))); },
+            [] { windows::click(windows::tileOf(QStringLiteral("r3"))); });
+        program.expect("awaiting", [] { return AwaitingMouse.load(); });
+        program.click("SensorButton");
+        program.expect("the first one's rate",
+                       [] { return windows::isChecked(QStringLiteral("Button250HZ")); });
+        program.order("radio m3 on");
+        program.expect("its own once it has been read",
+                       [] { return windows::isChecked(QStringLiteral("Button1000HZ")); });
         QCOMPARE(program.script.run(), QString());
     }
 };
