@@ -106,6 +106,8 @@ void DevicePageUsbChanged()
     } else if (NotUpgrading) {
         SelectedDevice::set(DeviceAllInfo());
         leavePage();
+    } else {
+        return; // the upgrade took the device off the bus, and its labels stand until it is back
     }
     announceFirmware();
 }

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The program as it is delivered: from an installed tree, through its link, beside the emulator from the
-// same tree; and with another device library in the place of ours.
+// same tree; with another device library in the place of ours; started twice; and with a catalogue that is
+// none.
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -30,7 +31,61 @@ QProcessEnvironment programEnvironment(const QTemporaryDir &work)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     environment.insert(QStringLiteral("XDG_DATA_HOME"), work.filePath(QStringLiteral("home")));
+    // The key that keeps a second copy out is made from this folder: a program that runs beside is no matter.
+    environment.insert(QStringLiteral("TMPDIR"), work.path());
     return environment;
+}
+
+// A copy of the program with its windows and its calls to the layer in files of its own.
+class WatchedProgram
+{
+public:
+    WatchedProgram(const QTemporaryDir &work, const QString &name, const QString &path)
+        : calls(work.filePath(name + QStringLiteral(".calls")))
+        , windows(work.filePath(name + QStringLiteral(".windows")))
+    {
+        QProcessEnvironment environment = programEnvironment(work);
+        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(OTHER_LIBRARY ":" WINDOW_LOG));
+        environment.insert(QStringLiteral("OTHER_LIBRARY_LOG"), calls);
+        environment.insert(QStringLiteral("WINDOW_LOG"), windows);
+        process.setProcessEnvironment(environment);
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start(path, QStringList());
+    }
+    ~WatchedProgram()
+    {
+        if (process.state() != QProcess::NotRunning)
+            end(process);
+    }
+    bool shows(const char *window) const { return contentOf(windows).split('\n').contains(window); }
+    // By the button of its window; true when the process ends in order.
+    bool close()
+    {
+        QFile order(windows + QStringLiteral(".close"));
+        if (!order.open(QIODevice::WriteOnly))
+            return false;
+        return endsInOrder();
+    }
+    bool endsInOrder()
+    {
+        return (process.state() == QProcess::NotRunning || process.waitForFinished(30000)) &&
+               process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    }
+
+    const QString calls, windows;
+    QProcess process;
+};
+
+// A folder with the program and its data, but for the catalogue.
+QString folderWithoutCatalogue(const QTemporaryDir &work)
+{
+    const QString folder = work.filePath(QStringLiteral("tree"));
+    QDir().mkpath(folder + QStringLiteral("/usersetting"));
+    const QDir product(QStringLiteral(PRODUCT_DIR));
+    QFile::copy(product.filePath(QStringLiteral("morlen")), folder + QStringLiteral("/morlen"));
+    for (const char *name : {"Picture", "Language", "driver_sensor.h", "libHIDUsb.so"})
+        QFile::link(product.filePath(QLatin1String(name)), folder + QLatin1Char('/') + QLatin1String(name));
+    return folder;
 }
 
 } // namespace
@@ -40,7 +95,6 @@ class tst_delivery : public QObject
     Q_OBJECT
 
 private:
-    // The shared memory of one running copy keeps another one out, so the cases take turns.
     void startProgram(QProcess &program, const QString &path, const QProcessEnvironment &environment)
     {
         program.setProcessEnvironment(environment);
@@ -106,6 +160,71 @@ private slots:
             QTRY_VERIFY_WITH_TIMEOUT(contentOf(log).contains(call), 30000);
         QCOMPARE(program.state(), QProcess::Running);
         end(program);
+    }
+
+    void aSecondStartSaysSoAndLeavesTheFirstAlone()
+    {
+        QTemporaryDir work;
+        const QString path = QStringLiteral(PRODUCT_DIR "/morlen");
+        WatchedProgram first(work, QStringLiteral("first"), path);
+        QTRY_VERIFY_WITH_TIMEOUT(first.shows("DialogMain"), 30000);
+        // The last question of the search.
+        QTRY_VERIFY_WITH_TIMEOUT(contentOf(first.calls).endsWith("UsbFinderC_GetDeviceOnLine\n"), 30000);
+        const QByteArray before = contentOf(first.calls);
+
+        WatchedProgram second(work, QStringLiteral("second"), path);
+        QVERIFY(second.endsInOrder());
+        QCOMPARE(contentOf(second.windows), QByteArray("ExeIsRun\n"));
+        QCOMPARE(contentOf(second.calls), QByteArray());
+
+        QCOMPARE(first.process.state(), QProcess::Running);
+        QCOMPARE(contentOf(first.windows), QByteArray("DialogMain\n"));
+        QCOMPARE(contentOf(first.calls), before);
+        QVERIFY(first.close()); // and the event loop ends with the window
+        QVERIFY(
+            contentOf(first.calls)
+                .endsWith("UsbServer_SetPCDriverStatus\nStopUsbChanged\nUsbServer_Exit\nStopUsbChanged\n"));
+
+        WatchedProgram next(work, QStringLiteral("next"), path);
+        QTRY_VERIFY_WITH_TIMEOUT(next.shows("DialogMain"), 30000);
+        QVERIFY(next.close());
+    }
+
+    void aCatalogueThatIsNoneIsNoCrash_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("missing") << false << QByteArray();
+        QTest::newRow("empty") << true << QByteArray();
+        QTest::newRow("nonsense") << true
+                                  << QByteArray("\x7F"
+                                                "ELF\0\xFF[[[=\n[Option\nDeviceTotal=-7",
+                                                30);
+        QTest::newRow("models that are not there")
+            << true << QByteArray("[Option]\nDeviceTotal=255\nVID=MTIwOQ==\nWireless_PID=MDAwMg==\nCID=!!\n");
+        QTest::newRow("a folder in its place") << true << QByteArray("folder");
+    }
+    void aCatalogueThatIsNoneIsNoCrash()
+    {
+        QFETCH(bool, exists);
+        QFETCH(QByteArray, content);
+        QTemporaryDir work;
+        const QString tree = folderWithoutCatalogue(work);
+        const QString catalogue = tree + QStringLiteral("/usersetting/Config.ini");
+        if (content == "folder") {
+            QDir().mkpath(catalogue);
+        } else if (exists) {
+            QFile file(catalogue);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(content);
+        }
+        WatchedProgram program(work, QStringLiteral("program"), tree + QStringLiteral("/morlen"));
+        QTRY_VERIFY_WITH_TIMEOUT(program.shows("DialogMain"), 30000);
+        QTRY_VERIFY_WITH_TIMEOUT(contentOf(program.calls).contains("StartUsbChanged"), 30000);
+        QVERIFY(program.close());
+        const QString data = work.filePath(QStringLiteral("home/ZANVO Morlen Software"));
+        QVERIFY(QDir(data + QStringLiteral("/Exception")).isEmpty());
+        QVERIFY(QDir(data + QStringLiteral("/Device_Info")).isEmpty());
     }
 };
 

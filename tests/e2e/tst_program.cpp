@@ -3,18 +3,12 @@
 //
 // The real windows, worker and layer against emulated mice, with the product's own data: both roads from
 // click to flash and back.
-#include "app/DialogMain.h"
 #include "app/StartUp.h"
 #include "app/environment/DataRoot.h"
-#include "device/DeviceRecord.h"
-#include "device/DeviceState.h"
 #include "device/ImageCache.h"
 #include "presentation/Notices.h"
-#include "presentation/UpDataParam.h"
-#include "tests/support/EmulatedBus.h"
+#include "tests/e2e/Program.h"
 #include "tests/support/Watchdog.h"
-#include "tour/Script.h"
-#include "tour/Windows.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -22,14 +16,6 @@
 
 namespace
 {
-
-const char Family[] =
-    "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
-    "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
-    "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
-    "mouse m2 cid 18 mid 7 version 1.05 battery 10\n"
-    "receiver r2 class 8k mouse m2 version 1.02 address a10002\n"
-    "plug r1\nplug r2\n";
 
 struct RateRow {
     const char *button;
@@ -40,57 +26,6 @@ const RateRow Rates[] = {
     {"Button125HZ", 8, true},    {"Button250HZ", 4, true},    {"Button500HZ", 2, true},
     {"Button1000HZ", 1, true},   {"Button2000HZ", 16, false}, {"Button4000HZ", 32, false},
     {"Button8000HZ", 64, false},
-};
-
-bool always() { return true; }
-
-// The program, from its window to its end, on a bus of its own.
-class Program
-{
-public:
-    explicit Program(const char *scenario = Family) : bus(scenario)
-    {
-        resetDeviceState();
-        window = std::make_unique<DialogMain>();
-        window->show();
-    }
-    ~Program()
-    {
-        UsbServer_Exit();
-        StopUsbChanged();
-        window.reset();
-        QCoreApplication::processEvents();
-    }
-
-    // Steps to a loaded device page.
-    void open(const QString &plug)
-    {
-        script.step(
-            "the tile", [plug] { return windows::visible(windows::tileOf(plug)); },
-            [plug] { windows::click(windows::tileOf(plug)); });
-        waitForLoad();
-    }
-    void waitForLoad()
-    {
-        script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
-        script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
-    }
-    void click(const char *button)
-    {
-        const QString name = QString::fromLatin1(button);
-        script.step(
-            button, [name] { return windows::visible(name) != nullptr; }, [name] { windows::click(name); });
-    }
-    void order(const char *line)
-    {
-        script.step(line, always, [this, line] { bus.order(line); });
-    }
-    void expect(const char *what, Script::Condition condition) { script.step(what, std::move(condition)); }
-    bool agrees(const char *mouse) { return sameBytes(DeviceRecord::copy(), bus.record(mouse)); }
-
-    EmulatedBus bus;
-    Script script;
-    std::unique_ptr<DialogMain> window;
 };
 
 } // namespace

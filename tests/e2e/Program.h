@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Program: the real windows, worker and layer on an emulated bus of their own, from the window to its end,
+// led by a script. Made anew for each test function.
+#pragma once
+
+#include "app/DialogMain.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/Worker.h"
+#include "presentation/Notices.h"
+#include "presentation/UpDataParam.h"
+#include "presentation/language/LanguageTables.h"
+#include "tests/support/EmulatedBus.h"
+#include "tour/Script.h"
+#include "tour/Windows.h"
+
+#include <QLabel>
+
+inline const char Family[] =
+    "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
+    "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
+    "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
+    "mouse m2 cid 18 mid 7 version 1.05 battery 10\n"
+    "receiver r2 class 8k mouse m2 version 1.02 address a10002\n"
+    "plug r1\nplug r2\n";
+
+inline bool always() { return true; }
+
+class Program
+{
+public:
+    explicit Program(const char *scenario = Family) : bus(scenario)
+    {
+        resetDeviceState();
+        window = std::make_unique<DialogMain>();
+        window->show();
+    }
+    ~Program()
+    {
+        UsbServer_Exit();
+        StopUsbChanged();
+        window.reset();
+        QCoreApplication::processEvents();
+    }
+
+    // Steps to a loaded device page.
+    void open(const QString &plug)
+    {
+        script.step(
+            "the tile", [plug] { return windows::visible(windows::tileOf(plug)); },
+            [plug] { windows::click(windows::tileOf(plug)); });
+        waitForLoad();
+    }
+    void waitForLoad()
+    {
+        script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
+        script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
+    }
+    void click(const char *button)
+    {
+        const QString name = QString::fromLatin1(button);
+        script.step(
+            button, [name] { return windows::visible(name) != nullptr; }, [name] { windows::click(name); });
+    }
+    void order(const char *line)
+    {
+        script.step(line, always, [this, line] { bus.order(line); });
+    }
+    void expect(const char *what, Script::Condition condition) { script.step(what, std::move(condition)); }
+    bool agrees(const char *mouse) { return sameBytes(DeviceRecord::copy(), bus.record(mouse)); }
+
+    EmulatedBus bus;
+    Script script;
+    std::unique_ptr<DialogMain> window;
+};
+
+// ---- Notices, for conditions and actions of a script
+
+inline QString infoText(const char *key)
+{
+    return language::text(language::Section::infoTips, key, LanguageIndex);
+}
+
+template <typename Notice> bool says(const QString &text)
+{
+    auto *const notice = windows::shown<Notice>();
+    return notice && notice->template findChild<QLabel *>(QStringLiteral("label"))->text() == text;
+}
+
+template <typename Notice> void answer(const char *button)
+{
+    if (auto *const notice = windows::shown<Notice>())
+        notice->template findChild<QAbstractButton *>(QLatin1String(button))->click();
+}
+
+template <typename Notice> bool isShown() { return windows::shown<Notice>() != nullptr; }
+template <typename Notice> bool isGone() { return !windows::shown<Notice>(); }
+
+// Nothing is under way and nobody is waited for.
+inline bool quietState()
+{
+    return !SettingsBusy && Worker::instance()->checkTimer().isActive() && !ClearBlocksAfterRead &&
+           !SkipReceiverQuery && !AwaitingMouse && !RestartWorker;
+}

@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// A mouse that is lost at one stage after the other of its life with the real windows: what comes up, what
+// does not, and that it is read right when it is back.
+#include "app/StartUp.h"
+#include "app/environment/DataRoot.h"
+#include "app/hub/PostMsg.h"
+#include "tests/e2e/Program.h"
+#include "tests/support/Watchdog.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+class tst_losses : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        QDir(dataRoot() + QStringLiteral("/Device_Info")).removeRecursively();
+        makeDataFolders();
+    }
+
+    void awayAtTheTileNeitherWaitNorNoticeComesUp()
+    {
+        Program program;
+        QSignalSpy wait(PostMsg::instance(), SIGNAL(SigUpDataParam(int)));
+        QSignalSpy notice(PostMsg::instance(), SIGNAL(SigMouseOffLineo(int)));
+        program.order("radio m1 off");
+        program.script.step(
+            "the tile", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); },
+            [] { windows::click(windows::tileOf(QStringLiteral("r1"))); });
+        program.expect("awaiting", [] { return AwaitingMouse && !WorkerArmed && OnDevicePage == 1; });
+        program.order("radio m1 on");
+        program.expect("seen again", [] { return !AwaitingMouse && MouseOnline; });
+        program.expect("read by now", [&] { return DataLoaded && program.agrees("m1"); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(!RestartWorker); // no pass begins: the layer makes up for the read that it owes
+        QCOMPARE(wait.count(), 0);
+        QCOMPARE(notice.count(), 0);
+    }
+
+    void awayDuringTheWaitTheTimeOutIsTold()
+    {
+        Program program;
+        Watchdog watchdog;
+        program.order("fault r1 radio at 60 command flashread");
+        program.script.step(
+            "the tile", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); },
+            [] { windows::click(windows::tileOf(QStringLiteral("r1"))); });
+        program.expect("wait", isShown<UpDataParam>);
+        program.expect("time-out",
+                       [] { return says<MouseOffLine>(infoText("TimeOut")) && isGone<UpDataParam>(); });
+        program.expect("state", [] { return !SensorPageLoaded && AwaitingMouse; });
+        program.order("radio m1 on");
+        program.expect("notice gone", isGone<MouseOffLine>);
+        program.waitForLoad();
+        program.expect("record and flash agree", [&] { return program.agrees("m1") && quietState(); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(!watchdog.barked());
+    }
+
+    void aLostRadioIsNoticedByTheNextWriteAlone()
+    {
+        Program program;
+        QSignalSpy notice(PostMsg::instance(), SIGNAL(SigMouseOffLineo(int)));
+        QSignalSpy page(PostMsg::instance(), SIGNAL(SigChangeMainDialog(int)));
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.order("radio m1 off");
+        program.expect("out of reach", [] { return !UsbFinderC_GetDeviceOnLine(CurrentDevicePath()); });
+        program.script.step("nobody says so", always, [&] {
+            QCOMPARE(notice.count(), 0);
+            QCOMPARE(page.count(), 1); // the way in
+            QVERIFY(!AwaitingMouse);
+        });
+        program.click("Button125HZ");
+        program.expect("notice", isShown<MouseOffLine>);
+        program.script.step("answer", always, [] { answer<MouseOffLine>("CloseButton"); });
+        program.expect("still awaiting",
+                       [] { return isGone<MouseOffLine>() && AwaitingMouse && RestartWorker; });
+        program.order("radio m1 on"); // the closed notice does not end the watch
+        program.waitForLoad();
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
+        QCOMPARE(program.script.run(), QString());
+        QCOMPARE(notice.count(), 1);
+    }
+
+    // ---- Changes from outside
+
+    void theMousesOwnProfileButtonBringsARefresh()
+    {
+        Program program;
+        Watchdog watchdog;
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.click("Button125HZ");
+        program.expect("125 Hz", [&] { return program.bus.flash("m1").ReportRate == 8; });
+        // Whole reads are three seconds apart, so the first presses may come too early.
+        program.expect("whole read asked for", [&] {
+            program.bus.order("profile m1 2");
+            return ConfigChanged.load() || isShown<UpDataParam>();
+        });
+        program.expect("wait", isShown<UpDataParam>);
+        program.expect("end of the wait", [] { return isGone<UpDataParam>() && isGone<MouseOffLine>(); });
+        program.expect("the other profile's rate",
+                       [] { return windows::isChecked(QStringLiteral("Button1000HZ")); });
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(SensorPageLoaded); // a refresh leaves the flags as they are
+        QVERIFY(!watchdog.barked());
+    }
+
+    void theCableTakesOverAndItsEndLeadsBack()
+    {
+        Program program;
+        Watchdog watchdog;
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.order("plug m1");
+        program.expect("on its cable", [] {
+            const DeviceAllInfo selected = SelectedDevice::info();
+            return selected.Usb && selected.Online && selected.DevicePath.contains(QLatin1String("m1")) &&
+                   QString::fromLocal8Bit(CurrentDevicePath()) == selected.DevicePath;
+        });
+        program.waitForLoad();
+        program.expect("icon", [] {
+            auto *const icon = windows::visible<QLabel>(QStringLiteral("label_4"));
+            return icon && icon->styleSheet().contains(QLatin1String("OnLineUsb.png"));
+        });
+        program.click("Button250HZ");
+        program.expect("by cable", [&] {
+            return program.bus.flash("m1").ReportRate == 4 &&
+                   program.bus.emulated.reportCount("m1", wire::Command::FlashWrite) > 0;
+        });
+        program.order("unplug m1");
+        program.expect("back on the selection page", [] {
+            return OnDevicePage == 0 && windows::visible(windows::tileOf(QStringLiteral("r1")));
+        });
+        program.open(QStringLiteral("r1"));
+        program.expect("record and flash agree", [&] { return program.agrees("m1") && quietState(); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(!watchdog.barked());
+    }
+};
+
+int main(int argc, char **argv)
+{
+    EmulatedBus::folder(); // before the layer's first call
+    QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    setApplicationFolder(QStringLiteral(PRODUCT_DIR));
+    prepareStart();
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    prepareApplication();
+    tst_losses test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_losses.moc"
