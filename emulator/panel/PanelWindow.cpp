@@ -6,6 +6,7 @@
 
 #include <QHBoxLayout>
 #include <QStyle>
+#include <QTabBar>
 #include <QVBoxLayout>
 
 static constexpr int ListWidth = 330;
@@ -68,6 +69,8 @@ void PanelWindow::makeList()
 QLayout *PanelWindow::makeBody()
 {
     tabs_->setObjectName(QStringLiteral("tabs"));
+    tabs_->tabBar()->setAccessibleName(QStringLiteral("Reports or flash"));
+    reports_->setObjectName(QStringLiteral("reports"));
     tabs_->addTab(reports_, QStringLiteral("Reports"));
     tabs_->addTab(flash_, QStringLiteral("Flash"));
     auto *right = new QVBoxLayout;
