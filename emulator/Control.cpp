@@ -11,6 +11,7 @@ namespace emulator
 
 static constexpr std::size_t LineLimit = 65536; // a whole flash fits
 static constexpr std::size_t OutputLimit = 1048576;
+static constexpr std::size_t FollowLimit = 65536; // waiting for one follower
 static constexpr std::size_t ClientLimit = 16;
 
 bool Control::open(const BusFolder &folder)
@@ -52,11 +53,35 @@ void Control::service(const ReadyMap &ready, const Runner &run)
         accept();
 }
 
+bool Control::hasFollowers() const
+{
+    return std::any_of(clients_.begin(), clients_.end(),
+                       [](const Client &client) { return !client.followed.empty(); });
+}
+
+void Control::publish(const std::string &device, const std::string &line)
+{
+    for (Client &client : clients_) {
+        if (client.followed != device && client.followed != Everything)
+            continue;
+        if (client.output.size() + line.size() > FollowLimit) {
+            ++client.lost;
+            continue;
+        }
+        if (client.lost > 0)
+            client.output += "-- " + std::to_string(client.lost) + " lost\n";
+        client.lost = 0;
+        client.output += line;
+    }
+}
+
 void Control::accept()
 {
     FileDescriptor socket(::accept4(listener_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
-    if (socket.valid() && clients_.size() < ClientLimit)
-        clients_.push_back(Client{std::move(socket), {}, {}});
+    if (socket.valid() && clients_.size() < ClientLimit) {
+        clients_.emplace_back();
+        clients_.back().socket = std::move(socket);
+    }
 }
 
 void Control::read(Client &client, const Runner &run)
@@ -72,7 +97,10 @@ void Control::read(Client &client, const Runner &run)
     while ((end = client.input.find('\n')) != std::string::npos) {
         const std::string line = client.input.substr(0, end);
         client.input.erase(0, end + 1);
-        client.output += run(line);
+        const Answer answer = run(line);
+        client.output += answer.text;
+        if (!answer.followed.empty())
+            client.followed = answer.followed;
     }
     client.gone = client.input.size() > LineLimit || client.output.size() > OutputLimit;
 }

@@ -71,7 +71,7 @@ void Emulator::poll()
         take(face, bytes, size);
     });
     control_.service(ready, [this](const std::string &line) {
-        std::string answer = runOrder(world_, line);
+        Control::Answer answer{runOrder(world_, line), world_.followed};
         carry();
         return answer;
     });
@@ -199,15 +199,22 @@ void Emulator::sendDue(const std::string &id, Traffic &traffic)
 
 void Emulator::show(const char *arrow, const std::string &id, const uint8_t *bytes, std::size_t size)
 {
-    if (!world_.log)
+    if (!world_.log && !control_.hasFollowers())
         return;
     const std::chrono::duration<double> time = world_.scene.now() - began_;
     const CommandRow *row = size > 1 ? findCommand(bytes[1]) : nullptr;
-    std::fprintf(logFile_, "%10.4f %s %s %s", time.count(), arrow, id.c_str(),
-                 row != nullptr ? row->name : "unknown");
-    for (std::size_t i = 0; i < size; ++i)
-        std::fprintf(logFile_, " %02x", bytes[i]);
-    std::fprintf(logFile_, "\n");
+    char part[32];
+    std::snprintf(part, sizeof part, "%10.4f ", time.count());
+    std::string line = part + std::string(arrow) + " " + id + " " + (row != nullptr ? row->name : "unknown");
+    for (std::size_t i = 0; i < size; ++i) {
+        std::snprintf(part, sizeof part, " %02x", bytes[i]);
+        line += part;
+    }
+    line += "\n";
+    control_.publish(id, line);
+    if (!world_.log)
+        return;
+    std::fputs(line.c_str(), logFile_);
     std::fflush(logFile_);
 }
 

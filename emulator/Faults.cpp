@@ -134,6 +134,14 @@ std::optional<FaultHit> FaultTable::match(uint8_t command)
     return hit;
 }
 
+std::vector<std::string> faultKindNames()
+{
+    std::vector<std::string> names;
+    for (const KindRow &row : Kinds)
+        names.emplace_back(row.name);
+    return names;
+}
+
 std::optional<FaultRule> parseFault(const Words &words, std::size_t first, std::string &error)
 {
     FaultRule rule;

@@ -48,6 +48,7 @@ public:
     void add(const FaultRule &rule) { rules_.push_back(rule); }
     void clear() { rules_.clear(); }
     bool empty() const { return rules_.empty(); }
+    std::size_t size() const { return rules_.size(); }
     // Counts one report of the host in every row. The first row that fires is the one that happens.
     std::optional<FaultHit> match(uint8_t command);
 
@@ -55,6 +56,8 @@ private:
     std::vector<FaultRule> rules_;
 };
 
+// The names of all kinds, as orders call them.
+std::vector<std::string> faultKindNames();
 // "KIND [MS] at N|random SEED PERCENT|always [command NAME|CODE]" from word `first` on; `error` is set
 // when there is no rule in it.
 std::optional<FaultRule> parseFault(const Words &words, std::size_t first, std::string &error);

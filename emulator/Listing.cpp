@@ -47,6 +47,59 @@ std::string listScene(const Scene &scene)
     return text;
 }
 
+static bool isInReach(const Scene &scene, const Mouse &mouse)
+{
+    const auto &receivers = scene.receivers();
+    return std::any_of(receivers.begin(), receivers.end(), [&scene, &mouse](const auto &receiver) {
+        return receiver->state.mouseInReach && scene.mouseInReach(*receiver) == &mouse;
+    });
+}
+
+// What every device has, up to its `online`.
+static std::string describePlug(const World &world, const Device &device, const std::string &kind)
+{
+    const auto traffic = world.traffic.find(device.id);
+    const std::size_t faults = traffic == world.traffic.end() ? 0 : traffic->second.faults.size();
+    return "device=" + device.id + " kind=" + kind + " plugged=" + std::to_string(device.plugged) +
+           " boot=" + std::to_string(device.mode == Mode::Boot) +
+           " version=" + formatVersion(device.version) + " faults=" + std::to_string(faults) + " online=";
+}
+
+static std::string describe(const World &world, const Receiver &receiver)
+{
+    const ReceiverState &state = receiver.state;
+    return describePlug(world, receiver, "receiver") + std::to_string(state.mouseInReach) +
+           " class=" + ReceiverClasses[state.classIndex].name + " address=" + formatAddress(state.address) +
+           "\n";
+}
+
+static std::string describe(const World &world, const Mouse &mouse)
+{
+    const MouseState &state = mouse.state;
+    const FlashImage &image = state.flash[state.profile];
+    const bool onCable = mouse.plugged && mouse.mode == Mode::Normal;
+    std::string line =
+        describePlug(world, mouse, "mouse") + std::to_string(onCable || isInReach(world.scene, mouse));
+    const std::pair<const char *, int> numbers[] = {
+        {"radio", state.radio},          {"asleep", state.asleep},           {"battery", state.battery},
+        {"charging", state.charging},    {"profile", state.profile},         {"stage", image.CurrentDpiStage},
+        {"stages", image.DpiStageCount}, {"rate", hertzOf(image.ReportRate)}};
+    for (const auto &[name, value] : numbers)
+        line += " " + std::string(name) + "=" + std::to_string(value);
+    return line + " address=" + formatAddress(state.address) + " name=\"" + state.name + "\"\n";
+}
+
+std::string describeWorld(const World &world)
+{
+    std::string text =
+        std::string("pace=") + (world.pace ? "1" : "0") + " log=" + (world.log ? "1" : "0") + "\n";
+    for (const auto &receiver : world.scene.receivers())
+        text += describe(world, *receiver);
+    for (const auto &mouse : world.scene.mice())
+        text += describe(world, *mouse);
+    return text;
+}
+
 std::string dumpFlash(const FlashImage &image, std::size_t address, std::size_t count)
 {
     constexpr std::size_t perLine = 16;

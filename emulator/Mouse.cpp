@@ -32,6 +32,15 @@ constexpr std::size_t BatteryItem = offsetof(DeviceStatusChange, Battery);
 
 } // namespace
 
+int hertzOf(uint8_t rateCode)
+{
+    for (const RateRow &row : Rates) {
+        if (row.code == rateCode)
+            return row.hertz;
+    }
+    return 0;
+}
+
 Mouse::Mouse(std::string deviceId) : Device(std::move(deviceId)) { state.flash.fill(factoryFlash()); }
 
 wire::Report Mouse::answer(const wire::Report &request)

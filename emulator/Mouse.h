@@ -43,6 +43,9 @@ struct MouseState {
     std::array<FlashImage, ProfileCount> flash;
 };
 
+// Of a report rate as the flash holds it; 0 for a code that is none.
+int hertzOf(uint8_t rateCode);
+
 class Mouse final : public Device
 {
 public:

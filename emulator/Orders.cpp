@@ -66,6 +66,14 @@ constexpr uint32_t SleepUnitMs = 10000; // of StopCloseTime
 constexpr uint32_t ColorLimit = 3;
 
 void listDevices(Order &order) { order.answer = listScene(order.scene()); }
+void showState(Order &order) { order.answer = describeWorld(order.world); }
+
+// The sender streams the reports; an order that comes by another way has nobody to stream to.
+void follow(Order &order)
+{
+    if (order.arg(1) == Everything || order.device() != nullptr)
+        order.world.followed = order.arg(1);
+}
 
 void plug(Order &order)
 {
@@ -326,6 +334,8 @@ struct OrderRow {
 constexpr std::size_t Any = 4096;
 constexpr OrderRow Table[] = {
     {"list", "", 0, 0, listDevices},
+    {"state", "", 0, 0, showState},
+    {"follow", "DEVICE|all", 1, 1, follow},
     {"plug", "DEVICE", 1, 1, plug},
     {"unplug", "DEVICE", 1, 1, unplug},
     {"radio", "MOUSE on|off", 2, 2, radio},
@@ -373,6 +383,7 @@ bool isOrder(const std::string &word) { return findOrder(word) != nullptr; }
 
 std::string runOrder(World &world, const std::string &line)
 {
+    world.followed.clear();
     const auto words = splitWords(line);
     if (!words)
         return "error the quote does not end\n";

@@ -27,6 +27,9 @@ TEST_F(EmulatorOrders, GoodOnes)
         "",
         "   # nothing",
         "list",
+        "state",
+        "follow air1",
+        "follow all",
         "help",
         "unplug rx1k",
         "unplug rx1k",
@@ -78,6 +81,9 @@ TEST_F(EmulatorOrders, BadOnes)
         "nonsense",
         "List",
         "list all",
+        "state air1",
+        "follow",
+        "follow nobody",
         "help me",
         "plug",
         "plug nobody",
@@ -174,6 +180,109 @@ TEST_F(EmulatorOrders, ListShowsStates)
     };
     for (const char *part : parts)
         EXPECT_NE(list.find(part), std::string::npos) << part << "\n" << list;
+}
+
+TEST_F(EmulatorOrders, StateIsForPrograms)
+{
+    order("radio air1 off");
+    order("sleep air2");
+    order("battery air4 33 charging");
+    order("boot cable enter");
+    order("fault rx4k late 5 always");
+    order("fault rx4k refuse at 2");
+    order("press air4 dpi");
+    order("press air4 rate");
+    order("profile air8 2");
+    order("pace on");
+    const std::string state = emulator_.order("state");
+    const char *lines[] = {
+        "pace=1 log=0\n",
+        "device=rx1k kind=receiver plugged=1 boot=0 version=2.01 faults=0 online=0 class=1k address=a10001\n",
+        "device=rx4k kind=receiver plugged=1 boot=0 version=2.03 faults=2 online=1 class=4k address=a10004\n",
+        "device=air1 kind=mouse plugged=0 boot=0 version=1.05 faults=0 online=0 radio=0 asleep=0 battery=80 ",
+        "device=air2 kind=mouse plugged=0 boot=0 version=1.06 faults=0 online=0 radio=1 asleep=1 ",
+        "faults=0 online=1 radio=1 asleep=0 battery=33 charging=1 profile=0 stage=2 stages=6 rate=2000 "
+        "address=a10004 name=\"\"\n",
+        "battery=20 charging=0 profile=2 ",
+        "device=cable kind=mouse plugged=1 boot=1 version=1.0A faults=0 online=0 ",
+    };
+    for (const char *line : lines)
+        EXPECT_NE(state.find(line), std::string::npos) << line << "\n" << state;
+}
+
+// What a follower gets up to a text; what came when the text does not.
+static std::string readUntil(const FileDescriptor &socket, const std::string &end)
+{
+    std::string text;
+    char bytes[4096];
+    while (text.find(end) == std::string::npos) {
+        pollfd readable{socket.get(), POLLIN, 0};
+        if (::poll(&readable, 1, 10000) != 1)
+            break;
+        const ssize_t size = ::recv(socket.get(), bytes, sizeof bytes, 0);
+        if (size <= 0)
+            break;
+        text.append(bytes, static_cast<std::size_t>(size));
+    }
+    return text;
+}
+
+static FileDescriptor follower(const std::string &folder, const std::string &what)
+{
+    FileDescriptor socket = BusFolder::connect(folder, "control", SOCK_STREAM);
+    const std::string order = "follow " + what + "\n";
+    EXPECT_EQ(::send(socket.get(), order.data(), order.size(), 0), static_cast<ssize_t>(order.size()));
+    EXPECT_EQ(readUntil(socket, "\n"), "ok\n");
+    return socket;
+}
+
+TEST_F(EmulatorOrders, FollowStreamsReports)
+{
+    const FileDescriptor one = follower(folder_.path(), "rx2k");
+    const FileDescriptor all = follower(folder_.path(), "all");
+    RawClient first(folder_.path(), "rx1k");
+    RawClient second(folder_.path(), "rx2k");
+    ASSERT_TRUE(first.ask(Command::Identity));
+    ASSERT_TRUE(second.ask(Command::Battery));
+    const std::string heard = readUntil(one, "<- rx2k battery");
+    EXPECT_NE(heard.find("-> rx2k battery 05 04 01"), std::string::npos) << heard;
+    EXPECT_EQ(heard.find("rx1k"), std::string::npos) << heard;
+    const std::string everything = readUntil(all, "<- rx2k battery");
+    EXPECT_NE(everything.find("-> rx1k identity"), std::string::npos) << everything;
+    // A follower may order meanwhile.
+    ASSERT_EQ(::send(one.get(), "radio air1 off\n", 15, 0), 15);
+    EXPECT_NE(readUntil(one, "ok\n").find("ok\n"), std::string::npos);
+    EXPECT_FALSE(emulator_.mouse("air1")->radio);
+}
+
+TEST_F(EmulatorOrders, FollowEndsWithItsConnection)
+{
+    follower(folder_.path(), "all").reset();
+    RawClient client(folder_.path(), "rx1k");
+    ASSERT_TRUE(client.ask(Command::Identity));
+    // An order that did not come by a connection has nobody to stream to, nor has the next one that does.
+    order("follow all");
+    const FileDescriptor socket = BusFolder::connect(folder_.path(), "control", SOCK_STREAM);
+    ASSERT_EQ(::send(socket.get(), "wake air1\n", 10, 0), 10);
+    ASSERT_EQ(readUntil(socket, "\n"), "ok\n");
+    ASSERT_TRUE(client.ask(Command::Identity));
+    ASSERT_EQ(::send(socket.get(), "wake air1\n", 10, 0), 10);
+    EXPECT_EQ(readUntil(socket, "\n"), "ok\n");
+}
+
+TEST_F(EmulatorOrders, SlowFollowerLosesLinesAndHoldsUpNobody)
+{
+    const FileDescriptor slow = follower(folder_.path(), "rx1k");
+    RawClient client(folder_.path(), "rx1k");
+    for (int i = 0; i < 2000; ++i)
+        ASSERT_TRUE(client.ask(Command::Identity)) << i;
+    // It fetches now, and the next line that has room tells what it has missed.
+    std::string text;
+    for (int i = 0; i < 500 && text.find(" lost\n") == std::string::npos; ++i) {
+        ASSERT_TRUE(client.ask(Command::Identity));
+        text += readUntil(slow, "<- rx1k");
+    }
+    EXPECT_NE(text.find("\n-- "), std::string::npos);
 }
 
 TEST_F(EmulatorOrders, CountOrder)

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What a person does to the chosen device: its plug, and the radio, battery and buttons of its mouse. Each
+// control gives one order; what it shows is what the emulator says.
+#pragma once
+
+#include "emulator/panel/PanelState.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+#include <QTimer>
+
+class DeviceControls : public QGroupBox
+{
+    Q_OBJECT
+
+public:
+    explicit DeviceControls(QWidget *parent = nullptr);
+
+    // Nothing for a device or mouse that there is not.
+    void show(const PanelDevice *device, const PanelDevice *mouse);
+    using QGroupBox::show;
+
+signals:
+    void ordered(const QString &order);
+
+private:
+    QCheckBox *addCheck(const char *name, const QString &text, const QString &accessibleName);
+    QPushButton *addButton(const char *name, const QString &text, const QString &accessibleName);
+    QLayout *makeStates();
+    QLayout *makeBattery();
+    QLayout *makeButtons();
+    void makeProfile();
+    void orderBattery();
+    void showMouse(const PanelDevice *mouse);
+
+    QString device_;
+    QString mouse_;
+    QLabel *const title_;
+    QCheckBox *plugged_ = nullptr;
+    QCheckBox *radio_ = nullptr;
+    QCheckBox *asleep_ = nullptr;
+    QSlider *battery_ = nullptr;
+    QLabel *batteryText_ = nullptr;
+    QCheckBox *charging_ = nullptr;
+    QComboBox *profile_ = nullptr;
+    QList<QWidget *> ofMouse_;
+    QTimer batteryDue_; // a drag is a few orders, not one for each pixel
+};
