@@ -173,7 +173,7 @@ private slots:
         const QByteArray before = contentOf(first.calls);
 
         WatchedProgram second(work, QStringLiteral("second"), path);
-        QVERIFY(second.endsInOrder());
+        QVERIFY2(second.endsInOrder(), contentOf(second.windows));
         QCOMPARE(contentOf(second.windows), QByteArray("ExeIsRun\n"));
         QCOMPARE(contentOf(second.calls), QByteArray());
 
