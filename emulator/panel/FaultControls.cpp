@@ -84,11 +84,12 @@ void FaultControls::layOut()
     auto *choice = new QHBoxLayout;
     choice->setSpacing(8);
     choice->addWidget(new QLabel(QStringLiteral("Fault"), this));
-    for (QWidget *each : QList<QWidget *>{kind_, late_, where_, at_, percent_, seed_, command_})
+    for (QWidget *each : QList<QWidget *>{kind_, late_, where_, at_, percent_, seed_})
         choice->addWidget(each);
     choice->addStretch();
     auto *act = new QHBoxLayout;
     act->setSpacing(8);
+    act->addWidget(command_);
     act->addWidget(add_);
     act->addWidget(clear_);
     act->addWidget(standing_, 1);

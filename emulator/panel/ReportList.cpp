@@ -97,6 +97,8 @@ ReportList::ReportList(QWidget *parent)
     layout->addLayout(row);
     layout->addWidget(list_);
 
+    setTabOrder(pause_, clear_);
+    setTabOrder(clear_, list_);
     connect(pause_, &QPushButton::toggled, this, &ReportList::setPaused);
     connect(clear_, &QPushButton::clicked, model_, &ReportModel::clear);
     // Who has scrolled up to read is left there.
