@@ -62,6 +62,8 @@ QSpinBox *FaultControls::addSpin(const char *name, const QString &accessibleName
     auto *spin = new QSpinBox(this);
     spin->setObjectName(QLatin1String(name));
     spin->setAccessibleName(accessibleName);
+    // Arrow keys and the wheel step it; drawn arrows vanish where the focus is drawn.
+    spin->setButtonSymbols(QAbstractSpinBox::NoButtons);
     spin->setRange(least, most);
     spin->setValue(value);
     return spin;

@@ -59,6 +59,8 @@ QSlider::sub-page:horizontal { background: #00ff99; border-radius: 2px; }
 QSlider::sub-page:horizontal:disabled { background: #3a414a; }
 QSlider::handle:horizontal { width: 14px; margin: -5px 0; border-radius: 7px; background: #e8ebee; }
 QSlider::handle:horizontal:disabled { background: #6b747e; }
+QComboBox, QSpinBox { selection-background-color: #0f6b47; }
+QComboBox:focus, QSpinBox:focus { border: 2px solid #00ff99; border-radius: 4px; background: #272c33; }
 QAbstractItemView { background: #1d2126; border: 1px solid #2b3138; border-radius: 6px; }
 QAbstractItemView:focus { border-color: #00ff99; }
 QListView#deviceList { background: transparent; border: none; }
