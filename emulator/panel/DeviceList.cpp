@@ -87,8 +87,9 @@ void DeviceCard::paint(QPainter *painter, const QStyleOptionViewItem &option, co
     const bool selected = option.state & QStyle::State_Selected;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    const QRectF card = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -Gap - 0.5);
-    painter->setPen(QColor(selected ? look::Mint : look::Line));
+    const QRectF card = QRectF(option.rect).adjusted(1, 1, -1, -Gap - 1);
+    const bool focused = selected && option.state & QStyle::State_HasFocus;
+    painter->setPen(QPen(QColor(selected ? look::Mint : look::Line), focused ? 2 : 1));
     painter->setBrush(QColor(selected ? look::MintGround : look::Raised));
     painter->drawRoundedRect(card, 6, 6);
 

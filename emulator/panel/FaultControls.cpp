@@ -62,6 +62,8 @@ QSpinBox *FaultControls::addSpin(const char *name, const QString &accessibleName
     auto *spin = new QSpinBox(this);
     spin->setObjectName(QLatin1String(name));
     spin->setAccessibleName(accessibleName);
+    // Arrow keys and the wheel step it; drawn arrows vanish where the focus is drawn.
+    spin->setButtonSymbols(QAbstractSpinBox::NoButtons);
     spin->setRange(least, most);
     spin->setValue(value);
     return spin;
@@ -84,11 +86,12 @@ void FaultControls::layOut()
     auto *choice = new QHBoxLayout;
     choice->setSpacing(8);
     choice->addWidget(new QLabel(QStringLiteral("Fault"), this));
-    for (QWidget *each : QList<QWidget *>{kind_, late_, where_, at_, percent_, seed_, command_})
+    for (QWidget *each : QList<QWidget *>{kind_, late_, where_, at_, percent_, seed_})
         choice->addWidget(each);
     choice->addStretch();
     auto *act = new QHBoxLayout;
     act->setSpacing(8);
+    act->addWidget(command_);
     act->addWidget(add_);
     act->addWidget(clear_);
     act->addWidget(standing_, 1);

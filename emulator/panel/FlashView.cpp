@@ -4,12 +4,13 @@
 
 #include "emulator/panel/PanelLook.h"
 
-#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QScrollBar>
+#include <algorithm>
 
 static constexpr int FieldColumns = 3;
-static constexpr int ShownBytes = 8; // of a field
+static constexpr int ShownBytes = 4; // of a field
 
 FlashModel::FlashModel(QObject *parent) : QAbstractTableModel(parent)
 {
@@ -169,7 +170,7 @@ static void dress(QTableView *table, QAbstractItemModel *model, const QString &n
     table->setShowGrid(false);
     table->setTabKeyNavigation(false);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    table->setFont(look::fixedFont());
     const int height = QFontMetrics(table->font()).height() + 4;
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table->verticalHeader()->setDefaultSectionSize(height);
@@ -185,14 +186,14 @@ FlashView::FlashView(QWidget *parent)
 {
     dress(bytes_, model_, QStringLiteral("Bytes of the flash"));
     bytes_->setObjectName(QStringLiteral("flashBytes"));
-    bytes_->horizontalHeader()->setMinimumSectionSize(0);
-    bytes_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    showWholeBytes();
     dress(fields_, new FieldModel(model_, this), QStringLiteral("Known fields of the flash"));
     fields_->setObjectName(QStringLiteral("flashFields"));
     fields_->setSelectionBehavior(QAbstractItemView::SelectRows);
     fields_->verticalHeader()->hide();
     const int letter = QFontMetrics(fields_->font()).horizontalAdvance(QLatin1Char('0'));
-    fields_->setColumnWidth(0, 21 * letter);
+    fields_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    fields_->setColumnWidth(0, 22 * letter);
     fields_->setColumnWidth(1, 6 * letter);
     fields_->horizontalHeader()->setStretchLastSection(true);
     fields_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -203,8 +204,25 @@ FlashView::FlashView(QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(8);
-    layout->addWidget(bytes_, 5);
-    layout->addWidget(fields_, 4);
+    layout->addWidget(bytes_);
+    layout->addWidget(fields_, 1);
+}
+
+// A byte of which a digit is missing is none: the table is as wide as its columns.
+void FlashView::showWholeBytes()
+{
+    const int width = QFontMetrics(bytes_->font()).horizontalAdvance(QStringLiteral("00")) + 8;
+    QHeaderView *columns = bytes_->horizontalHeader();
+    columns->setMinimumSectionSize(0);
+    columns->setDefaultSectionSize(width);
+    columns->setSectionResizeMode(QHeaderView::Fixed);
+    columns->setFont(bytes_->font());
+    bytes_->verticalHeader()->setFont(bytes_->font());
+    bytes_->verticalHeader()->setFixedWidth(3 * width);
+    bytes_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    bytes_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    const int bar = bytes_->verticalScrollBar()->sizeHint().width();
+    bytes_->setFixedWidth((FlashModel::BytesPerRow + 3) * width + bar + 2 * bytes_->frameWidth());
 }
 
 void FlashView::chooseField(int row)

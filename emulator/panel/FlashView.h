@@ -79,6 +79,7 @@ public:
     using QWidget::show;
 
 private:
+    void showWholeBytes();
     void chooseField(int row);
     void chooseByte(int address);
 

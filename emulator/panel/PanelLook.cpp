@@ -3,6 +3,7 @@
 #include "emulator/panel/PanelLook.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QPalette>
 #include <QStyleFactory>
 
@@ -48,9 +49,9 @@ QPushButton:focus { border: 2px solid #00ff99; padding: 4px 11px; }
 QCheckBox { border: 1px solid transparent; border-radius: 4px; padding: 3px; spacing: 6px; }
 QCheckBox:focus { border-color: #00ff99; }
 QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid #6b747e; border-radius: 3px; background: #15181c; }
-QCheckBox::indicator:checked { background: #00ff99; border: 4px solid #15181c; outline: none; width: 8px; height: 8px; }
+QCheckBox::indicator:checked { background: #00ff99; border-color: #00ff99; }
 QCheckBox::indicator:disabled { border-color: #3a414a; }
-QCheckBox::indicator:checked:disabled { background: #4a6257; border-color: #15181c; }
+QCheckBox::indicator:checked:disabled { background: #4a6257; border-color: #4a6257; }
 QSlider { border: 1px solid transparent; border-radius: 4px; }
 QSlider:focus { border-color: #00ff99; }
 QSlider::groove:horizontal { height: 4px; background: #3a414a; border-radius: 2px; }
@@ -58,9 +59,13 @@ QSlider::sub-page:horizontal { background: #00ff99; border-radius: 2px; }
 QSlider::sub-page:horizontal:disabled { background: #3a414a; }
 QSlider::handle:horizontal { width: 14px; margin: -5px 0; border-radius: 7px; background: #e8ebee; }
 QSlider::handle:horizontal:disabled { background: #6b747e; }
+QComboBox, QSpinBox { selection-background-color: #0f6b47; }
+QComboBox:focus, QSpinBox:focus { border: 2px solid #00ff99; border-radius: 4px; background: #272c33; }
 QAbstractItemView { background: #1d2126; border: 1px solid #2b3138; border-radius: 6px; }
 QAbstractItemView:focus { border-color: #00ff99; }
+QListView#deviceList { background: transparent; border: none; }
 QHeaderView::section { background: #1d2126; color: #9aa4af; border: none; padding: 2px 4px; }
+QTableView#flashBytes QHeaderView::section:horizontal { padding: 2px 0; }
 QTableCornerButton::section { background: #1d2126; border: none; }
 QTabWidget::pane { border: none; top: 6px; }
 QTabBar { qproperty-drawBase: 0; }
@@ -69,6 +74,13 @@ QTabBar::tab { background: transparent; color: #9aa4af; padding: 6px 14px; borde
 QTabBar::tab:selected { color: #e8ebee; border-bottom-color: #00ff99; }
 QTabBar::tab:focus { border: 1px solid #00ff99; border-radius: 4px; }
 )";
+
+QFont look::fixedFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(font.pointSizeF() > 9 ? font.pointSizeF() - 1 : 8);
+    return font;
+}
 
 void look::apply(QApplication &application)
 {

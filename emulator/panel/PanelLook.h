@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 
 class QApplication;
 
@@ -21,6 +22,8 @@ constexpr QRgb Mint = 0xff00ff99;
 constexpr QRgb MintGround = 0xff123a2b;
 constexpr QRgb Amber = 0xffffb454;
 
+// For bytes; a little smaller than the desktop's, since there are many.
+QFont fixedFont();
 void apply(QApplication &application);
 
 } // namespace look

@@ -34,7 +34,8 @@ PanelWindow::PanelWindow(const QString &folder, QWidget *parent)
     layout->addLayout(makeBody(), 1);
     connectParts();
     showRunning(false);
-    resize(1080, 720);
+    list_->setFocus();
+    resize(1100, 720);
 }
 
 QLayout *PanelWindow::makeHead(const QString &folder)
@@ -69,6 +70,7 @@ void PanelWindow::makeList()
 QLayout *PanelWindow::makeBody()
 {
     tabs_->setObjectName(QStringLiteral("tabs"));
+    tabs_->setAccessibleName(QStringLiteral("What passes and what is kept"));
     tabs_->tabBar()->setAccessibleName(QStringLiteral("Reports or flash"));
     reports_->setObjectName(QStringLiteral("reports"));
     tabs_->addTab(reports_, QStringLiteral("Reports"));
@@ -120,7 +122,7 @@ void PanelWindow::hideEvent(QHideEvent *event)
 void PanelWindow::showRunning(bool running)
 {
     flashAsked_ = false;
-    message_->clear();
+    message_->setText(running ? QString() : QStringLiteral("Waiting for one to come to this bus"));
     stateLabel_->setText(running ? QStringLiteral("Emulator running")
                                  : QStringLiteral("Emulator not running"));
     stateLabel_->setProperty("running", running);

@@ -4,7 +4,6 @@
 
 #include "emulator/panel/PanelLook.h"
 
-#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -81,7 +80,7 @@ ReportList::ReportList(QWidget *parent)
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->setTextElideMode(Qt::ElideNone);
     list_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    list_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    list_->setFont(look::fixedFont());
     pause_->setObjectName(QStringLiteral("pauseButton"));
     pause_->setAccessibleName(QStringLiteral("Pause the reports"));
     pause_->setCheckable(true);
@@ -98,6 +97,8 @@ ReportList::ReportList(QWidget *parent)
     layout->addLayout(row);
     layout->addWidget(list_);
 
+    setTabOrder(pause_, clear_);
+    setTabOrder(clear_, list_);
     connect(pause_, &QPushButton::toggled, this, &ReportList::setPaused);
     connect(clear_, &QPushButton::clicked, model_, &ReportModel::clear);
     // Who has scrolled up to read is left there.

@@ -352,7 +352,7 @@ private slots:
         QVERIFY(!model->isChanged(0x4c));
         QTRY_VERIFY(!model->isChanged(0x4d));
         choose("wired");
-        QTRY_COMPARE(view->model()->index(4, 13).data().toString(), QString("ef"));
+        QTRY_COMPARE(view->model()->index(4, 13).data().toString(), QString("80"));
         QVERIFY(!model->isChanged(0x4d));
     }
 
