@@ -209,7 +209,13 @@ void DialogMain::SlotAllLanguage(int index)
 
 void DialogMain::keyPressEvent(QKeyEvent *event)
 {
+    if (MacroRecording)
+        return;
     switch (event->key()) {
+    case Qt::Key_Space:
+        if (ui->stackedWidget->currentWidget() == dialogChange)
+            dialogChange->askOnlyDevice();
+        break;
     case Qt::Key_Escape:
     case Qt::Key_F12:
         event->accept();

@@ -6,6 +6,7 @@
 
 #include "device/record/DeviceAllInfo.h"
 
+#include <optional>
 #include <vector>
 
 inline std::vector<DeviceAllInfo> AttachedDevices;     // one for each tile; the index is the tile's number
@@ -13,3 +14,7 @@ inline std::vector<DeviceAllInfo> AttachedDevicesCopy; // also the receivers tha
 
 // The receiver class of the selected device, 1, 2, 4 or 8. A cable leaves it as it was.
 inline int CurrentConnectionKind = 0;
+
+// The receiver whose mouse is to be paired, once the selection page has chosen one. Main thread.
+inline std::optional<DeviceAllInfo> PairingTarget;
+inline void choosePairingTarget(const DeviceAllInfo &device) { PairingTarget = device; }

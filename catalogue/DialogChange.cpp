@@ -25,6 +25,7 @@ namespace
 {
 
 constexpr int PageChangeMs = 150;
+constexpr QPoint WarningOffset{-20, 0};
 
 QPointer<DialogChange> thePage; // main thread
 
@@ -223,7 +224,7 @@ void DialogChange::openDevice(int index)
     const int mid = catalogueMid(device).toInt();
     if (hasScreenClass(mid))
         emit PostMsg::instance()->SigMouseIndex(mid);
-    if (asksOfflineTile(index) && offlineTileDecision(device) != TileDecision::EnterReceiver)
+    if (asksOfflineTile(index) && !settleOfflineTile(device))
         return;
     if (device.DriveIndex != unknownIndex())
         enterDevice(device);
@@ -240,6 +241,40 @@ bool DialogChange::asksOfflineTile(int index) const
         return UsbFinderC_GetDeviceOnLine(asked.DevicePath.toLocal8Bit().constData()) != 0;
     };
     return isSilentTwin(AttachedDevices, index, {answers(AttachedDevices[0]), answers(AttachedDevices[1])});
+}
+
+bool DialogChange::settleOfflineTile(const DeviceAllInfo &device)
+{
+    switch (offlineTileDecision(device)) {
+    case TileDecision::EnterReceiver:
+        return true;
+    case TileDecision::WarnToWire: {
+        UpDateWarning warning;
+        warning.setText(homeText("WiredMode", LanguageIndex));
+        warning.openOver(this, WarningOffset);
+        return false;
+    }
+    case TileDecision::AskForPairing: {
+        RePair question;
+        question.openOver(this);
+        if (question.confirmed())
+            choosePairingTarget(device);
+        return false;
+    }
+    case TileDecision::Pair:
+        choosePairingTarget(device);
+        return false;
+    }
+    return false;
+}
+
+void DialogChange::askOnlyDevice()
+{
+    if (AttachedDevices.size() != 1 || AttachedDevices[0].Usb)
+        return;
+    const DeviceAllInfo device = AttachedDevices[0];
+    if (settleOfflineTile(device) && device.DriveIndex != unknownIndex())
+        enterDevice(device);
 }
 
 void DialogChange::enterDevice(const DeviceAllInfo &device)

@@ -28,6 +28,9 @@ public:
     // The hot-plug callback of this page, for StartUsbChanged.
     static void UsbChanged();
 
+    // Decides for the one device attached, unless it is on its cable, as a click on it when silent would.
+    void askOnlyDevice();
+
 public slots:
     void WindowClosedA();
     void WindowMinA();
@@ -62,6 +65,8 @@ private:
     void openDevice(int index);
     void enterDevice(const DeviceAllInfo &device);
     bool asksOfflineTile(int index) const;
+    // True when the device's pages are where it goes on.
+    bool settleOfflineTile(const DeviceAllInfo &device);
 
     std::unique_ptr<Ui::DialogChange> ui;
     QString pictures;

@@ -34,6 +34,7 @@ inline std::atomic<bool> UiArmed{false};              // page slots act on input
 inline std::atomic<bool> NotUpgrading{true};          // false while firmware is being written
 inline std::atomic<bool> UpdateBusy{false};           // an upgrade is under way
 inline std::atomic<bool> UpgradeDialogOpen{false};    // the upgrade dialog shows
+inline std::atomic<bool> MacroRecording{false};       // keys belong to the macro being recorded
 inline std::atomic<bool> SensorPageBusy{false};       // the page fills its widgets from a record
 inline std::atomic<bool> LightPageBusy{false};
 inline std::atomic<bool> ButtonPageBusy{false};

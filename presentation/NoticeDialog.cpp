@@ -83,13 +83,21 @@ void NoticeDialog::SlotAllLanguage(int index)
 
 void NoticeDialog::setTexts(const QString &text, const QString &confirm, const QString &cancel)
 {
-    const QString said = orDefault(text, kind.defaultText);
+    const QString said = orDefault(ownText.isEmpty() ? text : ownText, kind.defaultText);
     ui->label->setText(said);
     ui->NewHong->setText(orDefault(confirm, "OK"));
     ui->OK->setText(ui->NewHong->text());
     ui->Cancel->setText(orDefault(cancel, "Cancel"));
     setAccessibleName(said.trimmed());
 }
+
+void NoticeDialog::setText(const QString &text)
+{
+    ownText = text;
+    setTexts(text, ui->NewHong->text(), ui->Cancel->text());
+}
+
+QWidget *NoticeDialog::content() const { return ui->label; }
 
 void NoticeDialog::placeOver(const QWidget *widget, const QPoint &offset)
 {

@@ -47,6 +47,9 @@ public:
     void placeOver(const QWidget *widget, const QPoint &offset = {});
     int openOver(const QWidget *widget, const QPoint &offset = {});
 
+    // What the caller has to say instead of the row's text; it stays over a change of language.
+    void setText(const QString &text);
+
 public slots:
     virtual void SlotAllLanguage(int index);
 
@@ -66,11 +69,15 @@ protected:
     void hideEvent(QHideEvent *event) override;
     void changeEvent(QEvent *event) override;
 
+    // Where the notice speaks, for one that has more to show there.
+    QWidget *content() const;
+
 private:
     void arrangeButtons();
     void dress();
 
     const NoticeKind &kind;
+    QString ownText;
     std::unique_ptr<Ui::NoticeDialog> ui;
     QPointer<QWidget> before; // had the keyboard
 };

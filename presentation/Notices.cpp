@@ -9,27 +9,7 @@
 #include "device/DeviceState.h"
 #include "device/ImageFile.h"
 
-namespace
-{
-
-constexpr NoticeKind OffLineKindRow = {"MouseOffLineA",        language::Section::infoTips,
-                                       "DialogOffline",        "   The mouse is offline. Please move first",
-                                       NoticeButtons::Confirm, "Warn.png"};
-constexpr NoticeKind DuplicateRow = {"QuestiondialogBA",   language::Section::home,
-                                     "ErrorDevice",        "Do not insert multiple identical devices",
-                                     NoticeButtons::Close, "Warn.png"};
-constexpr NoticeKind ResetRow = {"ContainResetA",         language::Section::Settings,
-                                 "DialogRestore",         " Is need to restore the default settings",
-                                 NoticeButtons::Question, "Warn.png"};
-constexpr NoticeKind ImportRow = {"InportFailA",          language::Section::key,
-                                  "DialogConfigError",    "Config does not match the device",
-                                  NoticeButtons::Confirm, "Warn.png"};
-constexpr NoticeKind RunningRow = {"ExeIsRunA",      language::Section::home, "OnRun",
-                                   "Confirm Delete", NoticeButtons::Confirm,  "Warn.png"};
-
-} // namespace
-
-MouseOffLine::MouseOffLine() : NoticeDialog(OffLineKindRow)
+MouseOffLine::MouseOffLine() : NoticeDialog(notice::OffLine)
 {
     connect(PostMsg::instance(), SIGNAL(SigCloseOffOnline()), this, SLOT(on_CloseButton_clicked()));
     SlotAllLanguage(storedLanguage(UserStore::instance()));
@@ -37,32 +17,17 @@ MouseOffLine::MouseOffLine() : NoticeDialog(OffLineKindRow)
 
 const char *MouseOffLine::textKey() const { return OffLineKind == 1 ? "TimeOut" : "DialogOffline"; }
 
-QuestiondialogB::QuestiondialogB() : NoticeDialog(DuplicateRow) {}
-
-ContainReset::ContainReset() : NoticeDialog(ResetRow) {}
-
-void ContainReset::on_OK_clicked()
+InportFail::InportFail() : NoticeDialog(notice::Import)
 {
-    answer = true;
-    close();
+    SlotAllLanguage(storedLanguage(UserStore::instance()));
 }
-
-void ContainReset::on_Cancel_clicked()
-{
-    answer = false;
-    close();
-}
-
-void ContainReset::on_CloseButton_clicked() { on_Cancel_clicked(); }
-
-InportFail::InportFail() : NoticeDialog(ImportRow) { SlotAllLanguage(storedLanguage(UserStore::instance())); }
 
 const char *InportFail::textKey() const
 {
     return ImportResult == ImageMismatch ? "DialogEConfigMismatch" : "DialogConfigError";
 }
 
-ExeIsRun::ExeIsRun() : NoticeDialog(RunningRow)
+ExeIsRun::ExeIsRun() : NoticeDialog(notice::Running)
 {
     connect(PostMsg::instance(), SIGNAL(SigChangeLanguage(int)), this, SLOT(SlotChangeLanguage(int)));
     SlotChangeLanguage(storedLanguage(UserStore::instance()));

@@ -74,6 +74,9 @@ constexpr char BatteryBar[] = "#progressBar{border: none;background-color: trans
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
+constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+                            "border-radius: 6px;padding: 0px 8px;}QLineEdit:focus{border-color: rgb(%4);}";
+
 } // namespace
 
 namespace style
@@ -160,6 +163,13 @@ QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {
 QString hairline(const QString &color, int opacity)
 {
     return compose(Hairline, {}, {color, QString::number(opacity)});
+}
+
+QString lineEdit()
+{
+    return compose(LineEdit, {},
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond"),
+                    color("SliderColor")});
 }
 
 } // namespace style

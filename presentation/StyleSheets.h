@@ -47,5 +47,7 @@ QString navigationButton(const QString &folder, const QString &icon);
 QString batteryBar(const QString &chunkColor);
 // A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
+// A field to type in.
+QString lineEdit();
 
 } // namespace style

@@ -7,6 +7,11 @@
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
+namespace
+{
+constexpr int ProgressStepMs = 20;
+}
+
 void MySlider::mousePressEvent(QMouseEvent *event)
 {
     QSlider::mousePressEvent(event);
@@ -83,4 +88,26 @@ void MyButton::leaveEvent(QEvent *event)
 {
     setCursor(Qt::ArrowCursor);
     QPushButton::leaveEvent(event);
+}
+
+MyProgressBar::MyProgressBar(QWidget *parent) : QProgressBar(parent)
+{
+    timer.setInterval(ProgressStepMs);
+    connect(&timer, &QTimer::timeout, this, &MyProgressBar::tick);
+}
+
+void MyProgressBar::addTarget(int value)
+{
+    targets << qBound(minimum(), value, maximum()); // one that cannot be reached would keep the timer going
+    timer.start();
+}
+
+void MyProgressBar::tick()
+{
+    while (!targets.isEmpty() && value() >= targets.first())
+        targets.removeFirst();
+    if (targets.isEmpty())
+        timer.stop();
+    else
+        setValue(qMax(value(), minimum()) + 1);
 }

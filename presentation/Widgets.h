@@ -6,8 +6,12 @@
 
 #include <QComboBox>
 #include <QEvent>
+#include <QLineEdit>
+#include <QList>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
+#include <QTimer>
 #include <QToolButton>
 
 // A press jumps to the place under the pointer; the parent then gets an event of type Jumped.
@@ -85,4 +89,34 @@ public:
 protected:
     void enterEvent(QEvent *event) override;
     void leaveEvent(QEvent *event) override;
+};
+
+// Walks to each of its targets in turn, one step at a time, instead of jumping.
+class MyProgressBar : public QProgressBar
+{
+    Q_OBJECT
+
+public:
+    explicit MyProgressBar(QWidget *parent = nullptr);
+    void addTarget(int value);
+    bool isWalking() const { return timer.isActive(); }
+
+private:
+    void tick();
+
+    QList<int> targets;
+    QTimer timer;
+};
+
+// Shows what the code writes into it; typing has no effect.
+class MyLineEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    using QLineEdit::QLineEdit;
+
+protected:
+    void keyPressEvent(QKeyEvent *) override {}
+    void keyReleaseEvent(QKeyEvent *) override {}
 };

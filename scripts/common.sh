@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
 #
-# What ./run and ./test share: headings, packages, configuring and building. To be sourced.
+# What the scripts share: headings, packages, building, and what runs in the background for them. To be
+# sourced.
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -80,4 +81,48 @@ wait_until()
         [ $((ticks -= 1)) -gt 0 ] || return 1
         sleep 0.05
     done
+}
+
+# For the functions below the script sets `work`, a folder of its own, and `started`, an empty list.
+
+# Ends what was started, the last first: the window manager goes before its display.
+# shellcheck disable=SC2317 # called by the trap
+leave()
+{
+    local i
+    for ((i = ${#started[@]} - 1; i >= 0; --i)); do
+        kill "${started[i]}" 2>/dev/null || true
+        wait "${started[i]}" 2>/dev/null || true
+    done
+    rm -rf "$work"
+}
+
+# start name command… : in the background, with its output in a file.
+start()
+{
+    local name=$1
+    shift
+    "$@" >"$work/$name.log" 2>&1 </dev/null &
+    started+=($!)
+}
+
+# expect name seconds command… : the started command is ready once this is true; if not, its output tells why.
+expect()
+{
+    local name=$1
+    shift
+    wait_until "$@" && return
+    cat "$work/$name.log" >&2
+    die "$name did not start."
+}
+
+start_display()
+{
+    # Xvfb looks for a free display itself and writes its number to descriptor 3.
+    start Xvfb Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$work/display"
+    expect Xvfb 20 grep -qs . "$work/display"
+    DISPLAY=:$(cat "$work/display")
+    export DISPLAY
+    start openbox openbox --sm-disable --startup "touch $work/managed"
+    expect openbox 20 test -e "$work/managed"
 }

@@ -30,7 +30,7 @@ template <typename Control = QWidget> Control *visible(const QString &name)
 template <typename Window> Window *shown()
 {
     for (QWidget *const top : QApplication::topLevelWidgets())
-        if (auto *const window = qobject_cast<Window *>(top))
+        if (auto *const window = dynamic_cast<Window *>(top))
             if (window->isVisible())
                 return window;
     return nullptr;

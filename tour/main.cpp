@@ -6,7 +6,9 @@
 //
 //   morlen-tour --screens FOLDER      with HIDUSB_BUS naming the folder of a running mouse-emulator
 //
-// Saves a picture of each step. Ends with 0 when every step came.
+//   morlen-tour --gallery FOLDER      the same, with an emulator on gallery.scenario
+//
+// Saves a picture of each step, or of each state that the windows have. Ends with 0 when every step came.
 #include "app/DialogMain.h"
 #include "app/StartUp.h"
 #include "device/DeviceState.h"
@@ -14,6 +16,7 @@
 #include "presentation/Notices.h"
 #include "presentation/ScreenFont.h"
 #include "presentation/UpDataParam.h"
+#include "tour/Gallery.h"
 #include "tour/Script.h"
 #include "tour/Windows.h"
 
@@ -163,15 +166,17 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     prepareApplication();
     const QStringList arguments = QApplication::arguments();
-    const int option = arguments.indexOf(QStringLiteral("--screens"));
+    const bool gallery = arguments.contains(QStringLiteral("--gallery"));
+    const int option = arguments.indexOf(gallery ? QStringLiteral("--gallery") : QStringLiteral("--screens"));
     if (option < 0 || option + 1 >= arguments.size() || qEnvironmentVariableIsEmpty("HIDUSB_BUS")) {
-        std::fprintf(stderr, "usage: HIDUSB_BUS=FOLDER morlen-tour --screens FOLDER\n");
+        std::fprintf(stderr, "usage: HIDUSB_BUS=FOLDER morlen-tour --screens|--gallery FOLDER\n");
         return 2;
     }
     DialogMain window;
     scaleFontsToScreen(&window);
     window.show();
-    const QString failed = Tour(window, arguments[option + 1]).run();
+    const QString folder = arguments[option + 1];
+    const QString failed = gallery ? Gallery(window, folder).run() : Tour(window, folder).run();
     if (!failed.isEmpty())
         std::fprintf(stderr, "The step did not come: %s\n", qPrintable(failed));
     return failed.isEmpty() ? 0 : 1;

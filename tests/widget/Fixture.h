@@ -94,7 +94,7 @@ template <typename Notice> void whenModal(std::function<void(Notice *)> act)
 {
     auto *timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
-        auto *notice = qobject_cast<Notice *>(QApplication::activeModalWidget());
+        auto *notice = dynamic_cast<Notice *>(QApplication::activeModalWidget());
         if (!notice)
             return;
         timer->stop();

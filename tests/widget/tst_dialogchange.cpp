@@ -6,6 +6,7 @@
 #include "catalogue/DialogChange.h"
 #include "catalogue/config/RegistryStore.h"
 #include "catalogue/config/UserStore.h"
+#include "device/hidusb/wire/FirmwareFile.h"
 #include "presentation/Notices.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/widget/Fixture.h"
@@ -83,14 +84,34 @@ private:
         return all;
     }
 
+    // A mouse's firmware 2.00 for the first model, whose catalogue names no file.
+    static void offerMouseFirmware()
+    {
+        wire::FirmwareHead head{};
+        head.Version.set(0x0200);
+        head.Target = 210;
+        head.Cid = fixture::Cid;
+        head.Mid = 6;
+        QDir().mkpath(applicationFolder() + "/bin");
+        QFile file(applicationFolder() + "/bin/mouse.bin");
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(reinterpret_cast<const char *>(&head), sizeof head);
+    }
+
 private slots:
     void init()
     {
         fixture::clean();
         RegistryStore::instance().removeValue(registry::BaseGroup, registry::UpdateFailInfo);
+        RegistryStore::instance().removeValue(registry::BaseGroup, "MouseVer186");
+        PairingTarget.reset();
         UiArmed = true;
     }
-    void cleanup() { page.reset(); }
+    void cleanup()
+    {
+        page.reset();
+        QDir(applicationFolder() + "/bin").removeRecursively();
+    }
 
     void anyNumberOfDevices_data()
     {
@@ -315,6 +336,76 @@ private slots:
         QCOMPARE(pages.count(), 0);
         QTest::mouseClick(tile(0), Qt::LeftButton);
         QCOMPARE(pages.count(), 1);
+    }
+
+    // With a version once read from the mouse and no newer firmware the question stands; its answer chooses.
+    void aKnownSilentTwinAsksForPairing_data()
+    {
+        QTest::addColumn<bool>("yes");
+        QTest::newRow("yes") << true;
+        QTest::newRow("no") << false;
+    }
+    void aKnownSilentTwinAsksForPairing()
+    {
+        QFETCH(bool, yes);
+        RegistryStore::instance().setValue(registry::BaseGroup, "MouseVer186", "v1.00");
+        build();
+        plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 6, Receiver8K, false)});
+        int asked = 0;
+        fixture::whenModal<RePair>([&](RePair *question) {
+            ++asked;
+            yes ? question->on_OK_clicked() : question->on_CloseButton_clicked();
+        });
+        QTest::mouseClick(tile(1), Qt::LeftButton);
+        QCOMPARE(asked, 1);
+        QCOMPARE(PairingTarget.has_value(), yes);
+        QVERIFY(!yes || PairingTarget->DevicePath == "b");
+    }
+
+    void aSilentMouseWithNewFirmwareMustBeWired()
+    {
+        RegistryStore::instance().setValue(registry::BaseGroup, "MouseVer186", "v1.00");
+        offerMouseFirmware();
+        build();
+        plug({fixture::device("b", 6, Receiver8K, false)});
+        QString said;
+        QPoint place;
+        fixture::whenModal<UpDateWarning>([&](UpDateWarning *notice) {
+            said = notice->findChild<QLabel *>("label")->text();
+            place = notice->pos();
+            notice->on_NewHong_clicked();
+        });
+        page->askOnlyDevice();
+        QCOMPARE(said, language::text(language::Section::home, "WiredMode", 0));
+        const UpDateWarning measure;
+        QCOMPARE(place, page->mapToGlobal(QPoint()) + QPoint((page->width() - measure.width()) / 2 - 20,
+                                                             (page->height() - measure.height()) / 2));
+        QVERIFY(!PairingTarget);
+        QCOMPARE(int(OnDevicePage), 0);
+    }
+
+    void theOnlyDeviceIsDecidedFor_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<bool>("chosen");
+        QTest::newRow("a receiver") << 1 << int(Receiver1K) << true;
+        QTest::newRow("on its cable") << 1 << int(CableKind) << false;
+        QTest::newRow("two") << 2 << int(Receiver1K) << false;
+        QTest::newRow("none") << 0 << int(Receiver1K) << false;
+    }
+    void theOnlyDeviceIsDecidedFor()
+    {
+        QFETCH(int, count);
+        QFETCH(int, kind);
+        build();
+        std::vector<FakeDevice> attached;
+        for (int i = 0; i < count; ++i)
+            attached.push_back(fixture::device("d" + std::to_string(i), uint8_t(6 + i), uint8_t(kind)));
+        plug(attached);
+        page->askOnlyDevice();
+        QTEST(PairingTarget.has_value(), "chosen");
+        QCOMPARE(int(OnDevicePage), 0);
     }
 
     void aSilentMouseAloneIsEntered()

@@ -6,6 +6,7 @@
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
 #include "presentation/Notices.h"
+#include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/UpDataParam.h"
 #include "presentation/Widgets.h"
@@ -152,6 +153,18 @@ private slots:
         shown(InportFail());
         ImportResult = 2;
         shown(InportFail());
+        shown(LeftButtonOnly());
+        shown(MakeMacro());
+        shown(SameMacro());
+        shown(GroupMaxThree());
+        shown(KeyNumberLimit());
+        shown(DeleteConfirm());
+        shown(LessThree());
+        shown(RePair());
+        shown(QuestionDialog(QuestionDialog::Mode::Create));
+        UpDateWarning warning;
+        warning.setText(language::text(language::Section::home, "WiredMode", 0));
+        shown(std::move(warning));
         shown(ExeIsRun());
         shown(UpDataParam());
     }

@@ -128,6 +128,41 @@ private slots:
         QCOMPARE(clicked.last()[0].toBool(), true);
     }
 
+    void progressWalksToItsTargets()
+    {
+        MyProgressBar bar;
+        bar.setRange(0, 10);
+        bar.setValue(0);
+        QList<int> seen;
+        connect(&bar, &QProgressBar::valueChanged, &bar, [&seen](int value) { seen << value; });
+        bar.addTarget(3);
+        bar.addTarget(400);
+        QTRY_VERIFY(!bar.isWalking());
+        QCOMPARE(seen, (QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
+        bar.addTarget(2);
+        QTRY_VERIFY(!bar.isWalking());
+        QCOMPARE(bar.value(), 10);
+    }
+
+    void typingDoesNothingToAShowOnlyField()
+    {
+        MyLineEdit field;
+        field.setText("A");
+        QTest::keyClicks(&field, "bc");
+        QTest::keyClick(&field, Qt::Key_Backspace);
+        QCOMPARE(field.text(), QString("A"));
+    }
+
+    void theHandComesAndGoesWithThePointer()
+    {
+        MyButton button;
+        QEvent enter(QEvent::Enter), leave(QEvent::Leave);
+        QCoreApplication::sendEvent(&button, &enter);
+        QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
+        QCoreApplication::sendEvent(&button, &leave);
+        QCOMPARE(button.cursor().shape(), Qt::ArrowCursor);
+    }
+
     void tileKnowsItsNumber()
     {
         mytoolButtonEnter tile;

@@ -5,6 +5,7 @@
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
 #include "binding/Buttoninterface.h"
+#include "catalogue/AttachedDevices.h"
 #include "catalogue/DialogChange.h"
 #include "device/Worker.h"
 #include "presentation/Notices.h"
@@ -173,6 +174,39 @@ private slots:
         QTest::keyClick(window.get(), Qt::Key_Return);
         QTest::keyClick(window.get(), Qt::Key_Enter);
         QCOMPARE(enter.count(), 2);
+    }
+
+    void spaceDecidesForTheOnlyDevice()
+    {
+        PairingTarget.reset();
+        MacroRecording = true;
+        QTest::keyClick(window.get(), Qt::Key_Space);
+        QVERIFY(!PairingTarget);
+        QSignalSpy enter(PostMsg::instance(), &PostMsg::SigEnterKey);
+        QTest::keyClick(window.get(), Qt::Key_Return);
+        QCOMPARE(enter.count(), 0);
+        MacroRecording = false;
+        QTest::keyClick(window.get(), Qt::Key_Space);
+        QVERIFY(PairingTarget && PairingTarget->DevicePath == "dev");
+    }
+
+    void theMouseMovesTheWindow()
+    {
+        window->move(40, 30);
+        const auto send = [this](QEvent::Type type, const QPoint &at, Qt::MouseButton button) {
+            QMouseEvent event(type, window->mapFromGlobal(at), at, button, button, Qt::NoModifier);
+            QCoreApplication::sendEvent(window.get(), &event);
+        };
+        const QPoint start = window->pos();
+        send(QEvent::MouseButtonPress, {100, 60}, Qt::RightButton);
+        send(QEvent::MouseMove, {150, 90}, Qt::RightButton);
+        QCOMPARE(window->pos(), start);
+        send(QEvent::MouseButtonPress, {100, 60}, Qt::LeftButton);
+        send(QEvent::MouseMove, {150, 90}, Qt::LeftButton);
+        QCOMPARE(window->pos(), start + QPoint(50, 30));
+        send(QEvent::MouseButtonRelease, {150, 90}, Qt::LeftButton);
+        send(QEvent::MouseMove, {250, 190}, Qt::LeftButton);
+        QCOMPARE(window->pos(), start + QPoint(50, 30));
     }
 
     void theNoticeFindsTheControlPutBack()

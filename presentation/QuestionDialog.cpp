@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/QuestionDialog.h"
+
+#include "catalogue/config/LanguageChoice.h"
+#include "catalogue/config/UserStore.h"
+#include "presentation/Notices.h"
+#include "presentation/ScreenFont.h"
+#include "presentation/StyleSheets.h"
+
+#include <QLineEdit>
+
+namespace
+{
+
+constexpr int NameBytes = 30;
+constexpr QRect TextPlace{24, 24, 312, 40};
+constexpr QRect FieldPlace{52, 76, 256, 36};
+
+} // namespace
+
+QString fittingMacroName(const QString &typed)
+{
+    QString name = typed;
+    if (name.endsWith(QLatin1Char(' ')))
+        name.remove(QLatin1Char(' '));
+    if (name.toLocal8Bit().size() <= NameBytes)
+        return name;
+    int length = qMin(name.size(), NameBytes + 1);
+    const auto splits = [&name](int at) { return at > 0 && name.at(at - 1).isHighSurrogate(); };
+    while (length > 0 && (name.left(length).toLocal8Bit().size() > NameBytes || splits(length)))
+        --length;
+    return name.left(length);
+}
+
+QuestionDialog::QuestionDialog(Mode asked) : NoticeDialog(notice::MacroName), mode(asked)
+{
+    // The field takes the place of the picture.
+    findChild<QWidget *>(QStringLiteral("label_2"))->hide();
+    content()->setGeometry(TextPlace);
+    lineEdit = new QLineEdit(content()->parentWidget());
+    lineEdit->setObjectName(QStringLiteral("lineEdit"));
+    lineEdit->setGeometry(FieldPlace);
+    lineEdit->setStyleSheet(style::lineEdit());
+    lineEdit->setFont(content()->font());
+    setTabOrder(lineEdit, findChild<QWidget *>(QStringLiteral("OK")));
+    lineEdit->setFocus();
+    connect(lineEdit, &QLineEdit::textEdited, this, &QuestionDialog::on_lineEdit_textEdited);
+    SlotAllLanguage(storedLanguage(UserStore::instance()));
+    lineEdit->setAccessibleName(accessibleName());
+}
+
+const char *QuestionDialog::textKey() const
+{
+    return mode == Mode::Create ? "DialogSelectMacroFirst" : "DialogInputMacroName";
+}
+
+void QuestionDialog::on_lineEdit_textEdited(const QString &arg1)
+{
+    const QString name = fittingMacroName(arg1);
+    if (name != arg1)
+        lineEdit->setText(name);
+}
+
+void QuestionDialog::WindowClosedLan()
+{
+    accepted.clear();
+    close();
+}
+
+void QuestionDialog::on_OK_clicked()
+{
+    accepted = lineEdit->text();
+    close();
+}

@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "tour/Gallery.h"
+
+#include "catalogue/AttachedDevices.h"
+#include "device/DeviceState.h"
+#include "emulator/Control.h"
+#include "presentation/Notices.h"
+#include "presentation/QuestionDialog.h"
+#include "presentation/UpDataParam.h"
+#include "tour/Windows.h"
+
+#include <QScreen>
+
+namespace
+{
+
+using Maker = std::function<std::unique_ptr<NoticeDialog>()>;
+
+template <typename Notice> Maker maker()
+{
+    return [] { return std::make_unique<Notice>(); };
+}
+
+std::unique_ptr<NoticeDialog> updateWarning()
+{
+    auto warning = std::make_unique<UpDateWarning>();
+    warning->setText(language::text(language::Section::home, "WiredMode", LanguageIndex));
+    return warning;
+}
+
+const std::pair<const char *, Maker> Notices[] = {
+    {"MouseOffLine", maker<MouseOffLine>()},
+    {"LeftButtonOnly", maker<LeftButtonOnly>()},
+    {"MakeMacro", maker<MakeMacro>()},
+    {"SameMacro", maker<SameMacro>()},
+    {"GroupMaxThree", maker<GroupMaxThree>()},
+    {"ContainReset", maker<ContainReset>()},
+    {"KeyNumberLimit", maker<KeyNumberLimit>()},
+    {"DeleteConfirm", maker<DeleteConfirm>()},
+    {"InportFail", maker<InportFail>()},
+    {"LessThree", maker<LessThree>()},
+    {"ExeIsRun", maker<ExeIsRun>()},
+    {"UpDateWarning", updateWarning},
+    {"RePair", maker<RePair>()},
+    {"UpDataParam", maker<UpDataParam>()},
+    {"QuestionDialog", [] { return std::make_unique<QuestionDialog>(QuestionDialog::Mode::Rename); }},
+};
+
+void order(const QString &line)
+{
+    emulator::sendOrder(qEnvironmentVariable("HIDUSB_BUS").toStdString(), line.toStdString());
+}
+
+} // namespace
+
+Gallery::Gallery(QWidget &shown, const QString &folder) : window(shown), screens(folder)
+{
+    QDir().mkpath(folder);
+}
+
+// A notice alone, or the window with what stands in front of it.
+void Gallery::save(const QString &name) const
+{
+    const NoticeDialog *notice = windows::shown<NoticeDialog>();
+    const bool alone = notice && !notice->isModal();
+    const QRect area = alone ? notice->frameGeometry() : window.frameGeometry();
+    QGuiApplication::primaryScreen()
+        ->grabWindow(0, area.x(), area.y(), area.width(), area.height())
+        .save(screens.filePath(name + QStringLiteral(".png")));
+}
+
+// What was painted has reached the screen, and the pointer's hover has settled.
+void Gallery::shoot(const char *name)
+{
+    const auto since = std::make_shared<QElapsedTimer>();
+    script.step(
+        name, [] { return true; }, [since] { since->start(); });
+    script.step(
+        name, [since] { return since->isValid() && since->elapsed() > 400; },
+        [this, name] { save(QLatin1String(name)); });
+}
+
+void Gallery::plug(const char *devices)
+{
+    const QStringList wanted = QString::fromLatin1(devices).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString &device : qAsConst(plugged))
+        if (!wanted.contains(device))
+            order(QStringLiteral("unplug ") + device);
+    for (const QString &device : wanted)
+        if (!plugged.contains(device))
+            order(QStringLiteral("plug ") + device);
+    plugged = wanted;
+}
+
+void Gallery::shootScene(const Scene &scene)
+{
+    const auto count =
+        std::size_t(QString::fromLatin1(scene.devices).split(QLatin1Char(' '), Qt::SkipEmptyParts).size());
+    script.step(
+        scene.name, [] { return true; }, [this, scene] { plug(scene.devices); });
+    script.step(scene.name, [count] {
+        return AttachedDevices.size() == count && (count == 0) == !windows::visible(QStringLiteral("btn0"));
+    });
+    shoot(scene.name);
+}
+
+void Gallery::shootDevicePage()
+{
+    script.step(
+        "device page", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; },
+        [] { windows::click(QStringLiteral("btn0")); });
+    script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
+    script.step(
+        "sensor page", [] { return true; }, [] { windows::click(QStringLiteral("SensorButton")); });
+    shoot("device");
+    script.step(
+        "back", [] { return true; }, [] { windows::click(QStringLiteral("UpArrow")); });
+    script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
+}
+
+void Gallery::shootNotices()
+{
+    for (const auto &row : Notices) {
+        const auto notice = std::make_shared<std::unique_ptr<NoticeDialog>>();
+        script.step(
+            row.first, [] { return true; },
+            [this, notice, &row] {
+                *notice = row.second();
+                (*notice)->placeOver(&window);
+                (*notice)->show();
+            });
+        shoot(row.first);
+        script.step(
+            row.first, [] { return true; }, [notice] { notice->reset(); });
+    }
+}
+
+QString Gallery::run()
+{
+    for (const Scene &scene : {Scene{"selection-0", ""},
+                               {"selection-1", "r1"},
+                               {"selection-2", "r1 r2"},
+                               {"selection-3", "r1 r2 r3"},
+                               {"selection-4", "r1 r2 r3 r4"},
+                               {"selection-7", "r1 r2 r3 r4 r5 r6 r7"},
+                               {"selection-unknown", "rstrange"},
+                               {"selection-offline", "wired roff"},
+                               {"selection-again", "r1"}})
+        shootScene(scene);
+    shootDevicePage();
+    shootNotices();
+    script.step(
+        "two alike", [] { return true; }, [this] { plug("r1 rtwin"); });
+    script.step("duplicate", [] { return windows::shown<QuestiondialogB>() != nullptr; });
+    shoot("duplicate");
+    script.step(
+        "end of the notice", [] { return true; },
+        [] { windows::shown<QuestiondialogB>()->on_CloseButton_clicked(); });
+    return script.run();
+}

@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Gallery: saves a picture of every state of the selection page, of the device page and of each notice,
+// each under a name of its own. It wants the bus of an emulator with gallery.scenario. Main thread.
+#pragma once
+
+#include "tour/Script.h"
+
+#include <QDir>
+
+class NoticeDialog;
+
+class Gallery
+{
+public:
+    Gallery(QWidget &window, const QString &folder);
+
+    // The empty text, or the step that did not come.
+    QString run();
+
+private:
+    struct Scene {
+        const char *name;
+        const char *devices; // to be plugged, with a blank between
+    };
+
+    void plug(const char *devices);
+    void shootScene(const Scene &scene);
+    void shootDevicePage();
+    void shootNotices();
+    void shoot(const char *name);
+    void save(const QString &name) const;
+
+    QWidget &window;
+    const QDir screens;
+    QStringList plugged;
+    Script script;
+};
