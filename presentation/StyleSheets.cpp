@@ -75,7 +75,7 @@ constexpr char BatteryBar[] = "#progressBar{border: none;background-color: trans
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
-                            "border-radius: 6px;padding: 0px 8px;}QLineEdit:focus{border-color: rgb(%4);}";
+                            "border-radius: 6px;padding: 0px 8px;}";
 
 } // namespace
 
@@ -168,8 +168,7 @@ QString hairline(const QString &color, int opacity)
 QString lineEdit()
 {
     return compose(LineEdit, {},
-                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond"),
-                    color("SliderColor")});
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
 }
 
 } // namespace style

@@ -174,6 +174,9 @@ int main(int argc, char *argv[])
     }
     DialogMain window;
     scaleFontsToScreen(&window);
+    // A place of its own keeps the pictures alike; the pointer in the corner hovers over nothing.
+    window.move(100, 80);
+    QCursor::setPos(0, 0);
     window.show();
     const QString folder = arguments[option + 1];
     const QString failed = gallery ? Gallery(window, folder).run() : Tour(window, folder).run();

@@ -6,6 +6,7 @@
 #include "catalogue/config/DeviceCatalogue.h"
 #include "presentation/language/LanguageTables.h"
 
+#include <QDirIterator>
 #include <QtTest>
 #include <cmath>
 
@@ -234,6 +235,44 @@ private slots:
             QVERIFY2(!text(required.section, key, 0).isEmpty(), qPrintable(key));
     }
 
+    // The look-ups as they stand in the sources, by section and key.
+    void hasWhatTheSourcesAskFor()
+    {
+        const QHash<QString, QString> shorts = {{"homeText\\(", "home"}};
+        int asked = 0;
+        const auto check = [&asked](const QString &section, const QString &key) {
+            for (std::size_t i = 0; i < Sections.size(); ++i)
+                if (section == Sections[i].name) {
+                    QVERIFY2(!text(Section(i), key, 0).isEmpty(), qPrintable(section + ' ' + key));
+                    ++asked;
+                }
+        };
+        const QString sources = programSources();
+        const QRegularExpression direct("Section::(\\w+),\\s*\"(\\w+)\"");
+        for (auto found = direct.globalMatch(sources); found.hasNext();) {
+            const auto match = found.next();
+            check(match.captured(1), match.captured(2));
+        }
+        for (auto row = shorts.begin(); row != shorts.end(); ++row)
+            for (auto found = QRegularExpression(row.key() + "\"(\\w+)\"").globalMatch(sources);
+                 found.hasNext();)
+                check(row.value(), found.next().captured(1));
+        QVERIFY(asked >= 20); // the scan still finds the look-ups
+    }
+
+    // Each text is asked for by the sources or stands in the list of what the pages need.
+    void hasNoTextThatNobodyAsksFor()
+    {
+        const QString sources = programSources();
+        const LanguageFile file = readLanguageFile(applicationFolder() + "/Language/en.json");
+        QStringList idle;
+        for (const RequiredTexts &required : MouseTexts)
+            for (const QString &key : file.section(Word::Mouse, required.section).keys())
+                if (!QString(required.keys).split(' ').contains(key) && !sources.contains('"' + key + '"'))
+                    idle << Sections[std::size_t(required.section)].name + (' ' + key);
+        QCOMPARE(idle, QStringList());
+    }
+
     void hasEveryChoice_data()
     {
         QTest::addColumn<int>("row");
@@ -276,6 +315,18 @@ private slots:
     }
 
 private:
+    static QString programSources()
+    {
+        QString all;
+        for (const char *module : {"app", "binding", "catalogue", "device", "lighting", "macro",
+                                   "presentation", "sensor", "service"}) {
+            QDirIterator files(QStringLiteral(SOURCE_FOLDER "/") + module, {"*.cpp", "*.h"}, QDir::Files,
+                               QDirIterator::Subdirectories);
+            while (files.hasNext())
+                all += QString::fromUtf8(readFile(files.next(), 1024 * 1024).value_or(QByteArray()));
+        }
+        return all;
+    }
     static QByteArray sensorHeader()
     {
         return readFile(applicationFolder() + "/driver_sensor.h", 1024 * 1024).value_or(QByteArray());
