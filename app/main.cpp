@@ -7,6 +7,7 @@
 #include "presentation/ScreenFont.h"
 
 #include <QApplication>
+#include <QScreen>
 
 int main(int argc, char *argv[])
 {
@@ -21,6 +22,8 @@ int main(int argc, char *argv[])
     }
     DialogMain window;
     scaleFontsToScreen(&window);
+    // Some window managers place a frameless window without telling, and notices would miss its middle.
+    window.move(QGuiApplication::primaryScreen()->availableGeometry().center() - window.rect().center());
     window.show();
     return QApplication::exec();
 }
