@@ -48,7 +48,7 @@ void FlashModel::emitRow(int row) { emit dataChanged(index(row, 0), index(row, B
 void FlashModel::fade()
 {
     for (int row = 0; row < rowCount(); ++row) {
-        const auto first = changed_.begin() + row * BytesPerRow;
+        const auto first = changed_.begin() + std::ptrdiff_t(row) * BytesPerRow;
         const auto last = first + qMin(BytesPerRow, image_.size() - row * BytesPerRow);
         if (std::find(first, last, true) == last)
             continue;
