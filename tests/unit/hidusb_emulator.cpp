@@ -65,32 +65,29 @@ protected:
         UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
         UsbServer_SetPCDriverStatus(1);
     }
-    // One load from the start: true when the image came, which is then in `record`. The question behind the
-    // read tells that it is over; two kinds take turns, since the answer of the load before may still come.
+    // One load from the start: true when the image came, which is then in `record`. The answer to the
+    // question behind the read tells that it is over, and is waited for so that it is not the next one's.
     bool load(const std::string &path)
     {
         connect(path);
         messages.clear();
-        const uint8_t last = ++loads % 2 == 0 ? 18 : 14;
         UsbServer_ReadAllFlashData();
-        last == 18 ? UsbServer_ReadVersion() : UsbServer_ReadConfig();
+        UsbServer_ReadVersion(); // comes or not, as the read before it
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
-        while (std::chrono::steady_clock::now() < end) {
-            bool over = false;
-            for (const Message &message : messages.all()) {
-                over = over || message.code() == last;
-                if (message.payload.size() != FlashSize)
-                    continue;
-                ProtocolDataParser(message.payload.data(), record.get());
-                return true;
-            }
-            if (over)
-                return false;
+        bool over = false;
+        while (!over && std::chrono::steady_clock::now() < end) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            for (const Message &message : messages.all())
+                over = over || message.code() == 18;
+        }
+        for (const Message &message : messages.all()) {
+            if (message.payload.size() != FlashSize)
+                continue;
+            ProtocolDataParser(message.payload.data(), record.get());
+            return true;
         }
         return false;
     }
-    int loads = 0;
     bool flashHolds(const char *mouse) const
     {
         const auto image = const_cast<emulator::Emulator &>(emulator).flash(mouse);
