@@ -6,6 +6,8 @@
 #pragma once
 
 #include "app/DialogMain.h"
+#include "app/StartUp.h"
+#include "app/environment/DataRoot.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/Worker.h"
@@ -17,6 +19,8 @@
 #include "tour/Windows.h"
 
 #include <QLabel>
+#include <QTemporaryDir>
+#include <QtTest>
 
 inline const char Family[] =
     "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
@@ -103,4 +107,19 @@ inline bool quietState()
 {
     return !SettingsBusy && Worker::instance()->checkTimer().isActive() && !ClearBlocksAfterRead &&
            !SkipReceiverQuery && !AwaitingMouse && !RestartWorker;
+}
+
+// main() of a test that drives the program: a bus, a home and the product's own data.
+template <typename Test> int runProgramTest(int argc, char **argv)
+{
+    EmulatedBus::folder(); // before the layer's first call
+    QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    setApplicationFolder(QStringLiteral(PRODUCT_DIR));
+    prepareStart();
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    prepareApplication();
+    Test test;
+    return QTest::qExec(&test, argc, argv);
 }

@@ -3,7 +3,6 @@
 //
 // A mouse that is lost at one stage after the other of its life with the real windows: what comes up, what
 // does not, and that it is read right when it is back.
-#include "app/StartUp.h"
 #include "app/environment/DataRoot.h"
 #include "app/hub/PostMsg.h"
 #include "tests/e2e/Program.h"
@@ -146,17 +145,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    EmulatedBus::folder(); // before the layer's first call
-    QTemporaryDir home;
-    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-    setApplicationFolder(QStringLiteral(PRODUCT_DIR));
-    prepareStart();
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    prepareApplication();
-    tst_losses test;
-    return QTest::qExec(&test, argc, argv);
-}
+int main(int argc, char **argv) { return runProgramTest<tst_losses>(argc, argv); }
 #include "tst_losses.moc"

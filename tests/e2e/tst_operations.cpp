@@ -3,7 +3,6 @@
 //
 // What the real windows do to a whole emulated mouse: factory reset, import of an image file, the kept
 // image; and what the user is told when the mouse is lost meanwhile.
-#include "app/StartUp.h"
 #include "app/environment/DataRoot.h"
 #include "device/ImageCache.h"
 #include "device/ImageFile.h"
@@ -362,17 +361,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    EmulatedBus::folder(); // before the layer's first call
-    QTemporaryDir home;
-    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-    setApplicationFolder(QStringLiteral(PRODUCT_DIR));
-    prepareStart();
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    prepareApplication();
-    tst_operations test;
-    return QTest::qExec(&test, argc, argv);
-}
+int main(int argc, char **argv) { return runProgramTest<tst_operations>(argc, argv); }
 #include "tst_operations.moc"

@@ -3,7 +3,6 @@
 //
 // The real windows, worker and layer against emulated mice, with the product's own data: both roads from
 // click to flash and back.
-#include "app/StartUp.h"
 #include "app/environment/DataRoot.h"
 #include "device/ImageCache.h"
 #include "presentation/Notices.h"
@@ -247,16 +246,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    EmulatedBus::folder(); // before the layer's first call
-    QTemporaryDir home;
-    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-    setApplicationFolder(QStringLiteral(PRODUCT_DIR));
-    prepareStart();
-    QApplication application(argc, argv);
-    prepareApplication();
-    tst_program test;
-    return QTest::qExec(&test, argc, argv);
-}
+int main(int argc, char **argv) { return runProgramTest<tst_program>(argc, argv); }
 #include "tst_program.moc"
