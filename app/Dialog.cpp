@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Dialog.h"
 
+#include "app/WindowFlags.h"
 #include "app/environment/CrashFile.h"
 #include "app/hub/PostMsg.h"
 #include "binding/Buttoninterface.h"
@@ -25,10 +26,6 @@
 
 namespace
 {
-
-constexpr Qt::WindowFlags PageFlags =
-    Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint;
-static_assert(int(PageFlags) == 0x6800);
 
 constexpr QPoint WaitOffset{0, -20};
 constexpr int LetGoMs = 100;
@@ -63,7 +60,7 @@ Dialog::Dialog(QWidget *parent)
     ui->label->hide();
     ui->SetButton->hide();
     ui->label_3->hide();
-    setWindowFlags(PageFlags);
+    setWindowFlags(FramelessFlags);
     setFixedSize(size());
     ui->progressBar->setStyleSheet(style::batteryBar(FullColor));
     installCrashFilter();

@@ -3,6 +3,7 @@
 #include "app/DialogMain.h"
 
 #include "app/Dialog.h"
+#include "app/WindowFlags.h"
 #include "app/environment/DataRoot.h"
 #include "app/hub/PostMsg.h"
 #include "catalogue/DialogChange.h"
@@ -30,10 +31,6 @@
 namespace
 {
 
-constexpr Qt::WindowFlags MainFlags =
-    Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint;
-static_assert(int(MainFlags) == 0x6800);
-
 constexpr QPoint NoticeOffset{0, -20};
 constexpr int LetGoMs = 100;
 constexpr int ClosingMs = 200;
@@ -51,7 +48,7 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     ui->stackedWidget->addWidget(dialogChange);
     ui->stackedWidget->addWidget(dialog);
     ui->stackedWidget->setCurrentWidget(dialogChange);
-    setWindowFlags(MainFlags);
+    setWindowFlags(FramelessFlags);
     setFixedSize(size());
     roundCorners(this);
     setWindowTitle(applicationName());

@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The window and the device page have one shape: no frame, a system menu and a minimise button.
+#pragma once
+
+#include <QtCore/qnamespace.h>
+
+constexpr Qt::WindowFlags FramelessFlags =
+    Qt::FramelessWindowHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint;
+static_assert(int(FramelessFlags) == 0x6800);
