@@ -98,6 +98,8 @@ constexpr char Slider[] =
     "QSlider::handle:horizontal:pressed{border-width: 6px;width: 6px;height: 6px;background-color: rgb(%4);}"
     "QSlider::sub-page:horizontal:disabled{background-color: rgb(%2);}"
     "QSlider::handle:horizontal:disabled{border: 3px solid rgb(%2);background-color: rgb(%3);}";
+constexpr char Groove[] = "66,76,83";
+constexpr char Raised[] = "57,67,74";
 constexpr char Readout[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                            "border-radius: 6px;font-weight: bold;}";
 
@@ -214,17 +216,16 @@ QString tiledPicture(const QString &folder, const QString &name)
     return compose(TiledPicture, folder, {name});
 }
 
-QString slider(const QString &color)
+QString slider(const QString &filled)
 {
-    return compose(
-        Slider, {},
-        {color, QStringLiteral("86,98,106"), QStringLiteral("33,39,42"), QStringLiteral("57,67,74")});
+    return compose(Slider, {},
+                   {filled, QLatin1String(Groove), color("ComboxBackGroundColor"), QLatin1String(Raised)});
 }
 
 QString readout()
 {
     return compose(Readout, {},
-                   {color("LinEditColor"), color("ComboxBackGroundColor"), QStringLiteral("86,98,106")});
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), QLatin1String(Groove)});
 }
 
 } // namespace style

@@ -55,8 +55,8 @@ QString stageButton(const QString &folder, const QString &color, bool selected);
 QString colorBar(const QString &folder, const QString &fill, bool selected);
 // A label with a picture that repeats to the right.
 QString tiledPicture(const QString &folder, const QString &name);
-// A horizontal slider; `color` marks the part to the left of its handle.
-QString slider(const QString &color);
+// A horizontal slider; `filled` colours the part to the left of its handle.
+QString slider(const QString &filled);
 // A number that is only shown.
 QString readout();
 
