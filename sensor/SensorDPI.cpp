@@ -188,6 +188,7 @@ void SensorDPI::takeStage(int stage)
             row->selectButton(other, false);
     row->bar(stage)->setChecked(true);
     LastStage = stage;
+    row->stopTabAt(stage);
     ui->label_8->move(StagePoint[std::size_t(stage)]);
     emit PostMsg::instance()->SigAddSensor(row->number(stage));
 }
@@ -205,6 +206,7 @@ void SensorDPI::showStage(int stage)
     row->button(stage)->setChecked(true);
     row->bar(stage)->setChecked(true);
     row->selectOnly(stage);
+    row->stopTabAt(stage);
     ui->label_8->move(StagePoint[std::size_t(stage)]);
 }
 

@@ -128,6 +128,15 @@ void StageRow::show(int lastStage)
     }
 }
 
+void StageRow::stopTabAt(int stage)
+{
+    for (int i = 0; i < DpiStageLimit; ++i) {
+        const Qt::FocusPolicy policy = i == stage ? Qt::StrongFocus : Qt::ClickFocus;
+        button(i)->setFocusPolicy(policy);
+        bar(i)->setFocusPolicy(policy);
+    }
+}
+
 int StageRow::checkedButton() const { return checkedOf(buttons); }
 
 int StageRow::checkedBar() const { return checkedOf(bars); }

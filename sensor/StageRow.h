@@ -40,6 +40,8 @@ public:
     // The looks of the whole row; -1: all plain.
     void selectOnly(int stage);
     void show(int lastStage);
+    // The Tab key comes to this stage alone; the arrow keys go on from there.
+    void stopTabAt(int stage);
 
     QAbstractButton *button(int stage) const { return buttons[std::size_t(stage)]; }
     QAbstractButton *bar(int stage) const { return bars[std::size_t(stage)]; }
