@@ -56,9 +56,6 @@ SensorDPI::SensorDPI(QWidget *parent) : StageSlots(parent), ui(std::make_unique<
                           ui->GreenButtonA, ui->PurpleButtonA, ui->LightBlueButtonA, ui->LightYellowButtonA});
     MarkerArea = ui->markerTrack->geometry();
     makeGroups();
-    ColorPicker = new QColorDialog(this);
-    ColorPicker->setOption(QColorDialog::DontUseNativeDialog);
-    connect(ColorPicker, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
     onFirstShow(this, [this] { dress(); });
 }
 
@@ -224,8 +221,18 @@ void SensorDPI::barToggled(int stage, bool checked)
     ui->horizontalSliderC->setValue(dpi);
 }
 
+// Made when first asked for: it costs more than the whole panel.
+void SensorDPI::makePicker()
+{
+    ColorPicker = new QColorDialog(this);
+    ColorPicker->setOption(QColorDialog::DontUseNativeDialog);
+    connect(ColorPicker, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
+}
+
 void SensorDPI::barClicked(int stage)
 {
+    if (!ColorPicker)
+        makePicker();
     ColorPicker->setCurrentColor(colorOf(row->color(stage)));
     ColorPicker->open();
 }

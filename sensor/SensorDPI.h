@@ -80,6 +80,7 @@ protected:
 private:
     void dress();
     void makeGroups();
+    void makePicker();
     void showStage(int stage);
     void takeStage(int stage);
     bool exchangeWith(int index);
@@ -100,6 +101,6 @@ private:
     bool Dragging = false;
     QPoint DragOffset;
     bool ArmWrite = false; // false: the slider's next change comes from a selection and is no edit
-    QColorDialog *ColorPicker = nullptr;
+    QColorDialog *ColorPicker = nullptr; // a child, from its first use on
     QRect MarkerArea;
 };

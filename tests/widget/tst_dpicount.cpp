@@ -5,6 +5,7 @@
 #include "sensor/DpiSteps.h"
 #include "tests/widget/DpiFixture.h"
 
+#include <QAbstractItemView>
 #include <QRandomGenerator>
 
 class tst_DpiCount : public QObject
@@ -121,6 +122,17 @@ private slots:
         QCOMPARE(editor.panel.currentStage(), 2);
         QVERIFY(editor.button(3)->isHidden());
         QVERIFY(editor.nothingWritten());
+    }
+
+    void theListShowsFiveRows()
+    {
+        DpiEditor editor(FastModel, 0);
+        editor.choice()->showPopup();
+        const QAbstractItemView *list = editor.choice()->view();
+        const int row = list->visualRect(list->model()->index(0, 0)).height();
+        QVERIFY(row > 0);
+        QCOMPARE(list->viewport()->height() / row, 5);
+        editor.choice()->hidePopup();
     }
 
     void onlyShownStagesAreThere()

@@ -163,7 +163,9 @@ private slots:
         wanted.DpiStages[stage].Red = 1;
         wanted.DpiStages[stage].Green = 0;
         wanted.DpiStages[stage].Blue = 254;
-        emit editor.picker()->colorSelected(QColor(1, 0, 254));
+        QTest::mouseClick(editor.bar(stage), Qt::LeftButton);
+        editor.picker()->setCurrentColor(QColor(1, 0, 254));
+        editor.picker()->accept();
         const FlashDataMap record = DeviceRecord::copy();
         QVERIFY(!memcmp(&record, &wanted, sizeof record));
         QVERIFY(editor.bar(stage)->styleSheet().contains("background-color: rgb(1,0,254;)"));
@@ -201,6 +203,9 @@ private slots:
     void thePickerWearsTheSkin()
     {
         DpiEditor editor(FastModel);
+        editor.clickBar(0);
+        editor.clickBar(1);
+        QCOMPARE(editor.panel.findChildren<QColorDialog *>().size(), 1);
         QCOMPARE(editor.picker()->parent(), &editor.panel);
         QVERIFY(editor.picker()->testOption(QColorDialog::DontUseNativeDialog));
         QCOMPARE(editor.picker()->palette().window(), QApplication::palette().window());
@@ -265,7 +270,7 @@ private slots:
         QTest::keyClick(editor.bar(4), Qt::Key_Right); // the last one that shows
         QTest::keyClick(editor.bar(4), Qt::Key_Left);
         QCOMPARE(int(DeviceRecord::copy().CurrentDpiStage), 3);
-        QVERIFY(!editor.picker()->isVisible());
+        QVERIFY(!editor.picker());
         QTest::keyClick(editor.bar(3), Qt::Key_Space);
         QVERIFY(editor.picker()->isVisible());
         editor.picker()->reject();
