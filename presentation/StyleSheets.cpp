@@ -76,6 +76,30 @@ constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                             "border-radius: 6px;padding: 0px 8px;}";
+constexpr char StageButton[] =
+    "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
+    "background-image: url(%P%1.png);color: rgb(%2;);}";
+constexpr char StageButtonStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}"
+                                     "QToolButton:pressed{background-image: url(%P%1Click.png);}";
+constexpr char StageButtonChosen[] = "QToolButton{font-weight: bold;}";
+constexpr char ColorBar[] =
+    "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
+    "background-image: url(%P%1.png);background-color: rgb(%2;);}";
+constexpr char ColorBarStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}";
+constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;background-repeat:repeat-x;"
+                                "background-image: url(%P%1);}";
+constexpr char Slider[] =
+    "QSlider{background: transparent;}"
+    "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background-color: rgb(%2);}"
+    "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background-color: rgb(%1);}"
+    "QSlider::handle:horizontal{width: 12px;height: 12px;margin: -7px 0px;border-radius: 9px;"
+    "border: 3px solid rgb(%1);background-color: rgb(%3);}"
+    "QSlider::handle:horizontal:hover{border-width: 4px;width: 10px;height: 10px;background-color: rgb(%4);}"
+    "QSlider::handle:horizontal:pressed{border-width: 6px;width: 6px;height: 6px;background-color: rgb(%4);}"
+    "QSlider::sub-page:horizontal:disabled{background-color: rgb(%2);}"
+    "QSlider::handle:horizontal:disabled{border: 3px solid rgb(%2);background-color: rgb(%3);}";
+constexpr char Readout[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+                           "border-radius: 6px;font-weight: bold;}";
 
 } // namespace
 
@@ -169,6 +193,38 @@ QString lineEdit()
 {
     return compose(LineEdit, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
+}
+
+QString stageButton(const QString &folder, const QString &color, bool selected)
+{
+    return selected ? compose(StageButton, folder, {QStringLiteral("MaxA"), color}) +
+                          QLatin1String(StageButtonChosen)
+                    : compose(StageButton, folder, {QStringLiteral("MinA"), color}) +
+                          compose(StageButtonStates, folder, {QStringLiteral("MinA")});
+}
+
+QString colorBar(const QString &folder, const QString &fill, bool selected)
+{
+    const QString stem = selected ? QStringLiteral("MaxB") : QStringLiteral("MinB");
+    return compose(ColorBar, folder, {stem, fill}) + compose(ColorBarStates, folder, {stem});
+}
+
+QString tiledPicture(const QString &folder, const QString &name)
+{
+    return compose(TiledPicture, folder, {name});
+}
+
+QString slider(const QString &color)
+{
+    return compose(
+        Slider, {},
+        {color, QStringLiteral("86,98,106"), QStringLiteral("33,39,42"), QStringLiteral("57,67,74")});
+}
+
+QString readout()
+{
+    return compose(Readout, {},
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), QStringLiteral("86,98,106")});
 }
 
 } // namespace style

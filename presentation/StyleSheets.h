@@ -50,4 +50,14 @@ QString hairline(const QString &color, int opacity);
 // A field to type in.
 QString lineEdit();
 
+// A DPI stage, and the bar in its colour `fill` below it; the selected ones have pictures of their own.
+QString stageButton(const QString &folder, const QString &color, bool selected);
+QString colorBar(const QString &folder, const QString &fill, bool selected);
+// A label with a picture that repeats to the right.
+QString tiledPicture(const QString &folder, const QString &name);
+// A horizontal slider; `color` marks the part to the left of its handle.
+QString slider(const QString &color);
+// A number that is only shown.
+QString readout();
+
 } // namespace style

@@ -81,7 +81,7 @@ private:
     void dress();
     void makeGroups();
     void showStage(int stage);
-    bool takeStage(int stage);
+    void takeStage(int stage);
     bool exchangeWith(int index);
     int rest(int dpi);
     void returnSlider();
