@@ -14,6 +14,7 @@
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 #include "sensor/PerformanceTimes.h"
+#include "sensor/Tip.h"
 #include "ui_Sensor.h"
 
 #include <QButtonGroup>
@@ -25,9 +26,12 @@
 namespace
 {
 
-constexpr int Corded = 2; // the mode of a fast link: shown, never chosen
+constexpr int TipGap = 8; // pixels between a caption and its tip
 
-QString sensorText(const char *key, int index) { return language::text(language::Section::sensor, key, index); }
+QString sensorText(const char *key, int index)
+{
+    return language::text(language::Section::sensor, key, index);
+}
 
 bool isFastReceiver(uint16_t deviceKind) { return connectionKind(deviceKind) > 1; }
 
@@ -69,11 +73,13 @@ void Sensor::dress()
     for (QLabel *label : {ui->label_10, ui->label_11})
         label->setStyleSheet(style::label(labelColor));
     ui->TitleButton_4->setStyleSheet(style::tile(PicturePath, QStringLiteral("Tips.png")));
+    dressTip(ui->performanceTip);
     ui->Performance->setStyleSheet(style::checkBox(PicturePath, labelColor));
     const bool corded = !modeView()->isRowHidden(Corded);
     dressComboBox(ui->ModelChoose, PicturePath);
     showCorded(corded); // in the list that it has now
     dressComboBox(ui->PerformanceOpen, PicturePath);
+    placeTips(); // the fonts are final only now
 }
 
 void Sensor::listen()
@@ -155,16 +161,24 @@ void Sensor::on_pushButton_2_clicked() { ui->sensorLOD->RemoveSmallLod(); }
 
 bool Sensor::modeSelectable() const { return capabilities.SensorModeSupport.contains(SensorName); }
 
-void Sensor::freeMode(int index) { showMode(index, true); }
+void Sensor::freeMode(int index)
+{
+    ui->ModelChoose->setEnabled(true);
+    showCorded(false);
+    setMode(index);
+}
 
-void Sensor::lockMode() { showMode(Corded, false); }
+void Sensor::lockMode()
+{
+    showCorded(true);
+    setMode(Corded);
+    ui->ModelChoose->setEnabled(false);
+}
 
 // Quietly: what the device has decided is not written back to it.
-void Sensor::showMode(int index, bool free)
+void Sensor::setMode(int index)
 {
     const QSignalBlocker quiet(ui->ModelChoose);
-    ui->ModelChoose->setEnabled(free);
-    showCorded(!free);
     ui->ModelChoose->setCurrentIndex(index);
     ModeIndex = index;
 }
@@ -240,4 +254,25 @@ void Sensor::SlotAllLanguage(int index)
         if (!time.isEmpty())
             ui->PerformanceOpen->setItemText(i, time);
     }
+    ui->sensorLOD->SlotAllLanguage(index);
+    for (SwitchPanel *panel :
+         std::initializer_list<SwitchPanel *>{ui->rippeControl, ui->straightLine, ui->motionSync})
+        panel->SlotAllLanguage(index);
+    setTips(index);
+    placeTips();
+}
+
+void Sensor::setTips(int index)
+{
+    setTip(ui->TitleButton_4, ui->ModelChoose, sensorText("SensorModeTips", index));
+    setTip(ui->performanceTip, ui->Performance, sensorText("PerformanceTips", index));
+}
+
+// Behind the captions, whatever their length.
+void Sensor::placeTips()
+{
+    const int mode = ui->label_11->x() + ui->label_11->sizeHint().width();
+    ui->TitleButton_4->move(mode + TipGap, ui->TitleButton_4->y());
+    const int performance = ui->Performance->x() + ui->Performance->sizeHint().width();
+    ui->performanceTip->move(performance + TipGap, ui->performanceTip->y());
 }

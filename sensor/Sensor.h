@@ -6,18 +6,24 @@
 // records from a read are reached with the emitting thread waiting.
 #pragma once
 
+#include "catalogue/sensor/SensorDefines.h"
 #include "device/record/DeviceAllInfo.h"
 
 #include <QWidget>
+#include <array>
 #include <memory>
 
 class QButtonGroup;
-class QLabel;
+class QListView;
 
 namespace Ui
 {
 class Sensor;
 }
+
+// The rows of ModelChoose.
+constexpr int LowPower = 0;
+constexpr int Corded = 2; // the mode of a fast link: shown, never chosen
 
 class Sensor : public QWidget
 {
@@ -52,20 +58,29 @@ public slots:
 private:
     void listen();
     void dress();
+    void setTips(int index);
+    void placeTips();
 
     void paint(const FlashDataMap &map);
+    void silenceStages(bool silent);
     void paintRate(uint8_t code, bool wired);
+    void offerSmallLod(bool offered);
     void paintMode(const FlashDataMap &map, const DeviceAllInfo &info);
     void paintPerformance(const FlashDataMap &map);
     void paintStageColors(const FlashDataMap &map, int stages);
     void paintStageValues(const FlashDataMap &map, int stages);
+    void showDpi(int shown, int announced);
+    std::array<QWidget *, 11> settings() const;
     void showSettings(bool shown);
     void gateByCapability();
+    void resetStages();
+    void resetByKind(const DeviceAllInfo &info);
 
     bool modeSelectable() const;
+    QListView *modeView() const;
     void freeMode(int index);
     void lockMode();
-    void showMode(int index, bool free);
+    void setMode(int index);
     void showCorded(bool shown);
 
     std::unique_ptr<Ui::Sensor> ui;
@@ -73,6 +88,7 @@ private:
     QButtonGroup *groupB;
     const QString SavePath;
     const QString PicturePath;
+    SensorCapabilities capabilities;
     int ModeIndex = 0;        // last accepted one of ModelChoose
     int PerformanceIndex = 0; // of PerformanceOpen: the last one painted, not the last one written
 };

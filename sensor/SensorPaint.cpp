@@ -12,7 +12,7 @@
 #include "sensor/Sensor.h"
 #include "ui_Sensor.h"
 
-#include <QSignalBlocker>
+#include <algorithm>
 
 namespace
 {
@@ -38,10 +38,7 @@ bool fixesMode(uint8_t code)
     return index >= 0 && RateRows[std::size_t(index)].hidesModel;
 }
 
-QString colorText(const DpiStage &stage)
-{
-    return QColor(stage.Red, stage.Green, stage.Blue).name();
-}
+QString colorText(const DpiStage &stage) { return QColor(stage.Red, stage.Green, stage.Blue).name(); }
 
 // No record holds more, whatever the catalogue claims.
 int stagesOf(const DeviceAllInfo &info)
@@ -170,7 +167,7 @@ void Sensor::showSettings(bool shown)
 // What a sensor can do counts for more than what its model wants to show.
 void Sensor::gateByCapability()
 {
-    ui->sensorLOD->SetUsable(capabilities.LodSupport.contains(SensorName));
+    ui->sensorLOD->setLodEnabled(capabilities.LodSupport.contains(SensorName));
     ui->rippeControl->setVisible(capabilities.RippleSupport.contains(SensorName));
     ui->straightLine->setVisible(capabilities.FixLineSupport.contains(SensorName));
     ui->motionSync->setVisible(capabilities.MotionSyncSupport.contains(SensorName));
@@ -179,10 +176,11 @@ void Sensor::gateByCapability()
         std::any_of(all.begin(), all.end(), [](const QWidget *widget) { return !widget->isHidden(); }));
 }
 
-std::array<QWidget *, 12> Sensor::settings() const
+std::array<QWidget *, 11> Sensor::settings() const
 {
-    return {ui->TitleButton_4, ui->label_10,        ui->label_11,     ui->ModelChoose,  ui->sensorLOD,
-            ui->Performance,   ui->PerformanceOpen, ui->rippeControl, ui->straightLine, ui->motionSync};
+    return {ui->TitleButton_4, ui->label_10,     ui->label_11,        ui->ModelChoose,
+            ui->sensorLOD,     ui->Performance,  ui->PerformanceOpen, ui->performanceTip,
+            ui->rippeControl,  ui->straightLine, ui->motionSync};
 }
 
 // ---- Without a device ---------------------------------------------------------------------------
@@ -196,7 +194,7 @@ void Sensor::SlotFormReset()
     resetByKind(SelectedDevice::info());
     ui->PerformanceOpen->setCurrentIndex(ResetTimeIndex);
     PerformanceIndex = ResetTimeFallback;
-    ui->sensorLOD->SetIndex(0);
+    ui->sensorLOD->SetLod(0);
     ui->Performance->setEnabled(true);
     ui->Performance->setChecked(false);
     emit PostMsg::instance()->Sig20KOpen(false);
@@ -217,7 +215,7 @@ void Sensor::resetStages()
         ui->sensorDPI->InsertChoice(i, QString::number(i + 1));
     ui->sensorDPI->ShowStages(ResetStages - 1);
     ui->sensorDPI->SetChoice(ResetStages - 1);
-    ui->sensorDPI->SetCurrentStage(ResetStage);
+    ui->sensorDPI->SelectStage(ResetStage);
 }
 
 void Sensor::resetByKind(const DeviceAllInfo &info)
@@ -225,9 +223,9 @@ void Sensor::resetByKind(const DeviceAllInfo &info)
     const int level = rateLevelOf(info.DeviceKind);
     if (level >= 0) {
         ui->sensorRate->SetRateVisibility(level);
-        showModeIndex(level == 0 ? LowPower : Corded);
+        setMode(level == 0 ? LowPower : Corded);
         ui->sensorRate->SetRate(Rate1000);
     }
     if (info.Usb)
-        showModeIndex(Corded);
+        setMode(Corded);
 }
