@@ -107,17 +107,7 @@ constexpr char ColorBar[] =
 constexpr char ColorBarStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}";
 constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;background-repeat:repeat-x;"
                                 "background-image: url(%P%1);}";
-constexpr char Slider[] =
-    "QSlider{background: transparent;}"
-    "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background-color: rgb(%2);}"
-    "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background-color: rgb(%1);}"
-    "QSlider::handle:horizontal{width: 12px;height: 12px;margin: -7px 0px;border-radius: 9px;"
-    "border: 3px solid rgb(%1);background-color: rgb(%3);}"
-    "QSlider::handle:horizontal:hover{border-width: 4px;width: 10px;height: 10px;background-color: rgb(%4);}"
-    "QSlider::handle:horizontal:pressed{border-width: 6px;width: 6px;height: 6px;background-color: rgb(%4);}"
-    "QSlider::sub-page:horizontal:disabled{background-color: rgb(%2);}"
-    "QSlider::handle:horizontal:disabled{border: 3px solid rgb(%2);background-color: rgb(%3);}";
-constexpr char Readout[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+constexpr char FramedReadout[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                            "border-radius: 6px;font-weight: bold;}";
 
 } // namespace
@@ -246,16 +236,9 @@ QString tiledPicture(const QString &folder, const QString &name)
     return compose(TiledPicture, folder, {name});
 }
 
-QString slider(const QString &color)
+QString framedReadout()
 {
-    return compose(
-        Slider, {},
-        {color, QStringLiteral("86,98,106"), QStringLiteral("33,39,42"), QStringLiteral("57,67,74")});
-}
-
-QString readout()
-{
-    return compose(Readout, {},
+    return compose(FramedReadout, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), QStringLiteral("86,98,106")});
 }
 

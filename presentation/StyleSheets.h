@@ -53,8 +53,9 @@ QString switchButton(const QString &folder);
 QString slider();
 // What stands in the place of such a slider that has nothing to set.
 QString emptySlider();
-// A number beside a slider.
+// A number beside a slider, and one in a frame of its own.
 QString readout();
+QString framedReadout();
 // A field to type in.
 QString lineEdit();
 
@@ -63,9 +64,5 @@ QString stageButton(const QString &folder, const QString &color, bool selected);
 QString colorBar(const QString &folder, const QString &fill, bool selected);
 // A label with a picture that repeats to the right.
 QString tiledPicture(const QString &folder, const QString &name);
-// A horizontal slider; `color` marks the part to the left of its handle.
-QString slider(const QString &color);
-// A number that is only shown.
-QString readout();
 
 } // namespace style
