@@ -107,8 +107,9 @@ constexpr char ColorBar[] =
 constexpr char ColorBarStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}";
 constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;background-repeat:repeat-x;"
                                 "background-image: url(%P%1);}";
-constexpr char FramedReadout[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
-                           "border-radius: 6px;font-weight: bold;}";
+constexpr char FramedReadout[] =
+    "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+    "border-radius: 6px;font-weight: bold;}";
 
 } // namespace
 
@@ -239,7 +240,7 @@ QString tiledPicture(const QString &folder, const QString &name)
 QString framedReadout()
 {
     return compose(FramedReadout, {},
-                   {color("LinEditColor"), color("ComboxBackGroundColor"), QStringLiteral("86,98,106")});
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), QStringLiteral("66,76,83")});
 }
 
 } // namespace style

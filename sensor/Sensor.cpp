@@ -70,6 +70,8 @@ void Sensor::dress()
     const QString labelColor = style::color("LabelColor");
     ui->frameSensor->setStyleSheet(style::dialogBackground(PicturePath, QStringLiteral("frameSensor")));
     ui->settingsCard->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Card.png")));
+    for (QLabel *mark : {ui->TitleButton, ui->TitleButton_2, ui->TitleButton_3})
+        mark->setStyleSheet(style::sectionTitle(PicturePath, mark->objectName()));
     for (QLabel *label : {ui->label_10, ui->label_11})
         label->setStyleSheet(style::label(labelColor));
     ui->TitleButton_4->setStyleSheet(style::tile(PicturePath, QStringLiteral("Tips.png")));

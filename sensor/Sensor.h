@@ -70,7 +70,7 @@ private:
     void paintStageColors(const FlashDataMap &map, int stages);
     void paintStageValues(const FlashDataMap &map, int stages);
     void showDpi(int shown, int announced);
-    std::array<QWidget *, 11> settings() const;
+    std::array<QWidget *, 12> settings() const;
     void showSettings(bool shown);
     void gateByCapability();
     void resetStages();

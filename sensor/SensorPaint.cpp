@@ -176,11 +176,11 @@ void Sensor::gateByCapability()
         std::any_of(all.begin(), all.end(), [](const QWidget *widget) { return !widget->isHidden(); }));
 }
 
-std::array<QWidget *, 11> Sensor::settings() const
+std::array<QWidget *, 12> Sensor::settings() const
 {
-    return {ui->TitleButton_4, ui->label_10,     ui->label_11,        ui->ModelChoose,
-            ui->sensorLOD,     ui->Performance,  ui->PerformanceOpen, ui->performanceTip,
-            ui->rippeControl,  ui->straightLine, ui->motionSync};
+    return {ui->TitleButton_3,   ui->label_10,     ui->TitleButton_4, ui->label_11,
+            ui->ModelChoose,     ui->sensorLOD,    ui->Performance,   ui->performanceTip,
+            ui->PerformanceOpen, ui->rippeControl, ui->straightLine,  ui->motionSync};
 }
 
 // ---- Without a device ---------------------------------------------------------------------------

@@ -114,6 +114,7 @@ void Gallery::shootSensorPage(const Scene &scene)
         scene.name,
         [plugName] { return AttachedDevices.size() == 1 && windows::visible(windows::tileOf(plugName)); },
         [plugName] { windows::click(windows::tileOf(plugName)); });
+    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
     script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
     script.step(
         "sensor page", [] { return true; }, [] { windows::click(QStringLiteral("SensorButton")); });
