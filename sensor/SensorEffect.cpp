@@ -116,7 +116,7 @@ void SensorEffect::on_Model_currentIndexChanged(int index)
     showMode(index);
 }
 
-void SensorEffect::move(const Scale &scale, int position)
+void SensorEffect::follow(const Scale &scale, int position)
 {
     if (CheckOnline()) {
         scale.spinBox->setValue(position);
@@ -144,8 +144,8 @@ void SensorEffect::change(const Scale &scale, int value, bool (*write)(int value
     scale.slider->setValue(scale.spinBox->value());
 }
 
-void SensorEffect::on_SpeedH_sliderMoved(int position) { move(speed, position); }
-void SensorEffect::on_LightH_sliderMoved(int position) { move(light, position); }
+void SensorEffect::on_SpeedH_sliderMoved(int position) { follow(speed, position); }
+void SensorEffect::on_LightH_sliderMoved(int position) { follow(light, position); }
 void SensorEffect::on_SpeedH_valueChanged(int value) { change(speed, value, writeSpeed); }
 void SensorEffect::on_LightH_valueChanged(int value) { change(light, value, writeLight); }
 

@@ -60,7 +60,7 @@ private:
     void dress();
     void showMode(int mode);
     static void set(const Scale &scale, int value);
-    static void move(const Scale &scale, int position);
+    static void follow(const Scale &scale, int position);
     static void change(const Scale &scale, int value, bool (*write)(int value));
 
     std::unique_ptr<Ui::SensorEffect> ui;
