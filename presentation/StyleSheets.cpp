@@ -49,12 +49,15 @@ constexpr char ComboBox[] =
     "QComboBox QAbstractItemView::item{height:25px;}"
     "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
     "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
+constexpr char Groove[] = "66,76,83";
 // The arrow stands alone at the right, and the text keeps away from the rounded end.
 constexpr char ComboBoxFinish[] =
     "QComboBox{padding-left: 8px;}"
     "QComboBox::drop-down:button{border: 0px;background: transparent;width: 28px;}"
     "QComboBox::down-arrow{right: 0px;}"
-    "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}";
+    "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}"
+    "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;background: transparent;"
+    "color: rgb(%2);}QComboBox::down-arrow:disabled{image: none;}";
 // Dark on the selection's colour, since light on it would be hard to read.
 constexpr char ComboListFinish[] =
     "QListView::item:selected{color: rgb(%1);}QListView::item:hover{color: rgb(%1);}";
@@ -160,7 +163,8 @@ QString checkBox(const QString &folder, const QString &color) { return compose(C
 
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
 {
-    return compose(ComboBox, folder, {textColor, selectColor}) + compose(ComboBoxFinish, {}, {textColor});
+    return compose(ComboBox, folder, {textColor, selectColor}) +
+           compose(ComboBoxFinish, {}, {textColor, color("LinEditColorSecond"), QLatin1String(Groove)});
 }
 
 QString comboList(const QString &selectColor)
@@ -240,7 +244,7 @@ QString tiledPicture(const QString &folder, const QString &name)
 QString framedReadout()
 {
     return compose(FramedReadout, {},
-                   {color("LinEditColor"), color("ComboxBackGroundColor"), QStringLiteral("66,76,83")});
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), QLatin1String(Groove)});
 }
 
 } // namespace style
