@@ -49,13 +49,16 @@ constexpr char ComboBox[] =
     "QComboBox QAbstractItemView::item{height:25px;}"
     "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
     "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
+constexpr char Groove[] = "66,76,83";
 // The arrow stands alone at the right, and the text keeps away from the rounded end. The list is one that
 // scrolls, since a menu would show all of its rows.
 constexpr char ComboBoxFinish[] =
     "QComboBox{padding-left: 8px;combobox-popup: 0;}"
     "QComboBox::drop-down:button{border: 0px;background: transparent;width: 28px;}"
     "QComboBox::down-arrow{right: 0px;}"
-    "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}";
+    "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}"
+    "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;background: transparent;"
+    "color: rgb(%2);}QComboBox::down-arrow:disabled{image: none;}";
 // Dark on the selection's colour, since light on it would be hard to read.
 constexpr char ComboListFinish[] =
     "QListView::item:selected{color: rgb(%1);}QListView::item:hover{color: rgb(%1);}";
@@ -80,6 +83,25 @@ constexpr char BatteryBar[] = "#progressBar{border: none;background-color: trans
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
+constexpr char SwitchButton[] =
+    "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
+    "background-image: url(%PClose.png);}QToolButton:hover{background-image: url(%PCloseHover.png);}"
+    "QToolButton:pressed{background-image: url(%PCloseClick.png);}"
+    "QToolButton:checked{background-image: url(%POpen.png);}"
+    "QToolButton:checked:hover{background-image: url(%POpenHover.png);}"
+    "QToolButton:checked:pressed{background-image: url(%POpenClick.png);}";
+// %1 the filled part, %2 the handle, %3 the ground, %4 what cannot be used.
+constexpr char Slider[] =
+    "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background: rgba(%4,90);}"
+    "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background: rgb(%1);}"
+    "QSlider::handle:horizontal{width: 12px;margin: -6px 0px;border: 2px solid rgb(%2);"
+    "border-radius: 8px;background: rgb(%2);}"
+    "QSlider::handle:horizontal:hover{border-color: rgb(%1);}"
+    "QSlider::handle:horizontal:pressed{border-color: rgb(%1);background: rgb(%1);}"
+    "QSlider::sub-page:horizontal:disabled{background: rgba(%4,90);}"
+    "QSlider::handle:horizontal:disabled{border-color: rgb(%4);background: rgb(%3);}";
+constexpr char EmptySlider[] = "QLabel{border-radius: 2px;background: rgba(%1,40);}";
+constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                             "border-radius: 6px;padding: 0px 8px;}";
 constexpr char StageButton[] =
@@ -94,20 +116,9 @@ constexpr char ColorBar[] =
 constexpr char ColorBarStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}";
 constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;background-repeat:repeat-x;"
                                 "background-image: url(%P%1);}";
-constexpr char Slider[] =
-    "QSlider{background: transparent;}"
-    "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background-color: rgb(%2);}"
-    "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background-color: rgb(%1);}"
-    "QSlider::handle:horizontal{width: 12px;height: 12px;margin: -7px 0px;border-radius: 9px;"
-    "border: 3px solid rgb(%1);background-color: rgb(%3);}"
-    "QSlider::handle:horizontal:hover{border-width: 4px;width: 10px;height: 10px;background-color: rgb(%4);}"
-    "QSlider::handle:horizontal:pressed{border-width: 6px;width: 6px;height: 6px;background-color: rgb(%4);}"
-    "QSlider::sub-page:horizontal:disabled{background-color: rgb(%2);}"
-    "QSlider::handle:horizontal:disabled{border: 3px solid rgb(%2);background-color: rgb(%3);}";
-constexpr char Groove[] = "66,76,83";
-constexpr char Raised[] = "57,67,74";
-constexpr char Readout[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
-                           "border-radius: 6px;font-weight: bold;}";
+constexpr char FramedReadout[] =
+    "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+    "border-radius: 6px;font-weight: bold;}";
 
 } // namespace
 
@@ -158,7 +169,8 @@ QString checkBox(const QString &folder, const QString &color) { return compose(C
 
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
 {
-    return compose(ComboBox, folder, {textColor, selectColor}) + compose(ComboBoxFinish, {}, {textColor});
+    return compose(ComboBox, folder, {textColor, selectColor}) +
+           compose(ComboBoxFinish, {}, {textColor, color("LinEditColorSecond"), QLatin1String(Groove)});
 }
 
 QString comboList(const QString &selectColor)
@@ -197,6 +209,19 @@ QString hairline(const QString &color, int opacity)
     return compose(Hairline, {}, {color, QString::number(opacity)});
 }
 
+QString switchButton(const QString &folder) { return compose(SwitchButton, folder, {}); }
+
+QString slider()
+{
+    return compose(Slider, {},
+                   {color("SliderColor"), color("LabelColor"), color("ComboxBackGroundColor"),
+                    color("LinEditColorSecond")});
+}
+
+QString emptySlider() { return compose(EmptySlider, {}, {color("LinEditColorSecond")}); }
+
+QString readout() { return compose(Readout, {}, {color("LabelColor")}); }
+
 QString lineEdit()
 {
     return compose(LineEdit, {},
@@ -222,15 +247,9 @@ QString tiledPicture(const QString &folder, const QString &name)
     return compose(TiledPicture, folder, {name});
 }
 
-QString slider(const QString &filled)
+QString framedReadout()
 {
-    return compose(Slider, {},
-                   {filled, QLatin1String(Groove), color("ComboxBackGroundColor"), QLatin1String(Raised)});
-}
-
-QString readout()
-{
-    return compose(Readout, {},
+    return compose(FramedReadout, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), QLatin1String(Groove)});
 }
 

@@ -47,6 +47,15 @@ QString navigationButton(const QString &folder, const QString &icon);
 QString batteryBar(const QString &chunkColor);
 // A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
+// A switch: "Close" and, while it is on, "Open", each + "Hover" and + "Click".
+QString switchButton(const QString &folder);
+// A horizontal slider whose way so far is filled.
+QString slider();
+// What stands in the place of such a slider that has nothing to set.
+QString emptySlider();
+// A number beside a slider, and one in a frame of its own.
+QString readout();
+QString framedReadout();
 // A field to type in.
 QString lineEdit();
 
@@ -55,9 +64,5 @@ QString stageButton(const QString &folder, const QString &color, bool selected);
 QString colorBar(const QString &folder, const QString &fill, bool selected);
 // A label with a picture that repeats to the right.
 QString tiledPicture(const QString &folder, const QString &name);
-// A horizontal slider; `filled` colours the part to the left of its handle.
-QString slider(const QString &filled);
-// A number that is only shown.
-QString readout();
 
 } // namespace style

@@ -81,8 +81,8 @@ void SensorDPI::dress()
     ui->AddLevelA->setStyleSheet(style::titleButton(PicturePath, QStringLiteral("Add")));
     ui->label_8->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Level.png")));
     ui->groove->setStyleSheet(style::tiledPicture(PicturePath, QStringLiteral("Track.png")));
-    ui->horizontalSliderC->setStyleSheet(style::slider(style::color("SliderColor")));
-    ui->spinBoxA->setStyleSheet(style::readout());
+    ui->horizontalSliderC->setStyleSheet(style::slider());
+    ui->spinBoxA->setStyleSheet(style::framedReadout());
     dressComboBox(ui->ChooseEvent, PicturePath);
 }
 
@@ -115,6 +115,8 @@ void SensorDPI::SelectStage(int stage)
         return;
     CurrentStage = LastStage = stage;
     showStage(stage);
+    SetSpinValue(row->number(stage));
+    ArmWrite = true; // nothing of this was sent, so the slider's next change is the user's
 }
 
 void SensorDPI::RestyleStages() { row->selectOnly(CurrentStage); }
