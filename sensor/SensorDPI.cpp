@@ -115,7 +115,6 @@ void SensorDPI::SelectStage(int stage)
         return;
     CurrentStage = LastStage = stage;
     showStage(stage);
-    SetSpinValue(row->number(stage));
     ArmWrite = true; // nothing of this was sent, so the slider's next change is the user's
 }
 

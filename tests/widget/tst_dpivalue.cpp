@@ -147,9 +147,23 @@ private slots:
         QCOMPARE(editor.difference(), QString());
     }
 
-    void theFirstChangeOfTheSliderOnlyRepaints()
+    void thePaintedValueIsTheUsersToChange()
     {
         DpiEditor editor(FastModel, 1);
+        editor.slider()->setValue(1630);
+        QCOMPARE(stored(1), 1600);
+        QCOMPARE(editor.difference(), QString());
+    }
+
+    // A slider that moves because its stage was selected is no edit.
+    void aChangeThatIsNotArmedOnlyRepaints()
+    {
+        DpiEditor editor(FastModel, 1);
+        editor.slider()->blockSignals(true);
+        editor.bar(4)->setChecked(true);
+        editor.bar(1)->setChecked(true); // its own move was swallowed
+        editor.slider()->blockSignals(false);
+        editor.fake().clearCalls();
         const FlashDataMap before = DeviceRecord::copy();
         QSignalSpy shown(PostMsg::instance(), &PostMsg::SigAddSensor);
         editor.slider()->setValue(1630);
