@@ -281,6 +281,7 @@ void SensorDPI::returnSlider()
 {
     ui->horizontalSliderC->blockSignals(true);
     ui->horizontalSliderC->setEnabled(false);
+    ui->horizontalSliderC->setSliderDown(false); // a disabled one hears no release
     ui->horizontalSliderC->setValue(ui->spinBoxA->value());
 }
 
