@@ -85,6 +85,7 @@ private:
     void takeStage(int stage);
     bool exchangeWith(int index);
     int rest(int dpi);
+    void showValue(int stage, int dpi);
     void returnSlider();
     void stepTo(int dpi);
     void returnMarker();

@@ -16,6 +16,11 @@
 #include <vector>
 
 class QAbstractButton;
+class QColor;
+
+constexpr bool isStage(int stage) { return stage >= 0 && stage < DpiStageLimit; }
+// "r,g,b"
+QString listedColor(const QColor &color);
 
 class StageRow
 {
@@ -30,7 +35,7 @@ public:
     QString text(int stage) const;
     // The number on the button.
     int number(int stage) const { return text(stage).toInt(); }
-    // "r,g,b"
+    // As listedColor() gives it.
     void setColor(int stage, const QString &color);
     QString color(int stage) const { return StageColor[std::size_t(stage)]; }
     void swap(int one, int other);

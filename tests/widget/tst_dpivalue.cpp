@@ -256,6 +256,26 @@ private slots:
         QCOMPARE(editor.difference(), QString());
     }
 
+    void aMouseThatFallsSilentBeforeTheWrite()
+    {
+        DpiEditor editor(FastModel, 1);
+        int asked = 0;
+        editor.fake().setHook([&asked](const std::string &name) {
+            if (name.rfind("UsbFinderC_GetDeviceOnLine", 0) == 0 && ++asked == 2)
+                FakeHidUsb::instance().setOnline("dev", false);
+        });
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        QSignalSpy shown(PostMsg::instance(), &PostMsg::SigAddSensor);
+        editor.slider()->setValue(9000);
+        editor.fake().setHook({});
+        QCOMPARE(asked, 2);
+        QCOMPARE(notice.count(), 1);
+        QCOMPARE(shown.count(), 0);
+        QVERIFY(!editor.slider()->isEnabled());
+        QVERIFY(editor.nothingWritten());
+        QCOMPARE(editor.difference(), QString());
+    }
+
     void aPageThatFillsItselfWritesNothing()
     {
         DpiEditor editor(FastModel, 1);
