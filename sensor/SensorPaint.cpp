@@ -57,7 +57,8 @@ void Sensor::paint(const FlashDataMap &map)
     silenceStages(true);
     ui->sensorDPI->ClearChoices();
     ui->sensorDPI->SetStageCount(map.DpiStageCount);
-    ui->sensorDPI->SetCurrentStage(map.CurrentDpiStage);
+    if (map.CurrentDpiStage < DpiStageLimit)
+        ui->sensorDPI->SetCurrentStage(map.CurrentDpiStage);
     paintRate(map.ReportRate, info.Usb);
     SensorName = catalogue.text(info.DriveIndex, "Sensor");
     offerSmallLod(SensorName == QLatin1String(SmallLodSensor));
@@ -86,6 +87,7 @@ void Sensor::silenceStages(bool silent)
 {
     ui->sensorDPI->SetSliderEnabled(true);
     ui->sensorDPI->BlockSlider(silent);
+    ui->sensorDPI->BlockStages(silent);
     ui->sensorDPI->BlockChoice(silent);
 }
 
