@@ -3,5 +3,7 @@ foreach(test tst_hub tst_writefamily tst_dispatch tst_worker tst_devicewatch tst
   add_morlen_test(${test} SOURCES ${test}.cpp ${PROJECT_SOURCE_DIR}/tests/support/HubLog.h
     LINKS device fakehidusb Qt5::Test)
 endforeach()
-add_morlen_test(tst_actions SOURCES tst_actions.cpp LINKS actions fakehidusb Qt5::Test)
-target_compile_options(tst_actions PRIVATE -UQT_NO_CAST_FROM_ASCII)
+# What the buttons do.
+foreach(test tst_actions tst_bindings)
+  add_morlen_test(${test} SOURCES ${test}.cpp LINKS actions fakehidusb Qt5::Test)
+endforeach()
