@@ -104,7 +104,8 @@ private slots:
                     check(slot.decode(), caption, panel.first, isDetail ? panel.second : row,
                           isDetail ? row : "");
                     if (QTest::currentTestFailed())
-                        qFatal("class %d, parameters %d and %d", kind, first, second);
+                        QFAIL(
+                            qPrintable(QStringLiteral("class %1, %2, %3").arg(kind).arg(first).arg(second)));
                 }
             }
         }
