@@ -130,6 +130,8 @@ void tst_skin::sizes_data()
     row("Sensor/MaxA", 68, 70);
     row("Sensor/MinB", 50, 12);
     row("Sensor/MaxB", 66, 14);
+    row("Sensor/Level", 28, 28);
+    row("Sensor/Track", 91, 8);
     row("WarningDialog/BackGround", 360, 200);
     row("WarningDialog/Confirm", 120, 36);
     for (const char *page : {"Buttoninterface", "Light", "Macro", "FormSetting", "Advanced"})
@@ -149,8 +151,8 @@ void tst_skin::statesDifferByMoreThanHue_data()
     const QStringList checked{QString(), QStringLiteral("Hover"), QStringLiteral("Checked")};
     for (const char *stem :
          {"Dialog/Close", "Dialog/Min", "Dialog/UpArrow", "DialogChange/Close", "DialogChange/Min",
-          "DialogChange/Confirm", "Sensor/Reduce", "Sensor/Add", "Sensor/RateButton", "WarningDialog/Close",
-          "WarningDialog/Confirm", "WarningDialog/Cancel"})
+          "DialogChange/Confirm", "Sensor/Reduce", "Sensor/Add", "Sensor/MinA", "Sensor/RateButton",
+          "WarningDialog/Close", "WarningDialog/Confirm", "WarningDialog/Cancel"})
         QTest::newRow(stem) << three;
     for (const char *stem :
          {"Dialog/NavButton", "Dialog/ButtonMain", "Dialog/SensorButton", "Dialog/MacroButton",
@@ -160,6 +162,8 @@ void tst_skin::statesDifferByMoreThanHue_data()
     QTest::newRow("DialogChange/Right") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("Sensor/RateButton checked")
         << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check")};
+    for (const char *stem : {"Sensor/MinB", "Sensor/MaxB"})
+        QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover")};
     for (const char *stem : {"DialogChange/CheckBox", "Sensor/CheckBox"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Check")};
     for (const char *stem : {"DialogChange/Menu", "Sensor/Menu"})
@@ -208,8 +212,9 @@ void tst_skin::textCanBeRead_data()
     QTest::newRow("Dialog/BackGround") << QRect(8, 8, 1004, 684) << true;
     QTest::newRow("DialogChange/ComboboxBack") << QRect(6, 4, 118, 22) << true;
     QTest::newRow("DialogChange/ComboboxTextBack") << QRect(6, 4, 118, 120) << true;
-    QTest::newRow("Sensor/MinA") << QRect(4, 4, 46, 48) << true;
-    QTest::newRow("Sensor/MaxA") << QRect(4, 4, 60, 62) << true;
+    for (const char *state : {"", "Hover", "Click"})
+        QTest::addRow("Sensor/MinA%s", state) << QRect(4, 14, 46, 28) << true;
+    QTest::newRow("Sensor/MaxA") << QRect(8, 16, 52, 38) << false;
     QTest::newRow("Sensor/BackGround") << QRect(20, 20, 840, 280) << true;
     QTest::newRow("WarningDialog/BackGround") << QRect(8, 8, 344, 184) << true;
 }
