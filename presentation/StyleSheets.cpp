@@ -50,9 +50,10 @@ constexpr char ComboBox[] =
     "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
     "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
 constexpr char Groove[] = "66,76,83";
-// The arrow stands alone at the right, and the text keeps away from the rounded end.
+// The arrow stands alone at the right, and the text keeps away from the rounded end. The list is one that
+// scrolls, since a menu would show all of its rows.
 constexpr char ComboBoxFinish[] =
-    "QComboBox{padding-left: 8px;}"
+    "QComboBox{padding-left: 8px;combobox-popup: 0;}"
     "QComboBox::drop-down:button{border: 0px;background: transparent;width: 28px;}"
     "QComboBox::down-arrow{right: 0px;}"
     "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}"
@@ -61,6 +62,11 @@ constexpr char ComboBoxFinish[] =
 // Dark on the selection's colour, since light on it would be hard to read.
 constexpr char ComboListFinish[] =
     "QListView::item:selected{color: rgb(%1);}QListView::item:hover{color: rgb(%1);}";
+constexpr char ComboListScroll[] =
+    "QScrollBar:vertical{width: 10px;background: transparent;}"
+    "QScrollBar::handle:vertical{background-color: rgb(117, 117, 117);border-radius: 3px;min-height: 30px;}"
+    "QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height: 0px;}"
+    "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background: transparent;}";
 constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1;);}"
                              "QListView::item:hover{background-color: rgb(%1;);}";
 constexpr char SectionTitle[] = "#%1{border-image: url(%PTitle.png);}";
@@ -170,7 +176,7 @@ QString comboBox(const QString &folder, const QString &textColor, const QString 
 QString comboList(const QString &selectColor)
 {
     return compose(ComboList, {}, {selectColor}) +
-           compose(ComboListFinish, {}, {color("ComboxBackGroundColor")});
+           compose(ComboListFinish, {}, {color("ComboxBackGroundColor")}) + QLatin1String(ComboListScroll);
 }
 
 QString sectionTitle(const QString &folder, const QString &objectName)

@@ -3,7 +3,6 @@
 #include "sensor/SensorDPI.h"
 
 #include "app/hub/PostMsg.h"
-#include "catalogue/config/DeviceCatalogue.h"
 #include "catalogue/sensor/SensorDpi.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
@@ -24,23 +23,15 @@ namespace
 {
 
 constexpr int FreeSlider = 5000;
-constexpr int StopRadius = 4; // of the track's stops, each at the middle of a stage
-
-bool isStage(int stage) { return stage >= 0 && stage < DpiStageLimit; }
 
 // A question without a notice, for what the user may try and try again with the pointer.
 bool mouseAnswers() { return UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0; }
 
 bool isEdit() { return UiArmed && !SensorPageBusy; }
 
-QString listed(const QColor &color)
+QColor colorOf(const QString &color)
 {
-    return QStringLiteral("%1,%2,%3").arg(color.red()).arg(color.green()).arg(color.blue());
-}
-
-QColor colorOf(const QString &listed)
-{
-    const QStringList parts = listed.split(QLatin1Char(','));
+    const QStringList parts = color.split(QLatin1Char(','));
     return parts.size() == 3 ? QColor(parts[0].toInt(), parts[1].toInt(), parts[2].toInt()) : QColor();
 }
 
@@ -56,9 +47,6 @@ SensorDPI::SensorDPI(QWidget *parent) : StageSlots(parent), ui(std::make_unique<
                           ui->GreenButtonA, ui->PurpleButtonA, ui->LightBlueButtonA, ui->LightYellowButtonA});
     MarkerArea = ui->markerTrack->geometry();
     makeGroups();
-    ColorPicker = new QColorDialog(this);
-    ColorPicker->setOption(QColorDialog::DontUseNativeDialog);
-    connect(ColorPicker, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
     onFirstShow(this, [this] { dress(); });
 }
 
@@ -89,84 +77,6 @@ void SensorDPI::dress()
     dressComboBox(ui->ChooseEvent, PicturePath);
 }
 
-// ---- What the page paints
-
-void SensorDPI::setTitle(const QString &title) { ui->label->setText(title); }
-
-void SensorDPI::SetStageText(int stage, const QString &text)
-{
-    if (isStage(stage))
-        row->setText(stage, text);
-}
-
-void SensorDPI::SetStageColor(int stage, const QString &color)
-{
-    if (isStage(stage))
-        row->setColor(stage, listed(QColor(color)));
-}
-
-void SensorDPI::ShowStages(int lastIndex)
-{
-    const int last = qBound(0, lastIndex, DpiStageLimit - 1);
-    row->show(last);
-    ui->groove->resize(MarkerPitch * last + 2 * StopRadius, ui->groove->height());
-}
-
-void SensorDPI::SelectStage(int stage)
-{
-    if (!isStage(stage))
-        return;
-    CurrentStage = LastStage = stage;
-    showStage(stage);
-    SetSpinValue(row->number(stage));
-    ArmWrite = true; // nothing of this was sent, so the slider's next change is the user's
-}
-
-void SensorDPI::RestyleStages() { row->selectOnly(CurrentStage); }
-
-void SensorDPI::ResetDefaults()
-{
-    const DeviceCatalogue catalogue;
-    const int model = SelectedDevice::info().DriveIndex;
-    const QStringList colors = catalogue.list(model, "DPIColor");
-    for (int stage = 0; stage < DpiStageLimit && 3 * stage + 2 < colors.size(); ++stage)
-        row->setColor(stage, QStringList(colors.mid(3 * stage, 3)).join(QLatin1Char(',')));
-    const QStringList texts = catalogue.list(model, "DPIGrade");
-    if (texts.size() < DpiStageLimit)
-        return;
-    for (int stage = 0; stage < DpiStageLimit; ++stage) {
-        row->selectButton(stage, false);
-        row->setText(stage, texts[stage]);
-    }
-}
-
-void SensorDPI::setMaximum(int dpi) { ui->horizontalSliderC->setMaximum(dpi); }
-
-void SensorDPI::setMinimum(int dpi) { ui->horizontalSliderC->setMinimum(dpi); }
-
-void SensorDPI::SetSliderValue(int dpi) { ui->horizontalSliderC->setValue(dpi); }
-
-void SensorDPI::SetSpinValue(int dpi) { ui->spinBoxA->setValue(dpi); }
-
-void SensorDPI::SetSliderEnabled(bool enabled) { ui->horizontalSliderC->setEnabled(enabled); }
-
-void SensorDPI::BlockSlider(bool blocked) { ui->horizontalSliderC->blockSignals(blocked); }
-
-void SensorDPI::BlockStages(bool blocked) { row->blockSignals(blocked); }
-
-void SensorDPI::BlockChoice(bool blocked) { ui->ChooseEvent->blockSignals(blocked); }
-
-void SensorDPI::ClearChoices() { ui->ChooseEvent->clear(); }
-
-void SensorDPI::InsertChoice(int index, const QString &text) { ui->ChooseEvent->insertItem(index, text); }
-
-void SensorDPI::SetChoice(int index)
-{
-    const QSignalBlocker quiet(ui->ChooseEvent);
-    ui->ChooseEvent->setCurrentIndex(index);
-    ChooseIndex = ui->ChooseEvent->currentIndex();
-}
-
 // ---- Selecting a stage
 
 void SensorDPI::stageToggled(int stage, bool checked)
@@ -190,6 +100,7 @@ void SensorDPI::takeStage(int stage)
             row->selectButton(other, false);
     row->bar(stage)->setChecked(true);
     LastStage = stage;
+    row->stopTabAt(stage);
     ui->label_8->move(StagePoint[std::size_t(stage)]);
     emit PostMsg::instance()->SigAddSensor(row->number(stage));
 }
@@ -207,6 +118,7 @@ void SensorDPI::showStage(int stage)
     row->button(stage)->setChecked(true);
     row->bar(stage)->setChecked(true);
     row->selectOnly(stage);
+    row->stopTabAt(stage);
     ui->label_8->move(StagePoint[std::size_t(stage)]);
 }
 
@@ -224,8 +136,18 @@ void SensorDPI::barToggled(int stage, bool checked)
     ui->horizontalSliderC->setValue(dpi);
 }
 
+// Made when first asked for: it costs more than the whole panel.
+void SensorDPI::makePicker()
+{
+    ColorPicker = new QColorDialog(this);
+    ColorPicker->setOption(QColorDialog::DontUseNativeDialog);
+    connect(ColorPicker, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
+}
+
 void SensorDPI::barClicked(int stage)
 {
+    if (!ColorPicker)
+        makePicker();
     ColorPicker->setCurrentColor(colorOf(row->color(stage)));
     ColorPicker->open();
 }
@@ -253,7 +175,7 @@ void SensorDPI::SetColor(QColor color)
         return;
     if (isEdit() && !SetDpiColor(stage, uint8_t(color.red()), uint8_t(color.green()), uint8_t(color.blue())))
         return;
-    row->setColor(stage, listed(color));
+    row->setColor(stage, listedColor(color));
 }
 
 // ---- The value of the current stage
@@ -273,7 +195,15 @@ void SensorDPI::returnSlider()
 {
     ui->horizontalSliderC->blockSignals(true);
     ui->horizontalSliderC->setEnabled(false);
+    ui->horizontalSliderC->setSliderDown(false); // a disabled one hears no release
     ui->horizontalSliderC->setValue(ui->spinBoxA->value());
+}
+
+void SensorDPI::showValue(int stage, int dpi)
+{
+    if (stage >= 0)
+        row->setText(stage, QString::number(dpi));
+    ui->spinBoxA->setValue(dpi);
 }
 
 void SensorDPI::on_horizontalSliderC_sliderMoved(int position)
@@ -294,16 +224,19 @@ void SensorDPI::on_horizontalSliderC_valueChanged(int value)
     }
     const int dpi = rest(value);
     const int stage = row->checkedButton();
-    if (stage >= 0)
-        row->setText(stage, QString::number(dpi));
-    ui->spinBoxA->setValue(dpi);
+    const int before = stage >= 0 ? row->number(stage) : dpi;
+    showValue(stage, dpi);
     if (!ArmWrite) {
         ArmWrite = true;
         return;
     }
     if (SettingsBusy || !isEdit())
         return;
-    SensorDpiEncode(stage, dpi);
+    if (stage >= 0 && !SensorDpiEncode(stage, dpi)) {
+        showValue(stage, before);
+        returnSlider();
+        return;
+    }
     emit PostMsg::instance()->SigAddSensor(dpi);
 }
 

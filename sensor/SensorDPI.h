@@ -80,10 +80,12 @@ protected:
 private:
     void dress();
     void makeGroups();
+    void makePicker();
     void showStage(int stage);
     void takeStage(int stage);
     bool exchangeWith(int index);
     int rest(int dpi);
+    void showValue(int stage, int dpi);
     void returnSlider();
     void stepTo(int dpi);
     void returnMarker();
@@ -100,6 +102,6 @@ private:
     bool Dragging = false;
     QPoint DragOffset;
     bool ArmWrite = false; // false: the slider's next change comes from a selection and is no edit
-    QColorDialog *ColorPicker = nullptr;
+    QColorDialog *ColorPicker = nullptr; // a child, from its first use on
     QRect MarkerArea;
 };

@@ -5,6 +5,7 @@
 #include "presentation/StyleSheets.h"
 
 #include <QAbstractButton>
+#include <QColor>
 
 namespace
 {
@@ -36,6 +37,11 @@ int checkedOf(const StageRow::Widgets &widgets)
 }
 
 } // namespace
+
+QString listedColor(const QColor &color)
+{
+    return QStringLiteral("%1,%2,%3").arg(color.red()).arg(color.green()).arg(color.blue());
+}
 
 StageRow::StageRow(const Widgets &stageButtons, const Widgets &colorBars)
     : buttons(stageButtons)
@@ -125,6 +131,15 @@ void StageRow::show(int lastStage)
     for (int i = 0; i < DpiStageLimit; ++i) {
         button(i)->setVisible(i <= lastStage);
         bar(i)->setVisible(i <= lastStage);
+    }
+}
+
+void StageRow::stopTabAt(int stage)
+{
+    for (int i = 0; i < DpiStageLimit; ++i) {
+        const Qt::FocusPolicy policy = i == stage ? Qt::StrongFocus : Qt::ClickFocus;
+        button(i)->setFocusPolicy(policy);
+        bar(i)->setFocusPolicy(policy);
     }
 }
 

@@ -16,6 +16,11 @@
 #include <vector>
 
 class QAbstractButton;
+class QColor;
+
+constexpr bool isStage(int stage) { return stage >= 0 && stage < DpiStageLimit; }
+// "r,g,b"
+QString listedColor(const QColor &color);
 
 class StageRow
 {
@@ -30,7 +35,7 @@ public:
     QString text(int stage) const;
     // The number on the button.
     int number(int stage) const { return text(stage).toInt(); }
-    // "r,g,b"
+    // As listedColor() gives it.
     void setColor(int stage, const QString &color);
     QString color(int stage) const { return StageColor[std::size_t(stage)]; }
     void swap(int one, int other);
@@ -40,6 +45,8 @@ public:
     // The looks of the whole row; -1: all plain.
     void selectOnly(int stage);
     void show(int lastStage);
+    // The Tab key comes to this stage alone; the arrow keys go on from there.
+    void stopTabAt(int stage);
 
     QAbstractButton *button(int stage) const { return buttons[std::size_t(stage)]; }
     QAbstractButton *bar(int stage) const { return bars[std::size_t(stage)]; }
