@@ -53,6 +53,8 @@ QString switchButton(const QString &folder);
 QString slider();
 // What stands in the place of such a slider that has nothing to set.
 QString emptySlider();
+// What a control is called, dim while there is nothing to set.
+QString caption();
 // A number beside a slider.
 QString readout();
 // A field to type in.
