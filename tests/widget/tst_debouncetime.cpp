@@ -82,6 +82,10 @@ private slots:
             const QSize room = panel->size() - noticeSize;
             QCOMPARE(notices[0], corner + QPoint(room.width() / 2 - 409, room.height() / 2 - 202));
         }
+        // It is the one to go back to.
+        fake.setOnline("dev", false);
+        box()->setCurrentIndex((index + 1) % DebounceItems);
+        QCOMPARE(box()->currentIndex(), index);
     }
 
     void silentMouseTakesTheChoiceBack_data() { eachTime(); }
