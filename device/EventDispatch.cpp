@@ -135,20 +135,28 @@ void onFullRead(const Message &message)
     feedPages();
 }
 
+// Takes the device's byte into the record and shows it. An edit that came between has the last word, and the
+// page, which was shown the device's value after it, is shown the edit again.
+void followDevice(uint8_t FlashDataMap::*field, uint8_t value, void (PostMsg::*announce)(int))
+{
+    DeviceRecord::edit([=](FlashDataMap &record) { record.*field = value; });
+    uint8_t shown = value;
+    emit(hub()->*announce)(shown);
+    for (uint8_t held = DeviceRecord::copy().*field; held != shown; held = DeviceRecord::copy().*field) {
+        shown = held;
+        emit(hub()->*announce)(shown);
+    }
+    DeviceRecord::push();
+}
+
 void onReportRate(const Message &message)
 {
-    const uint8_t code = message.payload[0];
-    DeviceRecord::edit([code](FlashDataMap &record) { record.ReportRate = code; });
-    emit hub()->SigUpDataReportRate(code);
-    DeviceRecord::push();
+    followDevice(&FlashDataMap::ReportRate, message.payload[0], &PostMsg::SigUpDataReportRate);
 }
 
 void onCurrentStage(const Message &message)
 {
-    const uint8_t stage = message.payload[0];
-    DeviceRecord::edit([stage](FlashDataMap &record) { record.CurrentDpiStage = stage; });
-    emit hub()->SigUpDataDPI(stage);
-    DeviceRecord::push();
+    followDevice(&FlashDataMap::CurrentDpiStage, message.payload[0], &PostMsg::SigUpDataDPI);
 }
 
 void onDpiLed(const Message &message)

@@ -48,9 +48,10 @@ void dressComboBox(QComboBox *box, const QString &folder)
     const QString selectColor = style::color("ComboxSelectColor");
     auto *list = new QListView(box);
     list->setStyleSheet(style::comboList(selectColor));
+    // Before the view: a box asks its style once whether the list of a view gets a scroll bar.
+    box->setStyleSheet(style::comboBox(folder, style::color("ComboxTextColor"), selectColor));
     box->setView(list);
     box->setMaxVisibleItems(VisibleItems);
-    box->setStyleSheet(style::comboBox(folder, style::color("ComboxTextColor"), selectColor));
 }
 
 void roundCorners(QWidget *window)

@@ -49,15 +49,24 @@ constexpr char ComboBox[] =
     "QComboBox QAbstractItemView::item{height:25px;}"
     "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
     "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
-// The arrow stands alone at the right, and the text keeps away from the rounded end.
+constexpr char Groove[] = "66,76,83";
+// The arrow stands alone at the right, and the text keeps away from the rounded end. The list is one that
+// scrolls, since a menu would show all of its rows.
 constexpr char ComboBoxFinish[] =
-    "QComboBox{padding-left: 8px;}"
+    "QComboBox{padding-left: 8px;combobox-popup: 0;}"
     "QComboBox::drop-down:button{border: 0px;background: transparent;width: 28px;}"
     "QComboBox::down-arrow{right: 0px;}"
-    "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}";
+    "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}"
+    "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;background: transparent;"
+    "color: rgb(%2);}QComboBox::down-arrow:disabled{image: none;}";
 // Dark on the selection's colour, since light on it would be hard to read.
 constexpr char ComboListFinish[] =
     "QListView::item:selected{color: rgb(%1);}QListView::item:hover{color: rgb(%1);}";
+constexpr char ComboListScroll[] =
+    "QScrollBar:vertical{width: 10px;background: transparent;}"
+    "QScrollBar::handle:vertical{background-color: rgb(117, 117, 117);border-radius: 3px;min-height: 30px;}"
+    "QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height: 0px;}"
+    "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background: transparent;}";
 constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1;);}"
                              "QListView::item:hover{background-color: rgb(%1;);}";
 constexpr char SectionTitle[] = "#%1{border-image: url(%PTitle.png);}";
@@ -96,6 +105,21 @@ constexpr char Caption[] = "QLabel{color: rgb(%1);}QLabel:disabled{color: rgb(%2
 constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                             "border-radius: 6px;padding: 0px 8px;}";
+constexpr char StageButton[] =
+    "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
+    "background-image: url(%P%1.png);color: rgb(%2;);}";
+constexpr char StageButtonStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}"
+                                     "QToolButton:pressed{background-image: url(%P%1Click.png);}";
+constexpr char StageButtonChosen[] = "QToolButton{font-weight: bold;}";
+constexpr char ColorBar[] =
+    "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
+    "background-image: url(%P%1.png);background-color: rgb(%2;);}";
+constexpr char ColorBarStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}";
+constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;background-repeat:repeat-x;"
+                                "background-image: url(%P%1);}";
+constexpr char FramedReadout[] =
+    "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+    "border-radius: 6px;font-weight: bold;}";
 
 } // namespace
 
@@ -146,13 +170,14 @@ QString checkBox(const QString &folder, const QString &color) { return compose(C
 
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
 {
-    return compose(ComboBox, folder, {textColor, selectColor}) + compose(ComboBoxFinish, {}, {textColor});
+    return compose(ComboBox, folder, {textColor, selectColor}) +
+           compose(ComboBoxFinish, {}, {textColor, color("LinEditColorSecond"), QLatin1String(Groove)});
 }
 
 QString comboList(const QString &selectColor)
 {
     return compose(ComboList, {}, {selectColor}) +
-           compose(ComboListFinish, {}, {color("ComboxBackGroundColor")});
+           compose(ComboListFinish, {}, {color("ComboxBackGroundColor")}) + QLatin1String(ComboListScroll);
 }
 
 QString sectionTitle(const QString &folder, const QString &objectName)
@@ -204,6 +229,31 @@ QString lineEdit()
 {
     return compose(LineEdit, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
+}
+
+QString stageButton(const QString &folder, const QString &color, bool selected)
+{
+    return selected ? compose(StageButton, folder, {QStringLiteral("MaxA"), color}) +
+                          QLatin1String(StageButtonChosen)
+                    : compose(StageButton, folder, {QStringLiteral("MinA"), color}) +
+                          compose(StageButtonStates, folder, {QStringLiteral("MinA")});
+}
+
+QString colorBar(const QString &folder, const QString &fill, bool selected)
+{
+    const QString stem = selected ? QStringLiteral("MaxB") : QStringLiteral("MinB");
+    return compose(ColorBar, folder, {stem, fill}) + compose(ColorBarStates, folder, {stem});
+}
+
+QString tiledPicture(const QString &folder, const QString &name)
+{
+    return compose(TiledPicture, folder, {name});
+}
+
+QString framedReadout()
+{
+    return compose(FramedReadout, {},
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), QLatin1String(Groove)});
 }
 
 } // namespace style

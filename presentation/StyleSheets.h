@@ -55,9 +55,16 @@ QString slider();
 QString emptySlider();
 // What a control is called, dim while there is nothing to set.
 QString caption();
-// A number beside a slider.
+// A number beside a slider, and one in a frame of its own.
 QString readout();
+QString framedReadout();
 // A field to type in.
 QString lineEdit();
+
+// A DPI stage, and the bar in its colour `fill` below it; the selected ones have pictures of their own.
+QString stageButton(const QString &folder, const QString &color, bool selected);
+QString colorBar(const QString &folder, const QString &fill, bool selected);
+// A label with a picture that repeats to the right.
+QString tiledPicture(const QString &folder, const QString &name);
 
 } // namespace style

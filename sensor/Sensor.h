@@ -1,19 +1,29 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Sensor: the page of the sensor's settings. It paints a device's record into its panels. Main thread; the
-// slots of records from a read are reached with the emitting thread waiting.
+// Sensor: the page of the sensor's settings. It paints a device's record into its panels, shows of them what
+// the present sensor can do, and carries sensor mode and full performance itself. Main thread; the slots of
+// records from a read are reached with the emitting thread waiting.
 #pragma once
 
-#include "device/hidusb/FlashDataMap.h"
+#include "catalogue/sensor/SensorDefines.h"
+#include "device/record/DeviceAllInfo.h"
 
 #include <QWidget>
+#include <array>
 #include <memory>
+
+class QButtonGroup;
+class QListView;
 
 namespace Ui
 {
 class Sensor;
 }
+
+// The rows of ModelChoose.
+constexpr int LowPower = 0;
+constexpr int Corded = 2; // the mode of a fast link: shown, never chosen
 
 class Sensor : public QWidget
 {
@@ -23,17 +33,62 @@ public:
     explicit Sensor(QWidget *parent = nullptr);
     ~Sensor() override;
 
+    // The form has no control of these names that could be clicked; the panels do this work.
+    void on_RippeControl_clicked(bool checked);
+    void on_StraightLine_clicked(bool checked);
+    void on_MotionSync_clicked(bool checked);
+    void on_pushButton_clicked();
+    void on_pushButton_2_clicked();
+
 public slots:
+    void SlotHideModel(int state);
     void SlotUpDataSenSorUISensor(FlashDataMap DataMap);
     void SlotUpDataSenSorUIB(FlashDataMap DataMap);
     void SlotUpDataReportRate(int code);
+    void SlotUpDataDPI(int stage);
     void SlotFormReset();
     void SlotAllLanguage(int index);
 
+    void on_ModelChoose_currentIndexChanged(int index);
+    void on_Performance_clicked(bool checked);
+    void on_Performance_toggled(bool checked);
+    void on_PerformanceOpen_currentIndexChanged(int index);
+    void on_LOD_currentIndexChanged(int) {}
+
 private:
     void listen();
+    void dress();
+    void setTips(int index);
+    void placeTips();
+
     void paint(const FlashDataMap &map);
-    void paintRate(uint8_t code);
+    void silenceStages(bool silent);
+    void paintRate(uint8_t code, bool wired);
+    void offerSmallLod(bool offered);
+    void paintMode(const FlashDataMap &map, const DeviceAllInfo &info);
+    void paintPerformance(const FlashDataMap &map);
+    void paintStageColors(const FlashDataMap &map, int stages);
+    void paintStageValues(const FlashDataMap &map, int stages);
+    void showDpi(int shown, int announced);
+    std::array<QWidget *, 12> settings() const;
+    void showSettings(bool shown);
+    void gateByCapability();
+    void resetStages();
+    void resetByKind(const DeviceAllInfo &info);
+
+    bool modeSelectable() const;
+    QListView *modeView() const;
+    void freeMode(int index);
+    void lockMode();
+    void setMode(int index);
+    void showCorded(bool shown);
 
     std::unique_ptr<Ui::Sensor> ui;
+    QButtonGroup *groupA;
+    QButtonGroup *groupB;
+    const QString SavePath;
+    const QString PicturePath;
+    SensorCapabilities capabilities;
+    int ModeIndex = 0;        // last accepted one of ModelChoose
+    int PerformanceIndex = 0; // of PerformanceOpen: the last one painted, not the last one written
 };

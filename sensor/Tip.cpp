@@ -12,7 +12,7 @@ void dressTip(QLabel *tip)
         style::labelPicture(style::pictureFolder(QStringLiteral("Sensor")), QStringLiteral("Tips.png")));
 }
 
-void setTip(QLabel *tip, QWidget *control, const QString &text)
+void setTip(QWidget *tip, QWidget *control, const QString &text)
 {
     // Only rich text is wrapped.
     tip->setToolTip(text.isEmpty() ? QString() : QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped()));

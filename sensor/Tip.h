@@ -10,4 +10,4 @@ class QString;
 class QWidget;
 
 void dressTip(QLabel *tip);
-void setTip(QLabel *tip, QWidget *control, const QString &text);
+void setTip(QWidget *tip, QWidget *control, const QString &text);

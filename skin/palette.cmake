@@ -58,6 +58,16 @@ set(look_keyHover plate=${raised} edge=${inkFaint} ink=${ink})
 set(look_keyClick plate=${groundLow} edge=${accent} ink=${ink})
 set(look_keyCheck plate=${accentTint} edge=${accent} edgeWidth=2 ink=${accent} bar=${accent})
 
+set(look_stage plateTop=${surface3} plate=${surface2} edge=${lineStrong} ink=${ink} bar=${lineStrong})
+set(look_stageHover plateTop=${raised} plate=${surface3} edge=${inkDim} ink=${ink} bar=${inkDim})
+set(look_stageClick plateTop=${groundLow} plate=${surface1} edge=${accent} ink=${ground} bar=${accentMid})
+set(look_stageCheck plateTop=${accentDark} plate=${accentTint} edge=${accent} edgeWidth=2 ink=${ink} bar=${accent})
+
+set(look_colorBar edge=${ink} edgeOpacity=0.3 ink=${ink})
+set(look_colorBarHover edge=${ink} edgeOpacity=0.9 edgeWidth=2 ink=${ink})
+set(look_colorBarCheck edge=${ink} edgeOpacity=1 edgeWidth=2 ink=${ink})
+set(look_colorBarCheckHover edge=${accent} edgeOpacity=1 edgeWidth=2 ink=${ink})
+
 set(look_primary plate=${accentDeep} edge=${accentMid})
 set(look_primaryHover plate=${accentDeep} edge=${accent} edgeWidth=2)
 set(look_primaryClick plate=${accentDark} edge=${accent})

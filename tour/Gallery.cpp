@@ -105,15 +105,20 @@ void Gallery::shootScene(const Scene &scene)
     shoot(scene.name);
 }
 
-void Gallery::shootDevicePage()
+void Gallery::shootSensorPage(const Scene &scene)
 {
+    const QString plugName = QLatin1String(scene.devices);
     script.step(
-        "device page", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; },
-        [] { windows::click(QStringLiteral("btn0")); });
+        scene.name, [] { return true; }, [this, scene] { plug(scene.devices); });
+    script.step(
+        scene.name,
+        [plugName] { return AttachedDevices.size() == 1 && windows::visible(windows::tileOf(plugName)); },
+        [plugName] { windows::click(windows::tileOf(plugName)); });
+    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
     script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
     script.step(
         "sensor page", [] { return true; }, [] { windows::click(QStringLiteral("SensorButton")); });
-    shoot("device");
+    shoot(scene.name);
     script.step(
         "back", [] { return true; }, [] { windows::click(QStringLiteral("UpArrow")); });
     script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
@@ -145,10 +150,11 @@ QString Gallery::run()
                                {"selection-4", "r1 r2 r3 r4"},
                                {"selection-7", "r1 r2 r3 r4 r5 r6 r7"},
                                {"selection-unknown", "rstrange"},
-                               {"selection-offline", "wired roff"},
-                               {"selection-again", "r1"}})
+                               {"selection-offline", "wired roff"}})
         shootScene(scene);
-    shootDevicePage();
+    for (const Scene &scene :
+         {Scene{"sensor-6", "r1"}, {"sensor-7", "r2"}, {"sensor-8", "r3"}, {"sensor-9", "r4"}})
+        shootSensorPage(scene);
     shootNotices();
     script.step(
         "two alike", [] { return true; }, [this] { plug("r1 rtwin"); });

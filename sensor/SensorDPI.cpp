@@ -1,0 +1,361 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "sensor/SensorDPI.h"
+
+#include "app/hub/PostMsg.h"
+#include "catalogue/sensor/SensorDpi.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/WriteFamily.h"
+#include "presentation/FirstShow.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/StyleSheets.h"
+#include "sensor/DpiSteps.h"
+#include "sensor/MarkerTrack.h"
+#include "ui_SensorDPI.h"
+
+#include <QButtonGroup>
+#include <QColorDialog>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+namespace
+{
+
+constexpr int FreeSlider = 5000;
+
+// A question without a notice, for what the user may try and try again with the pointer.
+bool mouseAnswers() { return UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0; }
+
+bool isEdit() { return UiArmed && !SensorPageBusy; }
+
+QColor colorOf(const QString &color)
+{
+    const QStringList parts = color.split(QLatin1Char(','));
+    return parts.size() == 3 ? QColor(parts[0].toInt(), parts[1].toInt(), parts[2].toInt()) : QColor();
+}
+
+} // namespace
+
+SensorDPI::SensorDPI(QWidget *parent) : StageSlots(parent), ui(std::make_unique<Ui::SensorDPI>())
+{
+    ui->setupUi(this);
+    row = std::make_unique<StageRow>(
+        StageRow::Widgets{ui->BlueButton, ui->BrightRedButton, ui->RedButton, ui->YellowButton,
+                          ui->GreenButton, ui->PurpleButton, ui->LightBlueButton, ui->LightYellowButton},
+        StageRow::Widgets{ui->BlueButtonA, ui->BrightRedButtonA, ui->RedButtonA, ui->YellowButtonA,
+                          ui->GreenButtonA, ui->PurpleButtonA, ui->LightBlueButtonA, ui->LightYellowButtonA});
+    MarkerArea = ui->markerTrack->geometry();
+    makeGroups();
+    onFirstShow(this, [this] { dress(); });
+}
+
+SensorDPI::~SensorDPI() = default;
+
+void SensorDPI::makeGroups()
+{
+    auto *buttons = new QButtonGroup(this);
+    auto *bars = new QButtonGroup(this);
+    for (int stage = 0; stage < DpiStageLimit; ++stage) {
+        buttons->addButton(row->button(stage), stage);
+        bars->addButton(row->bar(stage), stage);
+        row->bar(stage)->installEventFilter(this);
+    }
+}
+
+void SensorDPI::dress()
+{
+    PicturePath = style::pictureFolder(QStringLiteral("Sensor"));
+    row->dress();
+    ui->label->setStyleSheet(style::label(style::color("LabelColor")));
+    ui->ReduceLevelA->setStyleSheet(style::titleButton(PicturePath, QStringLiteral("Reduce")));
+    ui->AddLevelA->setStyleSheet(style::titleButton(PicturePath, QStringLiteral("Add")));
+    ui->label_8->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Level.png")));
+    ui->groove->setStyleSheet(style::tiledPicture(PicturePath, QStringLiteral("Track.png")));
+    ui->horizontalSliderC->setStyleSheet(style::slider());
+    ui->spinBoxA->setStyleSheet(style::framedReadout());
+    dressComboBox(ui->ChooseEvent, PicturePath);
+}
+
+// ---- Selecting a stage
+
+void SensorDPI::stageToggled(int stage, bool checked)
+{
+    row->selectButton(stage, checked);
+    if (checked && isEdit())
+        takeStage(stage);
+}
+
+void SensorDPI::takeStage(int stage)
+{
+    LastStage = CurrentStage;
+    CurrentStage = stage;
+    if (!SetCurrentDpiStage(uint8_t(stage))) {
+        CurrentStage = LastStage;
+        showStage(LastStage);
+        return;
+    }
+    for (int other = 0; other < DpiStageLimit; ++other)
+        if (other != stage)
+            row->selectButton(other, false);
+    row->bar(stage)->setChecked(true);
+    LastStage = stage;
+    row->stopTabAt(stage);
+    ui->label_8->move(StagePoint[std::size_t(stage)]);
+    emit PostMsg::instance()->SigAddSensor(row->number(stage));
+}
+
+void SensorDPI::stageClicked() { showStage(LastStage); }
+
+void SensorDPI::showStage(int stage)
+{
+    if (!isStage(stage))
+        return;
+    const auto quiet = row->silence();
+    const QSignalBlocker quietSlider(ui->horizontalSliderC);
+    ui->horizontalSliderC->setValue(row->number(stage));
+    ui->spinBoxA->setValue(row->number(stage));
+    row->button(stage)->setChecked(true);
+    row->bar(stage)->setChecked(true);
+    row->selectOnly(stage);
+    row->stopTabAt(stage);
+    ui->label_8->move(StagePoint[std::size_t(stage)]);
+}
+
+void SensorDPI::barToggled(int stage, bool checked)
+{
+    row->selectBar(stage, checked);
+    if (!checked)
+        return;
+    row->button(stage)->setChecked(true);
+    if (row->checkedButton() != stage)
+        return; // the mouse did not take the stage
+    // A slider that stands there already sends nothing that would arm it again.
+    const int dpi = row->number(stage);
+    ArmWrite = ui->horizontalSliderC->value() == dpi;
+    ui->horizontalSliderC->setValue(dpi);
+}
+
+// Made when first asked for: it costs more than the whole panel.
+void SensorDPI::makePicker()
+{
+    ColorPicker = new QColorDialog(this);
+    ColorPicker->setOption(QColorDialog::DontUseNativeDialog);
+    connect(ColorPicker, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
+}
+
+void SensorDPI::barClicked(int stage)
+{
+    if (!ColorPicker)
+        makePicker();
+    ColorPicker->setCurrentColor(colorOf(row->color(stage)));
+    ColorPicker->open();
+}
+
+// The arrow keys of a group click what they reach, and a click on a bar asks for a colour.
+bool SensorDPI::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    if (key != Qt::Key_Left && key != Qt::Key_Right && key != Qt::Key_Up && key != Qt::Key_Down)
+        return false;
+    const int stage = row->checkedBar() + (key == Qt::Key_Left || key == Qt::Key_Up ? -1 : 1);
+    if (isStage(stage) && !row->bar(stage)->isHidden()) {
+        row->bar(stage)->setFocus(Qt::TabFocusReason);
+        row->bar(stage)->setChecked(true);
+    }
+    return true;
+}
+
+void SensorDPI::SetColor(QColor color)
+{
+    const int stage = row->checkedBar();
+    if (!mouseAnswers() || stage < 0)
+        return;
+    if (isEdit() && !SetDpiColor(stage, uint8_t(color.red()), uint8_t(color.green()), uint8_t(color.blue())))
+        return;
+    row->setColor(stage, listedColor(color));
+}
+
+// ---- The value of the current stage
+
+int SensorDPI::rest(int dpi)
+{
+    const DpiRest found = dpiRestAt(dpi, SensorRanges);
+    if (found.step > 0) {
+        ui->horizontalSliderC->setPageStep(found.step);
+        ui->horizontalSliderC->setSingleStep(found.step);
+    }
+    return found.dpi;
+}
+
+// Until the next load: a drag goes on sending positions.
+void SensorDPI::returnSlider()
+{
+    ui->horizontalSliderC->blockSignals(true);
+    ui->horizontalSliderC->setEnabled(false);
+    ui->horizontalSliderC->setSliderDown(false); // a disabled one hears no release
+    ui->horizontalSliderC->setValue(ui->spinBoxA->value());
+}
+
+void SensorDPI::showValue(int stage, int dpi)
+{
+    if (stage >= 0)
+        row->setText(stage, QString::number(dpi));
+    ui->spinBoxA->setValue(dpi);
+}
+
+void SensorDPI::on_horizontalSliderC_sliderMoved(int position)
+{
+    const int dpi = rest(position);
+    if (!SensorPageBusy && !mouseAnswers())
+        returnSlider();
+    else
+        ui->spinBoxA->setValue(dpi);
+}
+
+void SensorDPI::on_horizontalSliderC_valueChanged(int value)
+{
+    if (isEdit() && !mouseAnswers()) {
+        returnSlider();
+        emit PostMsg::instance()->SigMouseOffLineo(0);
+        return;
+    }
+    const int dpi = rest(value);
+    const int stage = row->checkedButton();
+    const int before = stage >= 0 ? row->number(stage) : dpi;
+    showValue(stage, dpi);
+    if (!ArmWrite) {
+        ArmWrite = true;
+        return;
+    }
+    if (SettingsBusy || !isEdit())
+        return;
+    if (stage >= 0 && !SensorDpiEncode(stage, dpi)) {
+        showValue(stage, before);
+        returnSlider();
+        return;
+    }
+    emit PostMsg::instance()->SigAddSensor(dpi);
+}
+
+void SensorDPI::stepTo(int dpi)
+{
+    if (!CheckOnline())
+        return;
+    ArmWrite = true;
+    ui->horizontalSliderC->setValue(dpi);
+}
+
+void SensorDPI::on_AddLevelA_clicked()
+{
+    stepTo(qMin(dpiAbove(ui->spinBoxA->value(), SensorRanges), ui->horizontalSliderC->maximum()));
+}
+
+void SensorDPI::on_ReduceLevelA_clicked() { stepTo(dpiBelow(ui->spinBoxA->value(), SensorRanges)); }
+
+void SensorDPI::on_pushButton_clicked()
+{
+    const QSignalBlocker quiet(ui->horizontalSliderC);
+    ui->horizontalSliderC->setValue(FreeSlider);
+}
+
+// ---- The number of stages
+
+void SensorDPI::on_ChooseEvent_currentIndexChanged(int index)
+{
+    if (index < 0)
+        return; // the box is being emptied
+    if (!SensorPageBusy && !mouseAnswers()) {
+        SetChoice(ChooseIndex);
+        return;
+    }
+    if (SensorPageBusy) {
+        ChooseIndex = index;
+        return;
+    }
+    const bool vanishes = isStage(CurrentStage) && CurrentStage > index;
+    if (!(vanishes ? exchangeWith(index) : !UiArmed || SetDpiStageCount(uint8_t(index + 1)))) {
+        SetChoice(ChooseIndex);
+        return;
+    }
+    ChooseIndex = index;
+    StageCount = index + 1;
+    ShowStages(index);
+}
+
+// The current stage takes the last place that stays, so that nothing of either is lost.
+bool SensorDPI::exchangeWith(int index)
+{
+    const FlashDataMap record = DeviceRecord::copy();
+    if (UiArmed && !SetDpiStages(record.DpiStages[index], record.DpiStages[CurrentStage], CurrentStage, index,
+                                 uint8_t(index)))
+        return false;
+    row->swap(index, CurrentStage);
+    CurrentStage = LastStage = index;
+    showStage(index);
+    return true;
+}
+
+// ---- The marker
+
+void SensorDPI::mousePressEvent(QMouseEvent *event)
+{
+    if (event->buttons() == Qt::NoButton || !ui->label_8->geometry().contains(event->pos()) ||
+        !mouseAnswers())
+        return;
+    Dragging = true;
+    DragOffset = event->pos() - ui->label_8->pos();
+}
+
+void SensorDPI::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!Dragging)
+        return;
+    if (MarkerArea.contains(event->pos()))
+        ui->label_8->move(event->pos() - DragOffset);
+    else
+        mouseReleaseEvent(event);
+}
+
+void SensorDPI::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (!Dragging)
+        return;
+    Dragging = false;
+    drop(event->pos());
+}
+
+void SensorDPI::returnMarker()
+{
+    if (isStage(CurrentStage))
+        ui->label_8->move(StagePoint[std::size_t(CurrentStage)]);
+}
+
+void SensorDPI::drop(const QPoint &pointer)
+{
+    const bool onMarker = ui->label_8->geometry().contains(pointer);
+    const int home = isStage(CurrentStage) ? StagePoint[std::size_t(CurrentStage)].x() : 0;
+    returnMarker();
+    if (!onMarker || isBesideTrack(pointer.x()))
+        return;
+    if (isBehindLastStage(pointer.x(), ui->ChooseEvent->currentIndex())) {
+        if (UiArmed)
+            SetCurrentDpiStage(uint8_t(CurrentStage));
+        return;
+    }
+    const std::optional<int> shift = markerShift(pointer.x() - home);
+    if (shift && isStage(CurrentStage + *shift))
+        dropOn(CurrentStage + *shift);
+}
+
+void SensorDPI::dropOn(int stage)
+{
+    if (!CheckOnline())
+        return;
+    if (!UiArmed)
+        CurrentStage = stage;
+    row->button(stage)->setChecked(true);
+    returnMarker();
+}

@@ -1,0 +1,167 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "sensor/StageRow.h"
+
+#include "presentation/StyleSheets.h"
+
+#include <QAbstractButton>
+#include <QColor>
+
+namespace
+{
+
+struct Growth {
+    int x, y;
+    QSize size;
+};
+constexpr Growth ButtonGrowth = {-7, -7, {68, 70}};
+constexpr Growth BarGrowth = {-8, 6, {66, 14}};
+
+void place(QWidget *widget, const QRect &plain, const Growth &growth, bool selected)
+{
+    widget->setGeometry(selected ? QRect(plain.topLeft() + QPoint(growth.x, growth.y), growth.size) : plain);
+}
+
+void wear(QWidget *widget, const QString &sheet)
+{
+    if (widget->styleSheet() != sheet)
+        widget->setStyleSheet(sheet);
+}
+
+int checkedOf(const StageRow::Widgets &widgets)
+{
+    for (std::size_t i = 0; i < widgets.size(); ++i)
+        if (widgets[i]->isChecked())
+            return int(i);
+    return -1;
+}
+
+} // namespace
+
+QString listedColor(const QColor &color)
+{
+    return QStringLiteral("%1,%2,%3").arg(color.red()).arg(color.green()).arg(color.blue());
+}
+
+StageRow::StageRow(const Widgets &stageButtons, const Widgets &colorBars)
+    : buttons(stageButtons)
+    , bars(colorBars)
+    , StageColor{QStringLiteral("255,0,0"),   QStringLiteral("0,255,0"),   QStringLiteral("0,0,255"),
+                 QStringLiteral("255,255,0"), QStringLiteral("0,255,255"), QStringLiteral("255,0,255")}
+{
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        BigRect[i] = buttons[i]->geometry();
+        BarRect[i] = bars[i]->geometry();
+    }
+}
+
+void StageRow::dress()
+{
+    folder = style::pictureFolder(QStringLiteral("Sensor"));
+    ink = style::color("ButtonColor");
+    for (int stage = 0; stage < DpiStageLimit; ++stage) {
+        dressButton(stage);
+        dressBar(stage);
+    }
+}
+
+void StageRow::dressButton(int stage)
+{
+    const auto i = std::size_t(stage);
+    place(buttons[i], BigRect[i], ButtonGrowth, buttonSelected[i]);
+    if (!folder.isEmpty())
+        wear(buttons[i], style::stageButton(folder, ink, buttonSelected[i]));
+}
+
+void StageRow::dressBar(int stage)
+{
+    const auto i = std::size_t(stage);
+    place(bars[i], BarRect[i], BarGrowth, barSelected[i]);
+    if (!folder.isEmpty())
+        wear(bars[i], style::colorBar(folder, StageColor[i], barSelected[i]));
+}
+
+void StageRow::setText(int stage, const QString &text)
+{
+    button(stage)->setText(text);
+    button(stage)->setAccessibleDescription(text + QStringLiteral(" DPI"));
+}
+
+QString StageRow::text(int stage) const { return button(stage)->text(); }
+
+void StageRow::setColor(int stage, const QString &color)
+{
+    StageColor[std::size_t(stage)] = color;
+    bar(stage)->setAccessibleDescription(color);
+    dressBar(stage);
+}
+
+void StageRow::swap(int one, int other)
+{
+    const QString oneText = text(one);
+    const QString oneColor = color(one);
+    setText(one, text(other));
+    setColor(one, color(other));
+    setText(other, oneText);
+    setColor(other, oneColor);
+}
+
+void StageRow::selectButton(int stage, bool selected)
+{
+    buttonSelected[std::size_t(stage)] = selected;
+    dressButton(stage);
+}
+
+void StageRow::selectBar(int stage, bool selected)
+{
+    barSelected[std::size_t(stage)] = selected;
+    dressBar(stage);
+}
+
+void StageRow::selectOnly(int stage)
+{
+    for (int i = 0; i < DpiStageLimit; ++i) {
+        selectButton(i, i == stage);
+        selectBar(i, i == stage);
+    }
+}
+
+void StageRow::show(int lastStage)
+{
+    for (int i = 0; i < DpiStageLimit; ++i) {
+        button(i)->setVisible(i <= lastStage);
+        bar(i)->setVisible(i <= lastStage);
+    }
+}
+
+void StageRow::stopTabAt(int stage)
+{
+    for (int i = 0; i < DpiStageLimit; ++i) {
+        const Qt::FocusPolicy policy = i == stage ? Qt::StrongFocus : Qt::ClickFocus;
+        button(i)->setFocusPolicy(policy);
+        bar(i)->setFocusPolicy(policy);
+    }
+}
+
+int StageRow::checkedButton() const { return checkedOf(buttons); }
+
+int StageRow::checkedBar() const { return checkedOf(bars); }
+
+std::vector<QSignalBlocker> StageRow::silence() const
+{
+    std::vector<QSignalBlocker> blockers;
+    blockers.reserve(buttons.size() + bars.size());
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        blockers.emplace_back(buttons[i]);
+        blockers.emplace_back(bars[i]);
+    }
+    return blockers;
+}
+
+void StageRow::blockSignals(bool blocked)
+{
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        buttons[i]->blockSignals(blocked);
+        bars[i]->blockSignals(blocked);
+    }
+}

@@ -1,0 +1,156 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// SensorRoad: the program on one emulated mouse of a model and a link, led to its sensor page; and what the
+// page ought to show of a record. Made anew for each test function.
+#pragma once
+
+#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/sensor/SensorDpi.h"
+#include "presentation/Widgets.h"
+#include "sensor/PerformanceTimes.h"
+#include "sensor/Sensor.h"
+#include "sensor/SensorDPI.h"
+#include "sensor/SensorRate.h"
+#include "tests/e2e/Program.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QSlider>
+#include <QSpinBox>
+#include <QToolButton>
+
+struct SensorLink {
+    const char *name;
+    int kind;
+    const char *device; // what is plugged
+};
+constexpr SensorLink SensorLinks[] = {
+    {"cable", 3, nullptr}, {"oldcable", 2, nullptr}, {"1k", 0, "1k"},
+    {"2k", 4, "2k"},       {"4k", 1, "4k"},          {"8k", 5, "8k"},
+};
+constexpr int SensorModels[] = {6, 7, 8, 9}; // model ids, in the order of the catalogue
+
+// The places in the record where the two differ, with both values.
+inline QString difference(const FlashDataMap &is, const FlashDataMap &wanted)
+{
+    const auto *a = reinterpret_cast<const uint8_t *>(&is);
+    const auto *b = reinterpret_cast<const uint8_t *>(&wanted);
+    QStringList found;
+    for (std::size_t i = 0; i < sizeof is && found.size() < 8; ++i)
+        if (a[i] != b[i])
+            found << QStringLiteral("byte %1 is %2, not %3").arg(i).arg(a[i]).arg(b[i]);
+    return found.join(QStringLiteral("; "));
+}
+
+class SensorRoad
+{
+public:
+    using Act = std::function<void()>;
+    using Change = std::function<void(FlashDataMap &)>;
+
+    SensorRoad(int mid, const SensorLink &deviceLink, const char *orders = "")
+        : link(deviceLink), program(scenario(mid, deviceLink, orders).constData())
+    {
+    }
+
+    QString open()
+    {
+        program.open(plug());
+        program.click("SensorButton");
+        program.expect("sensor page", [this] { return page() && page()->isVisible(); });
+        return program.script.run();
+    }
+
+    QString plug() const { return link.device ? QStringLiteral("r") : QStringLiteral("m"); }
+    FlashDataMap flash() { return program.bus.record("m"); }
+    uint64_t writes()
+    {
+        return program.bus.emulated.reportCount(link.device ? "r" : "m", wire::Command::FlashWrite);
+    }
+
+    Sensor *page() const { return program.window->findChild<Sensor *>(); }
+    template <typename Widget = QWidget> Widget *find(const char *name) const
+    {
+        return page()->findChild<Widget *>(QLatin1String(name));
+    }
+    QSlider *slider() const { return find<QSlider>("horizontalSliderC"); }
+    QToolButton *rate(int index) const { return page()->findChild<SensorRate *>()->button(index); }
+    QAbstractButton *stage(int index) const;
+
+    // Acts as the user and waits for the flash; the empty text when exactly `change` has come of it, by one
+    // report when it changes anything at all.
+    QString edit(const Act &act, const Change &change)
+    {
+        FlashDataMap wanted = flash();
+        change(wanted);
+        const uint64_t reports = sameBytes(wanted, flash()) ? 0 : 1;
+        const uint64_t before = writes();
+        act();
+        QTest::qWaitFor([&] { return sameBytes(flash(), wanted); });
+        if (!sameBytes(flash(), wanted))
+            return QStringLiteral("flash: ") + difference(flash(), wanted);
+        if (!program.agrees("m"))
+            return QStringLiteral("record: ") + difference(DeviceRecord::copy(), wanted);
+        const uint64_t sent = writes() - before;
+        return sent == reports ? QString() : QStringLiteral("%1 writes").arg(sent);
+    }
+
+    // The empty text when the page shows the record; else what it shows in another way.
+    QString shown(const FlashDataMap &record) const;
+
+    SensorLink link;
+    Program program;
+
+private:
+    static QByteArray scenario(int mid, const SensorLink &link, const char *orders)
+    {
+        QByteArray text = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
+                          "receiverboot 0007\nmouse m cid 18 mid " +
+                          QByteArray::number(mid) + " version 1.05";
+        if (!link.device)
+            text += " kind " + QByteArray::number(link.kind);
+        else
+            text += "\nreceiver r version 1.02 mouse m class " + QByteArray(link.device);
+        return text + '\n' + orders + (link.device ? "plug r\n" : "plug m\n");
+    }
+};
+
+inline QAbstractButton *SensorRoad::stage(int index) const
+{
+    static const char *const names[] = {"BlueButton",      "BrightRedButton",  "RedButton",
+                                        "YellowButton",    "GreenButton",      "PurpleButton",
+                                        "LightBlueButton", "LightYellowButton"};
+    return find<QAbstractButton>(names[index]);
+}
+
+inline QString SensorRoad::shown(const FlashDataMap &record) const
+{
+    QStringList wrong;
+    const auto check = [&wrong](const char *what, int is, int wanted) {
+        if (is != wanted)
+            wrong << QStringLiteral("%1 is %2, not %3").arg(QLatin1String(what)).arg(is).arg(wanted);
+    };
+    for (int i = 0; i < int(RateRows.size()); ++i)
+        check(RateRows[std::size_t(i)].hertz >= 1000 ? "fast rate" : "rate", rate(i)->isChecked(),
+              RateRows[std::size_t(i)].code == record.ReportRate);
+    for (int i = 0; i < DpiStageLimit; ++i) {
+        check("stage", stage(i)->isChecked(), i == record.CurrentDpiStage);
+        check("stage is there", !stage(i)->isHidden(), i < record.DpiStageCount);
+    }
+    const DpiStage &current = record.DpiStages[record.CurrentDpiStage % DpiStageLimit];
+    const int dpi = SensorDpiDecode(current.LevelX, current.LevelFlags);
+    check("slider", slider()->value(), qBound(slider()->minimum(), dpi, slider()->maximum()));
+    check("number on the stage", stage(record.CurrentDpiStage % DpiStageLimit)->text().toInt(), dpi);
+    check("count", find<QComboBox>("ChooseEvent")->currentIndex(), record.DpiStageCount - 1);
+    check("performance", find<QCheckBox>("Performance")->isChecked(), record.Performance);
+    check("time", find<QComboBox>("PerformanceOpen")->currentIndex(),
+          performanceIndexOf(record.PerformanceOpen));
+    check("ripple", find<QAbstractButton>("RippeControl_2")->isChecked(), record.RippeControl);
+    check("snapping", find<QAbstractButton>("StraightLine_2")->isChecked(), record.StraightLine);
+    check("sync", find<QAbstractButton>("MotionSync_2")->isChecked(), record.MotionSync);
+    const auto *mode = find<QComboBox>("ModelChoose");
+    if (mode->isEnabled())
+        check("mode", mode->currentIndex(), record.ModelChoose);
+    return wrong.join(QStringLiteral("; "));
+}
