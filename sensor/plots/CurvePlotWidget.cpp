@@ -43,7 +43,7 @@ void drawBox(QPainter &painter, const QString &measured, const QString &text, co
     area.setSize(BoxSize);
     area.translate(at.toPoint() + BoxOffset);
     painter.drawRoundedRect(area.adjusted(-BoxRoom, -BoxRoom, BoxRoom, BoxRoom), BoxCorner, BoxCorner);
-    painter.drawText(area, align, text);
+    painter.drawText(area, align | Qt::TextDontClip, text);
 }
 
 } // namespace

@@ -31,6 +31,8 @@ RotatableWidget::RotatableWidget(QWidget *parent) : QWidget(parent)
 
 void RotatableWidget::SetImage(const QString &path)
 {
+    if (path == imagePath)
+        return;
     imagePath = path;
     scaled = QPixmap();
     update();
@@ -54,7 +56,9 @@ const QPixmap &RotatableWidget::picture()
 {
     const QSize wanted = size() * devicePixelRatioF();
     if (!imagePath.isEmpty() && scaled.size() != wanted) {
-        scaled = QPixmap(imagePath).scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        scaled = QPixmap(imagePath);
+        if (!scaled.isNull())
+            scaled = scaled.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         scaled.setDevicePixelRatio(devicePixelRatioF());
     }
     return scaled;
