@@ -139,7 +139,7 @@ void Advanced::dress()
     const QString dimColor = style::color("LinEditColorSecond");
     for (QFrame *line : {ui->KFpsLine, ui->LongRangeLine, ui->AngleLine})
         line->setStyleSheet(style::hairline(labelColor, LineOpacity));
-    for (QLabel *marker : {ui->SleepMarker, ui->KFpsMarker, ui->LongRangeMarker, ui->AngleMarker})
+    for (QFrame *marker : {ui->SleepMarker, ui->KFpsMarker, ui->LongRangeMarker, ui->AngleMarker})
         marker->setStyleSheet(style::sectionTitle(PicturePath, marker->objectName()));
     for (QLabel *caption :
          {ui->SleepCaption, ui->KFpsCaption, ui->LongRangeCaption, ui->AngleCaption, ui->AngleText})

@@ -107,16 +107,30 @@ void Gallery::shootScene(const Scene &scene)
 
 void Gallery::shootDevicePage()
 {
+    openDevice();
+    script.step(
+        "sensor page", [] { return true; }, [] { windows::click(QStringLiteral("SensorButton")); });
+    shoot("device");
+    shootAdvanced("advanced");
+}
+
+// The page with the groups that this device has; the way back leads to the tiles.
+void Gallery::shootAdvanced(const char *name)
+{
+    script.step(
+        "advanced page", [] { return true; }, [] { windows::click(QStringLiteral("Advanced")); });
+    shoot(name);
+    script.step(
+        "back", [] { return true; }, [] { windows::click(QStringLiteral("UpArrow")); });
+    script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
+}
+
+void Gallery::openDevice()
+{
     script.step(
         "device page", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; },
         [] { windows::click(QStringLiteral("btn0")); });
     script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
-    script.step(
-        "sensor page", [] { return true; }, [] { windows::click(QStringLiteral("SensorButton")); });
-    shoot("device");
-    script.step(
-        "back", [] { return true; }, [] { windows::click(QStringLiteral("UpArrow")); });
-    script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
 }
 
 void Gallery::shootNotices()
@@ -149,6 +163,9 @@ QString Gallery::run()
                                {"selection-again", "r1"}})
         shootScene(scene);
     shootDevicePage();
+    shootScene({"selection-wired", "wired"});
+    openDevice();
+    shootAdvanced("advanced-wired");
     shootNotices();
     script.step(
         "two alike", [] { return true; }, [this] { plug("r1 rtwin"); });

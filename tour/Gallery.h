@@ -27,7 +27,9 @@ private:
 
     void plug(const char *devices);
     void shootScene(const Scene &scene);
+    void openDevice();
     void shootDevicePage();
+    void shootAdvanced(const char *name);
     void shootNotices();
     void shoot(const char *name);
     void save(const QString &name) const;
