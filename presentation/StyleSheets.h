@@ -49,6 +49,14 @@ QString batteryBar(const QString &chunkColor);
 QString hairline(const QString &color, int opacity);
 // A thumb on a bar of which no side counts as filled: Groove; Thumb, ThumbHover, ThumbClick, ThumbOff.
 QString thumbSlider(const QString &folder);
+// A switch: "Close" and, while it is on, "Open", each + "Hover" and + "Click".
+QString switchButton(const QString &folder);
+// A horizontal slider whose way so far is filled.
+QString slider();
+// What stands in the place of such a slider that has nothing to set.
+QString emptySlider();
+// A number beside a slider.
+QString readout();
 // A field to type in.
 QString lineEdit();
 

@@ -12,6 +12,7 @@
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
+#include "sensor/Tip.h"
 #include "ui_Advanced.h"
 
 #include <QButtonGroup>
@@ -147,10 +148,9 @@ void Advanced::dress()
     for (QLabel *text : {ui->LongRangeText, ui->label_Min, ui->label_Zero, ui->label_Max})
         text->setStyleSheet(style::label(dimColor));
     for (QLabel *tips : {ui->SleepTips, ui->KFpsTips, ui->LongRangeTips, ui->AngleTips})
-        tips->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Tips.png")));
+        dressTip(tips);
     ui->AnglePicture->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Angle.png")));
-    ui->KFPS->setStyleSheet(
-        style::choiceButton(PicturePath, labelColor, QStringLiteral("Switch"), QStringLiteral("Check")));
+    ui->KFPS->setStyleSheet(style::switchButton(PicturePath));
     ui->checkBox->setStyleSheet(style::checkBox(PicturePath, labelColor));
     ui->AngleSet->setStyleSheet(style::thumbSlider(PicturePath));
 }
@@ -321,11 +321,9 @@ void Advanced::SlotAllLanguage(int index)
         {ui->AngleCaption, ui->AngleTips, ui->AngleSet, "AngularMode", "AngularModeTips"},
     };
     for (const auto &group : groups) {
-        const QString tips = advancedText(group.tipsKey, index);
         setTextOf(group.caption, advancedText(group.captionKey, index));
-        group.tips->setToolTip(tips);
         group.control->setAccessibleName(group.caption->text());
-        group.control->setAccessibleDescription(tips);
+        setTip(group.tips, group.control, advancedText(group.tipsKey, index));
     }
     setTextOf(ui->LongRangeText, advancedText("LongDistanceTips", index));
     for (int i = 0; i < SleepItems; ++i)

@@ -164,8 +164,6 @@ void tst_skin::statesDifferByMoreThanHue_data()
     QTest::newRow("Sensor/RateButton checked")
         << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check")};
     QTest::newRow("Advanced/Thumb") << three + QStringList{QStringLiteral("Off")};
-    QTest::newRow("Advanced/Switch") << QStringList{QString(), QStringLiteral("Hover"),
-                                                    QStringLiteral("Check")};
     for (const char *stem : {"DialogChange/CheckBox", "Sensor/CheckBox", "Advanced/CheckBox"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Check")};
     for (const char *stem : {"DialogChange/Menu", "Sensor/Menu"})
