@@ -30,6 +30,8 @@ QString place(const QWidget *widget)
 
 bool textFits(const QString &text, const QWidget *widget, bool wraps, int room)
 {
+    if (text.isEmpty())
+        return true;
     const QFontMetrics metrics(widget->font());
     const int flags = wraps ? int(Qt::TextWordWrap) : 0;
     const QRect needed = metrics.boundingRect(QRect(0, 0, widget->width() - room, 4000), flags, text);
