@@ -130,6 +130,8 @@ void Gallery::openDevice()
     script.step(
         "device page", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; },
         [] { windows::click(QStringLiteral("btn0")); });
+    // A load before this one has left its mark.
+    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
     script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
 }
 
