@@ -83,6 +83,12 @@ constexpr char BatteryBar[] = "#progressBar{border: none;background-color: trans
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
+constexpr char ThumbSlider[] =
+    "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: url(%PGroove.png);}"
+    "QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px 0px;image: url(%PThumb.png);}"
+    "QSlider::handle:horizontal:hover{image: url(%PThumbHover.png);}"
+    "QSlider::handle:horizontal:pressed{image: url(%PThumbClick.png);}"
+    "QSlider::handle:horizontal:disabled{image: url(%PThumbOff.png);}";
 constexpr char SwitchButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%PClose.png);}QToolButton:hover{background-image: url(%PCloseHover.png);}"
@@ -209,6 +215,8 @@ QString hairline(const QString &color, int opacity)
 {
     return compose(Hairline, {}, {color, QString::number(opacity)});
 }
+
+QString thumbSlider(const QString &folder) { return compose(ThumbSlider, folder, {}); }
 
 QString switchButton(const QString &folder) { return compose(SwitchButton, folder, {}); }
 

@@ -47,6 +47,8 @@ QString navigationButton(const QString &folder, const QString &icon);
 QString batteryBar(const QString &chunkColor);
 // A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
+// A thumb on a bar of which no side counts as filled: Groove; Thumb, ThumbHover, ThumbClick, ThumbOff.
+QString thumbSlider(const QString &folder);
 // A switch: "Close" and, while it is on, "Open", each + "Hover" and + "Click".
 QString switchButton(const QString &folder);
 // A horizontal slider whose way so far is filled.

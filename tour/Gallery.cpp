@@ -105,7 +105,8 @@ void Gallery::shootScene(const Scene &scene)
     shoot(scene.name);
 }
 
-void Gallery::shootSensorPage(const Scene &scene)
+// One page of a device; the way back leads to the tiles.
+void Gallery::shootDevicePage(const Scene &scene, const QString &button)
 {
     const QString plugName = QLatin1String(scene.devices);
     script.step(
@@ -117,11 +118,21 @@ void Gallery::shootSensorPage(const Scene &scene)
     script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
     script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
     script.step(
-        "sensor page", [] { return true; }, [] { windows::click(QStringLiteral("SensorButton")); });
+        "the page", [] { return true; }, [button] { windows::click(button); });
     shoot(scene.name);
     script.step(
         "back", [] { return true; }, [] { windows::click(QStringLiteral("UpArrow")); });
     script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
+}
+
+void Gallery::openDevice()
+{
+    script.step(
+        "device page", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; },
+        [] { windows::click(QStringLiteral("btn0")); });
+    // A load before this one has left its mark.
+    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
+    script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
 }
 
 void Gallery::shootNotices()
@@ -154,7 +165,9 @@ QString Gallery::run()
         shootScene(scene);
     for (const Scene &scene :
          {Scene{"sensor-6", "r1"}, {"sensor-7", "r2"}, {"sensor-8", "r3"}, {"sensor-9", "r4"}})
-        shootSensorPage(scene);
+        shootDevicePage(scene, QStringLiteral("SensorButton"));
+    for (const Scene &scene : {Scene{"advanced", "r1"}, {"advanced-wired", "wired"}})
+        shootDevicePage(scene, QStringLiteral("Advanced"));
     shootNotices();
     script.step(
         "two alike", [] { return true; }, [this] { plug("r1 rtwin"); });

@@ -14,6 +14,7 @@
 #include "tests/widget/Fixture.h"
 
 #include <QAbstractButton>
+#include <QAbstractSlider>
 #include <QComboBox>
 #include <QLabel>
 #include <QStackedWidget>
@@ -29,6 +30,8 @@ QString place(const QWidget *widget)
 
 bool textFits(const QString &text, const QWidget *widget, bool wraps, int room)
 {
+    if (text.isEmpty())
+        return true;
     const QFontMetrics metrics(widget->font());
     const int flags = wraps ? int(Qt::TextWordWrap) : 0;
     const QRect needed = metrics.boundingRect(QRect(0, 0, widget->width() - room, 4000), flags, text);
@@ -37,7 +40,8 @@ bool textFits(const QString &text, const QWidget *widget, bool wraps, int room)
 
 bool isControl(const QWidget *widget)
 {
-    return (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget)) &&
+    return (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
+            qobject_cast<const QAbstractSlider *>(widget)) &&
            widget->focusPolicy() != Qt::NoFocus;
 }
 
@@ -135,6 +139,35 @@ private slots:
             QVERIFY(dialog->findChild<QToolButton *>(way)->isVisible());
             check(&window);
         }
+        QTRY_VERIFY(fake.idle());
+    }
+
+    // Each model on cable and radio, with what it has of the groups, and without any device.
+    void advancedPage()
+    {
+        fake.setDevices({shipped("dev", "0x0005", 6, Receiver8K)});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        auto *open = window.findChild<Dialog *>()->findChild<QToolButton *>("Advanced");
+        FlashDataMap map{};
+        map.StopCloseTime = 60;
+        map.AngleSet = 256 - 30;
+        for (int model = 0; model < 4; ++model) {
+            for (const uint16_t kind : {uint16_t(Receiver8K), uint16_t(fixture::CableKind)}) {
+                fixture::select(fixture::info("dev", kind, model));
+                emit PostMsg::instance()->SigChangeMainDialog(1);
+                emit PostMsg::instance()->SigUpDataSensorUIB(map);
+                emit PostMsg::instance()->SigFormB();
+                open->click();
+                QVERIFY(open->isVisible());
+                check(&window);
+            }
+        }
+        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        open->click();
+        check(&window);
         QTRY_VERIFY(fake.idle());
     }
 
