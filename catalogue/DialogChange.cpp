@@ -76,7 +76,7 @@ void DialogChange::dress()
     ui->LeftButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Left")));
     ui->RightButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Right")));
     ui->Repair->setStyleSheet(style::textButton(pictures, buttonColor, QStringLiteral("Confirm")));
-    ui->PromptPicture->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Prompt.png")));
+    ui->label->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Prompt.png")));
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
     dressComboBox(ui->comboBox, pictures);
@@ -120,6 +120,14 @@ void DialogChange::take(const DeviceScan &scan)
     SlotUpDateButton(RegistryStore::instance()
                          .value(registry::BaseGroup, QString::fromLatin1(registry::UpdateFailInfo))
                          .isEmpty());
+    rebuild(scan);
+    // What the upgrade offers depends on what is attached.
+    if (UpgradeDialogOpen && !UpdateBusy)
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+}
+
+void DialogChange::rebuild(const DeviceScan &scan)
+{
     AttachedDevices = AttachedDevicesCopy = scan.devices;
     board.clear();
     if (AttachedDevices.empty()) {
@@ -144,7 +152,7 @@ void DialogChange::warnOfDuplicates()
 
 void DialogChange::showPrompt()
 {
-    ui->PromptPicture->show();
+    ui->label->show();
     ui->label_2->show();
     ui->label_3->hide();
     ui->stackedWidget->hide();
@@ -154,7 +162,7 @@ void DialogChange::showPrompt()
 
 void DialogChange::showCarousel()
 {
-    ui->PromptPicture->hide();
+    ui->label->hide();
     ui->label_2->hide();
     ui->label_3->show();
     board.build(AttachedDevices);
@@ -383,7 +391,7 @@ void DialogChange::SlotAllLanguage(int index)
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));
     ui->NewHong->setText(language::text(language::Section::common, "OK", index));
     ui->NoApear->setText(homeText("NoApear", index));
-    board.setOfflineTip(dialogOffline + QLatin1Char('\n') + pairTips);
+    board.setOfflineTip(dialogOffline + QLatin1Char('\n') + pairTips, ui->NoApear->font());
 }
 
 void DialogChange::changeEvent(QEvent *event)
