@@ -54,11 +54,13 @@ void NoticeDialog::dress()
 {
     const QString folder = style::pictureFolder(QStringLiteral("WarningDialog"));
     const QString buttonColor = style::color("ButtonColor");
-    const QString confirm = style::textButton(folder, buttonColor, QStringLiteral("Confirm"));
+    const auto button = [&folder, &buttonColor](const QString &stem) {
+        return style::textButton(folder, buttonColor, stem) + style::textButtonHover(folder, stem);
+    };
     ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
-    ui->NewHong->setStyleSheet(confirm);
-    ui->OK->setStyleSheet(confirm);
-    ui->Cancel->setStyleSheet(style::textButton(folder, buttonColor, QStringLiteral("Cancel")));
+    ui->NewHong->setStyleSheet(button(QStringLiteral("Confirm")));
+    ui->OK->setStyleSheet(button(QStringLiteral("Confirm")));
+    ui->Cancel->setStyleSheet(button(QStringLiteral("Cancel")));
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
     ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(kind.picture)));
     findChild<QFrame *>(QLatin1String(kind.frameName))

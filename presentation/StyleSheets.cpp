@@ -32,6 +32,7 @@ constexpr char Arrow[] = "QToolButton{border-image: url(%P%1.png);}"
 constexpr char TextButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;color: rgb(%2;);"
     "border-image: url(%P%1.png);}QToolButton:pressed{border-image: url(%P%1Click.png); }";
+constexpr char TextButtonHover[] = "QToolButton:hover:!pressed{border-image: url(%P%1Hover.png);}";
 constexpr char Label[] = "QLabel{color: rgb(%1;);}";
 constexpr char LabelPicture[] = "QLabel{border:0px;background-position:center;background-repeat:no-repeat;"
                                 "background-image: url(%P%1);}";
@@ -109,6 +110,11 @@ QString arrow(const QString &folder, const QString &stem) { return compose(Arrow
 QString textButton(const QString &folder, const QString &color, const QString &stem)
 {
     return compose(TextButton, folder, {stem, color});
+}
+
+QString textButtonHover(const QString &folder, const QString &stem)
+{
+    return compose(TextButtonHover, folder, {stem});
 }
 
 QString label(const QString &color) { return compose(Label, {}, {color}); }

@@ -25,6 +25,8 @@ QString titleButton(const QString &folder, const QString &stem);
 QString arrow(const QString &folder, const QString &stem);
 // Stem and stem + "Click".
 QString textButton(const QString &folder, const QString &color, const QString &stem);
+// Goes behind the sheet of a text button: the pointer is over it, stem + "Hover".
+QString textButtonHover(const QString &folder, const QString &stem);
 QString label(const QString &color);
 QString labelPicture(const QString &folder, const QString &name);
 QString tile(const QString &folder, const QString &name);
