@@ -38,7 +38,8 @@ constexpr char LabelPicture[] = "QLabel{border:0px;background-position:center;ba
                                 "background-image: url(%P%1);}";
 constexpr char Tile[] = "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
                         "background-image: url(%P%1);color: rgb(255, 255, 255);}";
-constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border-radius: 12px;}";
+constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border-radius: 12px;}"
+                             "QToolButton:pressed{border: 4px solid rgb(%1);border-radius: 12px;}";
 constexpr char CheckBox[] = "QCheckBox{color: rgb(%1;);}"
                             "QCheckBox::indicator:checked {image: url(%PCheckBoxCheck.png);}"
                             "QCheckBox::indicator:unchecked {image: url(%PCheckBox.png);}";
@@ -57,8 +58,8 @@ constexpr char ComboBoxFinish[] =
     "QComboBox::down-arrow{right: 0px;}"
     "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}";
 // Dark on the selection's colour, since light on it would be hard to read.
-constexpr char ComboListFinish[] =
-    "QListView::item:selected{color: rgb(%1);}QListView::item:hover{color: rgb(%1);}";
+constexpr char ComboListFinish[] = "QListView::item:selected{color: rgb(%1);border-radius: 4px;}"
+                                   "QListView::item:hover{color: rgb(%1);border-radius: 4px;}";
 constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1;);}"
                              "QListView::item:hover{background-color: rgb(%1;);}";
 constexpr char SectionTitle[] = "#%1{border-image: url(%PTitle.png);}";
@@ -70,7 +71,8 @@ constexpr char ChoiceButton[] = "QToolButton{border:0px;color: rgb(%2;);border-i
 constexpr char NavigationButton[] =
     "QToolButton{border:0px;border-image: url(%PNavButton.png);image: url(%P%1.png);}"
     "QToolButton:hover{border-image: url(%PNavButtonHover.png);image: url(%P%1Hover.png);}"
-    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}";
+    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}"
+    "QToolButton:disabled{image: url(%P%1Off.png);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";

@@ -41,6 +41,7 @@ private slots:
 
     void recordingLocksTheColumn()
     {
+        openDevicePage();
         const QStringList locked = {"PreButton",    "Advanced",    "ButtonMain", "SensorButton",
                                     "LightsButton", "MacroButton", "FormSetting"};
         for (const int index : {0, 5, 1}) {
@@ -48,6 +49,9 @@ private slots:
             for (const QString &name : locked)
                 QCOMPARE(button(name)->isEnabled(), index == 1);
             QVERIFY(button("UpArrow")->isEnabled());
+            for (const char *way : {"MacroButton", "SensorButton"})
+                QVERIFY(button(way)->styleSheet().contains(QString("disabled{image: url(%1Dialog/%2Off.png)")
+                                                               .arg(applicationFolder() + "/Picture/", way)));
         }
     }
 
