@@ -23,6 +23,8 @@ constexpr Qt::WindowFlags NoticeFlags = Qt::SubWindow | Qt::X11BypassWindowManag
                                         Qt::WindowMinimizeButtonHint;
 static_assert(int(NoticeFlags) == 27666);
 
+constexpr int FooterHalf = 28;
+
 QString orDefault(const QString &text, const char *fallback)
 {
     return text.isEmpty() ? QString::fromUtf8(fallback) : text;
@@ -54,12 +56,15 @@ void NoticeDialog::dress()
 {
     const QString folder = style::pictureFolder(QStringLiteral("WarningDialog"));
     const QString buttonColor = style::color("ButtonColor");
-    const QString confirm = style::textButton(folder, buttonColor, QStringLiteral("Confirm"));
+    const auto button = [&folder, &buttonColor](const QString &stem) {
+        return style::textButton(folder, buttonColor, stem) + style::textButtonHover(folder, stem);
+    };
     ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
-    ui->NewHong->setStyleSheet(confirm);
-    ui->OK->setStyleSheet(confirm);
-    ui->Cancel->setStyleSheet(style::textButton(folder, buttonColor, QStringLiteral("Cancel")));
+    ui->NewHong->setStyleSheet(button(QStringLiteral("Confirm")));
+    ui->OK->setStyleSheet(button(QStringLiteral("Confirm")));
+    ui->Cancel->setStyleSheet(button(QStringLiteral("Cancel")));
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
+    ui->footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
     ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(kind.picture)));
     findChild<QFrame *>(QLatin1String(kind.frameName))
         ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind.frameName)));
@@ -72,6 +77,12 @@ void NoticeDialog::arrangeButtons()
     ui->NewHong->setVisible(kind.buttons == NoticeButtons::Confirm);
     ui->OK->setVisible(kind.buttons == NoticeButtons::Question);
     ui->Cancel->setVisible(kind.buttons == NoticeButtons::Question);
+    if (kind.buttons != NoticeButtons::Close)
+        return;
+    // Without a row of buttons the middle is lower.
+    ui->footer->hide();
+    ui->label_2->move(ui->label_2->x(), ui->label_2->y() + FooterHalf);
+    ui->label->move(ui->label->x(), ui->label->y() + FooterHalf);
 }
 
 void NoticeDialog::SlotAllLanguage(int index)

@@ -32,12 +32,14 @@ constexpr char Arrow[] = "QToolButton{border-image: url(%P%1.png);}"
 constexpr char TextButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;color: rgb(%2;);"
     "border-image: url(%P%1.png);}QToolButton:pressed{border-image: url(%P%1Click.png); }";
+constexpr char TextButtonHover[] = "QToolButton:hover:!pressed{border-image: url(%P%1Hover.png);}";
 constexpr char Label[] = "QLabel{color: rgb(%1;);}";
 constexpr char LabelPicture[] = "QLabel{border:0px;background-position:center;background-repeat:no-repeat;"
                                 "background-image: url(%P%1);}";
 constexpr char Tile[] = "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
                         "background-image: url(%P%1);color: rgb(255, 255, 255);}";
-constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border-radius: 12px;}";
+constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border-radius: 12px;}"
+                             "QToolButton:pressed{border: 4px solid rgb(%1);border-radius: 12px;}";
 constexpr char CheckBox[] = "QCheckBox{color: rgb(%1;);}"
                             "QCheckBox::indicator:checked {image: url(%PCheckBoxCheck.png);}"
                             "QCheckBox::indicator:unchecked {image: url(%PCheckBox.png);}";
@@ -60,8 +62,8 @@ constexpr char ComboBoxFinish[] =
     "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;background: transparent;"
     "color: rgb(%2);}QComboBox::down-arrow:disabled{image: none;}";
 // Dark on the selection's colour, since light on it would be hard to read.
-constexpr char ComboListFinish[] =
-    "QListView::item:selected{color: rgb(%1);}QListView::item:hover{color: rgb(%1);}";
+constexpr char ComboListFinish[] = "QListView::item:selected{color: rgb(%1);border-radius: 4px;}"
+                                   "QListView::item:hover{color: rgb(%1);border-radius: 4px;}";
 constexpr char ComboListScroll[] =
     "QScrollBar:vertical{width: 10px;background: transparent;}"
     "QScrollBar::handle:vertical{background-color: rgb(117, 117, 117);border-radius: 3px;min-height: 30px;}"
@@ -78,7 +80,8 @@ constexpr char ChoiceButton[] = "QToolButton{border:0px;color: rgb(%2;);border-i
 constexpr char NavigationButton[] =
     "QToolButton{border:0px;border-image: url(%PNavButton.png);image: url(%P%1.png);}"
     "QToolButton:hover{border-image: url(%PNavButtonHover.png);image: url(%P%1Hover.png);}"
-    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}";
+    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}"
+    "QToolButton:disabled{image: url(%P%1Off.png);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
@@ -159,6 +162,11 @@ QString arrow(const QString &folder, const QString &stem) { return compose(Arrow
 QString textButton(const QString &folder, const QString &color, const QString &stem)
 {
     return compose(TextButton, folder, {stem, color});
+}
+
+QString textButtonHover(const QString &folder, const QString &stem)
+{
+    return compose(TextButtonHover, folder, {stem});
 }
 
 QString label(const QString &color) { return compose(Label, {}, {color}); }

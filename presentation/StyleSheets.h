@@ -25,10 +25,12 @@ QString titleButton(const QString &folder, const QString &stem);
 QString arrow(const QString &folder, const QString &stem);
 // Stem and stem + "Click".
 QString textButton(const QString &folder, const QString &color, const QString &stem);
+// Goes behind the sheet of a text button: the pointer is over it, stem + "Hover".
+QString textButtonHover(const QString &folder, const QString &stem);
 QString label(const QString &color);
 QString labelPicture(const QString &folder, const QString &name);
 QString tile(const QString &folder, const QString &name);
-// Goes behind the sheet of a tile: the pointer is over it.
+// Goes behind the sheet of a tile: the pointer is over it, or presses it.
 QString tileHover();
 QString checkBox(const QString &folder, const QString &color);
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor);

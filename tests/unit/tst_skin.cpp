@@ -162,6 +162,10 @@ void tst_skin::statesDifferByMoreThanHue_data()
          {"Dialog/NavButton", "Dialog/ButtonMain", "Dialog/SensorButton", "Dialog/MacroButton",
           "Dialog/LightsButton", "Dialog/Advanced", "Dialog/FormSetting", "Sensor/TitleButton"})
         QTest::newRow(stem) << checked;
+    for (const char *icon :
+         {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"})
+        QTest::addRow("Dialog/%s locked", icon)
+            << QStringList{QString(), QStringLiteral("Checked"), QStringLiteral("Off")};
     QTest::newRow("DialogChange/Left") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("DialogChange/Right") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("Sensor/RateButton checked")
