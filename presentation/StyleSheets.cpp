@@ -129,6 +129,24 @@ constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;back
 constexpr char FramedReadout[] =
     "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
     "border-radius: 6px;font-weight: bold;}";
+// The marks are backgrounds, since a dense screen gets its double pictures for these alone.
+constexpr char SpinBox[] =
+    "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);border-radius: 6px;"
+    "padding: 0px 28px 0px 8px;}"
+    "QSpinBox::up-button,QSpinBox::down-button{subcontrol-origin: border;width: 28px;border: 0px;"
+    "background-position: center;background-repeat: no-repeat;}"
+    "QSpinBox::up-button{subcontrol-position: top right;background-image: url(%PUp.png);}"
+    "QSpinBox::down-button{subcontrol-position: bottom right;background-image: url(%PDown.png);}"
+    "QSpinBox::up-button:hover{background-image: url(%PUpHover.png);}"
+    "QSpinBox::down-button:hover{background-image: url(%PDownHover.png);}"
+    "QSpinBox::up-button:off{background-image: url(%PUpOff.png);}"
+    "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
+    "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}";
+constexpr char CheckBoxMarks[] =
+    "QCheckBox::indicator{width: 18px;height: 18px;background-position: center;"
+    "background-repeat: no-repeat;}"
+    "QCheckBox::indicator:checked{image: none;background-image: url(%PCheckBoxCheck.png);}"
+    "QCheckBox::indicator:unchecked{image: none;background-image: url(%PCheckBox.png);}";
 
 } // namespace
 
@@ -271,5 +289,12 @@ QString framedReadout()
     return compose(FramedReadout, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), QLatin1String(Groove)});
 }
+QString spinBox(const QString &folder)
+{
+    return compose(SpinBox, folder,
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
+}
+
+QString checkBoxMarks(const QString &folder) { return compose(CheckBoxMarks, folder, {}); }
 
 } // namespace style

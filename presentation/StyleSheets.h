@@ -33,6 +33,8 @@ QString tile(const QString &folder, const QString &name);
 // Goes behind the sheet of a tile: the pointer is over it, or presses it.
 QString tileHover();
 QString checkBox(const QString &folder, const QString &color);
+// Goes behind the sheet of a check box: its pictures, sharp on a dense screen too.
+QString checkBoxMarks(const QString &folder);
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor);
 QString comboList(const QString &selectColor);
 QString sectionTitle(const QString &folder, const QString &objectName);
@@ -64,6 +66,8 @@ QString readout();
 QString framedReadout();
 // A field to type in.
 QString lineEdit();
+// A number to type or to step: "Up" and "Down".
+QString spinBox(const QString &folder);
 
 // A DPI stage, and the bar in its colour `fill` below it; the selected ones have pictures of their own.
 QString stageButton(const QString &folder, const QString &color, bool selected);
