@@ -85,7 +85,7 @@ void Dialog::buildPages()
 void Dialog::dress()
 {
     const QString labelColor = style::color("LabelColor");
-    ui->frame_2->setStyleSheet(style::dialogBackground(pictures, QStringLiteral("frame_2")));
+    dressBackground();
     ui->UpArrow->setStyleSheet(style::titleButton(pictures, QStringLiteral("UpArrow")));
     ui->MinButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Min")));
     ui->CloseButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Close")));
@@ -96,6 +96,14 @@ void Dialog::dress()
     for (QFrame *line : {ui->line, ui->line_2, ui->line_3, ui->line_4, ui->line_5, ui->line_6, ui->line_7,
                          ui->line_8, ui->line_9})
         line->setStyleSheet(style::hairline(labelColor, LineOpacity));
+}
+
+// A sheet on this frame styles anew all that stands on it, so one that is there already is left alone.
+void Dialog::dressBackground()
+{
+    const QString sheet = style::dialogBackground(pictures, QStringLiteral("frame_2"));
+    if (ui->frame_2->styleSheet() != sheet)
+        ui->frame_2->setStyleSheet(sheet);
 }
 
 void Dialog::dressNavigation()
@@ -150,7 +158,12 @@ void Dialog::on_Advanced_clicked()
 
 void Dialog::SlotSecondDialog() { showPage(buttons); }
 
-void Dialog::on_stackedWidgetDialog_currentChanged(int) { ui->UpArrow->show(); }
+void Dialog::on_stackedWidgetDialog_currentChanged(int)
+{
+    if (isVisible())
+        dressBackground();
+    ui->UpArrow->show();
+}
 
 void Dialog::SlotStartRecord(int index)
 {

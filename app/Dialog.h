@@ -51,6 +51,8 @@ public slots:
     void on_stackedWidgetDialog_currentChanged(int arg1);
     void SlotMouseIndex(int) {}
     void on_SetButton_clicked() {}
+    void on_MouseB_clicked() {}
+    void on_MouseC_clicked() {}
     void on_PreButton_clicked() {}
 
 protected:
@@ -60,6 +62,7 @@ private:
     void buildPages();
     void dress();
     void dressNavigation();
+    void dressBackground();
     void listen();
     void showPage(QWidget *page);
     void writeCache();

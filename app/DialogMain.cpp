@@ -212,6 +212,8 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
     case Qt::Key_Space:
         if (ui->stackedWidget->currentWidget() == dialogChange)
             dialogChange->askOnlyDevice();
+        else
+            pairSelected();
         break;
     case Qt::Key_Escape:
     case Qt::Key_F12:
@@ -224,6 +226,12 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
     default:
         QDialog::keyPressEvent(event);
     }
+}
+
+// A pairing has the connection to itself; what the device says afterwards is for this page again.
+void DialogMain::pairSelected()
+{
+    UsbServerC_Start(CurrentDevicePath(), CurrentDevicePath(), &ProtocolCallback);
 }
 
 void DialogMain::mousePressEvent(QMouseEvent *event)

@@ -50,6 +50,7 @@ private:
     void buildTrayMenu();
     void endProgram();
     void comeBack();
+    void pairSelected();
 
     std::unique_ptr<Ui::DialogMain> ui;
     std::unique_ptr<QMenu> trayMenu;

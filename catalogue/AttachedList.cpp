@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/AttachedList.h"
 
+#include "presentation/ModelPicture.h"
+
 #include <algorithm>
 
 namespace
@@ -16,9 +18,6 @@ struct LinkRow {
 constexpr LinkRow ReceiverRows[] = {
     {Receiver1K, "1KHz.png"}, {Receiver2K, "2KHz.png"}, {Receiver4K, "4KHz.png"}, {Receiver8K, "8KHz.png"}};
 constexpr uint16_t FastCableKind = 3;
-
-constexpr int FirstPictureMid = 6;
-constexpr int PictureCount = 4;
 
 } // namespace
 
@@ -53,12 +52,6 @@ bool LinkTally::settle(std::vector<DeviceAllInfo> &devices, int deviceTotal) con
                       devices.end());
     }
     return false;
-}
-
-int pictureNumber(int mid)
-{
-    const int number = mid - FirstPictureMid;
-    return number >= 0 && number < PictureCount ? number : 0;
 }
 
 QString rateBadge(uint16_t deviceKind)

@@ -29,8 +29,6 @@ private:
     std::array<std::array<uint32_t, Models>, Links> counters{};
 };
 
-// The number in the names of a model's pictures.
-int pictureNumber(int mid);
 // The picture of a device's report rate class, or empty.
 QString rateBadge(uint16_t deviceKind);
 // "OnLine1.png" and the like.

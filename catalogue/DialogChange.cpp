@@ -4,17 +4,14 @@
 
 #include "app/hub/PostMsg.h"
 #include "catalogue/AttachedDevices.h"
-#include "catalogue/TileRoad.h"
 #include "catalogue/config/LanguageChoice.h"
 #include "catalogue/config/RegistryStore.h"
 #include "catalogue/config/UserStore.h"
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
-#include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
-#include "presentation/Spin.h"
 #include "presentation/StyleSheets.h"
 #include "ui_DialogChange.h"
 
@@ -23,9 +20,6 @@
 
 namespace
 {
-
-constexpr int PageChangeMs = 150;
-constexpr QPoint WarningOffset{-20, 0};
 
 QPointer<DialogChange> thePage; // main thread
 
@@ -69,21 +63,24 @@ void DialogChange::dress()
 {
     const QString notices = style::pictureFolder(QStringLiteral("WarningDialog"));
     const QString labelSheet = style::label(style::color("LabelColor"));
-    const QString buttonColor = style::color("ButtonColor");
+    const auto confirm = [color = style::color("ButtonColor")](const QString &folder) {
+        const QString stem = QStringLiteral("Confirm");
+        return style::textButton(folder, color, stem) + style::textButtonHover(folder, stem);
+    };
     ui->frameChange->setStyleSheet(style::windowBackground(pictures, QStringLiteral("frameChange")));
     ui->MinButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Min")));
     ui->CloseButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Close")));
     ui->LeftButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Left")));
     ui->RightButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Right")));
-    ui->Repair->setStyleSheet(style::textButton(pictures, buttonColor, QStringLiteral("Confirm")));
-    ui->PromptPicture->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Prompt.png")));
+    ui->Repair->setStyleSheet(confirm(pictures));
+    ui->label->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Prompt.png")));
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
     dressComboBox(ui->comboBox, pictures);
     ui->FindVer->setStyleSheet(style::dialogBackground(notices, QStringLiteral("FindVer")));
     ui->FindVerlaebl->setStyleSheet(labelSheet);
     ui->CloseButton_2->setStyleSheet(style::titleButton(notices, QStringLiteral("Close")));
-    ui->NewHong->setStyleSheet(style::textButton(notices, buttonColor, QStringLiteral("Confirm")));
+    ui->NewHong->setStyleSheet(confirm(notices));
     ui->NoApear->setStyleSheet(style::checkBox(pictures, style::color("LabelColor")));
 }
 
@@ -120,6 +117,14 @@ void DialogChange::take(const DeviceScan &scan)
     SlotUpDateButton(RegistryStore::instance()
                          .value(registry::BaseGroup, QString::fromLatin1(registry::UpdateFailInfo))
                          .isEmpty());
+    rebuild(scan);
+    // What the upgrade offers depends on what is attached.
+    if (UpgradeDialogOpen && !UpdateBusy)
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+}
+
+void DialogChange::rebuild(const DeviceScan &scan)
+{
     AttachedDevices = AttachedDevicesCopy = scan.devices;
     board.clear();
     if (AttachedDevices.empty()) {
@@ -144,7 +149,7 @@ void DialogChange::warnOfDuplicates()
 
 void DialogChange::showPrompt()
 {
-    ui->PromptPicture->show();
+    ui->label->show();
     ui->label_2->show();
     ui->label_3->hide();
     ui->stackedWidget->hide();
@@ -154,7 +159,7 @@ void DialogChange::showPrompt()
 
 void DialogChange::showCarousel()
 {
-    ui->PromptPicture->hide();
+    ui->label->hide();
     ui->label_2->hide();
     ui->label_3->show();
     board.build(AttachedDevices);
@@ -204,94 +209,6 @@ void DialogChange::takeRefreshed(const DeviceAllInfo &device)
     for (std::size_t i = 0; i < AttachedDevices.size(); ++i)
         if (AttachedDevices[i].DevicePath == device.DevicePath)
             board.show(int(i), device);
-}
-
-// ---- A click on a tile --------------------------------------------------------------------------
-
-void DialogChange::slotButtonClicked()
-{
-    if (const auto *tile = qobject_cast<mytoolButtonEnter *>(sender()))
-        openDevice(tile->deviceIndex());
-}
-
-void DialogChange::openDevice(int index)
-{
-    if (index < 0 || index >= int(AttachedDevices.size()))
-        return;
-    emit PostMsg::instance()->SigIsUsb(false, true);
-    emit PostMsg::instance()->SigSetver(6);
-    const DeviceAllInfo device = AttachedDevices[std::size_t(index)];
-    const int mid = catalogueMid(device).toInt();
-    if (hasScreenClass(mid))
-        emit PostMsg::instance()->SigMouseIndex(mid);
-    if (asksOfflineTile(index) && !settleOfflineTile(device))
-        return;
-    if (device.DriveIndex != unknownIndex())
-        enterDevice(device);
-}
-
-bool DialogChange::asksOfflineTile(int index) const
-{
-    const DeviceAllInfo &device = AttachedDevices[std::size_t(index)];
-    if (device.DriveIndex == unknownIndex() && !device.Usb)
-        return true;
-    if (AttachedDevices.size() != 2)
-        return false;
-    const auto answers = [](const DeviceAllInfo &asked) {
-        return UsbFinderC_GetDeviceOnLine(asked.DevicePath.toLocal8Bit().constData()) != 0;
-    };
-    return isSilentTwin(AttachedDevices, index, {answers(AttachedDevices[0]), answers(AttachedDevices[1])});
-}
-
-bool DialogChange::settleOfflineTile(const DeviceAllInfo &device)
-{
-    switch (offlineTileDecision(device)) {
-    case TileDecision::EnterReceiver:
-        return true;
-    case TileDecision::WarnToWire: {
-        UpDateWarning warning;
-        warning.setText(homeText("WiredMode", LanguageIndex));
-        warning.openOver(this, WarningOffset);
-        return false;
-    }
-    case TileDecision::AskForPairing: {
-        RePair question;
-        question.openOver(this);
-        if (question.confirmed())
-            choosePairingTarget(device);
-        return false;
-    }
-    case TileDecision::Pair:
-        choosePairingTarget(device);
-        return false;
-    }
-    return false;
-}
-
-void DialogChange::askOnlyDevice()
-{
-    if (AttachedDevices.size() != 1 || AttachedDevices[0].Usb)
-        return;
-    const DeviceAllInfo device = AttachedDevices[0];
-    if (settleOfflineTile(device) && device.DriveIndex != unknownIndex())
-        enterDevice(device);
-}
-
-void DialogChange::enterDevice(const DeviceAllInfo &device)
-{
-    PostMsg *hub = PostMsg::instance();
-    emit hub->SigSelectMouseInfo(device);
-    if (connectionKind(device.DeviceKind) != 0)
-        CurrentConnectionKind = connectionKind(device.DeviceKind);
-    announceReceiverFirmware(device);
-    emit hub->SigChangeMainDialog(1);
-    leftAgain = false;
-    spinEventLoop(PageChangeMs);
-    if (leftAgain)
-        return;
-    OnDevicePage = 1;
-    if (Worker::instance())
-        Worker::instance()->startPass();
 }
 
 // ---- Buttons ------------------------------------------------------------------------------------
@@ -383,7 +300,7 @@ void DialogChange::SlotAllLanguage(int index)
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));
     ui->NewHong->setText(language::text(language::Section::common, "OK", index));
     ui->NoApear->setText(homeText("NoApear", index));
-    board.setOfflineTip(dialogOffline + QLatin1Char('\n') + pairTips);
+    board.setOfflineTip(dialogOffline + QLatin1Char('\n') + pairTips, ui->NoApear->font());
 }
 
 void DialogChange::changeEvent(QEvent *event)

@@ -48,6 +48,7 @@ public slots:
     void on_CloseButton_2_clicked();
     void on_NewHong_clicked();
     void on_NoApear_clicked(bool checked);
+    void on_label_linkHovered(QString) {}
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -56,6 +57,7 @@ private:
     void dress();
     void listen();
     void take(const DeviceScan &scan);
+    void rebuild(const DeviceScan &scan);
     void warnOfDuplicates();
     void showPrompt();
     void showCarousel();

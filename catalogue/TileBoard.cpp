@@ -96,6 +96,7 @@ TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInf
                     addLabel(page, QStringLiteral("UsbWifi") + number, style::labelPicture(folder, link)),
                     addLabel(page, QStringLiteral("Rate") + number, style::labelPicture(folder, badge))};
     tile.offline->setToolTip(offlineTip);
+    tile.offline->setFont(offlineFont);
     tile.badge->setVisible(!badge.isEmpty());
     // The tile is one thing to click on; the off-line label alone has something to say.
     tile.link->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -121,9 +122,12 @@ void TileBoard::show(int index, const DeviceAllInfo &device)
     tile.offline->setVisible(!linked);
 }
 
-void TileBoard::setOfflineTip(const QString &tip)
+void TileBoard::setOfflineTip(const QString &tip, const QFont &font)
 {
     offlineTip = tip;
-    for (const Tile &tile : all)
+    offlineFont = font;
+    for (const Tile &tile : all) {
         tile.offline->setToolTip(tip);
+        tile.offline->setFont(font);
+    }
 }

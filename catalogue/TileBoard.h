@@ -30,7 +30,8 @@ public:
     void build(const std::vector<DeviceAllInfo> &devices);
     // What a tile shows follows its device.
     void show(int index, const DeviceAllInfo &device);
-    void setOfflineTip(const QString &tip);
+    // Of the tiles there are and of those to come.
+    void setOfflineTip(const QString &tip, const QFont &font);
     const std::vector<Tile> &tiles() const { return all; }
 
 private:
@@ -40,5 +41,6 @@ private:
     QStackedWidget *stack;
     QString folder;
     QString offlineTip;
+    QFont offlineFont;
     std::vector<Tile> all;
 };

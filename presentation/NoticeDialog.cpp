@@ -2,26 +2,20 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/NoticeDialog.h"
 
-#include "app/environment/DataRoot.h"
 #include "app/hub/PostMsg.h"
 #include "catalogue/config/LanguageChoice.h"
 #include "catalogue/config/UserStore.h"
 #include "presentation/FirstShow.h"
 #include "presentation/ScreenFont.h"
-#include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "ui_NoticeDialog.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 
 namespace
 {
 
-constexpr Qt::WindowFlags NoticeFlags = Qt::SubWindow | Qt::X11BypassWindowManagerHint |
-                                        Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
-                                        Qt::WindowMinimizeButtonHint;
-static_assert(int(NoticeFlags) == 27666);
+constexpr int FooterHalf = 28;
 
 QString orDefault(const QString &text, const char *fallback)
 {
@@ -34,12 +28,7 @@ NoticeDialog::NoticeDialog(const NoticeKind &noticeKind)
     : kind(noticeKind), ui(std::make_unique<Ui::NoticeDialog>())
 {
     ui->setupUi(this);
-    setWindowFlags(NoticeFlags);
-    setFixedSize(size());
-    roundCorners(this);
-    // While the window is in the tray, the end of a notice is not the end of the program.
-    setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(applicationName());
+    becomeNotice();
     ui->frame->setObjectName(QLatin1String(kind.frameName));
     arrangeButtons();
     onFirstShow(this, [this] { dress(); });
@@ -54,12 +43,15 @@ void NoticeDialog::dress()
 {
     const QString folder = style::pictureFolder(QStringLiteral("WarningDialog"));
     const QString buttonColor = style::color("ButtonColor");
-    const QString confirm = style::textButton(folder, buttonColor, QStringLiteral("Confirm"));
+    const auto button = [&folder, &buttonColor](const QString &stem) {
+        return style::textButton(folder, buttonColor, stem) + style::textButtonHover(folder, stem);
+    };
     ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
-    ui->NewHong->setStyleSheet(confirm);
-    ui->OK->setStyleSheet(confirm);
-    ui->Cancel->setStyleSheet(style::textButton(folder, buttonColor, QStringLiteral("Cancel")));
+    ui->NewHong->setStyleSheet(button(QStringLiteral("Confirm")));
+    ui->OK->setStyleSheet(button(QStringLiteral("Confirm")));
+    ui->Cancel->setStyleSheet(button(QStringLiteral("Cancel")));
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
+    ui->footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
     ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(kind.picture)));
     findChild<QFrame *>(QLatin1String(kind.frameName))
         ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind.frameName)));
@@ -72,6 +64,12 @@ void NoticeDialog::arrangeButtons()
     ui->NewHong->setVisible(kind.buttons == NoticeButtons::Confirm);
     ui->OK->setVisible(kind.buttons == NoticeButtons::Question);
     ui->Cancel->setVisible(kind.buttons == NoticeButtons::Question);
+    if (kind.buttons != NoticeButtons::Close)
+        return;
+    // Without a row of buttons the middle is lower.
+    ui->footer->hide();
+    ui->label_2->move(ui->label_2->x(), ui->label_2->y() + FooterHalf);
+    ui->label->move(ui->label->x(), ui->label->y() + FooterHalf);
 }
 
 void NoticeDialog::SlotAllLanguage(int index)
@@ -99,18 +97,6 @@ void NoticeDialog::setText(const QString &text)
 
 QWidget *NoticeDialog::content() const { return ui->label; }
 
-void NoticeDialog::placeOver(const QWidget *widget, const QPoint &offset)
-{
-    const QPoint corner = widget->mapToGlobal(QPoint(0, 0));
-    move(corner + QPoint((widget->width() - width()) / 2, (widget->height() - height()) / 2) + offset);
-}
-
-int NoticeDialog::openOver(const QWidget *widget, const QPoint &offset)
-{
-    placeOver(widget, offset);
-    return exec();
-}
-
 void NoticeDialog::on_CloseButton_clicked() { close(); }
 
 void NoticeDialog::on_NewHong_clicked() { close(); }
@@ -133,28 +119,4 @@ void NoticeDialog::keyPressEvent(QKeyEvent *event)
     else if (escape && kind.buttons != NoticeButtons::None)
         on_CloseButton_clicked();
     event->accept();
-}
-
-void NoticeDialog::showEvent(QShowEvent *event)
-{
-    QDialog::showEvent(event);
-    before = QApplication::activeWindow();
-    raise();
-    activateWindow();
-}
-
-void NoticeDialog::hideEvent(QHideEvent *event)
-{
-    QDialog::hideEvent(event);
-    if (before && before->isVisible())
-        before->activateWindow();
-}
-
-// The toolkit hands the keyboard on when the window behind is activated, but the window manager may have
-// raised that window, which would hide the notice and leave both dead.
-void NoticeDialog::changeEvent(QEvent *event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow())
-        raise();
 }

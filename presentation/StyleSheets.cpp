@@ -32,12 +32,14 @@ constexpr char Arrow[] = "QToolButton{border-image: url(%P%1.png);}"
 constexpr char TextButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;color: rgb(%2;);"
     "border-image: url(%P%1.png);}QToolButton:pressed{border-image: url(%P%1Click.png); }";
+constexpr char TextButtonHover[] = "QToolButton:hover:!pressed{border-image: url(%P%1Hover.png);}";
 constexpr char Label[] = "QLabel{color: rgb(%1;);}";
 constexpr char LabelPicture[] = "QLabel{border:0px;background-position:center;background-repeat:no-repeat;"
                                 "background-image: url(%P%1);}";
 constexpr char Tile[] = "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
                         "background-image: url(%P%1);color: rgb(255, 255, 255);}";
-constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border-radius: 12px;}";
+constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border-radius: 12px;}"
+                             "QToolButton:pressed{border: 4px solid rgb(%1);border-radius: 12px;}";
 constexpr char CheckBox[] = "QCheckBox{color: rgb(%1;);}"
                             "QCheckBox::indicator:checked {image: url(%PCheckBoxCheck.png);}"
                             "QCheckBox::indicator:unchecked {image: url(%PCheckBox.png);}";
@@ -60,8 +62,8 @@ constexpr char ComboBoxFinish[] =
     "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;background: transparent;"
     "color: rgb(%2);}QComboBox::down-arrow:disabled{image: none;}";
 // Dark on the selection's colour, since light on it would be hard to read.
-constexpr char ComboListFinish[] =
-    "QListView::item:selected{color: rgb(%1);}QListView::item:hover{color: rgb(%1);}";
+constexpr char ComboListFinish[] = "QListView::item:selected{color: rgb(%1);border-radius: 4px;}"
+                                   "QListView::item:hover{color: rgb(%1);border-radius: 4px;}";
 constexpr char ComboListScroll[] =
     "QScrollBar:vertical{width: 10px;background: transparent;}"
     "QScrollBar::handle:vertical{background-color: rgb(117, 117, 117);border-radius: 3px;min-height: 30px;}"
@@ -78,11 +80,18 @@ constexpr char ChoiceButton[] = "QToolButton{border:0px;color: rgb(%2;);border-i
 constexpr char NavigationButton[] =
     "QToolButton{border:0px;border-image: url(%PNavButton.png);image: url(%P%1.png);}"
     "QToolButton:hover{border-image: url(%PNavButtonHover.png);image: url(%P%1Hover.png);}"
-    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}";
+    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}"
+    "QToolButton:disabled{image: url(%P%1Off.png);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
+constexpr char ThumbSlider[] =
+    "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: url(%PGroove.png);}"
+    "QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px 0px;image: url(%PThumb.png);}"
+    "QSlider::handle:horizontal:hover{image: url(%PThumbHover.png);}"
+    "QSlider::handle:horizontal:pressed{image: url(%PThumbClick.png);}"
+    "QSlider::handle:horizontal:disabled{image: url(%PThumbOff.png);}";
 constexpr char SwitchButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%PClose.png);}QToolButton:hover{background-image: url(%PCloseHover.png);}"
@@ -100,7 +109,8 @@ constexpr char Slider[] =
     "QSlider::handle:horizontal:pressed{border-color: rgb(%1);background: rgb(%1);}"
     "QSlider::sub-page:horizontal:disabled{background: rgba(%4,90);}"
     "QSlider::handle:horizontal:disabled{border-color: rgb(%4);background: rgb(%3);}";
-constexpr char EmptySlider[] = "QLabel{border-radius: 2px;background: rgba(%1,40);}";
+constexpr char EmptySlider[] = "QLabel{margin: 10px 0px;border-radius: 2px;background: rgba(%1,40);}";
+constexpr char Caption[] = "QLabel{color: rgb(%1);}QLabel:disabled{color: rgb(%2);}";
 constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                             "border-radius: 6px;padding: 0px 8px;}";
@@ -119,6 +129,24 @@ constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;back
 constexpr char FramedReadout[] =
     "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
     "border-radius: 6px;font-weight: bold;}";
+// The marks are backgrounds, since a dense screen gets its double pictures for these alone.
+constexpr char SpinBox[] =
+    "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);border-radius: 6px;"
+    "padding: 0px 28px 0px 8px;}"
+    "QSpinBox::up-button,QSpinBox::down-button{subcontrol-origin: border;width: 28px;border: 0px;"
+    "background-position: center;background-repeat: no-repeat;}"
+    "QSpinBox::up-button{subcontrol-position: top right;background-image: url(%PUp.png);}"
+    "QSpinBox::down-button{subcontrol-position: bottom right;background-image: url(%PDown.png);}"
+    "QSpinBox::up-button:hover{background-image: url(%PUpHover.png);}"
+    "QSpinBox::down-button:hover{background-image: url(%PDownHover.png);}"
+    "QSpinBox::up-button:off{background-image: url(%PUpOff.png);}"
+    "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
+    "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}";
+constexpr char CheckBoxMarks[] =
+    "QCheckBox::indicator{width: 18px;height: 18px;background-position: center;"
+    "background-repeat: no-repeat;}"
+    "QCheckBox::indicator:checked{image: none;background-image: url(%PCheckBoxCheck.png);}"
+    "QCheckBox::indicator:unchecked{image: none;background-image: url(%PCheckBox.png);}";
 
 } // namespace
 
@@ -152,6 +180,11 @@ QString arrow(const QString &folder, const QString &stem) { return compose(Arrow
 QString textButton(const QString &folder, const QString &color, const QString &stem)
 {
     return compose(TextButton, folder, {stem, color});
+}
+
+QString textButtonHover(const QString &folder, const QString &stem)
+{
+    return compose(TextButtonHover, folder, {stem});
 }
 
 QString label(const QString &color) { return compose(Label, {}, {color}); }
@@ -209,6 +242,8 @@ QString hairline(const QString &color, int opacity)
     return compose(Hairline, {}, {color, QString::number(opacity)});
 }
 
+QString thumbSlider(const QString &folder) { return compose(ThumbSlider, folder, {}); }
+
 QString switchButton(const QString &folder) { return compose(SwitchButton, folder, {}); }
 
 QString slider()
@@ -219,6 +254,8 @@ QString slider()
 }
 
 QString emptySlider() { return compose(EmptySlider, {}, {color("LinEditColorSecond")}); }
+
+QString caption() { return compose(Caption, {}, {color("LabelColor"), color("LinEditColorSecond")}); }
 
 QString readout() { return compose(Readout, {}, {color("LabelColor")}); }
 
@@ -252,5 +289,12 @@ QString framedReadout()
     return compose(FramedReadout, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), QLatin1String(Groove)});
 }
+QString spinBox(const QString &folder)
+{
+    return compose(SpinBox, folder,
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
+}
+
+QString checkBoxMarks(const QString &folder) { return compose(CheckBoxMarks, folder, {}); }
 
 } // namespace style

@@ -25,12 +25,16 @@ QString titleButton(const QString &folder, const QString &stem);
 QString arrow(const QString &folder, const QString &stem);
 // Stem and stem + "Click".
 QString textButton(const QString &folder, const QString &color, const QString &stem);
+// Goes behind the sheet of a text button: the pointer is over it, stem + "Hover".
+QString textButtonHover(const QString &folder, const QString &stem);
 QString label(const QString &color);
 QString labelPicture(const QString &folder, const QString &name);
 QString tile(const QString &folder, const QString &name);
-// Goes behind the sheet of a tile: the pointer is over it.
+// Goes behind the sheet of a tile: the pointer is over it, or presses it.
 QString tileHover();
 QString checkBox(const QString &folder, const QString &color);
+// Goes behind the sheet of a check box: its pictures, sharp on a dense screen too.
+QString checkBoxMarks(const QString &folder);
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor);
 QString comboList(const QString &selectColor);
 QString sectionTitle(const QString &folder, const QString &objectName);
@@ -47,17 +51,23 @@ QString navigationButton(const QString &folder, const QString &icon);
 QString batteryBar(const QString &chunkColor);
 // A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
+// A thumb on a bar of which no side counts as filled: Groove; Thumb, ThumbHover, ThumbClick, ThumbOff.
+QString thumbSlider(const QString &folder);
 // A switch: "Close" and, while it is on, "Open", each + "Hover" and + "Click".
 QString switchButton(const QString &folder);
 // A horizontal slider whose way so far is filled.
 QString slider();
-// What stands in the place of such a slider that has nothing to set.
+// What stands in the place of such a slider of 24 pixels that has nothing to set.
 QString emptySlider();
+// What a control is called, dim while there is nothing to set.
+QString caption();
 // A number beside a slider, and one in a frame of its own.
 QString readout();
 QString framedReadout();
 // A field to type in.
 QString lineEdit();
+// A number to type or to step: "Up" and "Down".
+QString spinBox(const QString &folder);
 
 // A DPI stage, and the bar in its colour `fill` below it; the selected ones have pictures of their own.
 QString stageButton(const QString &folder, const QString &color, bool selected);

@@ -2,7 +2,349 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/Advanced.h"
 
+#include "app/hub/PostMsg.h"
+#include "catalogue/config/DeviceCatalogue.h"
+#include "device/DeviceState.h"
+#include "device/WriteFamily.h"
+#include "device/hidusb/HIDUsb.h"
+#include "presentation/FirstShow.h"
+#include "presentation/ModelPicture.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
+#include "sensor/Tip.h"
+#include "ui_Advanced.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+
+namespace
+{
+
+constexpr char NoLongRange[] = "-1";
+constexpr int SleepAfterReset = 2;
+
+// Where the captions of the groups stand; a group at 0 is hidden.
+struct LayoutRow {
+    int kfps;
+    int longRange;
+    int angle;
+};
+constexpr LayoutRow BothGroups = {153, 256, 359};
+constexpr LayoutRow KfpsOnly = {153, 0, 256};
+constexpr LayoutRow NeitherGroup = {0, 0, 153};
+constexpr LayoutRow LongRangeOnly = {0, 153, 256};
+
+const LayoutRow &layoutRow(bool kfps, bool longRange, int index)
+{
+    static constexpr LayoutRow WithBoth[] = {BothGroups, KfpsOnly, NeitherGroup, LongRangeOnly};
+    if (kfps && longRange)
+        return WithBoth[index >= 1 && index <= 3 ? index : 0];
+    return kfps ? KfpsOnly : longRange ? LongRangeOnly : NeitherGroup;
+}
+
+// The captions are of different lengths, so the tip icons stand at another place in each language.
+constexpr int TipColumns[] = {300, 200, 200, 320, 300, 300, 300, 290};
+constexpr int CaptionColumn = 68;
+constexpr int CaptionRoom = 8; // before the icon
+constexpr int LineOpacity = 28;
+
+int tipColumn(int language)
+{
+    return TipColumns[language >= 0 && language < int(std::size(TipColumns)) ? language : 0];
+}
+
+QString advancedText(const char *key, int index)
+{
+    return language::text(language::Section::AdvancedSettings, key, index);
+}
+
+// The built-in text stays where the language has none.
+void setTextOf(QLabel *label, const QString &text)
+{
+    if (!text.isEmpty())
+        label->setText(text);
+}
+
+QString degreesText(int degrees) { return QString::number(degrees) + QChar(0x00B0); }
+
+bool offersLongRange()
+{
+    const int model = SelectedDevice::info().DriveIndex;
+    return DeviceCatalogue().list(model, "Adveanced").value(0) != QLatin1String(NoLongRange);
+}
+
+} // namespace
+
+// A widget of a group: its place from the left, and below the top of the group's caption.
+struct Advanced::Placed {
+    QWidget *widget;
+    int x;
+    int below;
+};
+
 Advanced::Advanced(QWidget *parent)
     : PageSurface(QStringLiteral("Advanced"), QStringLiteral("Advanced"), parent)
+    , ui(std::make_unique<Ui::Advanced>())
+    , PicturePath(style::pictureFolder(QStringLiteral("Advanced")))
+    , modes(new QButtonGroup(this))
 {
+    ui->setupUi(this);
+    modeBoxes = {ui->checkBox_3, ui->checkBox_4, ui->checkBox_5, ui->checkBox_6};
+    buildHiddenTab();
+    onFirstShow(this, [this] { dress(); });
+    listen();
+    SlotAllLanguage(LanguageIndex);
+}
+
+Advanced::~Advanced() = default;
+
+void Advanced::buildHiddenTab()
+{
+    ui->StepSlider->hide();
+    ui->StepSlider->setValue(1);
+    HiddenTab.reset(ui->tab_2);
+    ui->tabWidget->removeTab(1);
+    HiddenTab->setParent(nullptr);
+    for (CurvePlotWidget *curve : {ui->curve_0, ui->curve_1, ui->curve_2, ui->curve_3})
+        curve->setEditable(false);
+    modes->setExclusive(true);
+    for (int i = 0; i < int(modeBoxes.size()); ++i) {
+        modes->addButton(modeBoxes[std::size_t(i)], i);
+        connect(modeBoxes[std::size_t(i)], &QCheckBox::toggled, this, [this, i](bool on) {
+            if (on)
+                ui->curveTabs->setCurrentIndex(i);
+        });
+    }
+}
+
+void Advanced::listen()
+{
+    PostMsg *hub = PostMsg::instance();
+    connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(hub, SIGNAL(SigFormReset()), this, SLOT(SlotFormReset()), Qt::BlockingQueuedConnection);
+    connect(hub, SIGNAL(SigUpDataLightSensor(FlashDataMap)), this,
+            SLOT(SlotUpDataSenSorUISensor(FlashDataMap)), Qt::BlockingQueuedConnection);
+    connect(hub, SIGNAL(SigUpDataSensorUIB(FlashDataMap)), this, SLOT(SlotUpDataSenSorUIB(FlashDataMap)));
+    connect(hub, SIGNAL(SigForm()), this, SLOT(SlotForm()), Qt::BlockingQueuedConnection);
+    connect(hub, SIGNAL(SigFormB()), this, SLOT(SlotFormB()));
+    connect(hub, SIGNAL(SigLongRangeMode(bool)), this, SLOT(SlotLongRangeMode(bool)),
+            Qt::BlockingQueuedConnection);
+    connect(hub, SIGNAL(Sig20KOpen(bool)), this, SLOT(Slot20KOpen(bool)));
+    connect(hub, SIGNAL(SigtVis(int)), this, SLOT(SetPos(int)));
+}
+
+void Advanced::dress()
+{
+    const QString labelColor = style::color("LabelColor");
+    const QString dimColor = style::color("LinEditColorSecond");
+    for (QFrame *line : {ui->KFpsLine, ui->LongRangeLine, ui->AngleLine})
+        line->setStyleSheet(style::hairline(labelColor, LineOpacity));
+    for (QFrame *marker : {ui->SleepMarker, ui->KFpsMarker, ui->LongRangeMarker, ui->AngleMarker})
+        marker->setStyleSheet(style::sectionTitle(PicturePath, marker->objectName()));
+    for (QLabel *caption :
+         {ui->SleepCaption, ui->KFpsCaption, ui->LongRangeCaption, ui->AngleCaption, ui->AngleText})
+        caption->setStyleSheet(style::label(labelColor));
+    for (QLabel *text : {ui->LongRangeText, ui->label_Min, ui->label_Zero, ui->label_Max})
+        text->setStyleSheet(style::label(dimColor));
+    for (QLabel *tips : {ui->SleepTips, ui->KFpsTips, ui->LongRangeTips, ui->AngleTips})
+        dressTip(tips);
+    ui->AnglePicture->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Angle.png")));
+    ui->KFPS->setStyleSheet(style::switchButton(PicturePath));
+    ui->checkBox->setStyleSheet(style::checkBox(PicturePath, labelColor));
+    ui->AngleSet->setStyleSheet(style::thumbSlider(PicturePath));
+}
+
+// ---- What the device says -----------------------------------------------------------------------
+
+void Advanced::paint(const FlashDataMap &map)
+{
+    ui->AngleSet->setEnabled(true);
+    Angle = int8_t(map.AngleSet);
+    takeBackAngle();
+    ui->SleepPanel->SetStopClose(sleepIndexOf(map.StopCloseTime));
+    ui->KFPS->setChecked(map.KFps == 1);
+    ShowKfps = showKfpsCaption = true;
+    SetPos(0);
+}
+
+void Advanced::SlotLongRangeMode(bool selected)
+{
+    if (!offersLongRange())
+        return;
+    const QSignalBlocker silent(ui->checkBox);
+    ui->checkBox->setChecked(selected);
+    ShowLongRange = showLongRangeCaption = true;
+    SetPos(0);
+}
+
+void Advanced::SlotForm()
+{
+    ShowLongRange = offersLongRange() && !SelectedDevice::info().Usb;
+    showLongRangeCaption = true;
+    SetPos(0);
+}
+
+// The captions alone go: that is how the page shows that it knows no device.
+void Advanced::SlotFormReset()
+{
+    const QSignalBlocker silent(ui->checkBox);
+    ui->checkBox->setChecked(false);
+    ui->SleepPanel->SetStopClose(SleepAfterReset);
+    ui->KFPS->setChecked(false);
+    Angle = 0;
+    takeBackAngle();
+    ShowKfps = ShowLongRange = true;
+    showKfpsCaption = showLongRangeCaption = false;
+    SetPos(0);
+}
+
+// ---- Edits --------------------------------------------------------------------------------------
+
+void Advanced::showAngle(int degrees)
+{
+    ui->AngleMouse->SetAngle(degrees);
+    ui->AngleText->setText(degreesText(degrees));
+}
+
+void Advanced::takeBackAngle()
+{
+    const QSignalBlocker silent(ui->AngleSet);
+    ui->AngleSet->setValue(Angle);
+    showAngle(Angle);
+}
+
+void Advanced::on_AngleSet_sliderMoved(int position) { showAngle(position); }
+
+void Advanced::on_AngleSet_valueChanged(int value)
+{
+    showAngle(value);
+    if (!ui->AngleSet->isEnabled()) {
+        takeBackAngle();
+        return;
+    }
+    if (!UiArmed || SensorPageBusy)
+        return;
+    if (SetAngleSet(uint8_t(value))) {
+        Angle = value;
+        return;
+    }
+    const QSignalBlocker silent(ui->AngleSet);
+    ui->AngleSet->setEnabled(false);
+    takeBackAngle();
+}
+
+void Advanced::on_KFPS_clicked(bool checked)
+{
+    if (!SetKFps(checked ? 1 : 0))
+        ui->KFPS->setChecked(!checked);
+}
+
+// The mode is the receiver's own and no part of the record.
+void Advanced::on_checkBox_toggled(bool checked)
+{
+    if (!UiArmed)
+        return;
+    if (UsbFinderC_GetDeviceOnLine(CurrentDevicePath())) {
+        UsbFinderC_SetLongRangeMode(CurrentDevicePath(), checked ? 1 : 0);
+        return;
+    }
+    emit PostMsg::instance()->SigMouseOffLineo(0);
+    const QSignalBlocker silent(ui->checkBox);
+    ui->checkBox->setChecked(!checked);
+}
+
+void Advanced::on_checkBox_2_toggled(bool checked)
+{
+    const QString sheet =
+        style::checkBox(PicturePath, style::color(checked ? "LabelColor" : "LinEditColorSecond"));
+    for (QCheckBox *box : modeBoxes) {
+        box->setEnabled(checked);
+        box->setStyleSheet(sheet);
+    }
+}
+
+// ---- Layout and language ------------------------------------------------------------------------
+
+void Advanced::place(std::initializer_list<Placed> group, int top)
+{
+    for (const Placed &placed : group) {
+        placed.widget->move(placed.x, top + placed.below);
+        placed.widget->setVisible(top > 0);
+    }
+}
+
+void Advanced::SetPos(int index)
+{
+    const LayoutRow &row = layoutRow(ShowKfps, ShowLongRange, index);
+    const int tip = tipColumn(languageIndex);
+    place({{ui->KFpsLine, 40, -19},
+           {ui->KFpsMarker, 40, 7},
+           {ui->KFpsCaption, CaptionColumn, 0},
+           {ui->KFpsTips, tip, 3},
+           {ui->KFPS, CaptionColumn, 35}},
+          row.kfps);
+    place({{ui->LongRangeLine, 40, -19},
+           {ui->LongRangeMarker, 40, 7},
+           {ui->LongRangeCaption, CaptionColumn, 0},
+           {ui->LongRangeTips, tip, 3},
+           {ui->checkBox, CaptionColumn, 35},
+           {ui->LongRangeText, 90, 32}},
+          row.longRange);
+    place({{ui->AngleLine, 40, -19},
+           {ui->AngleMarker, 40, 7},
+           {ui->AngleCaption, CaptionColumn, 0},
+           {ui->AngleTips, tip, 5},
+           {ui->AngleFrame, 158, 31}},
+          row.angle);
+    for (QLabel *caption : {ui->SleepCaption, ui->KFpsCaption, ui->LongRangeCaption, ui->AngleCaption})
+        caption->resize(tip - CaptionColumn - CaptionRoom, caption->height());
+    ui->SleepTips->move(tip, ui->SleepTips->y());
+    ui->KFpsCaption->setVisible(row.kfps > 0 && showKfpsCaption);
+    ui->LongRangeCaption->setVisible(row.longRange > 0 && showLongRangeCaption);
+    ui->AngleMouse->SetImage(PicturePath +
+                             QStringLiteral("mouse%1.png").arg(pictureNumber(SelectedDevice::info().Mid)));
+}
+
+void Advanced::SlotAllLanguage(int index)
+{
+    const struct {
+        QLabel *caption;
+        QLabel *tips;
+        QWidget *control;
+        const char *captionKey;
+        const char *tipsKey;
+    } groups[] = {
+        {ui->SleepCaption, ui->SleepTips, ui->SleepPanel->box(), "SleepTime", "SleepTimeTips"},
+        {ui->KFpsCaption, ui->KFpsTips, ui->KFPS, "scanningTitle", "scanningTips"},
+        {ui->LongRangeCaption, ui->LongRangeTips, ui->checkBox, "LongDistance", "LongDistanceTips"},
+        {ui->AngleCaption, ui->AngleTips, ui->AngleSet, "AngularMode", "AngularModeTips"},
+    };
+    for (const auto &group : groups) {
+        setTextOf(group.caption, advancedText(group.captionKey, index));
+        group.control->setAccessibleName(group.caption->text());
+        setTip(group.tips, group.control, advancedText(group.tipsKey, index));
+    }
+    setTextOf(ui->LongRangeText, advancedText("LongDistanceTips", index));
+    for (int i = 0; i < SleepItems; ++i)
+        ui->SleepPanel->setItemText(
+            i, language::choice("LightOffTimeOptions", QString::number(SleepCodes[std::size_t(i)]), index));
+    setHiddenTexts(index);
+    languageIndex = index;
+    SetPos(0);
+}
+
+void Advanced::setHiddenTexts(int index)
+{
+    setTextOf(ui->SensitivityCaption, advancedText("dpiSensitivityTitle", index));
+    setTextOf(ui->SensitivityText,
+              advancedText("dpiSensitivityTips", index).replace(QLatin1Char('\n'), QLatin1String("<br>")));
+    setTextOf(ui->ModeCaption, advancedText("dpiModeTitle", index));
+    setTextOf(ui->AxisXText, advancedText("dpiModeTipsX", index));
+    setTextOf(ui->AxisYText, advancedText("dpiModeTipsY", index));
+    for (int i = 0; i < int(modeBoxes.size()); ++i) {
+        const QString text = language::choice("dpiModeOptions", QString::number(i), index);
+        if (!text.isEmpty())
+            modeBoxes[std::size_t(i)]->setText(text);
+    }
 }

@@ -1,10 +1,27 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Advanced: the page of the settings that few people need. Main thread.
+// Advanced: the page of the settings that most people leave alone: sleep time, high frame rate, long-range
+// mode of the receiver and angle of the sensor. It paints a device's record into them, and each goes back
+// to what the mouse took last when the mouse does not answer. Its second tab, with a curve for each mode of
+// sensitivity, is built and kept out of view. Main thread; the slots of signals from the device are reached
+// with the emitting thread waiting.
 #pragma once
 
+#include "device/hidusb/FlashDataMap.h"
 #include "presentation/PageSurface.h"
+
+#include <array>
+#include <initializer_list>
+#include <memory>
+
+class QButtonGroup;
+class QCheckBox;
+
+namespace Ui
+{
+class Advanced;
+}
 
 class Advanced : public PageSurface
 {
@@ -12,4 +29,49 @@ class Advanced : public PageSurface
 
 public:
     explicit Advanced(QWidget *parent = nullptr);
+    ~Advanced() override;
+
+public slots:
+    void SlotUpDataSenSorUISensor(FlashDataMap DataMap) { paint(DataMap); }
+    void SlotUpDataSenSorUIB(FlashDataMap DataMap) { paint(DataMap); }
+    void SlotForm();
+    void SlotFormB() { SlotForm(); }
+    void SlotFormReset();
+    void SlotLongRangeMode(bool selected);
+    void Slot20KOpen(bool) {}
+    void SlotAllLanguage(int index);
+    // Places the groups that are in use. With all of them, 1 leaves the high frame rate, 2 neither, and 3
+    // the long-range mode in front of the angle.
+    void SetPos(int index);
+
+    void on_AngleSet_sliderMoved(int position);
+    void on_AngleSet_valueChanged(int value);
+    void on_KFPS_clicked(bool checked);
+    void on_checkBox_toggled(bool checked);
+    void on_checkBox_2_toggled(bool checked);
+    void on_pushButton_clicked() { SetPos(0); }
+
+private:
+    struct Placed;
+
+    void buildHiddenTab();
+    void listen();
+    void dress();
+    void paint(const FlashDataMap &map);
+    void setHiddenTexts(int index);
+    void showAngle(int degrees);
+    void takeBackAngle();
+    static void place(std::initializer_list<Placed> group, int top);
+
+    std::unique_ptr<Ui::Advanced> ui;
+    const QString PicturePath;
+    QButtonGroup *modes;
+    std::unique_ptr<QWidget> HiddenTab;
+    std::array<QCheckBox *, 4> modeBoxes;
+    bool ShowKfps = false;
+    bool ShowLongRange = false;
+    bool showKfpsCaption = true;
+    bool showLongRangeCaption = true;
+    int languageIndex = 0;
+    int Angle = 0; // what the mouse took last, in degrees
 };

@@ -17,10 +17,12 @@ set(raised "#39434a")
 set(line "#2f373b")
 set(lineStrong "#56626a")
 
-# Ink: text and icons. The dim one keeps 4.5 to 1 on every surface; the faint one is for decoration alone.
+# Ink: text and icons. The dim one keeps 4.5 to 1 on every surface; the faint one is for decoration alone,
+# the one that is off for controls that cannot be used.
 set(ink "#ecf1ef")
 set(inkDim "#a9b4b1")
 set(inkFaint "#66726f")
+set(inkOff "#454e52")
 
 # The accent, and its darker steps for areas that carry text.
 set(accent "#00ff99")
@@ -78,6 +80,7 @@ set(look_navCheck plate=${surface3} edge=${lineStrong} bar=${accent})
 set(look_navIcon ink=${inkDim})
 set(look_navIconHover ink=${ink})
 set(look_navIconCheck ink=${accent} tint=${accentDark})
+set(look_navIconOff ink=${inkOff})
 
 set(look_arrow plate=none edge=none ink=${inkDim})
 set(look_arrowClick plate=${surface2} edge=${lineStrong} ink=${accent})

@@ -9,8 +9,6 @@
 
 #include <QDir>
 
-class NoticeDialog;
-
 class Gallery
 {
 public:
@@ -27,7 +25,7 @@ private:
 
     void plug(const char *devices);
     void shootScene(const Scene &scene);
-    void shootSensorPage(const Scene &scene);
+    void shootDevicePage(const Scene &scene, const QString &button);
     void shootNotices();
     void shoot(const char *name);
     void save(const QString &name) const;

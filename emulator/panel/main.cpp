@@ -7,6 +7,31 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QListView>
+#include <QTimer>
+
+namespace
+{
+
+constexpr int LookMs = 200;
+constexpr int QuietLooks = 5;
+
+// Saves the window once reports have gone by and none has come for a second, and ends the program.
+void takePicture(QWidget &window, const QString &file)
+{
+    auto *timer = new QTimer(&window);
+    const auto *reports = window.findChild<QListView *>(QStringLiteral("reportList"));
+    QObject::connect(timer, &QTimer::timeout, timer, [=, &window, before = 0, quiet = 0]() mutable {
+        const int count = reports->model()->rowCount();
+        quiet = count > 0 && count == before ? quiet + 1 : 0;
+        before = count;
+        if (quiet == QuietLooks)
+            QCoreApplication::exit(window.grab().save(file) ? 0 : 1);
+    });
+    timer->start(LookMs);
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -24,6 +49,10 @@ int main(int argc, char *argv[])
                                  QStringLiteral("The emulator's bus folder; HIDUSB_BUS unless given."),
                                  QStringLiteral("DIR"), qEnvironmentVariable("HIDUSB_BUS"));
     parser.addOption(bus);
+    const QCommandLineOption picture(
+        QStringLiteral("picture"),
+        QStringLiteral("Saves a picture of the window after some reports and ends."), QStringLiteral("FILE"));
+    parser.addOption(picture);
     parser.process(application);
     if (parser.value(bus).isEmpty()) {
         qWarning("Which emulator? Give --bus DIR or set HIDUSB_BUS.");
@@ -32,5 +61,7 @@ int main(int argc, char *argv[])
     look::apply(application);
     PanelWindow window(parser.value(bus));
     window.show();
+    if (parser.isSet(picture))
+        takePicture(window, parser.value(picture));
     return QApplication::exec();
 }

@@ -5,7 +5,7 @@
 // page ought to show of a record. Made anew for each test function.
 #pragma once
 
-#include "catalogue/config/DeviceCatalogue.h"
+#include "app/hub/PostMsg.h"
 #include "catalogue/sensor/SensorDpi.h"
 #include "presentation/Widgets.h"
 #include "sensor/PerformanceTimes.h"
@@ -76,24 +76,38 @@ public:
     }
     QSlider *slider() const { return find<QSlider>("horizontalSliderC"); }
     QToolButton *rate(int index) const { return page()->findChild<SensorRate *>()->button(index); }
-    QAbstractButton *stage(int index) const;
+    QAbstractButton *stage(int index) const
+    {
+        return find<QAbstractButton>((name(index) + "Button").constData());
+    }
+    QAbstractButton *bar(int index) const
+    {
+        return find<QAbstractButton>((name(index) + "ButtonA").constData());
+    }
 
-    // Acts as the user and waits for the flash; the empty text when exactly `change` has come of it, by one
-    // report when it changes anything at all.
-    QString edit(const Act &act, const Change &change)
+    // Acts as the user and waits for the flash; the empty text when exactly `change` has come of it, by no
+    // more than that many reports.
+    QString edit(const Act &act, const Change &change, uint64_t reports = 1)
     {
         FlashDataMap wanted = flash();
         change(wanted);
-        const uint64_t reports = sameBytes(wanted, flash()) ? 0 : 1;
+        const bool changes = !sameBytes(wanted, flash());
         const uint64_t before = writes();
         act();
-        QTest::qWaitFor([&] { return sameBytes(flash(), wanted); });
-        if (!sameBytes(flash(), wanted))
+        if (!QTest::qWaitFor([&] { return sameBytes(flash(), wanted); }))
             return QStringLiteral("flash: ") + difference(flash(), wanted);
         if (!program.agrees("m"))
             return QStringLiteral("record: ") + difference(DeviceRecord::copy(), wanted);
         const uint64_t sent = writes() - before;
-        return sent == reports ? QString() : QStringLiteral("%1 writes").arg(sent);
+        return sent <= (changes ? reports : 0) ? QString() : QStringLiteral("%1 writes").arg(sent);
+    }
+    // The device has spoken: record, flash and page come to say the same. The empty text when they do.
+    QString settle()
+    {
+        const auto agreed = [this] { return program.agrees("m") && shown(flash()).isEmpty(); };
+        if (QTest::qWaitFor(agreed, 20000))
+            return QString();
+        return difference(DeviceRecord::copy(), flash()) + QStringLiteral(" | ") + shown(flash());
     }
 
     // The empty text when the page shows the record; else what it shows in another way.
@@ -103,6 +117,12 @@ public:
     Program program;
 
 private:
+    static QByteArray name(int stage)
+    {
+        static const char *const names[] = {"Blue",  "BrightRed", "Red",       "Yellow",
+                                            "Green", "Purple",    "LightBlue", "LightYellow"};
+        return names[stage];
+    }
     static QByteArray scenario(int mid, const SensorLink &link, const char *orders)
     {
         QByteArray text = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
@@ -116,14 +136,6 @@ private:
     }
 };
 
-inline QAbstractButton *SensorRoad::stage(int index) const
-{
-    static const char *const names[] = {"BlueButton",      "BrightRedButton",  "RedButton",
-                                        "YellowButton",    "GreenButton",      "PurpleButton",
-                                        "LightBlueButton", "LightYellowButton"};
-    return find<QAbstractButton>(names[index]);
-}
-
 inline QString SensorRoad::shown(const FlashDataMap &record) const
 {
     QStringList wrong;
@@ -131,24 +143,32 @@ inline QString SensorRoad::shown(const FlashDataMap &record) const
         if (is != wanted)
             wrong << QStringLiteral("%1 is %2, not %3").arg(QLatin1String(what)).arg(is).arg(wanted);
     };
-    for (int i = 0; i < int(RateRows.size()); ++i)
-        check(RateRows[std::size_t(i)].hertz >= 1000 ? "fast rate" : "rate", rate(i)->isChecked(),
-              RateRows[std::size_t(i)].code == record.ReportRate);
-    for (int i = 0; i < DpiStageLimit; ++i) {
+    for (const RateRow &row : RateRows)
+        check("rate", rate(int(&row - RateRows.data()))->isChecked(), row.code == record.ReportRate);
+    const auto *count = find<QComboBox>("ChooseEvent");
+    check("count", count->currentIndex(), record.DpiStageCount - 1);
+    for (int i = 0; i < count->count(); ++i) {
+        const DpiStage &entry = record.DpiStages[i];
         check("stage", stage(i)->isChecked(), i == record.CurrentDpiStage);
+        check("bar", bar(i)->isChecked(), i == record.CurrentDpiStage);
         check("stage is there", !stage(i)->isHidden(), i < record.DpiStageCount);
+        check("number", stage(i)->text().toInt(), SensorDpiDecode(entry.LevelX, entry.LevelFlags));
+        const QString color = QStringLiteral("%1,%2,%3").arg(entry.Red).arg(entry.Green).arg(entry.Blue);
+        if (bar(i)->accessibleDescription() != color)
+            wrong << bar(i)->accessibleDescription() + QStringLiteral(", not ") + color;
     }
-    const DpiStage &current = record.DpiStages[record.CurrentDpiStage % DpiStageLimit];
-    const int dpi = SensorDpiDecode(current.LevelX, current.LevelFlags);
+    const int dpi = stage(record.CurrentDpiStage % DpiStageLimit)->text().toInt();
     check("slider", slider()->value(), qBound(slider()->minimum(), dpi, slider()->maximum()));
-    check("number on the stage", stage(record.CurrentDpiStage % DpiStageLimit)->text().toInt(), dpi);
-    check("count", find<QComboBox>("ChooseEvent")->currentIndex(), record.DpiStageCount - 1);
+    check("spin box", find<QSpinBox>("spinBoxA")->value(), qMax(50, dpi));
     check("performance", find<QCheckBox>("Performance")->isChecked(), record.Performance);
     check("time", find<QComboBox>("PerformanceOpen")->currentIndex(),
           performanceIndexOf(record.PerformanceOpen));
     check("ripple", find<QAbstractButton>("RippeControl_2")->isChecked(), record.RippeControl);
     check("snapping", find<QAbstractButton>("StraightLine_2")->isChecked(), record.StraightLine);
     check("sync", find<QAbstractButton>("MotionSync_2")->isChecked(), record.MotionSync);
+    const auto *lod = find<QComboBox>("LOD");
+    check("lift-off", lod->currentIndex(),
+          lod->count() == 3 ? record.LiftOffDistance % 3 : record.LiftOffDistance - 1);
     const auto *mode = find<QComboBox>("ModelChoose");
     if (mode->isEnabled())
         check("mode", mode->currentIndex(), record.ModelChoose);

@@ -17,7 +17,9 @@ add_core_test(tst_encodecatalogue settings)
 target_sources(tst_encodecatalogue PRIVATE ${PROJECT_SOURCE_DIR}/catalogue/encode/CatalogueSource.cpp)
 target_compile_definitions(tst_encodecatalogue PRIVATE ENCODER="$<TARGET_FILE:encode-catalogue>")
 add_dependencies(tst_encodecatalogue encode-catalogue)
-add_core_test(tst_productdata settings language)
-target_compile_definitions(tst_productdata PRIVATE PRODUCT_FOLDER="${MORLEN_PRODUCT_DIR}"
-  SOURCE_FOLDER="${PROJECT_SOURCE_DIR}")
-add_dependencies(tst_productdata catalogue-data language-data)
+foreach(test tst_productdata tst_productuse)
+  add_core_test(${test} settings language)
+  target_compile_definitions(${test} PRIVATE PRODUCT_FOLDER="${MORLEN_PRODUCT_DIR}"
+    SOURCE_FOLDER="${PROJECT_SOURCE_DIR}")
+  add_dependencies(${test} catalogue-data language-data)
+endforeach()

@@ -3,6 +3,7 @@
 //
 // Duplicates, hidden receivers, the pictures of a tile, and what a click on a silent mouse's tile means.
 #include "catalogue/AttachedList.h"
+#include "presentation/ModelPicture.h"
 
 #include <QtTest>
 

@@ -6,7 +6,6 @@
 #include "catalogue/config/DeviceCatalogue.h"
 #include "presentation/language/LanguageTables.h"
 
-#include <QDirIterator>
 #include <QtTest>
 #include <cmath>
 
@@ -14,69 +13,6 @@ using namespace language;
 
 namespace
 {
-
-struct RequiredTexts {
-    Section section;
-    const char *keys;
-};
-constexpr RequiredTexts MouseTexts[] = {
-    {Section::home,
-     "ClickIn ComKey EnterDelay EnterKey ErrorDevice Exit MakeMaro MaxThree NewVerTips NoApear NoPair "
-     "NoRecieve NoUSB NotDevice OnRun OpenMain PairTips_z PleaseEnter Repair RepairDevice SameDevice "
-     "Version WarnUpdate Error Error1 ErrorFile MultiDongle MultiMouse ReadyUpdate NoDevice WiredMode"},
-    {Section::common, "Cancel OK Save"},
-    {Section::Settings,
-     "DeviceInfo DialogRestore DongleVersion Language MouseVersion OK PairTool Others AutoOpen "
-     "Restore WindowSet LabelTip"},
-    {Section::infoTips, "DialogOffline DialogUpdating TimeOut"},
-    {Section::key,
-     "DebounceTime DialogConfigError DialogDebounceTips DialogEConfigMismatch DialogFireKeyInterval "
-     "DialogFireKeyTimes DialogFireKeyTips DialogKeepLeftKey configName Import Export"},
-    {Section::light,
-     "DPIEffect LightMode Brightness Speed MovingOffLight Preview CustomColor Preset receiver "
-     "receiverLight PreviewLightsTips default R: G: B:"},
-    {Section::macro,
-     "AutoDelay DialogDeleteMacro DialogInputMacroName DialogMaxMacroKey DialogSameMacroName "
-     "DialogSelectMacroFirst DialogStopRecordFirst KeyList MacroList MacroSeond Modify NewMacro "
-     "StartRecord StopRecord InsertEvent DefaultDelay Delay CycleTimes UntilThisPressed "
-     "UntilThisReleased UntilAnyPressed Delete MacroExport MacroImport Rename"},
-    {Section::pair, "DialogPairTips Pair PairFail PairSuccess PairTool Pairing StartPair"},
-    {Section::sensor,
-     "DPISetting LOD LODTips MotionSync MotionSyncTips Performance PerformanceTips ReportRate "
-     "SensorMode SensorModeTips SensorSetting Ripple RippleTips Angle AngleTips"},
-    {Section::update,
-     "DialogUpgradeFail DialogUpgradeStart DialogUpgradeSuccess DialogUpgradeUpgrading Upgrade "
-     "UpgradeTips"},
-    {Section::AdvancedSettings,
-     "dpiModeTipsX dpiModeTipsY dpiModeTitle dpiSensitivityTips dpiSensitivityTitle "
-     "SleepTime SleepTimeTips scanningTitle scanningTips LongDistance LongDistanceTips "
-     "AngularMode AngularModeTips"},
-};
-
-struct RequiredChoices {
-    const char *name;
-    const char *keys;
-};
-constexpr RequiredChoices MouseChoices[] = {
-    {"KeyOptions",
-     "2 3 4 5 6 7 9 10 11 12 13 14 15 16 B 1005 DPI+ DPI- 0x0183 0x00CD 0x00B5 0x00B6 0x00B7 0x00E2 0x00E9 "
-     "0x00EA 0x018A 0x0192 0x0194 0x0223 0x0221 0x0225 0x0224 0x0226 0x0227 0x022A "
-     "DPICycle ScrollUp ScrollDown ScrollLeft ScrollRight"},
-    {"LightOffTimeOptions", "1 3 6 12 18 30 60 90"},
-    {"PerformanceOptions", "1 3 6 12 18 30 60 90"},
-    {"ReportRates", "1 2 4 8 16 32 64"},
-    {"InsertEventOptions", "0 1 2 3 4 5 6"},
-    {"ProfileOptions", "0 1 2 3"},
-    {"DPIEffectOptions", "0 1 2"},
-    {"LightModeOptions", "0 1 2 3 4 5 6"},
-    {"StatusDescriptionList", "#42e81b #f5b020 #f52c17"},
-    {"receiverList", "0 1 2 3"},
-    {"LODOptions", "1 2 3"},
-    {"SensorModeOptions", "0 1 2"},
-    {"dpiModeOptions", "0"},
-    {"tabsList", "0"},
-    {"receiverStatusList", "signal"},
-};
 
 // Relative luminance and contrast as WCAG defines them.
 double luminance(const QStringList &rgb)
@@ -222,71 +158,6 @@ private slots:
         QVERIFY(!sensorHeader().contains("SENSOR_3"));
     }
 
-    void hasEveryText_data()
-    {
-        QTest::addColumn<int>("row");
-        for (std::size_t i = 0; i < std::size(MouseTexts); ++i)
-            QTest::newRow(Sections[std::size_t(MouseTexts[i].section)].name) << int(i);
-    }
-    void hasEveryText()
-    {
-        QFETCH(int, row);
-        const RequiredTexts &required = MouseTexts[row];
-        for (const QString &key : QString(required.keys).split(' '))
-            QVERIFY2(!text(required.section, key, 0).isEmpty(), qPrintable(key));
-    }
-
-    // The look-ups as they stand in the sources, by section and key.
-    void hasWhatTheSourcesAskFor()
-    {
-        const QHash<QString, QString> shorts = {{"homeText\\(", "home"}};
-        int asked = 0;
-        const auto check = [&asked](const QString &section, const QString &key) {
-            for (std::size_t i = 0; i < Sections.size(); ++i)
-                if (section == Sections[i].name) {
-                    QVERIFY2(!text(Section(i), key, 0).isEmpty(), qPrintable(section + ' ' + key));
-                    ++asked;
-                }
-        };
-        const QString sources = programSources();
-        const QRegularExpression direct("Section::(\\w+),\\s*\"(\\w+)\"");
-        for (auto found = direct.globalMatch(sources); found.hasNext();) {
-            const auto match = found.next();
-            check(match.captured(1), match.captured(2));
-        }
-        for (auto row = shorts.begin(); row != shorts.end(); ++row)
-            for (auto found = QRegularExpression(row.key() + "\"(\\w+)\"").globalMatch(sources);
-                 found.hasNext();)
-                check(row.value(), found.next().captured(1));
-        QVERIFY(asked >= 20); // the scan still finds the look-ups
-    }
-
-    // Each text is asked for by the sources or stands in the list of what the pages need.
-    void hasNoTextThatNobodyAsksFor()
-    {
-        const QString sources = programSources();
-        const LanguageFile file = readLanguageFile(applicationFolder() + "/Language/en.json");
-        QStringList idle;
-        for (const RequiredTexts &required : MouseTexts)
-            for (const QString &key : file.section(Word::Mouse, required.section).keys())
-                if (!QString(required.keys).split(' ').contains(key) && !sources.contains('"' + key + '"'))
-                    idle << Sections[std::size_t(required.section)].name + (' ' + key);
-        QCOMPARE(idle, QStringList());
-    }
-
-    void hasEveryChoice_data()
-    {
-        QTest::addColumn<int>("row");
-        for (std::size_t i = 0; i < std::size(MouseChoices); ++i)
-            QTest::newRow(MouseChoices[i].name) << int(i);
-    }
-    void hasEveryChoice()
-    {
-        QFETCH(int, row);
-        for (const QString &key : QString(MouseChoices[row].keys).split(' '))
-            QVERIFY2(!choice(MouseChoices[row].name, key, 0).isEmpty(), qPrintable(key));
-    }
-
     // A text under a section's name would end the section it stands in.
     void hasNoTextThatEndsItsSection()
     {
@@ -316,18 +187,6 @@ private slots:
     }
 
 private:
-    static QString programSources()
-    {
-        QString all;
-        for (const char *module : {"app", "binding", "catalogue", "device", "lighting", "macro",
-                                   "presentation", "sensor", "service"}) {
-            QDirIterator files(QStringLiteral(SOURCE_FOLDER "/") + module, {"*.cpp", "*.h"}, QDir::Files,
-                               QDirIterator::Subdirectories);
-            while (files.hasNext())
-                all += QString::fromUtf8(readFile(files.next(), 1024 * 1024).value_or(QByteArray()));
-        }
-        return all;
-    }
     static QByteArray sensorHeader()
     {
         return readFile(applicationFolder() + "/driver_sensor.h", 1024 * 1024).value_or(QByteArray());

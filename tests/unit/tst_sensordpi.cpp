@@ -375,8 +375,6 @@ private slots:
         QCOMPARE(int(DeviceRecord::copy().DpiStages[2].LevelX), 8);
         QVERIFY(SensorDpiEncode(2, 850)); // now the stage has no such flag
         QCOMPARE(int(DeviceRecord::copy().DpiStages[2].LevelX), 17);
-        QVERIFY(SensorDpiEncode(2, 400));
-        QCOMPARE(int(DeviceRecord::copy().DpiStages[2].LevelX), 0x0A);
         QCOMPARE(SensorDpiDecode(0x0A, 0), 400);
         QCOMPARE(SensorDpiDecode(0x0B, 0), 0);
     }

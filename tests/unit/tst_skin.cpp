@@ -132,6 +132,12 @@ void tst_skin::sizes_data()
     row("Sensor/MaxB", 66, 14);
     row("Sensor/Level", 28, 28);
     row("Sensor/Track", 91, 8);
+    for (const char *state : {"Open", "OpenHover", "OpenClick", "Close", "CloseHover", "CloseClick"})
+        row(qPrintable(QStringLiteral("Sensor/") + QLatin1String(state)), 44, 24);
+    row("Light/Title", 24, 24);
+    row("Advanced/Angle", 566, 216);
+    for (int model = 0; model < 4; ++model)
+        row(qPrintable(QStringLiteral("Advanced/mouse%1").arg(model)), 368, 368);
     row("WarningDialog/BackGround", 360, 200);
     row("WarningDialog/Confirm", 120, 36);
     for (const char *page : {"Buttoninterface", "Light", "Macro", "FormSetting", "Advanced"})
@@ -149,22 +155,28 @@ void tst_skin::statesDifferByMoreThanHue_data()
     QTest::addColumn<QStringList>("suffixes");
     const QStringList three{QString(), QStringLiteral("Hover"), QStringLiteral("Click")};
     const QStringList checked{QString(), QStringLiteral("Hover"), QStringLiteral("Checked")};
-    for (const char *stem :
-         {"Dialog/Close", "Dialog/Min", "Dialog/UpArrow", "DialogChange/Close", "DialogChange/Min",
-          "DialogChange/Confirm", "Sensor/Reduce", "Sensor/Add", "Sensor/MinA", "Sensor/RateButton",
-          "WarningDialog/Close", "WarningDialog/Confirm", "WarningDialog/Cancel"})
+    for (const char *stem : {"Dialog/Close", "Dialog/Min", "Dialog/UpArrow", "DialogChange/Close",
+                             "DialogChange/Min", "DialogChange/Confirm", "Sensor/Reduce", "Sensor/Add",
+                             "Sensor/MinA", "Sensor/RateButton", "Sensor/Open", "Sensor/Close",
+                             "WarningDialog/Close", "WarningDialog/Confirm", "WarningDialog/Cancel"})
         QTest::newRow(stem) << three;
     for (const char *stem :
          {"Dialog/NavButton", "Dialog/ButtonMain", "Dialog/SensorButton", "Dialog/MacroButton",
           "Dialog/LightsButton", "Dialog/Advanced", "Dialog/FormSetting", "Sensor/TitleButton"})
         QTest::newRow(stem) << checked;
+    for (const char *icon :
+         {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"})
+        QTest::addRow("Dialog/%s locked", icon)
+            << QStringList{QString(), QStringLiteral("Checked"), QStringLiteral("Off")};
     QTest::newRow("DialogChange/Left") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("DialogChange/Right") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("Sensor/RateButton checked")
         << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check")};
     for (const char *stem : {"Sensor/MinB", "Sensor/MaxB"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover")};
-    for (const char *stem : {"DialogChange/CheckBox", "Sensor/CheckBox"})
+    QTest::newRow("Sensor/ switches") << QStringList{QStringLiteral("Open"), QStringLiteral("Close")};
+    QTest::newRow("Advanced/Thumb") << three + QStringList{QStringLiteral("Off")};
+    for (const char *stem : {"DialogChange/CheckBox", "Sensor/CheckBox", "Advanced/CheckBox"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Check")};
     for (const char *stem : {"DialogChange/Menu", "Sensor/Menu"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Clicked")};
@@ -216,6 +228,8 @@ void tst_skin::textCanBeRead_data()
         QTest::addRow("Sensor/MinA%s", state) << QRect(4, 14, 46, 28) << true;
     QTest::newRow("Sensor/MaxA") << QRect(8, 16, 52, 38) << false;
     QTest::newRow("Sensor/BackGround") << QRect(20, 20, 840, 280) << true;
+    QTest::newRow("Advanced/BackGround") << QRect(36, 40, 810, 560) << true;
+    QTest::newRow("Advanced/Angle") << QRect(236, 32, 318, 88) << true;
     QTest::newRow("WarningDialog/BackGround") << QRect(8, 8, 344, 184) << true;
 }
 

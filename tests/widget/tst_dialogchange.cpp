@@ -1,117 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The selection page: its tiles for any set of devices, the carousel, and the road of a click.
-#include "catalogue/AttachedDevices.h"
-#include "catalogue/DialogChange.h"
-#include "catalogue/config/RegistryStore.h"
-#include "catalogue/config/UserStore.h"
-#include "device/hidusb/wire/FirmwareFile.h"
-#include "presentation/Notices.h"
-#include "presentation/language/LanguageTables.h"
-#include "tests/widget/Fixture.h"
+// The selection page: its tiles for any set of devices, the carousel, and what a search brings.
+#include "tests/widget/SelectionPage.h"
 
-#include <QComboBox>
-#include <QLabel>
-#include <QStackedWidget>
-#include <QToolButton>
+#include <QCheckBox>
 
 using fixture::CableKind;
 
-class tst_DialogChange : public QObject
+class tst_DialogChange : public SelectionPage
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<DialogChange> page;
-    FakeHidUsb &fake = FakeHidUsb::instance();
-
-    template <typename Widget> Widget *child(const QString &name) const
-    {
-        auto *found = page->findChild<Widget *>(name);
-        if (!found)
-            qFatal("no %s", qPrintable(name));
-        return found;
-    }
-    QToolButton *tile(int index) const { return child<QToolButton>(QString("btn%1").arg(index)); }
-    QStackedWidget *stack() const { return child<QStackedWidget>("stackedWidget"); }
-    int tileCount() const
-    {
-        int count = 0;
-        while (page->findChild<QToolButton *>(QString("btn%1").arg(count)))
-            ++count;
-        return count;
-    }
-    bool shows(const QString &name) const { return !child<QWidget>(name)->isHidden(); }
-    QString arrows() const
-    {
-        return QString(shows("LeftButton") ? "<" : "-") + (shows("RightButton") ? ">" : "-");
-    }
-
-    void build()
-    {
-        page = std::make_unique<DialogChange>();
-        page->show();
-        settle();
-    }
-    // All that the layer's threads have brought has reached the page.
-    void settle()
-    {
-        QTRY_VERIFY(fake.idle());
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
-    }
-    void plug(std::vector<FakeDevice> devices)
-    {
-        fake.setDevices(std::move(devices));
-        fake.changeUsb();
-        settle();
-    }
-    // Devices that can stand beside each other in a catalogue of three models.
-    static std::vector<FakeDevice> devices(int count)
-    {
-        std::vector<FakeDevice> made;
-        for (int i = 0; i < count; ++i)
-            made.push_back(i < 2 ? fixture::device("a" + std::to_string(i), uint8_t(6 + i), Receiver1K)
-                                 : fixture::device("b" + std::to_string(i), uint8_t(6 + i % 3), Receiver8K));
-        return made;
-    }
-    static QStringList names(const QSignalSpy &spy)
-    {
-        QStringList all;
-        for (const QList<QVariant> &call : spy)
-            all << call.value(0).toString();
-        return all;
-    }
-
-    // A mouse's firmware 2.00 for the first model, whose catalogue names no file.
-    static void offerMouseFirmware()
-    {
-        wire::FirmwareHead head{};
-        head.Version.set(0x0200);
-        head.Target = 210;
-        head.Cid = fixture::Cid;
-        head.Mid = 6;
-        QDir().mkpath(applicationFolder() + "/bin");
-        QFile file(applicationFolder() + "/bin/mouse.bin");
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(reinterpret_cast<const char *>(&head), sizeof head);
-    }
-
 private slots:
-    void init()
-    {
-        fixture::clean();
-        RegistryStore::instance().removeValue(registry::BaseGroup, registry::UpdateFailInfo);
-        RegistryStore::instance().removeValue(registry::BaseGroup, "MouseVer186");
-        PairingTarget.reset();
-        UiArmed = true;
-    }
-    void cleanup()
-    {
-        page.reset();
-        QDir(applicationFolder() + "/bin").removeRecursively();
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void anyNumberOfDevices_data()
     {
@@ -264,178 +167,118 @@ private slots:
         QCOMPARE(arrows(), QString("->"));
     }
 
-    void anUnfinishedUpdateOffersTheRepair()
-    {
-        RegistryStore::instance().setValue(registry::BaseGroup, registry::UpdateFailInfo, "210,1,18,6");
-        build();
-        QVERIFY(shows("Repair"));
-        QCOMPARE(child<QLabel>("label_2")->text(),
-                 language::text(language::Section::home, "RepairDevice", 0));
-        QSignalSpy repair(PostMsg::instance(), &PostMsg::SigRepairCheckUpdate);
-        emit PostMsg::instance()->SigEnterKey();
-        QCOMPARE(repair.count(), 1);
-        emit PostMsg::instance()->SigUpDateButton(true);
-        QVERIFY(!shows("Repair"));
-        QCOMPARE(child<QLabel>("label_2")->text(), language::text(language::Section::home, "PleaseEnter", 0));
-        emit PostMsg::instance()->SigEnterKey();
-        QCOMPARE(repair.count(), 1);
-    }
-
-    void aClickOpensTheDevice()
-    {
-        build();
-        plug(devices(2));
-        DeviceAllInfo chosen;
-        QObject context;
-        connect(PostMsg::instance(), &PostMsg::SigSelectMouseInfo, &context,
-                [&chosen](const DeviceAllInfo &info) { chosen = info; });
-        QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
-        QSignalSpy models(PostMsg::instance(), &PostMsg::SigMouseIndex);
-        QSignalSpy versions(PostMsg::instance(), &PostMsg::SigSetver);
-        QTest::mouseClick(tile(1), Qt::LeftButton);
-        QCOMPARE(chosen.DevicePath, QString("a1"));
-        QCOMPARE(names(pages), QStringList{"1"});
-        QCOMPARE(names(models), QStringList{"7"});
-        QCOMPARE(names(versions), QStringList{"6"});
-        QCOMPARE(int(OnDevicePage), 1);
-        QCOMPARE(CurrentConnectionKind, 1);
-    }
-
-    void aDeviceThatGoesMeanwhileIsNotEntered()
-    {
-        build();
-        plug(devices(1));
-        QTimer::singleShot(50, [] { emit PostMsg::instance()->SigChangeMainDialog(0); });
-        QTest::mouseClick(tile(0), Qt::LeftButton);
-        QCOMPARE(int(OnDevicePage), 0);
-    }
-
-    void whatCannotBeEnteredStays_data()
-    {
-        QTest::addColumn<int>("kind");
-        QTest::newRow("unknown on cable") << int(CableKind);
-        QTest::newRow("unknown behind a receiver") << int(Receiver1K);
-    }
-    void whatCannotBeEnteredStays()
-    {
-        QFETCH(int, kind);
-        build();
-        plug({fixture::device("x", 99, uint8_t(kind))});
-        QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
-        QTest::mouseClick(tile(0), Qt::LeftButton);
-        QCOMPARE(pages.count(), 0);
-        QCOMPARE(int(OnDevicePage), 0);
-    }
-
-    void theSilentOneOfTwoTwinsIsNotEntered()
-    {
-        build();
-        plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 6, Receiver8K, false)});
-        QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
-        QTest::mouseClick(tile(1), Qt::LeftButton);
-        QCOMPARE(pages.count(), 0);
-        QTest::mouseClick(tile(0), Qt::LeftButton);
-        QCOMPARE(pages.count(), 1);
-    }
-
     // With a version once read from the mouse and no newer firmware the question stands; its answer chooses.
-    void aKnownSilentTwinAsksForPairing_data()
+    // Which devices stand beside each other, hide one another or are refused.
+    void sets_data()
     {
-        QTest::addColumn<bool>("yes");
-        QTest::newRow("yes") << true;
-        QTest::newRow("no") << false;
+        QTest::addColumn<QString>("devices"); // model and link: c cable, 1 and 8 kHz receivers
+        QTest::addColumn<QString>("tiles");   // those left, in order; "!" where none is shown
+        QTest::newRow("a cable beside its receiver") << "68 6c"
+                                                     << "6c";
+        QTest::newRow("a cable beside another's receiver") << "78 6c"
+                                                           << "78 6c";
+        QTest::newRow("a cable hides both receivers") << "61 68 6c"
+                                                      << "6c";
+        QTest::newRow("one model, two links") << "61 68"
+                                              << "61 68";
+        QTest::newRow("one link, two models") << "61 71"
+                                              << "61 71";
+        QTest::newRow("two receivers alike") << "61 61"
+                                             << "!";
+        QTest::newRow("two cables alike") << "6c 6c"
+                                          << "!";
+        QTest::newRow("a row that three models do not reach") << "68 68"
+                                                              << "68 68";
+        QTest::newRow("two unknown ones on cables") << "99c 99c"
+                                                    << "!";
+        QTest::newRow("unknown on a cable and behind a receiver") << "99c 991"
+                                                                  << "99c 991";
     }
-    void aKnownSilentTwinAsksForPairing()
+    void sets()
     {
-        QFETCH(bool, yes);
-        RegistryStore::instance().setValue(registry::BaseGroup, "MouseVer186", "v1.00");
+        QFETCH(QString, devices);
+        QFETCH(QString, tiles);
         build();
-        plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 6, Receiver8K, false)});
-        int asked = 0;
-        fixture::whenModal<RePair>([&](RePair *question) {
-            ++asked;
-            yes ? question->on_OK_clicked() : question->on_CloseButton_clicked();
-        });
-        QTest::mouseClick(tile(1), Qt::LeftButton);
-        QCOMPARE(asked, 1);
-        QCOMPARE(PairingTarget.has_value(), yes);
-        QVERIFY(!yes || PairingTarget->DevicePath == "b");
-    }
-
-    void aSilentMouseWithNewFirmwareMustBeWired()
-    {
-        RegistryStore::instance().setValue(registry::BaseGroup, "MouseVer186", "v1.00");
-        offerMouseFirmware();
-        build();
-        plug({fixture::device("b", 6, Receiver8K, false)});
-        QString said;
-        QPoint place;
-        fixture::whenModal<UpDateWarning>([&](UpDateWarning *notice) {
-            said = notice->findChild<QLabel *>("label")->text();
-            place = notice->pos();
-            notice->on_NewHong_clicked();
-        });
-        page->askOnlyDevice();
-        QCOMPARE(said, language::text(language::Section::home, "WiredMode", 0));
-        const UpDateWarning measure;
-        QCOMPARE(place, page->mapToGlobal(QPoint()) + QPoint((page->width() - measure.width()) / 2 - 20,
-                                                             (page->height() - measure.height()) / 2));
-        QVERIFY(!PairingTarget);
-        QCOMPARE(int(OnDevicePage), 0);
-    }
-
-    void theOnlyDeviceIsDecidedFor_data()
-    {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<bool>("chosen");
-        QTest::newRow("a receiver") << 1 << int(Receiver1K) << true;
-        QTest::newRow("on its cable") << 1 << int(CableKind) << false;
-        QTest::newRow("two") << 2 << int(Receiver1K) << false;
-        QTest::newRow("none") << 0 << int(Receiver1K) << false;
-    }
-    void theOnlyDeviceIsDecidedFor()
-    {
-        QFETCH(int, count);
-        QFETCH(int, kind);
-        build();
+        if (tiles == "!")
+            fixture::whenModal<QuestiondialogB>(
+                [](QuestiondialogB *notice) { notice->on_CloseButton_clicked(); });
         std::vector<FakeDevice> attached;
-        for (int i = 0; i < count; ++i)
-            attached.push_back(fixture::device("d" + std::to_string(i), uint8_t(6 + i), uint8_t(kind)));
+        QStringList paths;
+        for (const QString &device : devices.split(' ')) {
+            const char link = device.back().toLatin1();
+            const uint8_t kind = link == 'c' ? CableKind : uint8_t(link == '1' ? Receiver1K : Receiver8K);
+            paths << QString("%1/%2").arg(paths.size()).arg(device);
+            attached.push_back(
+                fixture::device(paths.back().toStdString(), uint8_t(device.chopped(1).toInt()), kind));
+        }
         plug(attached);
-        page->askOnlyDevice();
-        QTEST(PairingTarget.has_value(), "chosen");
-        QCOMPARE(int(OnDevicePage), 0);
+        QTRY_VERIFY(!QApplication::activeModalWidget());
+        QStringList left;
+        for (int i = 0; i < tileCount(); ++i)
+            left << AttachedDevices[std::size_t(i)].DevicePath.section('/', 1);
+        QStringList wanted = tiles == "!" ? QStringList() : tiles.split(' ');
+        left.sort(); // the layer gives them by product id
+        wanted.sort();
+        QCOMPARE(left, wanted);
     }
 
-    void aSilentMouseAloneIsEntered()
+    void theUpgradeHearsOfEachSearch_data()
     {
+        QTest::addColumn<bool>("open");
+        QTest::addColumn<bool>("busy");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<int>("heard");
+        QTest::newRow("closed") << false << false << 1 << 0;
+        QTest::newRow("open") << true << false << 1 << 1;
+        QTest::newRow("open, nothing attached") << true << false << 0 << 1;
+        QTest::newRow("at work") << true << true << 1 << 0;
+    }
+    void theUpgradeHearsOfEachSearch()
+    {
+        QFETCH(bool, open);
+        QFETCH(bool, busy);
+        QFETCH(int, count);
         build();
-        plug({fixture::device("b", 6, Receiver8K, false)});
-        QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
-        QTest::mouseClick(tile(0), Qt::LeftButton);
-        QCOMPARE(pages.count(), 1);
+        UpgradeDialogOpen = open;
+        UpdateBusy = busy;
+        QSignalSpy check(PostMsg::instance(), &PostMsg::SigRepairCheckUpdate);
+        plug(devices(count));
+        QTEST(check.count(), "heard");
     }
 
-    void closeAndMinimise()
+    void aLanguageReachesTheTiles()
     {
         build();
-        QSignalSpy size(PostMsg::instance(), &PostMsg::SigChangeSize);
-        child<QToolButton>("MinButton")->click();
-        child<QToolButton>("CloseButton")->click();
-        QCOMPARE(names(size), (QStringList{"0", "1"}));
+        plug({fixture::device("y", 7, Receiver8K, false)});
+        auto *offline = child<QLabel>("label0");
+        QFont large = child<QCheckBox>("NoApear")->font();
+        large.setPointSize(large.pointSize() + 3);
+        child<QCheckBox>("NoApear")->setFont(large);
+        offline->setToolTip({});
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(offline->toolTip(), language::text(language::Section::infoTips, "DialogOffline", 0) + '\n' +
+                                         language::text(language::Section::home, "PairTips_z", 0));
+        QCOMPARE(offline->font().pointSize(), large.pointSize());
+        QCOMPARE(child<QLabel>("label_3")->text(), language::text(language::Section::home, "ClickIn", 0));
+        QCOMPARE(child<QLabel>("FindVerlaebl")->text(),
+                 language::text(language::Section::update, "UpgradeTips", 0));
+        QCOMPARE(child<QCheckBox>("NoApear")->text(), language::text(language::Section::home, "NoApear", 0));
+        QCOMPARE(child<QToolButton>("NewHong")->text(), language::text(language::Section::common, "OK", 0));
     }
 
-    void theLanguageBox()
+    void aLanguageOfTheSystemBringsTheBuiltInTexts()
     {
         build();
-        QSignalSpy all(PostMsg::instance(), &PostMsg::SigAllLanguage);
-        QSignalSpy other(PostMsg::instance(), &PostMsg::SigLanguageSameB);
         auto *box = child<QComboBox>("comboBox");
-        emit box->activated(0);
-        QCOMPARE(all.count(), 1);
-        QCOMPARE(other.count(), 1);
-        QCOMPARE(UserStore::instance().ReadText("Language", "Language"), QString("0"));
+        box->addItem("Second");
+        box->setCurrentIndex(1);
+        QSignalSpy changes(box, QOverload<int>::of(&QComboBox::currentIndexChanged));
+        QEvent change(QEvent::LanguageChange);
+        QCOMPARE(int(change.type()), 89);
+        QCoreApplication::sendEvent(page.get(), &change);
+        QCOMPARE(child<QLabel>("label_3")->text(), QString::fromUtf8("点击进入"));
+        QCOMPARE(box->currentIndex(), 0);
+        QCOMPARE(changes.count(), 0);
     }
 
     void manyChangesEndInTheLastState()

@@ -5,6 +5,10 @@
 // and skin: no text is cut, no control stands on another, and each that can be used has a name.
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
+#include "binding/dialogs/AddDelayTime.h"
+#include "binding/dialogs/FireKey.h"
+#include "binding/dialogs/GroupKey.h"
+#include "binding/dialogs/addKey.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -14,6 +18,7 @@
 #include "tests/widget/Fixture.h"
 
 #include <QAbstractButton>
+#include <QAbstractSlider>
 #include <QComboBox>
 #include <QLabel>
 #include <QStackedWidget>
@@ -39,7 +44,8 @@ bool textFits(const QString &text, const QWidget *widget, bool wraps, int room)
 
 bool isControl(const QWidget *widget)
 {
-    return (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget)) &&
+    return (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
+            qobject_cast<const QAbstractSlider *>(widget)) &&
            widget->focusPolicy() != Qt::NoFocus;
 }
 
@@ -140,6 +146,35 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // Each model on cable and radio, with what it has of the groups, and without any device.
+    void advancedPage()
+    {
+        fake.setDevices({shipped("dev", "0x0005", 6, Receiver8K)});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        auto *open = window.findChild<Dialog *>()->findChild<QToolButton *>("Advanced");
+        FlashDataMap map{};
+        map.StopCloseTime = 60;
+        map.AngleSet = 256 - 30;
+        for (int model = 0; model < 4; ++model) {
+            for (const uint16_t kind : {uint16_t(Receiver8K), uint16_t(fixture::CableKind)}) {
+                fixture::select(fixture::info("dev", kind, model));
+                emit PostMsg::instance()->SigChangeMainDialog(1);
+                emit PostMsg::instance()->SigUpDataSensorUIB(map);
+                emit PostMsg::instance()->SigFormB();
+                open->click();
+                QVERIFY(open->isVisible());
+                check(&window);
+            }
+        }
+        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        open->click();
+        check(&window);
+        QTRY_VERIFY(fake.idle());
+    }
+
     void notices()
     {
         LoadLanguageTables();
@@ -169,6 +204,21 @@ private slots:
         shown(std::move(warning));
         shown(ExeIsRun());
         shown(UpDataParam());
+    }
+
+    void inputDialogs()
+    {
+        LoadLanguageTables();
+        const auto shown = [](InputDialog &&dialog) {
+            dialog.show();
+            check(&dialog);
+            emit PostMsg::instance()->SigAllLanguage(99); // the forms' own texts
+            check(&dialog);
+        };
+        shown(GroupKey());
+        shown(FireKey());
+        shown(addKey());
+        shown(AddDelayTime());
     }
 };
 

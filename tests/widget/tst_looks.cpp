@@ -43,6 +43,9 @@ private slots:
                                             "color: rgb(255,0,0;);border-image: " + url +
                                             "Confirm.png);}QToolButton:pressed{border-image: " + url +
                                             "ConfirmClick.png); }";
+        QTest::newRow("text button hover")
+            << style::textButtonHover(p, "Cancel")
+            << "QToolButton:hover:!pressed{border-image: " + url + "CancelHover.png);}";
         QTest::newRow("label") << style::label(c) << "QLabel{color: rgb(255,0,0;);}";
         QTest::newRow("label picture")
             << style::labelPicture(p, "Warn.png")
@@ -63,6 +66,14 @@ private slots:
                                        << "#TitleButton_2{border-image: " + url + "Title.png);}";
         QTest::newRow("flat link") << style::flatLink(c)
                                    << "QPushButton{border:none;background:transparent;color: rgb(255,0,0;);}";
+        QTest::newRow("thumb slider")
+            << style::thumbSlider(p)
+            << "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: " + url +
+                   "Groove.png);}QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px "
+                   "0px;image: " +
+                   url + "Thumb.png);}QSlider::handle:horizontal:hover{image: " + url +
+                   "ThumbHover.png);}QSlider::handle:horizontal:pressed{image: " + url +
+                   "ThumbClick.png);}QSlider::handle:horizontal:disabled{image: " + url + "ThumbOff.png);}";
         QTest::newRow("connection") << style::stretchedPicture(p, "OnLineUsb.png")
                                     << "QLabel{border-image: " + url + "OnLineUsb.png);}";
     }

@@ -2,11 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The main window and the device page, with the real worker on the scripted layer.
-#include "app/Dialog.h"
-#include "app/DialogMain.h"
 #include "binding/Buttoninterface.h"
 #include "catalogue/AttachedDevices.h"
-#include "catalogue/DialogChange.h"
 #include "device/Worker.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
@@ -14,45 +11,19 @@
 #include "sensor/Sensor.h"
 #include "sensor/SensorRate.h"
 #include "tests/support/Watchdog.h"
-#include "tests/widget/Fixture.h"
+#include "tests/widget/MainWindow.h"
 
 #include <QComboBox>
-#include <QLabel>
-#include <QProgressBar>
-#include <QStackedWidget>
-#include <QToolButton>
 
-class tst_Windows : public QObject
+class tst_Windows : public MainWindow
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DialogMain> window;
-    FakeHidUsb &fake = FakeHidUsb::instance();
-
-    Dialog *dialog() const { return window->findChild<Dialog *>(); }
-    QStackedWidget *stack() const { return window->findChild<QStackedWidget *>("stackedWidget"); }
-    QStackedWidget *pages() const { return window->findChild<QStackedWidget *>("stackedWidgetDialog"); }
-    QToolButton *button(const QString &name) const { return dialog()->findChild<QToolButton *>(name); }
     QToolButton *rate(int index) const { return dialog()->findChild<SensorRate *>()->button(index); }
 
-    void openDevicePage()
-    {
-        fixture::select(fixture::info("dev", Receiver8K));
-        emit PostMsg::instance()->SigChangeMainDialog(1);
-        QTRY_VERIFY(fake.idle());
-    }
-
 private slots:
-    void init()
-    {
-        fixture::clean();
-        fake.addDevice(fixture::device("dev", 6, Receiver8K));
-        window = std::make_unique<DialogMain>();
-        window->show();
-        QTRY_VERIFY(fake.idle());
-        QCoreApplication::processEvents();
-    }
+    void init() { begin(); }
     void cleanup() { window.reset(); }
 
     void standsOnTheSelectionPage()
@@ -84,81 +55,6 @@ private slots:
         QVERIFY(!ReadStartedOnline);
         QVERIFY(qobject_cast<Buttoninterface *>(pages()->currentWidget()));
         QTRY_VERIFY(fake.idle());
-    }
-
-    void theColumnShowsWhereOneIs_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("pageClass");
-        const char *const ways[][2] = {{"ButtonMain", "Buttoninterface"}, {"SensorButton", "Sensor"},
-                                       {"MacroButton", "Macro"},          {"LightsButton", "LampLight"},
-                                       {"Advanced", "Advanced"},          {"FormSetting", "FormSetting"}};
-        for (const auto &way : ways)
-            QTest::newRow(way[0]) << way[0] << way[1];
-    }
-    void theColumnShowsWhereOneIs()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, pageClass);
-        openDevicePage();
-        button(name)->click();
-        button(name)->click(); // a second click must not let it go
-        QCOMPARE(QString(pages()->currentWidget()->metaObject()->className()), pageClass);
-        for (const char *way :
-             {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"})
-            QCOMPARE(button(way)->isChecked(), name == way);
-        QCOMPARE(button("PreButton")->isChecked(), name == "ButtonMain");
-    }
-
-    void recordingLocksTheColumn()
-    {
-        const QStringList locked = {"PreButton",    "Advanced",    "ButtonMain", "SensorButton",
-                                    "LightsButton", "MacroButton", "FormSetting"};
-        for (const int index : {0, 5, 1}) {
-            emit PostMsg::instance()->SigStartRecord(index);
-            for (const QString &name : locked)
-                QCOMPARE(button(name)->isEnabled(), index == 1);
-            QVERIFY(button("UpArrow")->isEnabled());
-        }
-    }
-
-    void battery_data()
-    {
-        QTest::addColumn<int>("level");
-        QTest::addColumn<bool>("asText");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("color");
-        QTest::newRow("15") << 15 << true << "15%"
-                            << "152, 43, 34";
-        QTest::newRow("16") << 16 << true << "16%"
-                            << "0, 255, 153";
-        QTest::newRow("100") << 100 << false << "100"
-                             << "0, 255, 153";
-    }
-    void battery()
-    {
-        QFETCH(int, level);
-        QFETCH(bool, asText);
-        QFETCH(QString, text);
-        QFETCH(QString, color);
-        fixture::emitElsewhere([=] { emit PostMsg::instance()->SigBattery(level == 15, level, asText); });
-        auto *bar = dialog()->findChild<QProgressBar *>("progressBar");
-        QCOMPARE(bar->value(), level);
-        QCOMPARE(bar->styleSheet(),
-                 QString("#progressBar{border: none;background-color: transparent;}#progressBar::chunk "
-                         "{background-color: rgb(%1);}")
-                     .arg(color));
-        QCOMPARE(dialog()->findChild<QLabel *>("label_2")->text(), text);
-        QCOMPARE(dialog()->findChild<QLabel *>("label")->isHidden(), level != 15);
-    }
-
-    void theConnectionsIcon()
-    {
-        auto *icon = dialog()->findChild<QLabel *>("label_4");
-        emit PostMsg::instance()->SigIsUsb(true, true);
-        QVERIFY(icon->styleSheet().contains("OnLineUsb.png"));
-        emit PostMsg::instance()->SigIsUsb(false, false);
-        QVERIFY(icon->styleSheet().contains("OnLineWifi.png"));
     }
 
     void escapeClosesNothing()
@@ -337,15 +233,6 @@ private slots:
         QCOMPARE(fake.count("UsbServerC_Start"), 1);
     }
 
-    void hidingWithoutATrayMinimises()
-    {
-        fake.clearCalls();
-        emit PostMsg::instance()->SigChangeSize(0);
-        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), 1);
-        QVERIFY(window->isVisible());
-        QVERIFY(window->isMinimized());
-    }
-
     void closingLetsTheDeviceGo()
     {
         fake.clearCalls();
@@ -357,18 +244,83 @@ private slots:
         QCOMPARE(fake.count("StopUsbChanged"), 1);
     }
 
-    void trayReasonsDifferInTheDriverStatus()
+    void trayReasons_data()
+    {
+        QTest::addColumn<int>("reason");
+        QTest::addColumn<bool>("onDevicePage");
+        QTest::addColumn<bool>("comesBack");
+        QTest::addColumn<bool>("takesCharge"); // of the device
+        using Reason = QSystemTrayIcon::ActivationReason;
+        const auto row = [](const char *name, Reason reason, bool comesBack, bool takesCharge) {
+            QTest::addRow("%s, selection page", name) << int(reason) << false << comesBack << false;
+            QTest::addRow("%s, device page", name) << int(reason) << true << comesBack << takesCharge;
+        };
+        row("double click", QSystemTrayIcon::DoubleClick, true, false);
+        row("click", QSystemTrayIcon::Trigger, true, true);
+        row("menu", QSystemTrayIcon::Context, false, false);
+        row("middle click", QSystemTrayIcon::MiddleClick, false, false);
+        row("unknown", QSystemTrayIcon::Unknown, false, false);
+        row("first entry of the menu", Reason(-1), true, true);
+    }
+    void trayReasons()
+    {
+        QFETCH(int, reason);
+        QFETCH(bool, onDevicePage);
+        QFETCH(bool, comesBack);
+        QFETCH(bool, takesCharge);
+        if (onDevicePage)
+            openDevicePage();
+        window->hide();
+        fake.clearCalls();
+        if (reason < 0)
+            window->slotActionMain();
+        else
+            window->on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason(reason));
+        QCOMPARE(window->isVisible(), comesBack);
+        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), takesCharge ? 1 : 0);
+        if (takesCharge)
+            QCOMPARE(fake.calls().back(), std::string("UsbServer_SetPCDriverStatus 1"));
+        QTRY_VERIFY(fake.idle());
+    }
+
+    void waysToEnd_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<bool>("letsGo");
+        QTest::addColumn<bool>("hides"); // without a tray: to the task bar
+        QTest::addColumn<bool>("ends");
+        QTest::newRow("minimise") << 0 << true << true << false;
+        QTest::newRow("close") << 1 << true << false << true;
+        QTest::newRow("hide") << 2 << false << true << false;
+        QTest::newRow("end") << 3 << false << false << true;
+        QTest::newRow("other") << 4 << false << false << false;
+    }
+    void waysToEnd()
+    {
+        QFETCH(int, index);
+        QFETCH(bool, letsGo);
+        QFETCH(bool, hides);
+        QFETCH(bool, ends);
+        fake.clearCalls();
+        emit PostMsg::instance()->SigChangeSize(index);
+        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), letsGo ? 1 : 0);
+        QCOMPARE(window->isMinimized(), hides);
+        QCOMPARE(window->isVisible(), !ends);
+        QCOMPARE(fake.count("StopUsbChanged"), ends ? 1 : 0);
+        QCOMPARE(fake.count("UsbServer_Exit"), ends ? 1 : 0);
+    }
+
+    void spaceOnTheDevicePageTakesTheConnectionBack()
     {
         openDevicePage();
         fake.clearCalls();
-        window->on_activatedSysTrayIcon(QSystemTrayIcon::DoubleClick);
-        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), 0);
-        window->on_activatedSysTrayIcon(QSystemTrayIcon::Trigger);
-        QCOMPARE(fake.calls().back(), std::string("UsbServer_SetPCDriverStatus 1"));
+        QTest::keyClick(window.get(), Qt::Key_Space);
+        QCOMPARE(fake.count("UsbServerC_Start"), 1);
+        QCOMPARE(fake.connectedPath(), std::string("dev"));
         emit PostMsg::instance()->SigChangeMainDialog(0);
         fake.clearCalls();
-        window->on_activatedSysTrayIcon(QSystemTrayIcon::Trigger);
-        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), 0);
+        QTest::keyClick(window.get(), Qt::Key_Space);
+        QCOMPARE(fake.count("UsbServerC_Start"), 0);
         QTRY_VERIFY(fake.idle());
     }
 

@@ -45,7 +45,7 @@ const EditRow EditRows[] = {
 
 } // namespace
 
-class tst_SensorPage : public QObject
+class tst_SensorEdits : public QObject
 {
     Q_OBJECT
 
@@ -277,6 +277,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runSensorTest<tst_SensorPage>(argc, argv); }
+int main(int argc, char *argv[]) { return runSensorTest<tst_SensorEdits>(argc, argv); }
 
-#include "tst_sensorpage.moc"
+#include "tst_sensoredits.moc"

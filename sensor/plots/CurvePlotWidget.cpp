@@ -1,0 +1,241 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "sensor/plots/CurvePlotWidget.h"
+
+#include <QDebug>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QRandomGenerator>
+#include <QtMath>
+
+namespace
+{
+
+constexpr int PointCount = 8;
+// In data units with both axes mixed: a long ellipse in pixels, easy to hit from the side.
+constexpr double GrabRadius = 50.0;
+constexpr double HoverRadius = 60.0;
+
+constexpr double DotRadius = 8;
+constexpr int TickLength = 6;
+constexpr int LabelWidth = 48, LabelHeight = 16, LabelGap = 4;
+constexpr QSize BoxSize{120, 50};
+constexpr QPoint BoxOffset{-60, -80};
+constexpr int BoxRoom = 20;
+constexpr double BoxCorner = 3.0;
+constexpr int BoxPointSize = 10;
+
+const QColor GridColor(255, 255, 255, 100);
+const QColor CurveColor(0, 255, 153);
+const QColor BoxColor(0, 0, 0, 180);
+
+QString valueText(const char *form, const QPointF &point)
+{
+    return QString::fromLatin1(form)
+        .arg(point.x(), 0, 'f', 1, QLatin1Char(' '))
+        .arg(point.y(), 0, 'f', 1, QLatin1Char(' '));
+}
+
+// The box takes its size from no text, so that it does not change while a point is dragged.
+void drawBox(QPainter &painter, const QString &measured, const QString &text, const QPointF &at, int align)
+{
+    QRect area = painter.fontMetrics().boundingRect(measured);
+    area.setSize(BoxSize);
+    area.translate(at.toPoint() + BoxOffset);
+    painter.drawRoundedRect(area.adjusted(-BoxRoom, -BoxRoom, BoxRoom, BoxRoom), BoxCorner, BoxCorner);
+    painter.drawText(area, align | Qt::TextDontClip, text);
+}
+
+} // namespace
+
+CurvePlotWidget::CurvePlotWidget(QWidget *parent) : QWidget(parent)
+{
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_MouseTracking);
+    for (int i = 0; i < PointCount; ++i)
+        Points << QPointF(i * (XMax - XMin) / (PointCount - 1) + XMin,
+                          QRandomGenerator::global()->bounded(50) + 10);
+}
+
+void CurvePlotWidget::setEditable(bool editable)
+{
+    Editable = editable;
+    if (!editable)
+        DragIndex = -1;
+    update();
+}
+
+void CurvePlotWidget::setPoints(const QVector<QPointF> &points)
+{
+    Points = points;
+    DragIndex = HoverIndex = -1;
+    update();
+}
+
+// ---- Coordinates ----------------------------------------------------------------------------------
+
+// At least a pixel, so that a widget smaller than its margins still has coordinates.
+double CurvePlotWidget::plotWidth() const { return qMax(1, width() - 2 * Margin); }
+double CurvePlotWidget::plotHeight() const { return qMax(1, height() - 2 * Margin); }
+
+QPointF CurvePlotWidget::toPixel(const QPointF &data) const
+{
+    return {(data.x() - XMin) * plotWidth() / (XMax - XMin) + Margin,
+            (height() - Margin) - (data.y() - YMin) * plotHeight() / (YMax - YMin)};
+}
+
+QPointF CurvePlotWidget::toData(const QPointF &pixel) const
+{
+    return {(pixel.x() - Margin) * (XMax - XMin) / plotWidth() + XMin,
+            YMax - (pixel.y() - Margin) * (YMax - YMin) / plotHeight()};
+}
+
+QPainterPath CurvePlotWidget::path() const
+{
+    QPainterPath spline;
+    const int count = Points.size();
+    if (count < 2)
+        return spline;
+    spline.moveTo(toPixel(Points[0]));
+    for (int i = 0; i + 1 < count; ++i) {
+        const QPointF p0 = toPixel(Points[qMax(i - 1, 0)]);
+        const QPointF p1 = toPixel(Points[i]);
+        const QPointF p2 = toPixel(Points[i + 1]);
+        const QPointF p3 = toPixel(Points[qMin(i + 2, count - 1)]);
+        spline.cubicTo(p1 + (p2 - p0) / 6, p2 - (p3 - p1) / 6, p2);
+    }
+    return spline;
+}
+
+// ---- Painting -------------------------------------------------------------------------------------
+
+void CurvePlotWidget::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    drawGrid(painter);
+    drawAxes(painter);
+    painter.strokePath(path(), QPen(CurveColor, 2));
+    drawPoints(painter);
+    drawValues(painter);
+}
+
+void CurvePlotWidget::drawGrid(QPainter &painter) const
+{
+    painter.setPen(QPen(GridColor, 1, Qt::DashLine));
+    for (const double x : XTicks)
+        painter.drawLine(toPixel({x, YMin}), toPixel({x, YMax}));
+    for (const double y : YTicks)
+        painter.drawLine(toPixel({XMin, y}), toPixel({XMax, y}));
+}
+
+void CurvePlotWidget::drawAxes(QPainter &painter) const
+{
+    painter.setPen(Qt::white);
+    painter.drawLine(toPixel({XMin, YMin}), toPixel({XMax, YMin}));
+    painter.drawLine(toPixel({XMin, YMin}), toPixel({XMin, YMax}));
+    for (const double x : XTicks) {
+        const QPointF at = toPixel({x, YMin});
+        painter.drawLine(at, at + QPointF(0, TickLength));
+        painter.drawText(
+            QRectF(at.x() - LabelWidth / 2, at.y() + TickLength + LabelGap, LabelWidth, LabelHeight),
+            Qt::AlignHCenter | Qt::AlignTop, QString::number(int(x)));
+    }
+    for (const double y : YTicks) {
+        const QPointF at = toPixel({XMin, y});
+        painter.drawLine(at, at - QPointF(TickLength, 0));
+        painter.drawText(QRectF(at.x() - TickLength - LabelGap - LabelWidth, at.y() - LabelHeight / 2,
+                                LabelWidth, LabelHeight),
+                         Qt::AlignRight | Qt::AlignVCenter, QString::number(int(y)));
+    }
+}
+
+void CurvePlotWidget::drawPoints(QPainter &painter) const
+{
+    painter.setBrush(Qt::yellow);
+    for (int i = 0; i < Points.size(); ++i) {
+        painter.setPen(i == DragIndex ? QPen(Qt::white, 3) : QPen(Qt::black, 1));
+        painter.drawEllipse(toPixel(Points[i]), DotRadius, DotRadius);
+    }
+}
+
+void CurvePlotWidget::drawValues(QPainter &painter) const
+{
+    painter.setPen(Qt::white);
+    painter.setBrush(BoxColor);
+    QFont font = painter.font();
+    font.setPointSize(BoxPointSize);
+    painter.setFont(font);
+    if (DragIndex >= 0) {
+        const QString text = valueText("X: %1, Y: %2", Points[DragIndex]);
+        drawBox(painter, text, text, toPixel(Points[DragIndex]), Qt::AlignCenter);
+    }
+    if (HoverIndex >= 0)
+        drawBox(painter, QStringLiteral("aaaaaaaaaaaaaa"), valueText("X: %1\nY: %2", Points[HoverIndex]),
+                toPixel(Points[HoverIndex]), Qt::AlignLeft | Qt::AlignVCenter);
+}
+
+// ---- Pointer --------------------------------------------------------------------------------------
+
+int CurvePlotWidget::pointNear(const QPointF &data, double radius) const
+{
+    for (int i = 0; i < Points.size(); ++i) {
+        const double distance = qSqrt(qPow(Points[i].x() - data.x(), 2) + qPow(Points[i].y() - data.y(), 2));
+        qDebug() << distance;
+        if (distance < radius)
+            return i;
+    }
+    return -1;
+}
+
+void CurvePlotWidget::mousePressEvent(QMouseEvent *event)
+{
+    if (Editable && event->button() == Qt::LeftButton) {
+        DragIndex = pointNear(toData(event->localPos()), GrabRadius);
+        if (DragIndex >= 0) {
+            setCursor(Qt::ClosedHandCursor);
+            update();
+            return;
+        }
+        setCursor(Qt::ArrowCursor);
+    }
+    QWidget::mousePressEvent(event);
+}
+
+void CurvePlotWidget::mouseMoveEvent(QMouseEvent *event)
+{
+    const QPointF data = toData(event->localPos());
+    if (Editable && DragIndex >= 0) {
+        dragTo(data);
+        return;
+    }
+    hoverAt(data);
+    if (HoverIndex >= 0)
+        return;
+    setCursor(Qt::ArrowCursor);
+    QWidget::mouseMoveEvent(event);
+}
+
+void CurvePlotWidget::dragTo(const QPointF &data)
+{
+    Points[DragIndex] = {qBound(XMin, data.x(), XMax), qBound(YMin, data.y(), YMax)};
+    update();
+}
+
+void CurvePlotWidget::hoverAt(const QPointF &data)
+{
+    const int before = HoverIndex;
+    HoverIndex = pointNear(data, HoverRadius);
+    if (HoverIndex >= 0 || HoverIndex != before)
+        update();
+}
+
+void CurvePlotWidget::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (DragIndex >= 0) {
+        DragIndex = -1;
+        setCursor(Qt::ArrowCursor);
+        update();
+    }
+    QWidget::mouseReleaseEvent(event);
+}

@@ -1,0 +1,276 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The real sensor page of every model, on the cable and behind every class of receiver: its gates, what each
+// control does to the mouse's flash, what the mouse's own buttons do to the page, and the way back when the
+// mouse does not answer.
+#include "tests/e2e/SensorRoad.h"
+
+#include <QColorDialog>
+
+namespace
+{
+
+// A DPI value of a model and what its stage holds then.
+struct DpiRow {
+    int dpi;
+    uint8_t code, flags;
+};
+struct ModelRow {
+    int mid;
+    bool mode, lod, ripple, snapping, sync, settings;
+    int heights, stages;
+    DpiRow first, next, last; // `next` is a step above `first`, `last` the largest one
+};
+constexpr ModelRow ModelRows[] = {
+    {6, true, true, true, true, true, true, 2, 6, {1000, 19, 0}, {1050, 20, 0}, {26000, 0x07, 0x88}},
+    {7, true, true, true, true, true, true, 3, 8, {1000, 19, 0}, {1050, 20, 0}, {42000, 0xA3, 0x66}},
+    {8, false, true, false, true, false, true, 2, 5, {1000, 0x18, 0}, {1100, 0x1A, 0}, {12000, 0x8F, 0x11}},
+    {9, false, false, false, false, false, false, 2, 4, {1000, 19, 0}, {1100, 21, 0}, {10000, 199, 0}},
+};
+
+// How many of the three fast rates a link can carry.
+int fastRates(int kind) { return kind == 3 || kind == 5 ? 3 : kind == 1 ? 2 : kind == 4 ? 1 : 0; }
+
+// Answers each off-line notice and counts them.
+class NoticeAnswer
+{
+public:
+    NoticeAnswer()
+    {
+        QObject::connect(PostMsg::instance(), &PostMsg::SigMouseOffLineo, &timer, [this] { ++count; });
+        QObject::connect(&timer, &QTimer::timeout, &timer, [] { answer<MouseOffLine>("NewHong"); });
+        timer.start(5);
+    }
+    int taken() { return std::exchange(count, 0); }
+
+private:
+    QTimer timer;
+    int count = 0;
+};
+
+struct Edit {
+    QString name;
+    SensorRoad::Act act;
+    SensorRoad::Change change;
+    uint64_t reports = 1;
+};
+
+class Edits
+{
+public:
+    Edits(SensorRoad &sensorRoad, const ModelRow &modelRow) : road(sensorRoad), model(modelRow) {}
+
+    std::vector<Edit> all()
+    {
+        if (model.mode && road.find("ModelChoose")->isEnabled())
+            addBox("ModelChoose", &FlashDataMap::ModelChoose, {1, 0});
+        if (model.settings)
+            addSettings();
+        addSwitch("RippeControl_2", model.ripple, &FlashDataMap::RippeControl);
+        addSwitch("StraightLine_2", model.snapping, &FlashDataMap::StraightLine);
+        addSwitch("MotionSync_2", model.sync, &FlashDataMap::MotionSync);
+        addStages();
+        for (int i = 0; i < 4 + fastRates(road.link.kind); ++i)
+            addClick(road.rate(i), &FlashDataMap::ReportRate, RateRows[std::size_t(i)].code);
+        addClick(road.rate(Rate1000), &FlashDataMap::ReportRate, 1);
+        return std::move(edits);
+    }
+
+private:
+    using Field = uint8_t FlashDataMap::*;
+
+    void add(const QString &name, SensorRoad::Act act, SensorRoad::Change change, uint64_t reports = 1)
+    {
+        edits.push_back({name, std::move(act), std::move(change), reports});
+    }
+    void addClick(QAbstractButton *button, Field field, int value)
+    {
+        add(
+            button->objectName(),
+            [button] { QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(9, button->height() / 2)); },
+            [=](FlashDataMap &map) { map.*field = uint8_t(value); });
+    }
+    void addSwitch(const char *name, bool there, Field field)
+    {
+        auto *const button = road.find<QAbstractButton>(name);
+        const int before = button->isChecked();
+        for (int i = 1; there && i <= 2; ++i)
+            addClick(button, field, (before + i) % 2);
+    }
+    // One row for each index, in order; `values` are the bytes.
+    void addBox(const char *name, Field field, const std::vector<int> &values)
+    {
+        auto *const box = road.find<QComboBox>(name);
+        const bool fromLast = name == QByteArray("ModelChoose");
+        for (int i = 0; i < int(values.size()); ++i)
+            add(
+                QLatin1String(name) + QString::number(i),
+                [=] { box->setCurrentIndex(fromLast ? int(values.size()) - 1 - i : i); },
+                [=, value = values[std::size_t(i)]](FlashDataMap &map) { map.*field = uint8_t(value); });
+    }
+    void addSettings()
+    {
+        if (model.heights == 3)
+            addBox("LOD", &FlashDataMap::LiftOffDistance, {3, 1, 2});
+        else
+            addBox("LOD", &FlashDataMap::LiftOffDistance, {1, 2});
+        addClick(road.find<QAbstractButton>("Performance"), &FlashDataMap::Performance, 1);
+        addBox("PerformanceOpen", &FlashDataMap::PerformanceOpen, {1, 3, 6, 12, 18, 30, 60, 90});
+        addClick(road.find<QAbstractButton>("Performance"), &FlashDataMap::Performance, 0);
+    }
+    void addStages()
+    {
+        for (int i = 0; i < road.flash().DpiStageCount; ++i)
+            addClick(road.stage(i), &FlashDataMap::CurrentDpiStage, i);
+        addClick(road.stage(0), &FlashDataMap::CurrentDpiStage, 0);
+        addValue("slider", model.first, [this] { road.slider()->setValue(model.first.dpi); });
+        addValue("add", model.next, [this] { road.find<QAbstractButton>("AddLevelA")->click(); });
+        addValue("reduce", model.first, [this] { road.find<QAbstractButton>("ReduceLevelA")->click(); });
+        addValue("largest", model.last, [this] { road.slider()->setValue(model.last.dpi); });
+        for (int count = 1; count <= model.stages; ++count)
+            add(
+                QStringLiteral("count %1").arg(count),
+                [=] { road.find<QComboBox>("ChooseEvent")->setCurrentIndex(count - 1); },
+                [=](FlashDataMap &map) { map.DpiStageCount = uint8_t(count); });
+        add(
+            QStringLiteral("color"), [this] { chooseColor(QColor(1, 22, 133)); },
+            [](FlashDataMap &map) {
+                map.DpiStages[0].Red = 1;
+                map.DpiStages[0].Green = 22;
+                map.DpiStages[0].Blue = 133;
+            });
+        addClick(road.stage(model.stages - 1), &FlashDataMap::CurrentDpiStage, model.stages - 1);
+        add(
+            QStringLiteral("exchange"), [this] { road.find<QComboBox>("ChooseEvent")->setCurrentIndex(1); },
+            [this](FlashDataMap &map) {
+                std::swap(map.DpiStages[1], map.DpiStages[model.stages - 1]);
+                map.CurrentDpiStage = 1;
+                map.DpiStageCount = 2;
+            },
+            4);
+    }
+    void addValue(const char *name, const DpiRow &row, SensorRoad::Act act)
+    {
+        add(QLatin1String(name), std::move(act), [row](FlashDataMap &map) {
+            map.DpiStages[0].LevelX = map.DpiStages[0].LevelY = row.code;
+            map.DpiStages[0].LevelFlags = row.flags;
+        });
+    }
+    void chooseColor(const QColor &color)
+    {
+        road.bar(0)->click();
+        auto *const dialog = road.page()->findChild<QColorDialog *>();
+        dialog->setCurrentColor(color);
+        dialog->accept();
+    }
+
+    SensorRoad &road;
+    const ModelRow &model;
+    std::vector<Edit> edits;
+};
+
+} // namespace
+
+class tst_sensorpage : public QObject
+{
+    Q_OBJECT
+
+private:
+    static void eachModelAndLink(bool wired)
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<int>("link");
+        for (int model = 0; model < int(std::size(ModelRows)); ++model)
+            for (int link = 0; link < int(std::size(SensorLinks)); ++link)
+                if (wired || SensorLinks[link].device)
+                    QTest::addRow("%d-%s", ModelRows[model].mid, SensorLinks[link].name) << model << link;
+    }
+    static void checkGates(const SensorRoad &road, const ModelRow &model)
+    {
+        const auto isThere = [&road](const char *name) { return !road.find(name)->isHidden(); };
+        QCOMPARE(isThere("ModelChoose"), model.settings);
+        QCOMPARE(road.find("ModelChoose")->isEnabled(), model.mode && !SelectedDevice::info().Usb);
+        QCOMPARE(road.find<QComboBox>("ModelChoose")->currentIndex(),
+                 model.mode && SelectedDevice::info().Usb ? int(Corded) : 0);
+        QCOMPARE(road.find("LOD")->isEnabled(), model.lod);
+        QCOMPARE(road.find<QComboBox>("LOD")->count(), model.heights);
+        QCOMPARE(isThere("Performance"), model.settings);
+        QCOMPARE(isThere("settingsCard"), model.settings);
+        QCOMPARE(isThere("rippeControl"), model.ripple);
+        QCOMPARE(isThere("straightLine"), model.snapping);
+        QCOMPARE(isThere("motionSync"), model.sync);
+        QCOMPARE(road.find<QComboBox>("ChooseEvent")->count(), model.stages);
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(!road.rate(4 + i)->isHidden(), i < fastRates(road.link.kind));
+    }
+    // The page follows the mouse's own buttons and writes nothing.
+    static void pressButtons(SensorRoad &road)
+    {
+        const uint64_t writes = road.writes();
+        for (int i = 0; i < 8; ++i)
+            for (const char *button : {"press m dpi", "press m rate"}) {
+                const FlashDataMap before = road.flash();
+                road.program.bus.order(button);
+                QVERIFY(!sameBytes(road.flash(), before) || before.DpiStageCount == 1);
+                QCOMPARE(road.settle(), QString());
+            }
+        QCOMPARE(road.writes(), writes);
+    }
+    static QStringList state(const SensorRoad &road)
+    {
+        QStringList all{QString::number(road.slider()->value())};
+        for (const QAbstractButton *button : road.page()->findChildren<QAbstractButton *>())
+            all << QStringLiteral("%1 %2").arg(button->objectName()).arg(button->isChecked());
+        for (const QComboBox *box : road.page()->findChildren<QComboBox *>())
+            all << QStringLiteral("%1 %2").arg(box->objectName()).arg(box->currentIndex());
+        return all;
+    }
+
+private slots:
+    void everyControlWritesItsBytes_data() { eachModelAndLink(true); }
+    void everyControlWritesItsBytes()
+    {
+        QFETCH(int, model);
+        QFETCH(int, link);
+        SensorRoad road(ModelRows[model].mid, SensorLinks[link]);
+        QCOMPARE(road.open(), QString());
+        QCOMPARE(road.settle(), QString());
+        checkGates(road, ModelRows[model]);
+        if (QTest::currentTestFailed())
+            return;
+        for (const Edit &edit : Edits(road, ModelRows[model]).all()) {
+            const QString wrong = road.edit(edit.act, edit.change, edit.reports);
+            QVERIFY2(wrong.isEmpty(), qPrintable(edit.name + QStringLiteral(": ") + wrong));
+            QCOMPARE(road.shown(road.flash()), QString());
+        }
+        pressButtons(road);
+    }
+
+    void aSilentMouseTakesEveryControlBack_data() { eachModelAndLink(false); }
+    void aSilentMouseTakesEveryControlBack()
+    {
+        QFETCH(int, model);
+        QFETCH(int, link);
+        SensorRoad road(ModelRows[model].mid, SensorLinks[link]);
+        QCOMPARE(road.open(), QString());
+        std::vector<Edit> edits = Edits(road, ModelRows[model]).all();
+        const FlashDataMap flash = road.flash();
+        const FlashDataMap record = DeviceRecord::copy();
+        road.program.bus.order("radio m off");
+        NoticeAnswer notice;
+        for (const Edit &edit : edits) {
+            const QStringList before = state(road);
+            edit.act();
+            QTRY_VERIFY(isGone<MouseOffLine>());
+            const int notices = notice.taken();
+            QVERIFY2(notices <= 1, qPrintable(edit.name));
+            QVERIFY2(state(road) == before, qPrintable(edit.name));
+        }
+        QVERIFY(sameBytes(road.flash(), flash));
+        QVERIFY(sameBytes(DeviceRecord::copy(), record));
+    }
+};
+
+int main(int argc, char **argv) { return runProgramTest<tst_sensorpage>(argc, argv); }
+#include "tst_sensorpage.moc"

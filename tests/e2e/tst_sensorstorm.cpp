@@ -1,0 +1,142 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The sensor page when much happens at once: a storm of the mouse's own buttons, and a long random mixture of
+// edits and buttons. Record, flash and page come to say the same.
+#include "tests/e2e/SensorRoad.h"
+#include "tests/support/Watchdog.h"
+
+#include <random>
+
+namespace
+{
+
+const SensorLink &fastLink() { return SensorLinks[5]; }
+
+// Draws what a person or the mouse does next. The same seed does the same again.
+class Hand
+{
+public:
+    Hand(SensorRoad &sensorRoad, unsigned seed) : road(sensorRoad), random(seed)
+    {
+        const auto *page = road.page();
+        for (QAbstractButton *button : page->findChildren<QAbstractButton *>())
+            if (button->focusPolicy() != Qt::NoFocus &&
+                !button->objectName().endsWith(QLatin1String("ButtonA")))
+                buttons.push_back(button);
+        for (const char *name : {"ModelChoose", "PerformanceOpen", "LOD", "ChooseEvent"})
+            boxes.push_back(road.find<QComboBox>(name));
+    }
+
+    void act()
+    {
+        switch (draw(10)) {
+        case 0:
+            road.program.bus.order("press m dpi");
+            return;
+        case 1:
+            road.program.bus.order("press m rate");
+            return;
+        case 2:
+            return setColor();
+        case 3:
+        case 4:
+            return chooseItem();
+        case 5:
+        case 6:
+            road.slider()->setValue(road.slider()->minimum() +
+                                    draw(road.slider()->maximum() - road.slider()->minimum() + 1));
+            return;
+        default:
+            return clickButton();
+        }
+    }
+
+private:
+    int draw(int below) { return std::uniform_int_distribution<int>(0, below - 1)(random); }
+    void setColor()
+    {
+        const QColor color(draw(256), draw(256), draw(256));
+        road.page()->findChild<SensorDPI *>()->SetColor(color);
+    }
+    void chooseItem()
+    {
+        QComboBox *const box = boxes[std::size_t(draw(int(boxes.size())))];
+        const int index = draw(box->count());
+        const bool offered = box->model()->index(index, 0).flags() & Qt::ItemIsEnabled;
+        if (box->isEnabled() && offered)
+            box->setCurrentIndex(index);
+    }
+    void clickButton()
+    {
+        QAbstractButton *const button = buttons[std::size_t(draw(int(buttons.size())))];
+        if (button->isVisible() && button->isEnabled())
+            button->click();
+    }
+
+    SensorRoad &road;
+    std::mt19937 random;
+    std::vector<QAbstractButton *> buttons;
+    std::vector<QComboBox *> boxes;
+};
+
+} // namespace
+
+class tst_sensorstorm : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aStormOfButtonsLeavesAllEqual_data()
+    {
+        QTest::addColumn<int>("mid");
+        for (const int mid : SensorModels)
+            QTest::addRow("%d", mid) << mid;
+    }
+    void aStormOfButtonsLeavesAllEqual()
+    {
+        QFETCH(int, mid);
+        SensorRoad road(mid, fastLink());
+        Watchdog watchdog;
+        QCOMPARE(road.open(), QString());
+        const uint64_t writes = road.writes();
+        for (int i = 0; i < 100; ++i)
+            road.program.bus.order(i % 2 == 0 ? "press m dpi" : "press m rate");
+        QCOMPARE(road.settle(), QString());
+        QCOMPARE(int(road.flash().CurrentDpiStage), (1 + 50) % road.flash().DpiStageCount);
+        QCOMPARE(int(road.flash().ReportRate), 2000 / 125); // 50 rates on from 1000 Hz, of seven
+        QCOMPARE(road.writes(), writes);
+        QVERIFY(!watchdog.barked());
+    }
+
+    void aLongMixtureLeavesAllEqual_data()
+    {
+        QTest::addColumn<int>("mid");
+        QTest::addColumn<int>("steps");
+        QTest::newRow("7") << 7 << 10000;
+        QTest::newRow("8") << 8 << 1000;
+    }
+    void aLongMixtureLeavesAllEqual()
+    {
+        QFETCH(int, mid);
+        QFETCH(int, steps);
+        SensorRoad road(mid, fastLink());
+        QCOMPARE(road.open(), QString());
+        QCOMPARE(road.settle(), QString());
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        Hand hand(road, unsigned(mid));
+        for (int step = 1; step <= steps; ++step) {
+            hand.act();
+            QCoreApplication::processEvents();
+            if (step % 250 == 0) {
+                const QString wrong = road.settle();
+                QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("step %1: %2").arg(step).arg(wrong)));
+            }
+        }
+        QCOMPARE(road.settle(), QString());
+        QCOMPARE(notice.count(), 0);
+    }
+};
+
+int main(int argc, char **argv) { return runProgramTest<tst_sensorstorm>(argc, argv); }
+#include "tst_sensorstorm.moc"

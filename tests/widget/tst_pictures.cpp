@@ -1,0 +1,210 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What the program shows and what the skin draws, held against each other both ways. The windows are led
+// through their states, and the pictures that their style sheets name are noted.
+#include "app/Dialog.h"
+#include "app/DialogMain.h"
+#include "presentation/Notices.h"
+#include "presentation/QuestionDialog.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/StyleSheets.h"
+#include "presentation/UpDataParam.h"
+#include "presentation/Widgets.h"
+#include "presentation/language/LanguageTables.h"
+#include "tests/support/ProgramSources.h"
+#include "tests/widget/Fixture.h"
+
+#include <QStackedWidget>
+
+namespace
+{
+
+// Drawn for what the pages do not show yet: page, names.
+struct PicturesToCome {
+    const char *page;
+    const char *names;
+};
+constexpr PicturesToCome ToCome[] = {
+    {"Buttoninterface", "CheckBox CheckBoxCheck ConfirmHover"},
+    {"Sensor", "CheckBox CheckBoxCheck ComboboxBack ComboboxTextBack Menu MenuClicked"},
+    {"Sensor", "Open Close Tips Title TitleButton TitleButtonChecked TitleButtonHover"},
+    {"Sensor", "Add AddHover AddClick Reduce ReduceHover ReduceClick Level MaxA MaxB MinA MinB"},
+    {"Sensor", "RateButtonClick"},
+};
+
+QStringList warnings;
+
+// All but what the toolkit says of the picture itself, and of a display that is none.
+void noteWarning(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    if (type != QtDebugMsg && !text.startsWith("Could not create pixmap from") &&
+        !text.startsWith("This plugin does not support"))
+        warnings << text;
+}
+
+FakeDevice shipped(uint8_t mid, uint8_t kind, const char *pid, bool online)
+{
+    FakeDevice device = fixture::device(std::string(pid) + '/' + std::to_string(mid), mid, kind, online);
+    device.vid = "0x1209";
+    device.pid = pid;
+    return device;
+}
+
+// Each model on line and off line, each link, and one that no catalogue knows.
+std::vector<FakeDevice> everyKind()
+{
+    std::vector<FakeDevice> all;
+    for (uint8_t mid = 6; mid <= 9; ++mid) {
+        all.push_back(shipped(mid, Receiver1K, "0x0002", true));
+        all.push_back(shipped(mid, Receiver2K, "0x0003", false));
+    }
+    all.push_back(shipped(6, Receiver4K, "0x0004", true));
+    all.push_back(shipped(6, Receiver8K, "0x0005", true));
+    all.push_back(shipped(99, fixture::CableKind, "0x0001", true));
+    return all;
+}
+
+// "Page/Name.png" of each picture in the style sheets of a window.
+void note(const QWidget *window, QSet<QString> &seen)
+{
+    static const QRegularExpression url("url\\([^)]*/Picture/([^)]*)\\)");
+    for (const QWidget *widget : window->findChildren<QWidget *>())
+        for (auto each = url.globalMatch(widget->styleSheet()); each.hasNext();)
+            seen << each.next().captured(1);
+}
+
+std::vector<std::unique_ptr<NoticeDialog>> everyNotice()
+{
+    std::vector<std::unique_ptr<NoticeDialog>> all;
+    all.push_back(std::make_unique<MouseOffLine>());
+    all.push_back(std::make_unique<QuestiondialogB>());
+    all.push_back(std::make_unique<ContainReset>());
+    all.push_back(std::make_unique<QuestionDialog>(QuestionDialog::Mode::Create));
+    all.push_back(std::make_unique<UpDataParam>());
+    all.push_back(std::make_unique<ExeIsRun>());
+    return all;
+}
+
+} // namespace
+
+class tst_Pictures : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeHidUsb &fake = FakeHidUsb::instance();
+    QSet<QString> shown;
+
+    static QString pictures() { return QString::fromLocal8Bit(PRODUCT_FOLDER) + "/Picture/"; }
+
+    // Leads a window and the notices through all that changes their pictures.
+    void walk(QSet<QString> &seen)
+    {
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        QTRY_COMPARE(window.findChildren<mytoolButtonEnter *>().size(), int(everyKind().size()));
+        note(&window, seen);
+        fixture::select(fixture::info("0x0005/6", Receiver8K));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        auto *dialog = window.findChild<Dialog *>();
+        auto *pages = dialog->findChild<QStackedWidget *>("stackedWidgetDialog");
+        for (int page = 0; page < pages->count(); ++page) {
+            pages->setCurrentIndex(page);
+            emit PostMsg::instance()->SigIsUsb(page % 2 == 0, false);
+            fixture::emitElsewhere([page] { emit PostMsg::instance()->SigBattery(true, page * 10, true); });
+            QVERIFY(pages->currentWidget()->isVisible());
+            note(&window, seen);
+        }
+        for (const auto &notice : everyNotice()) {
+            notice->show();
+            note(notice.get(), seen);
+        }
+        QTRY_VERIFY(fake.idle());
+    }
+
+private slots:
+    void initTestCase()
+    {
+        fixture::clean();
+        fake.setDevices(everyKind());
+        walk(shown);
+        QVERIFY(shown.size() > 60);
+    }
+
+    void everyPictureShownIsDrawnInBothSizes()
+    {
+        for (const QString &name : qAsConst(shown)) {
+            QVERIFY2(QFile::exists(pictures() + name), qPrintable(name));
+            QVERIFY2(QFile::exists(pictures() + name.chopped(4) + "@2x.png"), qPrintable(name));
+        }
+    }
+
+    // Also those of states that the walk does not come to.
+    void everyPictureNamedIsDrawn()
+    {
+        const QString sources = programSources();
+        int named = 0;
+        for (auto each = QRegularExpression("\"(\\w+\\.png)\"").globalMatch(sources); each.hasNext();
+             ++named) {
+            const QString name = each.next().captured(1);
+            QDirIterator found(pictures(), {name}, QDir::Files, QDirIterator::Subdirectories);
+            QVERIFY2(found.hasNext(), qPrintable(name));
+        }
+        QVERIFY(named >= 10); // the scan still finds them
+    }
+
+    void everyPictureDrawnIsShown()
+    {
+        const QString sources = programSources();
+        QStringList idle;
+        QDirIterator files(pictures(), {"*.png"}, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString path = files.next().mid(pictures().size());
+            const QString page = path.section('/', 0, 0);
+            const QString name = path.section('/', 1).chopped(4);
+            const bool awaited =
+                std::any_of(std::begin(ToCome), std::end(ToCome), [&](const PicturesToCome &row) {
+                    return page == row.page && QString(row.names).split(' ').contains(name);
+                });
+            if (!name.endsWith("@2x") && !shown.contains(path) && !awaited &&
+                !sources.contains('"' + name + ".png\""))
+                idle << path;
+        }
+        idle.sort();
+        QVERIFY2(idle.isEmpty(), qPrintable(idle.join(' ')));
+    }
+
+    // A skin without a picture leaves its place empty and everything else as it is.
+    void aMissingPictureIsNoError()
+    {
+        const QTemporaryDir bare;
+        QDir(bare.path()).mkpath("Language");
+        QFile::copy(QString::fromLocal8Bit(PRODUCT_FOLDER) + "/Language/en.json",
+                    bare.filePath("Language/en.json"));
+        setApplicationFolder(bare.path());
+        warnings.clear();
+        const QtMessageHandler before = qInstallMessageHandler(noteWarning);
+        QSet<QString> seen;
+        walk(seen);
+        qInstallMessageHandler(before);
+        setApplicationFolder(QString::fromLocal8Bit(PRODUCT_FOLDER));
+        QCOMPARE(warnings, QStringList());
+        QCOMPARE(seen, shown);
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    setApplicationFolder(QString::fromLocal8Bit(PRODUCT_FOLDER));
+    makeDataFolders();
+    QApplication application(argc, argv);
+    applySkin();
+    tst_Pictures test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_pictures.moc"
