@@ -424,6 +424,7 @@ private slots:
         QCOMPARE(field(dialog), QString("A"));
         touch(dialog, EvTab, Qt::Key_Tab);
         QCOMPARE(dialog.focusWidget(), dialog.findChild<KeyField *>("lineEdit"));
+        QVERIFY(!dialog.findChild<KeyField *>("lineEdit")->hasSelectedText());
         touch(dialog, EvB, Qt::Key_B);
         QCOMPARE(field(dialog), QString("A+B"));
         leaveField(dialog);
