@@ -143,7 +143,7 @@ private slots:
     // Each model on cable and radio, with what it has of the groups, and without any device.
     void advancedPage()
     {
-        fake.setDevices({shipped("dev", "0x0005", 6, Receiver8K)});
+        fake.setDevices({fixture::shipped(6, Receiver8K, "0x0005")});
         fake.setRunsWatchAtStart(false);
         DialogMain window;
         window.show();
