@@ -18,7 +18,7 @@ namespace
 // OUT request or of the answer to an IN request.
 constexpr std::size_t HeadSize = 48;
 constexpr std::size_t SetupAt = 40;
-constexpr std::size_t DataLimit = 64 * 1024;
+constexpr std::size_t DataLimit = 0x10000;
 constexpr std::size_t ReportLimit = 64; // waiting for one endpoint
 enum : uint32_t { Submit = 1, Unlink = 2, Submitted = 3, Unlinked = 4 };
 
