@@ -35,7 +35,10 @@ public:
     {
         busy.start();
         auto *const loop = QAbstractEventDispatcher::instance();
-        QObject::connect(loop, &QAbstractEventDispatcher::awake, loop, [this] { busy.start(); });
+        QObject::connect(loop, &QAbstractEventDispatcher::awake, loop, [this] {
+            if (!busy.isValid()) // still at it from one turn to the next
+                busy.start();
+        });
         QObject::connect(loop, &QAbstractEventDispatcher::aboutToBlock, loop, [this] {
             if (busy.isValid())
                 longest = qMax(longest, double(busy.nsecsElapsed()) / 1e6);
