@@ -126,15 +126,15 @@ void DialogChange::take(const DeviceScan &scan)
 void DialogChange::rebuild(const DeviceScan &scan)
 {
     AttachedDevices = AttachedDevicesCopy = scan.devices;
-    board.clear();
-    if (AttachedDevices.empty()) {
-        showPrompt();
-    } else if (scan.tally.settle(AttachedDevices, unknownIndex())) {
-        showPrompt();
-        warnOfDuplicates();
-    } else {
+    const bool duplicates = scan.tally.settle(AttachedDevices, unknownIndex());
+    if (!AttachedDevices.empty() && !duplicates) {
         showCarousel();
+        return;
     }
+    board.clear();
+    showPrompt();
+    if (duplicates)
+        warnOfDuplicates();
 }
 
 // A search that ends while the notice stands needs no second one.
@@ -164,8 +164,9 @@ void DialogChange::showCarousel()
     ui->label_3->show();
     board.build(AttachedDevices);
     for (const TileBoard::Tile &tile : board.tiles()) {
-        connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()));
-        connect(tile.button, &mytoolButtonEnter::entered, this, &DialogChange::refreshTile);
+        connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()), Qt::UniqueConnection);
+        connect(tile.button, &mytoolButtonEnter::entered, this, &DialogChange::refreshTile,
+                Qt::UniqueConnection);
     }
     orderTabs();
     ui->stackedWidget->show();

@@ -7,6 +7,7 @@
 #include "presentation/StyleSheets.h"
 
 #include <QStackedWidget>
+#include <algorithm>
 
 namespace
 {
@@ -45,23 +46,47 @@ TileBoard::TileBoard(QStackedWidget *tileStack, const QString &pictures) : stack
 {
 }
 
-void TileBoard::clear()
+void TileBoard::clear() { dropPagesFrom(0); }
+
+void TileBoard::dropPagesFrom(int first)
 {
-    all.clear();
-    while (stack->count() > 0) {
-        QWidget *page = stack->widget(0);
+    const auto tiles = std::min(all.size(), std::size_t(first * TilesOnPage));
+    all.resize(tiles);
+    links.resize(tiles);
+    while (stack->count() > first) {
+        QWidget *page = stack->widget(first);
         stack->removeWidget(page);
         page->hide();
         page->deleteLater();
     }
 }
 
+bool TileBoard::pageFits(const std::vector<DeviceAllInfo> &devices, int first, int count) const
+{
+    const int tiles = qMin(TilesOnPage, int(all.size()) - first);
+    for (int i = first; tiles == count && i < first + count; ++i) {
+        const DeviceAllInfo &device = devices[std::size_t(i)];
+        if (links[std::size_t(i)].wired != device.Usb || links[std::size_t(i)].kind != device.DeviceKind)
+            return false;
+    }
+    return tiles == count;
+}
+
 void TileBoard::build(const std::vector<DeviceAllInfo> &devices)
 {
-    clear();
     const int total = int(devices.size());
-    for (int first = 0; first < total; first += TilesOnPage)
-        addPage(devices, first, qMin(TilesOnPage, total - first));
+    bool fits = true;
+    for (int first = 0; first < total; first += TilesOnPage) {
+        const int count = qMin(TilesOnPage, total - first);
+        fits = fits && pageFits(devices, first, count);
+        if (!fits) {
+            dropPagesFrom(first / TilesOnPage);
+            addPage(devices, first, count);
+        }
+        for (int i = first; i < first + count; ++i)
+            show(i, devices[std::size_t(i)]);
+    }
+    dropPagesFrom((total + TilesOnPage - 1) / TilesOnPage);
     stack->setCurrentIndex(0);
 }
 
@@ -76,7 +101,7 @@ void TileBoard::addPage(const std::vector<DeviceAllInfo> &devices, int first, in
         tile.link->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
         tile.badge->setGeometry({{place.badgeX, BadgeY}, BadgeSize});
         all.push_back(tile);
-        show(first + i, devices[std::size_t(first + i)]);
+        links.push_back({devices[std::size_t(first + i)].Usb, devices[std::size_t(first + i)].DeviceKind});
     }
     stack->addWidget(page);
 }
@@ -111,8 +136,10 @@ void TileBoard::show(int index, const DeviceAllInfo &device)
     const Tile &tile = all[std::size_t(index)];
     const bool unknown = device.DriveIndex == unknownIndex();
     const bool linked = unknown || device.Online;
-    tile.button->setStyleSheet(style::tile(folder, tilePicture(unknown, device.Online, device.Mid)) +
-                               style::tileHover());
+    const QString sheet =
+        style::tile(folder, tilePicture(unknown, device.Online, device.Mid)) + style::tileHover();
+    if (tile.button->styleSheet() != sheet)
+        tile.button->setStyleSheet(sheet);
     tile.button->setAccessibleName(QStringLiteral("Device %1, %2")
                                        .arg(index + 1)
                                        .arg(unknown         ? QStringLiteral("unknown")

@@ -27,6 +27,7 @@ public:
     TileBoard(QStackedWidget *stack, const QString &pictures);
 
     void clear();
+    // Pages whose tiles differ in nothing but their pictures stay as they are.
     void build(const std::vector<DeviceAllInfo> &devices);
     // What a tile shows follows its device.
     void show(int index, const DeviceAllInfo &device);
@@ -35,6 +36,14 @@ public:
     const std::vector<Tile> &tiles() const { return all; }
 
 private:
+    // What a tile shows once and for all.
+    struct Link {
+        bool wired;
+        uint16_t kind;
+    };
+
+    bool pageFits(const std::vector<DeviceAllInfo> &devices, int first, int count) const;
+    void dropPagesFrom(int page);
     void addPage(const std::vector<DeviceAllInfo> &devices, int first, int count);
     Tile makeTile(QWidget *page, int index, const DeviceAllInfo &device);
 
@@ -43,4 +52,5 @@ private:
     QString offlineTip;
     QFont offlineFont;
     std::vector<Tile> all;
+    std::vector<Link> links; // of the tiles
 };

@@ -222,6 +222,40 @@ private slots:
         QCOMPARE(left, wanted);
     }
 
+    void tilesThatDoNotChangeStay()
+    {
+        build();
+        plug(devices(4));
+        const QList<QToolButton *> before = {tile(0), tile(1), tile(2)};
+        child<QToolButton>("RightButton")->click();
+        const QPointer<QToolButton> alone = tile(3);
+        std::vector<FakeDevice> five = devices(5);
+        five[1].online = false;
+        plug(five);
+        QCOMPARE((QList<QToolButton *>{tile(0), tile(1), tile(2)}), before);
+        QVERIFY(tile(0)->styleSheet().contains("OnLine0.png"));
+        QVERIFY(tile(1)->styleSheet().contains("DisOnlin1.png"));
+        QTRY_VERIFY(!alone); // two stand in other places than one
+        QCOMPARE(stack()->currentIndex(), 0);
+        QCOMPARE(arrows(), QString("->"));
+        QSignalSpy opened(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
+        QTest::mouseClick(tile(0), Qt::LeftButton);
+        QCOMPARE(opened.count(), 1);
+    }
+
+    void aTileOfAnotherLinkIsMadeAnew()
+    {
+        build();
+        plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 7, Receiver1K)});
+        const QPointer<QToolButton> before = tile(0);
+        plug({fixture::device("a", 6, CableKind), fixture::device("b", 7, Receiver1K)});
+        QTRY_VERIFY(!before);
+        QVERIFY(child<QLabel>("UsbWifi0")->styleSheet().contains("OnLineUsb.png"));
+        QVERIFY(child<QLabel>("UsbWifi1")->styleSheet().contains("OnLineWifi.png"));
+        plug(devices(1));
+        QCOMPARE(stack()->count(), 1);
+    }
+
     void theUpgradeHearsOfEachSearch_data()
     {
         QTest::addColumn<bool>("open");
