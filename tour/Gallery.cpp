@@ -144,16 +144,6 @@ void Gallery::shootDevicePage(const Scene &scene, const QString &button)
     script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
 }
 
-void Gallery::openDevice()
-{
-    script.step(
-        "device page", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; },
-        [] { windows::click(QStringLiteral("btn0")); });
-    // A load before this one has left its mark.
-    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
-    script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
-}
-
 void Gallery::shootNotices()
 {
     for (const auto &row : Notices) {

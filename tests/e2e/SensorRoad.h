@@ -29,7 +29,18 @@ constexpr SensorLink SensorLinks[] = {
     {"cable", 3, nullptr}, {"oldcable", 2, nullptr}, {"1k", 0, "1k"},
     {"2k", 4, "2k"},       {"4k", 1, "4k"},          {"8k", 5, "8k"},
 };
-constexpr int SensorModels[] = {6, 7, 8, 9}; // model ids, in the order of the catalogue
+// The models of the catalogue, and what their mice come with.
+struct SensorModel {
+    int mid;
+    const char *flash;
+};
+constexpr SensorModel SensorModels[] = {
+    {6, "set m flash 0x01 06\n"},
+    {7, "set m flash 0x01 08\n"},
+    {8, "set m flash 0x01 05\nset m flash 0x1c 0a 0a 00 00 ff 99  13 13 00 00 80 ff  1d 1d 00 ff 00 80  "
+        "26 26 00 ff ff 00  39 39 00 ff ff ff\n"},
+    {9, "set m flash 0x01 04\n"},
+};
 
 // The places in the record where the two differ, with both values.
 inline QString difference(const FlashDataMap &is, const FlashDataMap &wanted)
@@ -49,8 +60,8 @@ public:
     using Act = std::function<void()>;
     using Change = std::function<void(FlashDataMap &)>;
 
-    SensorRoad(int mid, const SensorLink &deviceLink, const char *orders = "")
-        : link(deviceLink), program(scenario(mid, deviceLink, orders).constData())
+    SensorRoad(const SensorModel &model, const SensorLink &deviceLink)
+        : link(deviceLink), program(scenario(model, deviceLink).constData())
     {
     }
 
@@ -123,16 +134,16 @@ private:
                                             "Green", "Purple",    "LightBlue", "LightYellow"};
         return names[stage];
     }
-    static QByteArray scenario(int mid, const SensorLink &link, const char *orders)
+    static QByteArray scenario(const SensorModel &model, const SensorLink &link)
     {
         QByteArray text = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
                           "receiverboot 0007\nmouse m cid 18 mid " +
-                          QByteArray::number(mid) + " version 1.05";
+                          QByteArray::number(model.mid) + " version 1.05";
         if (!link.device)
             text += " kind " + QByteArray::number(link.kind);
         else
             text += "\nreceiver r version 1.02 mouse m class " + QByteArray(link.device);
-        return text + '\n' + orders + (link.device ? "plug r\n" : "plug m\n");
+        return text + '\n' + model.flash + (link.device ? "plug r\n" : "plug m\n");
     }
 };
 

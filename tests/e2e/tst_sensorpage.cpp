@@ -17,16 +17,16 @@ struct DpiRow {
     uint8_t code, flags;
 };
 struct ModelRow {
-    int mid;
     bool mode, lod, ripple, snapping, sync, settings;
     int heights, stages;
     DpiRow first, next, last; // `next` is a step above `first`, `last` the largest one
 };
+// By the model.
 constexpr ModelRow ModelRows[] = {
-    {6, true, true, true, true, true, true, 2, 6, {1000, 19, 0}, {1050, 20, 0}, {26000, 0x07, 0x88}},
-    {7, true, true, true, true, true, true, 3, 8, {1000, 19, 0}, {1050, 20, 0}, {42000, 0xA3, 0x66}},
-    {8, false, true, false, true, false, true, 2, 5, {1000, 0x18, 0}, {1100, 0x1A, 0}, {12000, 0x8F, 0x11}},
-    {9, false, false, false, false, false, false, 2, 4, {1000, 19, 0}, {1100, 21, 0}, {10000, 199, 0}},
+    {true, true, true, true, true, true, 2, 6, {1000, 19, 0}, {1050, 20, 0}, {26000, 0x07, 0x88}},
+    {true, true, true, true, true, true, 3, 8, {1000, 19, 0}, {1050, 20, 0}, {42000, 0xA3, 0x66}},
+    {false, true, false, true, false, true, 2, 5, {1000, 0x18, 0}, {1100, 0x1A, 0}, {12000, 0x8F, 0x11}},
+    {false, false, false, false, false, false, 2, 4, {1000, 19, 0}, {1100, 21, 0}, {10000, 199, 0}},
 };
 
 // How many of the three fast rates a link can carry.
@@ -184,7 +184,7 @@ private:
         for (int model = 0; model < int(std::size(ModelRows)); ++model)
             for (int link = 0; link < int(std::size(SensorLinks)); ++link)
                 if (wired || SensorLinks[link].device)
-                    QTest::addRow("%d-%s", ModelRows[model].mid, SensorLinks[link].name) << model << link;
+                    QTest::addRow("%d-%s", SensorModels[model].mid, SensorLinks[link].name) << model << link;
     }
     static void checkGates(const SensorRoad &road, const ModelRow &model)
     {
@@ -233,7 +233,7 @@ private slots:
     {
         QFETCH(int, model);
         QFETCH(int, link);
-        SensorRoad road(ModelRows[model].mid, SensorLinks[link]);
+        SensorRoad road(SensorModels[model], SensorLinks[link]);
         QCOMPARE(road.open(), QString());
         QCOMPARE(road.settle(), QString());
         checkGates(road, ModelRows[model]);
@@ -252,7 +252,7 @@ private slots:
     {
         QFETCH(int, model);
         QFETCH(int, link);
-        SensorRoad road(ModelRows[model].mid, SensorLinks[link]);
+        SensorRoad road(SensorModels[model], SensorLinks[link]);
         QCOMPARE(road.open(), QString());
         std::vector<Edit> edits = Edits(road, ModelRows[model]).all();
         const FlashDataMap flash = road.flash();
