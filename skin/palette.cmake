@@ -65,10 +65,10 @@ set(look_stageHover plateTop=${raised} plate=${surface3} edge=${inkDim} ink=${in
 set(look_stageClick plateTop=${groundLow} plate=${surface1} edge=${accent} ink=${ground} bar=${accentMid})
 set(look_stageCheck plateTop=${accentDark} plate=${accentTint} edge=${accent} edgeWidth=2 ink=${ink} bar=${accent})
 
-set(look_colorBar edge=${ink} edgeOpacity=0.3 ink=${ink})
-set(look_colorBarHover edge=${ink} edgeOpacity=0.9 edgeWidth=2 ink=${ink})
-set(look_colorBarCheck edge=${ink} edgeOpacity=1 edgeWidth=2 ink=${ink})
-set(look_colorBarCheckHover edge=${accent} edgeOpacity=1 edgeWidth=2 ink=${ink})
+set(look_colorBar edge=${ink} edgeOpacity=0.3 ink=${ink} seam=none seamOpacity=0)
+set(look_colorBarHover edge=${ink} edgeOpacity=0.9 edgeWidth=2 ink=${ink} seam=none seamOpacity=0)
+set(look_colorBarCheck edge=${ink} edgeOpacity=1 edgeWidth=2 ink=${ink} seam=${groundLow} seamOpacity=0.7)
+set(look_colorBarCheckHover edge=${accent} edgeOpacity=1 edgeWidth=2 ink=${ink} seam=${ink} seamOpacity=1)
 
 set(look_primary plate=${accentDeep} edge=${accentMid})
 set(look_primaryHover plate=${accentDeep} edge=${accent} edgeWidth=2)

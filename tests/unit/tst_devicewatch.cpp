@@ -6,20 +6,15 @@
 #include "device/DeviceState.h"
 #include "device/EventDispatch.h"
 #include "device/Worker.h"
-#include "tests/support/FakeHidUsb.h"
-#include "tests/support/HubLog.h"
-#include "tests/support/ProductFolder.h"
+#include "tests/support/DeviceFixture.h"
 
 #include <QtTest>
 
-class tst_devicewatch : public QObject
+class tst_devicewatch : public DeviceFixture
 {
     Q_OBJECT
 
 private:
-    FakeHidUsb &layer = FakeHidUsb::instance();
-    ProductFolder product{smallCatalogue()};
-    std::unique_ptr<HubLog> hub;
     std::unique_ptr<Worker> worker;
 
     static FakeDevice device(const char *path, const char *pid, DeviceIdentity identity, uint8_t address = 1)
@@ -66,9 +61,7 @@ private:
 private slots:
     void init()
     {
-        layer.reset();
-        resetDeviceState();
-        hub = std::make_unique<HubLog>();
+        begin();
         worker = std::make_unique<Worker>();
         worker->checkTimer().stop();
     }

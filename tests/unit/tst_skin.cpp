@@ -130,6 +130,8 @@ void tst_skin::sizes_data()
     row("Sensor/MaxA", 68, 70);
     row("Sensor/MinB", 50, 12);
     row("Sensor/MaxB", 66, 14);
+    row("Sensor/Level", 28, 28);
+    row("Sensor/Track", 91, 8);
     for (const char *state : {"Open", "OpenHover", "OpenClick", "Close", "CloseHover", "CloseClick"})
         row(qPrintable(QStringLiteral("Sensor/") + QLatin1String(state)), 44, 24);
     row("Light/Title", 24, 24);
@@ -153,10 +155,10 @@ void tst_skin::statesDifferByMoreThanHue_data()
     QTest::addColumn<QStringList>("suffixes");
     const QStringList three{QString(), QStringLiteral("Hover"), QStringLiteral("Click")};
     const QStringList checked{QString(), QStringLiteral("Hover"), QStringLiteral("Checked")};
-    for (const char *stem :
-         {"Dialog/Close", "Dialog/Min", "Dialog/UpArrow", "DialogChange/Close", "DialogChange/Min",
-          "DialogChange/Confirm", "Sensor/Reduce", "Sensor/Add", "Sensor/RateButton", "Sensor/Open",
-          "Sensor/Close", "WarningDialog/Close", "WarningDialog/Confirm", "WarningDialog/Cancel"})
+    for (const char *stem : {"Dialog/Close", "Dialog/Min", "Dialog/UpArrow", "DialogChange/Close",
+                             "DialogChange/Min", "DialogChange/Confirm", "Sensor/Reduce", "Sensor/Add",
+                             "Sensor/MinA", "Sensor/RateButton", "Sensor/Open", "Sensor/Close",
+                             "WarningDialog/Close", "WarningDialog/Confirm", "WarningDialog/Cancel"})
         QTest::newRow(stem) << three;
     for (const char *stem :
          {"Dialog/NavButton", "Dialog/ButtonMain", "Dialog/SensorButton", "Dialog/MacroButton",
@@ -170,6 +172,8 @@ void tst_skin::statesDifferByMoreThanHue_data()
     QTest::newRow("DialogChange/Right") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("Sensor/RateButton checked")
         << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check")};
+    for (const char *stem : {"Sensor/MinB", "Sensor/MaxB"})
+        QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover")};
     QTest::newRow("Sensor/ switches") << QStringList{QStringLiteral("Open"), QStringLiteral("Close")};
     QTest::newRow("Advanced/Thumb") << three + QStringList{QStringLiteral("Off")};
     for (const char *stem : {"DialogChange/CheckBox", "Sensor/CheckBox", "Advanced/CheckBox"})
@@ -220,8 +224,9 @@ void tst_skin::textCanBeRead_data()
     QTest::newRow("Dialog/BackGround") << QRect(8, 8, 1004, 684) << true;
     QTest::newRow("DialogChange/ComboboxBack") << QRect(6, 4, 118, 22) << true;
     QTest::newRow("DialogChange/ComboboxTextBack") << QRect(6, 4, 118, 120) << true;
-    QTest::newRow("Sensor/MinA") << QRect(4, 4, 46, 48) << true;
-    QTest::newRow("Sensor/MaxA") << QRect(4, 4, 60, 62) << true;
+    for (const char *state : {"", "Hover", "Click"})
+        QTest::addRow("Sensor/MinA%s", state) << QRect(4, 14, 46, 28) << true;
+    QTest::newRow("Sensor/MaxA") << QRect(8, 16, 52, 38) << false;
     QTest::newRow("Sensor/BackGround") << QRect(20, 20, 840, 280) << true;
     QTest::newRow("Advanced/BackGround") << QRect(36, 40, 810, 560) << true;
     QTest::newRow("Advanced/Angle") << QRect(236, 32, 318, 88) << true;

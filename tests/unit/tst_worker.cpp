@@ -7,9 +7,7 @@
 #include "device/EventDispatch.h"
 #include "device/ImageCache.h"
 #include "device/Worker.h"
-#include "tests/support/FakeHidUsb.h"
-#include "tests/support/HubLog.h"
-#include "tests/support/ProductFolder.h"
+#include "tests/support/DeviceFixture.h"
 
 #include <QtTest>
 #include <cstring>
@@ -21,14 +19,11 @@ const QStringList Connection = {"UsbServerC_Start mouse", "UsbServer_SetPCDriver
 const QString Question = QStringLiteral("UsbFinderC_GetDeviceOnLine mouse");
 } // namespace
 
-class tst_worker : public QObject
+class tst_worker : public DeviceFixture
 {
     Q_OBJECT
 
 private:
-    FakeHidUsb &layer = FakeHidUsb::instance();
-    ProductFolder product{smallCatalogue()};
-    std::unique_ptr<HubLog> hub;
     std::unique_ptr<Worker> worker;
 
     static DeviceAllInfo mouse(uint16_t kind = Receiver1K)
@@ -49,23 +44,12 @@ private:
         QTRY_VERIFY(layer.idle());
         QCoreApplication::processEvents();
     }
-    QStringList calls() const
-    {
-        QStringList names;
-        for (const std::string &call : layer.calls())
-            names.append(QString::fromStdString(call));
-        return names;
-    }
 
 private slots:
     void init()
     {
-        layer.reset();
-        resetDeviceState();
-        FakeDevice device;
-        device.path = "mouse";
-        layer.setDevices({device});
-        hub = std::make_unique<HubLog>();
+        begin();
+        plugMouse();
         worker = std::make_unique<Worker>();
         worker->checkTimer().stop(); // its slot is called by hand
         emit PostMsg::instance()->SigSelectMouseInfo(mouse());
@@ -102,7 +86,7 @@ private slots:
     void onLinePassConnectsAndAsksForEverything()
     {
         pass();
-        QCOMPARE(calls(), QStringList({Question, Question}) + Connection);
+        QCOMPARE(callNames(), QStringList({Question, Question}) + Connection);
         QCOMPARE(hub->lines, QStringList{"wait 0"});
         QVERIFY(MouseOnline && ReadStartedOnline && DataLoaded && !WorkerArmed);
         QVERIFY(SelectedDevice::info().Online);
@@ -115,11 +99,11 @@ private slots:
         layer.clearCalls();
         worker->start();
         QTRY_VERIFY(worker->isFinished());
-        QVERIFY(calls().isEmpty());
+        QVERIFY(callNames().isEmpty());
 
         OnDevicePage = 0;
         pass();
-        QCOMPARE(calls(), QStringList{Question});
+        QCOMPARE(callNames(), QStringList{Question});
         QVERIFY(hub->lines.isEmpty());
         QVERIFY(!WorkerArmed);
     }
@@ -129,7 +113,7 @@ private slots:
         pass();
         DataLoaded = false;
         pass();
-        QVERIFY(calls().isEmpty());
+        QVERIFY(callNames().isEmpty());
         QVERIFY(DataLoaded && !WorkerArmed);
     }
 
@@ -158,7 +142,7 @@ private slots:
             ReadStartedOnline = false;
         }
         pass();
-        QCOMPARE(calls(), QStringList{Question} + Connection);
+        QCOMPARE(callNames(), QStringList{Question} + Connection);
         QCOMPARE(hub->lines, lines);
         QVERIFY(!ConfigChanged);
     }
@@ -168,7 +152,7 @@ private slots:
         layer.setOnline("mouse", false);
         pass();
         QCOMPARE(hub->lines, QStringList{"formreset"});
-        QCOMPARE(calls(), QStringList({Question, Question}) + Connection);
+        QCOMPARE(callNames(), QStringList({Question, Question}) + Connection);
         QVERIFY(AwaitingMouse && !MouseOnline && !DataLoaded && !RestartWorker);
         QVERIFY(!SelectedDevice::info().Online);
     }
@@ -206,13 +190,13 @@ private slots:
     {
         layer.clearCalls();
         worker->SlotCheckOnline();
-        QVERIFY(calls().isEmpty());
+        QVERIFY(callNames().isEmpty());
 
         AwaitingMouse = true;
         layer.setOnline("mouse", false);
         ReadStartedOnline = true;
         worker->SlotCheckOnline();
-        QCOMPARE(calls(), QStringList{Question});
+        QCOMPARE(callNames(), QStringList{Question});
         QVERIFY(AwaitingMouse && !MouseOnline && !ReadStartedOnline);
         QVERIFY(hub->lines.isEmpty());
     }
@@ -255,7 +239,7 @@ private slots:
         layer.clearCalls();
         worker->SlotCheckOnline();
         QCOMPARE(AwaitingMouse.load(), stillAwaiting);
-        QVERIFY(calls().isEmpty());
+        QVERIFY(callNames().isEmpty());
     }
 
     void watchIsQuietDuringAnUpgrade()
@@ -264,7 +248,7 @@ private slots:
         NotUpgrading = false;
         layer.clearCalls();
         worker->SlotCheckOnline();
-        QVERIFY(calls().isEmpty());
+        QVERIFY(callNames().isEmpty());
         QVERIFY(AwaitingMouse);
     }
 

@@ -40,6 +40,15 @@ inline FakeDevice device(const std::string &path, uint8_t mid, uint8_t kind, boo
     return made;
 }
 
+// One that the shipped catalogue looks for, at "0x0002/6" for model 6 behind product id 0x0002.
+inline FakeDevice shipped(uint8_t mid, uint8_t kind, const char *pid, bool online = true)
+{
+    FakeDevice made = device(std::string(pid) + '/' + std::to_string(mid), mid, kind, online);
+    made.vid = "0x1209";
+    made.pid = pid;
+    return made;
+}
+
 inline DeviceAllInfo info(const QString &path, uint16_t kind, int driveIndex = 0)
 {
     DeviceAllInfo made;

@@ -93,13 +93,6 @@ class tst_Layout : public QObject
 private:
     FakeHidUsb &fake = FakeHidUsb::instance();
 
-    static FakeDevice shipped(const std::string &path, const char *pid, uint8_t mid, uint8_t kind)
-    {
-        FakeDevice device = fixture::device(path, mid, kind, mid % 2 == 0);
-        device.vid = "0x1209";
-        device.pid = pid;
-        return device;
-    }
     static void check(QWidget *window) { QCOMPARE(faults(window).join('\n'), QString()); }
 
 private slots:
@@ -114,9 +107,10 @@ private slots:
     void selectionPage()
     {
         QFETCH(int, count);
-        const std::vector<FakeDevice> all = {
-            shipped("a", "0x0002", 6, Receiver1K), shipped("b", "0x0005", 7, Receiver8K),
-            shipped("c", "0x0001", 8, 3), shipped("d", "0x0004", 99, Receiver4K)};
+        const std::vector<FakeDevice> all = {fixture::shipped(6, Receiver1K, "0x0002"),
+                                             fixture::shipped(7, Receiver8K, "0x0005", false),
+                                             fixture::shipped(8, fixture::CableKind, "0x0001"),
+                                             fixture::shipped(99, Receiver4K, "0x0004", false)};
         fake.setDevices({all.begin(), all.begin() + count});
         DialogMain window;
         window.show();
@@ -127,11 +121,11 @@ private slots:
 
     void devicePages()
     {
-        fake.setDevices({shipped("dev", "0x0005", 6, Receiver8K)});
+        fake.setDevices({fixture::shipped(6, Receiver8K, "0x0005")});
         DialogMain window;
         window.show();
         QTRY_VERIFY(fake.idle());
-        fixture::select(fixture::info("dev", Receiver8K));
+        fixture::select(fixture::info("0x0005/6", Receiver8K));
         emit PostMsg::instance()->SigChangeMainDialog(1);
         emit PostMsg::instance()->SigUpDataSensorUIB(FlashDataMap{});
         fixture::emitElsewhere([] { emit PostMsg::instance()->SigUpDataConfigUI(4, 2, true); });
@@ -149,7 +143,7 @@ private slots:
     // Each model on cable and radio, with what it has of the groups, and without any device.
     void advancedPage()
     {
-        fake.setDevices({shipped("dev", "0x0005", 6, Receiver8K)});
+        fake.setDevices({fixture::shipped(6, Receiver8K, "0x0005")});
         fake.setRunsWatchAtStart(false);
         DialogMain window;
         window.show();

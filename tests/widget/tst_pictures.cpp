@@ -43,25 +43,17 @@ void noteWarning(QtMsgType type, const QMessageLogContext &, const QString &text
         warnings << text;
 }
 
-FakeDevice shipped(uint8_t mid, uint8_t kind, const char *pid, bool online)
-{
-    FakeDevice device = fixture::device(std::string(pid) + '/' + std::to_string(mid), mid, kind, online);
-    device.vid = "0x1209";
-    device.pid = pid;
-    return device;
-}
-
 // Each model on line and off line, each link, and one that no catalogue knows.
 std::vector<FakeDevice> everyKind()
 {
     std::vector<FakeDevice> all;
     for (uint8_t mid = 6; mid <= 9; ++mid) {
-        all.push_back(shipped(mid, Receiver1K, "0x0002", true));
-        all.push_back(shipped(mid, Receiver2K, "0x0003", false));
+        all.push_back(fixture::shipped(mid, Receiver1K, "0x0002", true));
+        all.push_back(fixture::shipped(mid, Receiver2K, "0x0003", false));
     }
-    all.push_back(shipped(6, Receiver4K, "0x0004", true));
-    all.push_back(shipped(6, Receiver8K, "0x0005", true));
-    all.push_back(shipped(99, fixture::CableKind, "0x0001", true));
+    all.push_back(fixture::shipped(6, Receiver4K, "0x0004", true));
+    all.push_back(fixture::shipped(6, Receiver8K, "0x0005", true));
+    all.push_back(fixture::shipped(99, fixture::CableKind, "0x0001", true));
     return all;
 }
 

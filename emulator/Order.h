@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Order: one order while it is carried out. The orders of a mouse have a file of their own.
+#pragma once
+
+#include "emulator/World.h"
+
+namespace emulator
+{
+
+// args[0] is its name.
+struct Order {
+    World &world;
+    Words args;
+    std::string answer;
+    std::string error;
+
+    Scene &scene() const { return world.scene; }
+    std::size_t count() const { return args.size(); }
+    const std::string &arg(std::size_t index) const { return args[index]; }
+    void fail(const std::string &text) { error = text; }
+
+    template <typename Found> Found *need(Found *found, const char *what)
+    {
+        if (found == nullptr)
+            fail("no " + std::string(what) + " " + args[1]);
+        return found;
+    }
+    Device *device() { return need(scene().find(args[1]), "device"); }
+    Mouse *mouse() { return need(scene().findMouse(args[1]), "mouse"); }
+    Receiver *receiver() { return need(scene().findReceiver(args[1]), "receiver"); }
+
+    // The value of an argument, or the failure of the order.
+    template <typename Value> std::optional<Value> value(std::optional<Value> parsed, const char *wanted)
+    {
+        if (!parsed)
+            fail("wanted: " + std::string(wanted));
+        return parsed;
+    }
+    std::optional<uint32_t> number(std::size_t index, uint32_t least, uint32_t most)
+    {
+        const auto parsed = parseNumber(args[index], least, most);
+        if (!parsed)
+            fail(args[index] + " is not a number " + std::to_string(least) + ".." + std::to_string(most));
+        return parsed;
+    }
+    std::optional<bool> on(std::size_t index) { return value(parseSwitch(args[index]), "on or off"); }
+};
+
+namespace mouseorders
+{
+
+void radio(Order &order);
+void sleep(Order &order);
+void wake(Order &order);
+void autoSleep(Order &order);
+void press(Order &order);
+void battery(Order &order);
+void notify(Order &order);
+void setFlash(Order &order);
+void showFlash(Order &order);
+void profile(Order &order);
+void pair(Order &order);
+void reset(Order &order);
+
+} // namespace mouseorders
+
+} // namespace emulator
