@@ -265,7 +265,7 @@ bool Connection::readFlash(Lock &lock, uint16_t address, std::size_t size)
     for (const Exchange &exchange : batch)
         bytes.insert(bytes.end(), exchange.reply->Payload, exchange.reply->Payload + exchange.reply->Length);
     mirror_.learn(address, bytes.data(), bytes.size());
-    deliver(batch.front().request, std::move(bytes));
+    deliverFlash(batch.front().request, address, std::move(bytes));
     return true;
 }
 
@@ -316,15 +316,32 @@ void Connection::notice(const wire::Report &report)
 
 void Connection::deliver(wire::Report head, std::vector<uint8_t> payload, std::size_t limit)
 {
+    callbackQueue().post(
+        [self = shared_from_this(), head, payload = std::move(payload)] { self->call(head, payload); },
+        limit);
+}
+
+// While a message waits, the mouse may have changed the bytes again or the program may have; what was read
+// would then undo that.
+void Connection::deliverFlash(wire::Report head, uint16_t address, std::vector<uint8_t> bytes)
+{
+    callbackQueue().post([self = shared_from_this(), head, address, bytes = std::move(bytes)]() mutable {
+        {
+            const std::lock_guard lock(self->mutex_);
+            self->mirror_.tell(address, bytes.data(), bytes.size());
+        }
+        self->call(head, std::move(bytes));
+    });
+}
+
+// On the thread of the callbacks.
+void Connection::call(wire::Report head, std::vector<uint8_t> payload)
+{
     const auto size = static_cast<uint32_t>(payload.size());
     payload.resize(std::max(payload.size(), wire::PayloadSize));
     head.Length = static_cast<uint8_t>(std::min<uint32_t>(size, wire::PayloadSize));
-    callbackQueue().post(
-        [self = shared_from_this(), head, bytes = std::move(payload), size] {
-            if (!self->ended_ && self->callback_ != nullptr)
-                self->callback_(&head.Id, wire::HeadSize, bytes.data(), size);
-        },
-        limit);
+    if (!ended_ && callback_ != nullptr)
+        callback_(&head.Id, wire::HeadSize, payload.data(), size);
 }
 
 } // namespace hidusb

@@ -58,6 +58,8 @@ private:
     std::optional<wire::Report> ask(const wire::Report &request, int tries = UsualTries);
     // `limit`: with so many messages waiting for the program this one is dropped.
     void deliver(wire::Report head, std::vector<uint8_t> payload, std::size_t limit = SIZE_MAX);
+    void deliverFlash(wire::Report head, uint16_t address, std::vector<uint8_t> bytes);
+    void call(wire::Report head, std::vector<uint8_t> payload);
 
     const std::string path_;
     const ProtocolCallback_t callback_;

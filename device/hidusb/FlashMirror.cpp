@@ -16,10 +16,20 @@ bool FlashMirror::want(const FlashImage &image)
         return false;
     const Owner *owners = flashOwners();
     for (std::size_t at = 0; at < FlashSize; ++at) {
-        if (owners[at] != Owner::Mouse)
-            bytesOf(wanted_)[at] = bytesOf(image)[at];
+        if (owners[at] == Owner::Mouse || bytesOf(image)[at] == bytesOf(given_)[at])
+            continue;
+        bytesOf(wanted_)[at] = bytesOf(image)[at];
+        bytesOf(given_)[at] = bytesOf(image)[at];
     }
     return true;
+}
+
+void FlashMirror::tell(uint16_t address, uint8_t *bytes, std::size_t size)
+{
+    if (!known_)
+        return;
+    std::memcpy(bytes, bytesOf(wanted_) + address, size);
+    std::memcpy(bytesOf(given_) + address, bytes, size);
 }
 
 void FlashMirror::learn(uint16_t address, const uint8_t *bytes, std::size_t size)
@@ -28,6 +38,7 @@ void FlashMirror::learn(uint16_t address, const uint8_t *bytes, std::size_t size
         return;
     if (!known_) {
         known_.emplace();
+        std::memcpy(bytesOf(given_), bytes, size);
         wanted_ = *known_;
         doubtful_.reset();
     }

@@ -3,7 +3,9 @@
 //
 // FlashMirror: what a mouse is known to hold beside what the program wants it to hold, and the next report
 // that brings the one to the other. Before the first load nothing is known, and then nothing is wanted
-// either: a record from before the load describes another device or another profile. Not thread-safe.
+// either: a record from before the load describes another device or another profile. The program's record
+// lags behind what was read, since it is told of a read only later; so what counts as its change is what
+// differs from what it last gave or was told, not from what is known. Not thread-safe.
 #pragma once
 
 #include "device/hidusb/wire/FlashLayout.h"
@@ -23,9 +25,12 @@ struct FlashRange {
 class FlashMirror
 {
 public:
-    // A new wanted state; of `image` only the bytes that a record describes count. False: nothing is
-    // known yet, the state is not kept.
+    // The program's record as it stands; of `image` only the bytes that a record describes count, and of
+    // these the changed ones. False: nothing is known yet, the state is not kept.
     bool want(const FlashImage &image);
+    // What the program is now to be told of a range that was read: the newest that is known of it, and the
+    // program's own changes since. Without a load the bytes stay as they are.
+    void tell(uint16_t address, uint8_t *bytes, std::size_t size);
     // The device was read: at `address` it holds these bytes. What nobody has changed meanwhile is wanted as
     // it was read. The range lies within the flash; a part is ignored before the whole is known.
     void learn(uint16_t address, const uint8_t *bytes, std::size_t size);
@@ -53,6 +58,7 @@ private:
 
     std::optional<FlashImage> known_;
     FlashImage wanted_{};
+    FlashImage given_{}; // the program's record, as it last gave it or was told
     std::bitset<FlashSize> doubtful_;
 };
 

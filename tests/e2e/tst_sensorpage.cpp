@@ -124,10 +124,10 @@ private:
         for (int i = 0; i < road.flash().DpiStageCount; ++i)
             addClick(road.stage(i), &FlashDataMap::CurrentDpiStage, i);
         addClick(road.stage(0), &FlashDataMap::CurrentDpiStage, 0);
-        addValue("slider", model.first, [this] { road.slider()->setValue(model.first.dpi); });
+        addValue("slider", model.first, [this] { moveSlider(model.first.dpi); });
         addValue("add", model.next, [this] { road.find<QAbstractButton>("AddLevelA")->click(); });
         addValue("reduce", model.first, [this] { road.find<QAbstractButton>("ReduceLevelA")->click(); });
-        addValue("largest", model.last, [this] { road.slider()->setValue(model.last.dpi); });
+        addValue("largest", model.last, [this] { moveSlider(model.last.dpi); });
         for (int count = 1; count <= model.stages; ++count)
             add(
                 QStringLiteral("count %1").arg(count),
@@ -156,6 +156,12 @@ private:
             map.DpiStages[0].LevelX = map.DpiStages[0].LevelY = row.code;
             map.DpiStages[0].LevelFlags = row.flags;
         });
+    }
+    // One that has gone back cannot be moved before the next load.
+    void moveSlider(int dpi)
+    {
+        if (road.slider()->isEnabled())
+            road.slider()->setValue(dpi);
     }
     void chooseColor(const QColor &color)
     {
@@ -217,13 +223,19 @@ private:
             }
         QCOMPARE(road.writes(), writes);
     }
+    // Without what stands in the colour dialog.
     static QStringList state(const SensorRoad &road)
     {
+        const auto isOfPage = [&road](const QWidget *widget) {
+            return widget->window() == road.page()->window();
+        };
         QStringList all{QString::number(road.slider()->value())};
         for (const QAbstractButton *button : road.page()->findChildren<QAbstractButton *>())
-            all << QStringLiteral("%1 %2").arg(button->objectName()).arg(button->isChecked());
+            if (isOfPage(button))
+                all << QStringLiteral("%1 %2").arg(button->objectName()).arg(button->isChecked());
         for (const QComboBox *box : road.page()->findChildren<QComboBox *>())
-            all << QStringLiteral("%1 %2").arg(box->objectName()).arg(box->currentIndex());
+            if (isOfPage(box))
+                all << QStringLiteral("%1 %2").arg(box->objectName()).arg(box->currentIndex());
         return all;
     }
 

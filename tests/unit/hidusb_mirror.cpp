@@ -132,6 +132,51 @@ TEST_F(Mirror, AReadTellsWhatIsWantedUnlessThatHasChanged)
     EXPECT_EQ(*mirror.wanted(0), image.ReportRate) << "a click during the read would be lost";
 }
 
+// The mouse's button was pressed twice; the program has been told of the first press alone.
+TEST_F(Mirror, ARecordThatLagsBehindTheMouseTakesNothingBack)
+{
+    load();
+    const uint8_t pressed[] = {1, 2};
+    mirror.learn(FlashCurrentStageAddress, &pressed[0], 1);
+    mirror.tell(FlashCurrentStageAddress, &image.CurrentDpiStage, 1);
+    EXPECT_EQ(image.CurrentDpiStage, 1);
+    mirror.learn(FlashCurrentStageAddress, &pressed[1], 1);
+    image.LiftOffDistance ^= 1; // an edit of something else meanwhile
+    ASSERT_TRUE(mirror.want(image));
+    const auto range = mirror.next();
+    ASSERT_TRUE(range);
+    EXPECT_EQ(range->address, offsetof(FlashImage, LiftOffDistance));
+    EXPECT_EQ(range->size, 1);
+}
+
+TEST_F(Mirror, TellsTheNewestOfTheMouseAndTheProgramsOwnEdit)
+{
+    load();
+    const uint8_t pressed[] = {1, 2};
+    mirror.learn(FlashCurrentStageAddress, &pressed[0], 1);
+    mirror.learn(FlashCurrentStageAddress, &pressed[1], 1);
+    uint8_t told = pressed[0];
+    mirror.tell(FlashCurrentStageAddress, &told, 1);
+    EXPECT_EQ(told, 2);
+    mirror.learn(FlashReportRateAddress, &pressed[0], 1);
+    image.ReportRate = 64;
+    image.CurrentDpiStage = told;
+    ASSERT_TRUE(mirror.want(image)); // before it was told of the rate
+    told = pressed[0];
+    mirror.tell(FlashReportRateAddress, &told, 1);
+    EXPECT_EQ(told, 64);
+    FlashImage device = image;
+    EXPECT_EQ(writeAll(device), 1);
+    EXPECT_EQ(device.ReportRate, 64);
+}
+
+TEST_F(Mirror, WithoutALoadThereIsNothingToTell)
+{
+    uint8_t told = 7;
+    mirror.tell(FlashReportRateAddress, &told, 1);
+    EXPECT_EQ(told, 7);
+}
+
 TEST_F(Mirror, ADoubtfulWriteIsRepeatedEvenWhenTheOldValueIsWantedAgain)
 {
     load();
