@@ -6,6 +6,7 @@
 #pragma once
 
 #include "emulator/Bus.h"
+#include "emulator/BusFolder.h"
 #include "emulator/World.h"
 
 namespace emulator

@@ -4,6 +4,9 @@
 
 #include "emulator/Orders.h"
 #include "emulator/Scenario.h"
+#include "emulator/SocketBus.h"
+#include "emulator/usb/UsbBus.h"
+#include "emulator/usb/VirtualHub.h"
 
 #include <fstream>
 #include <sstream>
@@ -49,7 +52,7 @@ bool Emulator::loadStream(std::istream &stream, const std::string &name, std::st
     return loaded;
 }
 
-bool Emulator::start(const std::string &folder, std::string &error)
+bool Emulator::start(const std::string &folder, std::string &error, BusKind kind)
 {
     const std::lock_guard<std::mutex> lock(mutex_);
     if (thread_.joinable()) {
@@ -63,6 +66,10 @@ bool Emulator::start(const std::string &folder, std::string &error)
         error = folder + ": no socket can be made there";
         return false;
     }
+    if (kind == BusKind::Usb)
+        bus_ = std::make_unique<UsbBus>(plugIntoKernel);
+    else
+        bus_ = std::make_unique<SocketBus>(folder_);
     eventfd_t before = 0;
     ::eventfd_read(ended_.get(), &before);
     world_.quit = false;
@@ -151,7 +158,7 @@ uint64_t Emulator::reportCount(const std::string &id, wire::Command command)
 std::size_t Emulator::clientCount()
 {
     std::size_t count = 0;
-    onLoop([&] { count = bus_.clientCount(); });
+    onLoop([&] { count = bus_ ? bus_->clientCount() : 0; });
     return count;
 }
 

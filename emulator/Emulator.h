@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The emulator: a scene on a bus folder, served by one thread of its own. It runs inside a test as well
-// as in mouse-emulator. All public functions may be called from any thread but the emulator's; they are
+// The emulator: a scene on a bus, served by one thread of its own. It runs inside a test as well as in
+// mouse-emulator. All public functions may be called from any thread but the emulator's; they are
 // carried out on that thread, one at a time, and have taken effect on the bus when they return. start()
 // and stop() belong to one owner.
 #pragma once
@@ -18,6 +18,11 @@
 namespace emulator
 {
 
+enum class BusKind {
+    Sockets, // interfaces are sockets in the bus folder
+    Usb,     // devices are plugged into the kernel's virtual host controller; for root
+};
+
 class Emulator
 {
 public:
@@ -30,8 +35,9 @@ public:
     // A scenario file, or its text; `name` is what errors call it. False with a reason in `error`.
     bool load(const std::string &file, std::string &error);
     bool loadText(const std::string &text, const std::string &name, std::string &error);
-    // Takes the bus folder and begins to serve it: all plugged devices are there on return.
-    bool start(const std::string &folder, std::string &error);
+    // Takes the bus folder and begins to serve: all plugged devices are there on return. With Usb only the
+    // control socket stands in the folder, and the kernel may take some moments to know the devices.
+    bool start(const std::string &folder, std::string &error, BusKind kind = BusKind::Sockets);
     // Ends serving; no socket is left in the folder. Also after the order "quit", which ends it too.
     void stop();
     // Readable once serving has ended.
@@ -75,7 +81,7 @@ private:
     // The emulator thread's alone while it runs.
     World world_;
     BusFolder folder_;
-    Bus bus_;
+    std::unique_ptr<Bus> bus_;
     Control control_;
     std::FILE *const logFile_;
     const TimePoint began_ = Clock::now();

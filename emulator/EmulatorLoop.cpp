@@ -26,7 +26,7 @@ void Emulator::loop()
         const std::lock_guard<std::mutex> lock(mutex_);
         ends = stopping_ || world_.quit;
     }
-    bus_.sync(folder_, {}, [this](const Interface &face) { world_.traffic[face.device].clear(); });
+    bus_->sync({}, [this](const Interface &face) { world_.traffic[face.device].clear(); });
     control_.close(folder_);
     folder_.close();
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -52,7 +52,7 @@ void Emulator::poll()
 {
     std::vector<pollfd> polled{{wake_.get(), POLLIN, 0}};
     control_.addTo(polled);
-    bus_.addTo(polled, [this](const Interface &face) {
+    bus_->addTo(polled, [this](const Interface &face) {
         return world_.traffic[face.device].in.size() < Traffic::InLimit;
     });
     const auto due = nextDue();
@@ -67,7 +67,7 @@ void Emulator::poll()
     eventfd_t woken = 0;
     ::eventfd_read(wake_.get(), &woken);
     world_.scene.run(Clock::now());
-    bus_.service(ready, [this](const Interface &face, const uint8_t *bytes, std::size_t size) {
+    bus_->service(ready, [this](const Interface &face, const uint8_t *bytes, std::size_t size) {
         take(face, bytes, size);
     });
     control_.service(ready, [this](const std::string &line) {
@@ -100,6 +100,7 @@ std::optional<Emulator::TimePoint> Emulator::nextDue() const
         if (due && (!next || *due < *next))
             next = due;
     };
+    earlier(bus_->nextDue());
     for (const auto &[id, traffic] : world_.traffic) {
         earlier(traffic.in.nextDue(world_.pace));
         earlier(traffic.out.nextDue(world_.pace));
@@ -150,8 +151,8 @@ void Emulator::apply()
                                                world_.scene.now());
     if (!serving_)
         return;
-    bus_.sync(folder_, world_.scene.interfaces(),
-              [this](const Interface &face) { world_.traffic[face.device].clear(); });
+    bus_->sync(world_.scene.interfaces(),
+               [this](const Interface &face) { world_.traffic[face.device].clear(); });
 }
 
 void Emulator::process(Traffic &traffic, Device &device, const Incoming &incoming)
@@ -193,7 +194,7 @@ void Emulator::sendDue(const std::string &id, Traffic &traffic)
 {
     while (const auto outgoing = traffic.out.take(world_.scene.now(), world_.pace)) {
         show("<-", id, outgoing->bytes.data(), outgoing->bytes.size());
-        bus_.send(id, outgoing->usagePage, outgoing->bytes);
+        bus_->send(id, outgoing->usagePage, outgoing->bytes);
     }
 }
 

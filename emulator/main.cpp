@@ -14,8 +14,9 @@ namespace
 {
 
 constexpr const char *Usage =
-    "mouse-emulator --bus DIR [--scenario FILE] [--pace] [--log] [--ready-fd N]\n"
-    "    Serves the devices of the scenario (default.scenario beside the program) in the folder DIR.\n"
+    "mouse-emulator --bus DIR [--usb] [--scenario FILE] [--pace] [--log] [--ready-fd N]\n"
+    "    Serves the devices of the scenario (default.scenario beside the program) in the folder DIR, or,\n"
+    "    with --usb, as USB devices of this machine's kernel (module vhci-hcd, as root).\n"
     "    Says \"ready\" on the standard output, or on descriptor N, once they are there. Orders come\n"
     "    from the standard input and from \"send\"; \"help\" lists them.\n"
     "mouse-emulator send --bus DIR [ORDER...]\n"
@@ -26,6 +27,7 @@ struct Options {
     std::string bus;
     std::string scenario;
     bool send = false;
+    bool usb = false;
     bool pace = false;
     bool log = false;
     int readyFd = -1;
@@ -48,6 +50,8 @@ bool readOption(Options &options, int count, char **words, int &index)
         return readValue(count, words, index, options.bus);
     if (word == "--scenario")
         return readValue(count, words, index, options.scenario);
+    if (word == "--usb")
+        return options.usb = true;
     if (word == "--pace")
         return options.pace = true;
     if (word == "--log")
@@ -167,7 +171,8 @@ int serve(const Options &options)
     std::string error;
     const std::string scenario =
         options.scenario.empty() ? besideProgram("default.scenario") : options.scenario;
-    if (!emulator.load(scenario, error) || !emulator.start(options.bus, error)) {
+    const auto kind = options.usb ? emulator::BusKind::Usb : emulator::BusKind::Sockets;
+    if (!emulator.load(scenario, error) || !emulator.start(options.bus, error, kind)) {
         std::cerr << error << "\n";
         return 1;
     }

@@ -12,6 +12,7 @@ add_morlen_test(emulator_test
     emulator_program.cpp
     emulator_scenario.cpp
     emulator_scene.cpp
+    emulator_usb.cpp
     emulator_words.cpp
   LINKS emulator GTest::gtest_main)
 set_target_properties(emulator_test PROPERTIES AUTOMOC OFF)

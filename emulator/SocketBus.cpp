@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "emulator/Bus.h"
+#include "emulator/SocketBus.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,8 +12,7 @@ namespace emulator
 static constexpr std::size_t ClientLimit = 64; // of one interface
 static constexpr std::size_t DatagramLimit = 4096;
 
-void Bus::sync(const BusFolder &folder, const std::vector<Interface> &wanted,
-               const std::function<void(const Interface &)> &closed)
+void SocketBus::sync(const std::vector<Interface> &wanted, const Closed &closed)
 {
     std::map<std::string, Interface> missing;
     for (const Interface &face : wanted)
@@ -23,18 +22,18 @@ void Bus::sync(const BusFolder &folder, const std::vector<Interface> &wanted,
             ++port;
             continue;
         }
-        folder.remove(port->first);
+        folder_.remove(port->first);
         closed(port->second.face);
         port = ports_.erase(port);
     }
     for (const auto &[name, face] : missing) {
-        FileDescriptor listener = folder.listen(name, SOCK_SEQPACKET);
+        FileDescriptor listener = folder_.listen(name, SOCK_SEQPACKET);
         if (listener.valid())
             ports_.emplace(name, Port{face, std::move(listener), {}});
     }
 }
 
-void Bus::addTo(std::vector<pollfd> &polled, const Filter &reads) const
+void SocketBus::addTo(std::vector<pollfd> &polled, const Filter &reads) const
 {
     for (const auto &[name, port] : ports_) {
         polled.push_back({port.listener.get(), POLLIN, 0});
@@ -45,7 +44,7 @@ void Bus::addTo(std::vector<pollfd> &polled, const Filter &reads) const
     }
 }
 
-void Bus::service(const ReadyMap &ready, const Handler &handler)
+void SocketBus::service(const ReadyMap &ready, const Handler &handler)
 {
     for (auto &[name, port] : ports_) {
         const auto gone = [&ready, &port = port, &handler](const FileDescriptor &client) {
@@ -58,7 +57,7 @@ void Bus::service(const ReadyMap &ready, const Handler &handler)
     }
 }
 
-void Bus::accept(Port &port)
+void SocketBus::accept(Port &port)
 {
     for (;;) {
         FileDescriptor client(::accept4(port.listener.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
@@ -69,8 +68,7 @@ void Bus::accept(Port &port)
     }
 }
 
-// One datagram at a time, so that no client keeps the others waiting. False when the client has gone.
-bool Bus::receive(const Port &port, int client, const Handler &handler)
+bool SocketBus::receive(const Port &port, int client, const Handler &handler)
 {
     uint8_t bytes[DatagramLimit];
     const ssize_t size = ::recv(client, bytes, sizeof bytes, MSG_DONTWAIT);
@@ -85,7 +83,7 @@ bool Bus::receive(const Port &port, int client, const Handler &handler)
     return true;
 }
 
-void Bus::send(const std::string &device, uint16_t usagePage, const std::vector<uint8_t> &bytes)
+void SocketBus::send(const std::string &device, uint16_t usagePage, const std::vector<uint8_t> &bytes)
 {
     for (auto &[name, port] : ports_) {
         if (port.face.device != device || port.face.name.usagePage != usagePage)
@@ -96,7 +94,7 @@ void Bus::send(const std::string &device, uint16_t usagePage, const std::vector<
     }
 }
 
-std::size_t Bus::clientCount() const
+std::size_t SocketBus::clientCount() const
 {
     std::size_t count = 0;
     for (const auto &[name, port] : ports_)

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// UsbBus: the devices as real USB devices of this machine's kernel, which finds, names and drives them as any
+// others. What has the right to a node reads and writes them there. One thread.
+#pragma once
+
+#include "emulator/Bus.h"
+#include "emulator/usb/UsbPlug.h"
+
+namespace emulator
+{
+
+class UsbBus final : public Bus
+{
+public:
+    // Gives the device's end of a socket to a host controller, not valid when no port is free.
+    using Controller = std::function<FileDescriptor()>;
+
+    explicit UsbBus(Controller controller);
+
+    void sync(const std::vector<Interface> &wanted, const Closed &closed) override;
+    void addTo(std::vector<pollfd> &polled, const Filter &reads) const override;
+    void service(const ReadyMap &ready, const Handler &handler) override;
+    void send(const std::string &device, uint16_t usagePage, const std::vector<uint8_t> &bytes) override;
+    std::size_t clientCount() const override;
+    std::optional<Clock::time_point> nextDue() const override { return retry_; }
+
+private:
+    const Controller controller_;
+    std::map<std::string, UsbPlug> plugs_; // by the device's interfaces
+    std::optional<Clock::time_point> retry_;
+};
+
+} // namespace emulator

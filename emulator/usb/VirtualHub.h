@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The kernel's virtual USB host controllers (the module vhci-hcd): sockets whose other end is a device.
+#pragma once
+
+#include "emulator/FileDescriptor.h"
+
+namespace emulator
+{
+
+// Plugs a full-speed device into a free port and returns the device's end of its socket. Not valid when there
+// is no controller, no right to use it, or no free port; a port is free again some time after its device
+// went.
+FileDescriptor plugIntoKernel();
+
+} // namespace emulator
