@@ -162,6 +162,13 @@ std::size_t Emulator::clientCount()
     return count;
 }
 
+std::vector<Interface> Emulator::interfaces()
+{
+    std::vector<Interface> all;
+    onLoop([&] { all = world_.scene.interfaces(); });
+    return all;
+}
+
 void Emulator::onLoop(const std::function<void()> &job)
 {
     std::unique_lock<std::mutex> lock(mutex_);

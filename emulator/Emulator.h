@@ -55,6 +55,8 @@ public:
     uint64_t reportCount(const std::string &id);
     uint64_t reportCount(const std::string &id, wire::Command command);
     std::size_t clientCount();
+    // What is on the bus now.
+    std::vector<Interface> interfaces();
 
 private:
     using TimePoint = Clock::time_point;

@@ -1,36 +1,50 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// encode-catalogue SOURCE TARGET: writes the encoded catalogue, or says file:line of what is wrong.
+// encode-catalogue [--udev] SOURCE TARGET: writes the encoded catalogue, or udev's rules for its devices, or
+// says file:line of what is wrong.
 
 #include "CatalogueSource.h"
+#include "UdevRules.h"
 
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <iostream>
 
+static EncodedCatalogue convert(std::istream &source, bool udev)
+{
+    if (!udev)
+        return encodeCatalogue(source);
+    UdevRules rules = udevRules(source);
+    return {std::move(rules.text), std::move(rules.error), 1};
+}
+
 int main(int argc, char **argv)
 {
-    if (argc != 3) {
-        std::cerr << "usage: encode-catalogue SOURCE TARGET\n";
+    const bool udev = argc > 1 && std::strcmp(argv[1], "--udev") == 0;
+    if (argc != (udev ? 4 : 3)) {
+        std::cerr << "usage: encode-catalogue [--udev] SOURCE TARGET\n";
         return 2;
     }
-    std::ifstream source(argv[1]);
+    const char *const from = argv[argc - 2];
+    const char *const to = argv[argc - 1];
+    std::ifstream source(from);
     if (!source) {
-        std::cerr << argv[1] << ": cannot be read\n";
+        std::cerr << from << ": cannot be read\n";
         return 1;
     }
-    const EncodedCatalogue catalogue = encodeCatalogue(source);
-    if (!catalogue.error.empty()) {
-        std::cerr << argv[1] << ':' << catalogue.errorLine << ": " << catalogue.error << '\n';
+    const EncodedCatalogue result = convert(source, udev);
+    if (!result.error.empty()) {
+        std::cerr << from << ':' << result.errorLine << ": " << result.error << '\n';
         return 1;
     }
-    std::ofstream target(argv[2], std::ios::binary);
-    target << catalogue.text;
+    std::ofstream target(to, std::ios::binary);
+    target << result.text;
     target.close();
     if (!target) {
-        std::cerr << argv[2] << ": cannot be written\n";
-        std::remove(argv[2]);
+        std::cerr << to << ": cannot be written\n";
+        std::remove(to);
         return 1;
     }
     return 0;

@@ -6,6 +6,7 @@
 #include "device/hidusb/WaitableFile.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -13,6 +14,7 @@
 #include <libudev.h>
 #include <mutex>
 #include <poll.h>
+#include <set>
 #include <unistd.h>
 
 namespace hidusb
@@ -30,6 +32,22 @@ namespace
 
 using HidDevice = std::shared_ptr<hid_device>;
 
+class UdevChanges;
+
+// The watches of this process, for what is known of a device before udev says it.
+struct Watches {
+    std::mutex mutex;
+    std::set<UdevChanges *> all;
+};
+
+Watches &watches()
+{
+    static auto *all = new Watches;
+    return *all;
+}
+
+void sayThatANodeIsGone();
+
 // The kernel may hold a writer for seconds while a device hangs, so reports are written on a thread of
 // their own. Reading has a descriptor of its own too: it can be waited on together with a call to stop.
 class HidrawPort : public ReportPort
@@ -46,7 +64,20 @@ public:
             waitingReports);
     }
 
+    // A read error is a removal, which udev may tell seconds later.
     Received read(uint8_t *bytes, std::size_t capacity, int timeoutMs) override
+    {
+        const Received received = readNode(bytes, capacity, timeoutMs);
+        if (received.outcome == Outcome::Gone && !toldGone_.exchange(true))
+            sayThatANodeIsGone();
+        return received;
+    }
+
+    void interrupt() override { node_.interrupt(); }
+    bool isGone() const override { return node_.isHungUp(); }
+
+private:
+    Received readNode(uint8_t *bytes, std::size_t capacity, int timeoutMs)
     {
         switch (node_.wait(timeoutMs)) {
         case WaitableFile::Outcome::Nothing:
@@ -63,13 +94,10 @@ public:
         return {again ? Outcome::Nothing : Outcome::Gone, 0};
     }
 
-    void interrupt() override { node_.interrupt(); }
-    bool isGone() const override { return node_.isHungUp(); }
-
-private:
     const HidDevice device_;
     WaitableFile node_;
     TaskQueue writer_;
+    std::atomic<bool> toldGone_{false};
 };
 
 class UdevChanges : public ChangeSource
@@ -78,18 +106,25 @@ public:
     UdevChanges(udev *context, udev_monitor *monitor)
         : context_(context), monitor_(monitor), events_(dup(udev_monitor_get_fd(monitor)))
     {
+        const std::lock_guard lock(watches().mutex);
+        watches().all.insert(this);
     }
     ~UdevChanges() override
     {
+        {
+            const std::lock_guard lock(watches().mutex);
+            watches().all.erase(this);
+        }
         udev_monitor_unref(monitor_);
         udev_unref(context_);
     }
 
     bool wait(int timeoutMs) override
     {
-        if (events_.wait(timeoutMs) != WaitableFile::Outcome::Readable)
-            return false;
-        bool changed = false;
+        const bool readable = events_.wait(timeoutMs) == WaitableFile::Outcome::Readable;
+        bool changed = nodeGone_.exchange(false);
+        if (!readable)
+            return changed;
         while (udev_device *device = udev_monitor_receive_device(monitor_)) {
             const char *action = udev_device_get_action(device);
             changed = changed || (action != nullptr &&
@@ -100,26 +135,37 @@ public:
     }
 
     void interrupt() override { events_.interrupt(); }
+    void noteGone()
+    {
+        nodeGone_ = true;
+        interrupt();
+    }
 
 private:
     udev *const context_;
     udev_monitor *const monitor_;
     WaitableFile events_;
+    std::atomic<bool> nodeGone_{false};
 };
+
+void sayThatANodeIsGone()
+{
+    const std::lock_guard lock(watches().mutex);
+    for (UdevChanges *watch : watches().all)
+        watch->noteGone();
+}
 
 } // namespace
 
-// hidapi lists a node once for each of its usages; the first one with a vendor's page says what it is.
+// hidapi lists a node once for each of its usages; here it stands once for each page.
 static void addInterface(std::vector<InterfaceInfo> &found, const hid_device_info &info)
 {
-    const auto known = std::find_if(found.begin(), found.end(),
-                                    [&info](const InterfaceInfo &other) { return other.path == info.path; });
-    constexpr uint16_t vendorPages = 0xFF00;
-    if (known == found.end())
+    const bool known = std::any_of(found.begin(), found.end(), [&info](const InterfaceInfo &other) {
+        return other.path == info.path && other.usagePage == info.usage_page;
+    });
+    if (!known)
         found.push_back({info.path, info.vendor_id, info.product_id, info.release_number,
                          info.interface_number, info.usage_page});
-    else if (known->usagePage < vendorPages && info.usage_page >= vendorPages)
-        known->usagePage = info.usage_page;
 }
 
 std::vector<InterfaceInfo> HidrawBus::enumerate()

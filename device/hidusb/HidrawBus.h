@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // HidrawBus: the machine's own HID devices, listed and written through hidapi, watched through udev. A path
-// is that of a hidraw node.
+// is that of a hidraw node; a node with several vendor pages is listed once for each.
 #pragma once
 
 #include "device/hidusb/Bus.h"

@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: MIT
 //
 // EmulatedBus: an emulator inside the test, on the one bus folder that the process's layer speaks to. The
-// layer reads the folder's name at its first call, so the folder stays for the whole process.
+// layer reads the folder's name at its first call, so the folder stays for the whole process. With
+// EMULATED_USB in the environment the devices are plugged into this machine's kernel instead, and the layer
+// meets them as it meets any others.
 #pragma once
 
 #include "device/hidusb/HIDUsb.h"
 #include "emulator/Emulator.h"
+#include "tests/support/UsbNodes.h"
 
 #include <QTemporaryDir>
 #include <cstring>
@@ -18,16 +21,26 @@ public:
     static QString folder()
     {
         static QTemporaryDir directory;
-        qputenv("HIDUSB_BUS", directory.path().toLocal8Bit());
+        if (!isUsb())
+            qputenv("HIDUSB_BUS", directory.path().toLocal8Bit());
         return directory.path();
     }
+    static bool isUsb() { return qEnvironmentVariableIsSet("EMULATED_USB"); }
 
     // Serves a scenario; aborts on a scenario that is wrong, which is a mistake of the test.
     explicit EmulatedBus(const char *scenario)
     {
         std::string error;
-        if (!emulated.loadText(scenario, "test", error) || !emulated.start(folder().toStdString(), error))
+        const auto kind = isUsb() ? emulator::BusKind::Usb : emulator::BusKind::Sockets;
+        if (!emulated.loadText(scenario, "test", error) ||
+            !emulated.start(folder().toStdString(), error, kind))
             qFatal("%s", error.c_str());
+        settle(emulated.interfaces());
+    }
+    ~EmulatedBus()
+    {
+        emulated.stop();
+        settle({});
     }
 
     // One order, which must be a good one.
@@ -36,6 +49,7 @@ public:
         const std::string answer = emulated.order(line);
         if (answer.find("error") == 0)
             qFatal("%s: %s", line.c_str(), answer.c_str());
+        settle(emulated.interfaces());
         return answer;
     }
 
@@ -51,6 +65,14 @@ public:
     }
 
     emulator::Emulator emulated;
+
+private:
+    // The kernel takes some tenths of a second to know what was plugged in or out.
+    static void settle(const std::vector<emulator::Interface> &interfaces)
+    {
+        if (isUsb() && !usbnodes::settle(interfaces))
+            qFatal("The kernel does not know the devices that are plugged in.");
+    }
 };
 
 inline bool sameBytes(const FlashDataMap &a, const FlashDataMap &b)

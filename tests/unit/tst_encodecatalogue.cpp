@@ -4,6 +4,7 @@
 #include "catalogue/config/ConfigReader.h"
 #include "catalogue/config/EncodedKeys.h"
 #include "catalogue/encode/CatalogueSource.h"
+#include "catalogue/encode/UdevRules.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -102,6 +103,46 @@ private slots:
         QVERIFY(run("good.ini", "no/such/folder.ini") != 0);
     }
 
+    void udevRulesNameTheIds_data()
+    {
+        QTest::addColumn<QByteArray>("source");
+        QTest::addColumn<QByteArray>("vendors");
+        QTest::addColumn<QByteArray>("products");
+        QTest::newRow("one") << QByteArray("VID=0x1209\nUSB_PID=0x0001\n") << QByteArray("1209")
+                             << QByteArray("0001");
+        QTest::newRow("lists") << QByteArray(
+                                      "VID = 0x1209, 12AB\r\nUSB_PID=0x0001\nWireless8_PID=0x0005,0x0006\n")
+                               << QByteArray("1209|12ab") << QByteArray("0001|0005|0006");
+        QTest::newRow("each once") << QByteArray("VID=1209,0x1209\nUSB_PID=0001\nBoot_PID=0001,0007\n")
+                                   << QByteArray("1209") << QByteArray("0001|0007");
+        QTest::newRow("no ids") << QByteArray("VID=1209,12,0x12g4\n; VID=1111\nCID=1234\nUSB_PID=0001\"\n"
+                                              "USB_PID=0002\n")
+                                << QByteArray("1209") << QByteArray("0002");
+    }
+    void udevRulesNameTheIds()
+    {
+        QFETCH(QByteArray, source);
+        QFETCH(QByteArray, vendors);
+        QFETCH(QByteArray, products);
+        std::istringstream stream("[Option]\n" + source.toStdString());
+        const UdevRules rules = udevRules(stream);
+        QCOMPARE(rules.error, std::string());
+        const QByteArray text = QByteArray::fromStdString(rules.text);
+        QVERIFY(text.contains("\nSUBSYSTEM==\"hidraw\", ATTRS{idVendor}==\"" + vendors +
+                              "\", ATTRS{idProduct}==\"" + products + "\", "));
+        QVERIFY(text.endsWith("TAG+=\"uaccess\"\n"));
+    }
+
+    void udevRulesNeedIds()
+    {
+        QVERIFY(write("none.ini", "[Option]\nVID=0x1209\n"));
+        QVERIFY(run("none.ini", "none.rules", {"--udev"}) != 0);
+        QVERIFY(!QFileInfo::exists(m_folder.filePath("none.rules")));
+        QVERIFY(write("some.ini", "[Option]\nVID=0x1209\nUSB_PID=1\nUSB_PID=0x0001\n"));
+        QCOMPARE(run("some.ini", "some.rules", {"--udev"}), 0);
+        QVERIFY(QFileInfo::exists(m_folder.filePath("some.rules")));
+    }
+
 private:
     static EncodedCatalogue encode(const std::string &source)
     {
@@ -113,10 +154,10 @@ private:
         QFile file(m_folder.filePath(name));
         return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
     }
-    int run(const char *source, const char *target)
+    int run(const char *source, const char *target, const QStringList &options = {})
     {
         QProcess encoder;
-        encoder.start(ENCODER, {m_folder.filePath(source), m_folder.filePath(target)});
+        encoder.start(ENCODER, options + QStringList{m_folder.filePath(source), m_folder.filePath(target)});
         if (!encoder.waitForFinished(60000))
             return -1;
         m_errors = encoder.readAllStandardError();

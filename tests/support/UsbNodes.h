@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The hidraw nodes that this machine's kernel has made for emulated USB devices. A device is known by its
+// serial, which is its id in the scenario.
+#pragma once
+
+#include "emulator/Emulator.h"
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <unistd.h>
+
+namespace usbnodes
+{
+
+// The value of a line KEY=value in a file of the kernel's; empty when there is none.
+inline std::string valueIn(const std::filesystem::path &file, const std::string &key)
+{
+    std::ifstream lines(file);
+    for (std::string line; std::getline(lines, line);)
+        if (line.rfind(key + "=", 0) == 0)
+            return line.substr(key.size() + 1);
+    return {};
+}
+
+// How many nodes each device has, by serial and the ids as the kernel writes them, "rx 1209:0005".
+inline std::map<std::string, int> present()
+{
+    std::map<std::string, int> nodes;
+    std::error_code error;
+    for (const auto &entry : std::filesystem::directory_iterator("/sys/class/hidraw", error)) {
+        const auto uevent = entry.path() / "device/uevent";
+        const std::string id = valueIn(uevent, "HID_ID"); // 0003:00001209:00000005
+        if (id.size() == 22 && ::access(("/dev/" + entry.path().filename().string()).c_str(), F_OK) == 0)
+            ++nodes[valueIn(uevent, "HID_UNIQ") + " " + id.substr(9, 4) + ":" + id.substr(18, 4)];
+    }
+    return nodes;
+}
+
+// The same of what the emulator has plugged in: a node for each interface number.
+inline std::map<std::string, int> wanted(const std::vector<emulator::Interface> &interfaces)
+{
+    std::map<std::string, std::set<int>> numbers;
+    for (const emulator::Interface &face : interfaces) {
+        char ids[16];
+        std::snprintf(ids, sizeof ids, " %04X:%04X", face.name.vendorId, face.name.productId);
+        numbers[face.name.serial + ids].insert(face.name.interfaceNumber);
+    }
+    std::map<std::string, int> nodes;
+    for (const auto &[device, its] : numbers)
+        nodes[device] = static_cast<int>(its.size());
+    return nodes;
+}
+
+// Until the kernel knows exactly these devices, and udev has dealt with them.
+inline bool settle(const std::vector<emulator::Interface> &interfaces,
+                   std::chrono::seconds patience = std::chrono::seconds(20))
+{
+    const auto deadline = emulator::Clock::now() + patience;
+    while (present() != wanted(interfaces) || ::access("/run/udev/queue", F_OK) == 0) {
+        if (emulator::Clock::now() > deadline)
+            return false;
+        ::usleep(5000);
+    }
+    return true;
+}
+
+} // namespace usbnodes

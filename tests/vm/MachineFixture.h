@@ -1,0 +1,168 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The layer on this machine's own kernel, with emulated devices that the kernel takes for real ones. For
+// root on a machine of its own.
+#pragma once
+
+#include "device/hidusb/Codec.h"
+#include "device/hidusb/HIDUsb.h"
+#include "emulator/Emulator.h"
+#include "tests/support/Messages.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/UsbNodes.h"
+
+#include <algorithm>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <memory>
+
+constexpr const char *Family = R"(
+usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007
+mouse air1 cid 18 mid 6 version 1.05 battery 80
+mouse air2 cid 18 mid 7 version 1.06 battery 60
+mouse air4 cid 18 mid 8 version 1.07 battery 40
+mouse air8 cid 18 mid 9 version 1.08 battery 20
+mouse wired cid 18 mid 6 version 1.0A battery 100 address c0ffee screen on
+receiver rx1k class 1k mouse air1 version 2.01 address a10001
+receiver rx2k class 2k mouse air2 version 2.02 address a10002
+receiver rx4k class 4k mouse air4 version 2.03 address a10004
+receiver rx8k class 8k mouse air8 version 2.04 address a10008
+)";
+
+class MachineTest : public testing::Test
+{
+protected:
+    // The layer's own threads and descriptors are there after a first question.
+    static void SetUpTestSuite()
+    {
+        UsbFinderC_GetDeviceOnLine("/dev/none");
+        threads_ = countIn("/proc/self/task");
+        files_ = countIn("/proc/self/fd");
+    }
+    void SetUp() override
+    {
+        log().clear();
+        std::string error;
+        ASSERT_TRUE(emulator_.loadText(Family, "family", error)) << error;
+        ASSERT_TRUE(emulator_.start(folder_.path(), error, emulator::BusKind::Usb)) << error;
+    }
+    void TearDown() override
+    {
+        UsbServer_Exit();
+        StopUsbChanged();
+        emulator_.stop();
+        EXPECT_TRUE(usbnodes::settle({}));
+        EXPECT_TRUE(support::eventually([] { return countIn("/proc/self/task") <= threads_; }))
+            << countIn("/proc/self/task") << " threads, before " << threads_;
+        EXPECT_TRUE(support::eventually([] { return countIn("/proc/self/fd") <= files_ + 4; }))
+            << countIn("/proc/self/fd") << " descriptors, before " << files_;
+    }
+
+    static std::size_t countIn(const char *folder)
+    {
+        std::error_code error;
+        const std::filesystem::directory_iterator all(folder, error);
+        return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+    }
+    static support::MessageLog &log() { return support::messageLog<0>(); }
+
+    void order(const std::string &line) { ASSERT_EQ(emulator_.order(line), "ok\n") << line; }
+    void settle() { ASSERT_TRUE(usbnodes::settle(emulator_.interfaces())); }
+    void plug(const std::string &id)
+    {
+        order("plug " + id);
+        settle();
+    }
+    void unplug(const std::string &id)
+    {
+        order("unplug " + id);
+        settle();
+    }
+
+    // The node of a device's interface, from the kernel; empty when there is none.
+    static std::string nodeOf(const std::string &id, int interfaceNumber = 1)
+    {
+        const std::string input = "input" + std::to_string(interfaceNumber);
+        std::error_code error;
+        for (const auto &entry : std::filesystem::directory_iterator("/sys/class/hidraw", error)) {
+            const auto uevent = entry.path() / "device/uevent";
+            const std::string place = usbnodes::valueIn(uevent, "HID_PHYS");
+            const bool its = place.size() > input.size() &&
+                             place.compare(place.size() - input.size(), input.size(), input) == 0;
+            if (its && usbnodes::valueIn(uevent, "HID_UNIQ") == id)
+                return "/dev/" + entry.path().filename().string();
+        }
+        return {};
+    }
+    // The folder of the whole USB device in sysfs.
+    static std::filesystem::path usbFolderOf(const std::string &id)
+    {
+        const auto node = std::filesystem::path(nodeOf(id)).filename();
+        // hidrawN/device is the HID device; above it the interface, and above that the device.
+        return std::filesystem::canonical("/sys/class/hidraw" / node / "device").parent_path().parent_path();
+    }
+    static std::vector<std::string> find(const char *product, int usage = 5)
+    {
+        int32_t count = 16;
+        const char *const *paths = UsbFinderC_FindHidDevicesByDeviceId("1209", product, 1, usage, &count);
+        return {paths, paths + count};
+    }
+
+    // Reads the whole flash into the record. False when it does not come.
+    bool load(const std::string &path)
+    {
+        log().clear();
+        UsbServerC_Start(path.c_str(), path.c_str(), support::logMessage<0>);
+        UsbServer_ReadAllFlashData();
+        return support::eventually([this] { return takeFullRead(); });
+    }
+    bool takeFullRead()
+    {
+        for (const support::Message &message : log().all()) {
+            if (message.code() != 8 || message.payload.size() != FlashSize)
+                continue;
+            ProtocolDataParser(message.payload.data(), record_.get());
+            return true;
+        }
+        return false;
+    }
+    void edit(uint8_t rate)
+    {
+        record_->ReportRate = rate;
+        ProtocolDataUpdate(record_.get());
+    }
+    FlashDataMap flashOf(const std::string &mouse)
+    {
+        const FlashImage image = *emulator_.flash(mouse);
+        FlashDataMap parsed{};
+        ProtocolDataParser(reinterpret_cast<const uint8_t *>(&image), &parsed);
+        return parsed;
+    }
+    bool agrees(const std::string &mouse)
+    {
+        return support::eventually([&] {
+            const FlashDataMap flash = flashOf(mouse);
+            return std::memcmp(&flash, record_.get(), sizeof flash) == 0;
+        });
+    }
+    // What every trouble ends in: the device is there again, is read whole, and takes an edit.
+    void expectHealthy(const std::string &id, const std::string &mouse)
+    {
+        settle();
+        const std::string path = nodeOf(id);
+        ASSERT_TRUE(support::eventually([&] { return UsbFinderC_GetDeviceOnLine(path.c_str()) != 0; }));
+        ASSERT_TRUE(load(path));
+        EXPECT_TRUE(agrees(mouse));
+        edit(record_->ReportRate == 8 ? 4 : 8);
+        EXPECT_TRUE(agrees(mouse));
+    }
+
+    TempFolder folder_;
+    emulator::Emulator emulator_;
+    std::unique_ptr<FlashDataMap> record_ = std::make_unique<FlashDataMap>();
+
+private:
+    static inline std::size_t threads_ = 0;
+    static inline std::size_t files_ = 0;
+};

@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Finding devices, asking them, and the right to do so, on the kernel's own nodes.
+#include "tests/vm/MachineFixture.h"
+
+#include <grp.h>
+#include <sys/wait.h>
+
+struct LinkRow {
+    const char *id;
+    const char *mouse;
+    const char *product;
+    uint8_t mid;
+    uint8_t kind;
+    uint16_t version;      // of the device at the plug
+    uint16_t mouseVersion; // of its mouse
+};
+constexpr LinkRow Links[] = {
+    {"rx1k", "air1", "0002", 6, 0, 0x0201, 0x0105},   {"rx2k", "air2", "0003", 7, 4, 0x0202, 0x0106},
+    {"rx4k", "air4", "0004", 8, 1, 0x0203, 0x0107},   {"rx8k", "air8", "0005", 9, 5, 0x0204, 0x0108},
+    {"wired", "wired", "0001", 6, 3, 0x010A, 0x010A},
+};
+
+class Finder : public MachineTest, public testing::WithParamInterface<LinkRow>
+{
+};
+
+TEST_P(Finder, NamesAndAsksADevice)
+{
+    const LinkRow &row = GetParam();
+    plug(row.id);
+    const std::string node = nodeOf(row.id);
+    const char *path = node.c_str();
+    EXPECT_EQ(find(row.product), std::vector<std::string>{node});
+    int32_t count = 5;
+    const char *const *paths = UsbFinderC_FindHidDevicesByDefaultDeviceId("0x1209", row.product, &count);
+    ASSERT_EQ(count, 1);
+    EXPECT_EQ(paths[0], node);
+    EXPECT_TRUE(find("0099").empty());
+
+    const DeviceIdentity identity = UsbFinderC_GetDeviceInfo(path, 0);
+    EXPECT_EQ(identity.Cid, 18);
+    EXPECT_EQ(identity.Mid, row.mid);
+    EXPECT_EQ(identity.DeviceKind, row.kind);
+    UsbAttribute attribute{};
+    UsbFinderC_GetUsbDeviceAttribute(path, &attribute);
+    uint16_t version = 0;
+    std::memcpy(&version, reinterpret_cast<const uint8_t *>(&attribute) + 8, sizeof version);
+    EXPECT_EQ(version, row.version);
+    EXPECT_TRUE(UsbFinderC_GetDeviceOnLine(path));
+    OnlineAddress address{};
+    EXPECT_TRUE(UsbFinderC_GetDeviceOnLineWithUsbAddress(path, &address));
+    EXPECT_EQ(UsbFinderC_GetVersion(path) & 0xFFFF, row.mouseVersion);
+}
+
+INSTANTIATE_TEST_SUITE_P(Links, Finder, testing::ValuesIn(Links),
+                         [](const auto &info) { return std::string(info.param.id); });
+
+class Rights : public MachineTest
+{
+protected:
+    // The result of asking the device by somebody who is not root; -1 when the asking itself failed.
+    static int askAsNobody(const std::string &path, const char *group)
+    {
+        constexpr unsigned nobody = 65534;
+        const struct group *found = group != nullptr ? ::getgrnam(group) : nullptr;
+        const std::string groups =
+            found != nullptr ? "--groups=" + std::to_string(found->gr_gid) : "--clear-groups";
+        const std::string command = "setpriv --reuid=" + std::to_string(nobody) +
+                                    " --regid=" + std::to_string(nobody) + " " + groups + " " +
+                                    MACHINE_ASK " " + path;
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+};
+
+TEST_F(Rights, TheRulesOfTheCatalogueOpenItsDevicesAndNoOthers)
+{
+    plug("rx8k");
+    const std::string node = nodeOf("rx8k");
+    EXPECT_EQ(askAsNobody(node, nullptr), 1);
+    EXPECT_EQ(askAsNobody(node, "plugdev"), 0);
+    // A product that the catalogue does not know stays root's.
+    order("unplug rx8k");
+    std::string error;
+    emulator_.stop();
+    ASSERT_TRUE(
+        emulator_.loadText("usb vendor 1209 cable 0091 1k 0092 2k 0093 4k 0094 8k 0095 mouseboot 0096 "
+                           "receiverboot 0097\nmouse other cid 18 mid 6\nplug other\n",
+                           "other", error))
+        << error;
+    ASSERT_TRUE(emulator_.start(folder_.path(), error, emulator::BusKind::Usb)) << error;
+    settle();
+    EXPECT_EQ(askAsNobody(nodeOf("other"), "plugdev"), 1);
+    EXPECT_TRUE(UsbFinderC_GetDeviceOnLine(nodeOf("other").c_str()));
+}
+
+class Receiver : public MachineTest
+{
+};
+
+TEST_F(Receiver, ItsOwnSettingsAreReadAndWritten)
+{
+    plug("rx4k");
+    const std::string node = nodeOf("rx4k");
+    const char *path = node.c_str();
+    uint32_t version = 0;
+    EXPECT_TRUE(UsbFinderC_GetSlaveVersion(path, &version));
+    EXPECT_EQ(version & 0xFFFF, 0x0203U);
+    DongleRGB color{};
+    color.Scheme = 2;
+    UsbFinderC_Set4KDongleRGB(path, &color);
+    color.Scheme = 0;
+    UsbFinderC_Get4KDongleRGBValue(path, &color);
+    EXPECT_EQ(color.Scheme, 2);
+    UsbFinderC_SetLongRangeMode(path, 1);
+    uint8_t mode = 's';
+    UsbFinderC_GetLongRangeMode(path, &mode);
+    EXPECT_EQ(mode, 1);
+    DongleRgbBar bar{3, 10, 20, 30, 4, 5, 1};
+    EXPECT_TRUE(UsbFinderC_SetDongleRGBBarMode(path, &bar));
+    DongleRgbBar read{};
+    UsbFinderC_GetDongleRGBBarMode(path, &read);
+    EXPECT_EQ(std::memcmp(&bar, &read, sizeof bar), 0);
+}
+
+TEST_F(Receiver, AScreenIsAnotherCollectionOfTheSameNode)
+{
+    plug("wired");
+    const std::string node = nodeOf("wired");
+    EXPECT_EQ(find("0001", 8), std::vector<std::string>{node});
+    ASSERT_TRUE(UsbFinderC_OpenDevice(node.c_str()));
+    uint8_t request[40] = {0x0A, 0x00, 0x10, 7};
+    uint8_t reply[40] = {};
+    UsbFinderC_ReadWriteDeviceData(request, reply, sizeof request);
+    EXPECT_EQ(std::memcmp(request, reply, sizeof request), 0);
+    UsbFinderC_OpenDevice("/dev/none");
+    EXPECT_TRUE(UsbFinderC_GetDeviceOnLine(node.c_str()));
+}
+
+// Interfaces come in any order: the number and the page say what each is, not its place.
+TEST_F(Receiver, TheSecondInterfaceMayComeFirst)
+{
+    plug("rx8k");
+    const std::filesystem::path device = usbFolderOf("rx8k");
+    const std::string name = device.filename().string();
+    const auto tell = [](const std::string &file, const std::string &interface) {
+        std::ofstream("/sys/bus/usb/drivers/usbhid/" + file) << interface << std::flush;
+    };
+    for (const char *number : {"0", "1"})
+        tell("unbind", name + ":1." + number);
+    ASSERT_TRUE(support::eventually([] { return usbnodes::present().empty(); }));
+    tell("bind", name + ":1.1");
+    ASSERT_TRUE(support::eventually([this] { return !nodeOf("rx8k").empty(); }));
+    const std::string node = nodeOf("rx8k");
+    ASSERT_TRUE(support::eventually([&] { return find("0005") == std::vector<std::string>{node}; }));
+    tell("bind", name + ":1.0");
+    settle();
+    EXPECT_LT(node, nodeOf("rx8k", 0));
+    EXPECT_EQ(find("0005"), std::vector<std::string>{node});
+    expectHealthy("rx8k", "air8");
+}

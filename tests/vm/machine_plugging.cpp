@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Devices that come, go, return as others and misbehave, on a real kernel. Each test ends with a healthy
+// load and an edit, and with no descriptor and no thread left over.
+#include "tests/vm/MachineFixture.h"
+
+#include <atomic>
+#include <sys/wait.h>
+
+using support::eventually;
+
+static std::atomic<int> changes;
+static void countChange() { ++changes; }
+
+class Plugging : public MachineTest
+{
+protected:
+    void SetUp() override
+    {
+        MachineTest::SetUp();
+        changes = 0;
+    }
+    bool loadUntilReport(const std::string &path, uint64_t more)
+    {
+        log().clear();
+        const uint64_t before = emulator_.reportCount("rx8k");
+        UsbServerC_Start(path.c_str(), path.c_str(), support::logMessage<0>);
+        UsbServer_ReadAllFlashData();
+        return eventually([&] { return emulator_.reportCount("rx8k") >= before + more; });
+    }
+};
+
+TEST_F(Plugging, AWatchHearsOfEachChange)
+{
+    StartUsbChanged(countChange, 600);
+    ASSERT_TRUE(eventually([] { return changes == 1; }));
+    plug("rx8k");
+    EXPECT_TRUE(eventually([] { return changes >= 2 && find("0005").size() == 1; }));
+    const int before = changes;
+    unplug("rx8k");
+    EXPECT_TRUE(eventually([before] { return changes > before && find("0005").empty(); }));
+}
+
+TEST_F(Plugging, TenInARow)
+{
+    std::string error;
+    std::string scenario =
+        "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n";
+    for (int i = 0; i < 10; ++i)
+        scenario += "mouse m" + std::to_string(i) + " cid 18 mid 6\n";
+    emulator_.stop();
+    ASSERT_TRUE(emulator_.loadText(scenario, "ten", error)) << error;
+    ASSERT_TRUE(emulator_.start(folder_.path(), error, emulator::BusKind::Usb)) << error;
+    StartUsbChanged(countChange, 600);
+    for (int i = 0; i < 10; ++i)
+        order("plug m" + std::to_string(i));
+    settle();
+    EXPECT_EQ(find("0001").size(), 10U);
+    for (const std::string &path : find("0001"))
+        EXPECT_EQ(UsbFinderC_GetDeviceInfo(path.c_str(), 0).Mid, 6) << path;
+    EXPECT_TRUE(eventually([] { return changes >= 2; }));
+    for (int i = 0; i < 10; ++i)
+        order("unplug m" + std::to_string(i));
+    settle();
+    EXPECT_TRUE(find("0001").empty());
+}
+
+TEST_F(Plugging, InAndOutWithinAMoment)
+{
+    StartUsbChanged(countChange, 600);
+    for (int i = 0; i < 10; ++i) {
+        order("plug rx8k");
+        ::usleep(static_cast<useconds_t>(1000 * i));
+        order("unplug rx8k");
+    }
+    settle();
+    EXPECT_TRUE(find("0005").empty());
+    order("plug rx8k");
+    expectHealthy("rx8k", "air8");
+}
+
+TEST_F(Plugging, PulledInTheMiddleOfALoad)
+{
+    for (const uint64_t reports : {1, 20, 60, 120}) {
+        plug("rx8k");
+        const std::string path = nodeOf("rx8k");
+        ASSERT_TRUE(loadUntilReport(path, reports));
+        order("unplug rx8k");
+        EXPECT_TRUE(eventually([&] { return UsbFinderC_GetDeviceOnLine(path.c_str()) == 0; })) << reports;
+        settle();
+        order("plug rx8k");
+        expectHealthy("rx8k", "air8");
+        unplug("rx8k");
+    }
+}
+
+TEST_F(Plugging, PulledInABurstOfWrites)
+{
+    plug("rx8k");
+    ASSERT_TRUE(load(nodeOf("rx8k")));
+    for (int i = 0; i < 200; ++i) {
+        record_->DpiStages[i % 8].Red = static_cast<uint8_t>(i);
+        ProtocolDataUpdate(record_.get());
+        if (i == 100)
+            order("unplug rx8k");
+    }
+    settle();
+    order("plug rx8k");
+    expectHealthy("rx8k", "air8");
+}
+
+// A removal is known from the read that fails, well before udev has told everybody.
+TEST_F(Plugging, AnOpenNodeThatGoesIsAChange)
+{
+    plug("rx8k");
+    ASSERT_TRUE(load(nodeOf("rx8k")));
+    StartUsbChanged(countChange, 600);
+    ASSERT_TRUE(eventually([] { return changes == 1; }));
+    // With udev's daemon stopped nothing but the read tells.
+    ASSERT_EQ(std::system("pkill -STOP -x systemd-udevd || pkill -STOP udevd"), 0);
+    order("unplug rx8k");
+    const bool heard = eventually([] { return changes >= 2; });
+    ASSERT_EQ(std::system("pkill -CONT -x systemd-udevd || pkill -CONT udevd"), 0);
+    EXPECT_TRUE(heard);
+    order("plug rx8k");
+    expectHealthy("rx8k", "air8");
+}
+
+TEST_F(Plugging, ANodeThatComesBackAsAnotherDevice)
+{
+    plug("rx8k");
+    const std::string path = nodeOf("rx8k");
+    ASSERT_TRUE(load(path));
+    const FlashDataMap other = flashOf("air4");
+    unplug("rx8k");
+    plug("rx4k");
+    ASSERT_EQ(nodeOf("rx4k"), path);
+    edit(4); // of the device that went
+    EXPECT_EQ(UsbFinderC_GetDeviceInfo(path.c_str(), 0).Mid, 8);
+    const FlashDataMap now = flashOf("air4");
+    EXPECT_EQ(std::memcmp(&other, &now, sizeof other), 0);
+    expectHealthy("rx4k", "air4");
+}
+
+TEST_F(Plugging, AwayAndBackWithoutBeingPulled)
+{
+    plug("rx8k");
+    ASSERT_TRUE(load(nodeOf("rx8k")));
+    const auto authorized = usbFolderOf("rx8k") / "authorized";
+    for (int i = 0; i < 3; ++i) {
+        std::ofstream(authorized) << "0" << std::flush;
+        ASSERT_TRUE(eventually([] { return usbnodes::present().empty(); }));
+        EXPECT_TRUE(find("0005").empty());
+        std::ofstream(authorized) << "1" << std::flush;
+        expectHealthy("rx8k", "air8");
+    }
+}
+
+TEST_F(Plugging, AnotherProgramOnTheSameNode)
+{
+    plug("rx8k");
+    const std::string path = nodeOf("rx8k");
+    const std::string command = std::string(MACHINE_ASK " ") + path + " 300 &";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_TRUE(load(path));
+        EXPECT_TRUE(agrees("air8"));
+        for (uint8_t value = 0; value < 20; ++value) {
+            record_->DpiStages[0].Red = value;
+            ProtocolDataUpdate(record_.get());
+        }
+        EXPECT_TRUE(agrees("air8"));
+    }
+}
+
+class Faults : public MachineTest, public testing::WithParamInterface<const char *>
+{
+};
+
+TEST_P(Faults, AnswersThatAreNotAsTheyShouldBe)
+{
+    plug("rx8k");
+    for (const int packet : {1, 2, 50, 124}) {
+        order(std::string("fault rx8k ") + GetParam() + " at " + std::to_string(packet));
+        ASSERT_TRUE(load(nodeOf("rx8k"))) << packet;
+        EXPECT_TRUE(agrees("air8"));
+        order("fault rx8k clear");
+    }
+    expectHealthy("rx8k", "air8");
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, Faults,
+                         testing::Values("noreply", "late 220", "doubled", "short", "oversized", "wrongseq",
+                                         "flipbit"),
+                         [](const auto &info) {
+                             const std::string name = info.param;
+                             return name.substr(0, name.find(' '));
+                         });
