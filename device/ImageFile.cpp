@@ -5,6 +5,7 @@
 #include "app/environment/SafeFile.h"
 #include "catalogue/config/ConfigReader.h"
 
+#include <QDataStream>
 #include <QDebug>
 #include <QtEndian>
 #include <cstring>
@@ -13,6 +14,21 @@ namespace
 {
 
 constexpr int FileSizeLimit = 64 * 1024; // a sound file has some 10 KB
+constexpr int TextFieldSize = 12;
+constexpr char Marker[] = "Taigri";
+
+// Cut or filled with NULs, so that nothing of the memory beside the text goes into the file.
+QByteArray textField(const QByteArray &text)
+{
+    QByteArray field = text.left(TextFieldSize);
+    field.append(TextFieldSize - field.size(), '\0');
+    return field;
+}
+
+QByteArray sensorField(const QString &section)
+{
+    return textField(ConfigReader::instance().ReadConfig(section, QStringLiteral("Sensor")).toLocal8Bit());
+}
 
 // Takes one item, a 32-bit big-endian length and that many bytes, off the front. Null when cut short.
 QByteArray takeItem(QByteArray &rest)
@@ -35,6 +51,16 @@ QByteArray text(const QByteArray &item)
 
 } // namespace
 
+bool writeImageFile(const QString &path, const QString &section, const FlashDataMap &record)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    const QByteArray image(reinterpret_cast<const char *>(&record), sizeof record);
+    for (const QByteArray &item : {textField(Marker), sensorField(section), image})
+        stream.writeBytes(item.constData(), uint(item.size()));
+    return writeFileSafely(path, bytes);
+}
+
 ImageFileResult checkImageFile(const QString &path, const QString &section, FlashDataMap *record)
 {
     QByteArray rest;
@@ -45,16 +71,16 @@ ImageFileResult checkImageFile(const QString &path, const QString &section, Flas
     const QByteArray marker = takeItem(rest);
     const QByteArray sensor = takeItem(rest);
     const QByteArray image = takeItem(rest);
-    if (text(marker) != "Taigri")
+    if (text(marker) != Marker)
         return ImageUnreadable;
-    ConfigReader &config = ConfigReader::instance();
-    if (QString::fromLocal8Bit(text(sensor)) != config.ReadConfig(section, QStringLiteral("Sensor")))
+    if (text(sensor) != text(sensorField(section)))
         return ImageMismatch;
     if (image.size() != int(sizeof *record))
         return ImageUnreadable;
     FlashDataMap candidate;
     std::memcpy(&candidate, image.constData(), sizeof candidate);
-    if (candidate.DpiStageCount > config.ReadConfig(section, QStringLiteral("DPIMaxGrade")).toInt())
+    const QString stages = ConfigReader::instance().ReadConfig(section, QStringLiteral("DPIMaxGrade"));
+    if (candidate.DpiStageCount > stages.toInt())
         return ImageMismatch;
     *record = candidate;
     return ImageAccepted;

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The check of an exported image file before it is taken for the selected device: three items, each a
-// 32-bit big-endian length and bytes: "Taigri", the sensor's name, the record.
+// A record as a file that the user keeps or passes on: three items, each a 32-bit big-endian length and
+// bytes: "Taigri" and the sensor's name, 12 bytes each, then the record; 10,484 bytes. `section` is the
+// device's catalogue section.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
@@ -15,5 +16,7 @@ enum ImageFileResult {
     ImageMismatch = 2,   // for another sensor, or with more stages than the model has
 };
 
-// The record is filled only when the result is ImageAccepted. `section` is the device's catalogue section.
+// False when nothing was written; what stood under the path before stands there still.
+bool writeImageFile(const QString &path, const QString &section, const FlashDataMap &record);
+// The record is filled only when the result is ImageAccepted.
 ImageFileResult checkImageFile(const QString &path, const QString &section, FlashDataMap *record);

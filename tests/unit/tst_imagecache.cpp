@@ -1,13 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The cached image and the check of an image file: exact bytes, and files that are not what they should be.
+// The cached image: exact bytes, and files that are not what they should be.
 #include "device/DeviceState.h"
 #include "device/ImageCache.h"
-#include "device/ImageFile.h"
 #include "tests/support/ProductFolder.h"
 
-#include <QDataStream>
 #include <QtTest>
 #include <cstring>
 
@@ -42,22 +40,6 @@ QByteArray readBytes(const QString &path)
 QByteArray asBytes(const FlashDataMap &record)
 {
     return QByteArray(reinterpret_cast<const char *>(&record), sizeof record);
-}
-
-QByteArray imageFile(const QByteArray &marker, const QByteArray &sensor, const QByteArray &image)
-{
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    for (const QByteArray &item : {marker, sensor, image})
-        stream.writeBytes(item.constData(), uint(item.size()));
-    return bytes;
-}
-
-FlashDataMap withStages(uint8_t count)
-{
-    FlashDataMap record = pattern(3);
-    record.DpiStageCount = count;
-    return record;
 }
 
 } // namespace
@@ -122,58 +104,6 @@ private slots:
         QVERIFY(ImageCacheRead(Name, &record));
         QCOMPARE(asBytes(record).left(filled), asBytes(pattern(9)).left(filled));
         QCOMPARE(asBytes(record).mid(filled), asBytes(pattern(1)).mid(filled));
-    }
-
-    void imageFiles_data()
-    {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<int>("result");
-        const QByteArray marker("Taigri\0\0\0\0\0\0", 12);
-        const QByteArray sensor("3395\0\0\0\0\0\0\0\0", 12);
-        const QByteArray image = asBytes(withStages(6));
-        QTest::newRow("sound") << imageFile(marker, sensor, image) << 0;
-        QTest::newRow("undefined bytes behind the NUL")
-            << imageFile(QByteArray("Taigri\0junk!", 12), sensor, image) << 0;
-        QTest::newRow("other marker") << imageFile("Tigris", sensor, image) << 1;
-        QTest::newRow("empty") << QByteArray() << 1;
-        QTest::newRow("other sensor") << imageFile(marker, QByteArray("3950\0", 5), image) << 2;
-        QTest::newRow("sensor without a NUL") << imageFile(marker, QByteArray(12, '3'), image) << 2;
-        QTest::newRow("too many stages") << imageFile(marker, sensor, asBytes(withStages(7))) << 2;
-        QTest::newRow("image cut short") << imageFile(marker, sensor, image.left(100)) << 1;
-        QTest::newRow("image too long") << imageFile(marker, sensor, image + "x") << 1;
-        QTest::newRow("length that lies") << QByteArray(4, '\xFF') + marker << 1;
-        QTest::newRow("far too large") << QByteArray(200 * 1024, '\0') << 1;
-    }
-    void imageFiles()
-    {
-        QFETCH(QByteArray, file);
-        QFETCH(int, result);
-        const QString path = product.path(QStringLiteral("image.bin"));
-        writeBytes(path, file);
-        FlashDataMap record = pattern(1);
-        QCOMPARE(int(checkImageFile(path, QStringLiteral("Drive1"), &record)), result);
-        QCOMPARE(asBytes(record), asBytes(result == 0 ? withStages(6) : pattern(1)));
-    }
-
-    void imageFilesCutAtEveryByteAreRefused()
-    {
-        const QByteArray whole =
-            imageFile(QByteArray("Taigri\0", 7), QByteArray("3395\0", 5), asBytes(withStages(6)));
-        const QString path = product.path(QStringLiteral("cut.bin"));
-        for (int size = 0; size < whole.size(); size += size < 64 ? 1 : 397) {
-            writeBytes(path, whole.left(size));
-            FlashDataMap record = pattern(1);
-            QVERIFY(checkImageFile(path, QStringLiteral("Drive1"), &record) != ImageAccepted);
-            QCOMPARE(asBytes(record), asBytes(pattern(1)));
-        }
-    }
-
-    void anImageFileThatIsNoFileIsRefused()
-    {
-        FlashDataMap record{};
-        for (const QString &path :
-             {QStringLiteral("/nowhere/at/all"), QDir::tempPath(), QStringLiteral("/dev/zero")})
-            QCOMPARE(int(checkImageFile(path, QStringLiteral("Drive1"), &record)), int(ImageUnreadable));
     }
 };
 

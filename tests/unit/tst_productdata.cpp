@@ -60,7 +60,8 @@ struct RequiredChoices {
 constexpr RequiredChoices MouseChoices[] = {
     {"KeyOptions",
      "2 3 4 5 6 7 9 10 11 12 13 14 15 16 B 1005 DPI+ DPI- 0x0183 0x00CD 0x00B5 0x00B6 0x00B7 0x00E2 0x00E9 "
-     "0x00EA 0x018A 0x0192 0x0194 0x0223 0x0221 0x0225 0x0224 0x0226 0x0227 0x022A"},
+     "0x00EA 0x018A 0x0192 0x0194 0x0223 0x0221 0x0225 0x0224 0x0226 0x0227 0x022A "
+     "DPICycle ScrollUp ScrollDown ScrollLeft ScrollRight"},
     {"LightOffTimeOptions", "1 3 6 12 18 30 60 90"},
     {"PerformanceOptions", "1 3 6 12 18 30 60 90"},
     {"ReportRates", "1 2 4 8 16 32 64"},

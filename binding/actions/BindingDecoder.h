@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// From the bytes of a button's slot to what the page shows: the button's caption, and the panel and the
+// widgets that stand for the action when the button is opened. The bytes come from a device or a file:
+// whatever they hold, nothing behind a block is read.
+#pragma once
+
+#include "binding/actions/ActionTable.h"
+
+#include <optional>
+
+struct SensorCodes;
+
+namespace binding
+{
+
+struct SlotView { // of a record that outlives it
+    KeyBinding binding;
+    const KeySequence &sequence;
+    const MacroBlock &macro;
+};
+SlotView slotOf(const FlashDataMap &record, int button); // 0..15
+
+struct DecodedBinding {
+    std::optional<QString> caption; // none: the button keeps the one it has
+    Panel panel = Panel::Debounce;
+    const ActionRow *function = nullptr; // to check on the list of functions; null: none of them
+    const ActionRow *detail = nullptr;   // to check on the panel; null: none. A macro's widget is its name's
+};
+DecodedBinding decodeBinding(const SlotView &slot, const SensorCodes &sensor, int language);
+
+// The names of the sequence's keys joined by "+", of at most the six events that a sequence has.
+QString combinationText(const KeySequence &sequence);
+// All of the name's bytes, as a rename may leave the tail of a longer name, without NUL characters.
+QString macroName(const MacroBlock &macro);
+
+} // namespace binding

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Every key that the program knows, once: what the pages show, what the device and the macro files hold,
+// and where it stands on a keyboard. Read-only, any thread.
+#pragma once
+
+#include <QString>
+#include <array>
+#include <cstdint>
+
+enum class KeyKind : uint8_t {
+    Modifier = 0,    // one bit of the modifier byte
+    Keyboard = 1,    // usage of the HID Keyboard/Keypad page
+    Consumer = 2,    // usage of the HID Consumer page, in key sequences alone
+    MouseButton = 4, // one bit of the mouse-button byte
+};
+
+struct KeyRow {
+    const char *name;
+    KeyKind kind;
+    uint8_t code;
+    uint8_t virtualKey; // the number under which a key source reports it
+    uint16_t evdev;     // the kernel's number of the physical key
+};
+
+constexpr std::size_t OrdinaryKeyCount = 96;
+constexpr std::size_t ModifierCount = 8;
+// The ordinary keys in order of their code, then the modifiers in order of their bit.
+extern const std::array<KeyRow, OrdinaryKeyCount + ModifierCount> KeyTable;
+
+struct MouseButtonRow {
+    uint8_t bit;
+    const char *textKey; // of its name in the choices InsertEventOptions
+};
+constexpr std::size_t MouseButtonCount = 5;
+constexpr std::array<MouseButtonRow, MouseButtonCount> MouseButtonTable = {{
+    {1, "2"},
+    {2, "3"},
+    {4, "4"},
+    {8, "6"},
+    {16, "5"},
+}};
+
+// The virtual key of a physical key, by the kernel's number. A key outside the vocabulary gets a number of
+// its own from UnnamedKeys on, which has no name.
+constexpr int UnnamedKeys = 0x100;
+int VirtualKeyFromEvdev(int evdev);

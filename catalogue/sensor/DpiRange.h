@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The ranges in which a model's DPI can be set. The catalogue's list is min, max and step of one to four
+// ranges, ascending, and a last hexadecimal number that says how a value above the first range is stored.
+// Main thread.
+#pragma once
+
+#include <QStringList>
+#include <QVector>
+
+constexpr int DpiRangeLimit = 4;
+
+struct DpiRanges {
+    int DpiFlagValue = 0;  // 0x33, 0x22 or 0x11; anything else means nothing
+    int DpiRangeCount = 0; // as the last list gave it
+    // Those of the last list with 1 to DpiRangeLimit ranges, and so always of one length.
+    QVector<int> DpiRangeMins;
+    QVector<int> DpiRangeMaxs;
+    QVector<int> DpiRangeSteps; // at least 1, so that one may divide by it
+    int DpiSliderMin = 50;
+    int DpiSliderMax = 32000;
+
+    // A list with another number of ranges changes nothing but DpiFlagValue and DpiRangeCount.
+    void read(const QStringList &list);
+};
+
+// Those of the device that was shown last.
+inline DpiRanges SensorRanges;
+
+// Takes the key "DPIRange" of that model of the catalogue into SensorRanges.
+void ReadDpiRange(int driveIndex);
