@@ -4,15 +4,52 @@
 
 #include "app/hub/PostMsg.h"
 #include "device/DeviceState.h"
+#include "presentation/FirstShow.h"
+#include "presentation/StyleSheets.h"
+#include "sensor/SensorEffect.h"
+
+#include <QLabel>
+
+namespace
+{
+
+// On its cable a mouse has no receiver whose lights would stand above.
+constexpr QPoint MarkOnCable{40, 84};
+constexpr QPoint EffectOnCable{68, 77};
+constexpr QPoint MarkOnRadio{40, 287};
+constexpr QPoint EffectOnRadio{68, 280};
+constexpr QSize MarkSize{24, 24};
+
+constexpr int ResetSpeed = 3;
+constexpr int ResetBrightness = 5;
+
+} // namespace
 
 LampLight::LampLight(QWidget *parent)
     : PageSurface(QStringLiteral("LampLight"), QStringLiteral("Light"), parent)
+    , effectMark(new QLabel(this))
+    , effect(new SensorEffect(this))
+{
+    effectMark->resize(MarkSize);
+    placeEffect();
+    onFirstShow(this, [this] {
+        effectMark->setStyleSheet(
+            style::labelPicture(style::pictureFolder(QStringLiteral("Light")), QStringLiteral("Title.png")));
+    });
+    listen();
+    SlotAllLanguage(LanguageIndex);
+}
+
+void LampLight::listen()
 {
     PostMsg *hub = PostMsg::instance();
     connect(hub, SIGNAL(SigUpDataLightLight(FlashDataMap)), this, SLOT(SlotUpDataLightUILight(FlashDataMap)),
             Qt::BlockingQueuedConnection);
     connect(hub, SIGNAL(SigUpDataLightUIA(FlashDataMap)), this, SLOT(SlotUpDataLightUIA(FlashDataMap)));
+    connect(hub, SIGNAL(SigUpDataDPILed(FlashDataMap)), this, SLOT(SlotUpDataDPILed(FlashDataMap)),
+            Qt::BlockingQueuedConnection);
     connect(hub, SIGNAL(SigFormReset()), this, SLOT(SlotFormResetLight()), Qt::BlockingQueuedConnection);
+    connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
 }
 
 void LampLight::SlotUpDataLightUILight(FlashDataMap DataMap)
@@ -24,6 +61,29 @@ void LampLight::SlotUpDataLightUILight(FlashDataMap DataMap)
 
 void LampLight::SlotUpDataLightUIA(FlashDataMap DataMap) { paint(DataMap); }
 
-void LampLight::paint(const FlashDataMap &) { const PageFilling filling(LightPageBusy); }
+void LampLight::paint(const FlashDataMap &map)
+{
+    const PageFilling filling(LightPageBusy);
+    placeEffect();
+    effect->SetEffect(map);
+}
 
-void LampLight::SlotFormResetLight() { const PageFilling filling(LightPageBusy); }
+void LampLight::placeEffect()
+{
+    const bool wired = SelectedDevice::info().Usb;
+    effectMark->move(wired ? MarkOnCable : MarkOnRadio);
+    effect->move(wired ? EffectOnCable : EffectOnRadio);
+}
+
+void LampLight::SlotUpDataDPILed(FlashDataMap DataMap) { effect->SetEffect(DataMap); }
+
+void LampLight::SlotFormResetLight()
+{
+    const PageFilling filling(LightPageBusy);
+    effect->SetModel(0);
+    effect->SetSpeed(ResetSpeed);
+    effect->SetLight(ResetBrightness);
+    placeEffect();
+}
+
+void LampLight::SlotAllLanguage(int index) { effect->SlotAllLanguage(index); }

@@ -8,6 +8,9 @@
 #include "device/hidusb/FlashDataMap.h"
 #include "presentation/PageSurface.h"
 
+class QLabel;
+class SensorEffect;
+
 class LampLight : public PageSurface
 {
     Q_OBJECT
@@ -18,8 +21,15 @@ public:
 public slots:
     void SlotUpDataLightUILight(FlashDataMap DataMap);
     void SlotUpDataLightUIA(FlashDataMap DataMap);
+    void SlotUpDataDPILed(FlashDataMap DataMap);
     void SlotFormResetLight();
+    void SlotAllLanguage(int index);
 
 private:
+    void listen();
     void paint(const FlashDataMap &map);
+    void placeEffect();
+
+    QLabel *effectMark; // in front of the panel's title
+    SensorEffect *effect;
 };

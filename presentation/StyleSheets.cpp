@@ -89,6 +89,25 @@ constexpr char ScrollArea[] =
     "margin: 0px 2px;}"
     "QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height: 0px;}"
     "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background: transparent;}";
+constexpr char SwitchButton[] =
+    "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
+    "background-image: url(%PClose.png);}QToolButton:hover{background-image: url(%PCloseHover.png);}"
+    "QToolButton:pressed{background-image: url(%PCloseClick.png);}"
+    "QToolButton:checked{background-image: url(%POpen.png);}"
+    "QToolButton:checked:hover{background-image: url(%POpenHover.png);}"
+    "QToolButton:checked:pressed{background-image: url(%POpenClick.png);}";
+// %1 the filled part, %2 the handle, %3 the ground, %4 what cannot be used.
+constexpr char Slider[] =
+    "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background: rgba(%4,90);}"
+    "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background: rgb(%1);}"
+    "QSlider::handle:horizontal{width: 12px;margin: -6px 0px;border: 2px solid rgb(%2);"
+    "border-radius: 8px;background: rgb(%2);}"
+    "QSlider::handle:horizontal:hover{border-color: rgb(%1);}"
+    "QSlider::handle:horizontal:pressed{border-color: rgb(%1);background: rgb(%1);}"
+    "QSlider::sub-page:horizontal:disabled{background: rgba(%4,90);}"
+    "QSlider::handle:horizontal:disabled{border-color: rgb(%4);background: rgb(%3);}";
+constexpr char EmptySlider[] = "QLabel{border-radius: 2px;background: rgba(%1,40);}";
+constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                             "border-radius: 6px;padding: 0px 8px;}";
 
@@ -197,6 +216,19 @@ QString hairline(const QString &color, int opacity)
 {
     return compose(Hairline, {}, {color, QString::number(opacity)});
 }
+
+QString switchButton(const QString &folder) { return compose(SwitchButton, folder, {}); }
+
+QString slider()
+{
+    return compose(Slider, {},
+                   {color("SliderColor"), color("LabelColor"), color("ComboxBackGroundColor"),
+                    color("LinEditColorSecond")});
+}
+
+QString emptySlider() { return compose(EmptySlider, {}, {color("LinEditColorSecond")}); }
+
+QString readout() { return compose(Readout, {}, {color("LabelColor")}); }
 
 QString lineEdit()
 {

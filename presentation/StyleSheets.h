@@ -56,6 +56,14 @@ QString navigationButton(const QString &folder, const QString &icon);
 QString batteryBar(const QString &chunkColor);
 // A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
+// A switch: "Close" and, while it is on, "Open", each + "Hover" and + "Click".
+QString switchButton(const QString &folder);
+// A horizontal slider whose way so far is filled.
+QString slider();
+// What stands in the place of such a slider that has nothing to set.
+QString emptySlider();
+// A number beside a slider.
+QString readout();
 // A field to type in.
 QString lineEdit();
 

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "sensor/RippeControl.h"
+
+#include "device/WriteFamily.h"
+
+namespace
+{
+constexpr SwitchRow Row = {"RippeControl_2", "波纹控制",           "Ripple",
+                           "RippleTips",     {175, 120, 100, 175}, SetRippeControl};
+} // namespace
+
+RippeControl::RippeControl(QWidget *parent) : SwitchPanel(Row, parent)
+{
+    QMetaObject::connectSlotsByName(this);
+}

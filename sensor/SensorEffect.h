@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// SensorEffect: the light that shows the DPI stage: its mode, and for a steady one its brightness, for a
+// breathing one its speed. The spin boxes hold what the mouse took last; a slider that the mouse did not
+// follow goes back and stays disabled until the next record. Main thread.
+#pragma once
+
+#include "device/hidusb/FlashDataMap.h"
+
+#include <QFrame>
+#include <array>
+#include <memory>
+
+class QLabel;
+class QSlider;
+class QSpinBox;
+
+namespace Ui
+{
+class SensorEffect;
+}
+
+// FlashDataMap::DpiLedBrightness by the slider's value minus 1.
+constexpr std::array<uint8_t, 10> BrightnessCurve = {16, 30, 60, 90, 128, 150, 180, 210, 230, 255};
+// Value of the slider, 1 to 10; 1 for a byte that the curve lacks.
+int brightnessOf(uint8_t code);
+
+class SensorEffect : public QFrame
+{
+    Q_OBJECT
+
+public:
+    explicit SensorEffect(QWidget *parent = nullptr);
+    ~SensorEffect() override;
+
+    // The four bytes of the light in the record. Writes nothing, as the setters.
+    void SetEffect(const FlashDataMap &map);
+    void SetModel(int mode);  // 0 off, 1 steady, 2 breathing
+    void SetSpeed(int value); // 1 to 5
+    void SetLight(int value); // 1 to 10
+    // The host's own slot of this name calls it.
+    void SlotAllLanguage(int index);
+
+public slots:
+    void on_Model_currentIndexChanged(int index);
+    void on_SpeedH_sliderMoved(int position);
+    void on_LightH_sliderMoved(int position);
+    void on_SpeedH_valueChanged(int value);
+    void on_LightH_valueChanged(int value);
+
+private:
+    struct Scale {
+        QSlider *slider;
+        QSpinBox *spinBox;
+        QLabel *placeholder;
+        int shownInMode;
+    };
+
+    void dress();
+    void showMode(int mode);
+    static void set(const Scale &scale, int value);
+    static void follow(const Scale &scale, int position);
+    static void change(const Scale &scale, int value, bool (*write)(int value));
+
+    std::unique_ptr<Ui::SensorEffect> ui;
+    Scale speed;
+    Scale light;
+    int lastMode = 0;
+};

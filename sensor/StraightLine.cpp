@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "sensor/StraightLine.h"
+
+#include "device/WriteFamily.h"
+
+namespace
+{
+constexpr SwitchRow Row = {"StraightLine_2", "直线修正",           "Angle",
+                           "AngleTips",      {170, 120, 100, 175}, SetStraightLine};
+} // namespace
+
+StraightLine::StraightLine(QWidget *parent) : SwitchPanel(Row, parent)
+{
+    QMetaObject::connectSlotsByName(this);
+}

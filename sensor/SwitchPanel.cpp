@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "sensor/SwitchPanel.h"
+
+#include "device/DeviceState.h"
+#include "presentation/FirstShow.h"
+#include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
+#include "sensor/Tip.h"
+#include "ui_SwitchPanel.h"
+
+namespace
+{
+
+constexpr int TipColumns[] = {0, 1, 1, 2, 3, 3, 3, 3}; // of tipX, by language
+
+} // namespace
+
+SwitchPanel::SwitchPanel(const SwitchRow &rowOfPanel, QWidget *parent)
+    : QFrame(parent), row(rowOfPanel), ui(std::make_unique<Ui::SwitchPanel>())
+{
+    ui->setupUi(this);
+    ui->button->setObjectName(QLatin1String(row.buttonName));
+    ui->caption->setText(QString::fromUtf8(row.defaultCaption));
+    ui->button->setAccessibleName(ui->caption->text());
+    onFirstShow(this, [this] { dress(); });
+}
+
+SwitchPanel::~SwitchPanel() = default;
+
+void SwitchPanel::dress()
+{
+    ui->button->setStyleSheet(style::switchButton(style::pictureFolder(QStringLiteral("Sensor"))));
+    ui->caption->setStyleSheet(style::label(style::color("LabelColor")));
+    dressTip(ui->tip);
+}
+
+QToolButton *SwitchPanel::button() const { return ui->button; }
+
+void SwitchPanel::SetChecked(bool checked)
+{
+    const QSignalBlocker silent(ui->button);
+    ui->button->setChecked(checked);
+}
+
+void SwitchPanel::choose(bool checked)
+{
+    if (!UiArmed || SensorPageBusy)
+        return;
+    if (!row.write(checked ? 1 : 0))
+        SetChecked(!checked);
+}
+
+void SwitchPanel::SlotAllLanguage(int index)
+{
+    using namespace language;
+    const QString caption = text(Section::sensor, row.captionKey, index);
+    if (!caption.isEmpty()) {
+        ui->caption->setText(caption);
+        ui->button->setAccessibleName(caption);
+    }
+    setTip(ui->tip, ui->button, text(Section::sensor, row.tipKey, index));
+    if (index >= 0 && index < int(std::size(TipColumns)))
+        ui->tip->move(row.tipX[TipColumns[index]], ui->tip->y());
+}
