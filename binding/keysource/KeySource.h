@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// KeySource: every key that goes down or up while a window of the program has the keyboard, as a virtual
+// key. It goes by the physical key, so the layout does not matter and left and right modifiers are apart.
+// The keys reach the window all the same. While a source runs no input method may keep a key for itself,
+// as it would a dead one. Main thread.
+#pragma once
+
+#include <QObject>
+#include <vector>
+
+class QKeyEvent;
+
+class KeySource : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Keys that come with Alt, and Alt itself, are messages of their own. A user to whom they mean nothing
+    // still gets them, with the state that the last plain key left.
+    enum class AltKeys : uint8_t { Known, Unknown };
+
+    explicit KeySource(AltKeys altKeys, QObject *parent = nullptr);
+    ~KeySource() override;
+
+    void start();
+    void stop();
+    bool isRunning() const { return running; }
+
+signals:
+    // Arguments as users name them: the virtual key, down or up, and whether the key repeats.
+    // A key that was down before the start is not reported when it goes up. What is down when the keyboard
+    // leaves the program is reported as up, the last first. A slot may stop the source, not delete it.
+    void keyEvent(int keyCode, bool downOrUp, bool aotu);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    enum class Message : uint8_t { Down, Up, AltDown, AltUp };
+    struct Press {
+        quint32 scanCode = 0;
+        ulong timestamp = 0;
+    };
+    struct HeldKey {
+        quint32 scanCode;
+        int virtualKey;
+    };
+
+    void offer(const QKeyEvent &event);
+    void take(const QKeyEvent &event);
+    void press(const HeldKey &key, bool withAlt);
+    void release(const HeldKey &key, bool withAlt);
+    void releaseAll();
+    void report(int virtualKey, Message message);
+
+    const AltKeys altKeys;
+    bool running = false;
+    std::vector<HeldKey> held;
+    Press offered; // to the shortcuts, which may keep what follows
+    int lastKey = 0;
+    bool repeats = false;
+    bool down = false;
+};
