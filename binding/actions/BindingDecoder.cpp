@@ -19,6 +19,8 @@ DecodedBinding onPanel(Panel panel, const ActionRow *detail = nullptr)
     return {std::nullopt, panel, openerOf(panel), detail};
 }
 
+bool isPlain(Form form) { return form == Form::Class || form == Form::ClassFirst || form == Form::Fire; }
+
 bool matches(const ActionRow &row, const KeyBinding &binding)
 {
     return row.form != Form::ClassFirst || row.binding.First == binding.First;
@@ -30,7 +32,7 @@ DecodedBinding decodePlain(const KeyBinding &binding, int language)
 {
     DecodedBinding decoded;
     for (const ActionRow &row : ActionRows) {
-        if (row.form > Form::Fire || row.binding.Class != binding.Class)
+        if (!isPlain(row.form) || row.binding.Class != binding.Class)
             continue;
         decoded.panel = row.shows;
         decoded.function = openerOf(row.shows);
