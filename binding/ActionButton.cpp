@@ -9,8 +9,8 @@
 namespace
 {
 
-constexpr int TextLeft = 16; // behind the bar of a checked button
-constexpr int TextRight = 8;
+constexpr int TextLeft = 14; // behind the bar of a checked button
+constexpr int TextRight = 6;
 
 // How far `to` lies from `from` in the direction of an arrow key, the way aside counting double; negative
 // when it does not lie there.

@@ -9,6 +9,7 @@
 #include "binding/FunctionPages.h"
 #include "binding/actions/BindingDecoder.h"
 #include "binding/actions/BindingEncoder.h"
+#include "binding/actions/DefaultActions.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
@@ -126,12 +127,17 @@ int Buttoninterface::chosenButton() const
 
 void Buttoninterface::choose(const ActionRow &row)
 {
-    if (row.form == Form::Opener && row.shows == Panel::Macros)
-        on_DPI_10_clicked();
-    else if (row.form == Form::Opener)
-        functions->showPanel(row.shows);
+    if (row.form == Form::Opener && row.shows != Panel::Macros)
+        openPanel(row.shows);
     else if (const auto action = encodeAction(row, sensor))
         bindChosen(*action);
+}
+
+void Buttoninterface::openPanel(Panel panel)
+{
+    functions->showPanel(panel);
+    if (hasFocusIn(ui->stackedWidget))
+        functions->focusPanel();
 }
 
 void Buttoninterface::bindChosen(const EncodedAction &action)
@@ -196,7 +202,7 @@ void Buttoninterface::SlotAddMacroButton() { showMacros(DeviceRecord::copy()); }
 void Buttoninterface::on_DPI_10_clicked()
 {
     if (functions->hasMacros()) {
-        functions->showPanel(Panel::Macros);
+        openPanel(Panel::Macros);
         return;
     }
     functions->showPanel(Panel::Debounce);

@@ -6,6 +6,7 @@
 #include "presentation/StyleSheets.h"
 
 #include <QButtonGroup>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QScrollArea>
@@ -49,6 +50,7 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
     auto *caption = new ActionButton(QLatin1String(names.caption), list);
     caption->setFixedSize(CaptionSize);
     group->addButton(caption, int(row));
+    caption->installEventFilter(this);
     rows[row].caption = caption;
     auto *marker = new QToolButton(picture);
     marker->setObjectName(QLatin1String(names.marker));
@@ -66,14 +68,21 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
             [marker, caption] { marker->setChecked(caption->isChecked()); });
 }
 
+// The keyboard must not lead out of sight.
+bool ButtonList::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn)
+        area->ensureWidgetVisible(qobject_cast<QWidget *>(watched), 0, Gap);
+    return false;
+}
+
 void ButtonList::dress(const QString &folder)
 {
     const QString ink = style::color("ButtonColor");
     const QString row = style::stateButton(folder, QStringLiteral("Row"), ink, ink);
-    const QString mark = style::stateButton(folder, QStringLiteral("Mark"), ink,
-                                            style::color("ComboxBackGroundColor"));
-    const QString badge =
-        style::labelPlate(folder, style::color("LabelColor"), QStringLiteral("Badge.png"));
+    const QString mark =
+        style::stateButton(folder, QStringLiteral("Mark"), ink, style::color("ComboxBackGroundColor"));
+    const QString badge = style::labelPlate(folder, style::color("LabelColor"), QStringLiteral("Badge.png"));
     for (const Row &each : rows) {
         each.caption->setStyleSheet(row);
         each.marker->setStyleSheet(mark);

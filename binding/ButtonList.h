@@ -51,6 +51,9 @@ public:
 signals:
     void checkedChanged();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     struct Row {
         QLabel *number;

@@ -7,6 +7,7 @@
 #include "binding/ButtonList.h"
 #include "binding/FunctionPages.h"
 #include "binding/actions/BindingDecoder.h"
+#include "binding/actions/DefaultActions.h"
 #include "catalogue/config/DeviceCatalogue.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
@@ -31,9 +32,6 @@ namespace
 
 constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
-// What a mouse does after a reset, until it has been read anew: class and first parameter by button.
-constexpr uint8_t DefaultClass[ButtonCount] = {1, 1, 1, 1, 1, 2, 2, 2, 7, 7, 4, 0};
-constexpr uint8_t DefaultFirst[ButtonCount] = {1, 2, 4, 8, 16, 1, 2, 3, 0, 0, 10, 0};
 
 } // namespace
 
@@ -44,10 +42,7 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     setAccessibleName(QStringLiteral("Buttons"));
     list = new ButtonList(ui->scrollArea_11, ui->widget);
     functions = new FunctionPages(ui->stackedWidget, ui->stackedWidget_2);
-    for (std::size_t row = 0; row < ButtonRows.size(); ++row) {
-        connectByName(list->caption(row));
-        connectByName(list->marker(row));
-    }
+    QMetaObject::connectSlotsByName(this); // the form leaves it to us, as some of its widgets are made here
     connect(list, &ButtonList::checkedChanged, this, &Buttoninterface::nameChosenRow);
     connect(functions, &FunctionPages::chosen, this, &Buttoninterface::choose);
     connect(functions, &FunctionPages::macroChosen, this, &Buttoninterface::slotButtonClicked);
@@ -67,16 +62,10 @@ Buttoninterface::~Buttoninterface()
     StopUsbChanged();
 }
 
-void Buttoninterface::connectByName(QToolButton *button)
-{
-    const QByteArray slot = "1on_" + button->objectName().toLatin1() + "_clicked()";
-    connect(button, SIGNAL(clicked()), this, slot.constData());
-}
-
 void Buttoninterface::dress()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
-    const QString button = style::textButton(folder, style::color("ButtonColor"), QStringLiteral("Confirm"));
+    const QString button = style::textButton(folder, style::color("ButtonColor"), QStringLiteral("Button"));
     const QString label = style::label(style::color("LabelColor"));
     ui->frameButton->setStyleSheet(style::dialogBackground(folder, QStringLiteral("frameButton")));
     for (QLabel *each : {ui->label_8, ui->label_3})
@@ -87,7 +76,6 @@ void Buttoninterface::dress()
     dressComboBox(ui->ProjectChoose, folder);
     ui->scrollArea_11->setStyleSheet(style::scrollArea());
     list->dress(folder);
-    functions->dress(folder);
     dressed = true;
     dressPicture();
 }
@@ -188,8 +176,9 @@ void Buttoninterface::SlotFormResetButton()
     KeyClass.clear();
     KeyParamA.clear();
     for (int k = 0; k < ButtonCount; ++k) {
-        KeyClass << DefaultClass[k];
-        KeyParamA << DefaultFirst[k];
+        const KeyBinding binding = builtInAction(k)->binding;
+        KeyClass << binding.Class;
+        KeyParamA << binding.First;
     }
     KeyParamB.clear();
     ui->DebunceButton->SetDebounce(0);
@@ -253,7 +242,8 @@ void Buttoninterface::on_OutputData_clicked()
     dialog.setDefaultSuffix(QStringLiteral("bin"));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return;
-    writeImageFile(dialog.selectedFiles().first(), driveSection(SelectedDevice::info()), DeviceRecord::copy());
+    writeImageFile(dialog.selectedFiles().first(), driveSection(SelectedDevice::info()),
+                   DeviceRecord::copy());
 }
 
 // ---- Texts --------------------------------------------------------------------------------------

@@ -16,7 +16,6 @@
 
 class ButtonList;
 class FunctionPages;
-class QToolButton;
 class Worker;
 
 namespace Ui
@@ -95,7 +94,6 @@ private:
     void dressPicture();
     void arrangeTabs();
     void listen();
-    void connectByName(QToolButton *button);
 
     void showRecord(const FlashDataMap &map);
     void showBindings(const FlashDataMap &map);
@@ -111,6 +109,7 @@ private:
     void nameChosenRow();
 
     void choose(const binding::ActionRow &row);
+    void openPanel(binding::Panel panel);
     void bindChosen(const binding::EncodedAction &action);
     bool bind(int button, const binding::EncodedAction &action);
     int chosenButton() const; // -1 for none

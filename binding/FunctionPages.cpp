@@ -20,15 +20,15 @@ namespace
 {
 
 constexpr QSize FunctionSize{192, 32};
-constexpr QSize DetailSize{128, 32}; // where there are many
-constexpr int FunctionTop = 42;
-constexpr int FunctionPitch = 37;
+constexpr QSize DetailSize{130, 32}; // where there are many
+constexpr int FunctionTop = 40;
+constexpr int FunctionPitch = 36;
 constexpr int Columns = 2;
 constexpr QPoint TitlePlace{16, 10};
 constexpr QPoint DetailPlace{16, 42};
-constexpr int PanelWidth = 818;
+constexpr int PanelWidth = 820;
 constexpr int Gap = 8;
-constexpr int DetailPitch = 37;
+constexpr int DetailPitch = 36;
 constexpr int FewDetails = 8; // of a panel whose buttons may be wide
 
 constexpr Panel Panels[] = {Panel::Media,      Panel::Lights,   Panel::DpiLocks,
@@ -55,6 +55,7 @@ FunctionPages::FunctionPages(QStackedWidget *functions, QStackedWidget *panels)
     for (const Panel panel : Panels)
         addPanel(panel);
     addMacroPanel();
+    showPanel(Panel::Debounce);
 }
 
 QWidget *FunctionPages::page(Panel panel) const
@@ -85,10 +86,9 @@ void FunctionPages::addFunctions()
     for (const ActionRow &row : ActionRows) {
         if (row.place != Panel::Functions)
             continue;
-        addAction(row, list)->setGeometry(
-            {QPoint((place % Columns) * (FunctionSize.width() + Gap),
-                    FunctionTop + place / Columns * FunctionPitch),
-             FunctionSize});
+        addAction(row, list)->setGeometry({QPoint((place % Columns) * (FunctionSize.width() + Gap),
+                                                  FunctionTop + place / Columns * FunctionPitch),
+                                           FunctionSize});
         ++place;
     }
     onFirstShow(list, [this, list] { dressPanel(list); });
@@ -130,17 +130,17 @@ void FunctionPages::addMacroPanel()
     area->setWidget(list);
     onFirstShow(ground, [this, ground, area] {
         area->setStyleSheet(style::scrollArea());
+        macrosDressed = true;
         dressPanel(ground);
     });
 }
 
 // ---- Looks and texts ----------------------------------------------------------------------------
 
-void FunctionPages::dress(const QString &folder) { pictures = folder; }
-
 void FunctionPages::dressPanel(QWidget *ground)
 {
     const QString ink = style::color("ButtonColor");
+    const QString pictures = style::pictureFolder(QStringLiteral("Buttoninterface"));
     const QString wide = style::stateButton(pictures, QStringLiteral("Function"), ink, ink);
     const QString narrow = style::stateButton(pictures, QStringLiteral("Detail"), ink, ink);
     for (ActionButton *each : ground->findChildren<ActionButton *>())
@@ -212,11 +212,26 @@ void FunctionPages::focusChosen()
     chosenOne->setFocus(Qt::TabFocusReason);
 }
 
+void FunctionPages::focusPanel()
+{
+    QAbstractButton *chosenOne = detailGroup->checkedButton();
+    const auto offered = panelStack->currentWidget()->findChildren<ActionButton *>();
+    if ((!chosenOne || !chosenOne->isVisible()) && !offered.isEmpty())
+        chosenOne = offered.first();
+    if (chosenOne)
+        chosenOne->setFocus(Qt::TabFocusReason);
+}
+
 // ---- Macros -------------------------------------------------------------------------------------
 
 void FunctionPages::setMacros(const QStringList &names)
 {
-    qDeleteAll(macros);
+    // A read may arrive while the click on one of them waits in a notice.
+    for (ActionButton *each : qAsConst(macros)) {
+        detailGroup->removeButton(each);
+        each->hide();
+        each->deleteLater();
+    }
     macros.clear();
     const int columns = (PanelWidth + Gap) / (FunctionSize.width() + Gap);
     QWidget *const list = macroGrid->parentWidget();
@@ -227,11 +242,10 @@ void FunctionPages::setMacros(const QStringList &names)
         detailGroup->addButton(made);
         macroGrid->addWidget(made, macros.size() / columns, macros.size() % columns);
         connect(made, &QToolButton::clicked, this, [this, made] { emit macroChosen(made->text()); });
-        if (!pictures.isEmpty() && list->isVisible())
-            made->setStyleSheet(style::stateButton(pictures, QStringLiteral("Function"),
-                                                   style::color("ButtonColor"), style::color("ButtonColor")));
         made->show();
         macros << made;
     }
     list->adjustSize();
+    if (macrosDressed)
+        dressPanel(page(Panel::Macros));
 }

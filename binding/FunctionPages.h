@@ -32,7 +32,6 @@ class FunctionPages : public QObject
 public:
     FunctionPages(QStackedWidget *functions, QStackedWidget *panels);
 
-    void dress(const QString &folder);
     void setLanguage(int index);
 
     ActionButton *button(const binding::ActionRow &row) const { return buttons.at(&row); }
@@ -44,7 +43,9 @@ public:
     // What stands for a stored action is shown and checked, and nothing else is.
     void preselect(const binding::DecodedBinding &decoded, const QString &macro);
     void clearDetails();
+    // For who came by the keyboard: to the checked function, and from there to the panel that it shows.
     void focusChosen();
+    void focusPanel();
 
     void setMacros(const QStringList &names);
     bool hasMacros() const { return !macros.isEmpty(); }
@@ -71,5 +72,5 @@ private:
     QToolButton *back;
     QGridLayout *macroGrid = nullptr;
     QList<ActionButton *> macros;
-    QString pictures; // empty until the page is dressed
+    bool macrosDressed = false;
 };
