@@ -27,6 +27,7 @@ namespace binding
 struct ActionRow;
 struct DecodedBinding;
 struct EncodedAction;
+enum class Panel : uint8_t;
 } // namespace binding
 
 class Buttoninterface : public QWidget
