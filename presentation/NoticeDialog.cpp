@@ -2,26 +2,18 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/NoticeDialog.h"
 
-#include "app/environment/DataRoot.h"
 #include "app/hub/PostMsg.h"
 #include "catalogue/config/LanguageChoice.h"
 #include "catalogue/config/UserStore.h"
 #include "presentation/FirstShow.h"
 #include "presentation/ScreenFont.h"
-#include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "ui_NoticeDialog.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 
 namespace
 {
-
-constexpr Qt::WindowFlags NoticeFlags = Qt::SubWindow | Qt::X11BypassWindowManagerHint |
-                                        Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
-                                        Qt::WindowMinimizeButtonHint;
-static_assert(int(NoticeFlags) == 27666);
 
 QString orDefault(const QString &text, const char *fallback)
 {
@@ -34,12 +26,7 @@ NoticeDialog::NoticeDialog(const NoticeKind &noticeKind)
     : kind(noticeKind), ui(std::make_unique<Ui::NoticeDialog>())
 {
     ui->setupUi(this);
-    setWindowFlags(NoticeFlags);
-    setFixedSize(size());
-    roundCorners(this);
-    // While the window is in the tray, the end of a notice is not the end of the program.
-    setAttribute(Qt::WA_QuitOnClose, false);
-    setWindowTitle(applicationName());
+    becomeNotice();
     ui->frame->setObjectName(QLatin1String(kind.frameName));
     arrangeButtons();
     onFirstShow(this, [this] { dress(); });
@@ -99,18 +86,6 @@ void NoticeDialog::setText(const QString &text)
 
 QWidget *NoticeDialog::content() const { return ui->label; }
 
-void NoticeDialog::placeOver(const QWidget *widget, const QPoint &offset)
-{
-    const QPoint corner = widget->mapToGlobal(QPoint(0, 0));
-    move(corner + QPoint((widget->width() - width()) / 2, (widget->height() - height()) / 2) + offset);
-}
-
-int NoticeDialog::openOver(const QWidget *widget, const QPoint &offset)
-{
-    placeOver(widget, offset);
-    return exec();
-}
-
 void NoticeDialog::on_CloseButton_clicked() { close(); }
 
 void NoticeDialog::on_NewHong_clicked() { close(); }
@@ -133,28 +108,4 @@ void NoticeDialog::keyPressEvent(QKeyEvent *event)
     else if (escape && kind.buttons != NoticeButtons::None)
         on_CloseButton_clicked();
     event->accept();
-}
-
-void NoticeDialog::showEvent(QShowEvent *event)
-{
-    QDialog::showEvent(event);
-    before = QApplication::activeWindow();
-    raise();
-    activateWindow();
-}
-
-void NoticeDialog::hideEvent(QHideEvent *event)
-{
-    QDialog::hideEvent(event);
-    if (before && before->isVisible())
-        before->activateWindow();
-}
-
-// The toolkit hands the keyboard on when the window behind is activated, but the window manager may have
-// raised that window, which would hide the notice and leave both dead.
-void NoticeDialog::changeEvent(QEvent *event)
-{
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow())
-        raise();
 }

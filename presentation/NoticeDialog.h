@@ -1,16 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// NoticeDialog: the base of every notice, question and short wait: a frameless window of one form with a
-// text and up to two buttons, run modally. It has no parent, since a parent would make it an embedded
-// child with these window flags; and no window manager looks after it, so it takes the keyboard by itself
-// and gives it back. Main thread.
+// NoticeDialog: the base of every notice, question and short wait: a window of one form with a text and up
+// to two buttons, run modally. Main thread.
 #pragma once
 
+#include "presentation/NoticeWindow.h"
 #include "presentation/language/LanguageTables.h"
 
-#include <QDialog>
-#include <QPointer>
 #include <memory>
 
 namespace Ui
@@ -35,17 +32,13 @@ struct NoticeKind {
     const char *picture;
 };
 
-class NoticeDialog : public QDialog
+class NoticeDialog : public NoticeWindow
 {
     Q_OBJECT
 
 public:
     explicit NoticeDialog(const NoticeKind &kind);
     ~NoticeDialog() override;
-
-    // Stands over the middle of `widget`, moved by `offset`.
-    void placeOver(const QWidget *widget, const QPoint &offset = {});
-    int openOver(const QWidget *widget, const QPoint &offset = {});
 
     // What the caller has to say instead of the row's text; it stays over a change of language.
     void setText(const QString &text);
@@ -65,9 +58,6 @@ protected:
     void setTexts(const QString &text, const QString &confirm, const QString &cancel);
 
     void keyPressEvent(QKeyEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
-    void changeEvent(QEvent *event) override;
 
     // Where the notice speaks, for one that has more to show there.
     QWidget *content() const;
@@ -79,7 +69,6 @@ private:
     const NoticeKind &kind;
     QString ownText;
     std::unique_ptr<Ui::NoticeDialog> ui;
-    QPointer<QWidget> before; // had the keyboard
 };
 
 // Every page is moved away from the window's middle by the navigation; its notices stand there anyway.

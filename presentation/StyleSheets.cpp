@@ -32,6 +32,7 @@ constexpr char Arrow[] = "QToolButton{border-image: url(%P%1.png);}"
 constexpr char TextButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;color: rgb(%2;);"
     "border-image: url(%P%1.png);}QToolButton:pressed{border-image: url(%P%1Click.png); }";
+constexpr char TextButtonHover[] = "QToolButton:hover:!pressed{border-image: url(%P%1Hover.png);}";
 constexpr char Label[] = "QLabel{color: rgb(%1;);}";
 constexpr char LabelPicture[] = "QLabel{border:0px;background-position:center;background-repeat:no-repeat;"
                                 "background-image: url(%P%1);}";
@@ -110,6 +111,18 @@ constexpr char EmptySlider[] = "QLabel{border-radius: 2px;background: rgba(%1,40
 constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                             "border-radius: 6px;padding: 0px 8px;}";
+constexpr char LineEditFocus[] = "QLineEdit:focus{border: 2px solid rgb(%1);padding: 0px 7px;}";
+constexpr char SpinBox[] =
+    "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);border-radius: 6px;"
+    "padding: 0px 24px 0px 8px;}"
+    "QSpinBox:focus{border: 2px solid rgb(%4);padding: 0px 23px 0px 7px;}"
+    "QSpinBox::up-button{subcontrol-origin: border;subcontrol-position: top right;width: 28px;border: 0px;}"
+    "QSpinBox::down-button{subcontrol-origin: border;subcontrol-position: bottom right;width: 28px;"
+    "border: 0px;}"
+    "QSpinBox::up-arrow{image: url(%PUp.png);}QSpinBox::down-arrow{image: url(%PDown.png);}"
+    "QSpinBox::up-arrow:hover{image: url(%PUpHover.png);}QSpinBox::down-arrow:hover{image: "
+    "url(%PDownHover.png);}"
+    "QSpinBox::up-arrow:off{image: url(%PUpOff.png);}QSpinBox::down-arrow:off{image: url(%PDownOff.png);}";
 
 } // namespace
 
@@ -143,6 +156,11 @@ QString arrow(const QString &folder, const QString &stem) { return compose(Arrow
 QString textButton(const QString &folder, const QString &color, const QString &stem)
 {
     return compose(TextButton, folder, {stem, color});
+}
+
+QString textButtonHover(const QString &folder, const QString &stem)
+{
+    return compose(TextButtonHover, folder, {stem});
 }
 
 QString label(const QString &color) { return compose(Label, {}, {color}); }
@@ -234,6 +252,15 @@ QString lineEdit()
 {
     return compose(LineEdit, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
+}
+
+QString lineEditFocus() { return compose(LineEditFocus, {}, {color("SliderColor")}); }
+
+QString spinBox(const QString &folder)
+{
+    return compose(SpinBox, folder,
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond"),
+                    color("SliderColor")});
 }
 
 } // namespace style

@@ -25,6 +25,8 @@ QString titleButton(const QString &folder, const QString &stem);
 QString arrow(const QString &folder, const QString &stem);
 // Stem and stem + "Click".
 QString textButton(const QString &folder, const QString &color, const QString &stem);
+// Goes behind the sheet of a text button: the pointer is over it, stem + "Hover".
+QString textButtonHover(const QString &folder, const QString &stem);
 QString label(const QString &color);
 QString labelPicture(const QString &folder, const QString &name);
 QString tile(const QString &folder, const QString &name);
@@ -66,5 +68,9 @@ QString emptySlider();
 QString readout();
 // A field to type in.
 QString lineEdit();
+// Goes behind the sheet of such a field, where it matters that it has the keyboard.
+QString lineEditFocus();
+// A number to type or to step: "Up" and "Down".
+QString spinBox(const QString &folder);
 
 } // namespace style

@@ -9,20 +9,27 @@
 #include <QKeyEvent>
 #include <QWindow>
 #include <algorithm>
+#include <utility>
 
 namespace
 {
 
 // The window systems number keys from 8, where the kernel numbers them from 0.
 constexpr int ScanCodeOffset = 8;
+// A repeating key goes up and down at the same time. Where the toolkit has not seen the press yet, it takes
+// the release for a real one; so that of a key that may repeat waits for its press. Milliseconds.
+constexpr ulong SoonestRepeat = 100;
+constexpr int PressPatience = 5;
+
 constexpr int LeftAlt = 0xA4;
 constexpr int RightAlt = 0xA5;
 
+bool isAlt(int virtualKey) { return virtualKey == LeftAlt || virtualKey == RightAlt; }
+
 // The right Alt of many layouts chooses a third character, and is no Alt to the toolkit.
-bool comesWithAlt(const QKeyEvent &event, int virtualKey)
+bool comesWithAlt(const QKeyEvent &event)
 {
-    return virtualKey == LeftAlt || virtualKey == RightAlt ||
-           (event.modifiers() & (Qt::AltModifier | Qt::GroupSwitchModifier));
+    return event.modifiers() & (Qt::AltModifier | Qt::GroupSwitchModifier);
 }
 
 } // namespace
@@ -33,6 +40,10 @@ KeySource::KeySource(AltKeys keys, QObject *parent) : QObject(parent), altKeys(k
         if (!window)
             releaseAll();
     });
+    patience.setSingleShot(true);
+    patience.setTimerType(Qt::PreciseTimer);
+    patience.setInterval(PressPatience);
+    connect(&patience, &QTimer::timeout, this, &KeySource::finishDoubtful);
 }
 
 KeySource::~KeySource() { stop(); }
@@ -44,6 +55,7 @@ void KeySource::start()
     running = true;
     held.clear();
     offered = {};
+    doubtful.reset();
     lastKey = 0;
     repeats = down = false;
     qGuiApp->installEventFilter(this);
@@ -55,6 +67,7 @@ void KeySource::stop()
     if (!running)
         return;
     running = false;
+    patience.stop();
     qGuiApp->removeEventFilter(this);
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
@@ -95,30 +108,52 @@ void KeySource::take(const QKeyEvent &event)
     // A key that repeats goes up in between only where the window system says so.
     if (isTaken || scanCode <= ScanCodeOffset || (isUp && event.isAutoRepeat()))
         return;
-    const HeldKey key = {scanCode, VirtualKeyFromEvdev(int(scanCode) - ScanCodeOffset)};
-    const bool withAlt = comesWithAlt(event, key.virtualKey);
-    if (isUp)
-        release(key, withAlt);
-    else
-        press(key, withAlt);
-}
-
-void KeySource::press(const HeldKey &key, bool withAlt)
-{
-    const auto same = [&](const HeldKey &each) { return each.scanCode == key.scanCode; };
-    if (std::none_of(held.begin(), held.end(), same))
-        held.push_back(key);
-    report(key.virtualKey, withAlt ? Message::AltDown : Message::Down);
-}
-
-void KeySource::release(const HeldKey &key, bool withAlt)
-{
-    const auto same = [&](const HeldKey &each) { return each.scanCode == key.scanCode; };
-    const auto found = std::find_if(held.begin(), held.end(), same);
-    if (found == held.end())
+    if (doubtful && !isUp && doubtful->scanCode == scanCode && doubtful->timestamp == event.timestamp())
+        doubtful.reset();
+    finishDoubtful();
+    if (!running)
         return;
-    held.erase(found);
-    report(key.virtualKey, withAlt ? Message::AltUp : Message::Up);
+    if (isUp)
+        takeRelease({scanCode, comesWithAlt(event), event.timestamp()});
+    else
+        takePress(event);
+}
+
+void KeySource::takePress(const QKeyEvent &event)
+{
+    const quint32 scanCode = event.nativeScanCode();
+    const int virtualKey = VirtualKeyFromEvdev(int(scanCode) - ScanCodeOffset);
+    if (find(scanCode) == held.end())
+        held.push_back({scanCode, virtualKey, event.timestamp()});
+    report(virtualKey, isAlt(virtualKey) || comesWithAlt(event) ? Message::AltDown : Message::Down);
+}
+
+void KeySource::takeRelease(const Release &release)
+{
+    const auto key = find(release.scanCode);
+    if (key == held.end())
+        return;
+    if (release.timestamp - key->since < SoonestRepeat)
+        return finish(release);
+    doubtful = release;
+    patience.start();
+}
+
+void KeySource::finishDoubtful()
+{
+    patience.stop();
+    if (const auto release = std::exchange(doubtful, std::nullopt))
+        finish(*release);
+}
+
+void KeySource::finish(const Release &release)
+{
+    const auto key = find(release.scanCode);
+    if (key == held.end())
+        return;
+    const int virtualKey = key->virtualKey;
+    held.erase(key);
+    report(virtualKey, isAlt(virtualKey) || release.withAlt ? Message::AltUp : Message::Up);
 }
 
 void KeySource::releaseAll()
@@ -126,8 +161,14 @@ void KeySource::releaseAll()
     while (running && !held.empty()) {
         const int key = held.back().virtualKey;
         held.pop_back();
-        report(key, key == LeftAlt || key == RightAlt ? Message::AltUp : Message::Up);
+        report(key, isAlt(key) ? Message::AltUp : Message::Up);
     }
+}
+
+std::vector<KeySource::HeldKey>::iterator KeySource::find(quint32 scanCode)
+{
+    return std::find_if(held.begin(), held.end(),
+                        [=](const HeldKey &each) { return each.scanCode == scanCode; });
 }
 
 // The release of an Alt leaves the last key as it is, so that the next press of it counts as a repeat.

@@ -8,6 +8,8 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
+#include <optional>
 #include <vector>
 
 class QKeyEvent;
@@ -46,19 +48,30 @@ private:
     struct HeldKey {
         quint32 scanCode;
         int virtualKey;
+        ulong since; // timestamp of its press
+    };
+    struct Release {
+        quint32 scanCode;
+        bool withAlt;
+        ulong timestamp;
     };
 
     void offer(const QKeyEvent &event);
     void take(const QKeyEvent &event);
-    void press(const HeldKey &key, bool withAlt);
-    void release(const HeldKey &key, bool withAlt);
+    void takePress(const QKeyEvent &event);
+    void takeRelease(const Release &release);
+    void finish(const Release &release);
+    void finishDoubtful();
     void releaseAll();
     void report(int virtualKey, Message message);
+    std::vector<HeldKey>::iterator find(quint32 scanCode);
 
     const AltKeys altKeys;
     bool running = false;
     std::vector<HeldKey> held;
     Press offered; // to the shortcuts, which may keep what follows
+    std::optional<Release> doubtful;
+    QTimer patience;
     int lastKey = 0;
     bool repeats = false;
     bool down = false;

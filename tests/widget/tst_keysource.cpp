@@ -71,9 +71,9 @@ public:
     QLineEdit field;
     KeySource source;
     Log log;
+    ulong timestamp = 100; // of the last event
 
 private:
-    ulong timestamp = 100;
     bool overridden = false;
 };
 
@@ -151,6 +151,46 @@ private slots:
         desk.log.clear();
         desk.down(A);
         QCOMPARE(desk.log, (Log{{VkA, true, false}}));
+    }
+
+    // The toolkit says of a repeat that it is one only when it saw both its halves.
+    void halfARepeatIsNoRelease()
+    {
+        Desk desk;
+        desk.down(A);
+        desk.timestamp += 500;
+        desk.up(A);
+        desk.log.clear();
+        --desk.timestamp;
+        desk.down(A); // at the time of the release
+        QCOMPARE(desk.log, (Log{{VkA, true, true}}));
+        desk.timestamp += 30;
+        desk.up(A);
+        QTRY_COMPARE(desk.log, (Log{{VkA, true, true}, {VkA, false, false}}));
+    }
+
+    void aLongHeldKeyGoesUpBeforeWhatFollows()
+    {
+        Desk desk;
+        desk.down(A);
+        desk.timestamp += 500;
+        desk.up(A);
+        desk.down(B);
+        desk.down(A);
+        QCOMPARE(desk.log,
+                 (Log{{VkA, true, false}, {VkA, false, false}, {VkB, true, false}, {VkA, true, false}}));
+    }
+
+    void aDoubtfulReleaseIsReportedOnceWhenTheKeyboardLeaves()
+    {
+        Desk desk;
+        desk.down(A);
+        desk.timestamp += 500;
+        desk.up(A);
+        Desk::leave();
+        QCOMPARE(desk.log, (Log{{VkA, true, false}, {VkA, false, false}}));
+        desk.down(B);
+        QCOMPARE(desk.log.size(), 3);
     }
 
     // Any other key ends a row of repeats, and any release ends it too.

@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/NoticeWindow.h"
+
+#include "app/environment/DataRoot.h"
+#include "presentation/SkinPalette.h"
+
+#include <QApplication>
+
+namespace
+{
+
+constexpr Qt::WindowFlags NoticeFlags = Qt::SubWindow | Qt::X11BypassWindowManagerHint |
+                                        Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
+                                        Qt::WindowMinimizeButtonHint;
+static_assert(int(NoticeFlags) == 27666);
+
+} // namespace
+
+void NoticeWindow::becomeNotice()
+{
+    setWindowFlags(NoticeFlags);
+    setFixedSize(size());
+    roundCorners(this);
+    // While the window is in the tray, the end of a notice is not the end of the program.
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(applicationName());
+}
+
+void NoticeWindow::placeOver(const QWidget *widget, const QPoint &offset)
+{
+    const QPoint corner = widget->mapToGlobal(QPoint(0, 0));
+    move(corner + QPoint((widget->width() - width()) / 2, (widget->height() - height()) / 2) + offset);
+}
+
+int NoticeWindow::openOver(const QWidget *widget, const QPoint &offset)
+{
+    placeOver(widget, offset);
+    return exec();
+}
+
+void NoticeWindow::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    before = QApplication::activeWindow();
+    raise();
+    activateWindow();
+}
+
+void NoticeWindow::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    if (before && before->isVisible())
+        before->activateWindow();
+}
+
+// The toolkit hands the keyboard on when the window behind is activated, but the window manager may have
+// raised that window, which would hide the notice and leave both dead.
+void NoticeWindow::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        raise();
+}

@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// A key source on a real X server: keys that come from outside, under several layouts, held down, and with
+// the keyboard taken away.
+#include "binding/keysource/KeySource.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLineEdit>
+#include <QProcess>
+#include <QtTest>
+
+namespace
+{
+
+constexpr int Offset = 8;
+constexpr int LastOfServer = 255; // the server knows no key above it
+constexpr int Backtick = 41, A = 30, LeftShift = 42, RightShift = 54, LeftAlt = 56, RightAlt = 100;
+const char OtherWindow[] = "--other";
+
+struct Key {
+    int evdev;
+    int virtualKey;
+};
+
+std::vector<Key> keys()
+{
+    std::vector<Key> all = {{96, 0x0D}}; // the keypad's Enter
+    QFile file(KEYS_FILE);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QStringList lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
+    for (const QString &line : lines) {
+        const QStringList cells = line.split('\t');
+        if (!line.startsWith("# ") && cells[4].toInt() + Offset <= LastOfServer)
+            all.push_back({cells[4].toInt(), cells[3].toInt(nullptr, 16)});
+    }
+    return all;
+}
+
+void run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    QVERIFY2(process.waitForFinished() && process.exitCode() == 0, qPrintable(process.errorString()));
+}
+
+// The server's number has two digits or more, since one digit is a key's name to the tool. Esc has one.
+QString serverKey(int evdev) { return evdev == 1 ? "Escape" : QString::number(evdev + Offset); }
+
+void down(int evdev) { run("xdotool", {"keydown", "--delay", "0", serverKey(evdev)}); }
+void up(int evdev) { run("xdotool", {"keyup", "--delay", "0", serverKey(evdev)}); }
+
+QString downText(int key) { return QString("+%1").arg(key, 0, 16); }
+QString upText(int key) { return QString("-%1").arg(key, 0, 16); }
+
+} // namespace
+
+class tst_RealKeys : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QLineEdit> field;
+    std::unique_ptr<KeySource> source;
+    QStringList log; // "+41" down, "-41" up, "*41" repeated
+
+    void layout(const char *name, int evdev, const char *typed)
+    {
+        run("setxkbmap", {name});
+        field->clear();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (down(evdev), up(evdev), QCoreApplication::processEvents(), field->text().endsWith(typed)),
+            10000);
+        log.clear();
+        field->clear();
+    }
+
+private slots:
+    void init()
+    {
+        field = std::make_unique<QLineEdit>();
+        field->show();
+        field->activateWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), field->windowHandle());
+        source = std::make_unique<KeySource>(KeySource::AltKeys::Known);
+        connect(source.get(), &KeySource::keyEvent, this, [this](int key, bool isDown, bool again) {
+            log += isDown && again ? QString("*%1").arg(key, 0, 16) : isDown ? downText(key) : upText(key);
+        });
+        source->start();
+        log.clear();
+    }
+    void cleanup()
+    {
+        source.reset();
+        field.reset();
+        run("setxkbmap", {"us"});
+    }
+
+    void everyKeyUnderEveryLayout_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<int>("evdev");
+        QTest::addColumn<QByteArray>("typed");
+        QTest::newRow("us") << QByteArray("us") << 21 << QByteArray("y");
+        QTest::newRow("de") << QByteArray("de") << 21 << QByteArray("z");
+        QTest::newRow("fr") << QByteArray("fr") << 16 << QByteArray("a");
+        QTest::newRow("ru") << QByteArray("ru") << 16 << QByteArray("й");
+    }
+    void everyKeyUnderEveryLayout()
+    {
+        QFETCH(QByteArray, name);
+        QFETCH(int, evdev);
+        QFETCH(QByteArray, typed);
+        layout(name, evdev, typed);
+        QStringList arguments, wanted;
+        const std::vector<Key> all = keys();
+        QCOMPARE(all.size(), std::size_t(104)); // of 104 rows one is beyond the server, one has two keys
+        for (const Key &key : all) {
+            arguments << "keydown"
+                      << "--delay"
+                      << "0" << serverKey(key.evdev);
+            arguments << "keyup"
+                      << "--delay"
+                      << "0" << serverKey(key.evdev);
+            wanted << downText(key.virtualKey) << upText(key.virtualKey);
+        }
+        run("xdotool", arguments);
+        QTRY_COMPARE(log.size(), wanted.size());
+        QCOMPARE(log, wanted);
+    }
+
+    // A dead key waits for the next one in a field; here it is a key like any other.
+    void deadKeys()
+    {
+        layout("de", 21, "z");
+        for (const int key : {Backtick, A}) {
+            down(key);
+            up(key);
+        }
+        QTRY_COMPARE(log, QStringList({"+c0", "-c0", "+41", "-41"}));
+    }
+
+    void theKeysStillReachTheField()
+    {
+        layout("us", 21, "y");
+        down(A);
+        up(A);
+        QTRY_COMPARE(field->text(), QString("a"));
+    }
+
+    void modifiersOfBothSides_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("us") << QByteArray("us");
+        QTest::newRow("de") << QByteArray("de"); // the right Alt chooses a third character
+    }
+    void modifiersOfBothSides()
+    {
+        QFETCH(QByteArray, name);
+        run("setxkbmap", {name});
+        for (const auto &pair : {std::pair(LeftShift, RightShift), std::pair(RightAlt, LeftAlt)}) {
+            down(pair.first);
+            down(pair.second);
+            up(pair.first);
+            up(pair.second);
+        }
+        QTRY_COMPARE(log, QStringList({"+a0", "+a1", "-a0", "-a1", "+a5", "+a4", "-a5", "-a4"}));
+    }
+
+    void aHeldKeyRepeats()
+    {
+        down(A);
+        QTRY_VERIFY(log.count("*41") >= 3);
+        up(A);
+        QTRY_VERIFY(log.contains("-41"));
+        QCOMPARE(log.first(), QString("+41"));
+        QCOMPARE(log.last(), QString("-41"));
+        QCOMPARE(log.count("+41"), 1);
+        QCOMPARE(log.count("-41"), 1);
+    }
+
+    void whatIsHeldGoesUpWhenAnotherProgramTakesTheKeyboard()
+    {
+        down(LeftShift);
+        down(A);
+        QTRY_VERIFY(log.contains("+41"));
+        QProcess other;
+        other.start(QCoreApplication::applicationFilePath(), {OtherWindow});
+        QTRY_COMPARE(log.mid(log.size() - 2), QStringList({"-41", "-a0"}));
+        log.clear();
+        up(A);
+        up(LeftShift);
+        down(A); // goes to the other program
+        up(A);
+        other.terminate();
+        QVERIFY(other.waitForFinished());
+        run("xdotool", {"windowfocus", QString::number(field->winId())});
+        QTRY_COMPARE(QGuiApplication::focusWindow(), field->windowHandle());
+        down(A);
+        up(A);
+        QTRY_COMPARE(log, QStringList({"+41", "-41"}));
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    qputenv("QT_XCB_GL_INTEGRATION", "none");
+    qputenv("QT_IM_MODULE", "compose");
+    QApplication application(argc, argv);
+    if (application.arguments().contains(OtherWindow)) {
+        QLineEdit other;
+        other.show();
+        other.activateWindow();
+        return application.exec();
+    }
+    tst_RealKeys test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_realkeys.moc"
