@@ -38,7 +38,7 @@ QByteArray takeItem(QByteArray &rest)
     const quint32 length = qFromBigEndian<quint32>(rest.constData());
     if (length > quint32(rest.size() - 4))
         return QByteArray();
-    const QByteArray item = rest.mid(4, int(length));
+    QByteArray item = rest.mid(4, int(length));
     rest.remove(0, 4 + int(length));
     return item;
 }

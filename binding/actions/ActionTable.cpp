@@ -172,8 +172,7 @@ const ActionRow *openerOf(Panel panel)
 
 QString actionText(const ActionRow &row, int language)
 {
-    const QString translated =
-        row.choices ? language::choice(row.choices, textKey(row), language) : QString();
+    QString translated = row.choices ? language::choice(row.choices, textKey(row), language) : QString();
     if (!translated.isEmpty())
         return translated;
     return row.text ? QString::fromUtf8(row.text) : QString::number(row.value);
