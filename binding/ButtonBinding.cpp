@@ -10,6 +10,8 @@
 #include "binding/actions/BindingDecoder.h"
 #include "binding/actions/BindingEncoder.h"
 #include "binding/actions/DefaultActions.h"
+#include "binding/dialogs/FireKey.h"
+#include "binding/dialogs/GroupKey.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
@@ -25,6 +27,7 @@ namespace
 {
 
 constexpr QPoint NoticeOffset{-100, -50};
+constexpr int FireButton = 10; // has the dialog's first values by default
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
 
@@ -67,7 +70,7 @@ void Buttoninterface::pointAt(std::size_t row)
 
 void Buttoninterface::preselect(int button)
 {
-    if (button >= KeyClass.size() || button >= KeyParamA.size())
+    if (button < 0 || button >= KeyClass.size() || button >= KeyParamA.size())
         return;
     const FlashDataMap record = DeviceRecord::copy();
     const uint8_t second = uint8_t(KeyParamB.value(button));
@@ -129,8 +132,9 @@ void Buttoninterface::choose(const ActionRow &row)
 {
     if (row.form == Form::Opener && row.shows != Panel::Macros)
         openPanel(row.shows);
-    else if (const auto action = encodeAction(row, sensor))
-        bindChosen(*action);
+    else if (row.form != Form::Fire)
+        if (const auto action = encodeAction(row, sensor))
+            bindChosen(*action);
 }
 
 void Buttoninterface::openPanel(Panel panel)
@@ -147,6 +151,40 @@ void Buttoninterface::bindChosen(const EncodedAction &action)
     if (button >= 0)
         bind(button, action);
     leaveFunctions();
+}
+
+void Buttoninterface::on_DPI_6_clicked()
+{
+    const int button = chosenButton();
+    if (!ButtonPageBusy && !CheckOnline()) {
+        leaveFunctions();
+        return;
+    }
+    functions->showPanel(Panel::Debounce);
+    const KeyBinding first = builtInAction(FireButton)->binding;
+    const bool isFire = KeyClass.value(button, -1) == FireKeyClass;
+    FireKey dialog;
+    dialog.setValues(isFire ? KeyParamA.value(button) : first.First,
+                     isFire ? KeyParamB.value(button) : first.Second);
+    dialog.openOver(this, InputDialogOffset);
+    if (!dialog.isAccepted()) {
+        preselect(button);
+        return;
+    }
+    FireInterval = dialog.interval();
+    FireCount = dialog.count();
+    bindChosen(encodeFireKey(FireInterval, FireCount));
+}
+
+void Buttoninterface::on_DPI_8_clicked()
+{
+    functions->showPanel(Panel::Debounce);
+    GroupKey dialog;
+    dialog.openOver(this, InputDialogOffset);
+    if (dialog.isAccepted())
+        bindChosen(encodeCombination(dialog.text()));
+    else
+        preselect(chosenButton());
 }
 
 bool Buttoninterface::bind(int button, const EncodedAction &action)

@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr QSize CaptionSize{344, 40};
-constexpr int BadgeSize = 24;
+constexpr int BadgeSize = 26;
 constexpr int Gap = 8;
 
 } // namespace

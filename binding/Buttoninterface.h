@@ -78,6 +78,8 @@ public slots:
     void on_Number11_clicked() { pointAt(10); }
     void on_Number12_clicked() { pointAt(11); }
 
+    void on_DPI_6_clicked(); // asks for the fire key's values first
+    void on_DPI_8_clicked(); // asks for the keys first
     void on_DPI_10_clicked();
     void slotButtonClicked(const QString &macro);
 
@@ -121,6 +123,7 @@ private:
     ButtonList *list = nullptr;
     FunctionPages *functions = nullptr;
     QList<int> KeyClass, KeyParamA, KeyParamB; // by button; the bytes of the record that shows
+    int FireInterval = 10, FireCount = 3;      // as last accepted
     SensorCodes sensor;                        // of the device that shows
     QString ConfigPrefix;                      // of each profile's name
     QString picture = QStringLiteral("mouse0.png");

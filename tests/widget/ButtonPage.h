@@ -21,9 +21,9 @@ struct Row {
 };
 // In the order in which everything walks the buttons.
 constexpr Row ButtonPageRows[] = {
-    {0, "FireKey", "Number1", 0},     {1, "RightKey", "Number2", 20},   {2, "BackKey", "Number3", 40},
-    {4, "StartPause", "Number4", 60}, {3, "TopMusic", "Number5", 80},   {5, "BackMusic", "Number6", 100},
-    {6, "Button7", "Number7", 120},   {7, "Button8", "Number8", 140},   {8, "Button9", "Number9", 160},
+    {0, "FireKey", "Number1", 0},     {1, "RightKey", "Number2", 20},    {2, "BackKey", "Number3", 40},
+    {4, "StartPause", "Number4", 60}, {3, "TopMusic", "Number5", 80},    {5, "BackMusic", "Number6", 100},
+    {6, "Button7", "Number7", 120},   {7, "Button8", "Number8", 140},    {8, "Button9", "Number9", 160},
     {9, "Button10", "Number10", 180}, {10, "Button11", "Number11", 200}, {11, "Button12", "Number12", 220},
 };
 
@@ -51,7 +51,7 @@ public:
     // What a mouse does when it is new.
     static FlashDataMap plainRecord()
     {
-        constexpr KeyBinding Plain[] = {{1, 1, 0}, {1, 2, 0}, {1, 4, 0}, {1, 8, 0},   {1, 16, 0}, {2, 1, 0},
+        constexpr KeyBinding Plain[] = {{1, 1, 0}, {1, 2, 0}, {1, 4, 0}, {1, 8, 0}, {1, 16, 0}, {2, 1, 0},
                                         {2, 2, 0}, {2, 3, 0}, {7, 0, 0}, {7, 0, 0}, {4, 10, 3}, {0, 0, 0}};
         FlashDataMap map{};
         std::copy(std::begin(Plain), std::end(Plain), map.KeyBindings);

@@ -230,9 +230,9 @@ private slots:
     {
         page().show(ButtonPage::plainRecord());
         QCOMPARE(captions(),
-                 QStringList({"Left button", "Right button", "Middle button", "Forward button",
-                              "Back button", "Next DPI stage", "DPI+", "DPI-", "Switch report rate",
-                              "Switch report rate", "Rapid fire", "Disabled"}));
+                 QStringList({"Left button", "Right button", "Middle button", "Forward button", "Back button",
+                              "Next DPI stage", "DPI+", "DPI-", "Switch report rate", "Switch report rate",
+                              "Rapid fire", "Disabled"}));
     }
 
     void aButtonAboveTheModelsKeepsItsCaption()
@@ -393,9 +393,18 @@ private slots:
         QCOMPARE(sleep[0][0].toInt(), 60);
         QCOMPARE(page().form.findChild<QComboBox *>("Debunce")->currentIndex(), 0);
         QCOMPARE(captions(), before);
-        const char *const checked[] = {"", "RightKey_3", "MidKey", "ForWardKey", "BackKey_2",
-                                       "DPI_7 VolumeUp_8", "DPI_7 VolumeUp_9", "DPI_7 VolumeUp_10",
-                                       "DPI_2", "DPI_2", "DPI_6", "DPI_5"};
+        const char *const checked[] = {"",
+                                       "RightKey_3",
+                                       "MidKey",
+                                       "ForWardKey",
+                                       "BackKey_2",
+                                       "DPI_7 VolumeUp_8",
+                                       "DPI_7 VolumeUp_9",
+                                       "DPI_7 VolumeUp_10",
+                                       "DPI_2",
+                                       "DPI_2",
+                                       "DPI_6",
+                                       "DPI_5"};
         for (int row = 1; row < 12; ++row) {
             page().click(ButtonPageRows[row].caption);
             QCOMPARE(checkedWidgets(), checked[row]);
@@ -408,9 +417,9 @@ private slots:
     void textsComeFromTheLanguage()
     {
         const std::pair<const char *, const char *> texts[] = {
-            {"OutputData", "Export"}, {"ImportData", "Import"},     {"DPI_2", "Switch report rate"},
-            {"DPI_9", "Lighting"},    {"DPI_12", "Media"},          {"Mute", "Stop"},
-            {"Player", "Media player"}, {"VolumeDown_5", "Email"},  {"VolumeUp_21", "1200"},
+            {"OutputData", "Export"},   {"ImportData", "Import"},  {"DPI_2", "Switch report rate"},
+            {"DPI_9", "Lighting"},      {"DPI_12", "Media"},       {"Mute", "Stop"},
+            {"Player", "Media player"}, {"VolumeDown_5", "Email"}, {"VolumeUp_21", "1200"},
             {"Number10", "10"},
         };
         for (const auto &[name, text] : texts)

@@ -16,6 +16,7 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
+#include <QScrollArea>
 #include <QStackedWidget>
 #include <QToolButton>
 
@@ -41,12 +42,23 @@ bool isControl(const QWidget *widget)
            widget->focusPolicy() != Qt::NoFocus;
 }
 
+// What a list has scrolled away is neither seen nor in the way.
+bool isScrolledAway(const QWidget *widget) { return widget->visibleRegion().isEmpty(); }
+
+bool isInList(const QWidget *widget)
+{
+    for (const QWidget *each = widget->parentWidget(); each; each = each->parentWidget())
+        if (qobject_cast<const QScrollArea *>(each))
+            return true;
+    return false;
+}
+
 QStringList faults(QWidget *window)
 {
     QStringList found;
     QList<QWidget *> controls;
     for (QWidget *widget : window->findChildren<QWidget *>()) {
-        if (!widget->isVisible())
+        if (!widget->isVisible() || isScrolledAway(widget))
             continue;
         if (const auto *label = qobject_cast<QLabel *>(widget))
             if (!textFits(label->text(), label, label->wordWrap(), 0))
@@ -57,7 +69,8 @@ QStringList faults(QWidget *window)
         if (const auto *box = qobject_cast<QComboBox *>(widget))
             if (!textFits(box->currentText(), box, false, 36))
                 found << "cut: " + place(widget);
-        if (!window->rect().contains(QRect(widget->mapTo(window, QPoint()), widget->size())))
+        if (!isInList(widget) &&
+            !window->rect().contains(QRect(widget->mapTo(window, QPoint()), widget->size())))
             found << "outside: " + place(widget);
         if (isControl(widget))
             controls << widget;
