@@ -37,7 +37,13 @@ inline void eachButtonRow()
 class ButtonPage
 {
 public:
-    ButtonPage() { form.show(); }
+    // The page's worker begins with no device, so one is selected behind it.
+    ButtonPage()
+    {
+        FakeHidUsb::instance().addDevice(fixture::device("dev", 6, Receiver8K));
+        fixture::select(fixture::info("dev", Receiver8K));
+        form.show();
+    }
 
     // A model with twelve buttons, one with six, one with a sensor of a table that is missing here.
     static QByteArray catalogue()

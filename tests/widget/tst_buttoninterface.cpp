@@ -110,8 +110,6 @@ private slots:
     void init()
     {
         fixture::clean();
-        FakeHidUsb::instance().addDevice(fixture::device("dev", 6, Receiver8K));
-        fixture::select(fixture::info("dev", Receiver8K));
         made = std::make_unique<ButtonPage>();
     }
     void cleanup() { made.reset(); }
@@ -308,6 +306,7 @@ private slots:
             for (int k = 0; k < 400; ++k)
                 bytes[random() % sizeof map] = uint8_t(random());
             page().form.SlotUpDataButtonUIB(map);
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the macros' old buttons
         }
         QVERIFY(FakeHidUsb::instance().updates().empty());
         QVERIFY(!ButtonPageBusy);
