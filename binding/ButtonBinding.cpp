@@ -48,7 +48,7 @@ bool isMacro(const FlashDataMap &map, int button) { return map.KeyBindings[butto
 void Buttoninterface::openRow(std::size_t row)
 {
     const QString left = leftText();
-    if (list->caption(row)->text() == left && list->countOf(left) == 1) {
+    if (list->isShown(row) && list->caption(row)->text() == left && list->countOf(left) == 1) {
         showButtons();
         functions->showPanel(Panel::Debounce);
         list->uncheckAll();
