@@ -107,7 +107,8 @@ constexpr char Slider[] =
     "QSlider::handle:horizontal:pressed{border-color: rgb(%1);background: rgb(%1);}"
     "QSlider::sub-page:horizontal:disabled{background: rgba(%4,90);}"
     "QSlider::handle:horizontal:disabled{border-color: rgb(%4);background: rgb(%3);}";
-constexpr char EmptySlider[] = "QLabel{border-radius: 2px;background: rgba(%1,40);}";
+constexpr char EmptySlider[] = "QLabel{margin: 10px 0px;border-radius: 2px;background: rgba(%1,40);}";
+constexpr char Caption[] = "QLabel{color: rgb(%1);}QLabel:disabled{color: rgb(%2);}";
 constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                             "border-radius: 6px;padding: 0px 8px;}";
@@ -245,6 +246,8 @@ QString slider()
 }
 
 QString emptySlider() { return compose(EmptySlider, {}, {color("LinEditColorSecond")}); }
+
+QString caption() { return compose(Caption, {}, {color("LabelColor"), color("LinEditColorSecond")}); }
 
 QString readout() { return compose(Readout, {}, {color("LabelColor")}); }
 

@@ -62,8 +62,10 @@ QString hairline(const QString &color, int opacity);
 QString switchButton(const QString &folder);
 // A horizontal slider whose way so far is filled.
 QString slider();
-// What stands in the place of such a slider that has nothing to set.
+// What stands in the place of such a slider of 24 pixels that has nothing to set.
 QString emptySlider();
+// What a control is called, dim while there is nothing to set.
+QString caption();
 // A number beside a slider.
 QString readout();
 // A field to type in.

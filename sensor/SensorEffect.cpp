@@ -37,8 +37,8 @@ int brightnessOf(uint8_t code)
 SensorEffect::SensorEffect(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::SensorEffect>())
 {
     ui->setupUi(this);
-    speed = {ui->SpeedH, ui->SpeedSpinBox, ui->SpeedPlaceholder, Breathing};
-    light = {ui->LightH, ui->LightSpinBox, ui->LightPlaceholder, Steady};
+    speed = {ui->speedCaption, ui->SpeedH, ui->SpeedSpinBox, ui->SpeedPlaceholder, Breathing};
+    light = {ui->lightCaption, ui->LightH, ui->LightSpinBox, ui->LightPlaceholder, Steady};
     showMode(Off);
     onFirstShow(this, [this] { dress(); });
 }
@@ -47,11 +47,10 @@ SensorEffect::~SensorEffect() = default;
 
 void SensorEffect::dress()
 {
-    const QString labelColor = style::color("LabelColor");
-    for (QLabel *label : {ui->title, ui->lightCaption, ui->speedCaption})
-        label->setStyleSheet(style::label(labelColor));
+    ui->title->setStyleSheet(style::label(style::color("LabelColor")));
     dressComboBox(ui->Model, style::pictureFolder(QStringLiteral("Sensor")));
     for (const Scale &scale : {speed, light}) {
+        scale.caption->setStyleSheet(style::caption());
         scale.slider->setStyleSheet(style::slider());
         scale.spinBox->setStyleSheet(style::readout());
         scale.placeholder->setStyleSheet(style::emptySlider());
@@ -64,6 +63,7 @@ void SensorEffect::showMode(int mode)
 {
     for (const Scale &scale : {speed, light}) {
         const bool shown = scale.shownInMode == mode;
+        scale.caption->setEnabled(shown);
         scale.slider->setVisible(shown);
         scale.spinBox->setVisible(shown);
         scale.placeholder->setVisible(!shown);

@@ -51,6 +51,7 @@ public slots:
 
 private:
     struct Scale {
+        QLabel *caption;
         QSlider *slider;
         QSpinBox *spinBox;
         QLabel *placeholder;

@@ -67,7 +67,11 @@ void SensorRate::dress()
 
 SensorRate::~SensorRate() = default;
 
-void SensorRate::setTitle(const QString &title) { ui->label->setText(title); }
+void SensorRate::setTitle(const QString &title)
+{
+    if (!title.isEmpty())
+        ui->label->setText(title);
+}
 
 void SensorRate::SetRate(int index)
 {

@@ -48,6 +48,7 @@ public:
 
     void SetRate(int index);
     void SetRateVisibility(int level);
+    // An empty text leaves the one of the form.
     void setTitle(const QString &title);
     QToolButton *button(int index) const { return buttons[std::size_t(index)]; }
 

@@ -12,6 +12,7 @@
 namespace
 {
 
+constexpr int TipGap = 4;                              // pixels
 constexpr int TipColumns[] = {0, 1, 1, 2, 3, 3, 3, 3}; // of tipX, by language
 
 } // namespace
@@ -23,6 +24,7 @@ SwitchPanel::SwitchPanel(const SwitchRow &rowOfPanel, QWidget *parent)
     ui->button->setObjectName(QLatin1String(row.buttonName));
     ui->caption->setText(QString::fromUtf8(row.defaultCaption));
     ui->button->setAccessibleName(ui->caption->text());
+    placeTip(row.tipX[0]);
     onFirstShow(this, [this] { dress(); });
 }
 
@@ -61,5 +63,12 @@ void SwitchPanel::SlotAllLanguage(int index)
     }
     setTip(ui->tip, ui->button, text(Section::sensor, row.tipKey, index));
     if (index >= 0 && index < int(std::size(TipColumns)))
-        ui->tip->move(row.tipX[TipColumns[index]], ui->tip->y());
+        placeTip(row.tipX[TipColumns[index]]);
+}
+
+// The caption ends where the tip begins.
+void SwitchPanel::placeTip(int x)
+{
+    ui->tip->move(x, ui->tip->y());
+    ui->caption->resize(x - TipGap - ui->caption->x(), ui->caption->height());
 }

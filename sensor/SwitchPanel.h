@@ -44,6 +44,7 @@ protected:
 
 private:
     void dress();
+    void placeTip(int x);
 
     const SwitchRow &row;
     std::unique_ptr<Ui::SwitchPanel> ui;

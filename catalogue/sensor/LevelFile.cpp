@@ -15,7 +15,7 @@ QString levelFilePath() { return dataRoot() + QStringLiteral("/usersetting/Senso
 int LoadDpiStageCount()
 {
     const QByteArray content = readFile(levelFilePath(), LevelFileLimit).value_or(QByteArray());
-    const QByteArray line = content.left(content.indexOf('\n')).trimmed();
+    const QByteArray line = content.split('\n').first().trimmed();
     return line.isEmpty() ? 1 : line.toInt();
 }
 

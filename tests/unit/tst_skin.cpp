@@ -130,6 +130,9 @@ void tst_skin::sizes_data()
     row("Sensor/MaxA", 68, 70);
     row("Sensor/MinB", 50, 12);
     row("Sensor/MaxB", 66, 14);
+    for (const char *state : {"Open", "OpenHover", "OpenClick", "Close", "CloseHover", "CloseClick"})
+        row(qPrintable(QStringLiteral("Sensor/") + QLatin1String(state)), 44, 24);
+    row("Light/Title", 24, 24);
     row("WarningDialog/BackGround", 360, 200);
     row("WarningDialog/Confirm", 120, 36);
     for (const char *page : {"Buttoninterface", "Light", "Macro", "FormSetting", "Advanced"})
@@ -149,8 +152,8 @@ void tst_skin::statesDifferByMoreThanHue_data()
     const QStringList checked{QString(), QStringLiteral("Hover"), QStringLiteral("Checked")};
     for (const char *stem :
          {"Dialog/Close", "Dialog/Min", "Dialog/UpArrow", "DialogChange/Close", "DialogChange/Min",
-          "DialogChange/Confirm", "Sensor/Reduce", "Sensor/Add", "Sensor/RateButton", "WarningDialog/Close",
-          "WarningDialog/Confirm", "WarningDialog/Cancel"})
+          "DialogChange/Confirm", "Sensor/Reduce", "Sensor/Add", "Sensor/RateButton", "Sensor/Open",
+          "Sensor/Close", "WarningDialog/Close", "WarningDialog/Confirm", "WarningDialog/Cancel"})
         QTest::newRow(stem) << three;
     for (const char *stem :
          {"Dialog/NavButton", "Dialog/ButtonMain", "Dialog/SensorButton", "Dialog/MacroButton",
@@ -160,6 +163,7 @@ void tst_skin::statesDifferByMoreThanHue_data()
     QTest::newRow("DialogChange/Right") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("Sensor/RateButton checked")
         << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check")};
+    QTest::newRow("Sensor/ switches") << QStringList{QStringLiteral("Open"), QStringLiteral("Close")};
     for (const char *stem : {"DialogChange/CheckBox", "Sensor/CheckBox"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Check")};
     for (const char *stem : {"DialogChange/Menu", "Sensor/Menu"})

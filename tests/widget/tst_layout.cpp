@@ -151,6 +151,43 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // Each model's page, and each panel that a button can open.
+    void bindingPage_data()
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<QString>("opener");
+        for (int model = 0; model < 4; ++model)
+            QTest::addRow("model %d", model) << model << QString();
+        for (const char *opener :
+             {"MidKey", "DPI_12", "DPI_4", "DPI_9", "DPI_7", "DPI_11", "DPI_13", "DPI_10"})
+            QTest::newRow(opener) << 1 << QString(opener);
+    }
+    void bindingPage()
+    {
+        QFETCH(int, model);
+        QFETCH(QString, opener);
+        fake.setDevices({shipped("dev", "0x0005", uint8_t(6 + model), Receiver8K)});
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("dev", Receiver8K, model));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        emit PostMsg::instance()->SigMouseIndex(6 + model);
+        FlashDataMap map{};
+        map.KeyBindings[0] = map.KeyBindings[1] = {1, 1, 0};
+        map.KeyBindings[2] = {6, 2, 1};
+        qstrncpy(map.MacroBlocks[2].Name, "Reload", MacroNameSize);
+        DeviceRecord::edit([&](FlashDataMap &record) { record = map; });
+        emit PostMsg::instance()->SigUpDataButtonUIC(map);
+        const auto click = [&](const char *name) { window.findChild<QToolButton *>(name)->click(); };
+        if (!opener.isEmpty())
+            click("RightKey");
+        if (opener.startsWith("DPI"))
+            click(opener.toLatin1());
+        check(&window);
+        QTRY_VERIFY(fake.idle());
+    }
+
     void notices()
     {
         LoadLanguageTables();

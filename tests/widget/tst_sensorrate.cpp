@@ -6,6 +6,7 @@
 #include "sensor/SensorRate.h"
 #include "tests/widget/Fixture.h"
 
+#include <QLabel>
 #include <QToolButton>
 
 class tst_SensorRate : public QObject
@@ -176,6 +177,14 @@ private slots:
         QVERIFY(SensorPageLoaded);
         QVERIFY(!SensorPageBusy);
         QCOMPARE(checkedIndex(), Rate1000);
+    }
+
+    void titleOfALanguageThatLacksIt()
+    {
+        auto *title = panel()->findChild<QLabel *>("label");
+        panel()->setTitle("Report rate");
+        panel()->setTitle(QString());
+        QCOMPARE(title->text(), QString("Report rate"));
     }
 
     void withoutDeviceAndImageItShows1000()
