@@ -112,18 +112,24 @@ constexpr char Caption[] = "QLabel{color: rgb(%1);}QLabel:disabled{color: rgb(%2
 constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                             "border-radius: 6px;padding: 0px 8px;}";
-constexpr char LineEditFocus[] = "QLineEdit:focus{border: 2px solid rgb(%1);padding: 0px 7px;}";
+// The marks are backgrounds, since a dense screen gets its double pictures for these alone.
 constexpr char SpinBox[] =
     "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);border-radius: 6px;"
-    "padding: 0px 24px 0px 8px;}"
-    "QSpinBox:focus{border: 2px solid rgb(%4);padding: 0px 23px 0px 7px;}"
-    "QSpinBox::up-button{subcontrol-origin: border;subcontrol-position: top right;width: 28px;border: 0px;}"
-    "QSpinBox::down-button{subcontrol-origin: border;subcontrol-position: bottom right;width: 28px;"
-    "border: 0px;}"
-    "QSpinBox::up-arrow{image: url(%PUp.png);}QSpinBox::down-arrow{image: url(%PDown.png);}"
-    "QSpinBox::up-arrow:hover{image: url(%PUpHover.png);}QSpinBox::down-arrow:hover{image: "
-    "url(%PDownHover.png);}"
-    "QSpinBox::up-arrow:off{image: url(%PUpOff.png);}QSpinBox::down-arrow:off{image: url(%PDownOff.png);}";
+    "padding: 0px 28px 0px 8px;}"
+    "QSpinBox::up-button,QSpinBox::down-button{subcontrol-origin: border;width: 28px;border: 0px;"
+    "background-position: center;background-repeat: no-repeat;}"
+    "QSpinBox::up-button{subcontrol-position: top right;background-image: url(%PUp.png);}"
+    "QSpinBox::down-button{subcontrol-position: bottom right;background-image: url(%PDown.png);}"
+    "QSpinBox::up-button:hover{background-image: url(%PUpHover.png);}"
+    "QSpinBox::down-button:hover{background-image: url(%PDownHover.png);}"
+    "QSpinBox::up-button:off{background-image: url(%PUpOff.png);}"
+    "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
+    "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}";
+constexpr char CheckBoxMarks[] =
+    "QCheckBox::indicator{width: 18px;height: 18px;background-position: center;"
+    "background-repeat: no-repeat;}"
+    "QCheckBox::indicator:checked{image: none;background-image: url(%PCheckBoxCheck.png);}"
+    "QCheckBox::indicator:unchecked{image: none;background-image: url(%PCheckBox.png);}";
 
 } // namespace
 
@@ -257,13 +263,12 @@ QString lineEdit()
                    {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
 }
 
-QString lineEditFocus() { return compose(LineEditFocus, {}, {color("SliderColor")}); }
-
 QString spinBox(const QString &folder)
 {
     return compose(SpinBox, folder,
-                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond"),
-                    color("SliderColor")});
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
 }
+
+QString checkBoxMarks(const QString &folder) { return compose(CheckBoxMarks, folder, {}); }
 
 } // namespace style

@@ -33,6 +33,8 @@ QString tile(const QString &folder, const QString &name);
 // Goes behind the sheet of a tile: the pointer is over it.
 QString tileHover();
 QString checkBox(const QString &folder, const QString &color);
+// Goes behind the sheet of a check box: its pictures, sharp on a dense screen too.
+QString checkBoxMarks(const QString &folder);
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor);
 QString comboList(const QString &selectColor);
 QString sectionTitle(const QString &folder, const QString &objectName);
@@ -70,8 +72,6 @@ QString caption();
 QString readout();
 // A field to type in.
 QString lineEdit();
-// Goes behind the sheet of such a field, where it matters that it has the keyboard.
-QString lineEditFocus();
 // A number to type or to step: "Up" and "Down".
 QString spinBox(const QString &folder);
 

@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "tour/Gallery.h"
 
+#include "binding/dialogs/AddDelayTime.h"
+#include "binding/dialogs/FireKey.h"
+#include "binding/dialogs/GroupKey.h"
+#include "binding/dialogs/addKey.h"
 #include "catalogue/AttachedDevices.h"
 #include "device/DeviceState.h"
 #include "emulator/Control.h"
@@ -15,18 +19,29 @@
 namespace
 {
 
-using Maker = std::function<std::unique_ptr<NoticeDialog>()>;
+using Maker = std::function<std::unique_ptr<NoticeWindow>()>;
 
 template <typename Notice> Maker maker()
 {
     return [] { return std::make_unique<Notice>(); };
 }
 
-std::unique_ptr<NoticeDialog> updateWarning()
+std::unique_ptr<NoticeWindow> updateWarning()
 {
     auto warning = std::make_unique<UpDateWarning>();
     warning->setText(language::text(language::Section::home, "WiredMode", LanguageIndex));
     return warning;
+}
+
+// A key dialog with keys that were pressed, by their virtual keys.
+template <typename Dialog> Maker withKeys(std::vector<int> keys)
+{
+    return [keys = std::move(keys)] {
+        auto dialog = std::make_unique<Dialog>();
+        for (const int key : keys)
+            dialog->UpdateCapslockTip(key, true, false);
+        return dialog;
+    };
 }
 
 const std::pair<const char *, Maker> Notices[] = {
@@ -45,6 +60,10 @@ const std::pair<const char *, Maker> Notices[] = {
     {"RePair", maker<RePair>()},
     {"UpDataParam", maker<UpDataParam>()},
     {"QuestionDialog", [] { return std::make_unique<QuestionDialog>(QuestionDialog::Mode::Rename); }},
+    {"GroupKey", withKeys<GroupKey>({0x09, 0x70})},
+    {"FireKey", maker<FireKey>()},
+    {"addKey", withKeys<addKey>({0xA3})},
+    {"AddDelayTime", maker<AddDelayTime>()},
 };
 
 void order(const QString &line)
@@ -62,7 +81,7 @@ Gallery::Gallery(QWidget &shown, const QString &folder) : window(shown), screens
 // A notice alone, or the window with what stands in front of it.
 void Gallery::save(const QString &name) const
 {
-    const NoticeDialog *notice = windows::shown<NoticeDialog>();
+    const NoticeWindow *notice = windows::shown<NoticeWindow>();
     const bool alone = notice && !notice->isModal();
     const QRect area = alone ? notice->frameGeometry() : window.frameGeometry();
     QGuiApplication::primaryScreen()
@@ -122,7 +141,7 @@ void Gallery::shootDevicePage()
 void Gallery::shootNotices()
 {
     for (const auto &row : Notices) {
-        const auto notice = std::make_shared<std::unique_ptr<NoticeDialog>>();
+        const auto notice = std::make_shared<std::unique_ptr<NoticeWindow>>();
         script.step(
             row.first, [] { return true; },
             [this, notice, &row] {

@@ -9,8 +9,6 @@
 
 #include <QDir>
 
-class NoticeDialog;
-
 class Gallery
 {
 public:

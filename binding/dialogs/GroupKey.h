@@ -28,6 +28,9 @@ public:
 
 public slots:
     void UpdateCapslockTip(int keyCode, bool downOrUp, bool aotu) override;
+
+public:
+    // No slot of its own: the form would connect the button to it twice.
     void on_NewHong_clicked() override;
 
 protected:

@@ -65,11 +65,11 @@ void InputDialog::dress()
     for (auto *label : findChildren<QLabel *>())
         label->setStyleSheet(style::label(inkColor));
     for (auto *box : findChildren<QCheckBox *>())
-        box->setStyleSheet(style::checkBox(folder, inkColor));
+        box->setStyleSheet(style::checkBox(folder, inkColor) + style::checkBoxMarks(folder));
     for (auto *box : findChildren<QSpinBox *>())
         box->setStyleSheet(style::spinBox(folder));
     if (auto *field = findChild<QLineEdit *>(QStringLiteral("lineEdit")))
-        field->setStyleSheet(style::lineEdit() + style::lineEditFocus());
+        field->setStyleSheet(style::lineEdit());
     auto *frame = findChild<QFrame *>(QString(), Qt::FindDirectChildrenOnly);
     frame->setStyleSheet(style::dialogBackground(folder, frame->objectName()));
 }

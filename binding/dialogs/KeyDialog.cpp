@@ -25,7 +25,8 @@ void KeyDialog::finishKeyForm()
     finishForm();
     findChild<KeyField *>()->setFocus();
     connect(&source, &KeySource::keyEvent, this, &KeyDialog::take);
-    connect(qApp, &QApplication::focusChanged, this,
+    // The source ends before the window does, which gives the focus away while it is destroyed.
+    connect(qApp, &QApplication::focusChanged, &source,
             [this](const QWidget *, const QWidget *focused) { follow(focused); });
     source.start();
 }

@@ -15,5 +15,11 @@ public:
     using MyLineEdit::MyLineEdit;
 
 protected:
+    // A selection would say that the next key replaces what stands there.
+    void focusInEvent(QFocusEvent *event) override
+    {
+        MyLineEdit::focusInEvent(event);
+        deselect();
+    }
     bool focusNextPrevChild(bool next) override { return next || MyLineEdit::focusNextPrevChild(false); }
 };

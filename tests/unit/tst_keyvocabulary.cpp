@@ -4,8 +4,8 @@
 // Every code, kind, virtual key and name through each conversion, against tests/data/keys.tsv and the
 // deviations as they are listed here.
 #include "binding/keys/KeyVocabulary.h"
+#include "tests/support/KeysFile.h"
 
-#include <QFile>
 #include <QtTest>
 #include <cstring>
 #include <set>
@@ -17,41 +17,15 @@ constexpr int CodeEnd = 0x200;
 constexpr int KindEnd = 5;
 constexpr int ModifierKind = 0, OrdinaryKind = 1, MouseKind = 4;
 
-struct Expected {
-    QString name;
-    int kind;
-    QString codeText;
-    int virtualKey;
-    int evdev;
-
-    int code() const { return codeText.toInt(nullptr, 16); }
-};
-
-std::vector<Expected> readTable()
+const std::vector<ExpectedKey> &table()
 {
-    std::vector<Expected> rows;
-    QFile file(KEYS_FILE);
-    if (!file.open(QIODevice::ReadOnly))
-        return rows;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
-    for (const QString &line : lines) {
-        const QStringList cells = line.split('\t');
-        if (cells.size() == 5 && !line.startsWith("# "))
-            rows.push_back(
-                {cells[0], cells[1].toInt(), cells[2], cells[3].toInt(nullptr, 16), cells[4].toInt()});
-    }
-    return rows;
-}
-
-const std::vector<Expected> &table()
-{
-    static const std::vector<Expected> rows = readTable();
+    static const std::vector<ExpectedKey> rows = readKeysFile();
     return rows;
 }
 
 QString ordinaryName(int code)
 {
-    for (const Expected &row : table())
+    for (const ExpectedKey &row : table())
         if (row.kind == OrdinaryKind && row.code() == code)
             return row.name;
     return {};
@@ -128,7 +102,7 @@ class tst_KeyVocabulary : public QObject
     // A name's kind and code by the expected table, where the first row of a name counts.
     static std::pair<int, int> kindAndCode(const QString &name)
     {
-        for (const Expected &row : table())
+        for (const ExpectedKey &row : table())
             if (row.name == name)
                 return {row.kind, row.code()};
         return {-1, -1};
@@ -140,8 +114,8 @@ private slots:
 
     void virtualKeys()
     {
-        std::map<int, Expected> rows;
-        for (const Expected &row : table())
+        std::map<int, ExpectedKey> rows;
+        for (const ExpectedKey &row : table())
             rows[row.virtualKey] = row;
         QCOMPARE(rows.size(), std::size_t(104));
         for (int key = -1; key < CodeEnd; ++key) {
@@ -157,7 +131,7 @@ private slots:
     void physicalKeys()
     {
         std::map<int, int> rows = {{96, 0x0D}}; // the keypad's Enter
-        for (const Expected &row : table())
+        for (const ExpectedKey &row : table())
             rows[row.evdev] = row.virtualKey;
         QCOMPARE(rows.size(), std::size_t(105));
         std::set<int> unnamed;
@@ -177,7 +151,7 @@ private slots:
         for (int code = 0; code < CodeEnd; ++code)
             for (int kind = 0; kind < KindEnd; ++kind) {
                 QString wanted;
-                for (const Expected &row : table())
+                for (const ExpectedKey &row : table())
                     if (row.kind == kind && row.codeText == hexText(code))
                         wanted = row.name;
                 if (kind == MouseKind && MouseBits.count(code))

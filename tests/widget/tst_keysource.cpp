@@ -5,9 +5,9 @@
 // what it leaves alone. The window is no real one; the events are made here.
 #include "binding/keys/KeyVocabulary.h"
 #include "binding/keysource/KeySource.h"
+#include "tests/support/KeysFile.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLineEdit>
 #include <QtTest>
 
@@ -88,16 +88,9 @@ private slots:
     {
         QTest::addColumn<int>("evdev");
         QTest::addColumn<int>("virtualKey");
-        QFile file(KEYS_FILE);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QStringList lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
-        for (const QString &line : lines) {
-            const QStringList cells = line.split('\t');
-            if (line.startsWith("# "))
-                continue;
-            QTest::addRow("%s %s", qPrintable(cells[2]), qPrintable(cells[0]))
-                << cells[4].toInt() << cells[3].toInt(nullptr, 16);
-        }
+        for (const ExpectedKey &key : readKeysFile())
+            QTest::addRow("%s %s", qPrintable(key.codeText), qPrintable(key.name))
+                << key.evdev << key.virtualKey;
         QTest::newRow("keypad's Enter") << KeypadEnter << 0x0D;
     }
     void everyKeyByItsPlace()

@@ -5,6 +5,10 @@
 // and skin: no text is cut, no control stands on another, and each that can be used has a name.
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
+#include "binding/dialogs/AddDelayTime.h"
+#include "binding/dialogs/FireKey.h"
+#include "binding/dialogs/GroupKey.h"
+#include "binding/dialogs/addKey.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -217,6 +221,21 @@ private slots:
         shown(std::move(warning));
         shown(ExeIsRun());
         shown(UpDataParam());
+    }
+
+    void inputDialogs()
+    {
+        LoadLanguageTables();
+        const auto shown = [](InputDialog &&dialog) {
+            dialog.show();
+            check(&dialog);
+            emit PostMsg::instance()->SigAllLanguage(99); // the forms' own texts
+            check(&dialog);
+        };
+        shown(GroupKey());
+        shown(FireKey());
+        shown(addKey());
+        shown(AddDelayTime());
     }
 };
 

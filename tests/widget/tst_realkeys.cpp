@@ -4,9 +4,9 @@
 // A key source on a real X server: keys that come from outside, under several layouts, held down, and with
 // the keyboard taken away.
 #include "binding/keysource/KeySource.h"
+#include "tests/support/KeysFile.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QLineEdit>
 #include <QProcess>
 #include <QtTest>
@@ -27,15 +27,9 @@ struct Key {
 std::vector<Key> keys()
 {
     std::vector<Key> all = {{96, 0x0D}}; // the keypad's Enter
-    QFile file(KEYS_FILE);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QStringList lines = QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
-    for (const QString &line : lines) {
-        const QStringList cells = line.split('\t');
-        if (!line.startsWith("# ") && cells[4].toInt() + Offset <= LastOfServer)
-            all.push_back({cells[4].toInt(), cells[3].toInt(nullptr, 16)});
-    }
+    for (const ExpectedKey &key : readKeysFile())
+        if (key.evdev + Offset <= LastOfServer)
+            all.push_back({key.evdev, key.virtualKey});
     return all;
 }
 

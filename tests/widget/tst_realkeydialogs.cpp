@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The key dialogs with a real keyboard on a real X server, from the keys to the result and without a mouse.
+#include "binding/dialogs/GroupKey.h"
+#include "binding/dialogs/KeyField.h"
+#include "binding/dialogs/addKey.h"
+#include "presentation/Notices.h"
+#include "presentation/language/LanguageTables.h"
+#include "tests/widget/Fixture.h"
+
+#include <QCheckBox>
+#include <QProcess>
+#include <QWindow>
+
+namespace
+{
+
+void press(const QStringList &keys)
+{
+    QProcess process;
+    process.start("xdotool", QStringList{"key", "--delay", "0"} + keys);
+    QVERIFY2(process.waitForFinished() && process.exitCode() == 0, qPrintable(process.errorString()));
+}
+
+QString field(const QWidget &dialog) { return dialog.findChild<KeyField *>()->text(); }
+
+} // namespace
+
+class tst_RealKeyDialogs : public QObject
+{
+    Q_OBJECT
+
+    QWidget page;
+
+    void open(NoticeWindow &dialog)
+    {
+        dialog.placeOver(&page);
+        dialog.open();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), dialog.windowHandle());
+    }
+
+private slots:
+    void initTestCase()
+    {
+        page.resize(883, 630);
+        page.show();
+        page.activateWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), page.windowHandle());
+    }
+
+    void aCombinationWithoutAMouse()
+    {
+        GroupKey dialog;
+        open(dialog);
+        press({"Return", "Tab"});
+        QTRY_COMPARE(field(dialog), QString("Enter+Tab"));
+        press({"shift+Tab"});
+        QTRY_VERIFY(dialog.focusWidget() != dialog.findChild<KeyField *>());
+        auto *win = dialog.findChild<QCheckBox *>("Win");
+        for (int i = 0; i < 8 && dialog.focusWidget() != win; ++i) {
+            const QWidget *before = dialog.focusWidget();
+            press({"shift+Tab"});
+            QTRY_VERIFY(dialog.focusWidget() != before);
+        }
+        press({"space", "Return"});
+        QTRY_VERIFY(!dialog.isVisible());
+        QVERIFY(dialog.isAccepted());
+        QCOMPARE(dialog.text(), QString("Win+Enter+Tab"));
+    }
+
+    // The key that ends the notice is none of the next entry.
+    void tooManyKeysStartOver()
+    {
+        GroupKey dialog;
+        open(dialog);
+        dialog.findChild<QCheckBox *>("Shift")->setChecked(true);
+        press({"a", "b", "c"});
+        QTRY_COMPARE(field(dialog), QString("A+B+C"));
+        bool warned = false;
+        fixture::whenModal<GroupMaxThree>([&](NoticeDialog *notice) {
+            QTRY_COMPARE(QGuiApplication::focusWindow(), notice->windowHandle());
+            warned = true;
+            press({"Return"});
+        });
+        dialog.on_NewHong_clicked();
+        QVERIFY(warned);
+        QTRY_COMPARE(QGuiApplication::focusWindow(), dialog.windowHandle());
+        QCOMPARE(field(dialog), QString());
+        press({"d"});
+        QTRY_COMPARE(field(dialog), QString("D"));
+    }
+
+    void oneKeyWithoutAMouse()
+    {
+        addKey dialog;
+        open(dialog);
+        press({"Escape"});
+        QTRY_COMPARE(field(dialog), QString("Esc"));
+        press({"Control_R"});
+        QTRY_COMPARE(field(dialog), QString("RCtrl"));
+        press({"shift+Tab"});
+        QTRY_VERIFY(dialog.focusWidget() != dialog.findChild<KeyField *>());
+        press({"Return"});
+        QTRY_VERIFY(!dialog.isVisible());
+        QVERIFY(dialog.isAccepted());
+        QCOMPARE(dialog.keyName(), QString("RCtrl"));
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    const ProductFolder product(smallCatalogue());
+    fixture::useShippedLooks(product);
+    qputenv("QT_XCB_GL_INTEGRATION", "none");
+    QApplication application(argc, argv);
+    LoadLanguageTables();
+    tst_RealKeyDialogs test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_realkeydialogs.moc"
