@@ -66,6 +66,14 @@ const std::pair<const char *, Maker> Notices[] = {
     {"AddDelayTime", maker<AddDelayTime>()},
 };
 
+const char *const BindingPages[] = {"binding-6", "binding-7", "binding-8", "binding-9"};
+// The button that is clicked after a row has been opened; without one the functions alone.
+const std::pair<const char *, const char *> BindingPanels[] = {
+    {"", "binding-functions"},    {"DPI_12", "binding-media"},    {"DPI_4", "binding-locks"},
+    {"DPI_9", "binding-lights"},  {"DPI_11", "binding-sideways"}, {"DPI_7", "binding-dpi"},
+    {"DPI_13", "binding-scroll"},
+};
+
 void order(const QString &line)
 {
     emulator::sendOrder(qEnvironmentVariable("HIDUSB_BUS").toStdString(), line.toStdString());
@@ -138,6 +146,43 @@ void Gallery::shootDevicePage()
     script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
 }
 
+// Each model's page, then the panels of the one with the most buttons.
+void Gallery::shootBindings()
+{
+    for (int model = 0; model < 4; ++model) {
+        const QByteArray receiver = "r" + QByteArray::number(model + 1);
+        script.step(
+            "one mouse", [] { return true; }, [this, receiver] { plug(receiver); });
+        script.step(
+            "its tile",
+            [] { return AttachedDevices.size() == 1 && windows::visible(QStringLiteral("btn0")); },
+            [] { windows::click(QStringLiteral("btn0")); });
+        script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
+        script.step(
+            "binding page", [] { return true; }, [] { windows::click(QStringLiteral("ButtonMain")); });
+        shoot(BindingPages[model]);
+        if (model == 1)
+            for (const auto &[opener, name] : BindingPanels)
+                shootPanel(opener, name);
+        script.step(
+            "back", [] { return true; }, [] { windows::click(QStringLiteral("UpArrow")); });
+        script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
+    }
+}
+
+void Gallery::shootPanel(const char *opener, const char *name)
+{
+    script.step(
+        name, [] { return true; },
+        [opener] {
+            windows::click(QStringLiteral("RightKey"));
+            windows::click(QString::fromLatin1(opener));
+        });
+    shoot(name);
+    script.step(
+        name, [] { return true; }, [] { windows::click(QStringLiteral("FunctionsBack")); });
+}
+
 void Gallery::shootNotices()
 {
     for (const auto &row : Notices) {
@@ -168,6 +213,7 @@ QString Gallery::run()
                                {"selection-again", "r1"}})
         shootScene(scene);
     shootDevicePage();
+    shootBindings();
     shootNotices();
     script.step(
         "two alike", [] { return true; }, [this] { plug("r1 rtwin"); });

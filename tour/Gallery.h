@@ -26,6 +26,8 @@ private:
     void plug(const char *devices);
     void shootScene(const Scene &scene);
     void shootDevicePage();
+    void shootBindings();
+    void shootPanel(const char *opener, const char *name);
     void shootNotices();
     void shoot(const char *name);
     void save(const QString &name) const;

@@ -6,6 +6,7 @@
 #include "tests/widget/ButtonPage.h"
 
 #include "device/ImageCache.h"
+#include "presentation/StyleSheets.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -173,6 +174,35 @@ private slots:
         QCOMPARE(!page().button("Number6")->isHidden(), wanted.index == 6);
         QCOMPARE(!page().button("BackMusic")->isHidden(), wanted.index == 6);
         QVERIFY(page().picture().contains(QString("mouse%1.png").arg(wanted.index - 6)));
+    }
+
+    // The picture is empty but for a faint glow where there is no mouse.
+    void marksStandOnTheMouse_data()
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<int>("buttons"); // as the product's catalogue has it
+        QTest::newRow("6") << 0 << 8;
+        QTest::newRow("7") << 1 << 12;
+        QTest::newRow("8") << 2 << 7;
+        QTest::newRow("9") << 3 << 6;
+    }
+    void marksStandOnTheMouse()
+    {
+        QFETCH(int, model);
+        QFETCH(int, buttons);
+        const QImage mouse(style::pictureFolder("Buttoninterface") + QString("mouse%1.png").arg(model));
+        page().form.SlotMouseIndex(6 + model);
+        QVector<QRect> taken;
+        for (const Row &row : ButtonPageRows) {
+            const QRect mark = page().button(row.marker)->geometry();
+            if (row.button >= buttons || page().button(row.marker)->isHidden())
+                continue;
+            QVERIFY2(qAlpha(mouse.pixel(mark.center())) > 200, row.marker);
+            for (const QRect &other : qAsConst(taken))
+                QVERIFY2(!mark.intersects(other), row.marker);
+            taken << mark;
+        }
+        QVERIFY(taken.size() >= 5);
     }
 
     void anotherIndexMovesNothing()
