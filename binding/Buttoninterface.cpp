@@ -192,6 +192,9 @@ void Buttoninterface::SlotMouseIndex(int index)
     if (dressed)
         dressPicture();
     list->setModel(model);
+    // A device has just been chosen; what was open belonged to another one.
+    list->uncheckAll();
+    leaveFunctions();
 }
 
 // ---- Profiles -----------------------------------------------------------------------------------

@@ -153,10 +153,12 @@ void Gallery::shootBindings()
         const QByteArray receiver = "r" + QByteArray::number(model + 1);
         script.step(
             "one mouse", [] { return true; }, [this, receiver] { plug(receiver); });
+        const QString plug = QString::fromLatin1(receiver);
         script.step(
             "its tile",
-            [] { return AttachedDevices.size() == 1 && windows::visible(QStringLiteral("btn0")); },
-            [] { windows::click(QStringLiteral("btn0")); });
+            [plug] { return AttachedDevices.size() == 1 && windows::visible(windows::tileOf(plug)); },
+            [plug] { windows::click(windows::tileOf(plug)); });
+        script.step("wait", [] { return windows::shown<UpDataParam>() != nullptr; });
         script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
         script.step(
             "binding page", [] { return true; }, [] { windows::click(QStringLiteral("ButtonMain")); });

@@ -217,6 +217,17 @@ private slots:
         }
     }
 
+    void anotherDeviceStartsWithTheButtons()
+    {
+        page().show(ButtonPage::plainRecord());
+        page().click("RightKey");
+        page().click("DPI_9");
+        emit PostMsg::instance()->SigMouseIndex(7);
+        QCOMPARE(page().shownPage(), "page");
+        QCOMPARE(page().shownPanel(), "page_9");
+        QCOMPARE(page().checkedCaption(), "");
+    }
+
     void aMarkChecksAndScrolls_data() { eachButtonRow(); }
     void aMarkChecksAndScrolls()
     {
