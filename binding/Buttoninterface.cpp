@@ -3,9 +3,17 @@
 #include "binding/Buttoninterface.h"
 
 #include "app/hub/PostMsg.h"
+#include "binding/ActionButton.h"
+#include "binding/ButtonList.h"
+#include "binding/FunctionPages.h"
+#include "binding/actions/BindingDecoder.h"
+#include "binding/actions/DefaultActions.h"
+#include "catalogue/config/DeviceCatalogue.h"
+#include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
+#include "device/ImageCache.h"
+#include "device/ImageFile.h"
 #include "device/Worker.h"
-#include "device/hidusb/HIDUsb.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
 #include "presentation/PageSurface.h"
@@ -14,10 +22,17 @@
 #include "presentation/language/LanguageTables.h"
 #include "ui_Buttoninterface.h"
 
+#include <QFileDialog>
+#include <QStandardPaths>
+
+using namespace binding;
+
 namespace
 {
+
 constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
+
 } // namespace
 
 Buttoninterface::Buttoninterface(QWidget *parent)
@@ -25,7 +40,16 @@ Buttoninterface::Buttoninterface(QWidget *parent)
 {
     ui->setupUi(this);
     setAccessibleName(QStringLiteral("Buttons"));
+    list = new ButtonList(ui->scrollArea_11, ui->widget);
+    functions = new FunctionPages(ui->stackedWidget, ui->stackedWidget_2);
+    QMetaObject::connectSlotsByName(this); // the form leaves it to us, as some of its widgets are made here
+    connect(list, &ButtonList::checkedChanged, this, &Buttoninterface::nameChosenRow);
+    connect(functions, &FunctionPages::chosen, this, &Buttoninterface::choose);
+    connect(functions, &FunctionPages::macroChosen, this, &Buttoninterface::slotButtonClicked);
+    connect(functions->backButton(), &QToolButton::clicked, this, &Buttoninterface::leaveFunctions);
     onFirstShow(this, [this] { dress(); });
+    showButtons();
+    arrangeTabs();
     listen();
     SlotAllLanguage(LanguageIndex);
 }
@@ -41,12 +65,41 @@ Buttoninterface::~Buttoninterface()
 void Buttoninterface::dress()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
-    const QString button = style::textButton(folder, style::color("ButtonColor"), QStringLiteral("Confirm"));
+    const QString button = style::textButton(folder, style::color("ButtonColor"), QStringLiteral("Button"));
+    const QString label = style::label(style::color("LabelColor"));
     ui->frameButton->setStyleSheet(style::dialogBackground(folder, QStringLiteral("frameButton")));
-    ui->label_8->setStyleSheet(style::label(style::color("LabelColor")));
-    ui->Reset->setStyleSheet(button);
-    ui->ImportData->setStyleSheet(button);
+    for (QLabel *each : {ui->label_8, ui->label_3})
+        each->setStyleSheet(label);
+    ui->DebounceNote->setStyleSheet(style::label(style::color("LinEditColorSecond")));
+    for (QToolButton *each : {ui->Reset, ui->ImportData, ui->OutputData})
+        each->setStyleSheet(button);
     dressComboBox(ui->ProjectChoose, folder);
+    ui->scrollArea_11->setStyleSheet(style::scrollArea());
+    list->dress(folder);
+    dressed = true;
+    dressPicture();
+}
+
+void Buttoninterface::dressPicture()
+{
+    const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
+    ui->widget->setStyleSheet(style::areaPicture(folder, ui->widget->objectName(), picture));
+}
+
+// As the eye reads: the line on top, the picture's marks, the list, the panel below.
+void Buttoninterface::arrangeTabs()
+{
+    QList<QWidget *> order = {ui->ProjectChoose, ui->OutputData, ui->ImportData, ui->Reset};
+    for (std::size_t row = 0; row < ButtonRows.size(); ++row)
+        order << list->marker(row);
+    for (std::size_t row = 0; row < ButtonRows.size(); ++row)
+        order << list->caption(row);
+    order << functions->backButton();
+    for (const ActionRow &row : ActionRows)
+        order << functions->button(row);
+    order << ui->DebunceButton->findChild<QWidget *>(QStringLiteral("Debunce"));
+    for (int i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
 }
 
 void Buttoninterface::listen()
@@ -58,28 +111,90 @@ void Buttoninterface::listen()
     connect(hub, SIGNAL(SigUpDataConfigUI(int, int, bool)), this, SLOT(SlotUpDataConfigUI(int, int, bool)),
             Qt::BlockingQueuedConnection);
     connect(hub, SIGNAL(SigFormReset()), this, SLOT(SlotFormResetButton()), Qt::BlockingQueuedConnection);
+    connect(hub, SIGNAL(SigMouseIndex(int)), this, SLOT(SlotMouseIndex(int)));
+    connect(hub, SIGNAL(SigAddMacroButton()), this, SLOT(SlotAddMacroButton()));
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
 }
+
+// ---- Showing a record ---------------------------------------------------------------------------
 
 void Buttoninterface::SlotUpDataButtonUIButton(FlashDataMap DataMap)
 {
     ButtonPageLoaded = false;
-    paint(DataMap);
+    showRecord(DataMap);
     ButtonPageLoaded = true;
 }
 
-void Buttoninterface::SlotUpDataButtonUIB(FlashDataMap DataMap) { paint(DataMap); }
+void Buttoninterface::SlotUpDataButtonUIB(FlashDataMap DataMap) { showRecord(DataMap); }
 
-void Buttoninterface::paint(const FlashDataMap &map)
+void Buttoninterface::showRecord(const FlashDataMap &map)
 {
     const PageFilling filling(ButtonPageBusy);
+    if (sensor.names.isEmpty())
+        ReadSensorDefines(&sensor.names, &sensor.values);
+    sensor.sensor = DeviceCatalogue().text(SelectedDevice::info().DriveIndex, "Sensor");
+    SensorName = sensor.sensor;
     emit PostMsg::instance()->SigLightToFrom(map.StopCloseTime * SleepUnitSeconds);
+    showBindings(map);
+    ui->DebunceButton->SetDebounce(map.DebounceTime);
+}
+
+void Buttoninterface::showBindings(const FlashDataMap &map)
+{
+    const int count = DeviceCatalogue().number(SelectedDevice::info().DriveIndex, "KeyNumber");
+    list->setButtonCount(count);
+    KeyClass.clear();
+    KeyParamA.clear();
+    KeyParamB.clear();
+    for (int k = 0; k < qBound(0, count, KeySlotCount); ++k)
+        RecordBinding(k, map.KeyBindings[k]);
+    for (int k = 0; k < qMin(KeyClass.size(), ButtonCount); ++k)
+        ShowBinding(k, KeyClass[k], KeyParamA[k], KeyParamB[k], map);
+    showMacros(map);
+}
+
+void Buttoninterface::ShowBinding(int button, int actionClass, int first, int second,
+                                  const FlashDataMap &record)
+{
+    const KeyBinding binding{uint8_t(actionClass), uint8_t(first), uint8_t(second)};
+    if (const auto caption = decoded(button, binding, record).caption)
+        list->setText(button, *caption);
+}
+
+DecodedBinding Buttoninterface::decoded(int button, const KeyBinding &binding,
+                                        const FlashDataMap &record) const
+{
+    return decodeBinding({binding, record.KeySequences[button], record.MacroBlocks[button]}, sensor,
+                         LanguageIndex);
 }
 
 void Buttoninterface::SlotFormResetButton()
 {
     const PageFilling filling(ButtonPageBusy);
+    showButtons();
+    functions->showPanel(Panel::Debounce);
+    KeyClass.clear();
+    KeyParamA.clear();
+    for (int k = 0; k < ButtonCount; ++k) {
+        const KeyBinding binding = builtInAction(k)->binding;
+        KeyClass << binding.Class;
+        KeyParamA << binding.First;
+    }
+    KeyParamB.clear();
+    ui->DebunceButton->SetDebounce(0);
     emit PostMsg::instance()->SigLightToFrom(DefaultSleepSeconds);
+}
+
+void Buttoninterface::SlotMouseIndex(int index)
+{
+    const int model = index - FirstModelIndex;
+    picture = QStringLiteral("mouse%1.png").arg(model);
+    if (dressed)
+        dressPicture();
+    list->setModel(model);
+    // A device has just been chosen; what was open belonged to another one.
+    list->uncheckAll();
+    leaveFunctions();
 }
 
 // ---- Profiles -----------------------------------------------------------------------------------
@@ -121,13 +236,43 @@ void Buttoninterface::on_Reset_clicked() { runFactoryReset(this); }
 
 void Buttoninterface::on_ImportData_clicked() { runImageImport(this); }
 
+void Buttoninterface::on_OutputData_clicked()
+{
+    QFileDialog dialog(this, QStringLiteral("FileSave"),
+                       QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
+                       QStringLiteral("File(*.bin)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("bin"));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return;
+    writeImageFile(dialog.selectedFiles().first(), driveSection(SelectedDevice::info()),
+                   DeviceRecord::copy());
+}
+
+// ---- Texts --------------------------------------------------------------------------------------
+
 void Buttoninterface::SlotAllLanguage(int index)
 {
+    using language::Section;
+    using language::text;
     ConfigPrefix = language::choice("ProfileOptions", QStringLiteral("0"), index).remove(QLatin1Char('1'));
-    ui->label_8->setText(language::text(language::Section::key, "configName", index));
-    ui->ImportData->setText(language::text(language::Section::key, "Import", index));
-    ui->Reset->setText(language::text(language::Section::Settings, "Restore", index));
-    const QSignalBlocker silent(ui->ProjectChoose);
-    fillProfiles(ui->ProjectChoose->count());
-    ui->ProjectChoose->setCurrentIndex(profile);
+    ui->label_8->setText(text(Section::key, "configName", index));
+    ui->OutputData->setText(text(Section::key, "Export", index));
+    ui->ImportData->setText(text(Section::key, "Import", index));
+    ui->Reset->setText(text(Section::Settings, "Restore", index));
+    ui->label_3->setText(text(Section::key, "DebounceTime", index));
+    ui->DebounceNote->setText(text(Section::key, "DialogDebounceTips", index));
+    ui->DebunceButton->SlotAllLanguage(index);
+    functions->setLanguage(index);
+    {
+        const QSignalBlocker silent(ui->ProjectChoose);
+        fillProfiles(ui->ProjectChoose->count());
+        ui->ProjectChoose->setCurrentIndex(profile);
+    }
+    // Captions are texts. A mouse that is away is shown by its kept image.
+    FlashDataMap record = DeviceRecord::copy();
+    if (!MouseOnline && !ImageCacheRead(SelectedDevice::cacheName(), &record))
+        return;
+    const PageFilling filling(ButtonPageBusy);
+    showBindings(record);
 }

@@ -1,22 +1,34 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Buttoninterface: the page of the button bindings, with what concerns the whole device: the choice of its
-// profile, import and factory reset. It makes the one Worker and ends it. Main thread; the slots of records
-// from a read are reached with the emitting thread waiting.
+// Buttoninterface: the page of the button bindings. A picture of the mouse with marks and a list of its
+// buttons; a click on a button lays the list of functions over it, a click on a function binds. With it what
+// concerns the whole device: the choice of its profile, export, import and factory reset, and the debounce
+// time. It makes the one Worker and ends it. Main thread; the slots of records from a read are reached with
+// the emitting thread waiting.
 #pragma once
 
+#include "catalogue/sensor/SensorDpi.h"
 #include "device/hidusb/FlashDataMap.h"
 
 #include <QWidget>
 #include <memory>
 
+class ButtonList;
+class FunctionPages;
 class Worker;
 
 namespace Ui
 {
 class Buttoninterface;
 }
+namespace binding
+{
+struct ActionRow;
+struct DecodedBinding;
+struct EncodedAction;
+enum class Panel : uint8_t;
+} // namespace binding
 
 class Buttoninterface : public QWidget
 {
@@ -26,24 +38,96 @@ public:
     explicit Buttoninterface(QWidget *parent = nullptr);
     ~Buttoninterface() override;
 
+    bool SetMediaAction(int button, uint8_t code);
+    bool SetComboAction(int button, const QString &keys);
+    // The caption of a button from its bytes; the record is asked for what does not fit into them.
+    void ShowBinding(int button, int actionClass, int first, int second, const FlashDataMap &record);
+
 public slots:
     void SlotUpDataButtonUIButton(FlashDataMap DataMap);
     void SlotUpDataButtonUIB(FlashDataMap DataMap);
     void SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool ItemEnable);
+    void SlotMouseIndex(int index);
     void SlotFormResetButton();
+    void SlotAddMacroButton();
     void SlotAllLanguage(int index);
-    void on_Reset_clicked();
-    void on_ImportData_clicked();
+
+    void on_FireKey_clicked() { openRow(0); }
+    void on_RightKey_clicked() { openRow(1); }
+    void on_BackKey_clicked() { openRow(2); }
+    void on_StartPause_clicked() { openRow(3); }
+    void on_TopMusic_clicked() { openRow(4); }
+    void on_BackMusic_clicked() { openRow(5); }
+    void on_Button7_clicked() { openRow(6); }
+    void on_Button8_clicked() { openRow(7); }
+    void on_Button9_clicked() { openRow(8); }
+    void on_Button10_clicked() { openRow(9); }
+    void on_Button11_clicked() { openRow(10); }
+    void on_Button12_clicked() { openRow(11); }
+
+    void on_Number1_clicked() { pointAt(0); }
+    void on_Number2_clicked() { pointAt(1); }
+    void on_Number3_clicked() { pointAt(2); }
+    void on_Number4_clicked() { pointAt(3); }
+    void on_Number5_clicked() { pointAt(4); }
+    void on_Number6_clicked() { pointAt(5); }
+    void on_Number7_clicked() { pointAt(6); }
+    void on_Number8_clicked() { pointAt(7); }
+    void on_Number9_clicked() { pointAt(8); }
+    void on_Number10_clicked() { pointAt(9); }
+    void on_Number11_clicked() { pointAt(10); }
+    void on_Number12_clicked() { pointAt(11); }
+
+    void on_DPI_6_clicked(); // asks for the fire key's values first
+    void on_DPI_8_clicked(); // asks for the keys first
+    void on_DPI_10_clicked();
+    void slotButtonClicked(const QString &macro);
+
     void on_ProjectChoose_activated(int index);
+    void on_ProjectChoose_currentIndexChanged(int) {} // filling the box is no choice
+    void on_Reset_clicked();
+    void on_OutputData_clicked();
+    void on_ImportData_clicked();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void dress();
+    void dressPicture();
+    void arrangeTabs();
     void listen();
-    void paint(const FlashDataMap &map);
+
+    void showRecord(const FlashDataMap &map);
+    void showBindings(const FlashDataMap &map);
+    void showMacros(const FlashDataMap &map);
     void fillProfiles(int count);
 
+    void openRow(std::size_t row);
+    void pointAt(std::size_t row);
+    void preselect(int button);
+    void showFunctions();
+    void showButtons();
+    void leaveFunctions();
+    void nameChosenRow();
+
+    void choose(const binding::ActionRow &row);
+    void openPanel(binding::Panel panel);
+    void bindChosen(const binding::EncodedAction &action);
+    bool bind(int button, const binding::EncodedAction &action);
+    int chosenButton() const; // -1 for none
+    void RecordBinding(int button, const KeyBinding &binding);
+    binding::DecodedBinding decoded(int button, const KeyBinding &binding, const FlashDataMap &record) const;
+
     std::unique_ptr<Ui::Buttoninterface> ui;
-    QString ConfigPrefix; // of each profile's name
-    int profile = 0;      // the device's own choice, as far as it is known
+    ButtonList *list = nullptr;
+    FunctionPages *functions = nullptr;
+    QList<int> KeyClass, KeyParamA, KeyParamB; // by button; the bytes of the record that shows
+    int FireInterval = 10, FireCount = 3;      // as last accepted
+    SensorCodes sensor;                        // of the device that shows
+    QString ConfigPrefix;                      // of each profile's name
+    QString picture = QStringLiteral("mouse0.png");
+    int profile = 0; // the device's own choice, as far as it is known
+    bool dressed = false;
     std::unique_ptr<Worker> worker;
 };

@@ -9,8 +9,8 @@
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 
-#include <QDir>
 #include <QFileDialog>
+#include <QStandardPaths>
 
 namespace
 {
@@ -73,8 +73,9 @@ void runImageImport(QWidget *page)
     if (!reachable())
         return;
     SettingsBusy = true;
-    const QString path = QFileDialog::getOpenFileName(page, QStringLiteral("SelectFile"), QDir::homePath(),
-                                                      QStringLiteral("File(*.bin)"));
+    const QString path = QFileDialog::getOpenFileName(
+        page, QStringLiteral("SelectFile"),
+        QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), QStringLiteral("File(*.bin)"));
     if (!path.isEmpty())
         importImage(page, path);
     SettingsBusy = false;

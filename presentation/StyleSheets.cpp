@@ -77,6 +77,13 @@ constexpr char StretchedPicture[] = "QLabel{border-image: url(%P%1);}";
 constexpr char ChoiceButton[] = "QToolButton{border:0px;color: rgb(%2;);border-image: url(%P%1.png);}"
                                 "QToolButton:hover{border-image: url(%P%1Hover.png);}"
                                 "QToolButton:checked{border-image: url(%P%1%3.png);}";
+constexpr char StateButton[] = "QToolButton{border:0px;color: rgb(%2);border-image: url(%P%1.png);}"
+                               "QToolButton:hover{border-image: url(%P%1Hover.png);}"
+                               "QToolButton:checked{color: rgb(%3);border-image: url(%P%1Check.png);}"
+                               "QToolButton:pressed{border-image: url(%P%1Click.png);}";
+constexpr char AreaPicture[] = "#%1{border:0px;background-position:center;background-repeat:no-repeat;"
+                               "background-image: url(%P%2);}";
+constexpr char LabelPlate[] = "QLabel{color: rgb(%2);border-image: url(%P%1);}";
 constexpr char NavigationButton[] =
     "QToolButton{border:0px;border-image: url(%PNavButton.png);image: url(%P%1.png);}"
     "QToolButton:hover{border-image: url(%PNavButtonHover.png);image: url(%P%1Hover.png);}"
@@ -92,6 +99,14 @@ constexpr char ThumbSlider[] =
     "QSlider::handle:horizontal:hover{image: url(%PThumbHover.png);}"
     "QSlider::handle:horizontal:pressed{image: url(%PThumbClick.png);}"
     "QSlider::handle:horizontal:disabled{image: url(%PThumbOff.png);}";
+// Nothing but the handle, so that it needs no ground of its own.
+constexpr char ScrollArea[] =
+    "QScrollArea,QScrollArea>QWidget>QWidget{border:0px;background: transparent;}"
+    "QScrollBar:vertical{width: 10px;margin: 0px;border: 0px;background: transparent;}"
+    "QScrollBar::handle:vertical{background: rgb(117, 117, 117);border-radius: 3px;min-height: 30px;"
+    "margin: 0px 2px;}"
+    "QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height: 0px;}"
+    "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background: transparent;}";
 constexpr char SwitchButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%PClose.png);}QToolButton:hover{background-image: url(%PCloseHover.png);}"
@@ -229,6 +244,24 @@ QString choiceButton(const QString &folder, const QString &color, const QString 
 {
     return compose(ChoiceButton, folder, {stem, color, checkedSuffix});
 }
+
+QString stateButton(const QString &folder, const QString &stem, const QString &color,
+                    const QString &checkedColor)
+{
+    return compose(StateButton, folder, {stem, color, checkedColor});
+}
+
+QString areaPicture(const QString &folder, const QString &frameName, const QString &name)
+{
+    return compose(AreaPicture, folder, {frameName, name});
+}
+
+QString labelPlate(const QString &folder, const QString &color, const QString &name)
+{
+    return compose(LabelPlate, folder, {name, color});
+}
+
+QString scrollArea() { return QLatin1String(ScrollArea); }
 
 QString navigationButton(const QString &folder, const QString &icon)
 {

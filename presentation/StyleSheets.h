@@ -45,6 +45,15 @@ QString stretchedPicture(const QString &folder, const QString &name);
 // One of several choices: stem, stem + "Hover", stem + `checkedSuffix` while it is the chosen one.
 QString choiceButton(const QString &folder, const QString &color, const QString &stem,
                      const QString &checkedSuffix);
+// A choice that also shows how it is pressed: stem, stem + "Hover", "Check", "Click".
+QString stateButton(const QString &folder, const QString &stem, const QString &color,
+                    const QString &checkedColor);
+// The named frame with a picture in its middle, as it is.
+QString areaPicture(const QString &folder, const QString &frameName, const QString &name);
+// A text on a picture of the label's size.
+QString labelPlate(const QString &folder, const QString &color, const QString &name);
+// A scrolling list: a slim handle on the ground that is there.
+QString scrollArea();
 // A way to a page: its own icon on the plates that all ways share.
 QString navigationButton(const QString &folder, const QString &icon);
 // The filled part of the battery's bar.

@@ -69,6 +69,12 @@ set(look_colorBar edge=${ink} edgeOpacity=0.3 ink=${ink} seam=none seamOpacity=0
 set(look_colorBarHover edge=${ink} edgeOpacity=0.9 edgeWidth=2 ink=${ink} seam=none seamOpacity=0)
 set(look_colorBarCheck edge=${ink} edgeOpacity=1 edgeWidth=2 ink=${ink} seam=${groundLow} seamOpacity=0.7)
 set(look_colorBarCheckHover edge=${accent} edgeOpacity=1 edgeWidth=2 ink=${ink} seam=${ink} seamOpacity=1)
+# Marks on the picture of a mouse: they stand on a lit shell and must be seen there.
+set(look_mark plate=${groundLow} edge=${accent} edgeWidth=2)
+set(look_markHover plate=${surface3} edge=${ink} edgeWidth=2)
+set(look_markClick plate=${accentDeep} edge=${ink} edgeWidth=2)
+set(look_markCheck plate=${accent} edge=${groundLow} edgeWidth=2)
+set(look_badge plate=${surface3} edge=${lineStrong})
 
 set(look_primary plate=${accentDeep} edge=${accentMid})
 set(look_primaryHover plate=${accentDeep} edge=${accent} edgeWidth=2)
@@ -90,9 +96,9 @@ set(look_mouse
   cardTop=${surface3} cardLow=${surface1} "cardEdge=#3a4448" cardDash=none halo=0.20
   "shellEdge=#1b2023" "shellMid=#3a4347" "shellHigh=#566167" "shellLow=#23292c"
   "outline=#7f8c92" outlineWidth=1 "seam=#101315" "glint=#7b878c" glintOpacity=0.55
-  "pit=#0b0d0e" "wheel=#4a5459" light=${accent} glow=0.85 shadow=0.75 cord=${inkFaint})
+  "pit=#0b0d0e" "wheel=#4a5459" light=${accent} glow=0.85 shadow=0.75 cord=${inkFaint} aerial=1)
 set(look_mouseAway
   cardTop=${ground} cardLow=${ground} cardEdge=${lineStrong} cardDash=4,4 halo=0
   shellEdge=${surface1} shellMid=${surface1} shellHigh=${surface1} shellLow=${surface1}
   outline=${lineStrong} outlineWidth=2 seam=${lineStrong} glint=${surface1} glintOpacity=0
-  pit=${surface1} wheel=${ground} light=${lineStrong} glow=0 shadow=0 cord=${line})
+  pit=${surface1} wheel=${ground} light=${lineStrong} glow=0 shadow=0 cord=${line} aerial=1)

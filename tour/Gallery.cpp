@@ -66,6 +66,13 @@ const std::pair<const char *, Maker> Notices[] = {
     {"AddDelayTime", maker<AddDelayTime>()},
 };
 
+// The button that is clicked after a row has been opened; without one the functions alone.
+const std::pair<const char *, const char *> BindingPanels[] = {
+    {"", "binding-functions"},    {"DPI_12", "binding-media"},    {"DPI_4", "binding-locks"},
+    {"DPI_9", "binding-lights"},  {"DPI_11", "binding-sideways"}, {"DPI_7", "binding-dpi"},
+    {"DPI_13", "binding-scroll"},
+};
+
 void order(const QString &line)
 {
     emulator::sendOrder(qEnvironmentVariable("HIDUSB_BUS").toStdString(), line.toStdString());
@@ -124,8 +131,8 @@ void Gallery::shootScene(const Scene &scene)
     shoot(scene.name);
 }
 
-// One page of a device; the way back leads to the tiles.
-void Gallery::shootDevicePage(const Scene &scene, const QString &button)
+// One page of a device, and what `more` shoots there; the way back leads to the tiles.
+void Gallery::shootDevicePage(const Scene &scene, const QString &button, const std::function<void()> &more)
 {
     const QString plugName = QLatin1String(scene.devices);
     script.step(
@@ -139,9 +146,23 @@ void Gallery::shootDevicePage(const Scene &scene, const QString &button)
     script.step(
         "the page", [] { return true; }, [button] { windows::click(button); });
     shoot(scene.name);
+    more();
     script.step(
         "back", [] { return true; }, [] { windows::click(QStringLiteral("UpArrow")); });
     script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
+}
+
+void Gallery::shootPanel(const char *opener, const char *name)
+{
+    script.step(
+        name, [] { return true; },
+        [opener] {
+            windows::click(QStringLiteral("RightKey"));
+            windows::click(QString::fromLatin1(opener));
+        });
+    shoot(name);
+    script.step(
+        name, [] { return true; }, [] { windows::click(QStringLiteral("FunctionsBack")); });
 }
 
 void Gallery::shootNotices()
@@ -177,6 +198,13 @@ QString Gallery::run()
         shootDevicePage(scene, QStringLiteral("SensorButton"));
     for (const Scene &scene : {Scene{"advanced", "r1"}, {"advanced-wired", "wired"}})
         shootDevicePage(scene, QStringLiteral("Advanced"));
+    for (const Scene &scene : {Scene{"binding-6", "r1"}, {"binding-8", "r3"}, {"binding-9", "r4"}})
+        shootDevicePage(scene, QStringLiteral("ButtonMain"));
+    // The model with the most buttons shows what each of them can open.
+    shootDevicePage({"binding-7", "r2"}, QStringLiteral("ButtonMain"), [this] {
+        for (const auto &[opener, name] : BindingPanels)
+            shootPanel(opener, name);
+    });
     shootNotices();
     script.step(
         "two alike", [] { return true; }, [this] { plug("r1 rtwin"); });

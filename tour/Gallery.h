@@ -8,6 +8,7 @@
 #include "tour/Script.h"
 
 #include <QDir>
+#include <functional>
 
 class Gallery
 {
@@ -25,7 +26,9 @@ private:
 
     void plug(const char *devices);
     void shootScene(const Scene &scene);
-    void shootDevicePage(const Scene &scene, const QString &button);
+    void shootDevicePage(
+        const Scene &scene, const QString &button, const std::function<void()> &more = [] {});
+    void shootPanel(const char *opener, const char *name);
     void shootNotices();
     void shoot(const char *name);
     void save(const QString &name) const;

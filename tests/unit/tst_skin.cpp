@@ -140,6 +140,8 @@ void tst_skin::sizes_data()
         row(qPrintable(QStringLiteral("Advanced/mouse%1").arg(model)), 368, 368);
     row("WarningDialog/BackGround", 360, 200);
     row("WarningDialog/Confirm", 120, 36);
+    for (int model = 0; model < 4; ++model)
+        row(qPrintable(QStringLiteral("Buttoninterface/mouse%1").arg(model)), 424, 388);
     for (const char *page : {"Buttoninterface", "Light", "Macro", "FormSetting", "Advanced"})
         row(qPrintable(QLatin1String(page) + QStringLiteral("/BackGround")), 883, 630);
 }
@@ -168,6 +170,12 @@ void tst_skin::statesDifferByMoreThanHue_data()
          {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"})
         QTest::addRow("Dialog/%s locked", icon)
             << QStringList{QString(), QStringLiteral("Checked"), QStringLiteral("Off")};
+    for (const char *stem : {"Buttoninterface/Row", "Buttoninterface/Function", "Buttoninterface/Detail",
+                             "Buttoninterface/Mark"})
+        QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Click"),
+                                           QStringLiteral("Check")};
+    QTest::newRow("Buttoninterface/Button") << three;
+    QTest::newRow("Buttoninterface/Back") << three;
     QTest::newRow("DialogChange/Left") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("DialogChange/Right") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("Sensor/RateButton checked")
@@ -219,6 +227,14 @@ void tst_skin::textCanBeRead_data()
         QTest::addRow("DialogChange/OnLine%d", model) << QRect(12, 308, 260, 40) << true;
         QTest::addRow("DialogChange/DisOnlin%d", model) << QRect(12, 308, 260, 40) << true;
     }
+    for (const char *state : {"", "Hover", "Click", "Check"}) {
+        QTest::addRow("Buttoninterface/Row%s", state) << QRect(12, 4, 324, 32) << false;
+        QTest::addRow("Buttoninterface/Function%s", state) << QRect(12, 4, 172, 24) << false;
+        QTest::addRow("Buttoninterface/Detail%s", state) << QRect(12, 4, 112, 24) << false;
+    }
+    for (const char *state : {"", "Hover", "Click"})
+        QTest::addRow("Buttoninterface/Mark%s", state) << QRect(8, 8, 10, 10) << false;
+    QTest::newRow("Buttoninterface/BackGround") << QRect(20, 20, 840, 590) << true;
     QTest::newRow("DialogChange/Unknow") << QRect(12, 308, 260, 40) << true;
     QTest::newRow("DialogChange/MainBack") << QRect(8, 52, 1004, 640) << true;
     QTest::newRow("Dialog/BackGround") << QRect(8, 8, 1004, 684) << true;

@@ -21,6 +21,7 @@
 #include <QAbstractSlider>
 #include <QComboBox>
 #include <QLabel>
+#include <QScrollArea>
 #include <QStackedWidget>
 #include <QToolButton>
 
@@ -49,12 +50,23 @@ bool isControl(const QWidget *widget)
            widget->focusPolicy() != Qt::NoFocus;
 }
 
+// What a list has scrolled away is neither seen nor in the way.
+bool isScrolledAway(const QWidget *widget) { return widget->visibleRegion().isEmpty(); }
+
+bool isInList(const QWidget *widget)
+{
+    for (const QWidget *each = widget->parentWidget(); each; each = each->parentWidget())
+        if (qobject_cast<const QScrollArea *>(each))
+            return true;
+    return false;
+}
+
 QStringList faults(QWidget *window)
 {
     QStringList found;
     QList<QWidget *> controls;
     for (QWidget *widget : window->findChildren<QWidget *>()) {
-        if (!widget->isVisible())
+        if (!widget->isVisible() || isScrolledAway(widget))
             continue;
         if (const auto *label = qobject_cast<QLabel *>(widget))
             if (!textFits(label->text(), label, label->wordWrap(), 0))
@@ -65,7 +77,8 @@ QStringList faults(QWidget *window)
         if (const auto *box = qobject_cast<QComboBox *>(widget))
             if (!textFits(box->currentText(), box, false, 36))
                 found << "cut: " + place(widget);
-        if (!window->rect().contains(QRect(widget->mapTo(window, QPoint()), widget->size())))
+        if (!isInList(widget) &&
+            !window->rect().contains(QRect(widget->mapTo(window, QPoint()), widget->size())))
             found << "outside: " + place(widget);
         if (isControl(widget))
             controls << widget;
@@ -165,6 +178,43 @@ private slots:
         }
         fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
         open->click();
+        check(&window);
+        QTRY_VERIFY(fake.idle());
+    }
+
+    // Each model's page, and each panel that a button can open.
+    void bindingPage_data()
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<QString>("opener");
+        for (int model = 0; model < 4; ++model)
+            QTest::addRow("model %d", model) << model << QString();
+        for (const char *opener :
+             {"MidKey", "DPI_12", "DPI_4", "DPI_9", "DPI_7", "DPI_11", "DPI_13", "DPI_10"})
+            QTest::newRow(opener) << 1 << QString(opener);
+    }
+    void bindingPage()
+    {
+        QFETCH(int, model);
+        QFETCH(QString, opener);
+        fake.setDevices({shipped("dev", "0x0005", uint8_t(6 + model), Receiver8K)});
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("dev", Receiver8K, model));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        emit PostMsg::instance()->SigMouseIndex(6 + model);
+        FlashDataMap map{};
+        map.KeyBindings[0] = map.KeyBindings[1] = {1, 1, 0};
+        map.KeyBindings[2] = {6, 2, 1};
+        qstrncpy(map.MacroBlocks[2].Name, "Reload", MacroNameSize);
+        DeviceRecord::edit([&](FlashDataMap &record) { record = map; });
+        emit PostMsg::instance()->SigUpDataButtonUIC(map);
+        const auto click = [&](const char *name) { window.findChild<QToolButton *>(name)->click(); };
+        if (!opener.isEmpty())
+            click("RightKey");
+        if (opener.startsWith("DPI"))
+            click(opener.toLatin1());
         check(&window);
         QTRY_VERIFY(fake.idle());
     }

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "binding/ActionButton.h"
+
+#include <QKeyEvent>
+#include <QStyleOptionToolButton>
+#include <QStylePainter>
+
+namespace
+{
+
+constexpr int TextLeft = 14; // behind the bar of a checked button
+constexpr int TextRight = 6;
+
+// How far `to` lies from `from` in the direction of an arrow key, the way aside counting double; negative
+// when it does not lie there.
+int distance(const QPoint &from, const QPoint &to, int key)
+{
+    const QPoint way = to - from;
+    const int along = key == Qt::Key_Up     ? -way.y()
+                      : key == Qt::Key_Down ? way.y()
+                      : key == Qt::Key_Left ? -way.x()
+                                            : way.x();
+    const int aside = key == Qt::Key_Up || key == Qt::Key_Down ? qAbs(way.x()) : qAbs(way.y());
+    return along > 0 ? along + 2 * aside : -1;
+}
+
+bool isArrow(int key) { return key >= Qt::Key_Left && key <= Qt::Key_Down; }
+
+} // namespace
+
+ActionButton::ActionButton(const QString &name, QWidget *parent) : QToolButton(parent)
+{
+    setObjectName(name);
+    setCheckable(true);
+}
+
+QRect ActionButton::textArea() const { return rect().adjusted(TextLeft, 0, -TextRight, 0); }
+
+QString ActionButton::shownText() const
+{
+    return fontMetrics().elidedText(text(), Qt::ElideRight, textArea().width());
+}
+
+bool ActionButton::isElided() const { return shownText() != text(); }
+
+void ActionButton::paintEvent(QPaintEvent *)
+{
+    QStylePainter painter(this);
+    QStyleOptionToolButton option;
+    initStyleOption(&option);
+    option.text.clear();
+    painter.drawComplexControl(QStyle::CC_ToolButton, option);
+    painter.drawItemText(textArea(), Qt::AlignLeft | Qt::AlignVCenter, option.palette, isEnabled(),
+                         shownText(), QPalette::ButtonText);
+}
+
+void ActionButton::keyPressEvent(QKeyEvent *event)
+{
+    if (!isArrow(event->key())) {
+        QToolButton::keyPressEvent(event);
+        return;
+    }
+    if (ActionButton *next = neighbour(event->key()))
+        next->setFocus(Qt::TabFocusReason);
+}
+
+// The base would take the tab stop from all others of the group, also from those on other panels.
+void ActionButton::focusInEvent(QFocusEvent *event) { QWidget::focusInEvent(event); }
+
+ActionButton *ActionButton::neighbour(int key) const
+{
+    ActionButton *nearest = nullptr;
+    int least = 0;
+    for (ActionButton *each :
+         parentWidget()->findChildren<ActionButton *>(QString(), Qt::FindDirectChildrenOnly)) {
+        const int far = distance(geometry().center(), each->geometry().center(), key);
+        if (far < 0 || !each->isVisible() || !each->isEnabled())
+            continue;
+        if (!nearest || far < least) {
+            nearest = each;
+            least = far;
+        }
+    }
+    return nearest;
+}

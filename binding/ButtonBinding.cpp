@@ -1,0 +1,267 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The part of Buttoninterface that turns clicks into bindings.
+#include "app/hub/PostMsg.h"
+#include "binding/ActionButton.h"
+#include "binding/ButtonList.h"
+#include "binding/Buttoninterface.h"
+#include "binding/FunctionPages.h"
+#include "binding/actions/BindingDecoder.h"
+#include "binding/actions/BindingEncoder.h"
+#include "binding/actions/DefaultActions.h"
+#include "binding/dialogs/FireKey.h"
+#include "binding/dialogs/GroupKey.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/WriteFamily.h"
+#include "presentation/Notices.h"
+#include "presentation/language/LanguageTables.h"
+#include "ui_Buttoninterface.h"
+
+#include <QKeyEvent>
+
+using namespace binding;
+
+namespace
+{
+
+constexpr QPoint NoticeOffset{-100, -50};
+constexpr int FireButton = 10; // has the dialog's first values by default
+
+QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
+
+// Whose keyboard it is: a control that goes out of sight must not keep it.
+bool hasFocusIn(const QWidget *widget)
+{
+    const QWidget *focus = widget->window()->focusWidget();
+    return focus && widget->isAncestorOf(focus);
+}
+
+bool isMacro(const FlashDataMap &map, int button) { return map.KeyBindings[button].Class == MacroClass; }
+
+} // namespace
+
+// ---- Buttons ------------------------------------------------------------------------------------
+
+// The mouse must keep a left button, or the user has none to go on with.
+void Buttoninterface::openRow(std::size_t row)
+{
+    const QString left = leftText();
+    if (list->isShown(row) && list->caption(row)->text() == left && list->countOf(left) == 1) {
+        showButtons();
+        functions->showPanel(Panel::Debounce);
+        list->uncheckAll();
+        LeftButtonOnly notice;
+        notice.openOver(this, NoticeOffset);
+        return;
+    }
+    list->check(row);
+    preselect(ButtonRows[row].button);
+    showFunctions();
+}
+
+void Buttoninterface::pointAt(std::size_t row)
+{
+    CheckOnline();
+    list->check(row);
+    list->scrollTo(row);
+}
+
+void Buttoninterface::preselect(int button)
+{
+    if (button < 0 || button >= KeyClass.size() || button >= KeyParamA.size())
+        return;
+    const FlashDataMap record = DeviceRecord::copy();
+    const uint8_t second = uint8_t(KeyParamB.value(button));
+    const KeyBinding binding{uint8_t(KeyClass[button]), uint8_t(KeyParamA[button]), second};
+    functions->preselect(decoded(button, binding, record), macroName(record.MacroBlocks[button]));
+}
+
+void Buttoninterface::showFunctions()
+{
+    const bool byKeyboard = hasFocusIn(ui->scrollArea_11);
+    ui->stackedWidget->setCurrentWidget(ui->page_2);
+    ui->stackedWidget->raise();
+    ui->scrollArea_11->hide();
+    nameChosenRow();
+    if (byKeyboard)
+        functions->focusChosen();
+}
+
+void Buttoninterface::showButtons()
+{
+    const bool byKeyboard = hasFocusIn(ui->stackedWidget) || hasFocusIn(ui->stackedWidget_2);
+    const bool wasOpen = ui->scrollArea_11->isHidden();
+    ui->scrollArea_11->show();
+    ui->stackedWidget->setCurrentWidget(ui->page);
+    ui->scrollArea_11->raise();
+    if (byKeyboard && wasOpen && list->checkedRow() >= 0)
+        list->caption(std::size_t(list->checkedRow()))->setFocus(Qt::TabFocusReason);
+}
+
+void Buttoninterface::leaveFunctions()
+{
+    showButtons();
+    functions->showPanel(Panel::Debounce);
+}
+
+void Buttoninterface::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && ui->stackedWidget->currentWidget() == ui->page_2)
+        leaveFunctions();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void Buttoninterface::nameChosenRow()
+{
+    const int row = list->checkedRow();
+    functions->setTitle(row < 0 ? QString() : list->caption(std::size_t(row))->accessibleName());
+}
+
+int Buttoninterface::chosenButton() const
+{
+    const int row = list->checkedRow();
+    return row < 0 ? -1 : ButtonRows[std::size_t(row)].button;
+}
+
+// ---- Functions ----------------------------------------------------------------------------------
+
+void Buttoninterface::choose(const ActionRow &row)
+{
+    if (row.form == Form::Opener && row.shows != Panel::Macros)
+        openPanel(row.shows);
+    else if (row.form != Form::Fire)
+        if (const auto action = encodeAction(row, sensor))
+            bindChosen(*action);
+}
+
+void Buttoninterface::openPanel(Panel panel)
+{
+    functions->showPanel(panel);
+    if (hasFocusIn(ui->stackedWidget))
+        functions->focusPanel();
+}
+
+void Buttoninterface::bindChosen(const EncodedAction &action)
+{
+    const int button = chosenButton();
+    functions->clearDetails();
+    if (button >= 0)
+        bind(button, action);
+    leaveFunctions();
+}
+
+void Buttoninterface::on_DPI_6_clicked()
+{
+    const int button = chosenButton();
+    if (!ButtonPageBusy && !CheckOnline()) {
+        leaveFunctions();
+        return;
+    }
+    functions->showPanel(Panel::Debounce);
+    const KeyBinding first = builtInAction(FireButton)->binding;
+    const bool isFire = KeyClass.value(button, -1) == FireKeyClass;
+    FireKey dialog;
+    dialog.setValues(isFire ? KeyParamA.value(button) : first.First,
+                     isFire ? KeyParamB.value(button) : first.Second);
+    dialog.openOver(this, InputDialogOffset);
+    if (!dialog.isAccepted()) {
+        preselect(button);
+        return;
+    }
+    FireInterval = dialog.interval();
+    FireCount = dialog.count();
+    bindChosen(encodeFireKey(FireInterval, FireCount));
+}
+
+void Buttoninterface::on_DPI_8_clicked()
+{
+    functions->showPanel(Panel::Debounce);
+    GroupKey dialog;
+    dialog.openOver(this, InputDialogOffset);
+    if (dialog.isAccepted())
+        bindChosen(encodeCombination(dialog.text()));
+    else
+        preselect(chosenButton());
+}
+
+bool Buttoninterface::bind(int button, const EncodedAction &action)
+{
+    const bool taken = action.sequence ? SetKeySequence(button, action.binding, *action.sequence)
+                                       : SetBinding(button, action.binding);
+    if (!taken)
+        return false;
+    RecordBinding(button, action.binding);
+    ShowBinding(button, action.binding.Class, action.binding.First, action.binding.Second,
+                DeviceRecord::copy());
+    return true;
+}
+
+bool Buttoninterface::SetMediaAction(int button, uint8_t code)
+{
+    const ActionRow *row = mediaAction(code);
+    return row && bind(button, encodeMedia(row->value));
+}
+
+bool Buttoninterface::SetComboAction(int button, const QString &keys)
+{
+    return bind(button, encodeCombination(keys));
+}
+
+void Buttoninterface::RecordBinding(int button, const KeyBinding &binding)
+{
+    const std::pair<QList<int> &, int> entries[] = {
+        {KeyClass, binding.Class}, {KeyParamA, binding.First}, {KeyParamB, binding.Second}};
+    for (const auto &[values, value] : entries) {
+        while (values.size() <= button)
+            values << 0;
+        values[button] = value;
+    }
+}
+
+// ---- Macros -------------------------------------------------------------------------------------
+
+// Those that the mouse holds, since a macro stands in the slot of the button that plays it.
+void Buttoninterface::showMacros(const FlashDataMap &map)
+{
+    QStringList names;
+    for (int k = 0; k < qMin(KeyClass.size(), ButtonCount); ++k)
+        if (const QString name = macroName(map.MacroBlocks[k]);
+            isMacro(map, k) && !name.isEmpty() && !names.contains(name))
+            names << name;
+    names.sort(Qt::CaseInsensitive);
+    functions->setMacros(names);
+}
+
+void Buttoninterface::SlotAddMacroButton() { showMacros(DeviceRecord::copy()); }
+
+void Buttoninterface::on_DPI_10_clicked()
+{
+    if (functions->hasMacros()) {
+        openPanel(Panel::Macros);
+        return;
+    }
+    functions->showPanel(Panel::Debounce);
+    MakeMacro notice;
+    notice.openOver(this, NoticeOffset);
+}
+
+void Buttoninterface::slotButtonClicked(const QString &macro)
+{
+    const int button = chosenButton();
+    functions->clearDetails();
+    const FlashDataMap record = DeviceRecord::copy();
+    for (int k = 0; button >= 0 && k < ButtonCount; ++k) {
+        if (!isMacro(record, k) || macroName(record.MacroBlocks[k]) != macro)
+            continue;
+        const KeyBinding binding = macroBinding(button, record.KeyBindings[k].Second);
+        if (SetMacroBinding(button, binding, record.MacroBlocks[k])) {
+            RecordBinding(button, binding);
+            ShowBinding(button, binding.Class, binding.First, binding.Second, DeviceRecord::copy());
+        }
+        break;
+    }
+    leaveFunctions();
+}

@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "binding/ButtonList.h"
+
+#include "binding/ActionButton.h"
+#include "presentation/StyleSheets.h"
+
+#include <QButtonGroup>
+#include <QEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace
+{
+
+constexpr QSize CaptionSize{344, 40};
+constexpr int BadgeSize = 26;
+constexpr int Gap = 8;
+
+} // namespace
+
+ButtonList::ButtonList(QScrollArea *scrollArea, QWidget *picture)
+    : QObject(picture), area(scrollArea), group(new QButtonGroup(this))
+{
+    group->setObjectName(QStringLiteral("ButtonGroup"));
+    auto *list = new QWidget;
+    auto *grid = new QGridLayout(list);
+    grid->setContentsMargins(0, 0, 0, Gap);
+    grid->setSpacing(Gap);
+    grid->setColumnStretch(2, 1);
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        addRow(row, list, picture);
+        grid->addWidget(rows[row].number, int(row), 0);
+        grid->addWidget(rows[row].caption, int(row), 1);
+    }
+    area->setWidget(list);
+    list->setAutoFillBackground(false);
+    setModel(0);
+}
+
+void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
+{
+    const ButtonRow &names = ButtonRows[row];
+    const QString number = QString::number(row + 1);
+    rows[row].number = new QLabel(number, list);
+    rows[row].number->setFixedSize(BadgeSize, BadgeSize);
+    rows[row].number->setAlignment(Qt::AlignCenter);
+    auto *caption = new ActionButton(QLatin1String(names.caption), list);
+    caption->setFixedSize(CaptionSize);
+    group->addButton(caption, int(row));
+    caption->installEventFilter(this);
+    rows[row].caption = caption;
+    auto *marker = new QToolButton(picture);
+    marker->setObjectName(QLatin1String(names.marker));
+    marker->setText(number);
+    marker->setCheckable(true);
+    marker->resize(BadgeSize, BadgeSize);
+    rows[row].marker = marker;
+    setText(names.button, QString());
+    connect(caption, &QToolButton::toggled, this, [this, marker](bool checked) {
+        marker->setChecked(checked);
+        emit checkedChanged();
+    });
+    // A mark does not choose by itself.
+    connect(marker, &QToolButton::clicked, this,
+            [marker, caption] { marker->setChecked(caption->isChecked()); });
+}
+
+// The keyboard must not lead out of sight.
+bool ButtonList::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn)
+        area->ensureWidgetVisible(qobject_cast<QWidget *>(watched), 0, Gap);
+    return false;
+}
+
+void ButtonList::dress(const QString &folder)
+{
+    const QString ink = style::color("ButtonColor");
+    const QString row = style::stateButton(folder, QStringLiteral("Row"), ink, ink);
+    const QString mark =
+        style::stateButton(folder, QStringLiteral("Mark"), ink, style::color("ComboxBackGroundColor"));
+    const QString badge = style::labelPlate(folder, style::color("LabelColor"), QStringLiteral("Badge.png"));
+    for (const Row &each : rows) {
+        each.caption->setStyleSheet(row);
+        each.marker->setStyleSheet(mark);
+        each.number->setStyleSheet(badge);
+    }
+}
+
+std::size_t ButtonList::rowOf(int button)
+{
+    for (std::size_t row = 0; row < ButtonRows.size(); ++row)
+        if (ButtonRows[row].button == button)
+            return row;
+    return 0;
+}
+
+QString ButtonList::text(int button) const { return rows[rowOf(button)].caption->text(); }
+
+void ButtonList::setText(int button, const QString &text)
+{
+    const Row &row = rows[rowOf(button)];
+    row.caption->setText(text);
+    row.caption->setToolTip(row.caption->isElided() ? text : QString());
+    const QString name = tr("Button %1: %2").arg(row.number->text(), text);
+    row.caption->setAccessibleName(name);
+    row.marker->setAccessibleName(name);
+    row.marker->setToolTip(text);
+}
+
+int ButtonList::checkedRow() const { return group->checkedId(); }
+
+void ButtonList::check(std::size_t row) { rows[row].caption->setChecked(true); }
+
+// An exclusive group would keep its last one.
+void ButtonList::uncheckAll()
+{
+    group->setExclusive(false);
+    for (const Row &row : rows)
+        row.caption->setChecked(false);
+    group->setExclusive(true);
+}
+
+void ButtonList::scrollTo(std::size_t row) { area->verticalScrollBar()->setValue(ButtonRows[row].scroll); }
+
+void ButtonList::setModel(int model)
+{
+    if (model < 0 || model >= ModelCount)
+        return;
+    const MarkerPlaces &places = PlacesByModel[std::size_t(model)];
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        if (places[row] != Unmoved)
+            rows[row].marker->move(places[row]);
+    hasSixth = model == 0;
+    showRows();
+}
+
+void ButtonList::setButtonCount(int count)
+{
+    buttonCount = count;
+    showRows();
+}
+
+// A stale caption of a button that this mouse has not must neither be seen nor counted.
+bool ButtonList::isShown(std::size_t row) const
+{
+    return (hasSixth || row != SixthRow) && (buttonCount <= 0 || ButtonRows[row].button < buttonCount);
+}
+
+void ButtonList::showRows()
+{
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        const bool shown = isShown(row);
+        rows[row].number->setVisible(shown);
+        rows[row].caption->setVisible(shown);
+        rows[row].marker->setVisible(shown);
+    }
+    area->widget()->adjustSize();
+}
+
+int ButtonList::countOf(const QString &text) const
+{
+    int count = 0;
+    for (std::size_t row = 0; row < rows.size(); ++row)
+        if (isShown(row) && rows[row].caption->text() == text)
+            ++count;
+    return count;
+}

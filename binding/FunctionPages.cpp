@@ -1,0 +1,251 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "binding/FunctionPages.h"
+
+#include "binding/ActionButton.h"
+#include "binding/actions/BindingDecoder.h"
+#include "presentation/FirstShow.h"
+#include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
+
+#include <QButtonGroup>
+#include <QGridLayout>
+#include <QLabel>
+#include <QScrollArea>
+#include <QStackedWidget>
+
+using namespace binding;
+
+namespace
+{
+
+constexpr QSize FunctionSize{192, 32};
+constexpr QSize DetailSize{130, 32}; // where there are many
+constexpr int FunctionTop = 40;
+constexpr int FunctionPitch = 36;
+constexpr int Columns = 2;
+constexpr QPoint TitlePlace{16, 10};
+constexpr QPoint DetailPlace{16, 42};
+constexpr int PanelWidth = 820;
+constexpr int Gap = 8;
+constexpr int DetailPitch = 36;
+constexpr int FewDetails = 8; // of a panel whose buttons may be wide
+
+constexpr Panel Panels[] = {Panel::Media,      Panel::Lights,   Panel::DpiLocks,
+                            Panel::SideScroll, Panel::DpiSteps, Panel::Scroll};
+
+int detailCount(Panel panel)
+{
+    return int(std::count_if(ActionRows.begin(), ActionRows.end(),
+                             [panel](const ActionRow &row) { return row.place == panel; }));
+}
+
+} // namespace
+
+FunctionPages::FunctionPages(QStackedWidget *functions, QStackedWidget *panels)
+    : QObject(functions)
+    , functionStack(functions)
+    , panelStack(panels)
+    , functionGroup(new QButtonGroup(this))
+    , detailGroup(new QButtonGroup(this))
+{
+    functionGroup->setObjectName(QStringLiteral("FunctionGroup"));
+    detailGroup->setObjectName(QStringLiteral("DetailGroup"));
+    addFunctions();
+    for (const Panel panel : Panels)
+        addPanel(panel);
+    addMacroPanel();
+    showPanel(Panel::Debounce);
+}
+
+QWidget *FunctionPages::page(Panel panel) const
+{
+    QStackedWidget *const stack = panel == Panel::Functions ? functionStack : panelStack;
+    return stack->findChild<QWidget *>(panelName(panel));
+}
+
+ActionButton *FunctionPages::addAction(const ActionRow &row, QWidget *parent)
+{
+    auto *made = new ActionButton(QLatin1String(row.widget), parent);
+    (row.place == Panel::Functions ? functionGroup : detailGroup)->addButton(made);
+    connect(made, &QToolButton::clicked, this, [this, &row] { emit chosen(row); });
+    buttons[&row] = made;
+    return made;
+}
+
+void FunctionPages::addFunctions()
+{
+    QWidget *const list = page(Panel::Functions);
+    back = new QToolButton(list);
+    back->setObjectName(QStringLiteral("FunctionsBack"));
+    back->setGeometry(0, 0, 32, 32);
+    title = new QLabel(list);
+    title->setObjectName(QStringLiteral("FunctionsTitle"));
+    title->setGeometry(40, 0, list->parentWidget()->width() - 40, 32);
+    int place = 0;
+    for (const ActionRow &row : ActionRows) {
+        if (row.place != Panel::Functions)
+            continue;
+        addAction(row, list)->setGeometry({QPoint((place % Columns) * (FunctionSize.width() + Gap),
+                                                  FunctionTop + place / Columns * FunctionPitch),
+                                           FunctionSize});
+        ++place;
+    }
+    onFirstShow(list, [this, list] { dressPanel(list); });
+}
+
+void FunctionPages::addPanel(Panel panel)
+{
+    QWidget *const ground = page(panel);
+    titles[panel] = new QLabel(ground);
+    titles[panel]->setGeometry({TitlePlace, QSize(PanelWidth, 24)});
+    const QSize size = detailCount(panel) > FewDetails ? DetailSize : FunctionSize;
+    const int columns = (PanelWidth + Gap) / (size.width() + Gap);
+    int place = 0;
+    for (const ActionRow &row : ActionRows) {
+        if (row.place != panel)
+            continue;
+        const QPoint offset((place % columns) * (size.width() + Gap), place / columns * DetailPitch);
+        addAction(row, ground)->setGeometry({DetailPlace + offset, size});
+        ++place;
+    }
+    onFirstShow(ground, [this, ground] { dressPanel(ground); });
+}
+
+void FunctionPages::addMacroPanel()
+{
+    QWidget *const ground = page(Panel::Macros);
+    titles[Panel::Macros] = new QLabel(ground);
+    titles[Panel::Macros]->setGeometry({TitlePlace, QSize(PanelWidth, 24)});
+    auto *area = new QScrollArea(ground);
+    area->setGeometry({DetailPlace, QSize(PanelWidth, 3 * DetailPitch)});
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setFocusPolicy(Qt::NoFocus);
+    auto *list = new QWidget;
+    macroGrid = new QGridLayout(list);
+    macroGrid->setContentsMargins(0, 0, 0, 0);
+    macroGrid->setSpacing(DetailPitch - FunctionSize.height());
+    macroGrid->setHorizontalSpacing(Gap);
+    area->setWidget(list);
+    onFirstShow(ground, [this, ground, area] {
+        area->setStyleSheet(style::scrollArea());
+        macrosDressed = true;
+        dressPanel(ground);
+    });
+}
+
+// ---- Looks and texts ----------------------------------------------------------------------------
+
+void FunctionPages::dressPanel(QWidget *ground)
+{
+    const QString ink = style::color("ButtonColor");
+    const QString pictures = style::pictureFolder(QStringLiteral("Buttoninterface"));
+    const QString wide = style::stateButton(pictures, QStringLiteral("Function"), ink, ink);
+    const QString narrow = style::stateButton(pictures, QStringLiteral("Detail"), ink, ink);
+    for (ActionButton *each : ground->findChildren<ActionButton *>())
+        each->setStyleSheet(each->width() == FunctionSize.width() ? wide : narrow);
+    for (QLabel *each : ground->findChildren<QLabel *>())
+        each->setStyleSheet(style::label(style::color("LabelColor")));
+    if (back->parentWidget() == ground)
+        back->setStyleSheet(style::titleButton(pictures, QStringLiteral("Back")));
+}
+
+void FunctionPages::setLanguage(int index)
+{
+    for (const auto &[row, each] : buttons)
+        each->setText(actionText(*row, index));
+    for (const auto &[panel, label] : titles)
+        label->setText(actionText(*openerOf(panel), index));
+    back->setToolTip(language::text(language::Section::common, "Cancel", index));
+    back->setAccessibleName(back->toolTip());
+}
+
+void FunctionPages::setTitle(const QString &text) { title->setText(text); }
+
+// ---- What shows ---------------------------------------------------------------------------------
+
+Panel FunctionPages::panel() const
+{
+    for (int i = 0; i < PanelCount; ++i)
+        if (panelStack->currentWidget()->objectName() == panelName(Panel(i)))
+            return Panel(i);
+    return Panel::Debounce;
+}
+
+void FunctionPages::showPanel(Panel panel)
+{
+    if (QWidget *const wanted = page(panel))
+        panelStack->setCurrentWidget(wanted);
+}
+
+void FunctionPages::clearDetails()
+{
+    detailGroup->setExclusive(false);
+    for (QAbstractButton *each : detailGroup->buttons())
+        each->setChecked(false);
+    detailGroup->setExclusive(true);
+}
+
+void FunctionPages::preselect(const DecodedBinding &decoded, const QString &macro)
+{
+    functionGroup->setExclusive(false);
+    for (QAbstractButton *each : functionGroup->buttons())
+        each->setChecked(false);
+    functionGroup->setExclusive(true);
+    clearDetails();
+    showPanel(decoded.panel);
+    if (decoded.function)
+        button(*decoded.function)->setChecked(true);
+    if (decoded.detail)
+        button(*decoded.detail)->setChecked(true);
+    if (decoded.panel == Panel::Macros)
+        for (ActionButton *each : qAsConst(macros))
+            each->setChecked(each->text() == macro);
+}
+
+void FunctionPages::focusChosen()
+{
+    QAbstractButton *chosenOne = functionGroup->checkedButton();
+    if (!chosenOne)
+        chosenOne = button(ActionRows.front());
+    chosenOne->setFocus(Qt::TabFocusReason);
+}
+
+void FunctionPages::focusPanel()
+{
+    QAbstractButton *chosenOne = detailGroup->checkedButton();
+    const auto offered = panelStack->currentWidget()->findChildren<ActionButton *>();
+    if ((!chosenOne || !chosenOne->isVisible()) && !offered.isEmpty())
+        chosenOne = offered.first();
+    if (chosenOne)
+        chosenOne->setFocus(Qt::TabFocusReason);
+}
+
+// ---- Macros -------------------------------------------------------------------------------------
+
+void FunctionPages::setMacros(const QStringList &names)
+{
+    // A read may arrive while the click on one of them waits in a notice.
+    for (ActionButton *each : qAsConst(macros)) {
+        detailGroup->removeButton(each);
+        each->hide();
+        each->deleteLater();
+    }
+    macros.clear();
+    const int columns = (PanelWidth + Gap) / (FunctionSize.width() + Gap);
+    QWidget *const list = macroGrid->parentWidget();
+    for (const QString &name : names) {
+        auto *made = new ActionButton(QString(), list);
+        made->setText(name);
+        made->setFixedSize(FunctionSize);
+        detailGroup->addButton(made);
+        macroGrid->addWidget(made, macros.size() / columns, macros.size() % columns);
+        connect(made, &QToolButton::clicked, this, [this, made] { emit macroChosen(made->text()); });
+        made->show();
+        macros << made;
+    }
+    list->adjustSize();
+    if (macrosDressed)
+        dressPanel(page(Panel::Macros));
+}

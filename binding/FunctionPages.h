@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// FunctionPages: the widgets that offer the actions: the list of functions, which lies over the list of
+// buttons, and the panels beside it. Made from the table of actions in the pages of two stacks, which own
+// them. It shows and checks; what a click means is the page's. Main thread.
+#pragma once
+
+#include "binding/actions/ActionTable.h"
+
+#include <QObject>
+#include <QStringList>
+#include <map>
+
+class ActionButton;
+class QButtonGroup;
+class QGridLayout;
+class QLabel;
+class QStackedWidget;
+class QToolButton;
+class QWidget;
+
+namespace binding
+{
+struct DecodedBinding;
+}
+
+class FunctionPages : public QObject
+{
+    Q_OBJECT
+
+public:
+    FunctionPages(QStackedWidget *functions, QStackedWidget *panels);
+
+    void setLanguage(int index);
+
+    ActionButton *button(const binding::ActionRow &row) const { return buttons.at(&row); }
+    QToolButton *backButton() const { return back; }
+    void setTitle(const QString &text);
+
+    binding::Panel panel() const;
+    void showPanel(binding::Panel panel);
+    // What stands for a stored action is shown and checked, and nothing else is.
+    void preselect(const binding::DecodedBinding &decoded, const QString &macro);
+    void clearDetails();
+    // For who came by the keyboard: to the checked function, and from there to the panel that it shows.
+    void focusChosen();
+    void focusPanel();
+
+    void setMacros(const QStringList &names);
+    bool hasMacros() const { return !macros.isEmpty(); }
+
+signals:
+    void chosen(const binding::ActionRow &row);
+    void macroChosen(const QString &name);
+
+private:
+    QWidget *page(binding::Panel panel) const;
+    void addFunctions();
+    void addPanel(binding::Panel panel);
+    void addMacroPanel();
+    ActionButton *addAction(const binding::ActionRow &row, QWidget *parent);
+    void dressPanel(QWidget *page);
+
+    QStackedWidget *functionStack;
+    QStackedWidget *panelStack;
+    QButtonGroup *functionGroup;
+    QButtonGroup *detailGroup;
+    std::map<const binding::ActionRow *, ActionButton *> buttons;
+    std::map<binding::Panel, QLabel *> titles;
+    QLabel *title;
+    QToolButton *back;
+    QGridLayout *macroGrid = nullptr;
+    QList<ActionButton *> macros;
+    bool macrosDressed = false;
+};

@@ -1,0 +1,297 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The binding page of the real program against the flash of an emulated mouse: every action on every button,
+// the dialogs, the profiles, and a record that leaves by a file and comes back.
+#include "app/hub/PostMsg.h"
+#include "binding/dialogs/FireKey.h"
+#include "binding/dialogs/GroupKey.h"
+#include "device/WriteFamily.h"
+#include "tests/e2e/Program.h"
+#include "tests/support/ButtonActions.h"
+#include "tests/support/Watchdog.h"
+
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QToolButton>
+
+namespace
+{
+
+struct ButtonOf {
+    int button;
+    const char *caption;
+};
+constexpr ButtonOf Buttons[] = {
+    {0, "FireKey"}, {1, "RightKey"}, {2, "BackKey"}, {4, "StartPause"}, {3, "TopMusic"},  {5, "BackMusic"},
+    {6, "Button7"}, {7, "Button8"},  {8, "Button9"}, {9, "Button10"},   {10, "Button11"}, {11, "Button12"},
+};
+
+QAbstractButton *named(const Program &program, const char *name)
+{
+    return program.window->findChild<QAbstractButton *>(QLatin1String(name));
+}
+QString captionOf(const Program &program, const char *name) { return named(program, name)->text(); }
+
+// A left button beside the one that is tried, so that this one can always be opened.
+FlashDataMap withSpareLeft(FlashDataMap map, int tried)
+{
+    map.KeyBindings[tried == 11 ? 10 : 11] = {1, 1, 0};
+    map.KeyBindings[tried] = {0, 0, 0};
+    return map;
+}
+
+QString keyText(const char *key) { return language::text(language::Section::key, key, LanguageIndex); }
+
+void chooseFile(const QString &path)
+{
+    auto *const dialog = windows::shown<QFileDialog>();
+    dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+    QMetaObject::invokeMethod(dialog, "accept");
+}
+
+void exportTo(Program &program, const QString &path)
+{
+    program.click("OutputData");
+    program.script.step("export", isShown<QFileDialog>, [path] { chooseFile(path); });
+    program.expect("exported", [path] { return isGone<QFileDialog>() && QFile::exists(path); });
+}
+
+void importFrom(Program &program, const QString &path)
+{
+    program.click("ImportData");
+    program.script.step("import", isShown<QFileDialog>, [path] { chooseFile(path); });
+    program.expect("wait", isShown<UpDataParam>);
+}
+
+} // namespace
+
+class tst_boundbuttons : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir folder;
+
+private slots:
+    // The model with twelve buttons, one of which it does not show; it is bound all the same.
+    void everyActionOfEveryButtonReachesTheFlash()
+    {
+        Program program;
+        Watchdog watchdog;
+        FlashDataMap wanted{};
+        const auto arrived = [&] { return sameBytes(program.bus.record("m2"), wanted); };
+        program.open(QStringLiteral("r2"));
+        for (const ButtonOf &each : Buttons) {
+            program.script.step(each.caption, always, [&, each] {
+                wanted = withSpareLeft(DeviceRecord::copy(), each.button);
+                DeviceRecord::update([&](FlashDataMap &record) { record = wanted; });
+                emit PostMsg::instance()->SigUpDataButtonUIC(wanted);
+            });
+            program.expect("prepared", arrived);
+            for (const ButtonAction &action : ButtonActions) {
+                program.script.step(action.widget, always, [&, each] {
+                    wanted.KeyBindings[each.button] = action.binding;
+                    if (action.usage)
+                        wanted.KeySequences[each.button] = pressAndRelease(action.usage);
+                    named(program, each.caption)->click();
+                    if (action.opener)
+                        named(program, action.opener)->click();
+                    named(program, action.widget)->click();
+                });
+                program.expect(action.widget, [&, each] {
+                    return arrived() && captionOf(program, each.caption) == QLatin1String(action.caption);
+                });
+            }
+        }
+        program.expect("record and flash agree", [&] { return program.agrees("m2"); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY2(!watchdog.barked(), qPrintable(QString::number(watchdog.longestSilenceMs())));
+    }
+
+    void theDialogsBindWhatTheyWereTold()
+    {
+        Program program;
+        FlashDataMap wanted{};
+        program.open(QStringLiteral("r2"));
+        program.script.step("before", always, [&] { wanted = DeviceRecord::copy(); });
+        program.click("RightKey");
+        program.click("DPI_6");
+        program.script.step("fire key", isShown<FireKey>, [&] {
+            windows::shown<FireKey>()->setValues(25, 2);
+            windows::shown<FireKey>()->on_NewHong_clicked();
+        });
+        program.expect("fire key in flash", [&] {
+            wanted.KeyBindings[1] = {4, 25, 2};
+            return sameBytes(program.bus.record("m2"), wanted);
+        });
+        program.click("BackKey");
+        program.click("DPI_8");
+        program.script.step("keys", isShown<GroupKey>, [&] {
+            auto *const dialog = windows::shown<GroupKey>();
+            dialog->findChild<QAbstractButton *>(QStringLiteral("Shift"))->setChecked(true);
+            dialog->UpdateCapslockTip('F', true, false);
+            dialog->on_NewHong_clicked();
+        });
+        program.expect("keys in flash", [&] {
+            const FlashDataMap flash = program.bus.record("m2");
+            return flash.KeyBindings[2].Class == 5 && flash.KeySequences[2].Count.get() == 4 &&
+                   program.agrees("m2");
+        });
+        program.expect("caption", [&] { return captionOf(program, "BackKey") == QLatin1String("Shift+F"); });
+        QCOMPARE(program.script.run(), QString());
+    }
+
+    void offLineNothingChanges()
+    {
+        Program program;
+        FlashDataMap before{};
+        QString caption;
+        program.open(QStringLiteral("r2"));
+        program.script.step("before", always, [&] {
+            before = program.bus.record("m2");
+            caption = captionOf(program, "RightKey");
+        });
+        program.order("radio m2 off");
+        program.click("RightKey");
+        program.click("DPI_3");
+        program.expect("notice", [] { return says<MouseOffLine>(infoText("DialogOffline")); });
+        program.script.step("answer", always, [] { answer<MouseOffLine>("NewHong"); });
+        program.expect("as before", [&] {
+            return isGone<MouseOffLine>() && captionOf(program, "RightKey") == caption &&
+                   windows::visible(QStringLiteral("RightKey"));
+        });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(sameBytes(program.bus.record("m2"), before));
+        QVERIFY(sameBytes(DeviceRecord::copy(), before));
+    }
+
+    void anotherProfileShowsItsOwnCaptions()
+    {
+        Program program;
+        QString plain;
+        program.open(QStringLiteral("r2"));
+        program.script.step("before", always, [&] { plain = captionOf(program, "RightKey"); });
+        program.click("RightKey");
+        program.click("DPI_3");
+        program.expect("bound", [&] { return program.bus.flash("m2").KeyBindings[1].Class == 9; });
+        // Whole reads are three seconds apart, so the first choices may come too early.
+        const auto chooseProfile = [&program](int index) {
+            program.expect("whole read asked for", [&program, index] {
+                auto *const box = program.window->findChild<QComboBox *>(QStringLiteral("ProjectChoose"));
+                box->setCurrentIndex(index);
+                emit box->activated(index);
+                return ConfigChanged.load() || isShown<UpDataParam>();
+            });
+            program.expect("wait", isShown<UpDataParam>);
+            program.expect("end of the wait", [] { return isGone<UpDataParam>() && isGone<MouseOffLine>(); });
+        };
+        const auto shows = [&program](int profile, const QString &caption) {
+            return program.bus.emulated.mouse("m2")->profile == profile &&
+                   captionOf(program, "RightKey") == caption;
+        };
+        chooseProfile(1);
+        program.expect("its captions", [&] { return shows(1, plain); });
+        chooseProfile(0);
+        program.expect("its own again", [&] { return shows(0, QStringLiteral("Switch profile")); });
+        program.expect("record and flash agree", [&] { return program.agrees("m2"); });
+        QCOMPARE(program.script.run(), QString());
+    }
+
+    void anExportComesBack()
+    {
+        const QString path = folder.filePath(QStringLiteral("mine.bin"));
+        Program program;
+        FlashDataMap kept{};
+        program.open(QStringLiteral("r1"));
+        program.click("RightKey");
+        program.click("DPI_5");
+        program.expect("bound", [&] { return program.bus.flash("m1").KeyBindings[1].Class == 0; });
+        program.script.step("keep", always, [&] { kept = program.bus.record("m1"); });
+        exportTo(program, path);
+        program.click("RightKey");
+        program.click("DPI_2");
+        program.expect("bound anew", [&] { return program.bus.flash("m1").KeyBindings[1].Class == 7; });
+        importFrom(program, path);
+        program.expect("end", [] { return isGone<UpDataParam>() && !SettingsBusy; });
+        program.expect("as exported", [&] {
+            return sameBytes(program.bus.record("m1"), kept) && program.agrees("m1") &&
+                   captionOf(program, "RightKey") == QLatin1String("Disabled");
+        });
+        QCOMPARE(program.script.run(), QString());
+        QCOMPARE(QFile(path).size(), qint64(10484));
+    }
+
+    void anExportOfAnotherModelIsRefused()
+    {
+        const QString path = folder.filePath(QStringLiteral("other.bin"));
+        Program program;
+        FlashDataMap before{};
+        program.open(QStringLiteral("r1"));
+        exportTo(program, path);
+        program.click("UpArrow");
+        program.open(QStringLiteral("r2"));
+        program.script.step("before", always, [&] { before = program.bus.record("m2"); });
+        importFrom(program, path);
+        program.expect("refusal", [] { return says<InportFail>(keyText("DialogEConfigMismatch")); });
+        program.script.step("answer", always, [] { answer<InportFail>("NewHong"); });
+        program.expect("end", [] { return isGone<InportFail>() && isGone<UpDataParam>() && !SettingsBusy; });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(sameBytes(program.bus.record("m2"), before));
+    }
+
+    void anImportBringsItsMacros()
+    {
+        const QString path = folder.filePath(QStringLiteral("macro.bin"));
+        Program program;
+        program.open(QStringLiteral("r1"));
+        program.script.step("macro", always, [] {
+            MacroBlock macro{};
+            macro.NameLength = 5;
+            std::memcpy(macro.Name, "Burst", 5);
+            macro.EventCount = 1;
+            SetMacroBinding(6, {6, 6, 254}, macro);
+        });
+        program.expect("in flash", [&] { return program.bus.flash("m1").KeyBindings[6].Class == 6; });
+        exportTo(program, path);
+        program.script.step("gone", always, [] { SetBinding(6, {0, 0, 0}); });
+        program.expect("gone", [&] { return program.bus.flash("m1").KeyBindings[6].Class == 0; });
+        importFrom(program, path);
+        program.expect("caption", [&] {
+            return isGone<UpDataParam>() && captionOf(program, "Button7") == QLatin1String("Macro: Burst");
+        });
+        program.click("RightKey");
+        program.click("DPI_10");
+        program.script.step(
+            "offered", [] { return windows::visible(QStringLiteral("page_5")); },
+            [] { windows::visible(QStringLiteral("page_5"))->findChild<QToolButton *>()->click(); });
+        program.expect("copied", [&] {
+            const FlashDataMap flash = program.bus.record("m1");
+            return flash.KeyBindings[1].Class == 6 && flash.KeyBindings[1].First == 1 &&
+                   flash.KeyBindings[1].Second == 254 &&
+                   std::memcmp(&flash.MacroBlocks[1], &flash.MacroBlocks[6], sizeof(MacroBlock)) == 0;
+        });
+        QCOMPARE(program.script.run(), QString());
+    }
+
+    void aResetBringsBackTheCaptions()
+    {
+        Program program;
+        program.open(QStringLiteral("r1"));
+        program.click("RightKey");
+        program.click("DPI_3");
+        program.expect("bound", [&] { return program.bus.flash("m1").KeyBindings[1].Class == 9; });
+        program.click("Reset");
+        program.script.step("confirm", isShown<ContainReset>, [] { answer<ContainReset>("OK"); });
+        program.expect("wait", isShown<UpDataParam>);
+        program.expect("end", [] { return isGone<UpDataParam>() && !SettingsBusy; });
+        program.expect("caption", [&] {
+            return captionOf(program, "RightKey") == QLatin1String("Right button") && program.agrees("m1");
+        });
+        QCOMPARE(program.script.run(), QString());
+    }
+};
+
+int main(int argc, char **argv) { return runProgramTest<tst_boundbuttons>(argc, argv); }
+#include "tst_boundbuttons.moc"

@@ -1,0 +1,425 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What a click on the binding page writes, what it says when it cannot, the rule of the left button, and the
+// operations on the whole device: profiles, export.
+#include "binding/dialogs/FireKey.h"
+#include "binding/dialogs/GroupKey.h"
+#include "presentation/Notices.h"
+#include "tests/support/ButtonActions.h"
+#include "tests/widget/ButtonPage.h"
+
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <cstring>
+
+namespace
+{
+
+bool same(const FlashDataMap &a, const FlashDataMap &b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+void nameMacro(MacroBlock *block, const char *name)
+{
+    block->NameLength = uint8_t(qstrlen(name));
+    std::memcpy(block->Name, name, qstrlen(name));
+    block->EventCount = 1;
+    block->Events[0].Code.set(0x04);
+}
+
+} // namespace
+
+class tst_ButtonBinding : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<ButtonPage> made;
+    ButtonPage &page() { return *made; }
+    static std::size_t updates() { return FakeHidUsb::instance().updates().size(); }
+    void open(const char *caption, const ButtonAction &action)
+    {
+        page().click(caption);
+        if (action.opener)
+            page().click(action.opener);
+    }
+    static void eachAction()
+    {
+        QTest::addColumn<int>("row");
+        for (std::size_t i = 0; i < std::size(ButtonActions); ++i)
+            QTest::newRow(ButtonActions[i].widget) << int(i);
+    }
+    QComboBox *profiles() { return page().form.findChild<QComboBox *>("ProjectChoose"); }
+    static void tellProfiles(int total, int selected, bool enabled)
+    {
+        fixture::emitElsewhere(
+            [=] { emit PostMsg::instance()->SigUpDataConfigUI(total, selected, enabled); });
+    }
+    QStringList profileNames()
+    {
+        QStringList names;
+        for (int i = 0; i < profiles()->count(); ++i)
+            names << profiles()->itemText(i);
+        return names;
+    }
+
+private slots:
+    void init()
+    {
+        fixture::clean();
+        made = std::make_unique<ButtonPage>();
+        page().show(ButtonPage::plainRecord());
+    }
+    void cleanup() { made.reset(); }
+
+    // ---- Functions
+
+    void aClickBinds_data() { eachAction(); }
+    void aClickBinds()
+    {
+        QFETCH(int, row);
+        const ButtonAction &action = ButtonActions[row];
+        FlashDataMap wanted = DeviceRecord::copy();
+        wanted.KeyBindings[3] = action.binding;
+        if (action.usage)
+            wanted.KeySequences[3] = pressAndRelease(action.usage);
+        open("TopMusic", action);
+        page().click(action.widget);
+        QVERIFY(same(DeviceRecord::copy(), wanted));
+        QCOMPARE(int(updates()), 1);
+        QCOMPARE(page().button("TopMusic")->text(), action.caption);
+        QCOMPARE(page().shownPage(), "page");
+        // Opened again, it stands on what was bound.
+        page().click("TopMusic");
+        QVERIFY(page().button(action.widget)->isChecked());
+    }
+
+    void aSilentMouseKeepsEverything_data() { eachAction(); }
+    void aSilentMouseKeepsEverything()
+    {
+        QFETCH(int, row);
+        const FlashDataMap before = DeviceRecord::copy();
+        FakeHidUsb::instance().setOnline("dev", false);
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        open("TopMusic", ButtonActions[row]);
+        page().click(ButtonActions[row].widget);
+        QVERIFY(same(DeviceRecord::copy(), before));
+        QVERIFY(updates() == 0);
+        QCOMPARE(notice.count(), 1);
+        QCOMPARE(notice[0][0].toInt(), 0);
+        QCOMPARE(page().button("TopMusic")->text(), "Back button");
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    void withoutAButtonNothingIsBound()
+    {
+        page().click("MidKey");
+        QVERIFY(updates() == 0);
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    void aMediaKeyByItsCode()
+    {
+        QVERIFY(page().form.SetMediaAction(6, 0x23));
+        QCOMPARE(page().button("Button7")->text(), "Browser home");
+        QVERIFY(!page().form.SetMediaAction(6, 0x01));
+        QCOMPARE(int(updates()), 1);
+    }
+
+    // ---- Fire key
+
+    void theFireKeyAsksForItsValues_data()
+    {
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<int>("interval");
+        QTest::addColumn<int>("count");
+        QTest::newRow("of another action") << "RightKey" << 10 << 3;
+        QTest::newRow("of a fire key") << "Button11" << 77 << 1;
+    }
+    void theFireKeyAsksForItsValues()
+    {
+        QFETCH(QString, caption);
+        QFETCH(int, interval);
+        QFETCH(int, count);
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[10] = {4, 77, 1};
+        page().show(map);
+        page().click(caption);
+        QList<int> offered;
+        fixture::whenModal<FireKey>([&](FireKey *dialog) {
+            offered << dialog->interval() << dialog->count();
+            dialog->setValues(200, 0);
+            dialog->on_NewHong_clicked();
+        });
+        page().click("DPI_6");
+        QCOMPARE(offered, QList<int>({interval, count}));
+        const KeyBinding bound = DeviceRecord::copy().KeyBindings[caption == "Button11" ? 10 : 1];
+        QCOMPARE(int(bound.Class), 4);
+        QCOMPARE(int(bound.First), 200);
+        QCOMPARE(int(bound.Second), 0);
+        QCOMPARE(page().button(caption)->text(), "Rapid fire");
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    void aDismissedFireKeyBindsNothing()
+    {
+        page().click("RightKey");
+        fixture::whenModal<FireKey>([](FireKey *dialog) { dialog->on_CloseButton_clicked(); });
+        page().click("DPI_6");
+        QVERIFY(updates() == 0);
+        QVERIFY(page().button("RightKey_3")->isChecked()); // not the function that was not taken
+    }
+
+    void aSilentMouseIsNotAskedForAFireKey()
+    {
+        page().click("RightKey");
+        page().click("DPI_7");
+        FakeHidUsb::instance().setOnline("dev", false);
+        page().click("DPI_6"); // would not return from a dialog
+        QCOMPARE(page().shownPage(), "page");
+        QCOMPARE(page().shownPanel(), "page_9");
+        QVERIFY(updates() == 0);
+    }
+
+    // ---- Combination
+
+    void theCombinationAsksForItsKeys()
+    {
+        page().click("RightKey");
+        fixture::whenModal<GroupKey>([](GroupKey *dialog) {
+            dialog->findChild<QAbstractButton *>("Ctrl")->setChecked(true);
+            dialog->UpdateCapslockTip('A', true, false);
+            dialog->on_NewHong_clicked();
+        });
+        page().click("DPI_8");
+        const FlashDataMap record = DeviceRecord::copy();
+        QCOMPARE(int(record.KeyBindings[1].Class), 5);
+        QCOMPARE(int(record.KeySequences[1].Count.get()), 4);
+        QCOMPARE(int(record.KeySequences[1].Events[1].Code.get()), 0x04);
+        QCOMPARE(page().button("RightKey")->text(), "Ctrl+A");
+        QCOMPARE(int(updates()), 1);
+    }
+
+    void aDismissedCombinationBindsNothing()
+    {
+        page().click("RightKey");
+        fixture::whenModal<GroupKey>([](GroupKey *dialog) { dialog->on_NewHong_2_clicked(); });
+        page().click("DPI_8");
+        QVERIFY(updates() == 0);
+        QVERIFY(page().button("RightKey_3")->isChecked());
+    }
+
+    // ---- The left button
+
+    void theLastLeftButtonCannotBeOpened()
+    {
+        page().click("RightKey");
+        page().leave();
+        bool told = false;
+        fixture::whenModal<LeftButtonOnly>([&](LeftButtonOnly *notice) {
+            told = true;
+            notice->on_CloseButton_clicked();
+        });
+        page().click("FireKey");
+        QVERIFY(told);
+        QCOMPARE(page().shownPage(), "page");
+        QCOMPARE(page().shownPanel(), "page_9");
+        QCOMPARE(page().checkedCaption(), "");
+        page().click("RightKey"); // the group works on
+        page().click("BackKey");
+        QCOMPARE(page().checkedCaption(), "BackKey");
+    }
+
+    void ofTwoLeftButtonsOneCanBeChanged()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[8] = {1, 1, 0};
+        page().show(map);
+        page().click("FireKey");
+        page().click("MidKey");
+        QCOMPARE(page().button("FireKey")->text(), "Middle button");
+        bool told = false;
+        fixture::whenModal<LeftButtonOnly>([&](LeftButtonOnly *notice) {
+            told = true;
+            notice->on_CloseButton_clicked();
+        });
+        page().click("Button9");
+        QVERIFY(told);
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    void theCaptionIsWhatCounts()
+    {
+        page().button("TopMusic")->setText("Left button");
+        page().click("FireKey");
+        QCOMPARE(page().shownPage(), "page_2");
+    }
+
+    void aButtonThatTheMouseHasNotDoesNotCount()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[8] = {1, 1, 0};
+        page().show(map);
+        SelectedDevice::set(fixture::info("dev", Receiver8K, 1)); // six buttons
+        page().show(ButtonPage::plainRecord());
+        QCOMPARE(page().button("Button9")->text(), "Left button");
+        bool told = false;
+        fixture::whenModal<LeftButtonOnly>([&](LeftButtonOnly *notice) {
+            told = true;
+            notice->on_CloseButton_clicked();
+        });
+        page().click("FireKey");
+        QVERIFY(told);
+    }
+
+    // ---- Macros
+
+    void withoutMacrosThereIsANotice()
+    {
+        page().click("RightKey");
+        bool told = false;
+        fixture::whenModal<MakeMacro>([&](MakeMacro *notice) {
+            told = true;
+            notice->on_NewHong_clicked();
+        });
+        page().click("DPI_10");
+        QVERIFY(told);
+        QCOMPARE(page().shownPanel(), "page_9");
+        QVERIFY(updates() == 0);
+    }
+
+    void aMacroOfOneButtonGoesToAnother()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[7] = {6, 7, 254};
+        nameMacro(&map.MacroBlocks[7], "Burst");
+        page().show(map);
+        QCOMPARE(page().button("Button8")->text(), "Macro: Burst");
+        page().click("Button8");
+        QCOMPARE(page().shownPanel(), "page_5");
+        const QList<ActionButton *> offered =
+            page().form.findChild<QWidget *>("page_5")->findChildren<ActionButton *>();
+        QCOMPARE(offered.size(), 1);
+        QCOMPARE(offered[0]->text(), "Burst");
+        QVERIFY(offered[0]->isChecked());
+        page().leave();
+        page().click("RightKey");
+        page().click("DPI_10");
+        QCOMPARE(page().shownPanel(), "page_5");
+        offered[0]->click();
+        map.KeyBindings[1] = {6, 1, 254};
+        map.MacroBlocks[1] = map.MacroBlocks[7];
+        QVERIFY(same(DeviceRecord::copy(), map));
+        QCOMPARE(page().button("RightKey")->text(), "Macro: Burst");
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    // ---- Profiles
+
+    void profilesAreNamedByTheirNumber()
+    {
+        QSignalSpy name(PostMsg::instance(), &PostMsg::SigAddConfig);
+        tellProfiles(3, 1, true);
+        QCOMPARE(profileNames(), QStringList({"Profile 1", "Profile 2", "Profile 3"}));
+        QCOMPARE(profiles()->currentIndex(), 1);
+        QVERIFY(profiles()->isEnabled());
+        QCOMPARE(name.count(), 1);
+        QCOMPARE(name[0][0].toString(), "Profile 2");
+        tellProfiles(0, 5, false);
+        QCOMPARE(profileNames(), QStringList("Profile 1"));
+        QVERIFY(!profiles()->isEnabled());
+        QCOMPARE(FakeHidUsb::instance().count("UsbServer_SetCurrentConfig"), 0);
+    }
+
+    void aChosenProfileGoesToTheMouse()
+    {
+        tellProfiles(4, 0, true);
+        QSignalSpy name(PostMsg::instance(), &PostMsg::SigAddConfig);
+        profiles()->setCurrentIndex(3);
+        page().form.on_ProjectChoose_activated(3);
+        QCOMPARE(FakeHidUsb::instance().count("UsbServer_SetCurrentConfig"), 1);
+        QCOMPARE(name.count(), 1);
+        QCOMPARE(name[0][0].toString(), "Profile 4");
+    }
+
+    void aSilentMouseKeepsItsProfile()
+    {
+        tellProfiles(4, 2, true);
+        FakeHidUsb::instance().setOnline("dev", false);
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        profiles()->setCurrentIndex(0);
+        page().form.on_ProjectChoose_activated(0);
+        QCOMPARE(profiles()->currentIndex(), 2);
+        QCOMPARE(notice.count(), 1);
+        QCOMPARE(FakeHidUsb::instance().count("UsbServer_SetCurrentConfig"), 0);
+    }
+
+    void duringARefreshNobodyAsksWhetherTheMouseAnswers()
+    {
+        tellProfiles(4, 2, true);
+        FakeHidUsb::instance().setOnline("dev", false);
+        ButtonPageBusy = true;
+        page().form.on_ProjectChoose_activated(1);
+        ButtonPageBusy = false;
+        QCOMPARE(FakeHidUsb::instance().count("UsbServer_SetCurrentConfig"), 1);
+    }
+
+    void anotherLanguageKeepsTheProfile()
+    {
+        tellProfiles(4, 2, true);
+        page().setLanguage(1);
+        QCOMPARE(profileNames(), QStringList({"1", "2", "3", "4"}));
+        QCOMPARE(profiles()->currentIndex(), 2);
+        page().setLanguage(0);
+        QCOMPARE(profiles()->currentText(), "Profile 3");
+    }
+
+    // ---- Export
+
+    void anExportIsTheRecordAsItStands()
+    {
+        const QTemporaryDir folder;
+        FakeHidUsb::instance().setOnline("dev", false); // needs no mouse
+        QString title;
+        fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
+            title = dialog->windowTitle() + ' ' + dialog->nameFilters().join(' ');
+            dialog->setDirectory(folder.path());
+            dialog->findChild<QLineEdit *>("fileNameEdit")->setText("mine");
+            QMetaObject::invokeMethod(dialog, "accept");
+        });
+        page().click("OutputData");
+        QCOMPARE(title, "FileSave File(*.bin)");
+        QFile file(folder.filePath("mine.bin"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        QCOMPARE(bytes.size(), 10484);
+        QCOMPARE(bytes.mid(4, 12), QByteArray("Taigri").leftJustified(12, '\0'));
+        QCOMPARE(bytes.mid(20, 12), QByteArray("3395").leftJustified(12, '\0'));
+        const FlashDataMap record = DeviceRecord::copy();
+        QVERIFY(std::memcmp(bytes.constData() + 36, &record, sizeof record) == 0);
+    }
+
+    void aDismissedExportWritesNothing()
+    {
+        const QTemporaryDir folder;
+        fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
+            dialog->setDirectory(folder.path());
+            dialog->reject();
+        });
+        page().click("OutputData");
+        QVERIFY(QDir(folder.path()).isEmpty());
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    const ProductFolder product(ButtonPage::catalogue());
+    fixture::useShippedLooks(product);
+    QApplication application(argc, argv);
+    application.setFont(QFont("DejaVu Sans", 9));
+    LoadLanguageTables();
+    tst_ButtonBinding test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_buttonbinding.moc"
