@@ -55,7 +55,7 @@ TEST_P(Finder, NamesAndAsksADevice)
 }
 
 INSTANTIATE_TEST_SUITE_P(Links, Finder, testing::ValuesIn(Links),
-                         [](const auto &info) { return std::string(info.param.id); });
+                         [](const auto &what) { return std::string(what.param.id); });
 
 class Rights : public MachineTest
 {

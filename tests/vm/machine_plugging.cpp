@@ -193,7 +193,7 @@ TEST_P(Faults, AnswersThatAreNotAsTheyShouldBe)
 INSTANTIATE_TEST_SUITE_P(Kinds, Faults,
                          testing::Values("noreply", "late 220", "doubled", "short", "oversized", "wrongseq",
                                          "flipbit"),
-                         [](const auto &info) {
-                             const std::string name = info.param;
+                         [](const auto &row) {
+                             const std::string name = row.param;
                              return name.substr(0, name.find(' '));
                          });

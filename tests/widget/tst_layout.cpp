@@ -197,7 +197,7 @@ private slots:
     {
         QFETCH(int, model);
         QFETCH(QString, opener);
-        fake.setDevices({shipped("dev", "0x0005", uint8_t(6 + model), Receiver8K)});
+        fake.setDevices({fixture::shipped(uint8_t(6 + model), Receiver8K, "0x0005")});
         DialogMain window;
         window.show();
         QTRY_VERIFY(fake.idle());
