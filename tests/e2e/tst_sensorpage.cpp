@@ -56,6 +56,7 @@ struct Edit {
     uint64_t reports = 1;
 };
 
+// What a user can do on the page. It outlives the edits.
 class Edits
 {
 public:
@@ -74,7 +75,7 @@ public:
         for (int i = 0; i < 4 + fastRates(road.link.kind); ++i)
             addClick(road.rate(i), &FlashDataMap::ReportRate, RateRows[std::size_t(i)].code);
         addClick(road.rate(Rate1000), &FlashDataMap::ReportRate, 1);
-        return std::move(edits);
+        return edits;
     }
 
 private:
@@ -251,7 +252,8 @@ private slots:
         checkGates(road, ModelRows[model]);
         if (QTest::currentTestFailed())
             return;
-        for (const Edit &edit : Edits(road, ModelRows[model]).all()) {
+        Edits edits(road, ModelRows[model]);
+        for (const Edit &edit : edits.all()) {
             const QString wrong = road.edit(edit.act, edit.change, edit.reports);
             QVERIFY2(wrong.isEmpty(), qPrintable(edit.name + QStringLiteral(": ") + wrong));
             QCOMPARE(road.shown(road.flash()), QString());
@@ -266,12 +268,13 @@ private slots:
         QFETCH(int, link);
         SensorRoad road(SensorModels[model], SensorLinks[link]);
         QCOMPARE(road.open(), QString());
-        std::vector<Edit> edits = Edits(road, ModelRows[model]).all();
+        Edits edits(road, ModelRows[model]);
+        const std::vector<Edit> all = edits.all();
         const FlashDataMap flash = road.flash();
         const FlashDataMap record = DeviceRecord::copy();
         road.program.bus.order("radio m off");
         NoticeAnswer notice;
-        for (const Edit &edit : edits) {
+        for (const Edit &edit : all) {
             const QStringList before = state(road);
             edit.act();
             QTRY_VERIFY(isGone<MouseOffLine>());

@@ -123,8 +123,8 @@ constexpr CatalogueKey CatalogueKeys[] = {
     {"D8M", true, nullptr},
 };
 // Part of the format, and without an effect in any release: a search takes fixed values, and both kinds of
-// transition lead to the same files.
-constexpr const char *SilentKeys[] = {"InterfaceId", "DeviceId", "Transition"};
+// transition lead to the same files. Boot_PID is for the rules of udev, which are made from the same file.
+constexpr const char *SilentKeys[] = {"InterfaceId", "DeviceId", "Transition", "Boot_PID"};
 
 // Names that the sources put together from pieces.
 const QHash<QString, QString> ComposedKeys = {{"D2M", "\"D%1M\""}, {"D4M", "\"D%1M\""}, {"D8M", "\"D%1M\""}};
