@@ -114,10 +114,12 @@ void Emulator::take(const Interface &face, const uint8_t *bytes, std::size_t siz
     const uint16_t page = face.name.usagePage;
     const TimePoint now = world_.scene.now();
     if (page == wire::ScreenUsagePage) {
-        // A screen answers a report with itself.
+        // A screen answers a report with itself, in a whole report: hosts drop shorter ones.
         show("->", face.device, bytes, size);
+        Bytes answer(bytes, bytes + size);
+        answer.resize(wire::ReportSize);
         if (size <= wire::ReportSize)
-            traffic.out.push({page, Bytes(bytes, bytes + size)}, now);
+            traffic.out.push({page, std::move(answer)}, now);
         return;
     }
     const bool spoken = page == wire::SettingsUsagePage || page == wire::BootUsagePage;

@@ -14,6 +14,8 @@ bool FlashMirror::want(const FlashImage &image)
 {
     if (!known_)
         return false;
+    if (!told_)
+        return true; // of what was before the load, which is on its way to the program
     const Owner *owners = flashOwners();
     for (std::size_t at = 0; at < FlashSize; ++at) {
         if (owners[at] == Owner::Mouse || bytesOf(image)[at] == bytesOf(given_)[at])
@@ -30,6 +32,7 @@ void FlashMirror::tell(uint16_t address, uint8_t *bytes, std::size_t size)
         return;
     std::memcpy(bytes, bytesOf(wanted_) + address, size);
     std::memcpy(bytesOf(given_) + address, bytes, size);
+    told_ = told_ || size == FlashSize;
 }
 
 void FlashMirror::learn(uint16_t address, const uint8_t *bytes, std::size_t size)
@@ -38,9 +41,9 @@ void FlashMirror::learn(uint16_t address, const uint8_t *bytes, std::size_t size
         return;
     if (!known_) {
         known_.emplace();
-        std::memcpy(bytesOf(given_), bytes, size);
         wanted_ = *known_;
         doubtful_.reset();
+        told_ = false;
     }
     uint8_t *known = bytesOf(*known_) + address;
     uint8_t *wanted = bytesOf(wanted_) + address;

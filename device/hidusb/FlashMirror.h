@@ -5,7 +5,8 @@
 // that brings the one to the other. Before the first load nothing is known, and then nothing is wanted
 // either: a record from before the load describes another device or another profile. The program's record
 // lags behind what was read, since it is told of a read only later; so what counts as its change is what
-// differs from what it last gave or was told, not from what is known. Not thread-safe.
+// differs from what it last gave or was told, not from what is known; and until it is told of the load it has
+// changed nothing. Not thread-safe.
 #pragma once
 
 #include "device/hidusb/wire/FlashLayout.h"
@@ -59,6 +60,7 @@ private:
     std::optional<FlashImage> known_;
     FlashImage wanted_{};
     FlashImage given_{}; // the program's record, as it last gave it or was told
+    bool told_ = false;  // of the load
     std::bitset<FlashSize> doubtful_;
 };
 

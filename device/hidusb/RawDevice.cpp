@@ -49,6 +49,23 @@ static std::shared_ptr<RawDevice> openedDevice()
     return current().device;
 }
 
+// The next report with this id; 0 when none comes in time. Other collections of the interface, which others
+// may be talking to, report under ids of their own.
+static std::size_t readAnswer(ReportPort &port, uint8_t id, uint8_t (&report)[wire::ReportSize])
+{
+    const Clock::time_point end = Clock::now() + ReplyTimeout;
+    for (Clock::time_point now = Clock::now(); now < end; now = Clock::now()) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - now);
+        const ReportPort::Received received =
+            port.read(report, sizeof report, static_cast<int>(left.count()));
+        if (received.outcome == ReportPort::Outcome::Gone)
+            return 0;
+        if (received.outcome == ReportPort::Outcome::Report && received.size > 0 && report[0] == id)
+            return std::min(received.size, sizeof report);
+    }
+    return 0;
+}
+
 void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size)
 {
     const std::shared_ptr<RawDevice> device = openedDevice();
@@ -64,10 +81,8 @@ void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size)
     }
     if (!device->port->write(request, size))
         return;
-    const int timeoutMs = static_cast<int>(ReplyTimeout.count());
-    const ReportPort::Received received = device->port->read(report, sizeof report, timeoutMs);
-    if (received.outcome == ReportPort::Outcome::Report)
-        std::memcpy(reply, report, std::min({received.size, size, sizeof report}));
+    const std::size_t got = readAnswer(*device->port, request[0], report);
+    std::memcpy(reply, report, std::min(got, size));
 }
 
 } // namespace hidusb

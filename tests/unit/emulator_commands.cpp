@@ -248,8 +248,9 @@ TEST_F(EmulatorCommands, ResetRestoresEveryProfile)
 TEST_F(EmulatorCommands, ScreenEchoesReports)
 {
     RawClient client(folder_.path(), "cable", wire::ScreenUsagePage);
-    const Bytes packet = {0x0A, 0x00, 0x10, 0x07, 0xEA, 11, 21, 9, 30, 0, 6};
+    Bytes packet = {0x0A, 0x00, 0x10, 0x07, 0xEA, 11, 21, 9, 30, 0, 6};
     ASSERT_TRUE(client.send(packet.data(), packet.size()));
+    packet.resize(wire::ReportSize);
     EXPECT_EQ(client.receive(), packet);
     EXPECT_FALSE(RawClient::find(folder_.path(), "rx1k", wire::ScreenUsagePage));
 }

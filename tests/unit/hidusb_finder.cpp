@@ -267,16 +267,21 @@ TEST_F(Finder, RawReportsPassUnchanged)
 {
     FakeDevice screen({0x1209, 0x0005, 0x0103, 1, wire::ScreenUsagePage, "mouse"});
     screen.setScript([](const wire::Report &request) {
-        return Answers{{static_cast<uint8_t>(request.Id + 1), 2, 3, 4}};
+        // In front of it the report of another collection, and one of nothing.
+        return Answers{{static_cast<uint8_t>(request.Id + 1), 9, 9, 9}, {0}, {request.Id, 2, 3, 4}};
     });
     uint8_t reply[4] = {};
     const uint8_t request[] = {0x55};
     ASSERT_EQ(UsbFinderC_OpenDevice(screen.path().c_str()), 1);
     UsbFinderC_ReadWriteDeviceData(request, reply, 1);
-    EXPECT_EQ(reply[0], 0x56);
+    EXPECT_EQ(reply[0], 0x55);
     EXPECT_EQ(reply[1], 0) << "more than asked for was written";
+    const uint8_t longer[] = {0x56, 1};
+    UsbFinderC_ReadWriteDeviceData(longer, reply, sizeof longer);
+    EXPECT_EQ(reply[0], 0x56);
+    EXPECT_EQ(reply[1], 2);
     UsbFinderC_ReadWriteDeviceData(nullptr, reply, 1);
     UsbFinderC_ReadWriteDeviceData(request, nullptr, 1);
     UsbFinderC_ReadWriteDeviceData(request, reply, 0);
-    EXPECT_EQ(screen.requests().size(), 1U);
+    EXPECT_EQ(screen.requests().size(), 2U);
 }

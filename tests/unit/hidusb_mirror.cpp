@@ -16,7 +16,11 @@ static uint8_t *bytesOf(FlashImage &image) { return reinterpret_cast<uint8_t *>(
 class Mirror : public testing::Test
 {
 protected:
-    void load() { mirror.learn(0, bytesOf(image), FlashSize); }
+    void load()
+    {
+        mirror.learn(0, bytesOf(image), FlashSize);
+        mirror.tell(0, bytesOf(image), FlashSize);
+    }
 
     // Acknowledges every report until nothing is left; what the device then holds is `device`.
     int writeAll(FlashImage &device)
@@ -42,6 +46,23 @@ TEST_F(Mirror, WantsNothingBeforeTheFirstLoad)
     EXPECT_FALSE(mirror.isLoaded());
     load();
     EXPECT_FALSE(mirror.next());
+}
+
+// It is still on its way to the program, whose record is that of another device.
+TEST_F(Mirror, WantsNothingBeforeTheProgramIsToldOfTheLoad)
+{
+    mirror.learn(0, bytesOf(image), FlashSize);
+    EXPECT_TRUE(mirror.want(support::anyImage(2)));
+    mirror.tell(FlashReportRateAddress, &image.ReportRate, 1); // a part tells nothing of the rest
+    EXPECT_TRUE(mirror.want(support::anyImage(2)));
+    EXPECT_FALSE(mirror.next());
+    FlashImage told = support::anyImage(3);
+    mirror.tell(0, bytesOf(told), FlashSize);
+    EXPECT_EQ(std::memcmp(&told, &image, FlashSize), 0);
+    told.ReportRate ^= 1;
+    EXPECT_TRUE(mirror.want(told));
+    ASSERT_TRUE(mirror.next());
+    EXPECT_EQ(mirror.next()->size, 1);
 }
 
 TEST_F(Mirror, OneByteIsOneRange)

@@ -6,6 +6,7 @@
 #include "tests/support/Records.h"
 
 #include <atomic>
+#include <future>
 
 using namespace support;
 using wire::Command;
@@ -59,6 +60,39 @@ TEST_F(Writer, ADeviceThatComesBackUnderItsPathIsReadBeforeItIsWrittenTo)
     EXPECT_EQ(second.count(Command::FlashWrite), 0U);
     const FlashImage held = second.flash();
     EXPECT_EQ(std::memcmp(lastFullRead().data(), &held, FlashSize), 0);
+}
+
+// The program has the record of the first one until its callback hears of the second.
+TEST_F(Writer, ARecordOfTheDeviceBeforeIsNotWrittenWhileTheLoadIsOnItsWay)
+{
+    auto first = std::make_unique<FakeDevice>(mouseName("other"));
+    const std::string path = first->path();
+    UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
+    UsbServer_ReadAllFlashData();
+    ASSERT_TRUE(messages.waitFor(1));
+    ProtocolDataParser(messages.all()[0].payload.data(), record.get());
+    std::promise<void> goOn;
+    messages.setHook([held = goOn.get_future().share()](const Message &) { held.wait(); });
+    UsbServer_ReadBatteryLevel();
+    ASSERT_TRUE(messages.waitFor(2)); // the callback holds up all that follow
+    first.reset();
+    FakeDevice second(mouseName("other"));
+    second.setFlash(anyImage(2));
+    const FlashImage before = second.flash();
+    UsbServer_ReadAllFlashData();
+    UsbServer_SetBatteryOptimizeEnable(1); // the next order: the load is done
+    ASSERT_TRUE(eventually([&second] { return second.count(Command::BatteryOptimize) > 0; }));
+    edit(64);
+    UsbServer_ReadVersion(); // behind what the edit would write
+    ASSERT_TRUE(eventually([&second] { return second.count(Command::Version) > 0; }));
+    const FlashImage after = second.flash();
+    EXPECT_EQ(std::memcmp(&before, &after, FlashSize), 0);
+    messages.setHook(nullptr);
+    goOn.set_value();
+    EXPECT_TRUE(eventually([&] {
+        const auto read = lastFullRead();
+        return std::memcmp(read.data(), &before, FlashSize) == 0;
+    }));
 }
 
 TEST_F(Writer, ABurstEndsWithItsLastValueInFewReports)
