@@ -27,7 +27,6 @@ struct PicturesToCome {
     const char *names;
 };
 constexpr PicturesToCome ToCome[] = {
-    {"Buttoninterface", "CheckBox CheckBoxCheck ButtonHover Confirm ConfirmClick ConfirmHover"},
     {"Sensor", "RateButtonClick TitleButton TitleButtonChecked TitleButtonHover"},
     {"Advanced", "mouse1 mouse2 mouse3"},
     {"WarningDialog", "CheckBox CheckBoxCheck Up UpHover UpOff Down DownHover DownOff"},
