@@ -226,6 +226,9 @@ void FunctionPages::focusPanel()
 
 void FunctionPages::setMacros(const QStringList &names)
 {
+    if (names == macroNames)
+        return; // who stands on one of them keeps it
+    macroNames = names;
     // A read may arrive while the click on one of them waits in a notice.
     for (ActionButton *each : qAsConst(macros)) {
         detailGroup->removeButton(each);

@@ -128,6 +128,9 @@ private slots:
         page().button("DPI_10")->setFocus(Qt::TabFocusReason);
         QTest::keyClick(page().focus(), Qt::Key_Space);
         QCOMPARE(qobject_cast<QToolButton *>(page().focus())->text(), "M");
+        auto *const macro = page().focus();
+        page().form.SlotUpDataButtonUIB(map); // another read takes nobody's place away
+        QCOMPARE(page().focus(), macro);
         QTest::keyClick(page().focus(), Qt::Key_Space);
         QCOMPARE(page().button("RightKey")->text(), "Macro: M");
     }
