@@ -241,6 +241,7 @@ void FunctionPages::setMacros(const QStringList &names)
     for (const QString &name : names) {
         auto *made = new ActionButton(QString(), list);
         made->setText(name);
+        made->setFont(back->font()); // as the screen made it for all that were there at the start
         made->setFixedSize(FunctionSize);
         detailGroup->addButton(made);
         macroGrid->addWidget(made, macros.size() / columns, macros.size() % columns);
