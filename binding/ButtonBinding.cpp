@@ -114,7 +114,7 @@ void Buttoninterface::keyPressEvent(QKeyEvent *event)
     auto *const button = qobject_cast<QAbstractButton *>(focusWidget());
     if (event->key() == Qt::Key_Escape && ui->stackedWidget->currentWidget() == ui->page_2)
         leaveFunctions();
-    else if (enter && button && button->isVisible())
+    else if (enter && button)
         button->click();
     else
         QWidget::keyPressEvent(event);

@@ -153,6 +153,7 @@ void Buttoninterface::showBindings(const FlashDataMap &map)
     for (int k = 0; k < qMin(KeyClass.size(), ButtonCount); ++k)
         ShowBinding(k, KeyClass[k], KeyParamA[k], KeyParamB[k], map);
     showMacros(map);
+    nameChosenRow();
 }
 
 void Buttoninterface::ShowBinding(int button, int actionClass, int first, int second,

@@ -226,6 +226,9 @@ void FunctionPages::focusPanel()
 
 void FunctionPages::setMacros(const QStringList &names)
 {
+    if (names == macroNames)
+        return; // who stands on one of them keeps it
+    macroNames = names;
     // A read may arrive while the click on one of them waits in a notice.
     for (ActionButton *each : qAsConst(macros)) {
         detailGroup->removeButton(each);
@@ -238,6 +241,7 @@ void FunctionPages::setMacros(const QStringList &names)
     for (const QString &name : names) {
         auto *made = new ActionButton(QString(), list);
         made->setText(name);
+        made->setFont(back->font()); // as the screen made it for all that were there at the start
         made->setFixedSize(FunctionSize);
         detailGroup->addButton(made);
         macroGrid->addWidget(made, macros.size() / columns, macros.size() % columns);

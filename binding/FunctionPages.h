@@ -72,5 +72,6 @@ private:
     QToolButton *back;
     QGridLayout *macroGrid = nullptr;
     QList<ActionButton *> macros;
+    QStringList macroNames;
     bool macrosDressed = false;
 };

@@ -74,7 +74,7 @@ const std::pair<const char *, Maker> Notices[] = {
 const std::pair<const char *, const char *> BindingPanels[] = {
     {"", "binding-functions"},    {"DPI_12", "binding-media"},    {"DPI_4", "binding-locks"},
     {"DPI_9", "binding-lights"},  {"DPI_11", "binding-sideways"}, {"DPI_7", "binding-dpi"},
-    {"DPI_13", "binding-scroll"},
+    {"DPI_13", "binding-scroll"}, {"DPI_10", "binding-macros"},
 };
 
 void order(const QString &line)

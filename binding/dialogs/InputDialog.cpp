@@ -24,6 +24,9 @@ constexpr FormText Buttons[] = {
     {"NewHong_2", language::Section::common, "Cancel"},
 };
 
+// The notices have the same ground behind their buttons.
+constexpr QRect FooterPlace{1, 132, 358, 67};
+
 QWidget *named(const QWidget *form, const char *name)
 {
     return form->findChild<QWidget *>(QLatin1String(name));
@@ -43,6 +46,9 @@ void InputDialog::finishForm()
     becomeNotice();
     for (const FormText &text : texts)
         defaults += textOf(named(this, text.widget));
+    footer = new QLabel(findChild<QFrame *>(QString(), Qt::FindDirectChildrenOnly));
+    footer->setGeometry(FooterPlace);
+    footer->lower();
     onFirstShow(this, [this] { dress(); });
     connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
     SlotAllLanguage(storedLanguage(UserStore::instance()));
@@ -64,6 +70,7 @@ void InputDialog::dress()
     named(this, "CloseButton")->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
     for (auto *label : findChildren<QLabel *>())
         label->setStyleSheet(style::label(inkColor));
+    footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
     for (auto *box : findChildren<QCheckBox *>())
         box->setStyleSheet(style::checkBox(folder, inkColor) + style::checkBoxMarks(folder));
     for (auto *box : findChildren<QSpinBox *>())

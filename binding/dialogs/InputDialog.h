@@ -12,6 +12,8 @@
 #include <QStringList>
 #include <vector>
 
+class QLabel;
+
 // A text of the form; a label's text is also the name of what it is the buddy of.
 struct FormText {
     const char *widget;
@@ -46,6 +48,7 @@ private:
 
     std::vector<FormText> texts;
     QStringList defaults; // of each
+    QLabel *footer = nullptr;
 };
 
 // How far from the middle of its page a dialog stands.

@@ -86,14 +86,6 @@ public:
     QToolButton *button(const QString &name) const { return form.findChild<QToolButton *>(name); }
     void click(const QString &name) { button(name)->click(); }
     void leave() { click("FunctionsBack"); }
-    void openEveryRow(const std::function<void()> &look)
-    {
-        for (const Row &row : ButtonPageRows) {
-            click(row.caption);
-            look();
-            leave();
-        }
-    }
     // Makes it the device's record as well.
     void show(const FlashDataMap &map)
     {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // What a click on the binding page writes, what it says when it cannot, and the rule of the left button.
+#include "app/environment/FontScale.h"
 #include "binding/dialogs/FireKey.h"
 #include "binding/dialogs/GroupKey.h"
 #include "presentation/Notices.h"
@@ -182,6 +183,22 @@ private slots:
         QCOMPARE(int(updates()), 1);
     }
 
+    void aCombinationForASilentMouseBindsNothing()
+    {
+        page().click("RightKey");
+        FakeHidUsb::instance().setOnline("dev", false);
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        fixture::whenModal<GroupKey>([](GroupKey *dialog) {
+            dialog->UpdateCapslockTip('A', true, false);
+            dialog->on_NewHong_clicked();
+        });
+        page().click("DPI_8");
+        QCOMPARE(notice.count(), 1);
+        QVERIFY(updates() == 0);
+        QCOMPARE(page().button("RightKey")->text(), "Right button");
+        QCOMPARE(page().shownPage(), "page");
+    }
+
     void aDismissedCombinationBindsNothing()
     {
         page().click("RightKey");
@@ -268,6 +285,19 @@ private slots:
         QVERIFY(told);
         QCOMPARE(page().shownPanel(), "page_9");
         QVERIFY(updates() == 0);
+    }
+
+    void aMacrosTextIsAsLargeAsTheOthers()
+    {
+        scaleFonts(&page().form, 0.5);
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[7] = {6, 7, 1};
+        nameMacro(&map.MacroBlocks[7], "Burst");
+        page().show(map);
+        page().click("Button8");
+        const auto *const macro = page().form.findChild<QWidget *>("page_5")->findChild<ActionButton *>();
+        QCOMPARE(macro->font().pointSizeF(), page().button("Mute")->font().pointSizeF());
+        QCOMPARE(macro->font().pointSizeF(), 4.5);
     }
 
     void aMacroOfOneButtonGoesToAnother()

@@ -5,6 +5,7 @@
 #include "tests/widget/ButtonPage.h"
 
 #include <QComboBox>
+#include <QLabel>
 
 namespace
 {
@@ -87,6 +88,23 @@ private slots:
         QCOMPARE(page().checkedCaption(), "StartPause");
         QVERIFY(!page().button("FireKey")->isVisible()); // covered, and out of the keyboard's way
         QVERIFY(FakeHidUsb::instance().updates().empty());
+    }
+
+    // The button's caption stands above its functions, also when it changes.
+    void theTitleFollowsTheCaption()
+    {
+        MouseOnline = true;
+        page().show(ButtonPage::plainRecord());
+        page().click("RightKey");
+        const auto *const title = page().form.findChild<QLabel *>("FunctionsTitle");
+        QCOMPARE(title->text(), "Button 2: Right button");
+        page().setLanguage(1);
+        QCOMPARE(title->text(), QString::fromUtf8("Button 2: 右键"));
+        page().setLanguage(0);
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[1] = {9, 0, 0};
+        page().show(map);
+        QCOMPARE(title->text(), "Button 2: Switch profile");
     }
 
     void everyRowOpens_data() { eachButtonRow(); }

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The key dialogs with a real keyboard on a real X server, from the keys to the result and without a mouse.
+// The key dialogs with a real keyboard on a real X server, from the keys to the result, under several layouts
+// and without a mouse.
 #include "binding/dialogs/GroupKey.h"
 #include "binding/dialogs/KeyField.h"
 #include "binding/dialogs/addKey.h"
@@ -10,18 +11,21 @@
 #include "tests/widget/Fixture.h"
 
 #include <QCheckBox>
+#include <QLineEdit>
 #include <QProcess>
 #include <QWindow>
 
 namespace
 {
 
-void press(const QStringList &keys)
+void run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
-    process.start("xdotool", QStringList{"key", "--delay", "0"} + keys);
+    process.start(program, arguments);
     QVERIFY2(process.waitForFinished() && process.exitCode() == 0, qPrintable(process.errorString()));
 }
+
+void press(const QStringList &keys) { run("xdotool", QStringList{"key", "--delay", "0"} + keys); }
 
 QString field(const QWidget &dialog) { return dialog.findChild<KeyField *>()->text(); }
 
@@ -47,6 +51,40 @@ private slots:
         page.show();
         page.activateWindow();
         QTRY_COMPARE(QGuiApplication::focusWindow(), page.windowHandle());
+    }
+
+    // A physical key has one name, whatever the layout makes of it. Numbers are those of the server.
+    void theLayoutDoesNotMatter_data()
+    {
+        QTest::addColumn<QString>("typed"); // by the key that is Y where the names come from
+        QTest::newRow("us") << "y";
+        QTest::newRow("de") << "z";
+        QTest::newRow("ru") << "н";
+    }
+    void theLayoutDoesNotMatter()
+    {
+        QFETCH(QString, typed);
+        run("setxkbmap", {QTest::currentDataTag()});
+        QLineEdit probe;
+        probe.show();
+        probe.activateWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), probe.windowHandle());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            (press({"29"}), QCoreApplication::processEvents(), probe.text().endsWith(typed)), 10000);
+        probe.hide();
+        GroupKey group;
+        open(group);
+        press({"29", "52", "24"});
+        QTRY_COMPARE(field(group), QString("Y+Z+Q"));
+        group.on_NewHong_clicked();
+        QCOMPARE(group.text(), QString("Y+Z+Q"));
+        addKey single;
+        open(single);
+        press({"34"});
+        QTRY_COMPARE(field(single), QString("["));
+        single.on_NewHong_clicked();
+        QCOMPARE(single.keyName(), QString("["));
+        run("setxkbmap", {"us"});
     }
 
     void aCombinationWithoutAMouse()
