@@ -65,7 +65,7 @@ void InputDialog::dress()
     for (auto *label : findChildren<QLabel *>())
         label->setStyleSheet(style::label(inkColor));
     for (auto *box : findChildren<QCheckBox *>())
-        box->setStyleSheet(style::checkBox(folder, inkColor) + style::checkBoxMarks(folder));
+        box->setStyleSheet(style::checkBox(folder, inkColor));
     for (auto *box : findChildren<QSpinBox *>())
         box->setStyleSheet(style::spinBox(folder));
     if (auto *field = findChild<QLineEdit *>(QStringLiteral("lineEdit")))
