@@ -43,6 +43,14 @@ constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border
 constexpr char CheckBox[] = "QCheckBox{color: rgb(%1;);}"
                             "QCheckBox::indicator:checked {image: url(%PCheckBoxCheck.png);}"
                             "QCheckBox::indicator:unchecked {image: url(%PCheckBox.png);}";
+// A dense screen gets its double pictures for backgrounds and border images alone, so no mark is an `image`.
+constexpr char CheckBoxMarks[] =
+    "QCheckBox::indicator{width: 18px;height: 18px;background-position: center;"
+    "background-repeat: no-repeat;}"
+    "QCheckBox::indicator:checked{image: none;background-image: url(%PCheckBoxCheck.png);}"
+    "QCheckBox::indicator:unchecked{image: none;background-image: url(%PCheckBox.png);}"
+    "QCheckBox::indicator:checked:hover{background-image: url(%PCheckBoxCheckHover.png);}"
+    "QCheckBox::indicator:unchecked:hover{background-image: url(%PCheckBoxHover.png);}";
 constexpr char ComboBox[] =
     "QComboBox{border: 1px solid gray; color: rgb(%1); border-image: url(%PComboboxBack.png);}"
     "QComboBox::drop-down:button{border-radius:5px; background:rgb(215,219, 222);} "
@@ -52,15 +60,20 @@ constexpr char ComboBox[] =
     "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
     "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
 constexpr char Groove[] = "66,76,83";
-// The arrow stands alone at the right, and the text keeps away from the rounded end. The list is one that
-// scrolls, since a menu would show all of its rows.
+// The arrow stands alone at the right, and the text keeps away from the rounded end. The pictures bring their
+// own outline. The list is one that scrolls, since a menu would show all of its rows.
 constexpr char ComboBoxFinish[] =
-    "QComboBox{padding-left: 8px;combobox-popup: 0;}"
-    "QComboBox::drop-down:button{border: 0px;background: transparent;width: 28px;}"
-    "QComboBox::down-arrow{right: 0px;}"
+    "QComboBox{border: 0px;padding-left: 9px;combobox-popup: 0;}"
+    "QComboBox::drop-down:button{border: 0px;width: 28px;background-color: transparent;background-image: "
+    "url(%PMenu.png);"
+    "background-position: center;background-repeat: no-repeat;}"
+    "QComboBox::drop-down:button:on{background-image: url(%PMenuClicked.png);}"
+    "QComboBox::down-arrow,QComboBox::down-arrow:on{image: none;}"
     "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}"
     "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;background: transparent;"
-    "color: rgb(%2);}QComboBox::down-arrow:disabled{image: none;}";
+    "color: rgb(%2);padding-left: 8px;}"
+    "QComboBox::drop-down:button:disabled{background-image: none;}";
+constexpr char ComboBoxBack[] = "QComboBox{border-image: url(%P%1);}";
 // Dark on the selection's colour, since light on it would be hard to read.
 constexpr char ComboListFinish[] = "QListView::item:selected{color: rgb(%1);border-radius: 4px;}"
                                    "QListView::item:hover{color: rgb(%1);border-radius: 4px;}";
@@ -74,9 +87,6 @@ constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1;
 constexpr char SectionTitle[] = "#%1{border-image: url(%PTitle.png);}";
 constexpr char FlatLink[] = "QPushButton{border:none;background:transparent;color: rgb(%1;);}";
 constexpr char StretchedPicture[] = "QLabel{border-image: url(%P%1);}";
-constexpr char ChoiceButton[] = "QToolButton{border:0px;color: rgb(%2;);border-image: url(%P%1.png);}"
-                                "QToolButton:hover{border-image: url(%P%1Hover.png);}"
-                                "QToolButton:checked{border-image: url(%P%1%3.png);}";
 constexpr char StateButton[] = "QToolButton{border:0px;color: rgb(%2);border-image: url(%P%1.png);}"
                                "QToolButton:hover{border-image: url(%P%1Hover.png);}"
                                "QToolButton:checked{color: rgb(%3);border-image: url(%P%1Check.png);}"
@@ -84,21 +94,24 @@ constexpr char StateButton[] = "QToolButton{border:0px;color: rgb(%2);border-ima
 constexpr char AreaPicture[] = "#%1{border:0px;background-position:center;background-repeat:no-repeat;"
                                "background-image: url(%P%2);}";
 constexpr char LabelPlate[] = "QLabel{color: rgb(%2);border-image: url(%P%1);}";
+// The icon is a picture of the whole button's size, so that it can lie on the plate.
 constexpr char NavigationButton[] =
-    "QToolButton{border:0px;border-image: url(%PNavButton.png);image: url(%P%1.png);}"
-    "QToolButton:hover{border-image: url(%PNavButtonHover.png);image: url(%P%1Hover.png);}"
-    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}"
-    "QToolButton:disabled{image: url(%P%1Off.png);}";
+    "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
+    "background-image: url(%PNavButton.png);border-image: url(%P%1.png);}"
+    "QToolButton:hover{background-image: url(%PNavButtonHover.png);border-image: url(%P%1Hover.png);}"
+    "QToolButton:checked{background-image: url(%PNavButtonChecked.png);border-image: url(%P%1Checked.png);}"
+    "QToolButton:disabled{border-image: url(%P%1Off.png);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
 constexpr char ThumbSlider[] =
     "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: url(%PGroove.png);}"
-    "QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px 0px;image: url(%PThumb.png);}"
-    "QSlider::handle:horizontal:hover{image: url(%PThumbHover.png);}"
-    "QSlider::handle:horizontal:pressed{image: url(%PThumbClick.png);}"
-    "QSlider::handle:horizontal:disabled{image: url(%PThumbOff.png);}";
+    "QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px 0px;background-position:center;"
+    "background-repeat:no-repeat;background-image: url(%PThumb.png);}"
+    "QSlider::handle:horizontal:hover{background-image: url(%PThumbHover.png);}"
+    "QSlider::handle:horizontal:pressed{background-image: url(%PThumbClick.png);}"
+    "QSlider::handle:horizontal:disabled{background-image: url(%PThumbOff.png);}";
 // Nothing but the handle, so that it needs no ground of its own.
 constexpr char ScrollArea[] =
     "QScrollArea,QScrollArea>QWidget>QWidget{border:0px;background: transparent;}"
@@ -144,10 +157,10 @@ constexpr char ColorBar[] =
 constexpr char ColorBarStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}";
 constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;background-repeat:repeat-x;"
                                 "background-image: url(%P%1);}";
+constexpr char PlainButtonBox[] = "*{dialogbuttonbox-buttons-have-icons: 0;}";
 constexpr char FramedReadout[] =
     "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
     "border-radius: 6px;font-weight: bold;}";
-// The marks are backgrounds, since a dense screen gets its double pictures for these alone.
 constexpr char SpinBox[] =
     "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);border-radius: 6px;"
     "padding: 0px 28px 0px 8px;}"
@@ -160,11 +173,6 @@ constexpr char SpinBox[] =
     "QSpinBox::up-button:off{background-image: url(%PUpOff.png);}"
     "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
     "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}";
-constexpr char CheckBoxMarks[] =
-    "QCheckBox::indicator{width: 18px;height: 18px;background-position: center;"
-    "background-repeat: no-repeat;}"
-    "QCheckBox::indicator:checked{image: none;background-image: url(%PCheckBoxCheck.png);}"
-    "QCheckBox::indicator:unchecked{image: none;background-image: url(%PCheckBox.png);}";
 
 } // namespace
 
@@ -216,12 +224,20 @@ QString tile(const QString &folder, const QString &name) { return compose(Tile, 
 
 QString tileHover() { return compose(TileHover, {}, {color("SliderColor")}); }
 
-QString checkBox(const QString &folder, const QString &color) { return compose(CheckBox, folder, {color}); }
+QString checkBox(const QString &folder, const QString &color)
+{
+    return compose(CheckBox, folder, {color}) + compose(CheckBoxMarks, folder, {});
+}
 
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
 {
     return compose(ComboBox, folder, {textColor, selectColor}) +
-           compose(ComboBoxFinish, {}, {textColor, color("LinEditColorSecond"), QLatin1String(Groove)});
+           compose(ComboBoxFinish, folder, {textColor, color("LinEditColorSecond"), QLatin1String(Groove)});
+}
+
+QString comboBoxBack(const QString &folder, const QString &name)
+{
+    return compose(ComboBoxBack, folder, {name});
 }
 
 QString comboList(const QString &selectColor)
@@ -240,12 +256,6 @@ QString flatLink(const QString &color) { return compose(FlatLink, {}, {color}); 
 QString stretchedPicture(const QString &folder, const QString &name)
 {
     return compose(StretchedPicture, folder, {name});
-}
-
-QString choiceButton(const QString &folder, const QString &color, const QString &stem,
-                     const QString &checkedSuffix)
-{
-    return compose(ChoiceButton, folder, {stem, color, checkedSuffix});
 }
 
 QString stateButton(const QString &folder, const QString &stem, const QString &color,
@@ -326,6 +336,8 @@ QString tiledPicture(const QString &folder, const QString &name)
     return compose(TiledPicture, folder, {name});
 }
 
+QString plainButtonBox() { return QLatin1String(PlainButtonBox); }
+
 QString framedReadout()
 {
     return compose(FramedReadout, {},
@@ -336,7 +348,5 @@ QString spinBox(const QString &folder)
     return compose(SpinBox, folder,
                    {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
 }
-
-QString checkBoxMarks(const QString &folder) { return compose(CheckBoxMarks, folder, {}); }
 
 } // namespace style

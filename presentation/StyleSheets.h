@@ -33,19 +33,16 @@ QString tile(const QString &folder, const QString &name);
 // Goes behind the sheet of a tile: the pointer is over it, or presses it.
 QString tileHover();
 QString checkBox(const QString &folder, const QString &color);
-// Goes behind the sheet of a check box: its pictures, sharp on a dense screen too.
-QString checkBoxMarks(const QString &folder);
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor);
+// Goes behind the sheet of a combo box of another size than most: the picture that fits it.
+QString comboBoxBack(const QString &folder, const QString &name);
 QString comboList(const QString &selectColor);
 QString sectionTitle(const QString &folder, const QString &objectName);
 QString flatLink(const QString &color);
 
 // A label that is nothing but a picture, stretched to it.
 QString stretchedPicture(const QString &folder, const QString &name);
-// One of several choices: stem, stem + "Hover", stem + `checkedSuffix` while it is the chosen one.
-QString choiceButton(const QString &folder, const QString &color, const QString &stem,
-                     const QString &checkedSuffix);
-// A choice that also shows how it is pressed: stem, stem + "Hover", "Check", "Click".
+// One of several choices: stem, stem + "Hover", "Check" while it is the chosen one, "Click" while pressed.
 QString stateButton(const QString &folder, const QString &stem, const QString &color,
                     const QString &checkedColor);
 // The named frame with a picture in its middle, as it is.
@@ -79,6 +76,9 @@ QString quotedText();
 QString lineEdit();
 // A number to type or to step: "Up" and "Down".
 QString spinBox(const QString &folder);
+
+// A dialog of the toolkit's own: its buttons have no icons, as ours have none.
+QString plainButtonBox();
 
 // A DPI stage, and the bar in its colour `fill` below it; the selected ones have pictures of their own.
 QString stageButton(const QString &folder, const QString &color, bool selected);

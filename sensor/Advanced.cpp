@@ -17,6 +17,7 @@
 
 #include <QButtonGroup>
 #include <QCheckBox>
+#include <QTabBar>
 
 namespace
 {
@@ -106,6 +107,7 @@ void Advanced::buildHiddenTab()
     HiddenTab.reset(ui->tab_2);
     ui->tabWidget->removeTab(1);
     HiddenTab->setParent(nullptr);
+    ui->curveTabs->tabBar()->hide(); // the boxes choose
     for (CurvePlotWidget *curve : {ui->curve_0, ui->curve_1, ui->curve_2, ui->curve_3})
         curve->setEditable(false);
     modes->setExclusive(true);
@@ -151,7 +153,8 @@ void Advanced::dress()
         dressTip(tips);
     ui->AnglePicture->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Angle.png")));
     ui->KFPS->setStyleSheet(style::switchButton(PicturePath));
-    ui->checkBox->setStyleSheet(style::checkBox(PicturePath, labelColor));
+    for (QCheckBox *box : {ui->checkBox, ui->checkBox_2})
+        box->setStyleSheet(style::checkBox(PicturePath, labelColor));
     ui->AngleSet->setStyleSheet(style::thumbSlider(PicturePath));
 }
 
@@ -337,6 +340,7 @@ void Advanced::SlotAllLanguage(int index)
 void Advanced::setHiddenTexts(int index)
 {
     setTextOf(ui->SensitivityCaption, advancedText("dpiSensitivityTitle", index));
+    ui->checkBox_2->setAccessibleName(ui->SensitivityCaption->text());
     setTextOf(ui->SensitivityText,
               advancedText("dpiSensitivityTips", index).replace(QLatin1Char('\n'), QLatin1String("<br>")));
     setTextOf(ui->ModeCaption, advancedText("dpiModeTitle", index));

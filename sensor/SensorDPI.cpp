@@ -75,6 +75,8 @@ void SensorDPI::dress()
     ui->horizontalSliderC->setStyleSheet(style::slider());
     ui->spinBoxA->setStyleSheet(style::framedReadout());
     dressComboBox(ui->ChooseEvent, PicturePath);
+    ui->ChooseEvent->setStyleSheet(ui->ChooseEvent->styleSheet() +
+                                   style::comboBoxBack(PicturePath, QStringLiteral("CountBack.png")));
 }
 
 // ---- Selecting a stage
@@ -141,6 +143,7 @@ void SensorDPI::makePicker()
 {
     ColorPicker = new QColorDialog(this);
     ColorPicker->setOption(QColorDialog::DontUseNativeDialog);
+    ColorPicker->setStyleSheet(style::plainButtonBox());
     connect(ColorPicker, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
 }
 

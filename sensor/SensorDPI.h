@@ -58,13 +58,15 @@ public:
     int stageCount() const { return StageCount; }
     int currentStage() const { return CurrentStage; }
 
+    // No slot, since the form has no such button to connect: the slider silently at a middle value.
+    void on_pushButton_clicked();
+
 public slots:
     void on_ChooseEvent_currentIndexChanged(int index);
     void on_horizontalSliderC_valueChanged(int value);
     void on_horizontalSliderC_sliderMoved(int position);
     void on_ReduceLevelA_clicked();
     void on_AddLevelA_clicked();
-    void on_pushButton_clicked();
     void SetColor(QColor color);
 
 protected:

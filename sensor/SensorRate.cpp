@@ -58,8 +58,8 @@ SensorRate::SensorRate(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui
 void SensorRate::dress()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Sensor"));
-    const QString sheet = style::choiceButton(folder, style::color("ButtonColor"),
-                                              QStringLiteral("RateButton"), QStringLiteral("Check"));
+    const QString ink = style::color("ButtonColor");
+    const QString sheet = style::stateButton(folder, QStringLiteral("RateButton"), ink, ink);
     for (QToolButton *button : buttons)
         button->setStyleSheet(sheet);
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));

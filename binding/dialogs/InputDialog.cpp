@@ -72,7 +72,7 @@ void InputDialog::dress()
         label->setStyleSheet(style::label(inkColor));
     footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
     for (auto *box : findChildren<QCheckBox *>())
-        box->setStyleSheet(style::checkBox(folder, inkColor) + style::checkBoxMarks(folder));
+        box->setStyleSheet(style::checkBox(folder, inkColor));
     for (auto *box : findChildren<QSpinBox *>())
         box->setStyleSheet(style::spinBox(folder));
     if (auto *field = findChild<QLineEdit *>(QStringLiteral("lineEdit")))

@@ -164,7 +164,7 @@ void tst_skin::statesDifferByMoreThanHue_data()
         QTest::newRow(stem) << three;
     for (const char *stem :
          {"Dialog/NavButton", "Dialog/ButtonMain", "Dialog/SensorButton", "Dialog/MacroButton",
-          "Dialog/LightsButton", "Dialog/Advanced", "Dialog/FormSetting", "Sensor/TitleButton"})
+          "Dialog/LightsButton", "Dialog/Advanced", "Dialog/FormSetting"})
         QTest::newRow(stem) << checked;
     for (const char *icon :
          {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"})
@@ -179,13 +179,14 @@ void tst_skin::statesDifferByMoreThanHue_data()
     QTest::newRow("DialogChange/Left") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("DialogChange/Right") << QStringList{QString(), QStringLiteral("Click")};
     QTest::newRow("Sensor/RateButton checked")
-        << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check")};
+        << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check"), QStringLiteral("Click")};
     for (const char *stem : {"Sensor/MinB", "Sensor/MaxB"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover")};
     QTest::newRow("Sensor/ switches") << QStringList{QStringLiteral("Open"), QStringLiteral("Close")};
     QTest::newRow("Advanced/Thumb") << three + QStringList{QStringLiteral("Off")};
     for (const char *stem : {"DialogChange/CheckBox", "Sensor/CheckBox", "Advanced/CheckBox"})
-        QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Check")};
+        QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check"),
+                                           QStringLiteral("CheckHover")};
     for (const char *stem : {"DialogChange/Menu", "Sensor/Menu"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Clicked")};
 }

@@ -344,6 +344,8 @@ private slots:
         QCOMPARE(curves.size(), 4);
         for (const CurvePlotWidget *curve : curves)
             QVERIFY(!curve->isEditable());
+        QVERIFY(hidden->findChild<QTabWidget *>("curveTabs")->tabBar()->isHidden());
+        QVERIFY(!hidden->findChild<QCheckBox *>("checkBox_2")->accessibleName().isEmpty());
         QVERIFY(hidden->findChild<QSlider *>("StepSlider")->isHidden());
         QCOMPARE(hidden->findChild<QSlider *>("StepSlider")->value(), 1);
         QCOMPARE(hidden->findChild<QSlider *>("StepSlider")->maximum(), 2);

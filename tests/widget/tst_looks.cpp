@@ -54,7 +54,7 @@ private slots:
                               << "QToolButton{border:0px;" + centred + "background-image: " + url +
                                      "OnLine0.png);color: rgb(255, 255, 255);}";
         QTest::newRow("check box")
-            << style::checkBox(p, c)
+            << style::checkBox(p, c).left(style::checkBox(p, c).indexOf("QCheckBox::indicator{width"))
             << "QCheckBox{color: rgb(255,0,0;);}QCheckBox::indicator:checked {image: " + url +
                    "CheckBoxCheck.png);}QCheckBox::indicator:unchecked {image: " + url + "CheckBox.png);}";
         QTest::newRow("combo list") << style::comboList(c).left(
@@ -70,10 +70,12 @@ private slots:
             << style::thumbSlider(p)
             << "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: " + url +
                    "Groove.png);}QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px "
-                   "0px;image: " +
-                   url + "Thumb.png);}QSlider::handle:horizontal:hover{image: " + url +
-                   "ThumbHover.png);}QSlider::handle:horizontal:pressed{image: " + url +
-                   "ThumbClick.png);}QSlider::handle:horizontal:disabled{image: " + url + "ThumbOff.png);}";
+                   "0px;" +
+                   centred + "background-image: " + url +
+                   "Thumb.png);}QSlider::handle:horizontal:hover{background-image: " + url +
+                   "ThumbHover.png);}QSlider::handle:horizontal:pressed{background-image: " + url +
+                   "ThumbClick.png);}QSlider::handle:horizontal:disabled{background-image: " + url +
+                   "ThumbOff.png);}";
         QTest::newRow("connection") << style::stretchedPicture(p, "OnLineUsb.png")
                                     << "QLabel{border-image: " + url + "OnLineUsb.png);}";
     }

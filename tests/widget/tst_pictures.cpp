@@ -27,20 +27,18 @@ struct PicturesToCome {
     const char *names;
 };
 constexpr PicturesToCome ToCome[] = {
-    {"Sensor", "RateButtonClick TitleButton TitleButtonChecked TitleButtonHover"},
-    {"Advanced", "mouse1 mouse2 mouse3"},
-    {"WarningDialog", "CheckBox CheckBoxCheck Up UpHover UpOff Down DownHover DownOff"},
+    {"WarningDialog",
+     "CheckBox CheckBoxCheck CheckBoxHover CheckBoxCheckHover Up UpHover UpOff Down DownHover "
+     "DownOff"},
 };
 
 QStringList warnings;
 
-// All but what the toolkit says of the picture itself, of a display that is none, and of slots that are kept
-// for widgets that the forms have not.
+// All but what the toolkit says of the picture itself, and of a display that is none.
 void noteWarning(QtMsgType type, const QMessageLogContext &, const QString &text)
 {
     if (type != QtDebugMsg && !text.startsWith("Could not create pixmap from") &&
-        !text.startsWith("This plugin does not support") &&
-        !text.startsWith("QMetaObject::connectSlotsByName: No matching signal"))
+        !text.startsWith("This plugin does not support"))
         warnings << text;
 }
 
@@ -77,6 +75,14 @@ std::vector<std::unique_ptr<NoticeDialog>> everyNotice()
     all.push_back(std::make_unique<UpDataParam>());
     all.push_back(std::make_unique<ExeIsRun>());
     return all;
+}
+
+// By its name or, for one of a numbered row, by the name that its number is put into.
+bool isNamed(const QString &sources, const QString &name)
+{
+    static const QRegularExpression number("\\d+$");
+    return sources.contains('"' + name + ".png\"") ||
+           (name.contains(number) && sources.contains('"' + QString(name).replace(number, "%1") + ".png\""));
 }
 
 } // namespace
@@ -178,8 +184,7 @@ private slots:
                 std::any_of(std::begin(ToCome), std::end(ToCome), [&](const PicturesToCome &row) {
                     return page == row.page && QString(row.names).split(' ').contains(name);
                 });
-            if (!name.endsWith("@2x") && !shown.contains(path) && !awaited &&
-                !sources.contains('"' + name + ".png\""))
+            if (!name.endsWith("@2x") && !shown.contains(path) && !awaited && !isNamed(sources, name))
                 idle << path;
         }
         idle.sort();
