@@ -128,6 +128,7 @@ void DialogMain::hideToTray()
 {
     if (!QSystemTrayIcon::isSystemTrayAvailable()) {
         showMinimized();
+        hiddenInTaskBar = true;
         return;
     }
     hide();
@@ -178,9 +179,24 @@ void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reaso
 
 void DialogMain::slotActionMain()
 {
+    takeCharge();
+    comeBack();
+}
+
+void DialogMain::takeCharge()
+{
     if (ui->stackedWidget->currentWidget() == dialog)
         UsbServer_SetPCDriverStatus(1);
-    comeBack();
+}
+
+// The task bar then does what a click on the tray's icon would.
+void DialogMain::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange || !hiddenInTaskBar || isMinimized())
+        return;
+    hiddenInTaskBar = false;
+    takeCharge();
 }
 
 void DialogMain::comeBack()
