@@ -199,11 +199,15 @@ void DialogMain::changeEvent(QEvent *event)
     takeCharge();
 }
 
+// The icon goes when its own event is over: hiding it takes down the window in which it was clicked.
 void DialogMain::comeBack()
 {
     show();
     activateWindow();
-    trayIcon.hide();
+    QTimer::singleShot(0, this, [this] {
+        if (isVisible())
+            trayIcon.hide();
+    });
 }
 
 void DialogMain::slotActionExitApp() { std::exit(0); }
