@@ -6,21 +6,29 @@
 #include <QVector>
 #include <algorithm>
 #include <cstdlib>
+#include <vector>
 
 namespace
 {
 
 constexpr int MostColours = 256;
+constexpr int FrequentColours = 192; // the others are chosen among the rare ones
 
-bool isNear(QRgb a, QRgb b, int tolerance)
+struct Colour {
+    QRgb value;
+    int count;
+    int place = 0; // of the nearest in the table
+    int away = 256;
+};
+
+int distance(QRgb a, QRgb b)
 {
-    const auto fits = [tolerance](int first, int second) { return std::abs(first - second) <= tolerance; };
-    return fits(qRed(a), qRed(b)) && fits(qGreen(a), qGreen(b)) && fits(qBlue(a), qBlue(b)) &&
-           fits(qAlpha(a), qAlpha(b));
+    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                     std::abs(qBlue(a) - qBlue(b)), std::abs(qAlpha(a) - qAlpha(b))});
 }
 
-// The most frequent first, so that these are the ones which stay as they are.
-QVector<QRgb> coloursOf(const QImage &picture)
+// The most frequent first.
+std::vector<Colour> coloursOf(const QImage &picture)
 {
     QHash<QRgb, int> counts;
     for (int y = 0; y < picture.height(); ++y) {
@@ -28,30 +36,47 @@ QVector<QRgb> coloursOf(const QImage &picture)
         for (int x = 0; x < picture.width(); ++x)
             ++counts[line[x]];
     }
-    QVector<QRgb> colours = counts.keys().toVector();
-    std::sort(colours.begin(), colours.end(), [&counts](QRgb a, QRgb b) {
-        const int more = counts.value(a) - counts.value(b);
-        return more != 0 ? more > 0 : a < b;
+    std::vector<Colour> colours;
+    for (auto each = counts.cbegin(); each != counts.cend(); ++each)
+        colours.push_back({each.key(), each.value()});
+    std::sort(colours.begin(), colours.end(), [](const Colour &a, const Colour &b) {
+        return a.count != b.count ? a.count > b.count : a.value < b.value;
     });
     return colours;
 }
 
-// The place of each colour; empty when the table would be too long.
-QHash<QRgb, uchar> placesFor(const QVector<QRgb> &colours, int tolerance, QVector<QRgb> *table)
+// The frequent colours, then again and again the one that is farthest from all in the table.
+QVector<QRgb> tableFor(std::vector<Colour> &colours)
 {
-    QHash<QRgb, uchar> places;
-    table->clear();
-    for (const QRgb colour : colours) {
-        const auto found = std::find_if(table->cbegin(), table->cend(),
-                                        [&](QRgb known) { return isNear(colour, known, tolerance); });
-        const auto place = int(found - table->cbegin());
-        if (place == MostColours)
-            return {};
-        if (found == table->cend())
-            table->append(colour);
-        places.insert(colour, uchar(place));
+    QVector<QRgb> table;
+    while (table.size() < std::min(int(colours.size()), MostColours)) {
+        const auto next =
+            table.size() < FrequentColours
+                ? colours.cbegin() + table.size()
+                : std::max_element(colours.cbegin(), colours.cend(),
+                                   [](const Colour &a, const Colour &b) { return a.away < b.away; });
+        const QRgb value = next->value;
+        for (Colour &colour : colours) {
+            const int away = distance(colour.value, value);
+            if (away < colour.away) {
+                colour.away = away;
+                colour.place = table.size();
+            }
+        }
+        table.append(value);
     }
-    return places;
+    return table;
+}
+
+bool changesLittle(const std::vector<Colour> &colours, int pixels)
+{
+    int moved = 0;
+    for (const Colour &colour : colours) {
+        if (colour.away > PaletteTolerance)
+            return false;
+        moved += colour.away > 0 ? colour.count : 0;
+    }
+    return moved <= pixels / PaletteRarity;
 }
 
 } // namespace
@@ -59,13 +84,13 @@ QHash<QRgb, uchar> placesFor(const QVector<QRgb> &colours, int tolerance, QVecto
 QImage withPalette(const QImage &picture)
 {
     const QImage source = picture.convertToFormat(QImage::Format_ARGB32);
-    const QVector<QRgb> colours = coloursOf(source);
-    QVector<QRgb> table;
-    QHash<QRgb, uchar> places;
-    for (int tolerance = 0; places.isEmpty() && tolerance <= PaletteTolerance; ++tolerance)
-        places = placesFor(colours, tolerance, &table);
-    if (places.isEmpty())
+    std::vector<Colour> colours = coloursOf(source);
+    const QVector<QRgb> table = tableFor(colours);
+    if (!changesLittle(colours, source.width() * source.height()))
         return {};
+    QHash<QRgb, uchar> places;
+    for (const Colour &colour : colours)
+        places.insert(colour.value, uchar(colour.place));
     QImage packed(source.size(), QImage::Format_Indexed8);
     packed.setColorTable(table);
     for (int y = 0; y < source.height(); ++y) {
