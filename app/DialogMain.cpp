@@ -128,6 +128,7 @@ void DialogMain::hideToTray()
 {
     if (!QSystemTrayIcon::isSystemTrayAvailable()) {
         showMinimized();
+        hiddenInTaskBar = true;
         return;
     }
     hide();
@@ -178,16 +179,35 @@ void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reaso
 
 void DialogMain::slotActionMain()
 {
-    if (ui->stackedWidget->currentWidget() == dialog)
-        UsbServer_SetPCDriverStatus(1);
+    takeCharge();
     comeBack();
 }
 
+void DialogMain::takeCharge()
+{
+    if (ui->stackedWidget->currentWidget() == dialog)
+        UsbServer_SetPCDriverStatus(1);
+}
+
+// The task bar then does what a click on the tray's icon would.
+void DialogMain::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange || !hiddenInTaskBar || isMinimized())
+        return;
+    hiddenInTaskBar = false;
+    takeCharge();
+}
+
+// The icon goes when its own event is over: hiding it takes down the window in which it was clicked.
 void DialogMain::comeBack()
 {
     show();
     activateWindow();
-    trayIcon.hide();
+    QTimer::singleShot(0, this, [this] {
+        if (isVisible())
+            trayIcon.hide();
+    });
 }
 
 void DialogMain::slotActionExitApp() { std::exit(0); }

@@ -43,12 +43,14 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void listen();
     void hideToTray();
     void buildTrayMenu();
     void endProgram();
+    void takeCharge();
     void comeBack();
     void pairSelected();
 
@@ -64,5 +66,6 @@ private:
     QString exitText;
     QPoint grip; // where the mouse holds the window
     bool held = false;
-    bool noticeUp = false; // the off-line notice, or its way there
+    bool hiddenInTaskBar = false; // for want of a tray
+    bool noticeUp = false;        // the off-line notice, or its way there
 };

@@ -54,7 +54,8 @@ function(skin_picture page name template w h)
     OUTPUT ${single} ${double}
     COMMAND ${RSVG_CONVERT} -o ${single} ${svg}
     COMMAND ${RSVG_CONVERT} --zoom 2 -o ${double} ${svg}
-    DEPENDS ${svg}
+    COMMAND pack-picture ${single} ${double}
+    DEPENDS ${svg} pack-picture
     COMMENT "Drawing ${page}/${name}"
     VERBATIM)
   set_property(DIRECTORY APPEND PROPERTY skin_files ${single} ${double})

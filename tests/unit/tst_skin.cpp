@@ -77,6 +77,7 @@ class tst_skin : public QObject
 
 private slots:
     void everyPictureHasItsDouble();
+    void largePicturesAreQuickToDecode();
     void sizes_data();
     void sizes();
     void statesDifferByMoreThanHue_data();
@@ -102,6 +103,22 @@ void tst_skin::everyPictureHasItsDouble()
     }
     QVERIFY(singles > 100);
     QCOMPARE(doubles, singles);
+}
+
+// A page's ground is most of what the program decodes.
+void tst_skin::largePicturesAreQuickToDecode()
+{
+    constexpr int Large = 500 * 500;
+    int grounds = 0;
+    QDirIterator files(Pictures, {QStringLiteral("*.png")}, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QImage picture(files.next());
+        if (files.fileName().contains(QLatin1String("@2x")) || picture.width() * picture.height() < Large)
+            continue;
+        ++grounds;
+        QVERIFY2(picture.format() == QImage::Format_Indexed8, qPrintable(files.filePath()));
+    }
+    QVERIFY(grounds >= 6);
 }
 
 void tst_skin::sizes_data()

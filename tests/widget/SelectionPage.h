@@ -46,6 +46,13 @@ protected:
         return QString(shows("LeftButton") ? "<" : "-") + (shows("RightButton") ? ">" : "-");
     }
 
+    // Where a notice of that size stands in the middle of the page.
+    QPoint middleFor(const QWidget &notice) const
+    {
+        const QSize room = page->size() - notice.size();
+        return page->mapToGlobal(QPoint(room.width() / 2, room.height() / 2));
+    }
+
     void build()
     {
         page = std::make_unique<DialogChange>();

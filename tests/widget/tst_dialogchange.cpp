@@ -125,12 +125,15 @@ private slots:
     {
         build();
         bool told = false;
-        fixture::whenModal<QuestiondialogB>([&told](QuestiondialogB *notice) {
+        QPoint place;
+        fixture::whenModal<QuestiondialogB>([&](QuestiondialogB *notice) {
             told = true;
+            place = notice->pos();
             notice->on_CloseButton_clicked();
         });
         plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 6, Receiver1K)});
         QTRY_VERIFY(told);
+        QCOMPARE(place, middleFor(QuestiondialogB()));
         QCOMPARE(tileCount(), 0);
         QVERIFY(shows("label_2"));
         QVERIFY(!shows("stackedWidget"));

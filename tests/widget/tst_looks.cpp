@@ -125,6 +125,19 @@ private slots:
         QCOMPARE(slider.value(), 19);
     }
 
+    void comboBoxRemembersWhereItWasPressed()
+    {
+        MyConmboBox box;
+        box.addItems({"one", "two", "three"});
+        box.setCurrentIndex(1);
+        QCOMPARE(box.pressedIndex(), -1);
+        QMouseEvent press(QEvent::MouseButtonPress, {4, 4}, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&box, &press);
+        box.hidePopup();
+        box.setCurrentIndex(2);
+        QCOMPARE(box.pressedIndex(), 1);
+    }
+
     void toolButtonActsOnThePress()
     {
         MyToolButton button;

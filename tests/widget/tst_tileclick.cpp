@@ -52,13 +52,24 @@ private slots:
         build();
         plug(devices(2));
         DeviceAllInfo chosen;
+        bool chosenFirst = false;
         QObject context;
         connect(PostMsg::instance(), &PostMsg::SigSelectMouseInfo, &context,
                 [&chosen](const DeviceAllInfo &info) { chosen = info; });
         QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
         QSignalSpy models(PostMsg::instance(), &PostMsg::SigMouseIndex);
         QSignalSpy versions(PostMsg::instance(), &PostMsg::SigSetver);
+        QSignalSpy links(PostMsg::instance(), &PostMsg::SigIsUsb);
+        QElapsedTimer sincePageChange;
+        connect(PostMsg::instance(), &PostMsg::SigChangeMainDialog, &context, [&] {
+            chosenFirst = chosen.DevicePath == "a1" && OnDevicePage == 0;
+            sincePageChange.start();
+        });
         QTest::mouseClick(tile(1), Qt::LeftButton);
+        QVERIFY(chosenFirst);
+        QVERIFY(sincePageChange.elapsed() >= 150); // the page stands before the worker begins
+        QCOMPARE(links.count(), 1);
+        QCOMPARE(links.first(), (QList<QVariant>{false, true}));
         QCOMPARE(chosen.DevicePath, QString("a1"));
         QCOMPARE(names(pages), QStringList{"1"});
         QCOMPARE(names(models), QStringList{"7"});
@@ -117,12 +128,15 @@ private slots:
         build();
         plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 6, Receiver8K, false)});
         int asked = 0;
+        QPoint place;
         fixture::whenModal<RePair>([&](RePair *question) {
             ++asked;
+            place = question->pos();
             yes ? question->on_OK_clicked() : question->on_CloseButton_clicked();
         });
         QTest::mouseClick(tile(1), Qt::LeftButton);
         QCOMPARE(asked, 1);
+        QCOMPARE(place, middleFor(RePair()));
         QCOMPARE(PairingTarget.has_value(), yes);
         QVERIFY(!yes || PairingTarget->DevicePath == "b");
     }
@@ -142,9 +156,7 @@ private slots:
         });
         page->askOnlyDevice();
         QCOMPARE(said, language::text(language::Section::home, "WiredMode", 0));
-        const UpDateWarning measure;
-        QCOMPARE(place, page->mapToGlobal(QPoint()) + QPoint((page->width() - measure.width()) / 2 - 20,
-                                                             (page->height() - measure.height()) / 2));
+        QCOMPARE(place, middleFor(UpDateWarning()) - QPoint(20, 0));
         QVERIFY(!PairingTarget);
         QCOMPARE(int(OnDevicePage), 0);
     }
@@ -197,6 +209,9 @@ private slots:
         QSignalSpy all(PostMsg::instance(), &PostMsg::SigAllLanguage);
         QSignalSpy other(PostMsg::instance(), &PostMsg::SigLanguageSameB);
         auto *box = child<QComboBox>("comboBox");
+        QCOMPARE(box->count(), 1);
+        QCOMPARE(box->itemText(0), QString("English"));
+        QCOMPARE(box->maxVisibleItems(), 5);
         emit box->activated(0);
         QCOMPARE(all.count(), 1);
         QCOMPARE(other.count(), 1);

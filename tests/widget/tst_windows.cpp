@@ -4,6 +4,8 @@
 // The main window and the device page, with the real worker on the scripted layer.
 #include "binding/Buttoninterface.h"
 #include "catalogue/AttachedDevices.h"
+#include "catalogue/config/LanguageChoice.h"
+#include "catalogue/config/UserStore.h"
 #include "device/Worker.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
@@ -14,6 +16,7 @@
 #include "tests/widget/MainWindow.h"
 
 #include <QComboBox>
+#include <QPushButton>
 
 class tst_Windows : public MainWindow
 {
@@ -308,6 +311,59 @@ private slots:
         QCOMPARE(window->isVisible(), !ends);
         QCOMPARE(fake.count("StopUsbChanged"), ends ? 1 : 0);
         QCOMPARE(fake.count("UsbServer_Exit"), ends ? 1 : 0);
+    }
+
+    // Without a tray the window stands in the task bar, and its return is that of a click on the icon.
+    void theReturnFromTheTaskBarTakesCharge_data()
+    {
+        QTest::addColumn<bool>("onDevicePage");
+        QTest::newRow("selection page") << false;
+        QTest::newRow("device page") << true;
+    }
+    void theReturnFromTheTaskBarTakesCharge()
+    {
+        QFETCH(bool, onDevicePage);
+        if (onDevicePage)
+            openDevicePage();
+        emit PostMsg::instance()->SigChangeSize(0);
+        QVERIFY(window->isMinimized());
+        fake.clearCalls();
+        window->showNormal();
+        QVERIFY(!window->isMinimized());
+        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), onDevicePage ? 1 : 0);
+        if (onDevicePage)
+            QCOMPARE(fake.calls().back(), std::string("UsbServer_SetPCDriverStatus 1"));
+        fake.clearCalls();
+        window->showMinimized(); // by the window manager: the device was never let go
+        window->showNormal();
+        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), 0);
+        QTRY_VERIFY(fake.idle());
+    }
+
+    void theFormsButtonCloses()
+    {
+        auto *closing = window->findChild<QPushButton *>("pushButton");
+        QVERIFY(closing && closing->isHidden());
+        closing->click();
+        QVERIFY(!window->isVisible());
+    }
+
+    void aNewWindowTellsThePagesTheLanguage()
+    {
+        window.reset();
+        storeLanguage(UserStore::instance(), 0);
+        QStringList told;
+        QObject context;
+        PostMsg *const hub = PostMsg::instance();
+        connect(hub, &PostMsg::SigLanguageSameA, &context,
+                [&told](int index) { told << QString("A%1").arg(index); });
+        connect(hub, &PostMsg::SigLanguageSameB, &context,
+                [&told](int index) { told << QString("B%1").arg(index); });
+        connect(hub, &PostMsg::SigAllLanguage, &context,
+                [&told](int index) { told << QString("all %1").arg(index); });
+        window = std::make_unique<DialogMain>();
+        QCOMPARE(told, (QStringList{"A0", "B0", "all 0"}));
+        QTRY_VERIFY(fake.idle());
     }
 
     void spaceOnTheDevicePageTakesTheConnectionBack()
