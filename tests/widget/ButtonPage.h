@@ -98,6 +98,12 @@ public:
         emit PostMsg::instance()->SigAllLanguage(index);
     }
 
+    // Where a dialog of that size belongs, from the middle of the page.
+    QPoint middleFor(const QWidget *dialog, const QPoint &offset) const
+    {
+        return form.mapToGlobal(QPoint(0, 0)) +
+               QPoint((form.width() - dialog->width()) / 2, (form.height() - dialog->height()) / 2) + offset;
+    }
     QString shownPage() const { return current("stackedWidget"); }
     QString shownPanel() const { return current("stackedWidget_2"); }
     QString checkedCaption() const

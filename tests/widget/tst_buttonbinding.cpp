@@ -40,6 +40,17 @@ private:
         if (action.opener)
             page().click(action.opener);
     }
+    template <typename Dialog> void whereIs(const char *button, const QPoint &offset)
+    {
+        QPoint stood(-1, -1), wanted;
+        fixture::whenModal<Dialog>([&](Dialog *dialog) {
+            stood = dialog->pos();
+            wanted = page().middleFor(dialog, offset);
+            dialog->on_CloseButton_clicked();
+        });
+        page().click(button);
+        QCOMPARE(stood, wanted);
+    }
     static void eachAction()
     {
         QTest::addColumn<int>("row");
@@ -107,6 +118,16 @@ private slots:
         QCOMPARE(page().button("Button7")->text(), "Browser home");
         QVERIFY(!page().form.SetMediaAction(6, 0x01));
         QCOMPARE(int(updates()), 1);
+    }
+
+    void dialogsStandBesideTheMiddle()
+    {
+        page().click("RightKey");
+        whereIs<FireKey>("DPI_6", {-50, -70});
+        whereIs<GroupKey>("DPI_8", {-50, -70});
+        whereIs<MakeMacro>("DPI_10", {-100, -50});
+        page().leave();
+        whereIs<LeftButtonOnly>("FireKey", {-100, -50});
     }
 
     // ---- Fire key

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What the binding page does to the whole device: the choice of its profile, and the export of its record.
+// What the binding page does to the whole device: the choice of its profile, reset, import and export.
+#include "presentation/Notices.h"
 #include "tests/widget/ButtonPage.h"
 
 #include <QComboBox>
@@ -97,6 +98,59 @@ private slots:
         QCOMPARE(profiles()->currentIndex(), 2);
         page().setLanguage(0);
         QCOMPARE(profiles()->currentText(), "Profile 3");
+    }
+
+    // ---- Reset and import, whose work is tested where it is done
+
+    void aResetIsAskedForBesideTheMiddle()
+    {
+        QPoint stood, wanted;
+        bool busy = true;
+        const bool armed = WorkerArmed;
+        fixture::whenModal<ContainReset>([&](ContainReset *question) {
+            stood = question->pos();
+            wanted = page().middleFor(question, {-75, -65});
+            busy = SettingsBusy;
+            question->on_Cancel_clicked();
+        });
+        page().click("Reset");
+        QCOMPARE(stood, wanted);
+        QVERIFY(!busy && !SettingsBusy);
+        QCOMPARE(bool(WorkerArmed), armed);
+        QCOMPARE(FakeHidUsb::instance().count("UsbServer_SetClearSetting"), 0);
+        QVERIFY(FakeHidUsb::instance().updates().empty());
+    }
+
+    void withoutTheMouseNothingIsAsked_data()
+    {
+        QTest::addColumn<QString>("button");
+        for (const char *button : {"Reset", "ImportData"})
+            QTest::newRow(button) << button;
+    }
+    void withoutTheMouseNothingIsAsked()
+    {
+        QFETCH(QString, button);
+        FakeHidUsb::instance().setOnline("dev", false);
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        page().click(button); // would not return from a question
+        QCOMPARE(notice.count(), 1);
+        QCOMPARE(notice[0][0].toInt(), 0);
+        QVERIFY(!SettingsBusy);
+    }
+
+    void anImportWithoutAFileIsNone()
+    {
+        bool busy = false;
+        QString said;
+        fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
+            busy = SettingsBusy;
+            said = dialog->windowTitle() + ' ' + dialog->nameFilters().join(' ');
+            dialog->reject();
+        });
+        page().click("ImportData");
+        QCOMPARE(said, "SelectFile File(*.bin)");
+        QVERIFY(busy && !SettingsBusy);
+        QVERIFY(FakeHidUsb::instance().updates().empty());
     }
 
     // ---- Export
