@@ -12,15 +12,16 @@
 #include <fcntl.h>
 #include <hidapi.h>
 #include <libudev.h>
+#include <linux/hidraw.h>
 #include <mutex>
-#include <poll.h>
 #include <set>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace hidusb
 {
 
-// hidapi keeps one error text for all of enumeration and opening.
+// hidapi keeps one error text for all of enumeration.
 static std::mutex &hidapiMutex()
 {
     static auto *mutex = new std::mutex;
@@ -29,8 +30,6 @@ static std::mutex &hidapiMutex()
 
 namespace
 {
-
-using HidDevice = std::shared_ptr<hid_device>;
 
 class UdevChanges;
 
@@ -49,18 +48,24 @@ Watches &watches()
 void sayThatANodeIsGone();
 
 // The kernel may hold a writer for seconds while a device hangs, so reports are written on a thread of
-// their own. Reading has a descriptor of its own too: it can be waited on together with a call to stop.
+// their own, which keeps a descriptor of its own for as long.
 class HidrawPort : public ReportPort
 {
 public:
-    HidrawPort(HidDevice device, int node) : device_(std::move(device)), node_(node) {}
+    explicit HidrawPort(int node)
+        : node_(node), written_(std::make_shared<WaitableFile>(fcntl(node, F_DUPFD_CLOEXEC, 0)))
+    {
+    }
 
     bool write(const uint8_t *bytes, std::size_t size) override
     {
         constexpr std::size_t waitingReports = 32;
         std::vector<uint8_t> report(bytes, bytes + size);
         return writer_.post(
-            [device = device_, report] { hid_write(device.get(), report.data(), report.size()); },
+            [node = written_, report] {
+                // A report that does not go out is one that stays unanswered.
+                [[maybe_unused]] const ssize_t written = ::write(node->file(), report.data(), report.size());
+            },
             waitingReports);
     }
 
@@ -94,8 +99,8 @@ private:
         return {again ? Outcome::Nothing : Outcome::Gone, 0};
     }
 
-    const HidDevice device_;
     WaitableFile node_;
+    const std::shared_ptr<WaitableFile> written_;
     TaskQueue writer_;
     std::atomic<bool> toldGone_{false};
 };
@@ -181,10 +186,15 @@ std::vector<InterfaceInfo> HidrawBus::enumerate()
     return found;
 }
 
-static void closeDevice(hid_device *device)
+// hidapi 0.13 opens nodes too, but reaches into freed memory when the device goes in that very moment.
+static int openNode(const std::string &path)
 {
-    const std::lock_guard lock(hidapiMutex());
-    hid_close(device);
+    const int node = ::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    int descriptorSize = 0;
+    if (node < 0 || ::ioctl(node, HIDIOCGRDESCSIZE, &descriptorSize) >= 0)
+        return node;
+    ::close(node);
+    return -1;
 }
 
 std::unique_ptr<ReportPort> HidrawBus::open(const std::string &path)
@@ -192,18 +202,8 @@ std::unique_ptr<ReportPort> HidrawBus::open(const std::string &path)
     static const std::string nodes = "/dev/hidraw";
     if (path.compare(0, nodes.size(), nodes) != 0)
         return nullptr;
-    HidDevice device;
-    {
-        const std::lock_guard lock(hidapiMutex());
-        device.reset(hid_open_path(path.c_str()), [](hid_device *opened) {
-            if (opened != nullptr)
-                closeDevice(opened);
-        });
-    }
-    const int node = device ? ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1;
-    if (node < 0)
-        return nullptr;
-    return std::make_unique<HidrawPort>(std::move(device), node);
+    const int node = openNode(path);
+    return node >= 0 ? std::make_unique<HidrawPort>(node) : nullptr;
 }
 
 std::unique_ptr<ChangeSource> HidrawBus::watch()

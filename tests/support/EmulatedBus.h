@@ -11,6 +11,7 @@
 #include "emulator/Emulator.h"
 #include "tests/support/UsbNodes.h"
 
+#include <QCoreApplication>
 #include <QTemporaryDir>
 #include <cstring>
 
@@ -67,10 +68,15 @@ public:
     emulator::Emulator emulated;
 
 private:
-    // The kernel takes some tenths of a second to know what was plugged in or out.
+    // The kernel takes some tenths of a second to know what was plugged in or out. The program goes on
+    // meanwhile.
     static void settle(const std::vector<emulator::Interface> &interfaces)
     {
-        if (isUsb() && !usbnodes::settle(interfaces))
+        const auto pause = [] {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+            ::usleep(1000);
+        };
+        if (isUsb() && !usbnodes::settle(interfaces, pause))
             qFatal("The kernel does not know the devices that are plugged in.");
     }
 };

@@ -55,17 +55,22 @@ inline std::map<std::string, int> wanted(const std::vector<emulator::Interface> 
     return nodes;
 }
 
-// Until the kernel knows exactly these devices, and udev has dealt with them.
-inline bool settle(const std::vector<emulator::Interface> &interfaces,
-                   std::chrono::seconds patience = std::chrono::seconds(20))
+// Until the kernel knows exactly these devices, and udev has dealt with them. `pause` passes the time between
+// two looks.
+template <typename Pause> bool settle(const std::vector<emulator::Interface> &interfaces, Pause pause)
 {
-    const auto deadline = emulator::Clock::now() + patience;
+    const auto deadline = emulator::Clock::now() + std::chrono::seconds(20);
     while (present() != wanted(interfaces) || ::access("/run/udev/queue", F_OK) == 0) {
         if (emulator::Clock::now() > deadline)
             return false;
-        ::usleep(5000);
+        pause();
     }
     return true;
+}
+
+inline bool settle(const std::vector<emulator::Interface> &interfaces)
+{
+    return settle(interfaces, [] { ::usleep(5000); });
 }
 
 } // namespace usbnodes

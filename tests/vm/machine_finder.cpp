@@ -5,6 +5,7 @@
 #include "tests/vm/MachineFixture.h"
 
 #include <grp.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 struct LinkRow {
@@ -15,11 +16,14 @@ struct LinkRow {
     uint8_t kind;
     uint16_t version;      // of the device at the plug
     uint16_t mouseVersion; // of its mouse
+    int address;           // of both
 };
 constexpr LinkRow Links[] = {
-    {"rx1k", "air1", "0002", 6, 0, 0x0201, 0x0105},   {"rx2k", "air2", "0003", 7, 4, 0x0202, 0x0106},
-    {"rx4k", "air4", "0004", 8, 1, 0x0203, 0x0107},   {"rx8k", "air8", "0005", 9, 5, 0x0204, 0x0108},
-    {"wired", "wired", "0001", 6, 3, 0x010A, 0x010A},
+    {"rx1k", "air1", "0002", 6, 0, 0x0201, 0x0105, 0xA10001},
+    {"rx2k", "air2", "0003", 7, 4, 0x0202, 0x0106, 0xA10002},
+    {"rx4k", "air4", "0004", 8, 1, 0x0203, 0x0107, 0xA10004},
+    {"rx8k", "air8", "0005", 9, 5, 0x0204, 0x0108, 0xA10008},
+    {"wired", "wired", "0001", 6, 3, 0x010A, 0x010A, 0xC0FFEE},
 };
 
 class Finder : public MachineTest, public testing::WithParamInterface<LinkRow>
@@ -51,7 +55,22 @@ TEST_P(Finder, NamesAndAsksADevice)
     EXPECT_TRUE(UsbFinderC_GetDeviceOnLine(path));
     OnlineAddress address{};
     EXPECT_TRUE(UsbFinderC_GetDeviceOnLineWithUsbAddress(path, &address));
+    EXPECT_EQ(address.Address[0] << 16 | address.Address[1] << 8 | address.Address[2], row.address);
     EXPECT_EQ(UsbFinderC_GetVersion(path) & 0xFFFF, row.mouseVersion);
+    uint32_t slave = 0;
+    EXPECT_EQ(UsbFinderC_GetSlaveVersion(path, &slave), row.version != row.mouseVersion);
+    EXPECT_EQ(slave, row.version != row.mouseVersion ? row.version : 0U);
+    expectHealthy(row.id, row.mouse);
+    // A mouse that is not there, and a device that is not.
+    if (row.id != std::string(row.mouse)) {
+        order(std::string("radio ") + row.mouse + " off");
+        EXPECT_FALSE(UsbFinderC_GetDeviceOnLine(path));
+        order(std::string("radio ") + row.mouse + " on");
+    }
+    unplug(row.id);
+    EXPECT_FALSE(UsbFinderC_GetDeviceOnLine(path));
+    EXPECT_EQ(UsbFinderC_GetDeviceInfo(path, 0).Cid, 0);
+    EXPECT_TRUE(find(row.product).empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Links, Finder, testing::ValuesIn(Links),
@@ -60,10 +79,11 @@ INSTANTIATE_TEST_SUITE_P(Links, Finder, testing::ValuesIn(Links),
 class Rights : public MachineTest
 {
 protected:
+    static constexpr unsigned nobody = 65534;
+
     // The result of asking the device by somebody who is not root; -1 when the asking itself failed.
     static int askAsNobody(const std::string &path, const char *group)
     {
-        constexpr unsigned nobody = 65534;
         const struct group *found = group != nullptr ? ::getgrnam(group) : nullptr;
         const std::string groups =
             found != nullptr ? "--groups=" + std::to_string(found->gr_gid) : "--clear-groups";
@@ -96,6 +116,27 @@ TEST_F(Rights, TheRulesOfTheCatalogueOpenItsDevicesAndNoOthers)
     EXPECT_TRUE(UsbFinderC_GetDeviceOnLine(nodeOf("other").c_str()));
 }
 
+// Of this process's threads, whose rights the kernel asks for at each opening.
+TEST_F(Rights, ADeviceThatCannotBeOpenedCanOnceTheRightIsThere)
+{
+    plug("rx8k");
+    const std::string node = nodeOf("rx8k");
+    const uid_t root = ::geteuid();
+    ASSERT_EQ(::setgroups(0, nullptr), 0);
+    ASSERT_EQ(::seteuid(nobody), 0);
+    EXPECT_EQ(find("0005"), std::vector<std::string>{node}) << "it is there, whoever may open it";
+    EXPECT_FALSE(UsbFinderC_GetDeviceOnLine(node.c_str()));
+    UsbServerC_Start(node.c_str(), node.c_str(), support::logMessage<0>);
+    UsbServer_ReadAllFlashData();
+    EXPECT_EQ(UsbFinderC_GetDeviceInfo(node.c_str(), 0).Cid, 0);
+    EXPECT_EQ(emulator_.reportCount("rx8k"), 0U);
+    ASSERT_EQ(::seteuid(root), 0);
+    ASSERT_EQ(::chmod(node.c_str(), 0666), 0);
+    ASSERT_EQ(::seteuid(nobody), 0);
+    expectHealthy("rx8k", "air8");
+    ASSERT_EQ(::seteuid(root), 0);
+}
+
 class Receiver : public MachineTest
 {
 };
@@ -123,6 +164,27 @@ TEST_F(Receiver, ItsOwnSettingsAreReadAndWritten)
     DongleRgbBar read{};
     UsbFinderC_GetDongleRGBBarMode(path, &read);
     EXPECT_EQ(std::memcmp(&bar, &read, sizeof bar), 0);
+    const DongleIndicator indicator{{2, 0, 1}};
+    EXPECT_TRUE(UsbFinderC_SetDongleIndicatorLed(path, &indicator));
+    DongleIndicator shown{};
+    UsbFinderC_GetDongleIndicatorLed(path, &shown);
+    EXPECT_EQ(std::memcmp(&indicator, &shown, sizeof shown), 0);
+    expectHealthy("rx4k", "air4");
+}
+
+// By its cable a mouse learns the receiver that it shall answer to.
+TEST_F(Receiver, AMouseTakesTheAddressOfAnother)
+{
+    plug("wired");
+    plug("rx1k");
+    order("radio air1 off");
+    OnlineAddress address{};
+    UsbFinderC_GetDeviceOnLineWithUsbAddress(nodeOf("rx1k").c_str(), &address);
+    const uint8_t pairing[] = {address.Address[2], address.Address[1], address.Address[0], 0, 0};
+    UsbFinderC_SetDongleIDToMouse(nodeOf("wired").c_str(), pairing);
+    EXPECT_TRUE(UsbFinderC_GetDeviceOnLineWithUsbAddress(nodeOf("wired").c_str(), &address));
+    EXPECT_EQ(address.Address[0] << 16 | address.Address[1] << 8 | address.Address[2], 0xA10001);
+    expectHealthy("wired", "wired");
 }
 
 TEST_F(Receiver, AScreenIsAnotherCollectionOfTheSameNode)
@@ -136,7 +198,7 @@ TEST_F(Receiver, AScreenIsAnotherCollectionOfTheSameNode)
     UsbFinderC_ReadWriteDeviceData(request, reply, sizeof request);
     EXPECT_EQ(std::memcmp(request, reply, sizeof request), 0);
     UsbFinderC_OpenDevice("/dev/none");
-    EXPECT_TRUE(UsbFinderC_GetDeviceOnLine(node.c_str()));
+    expectHealthy("wired", "wired");
 }
 
 // Interfaces come in any order: the number and the page say what each is, not its place.

@@ -40,6 +40,8 @@ TEST_F(Plugging, AWatchHearsOfEachChange)
     const int before = changes;
     unplug("rx8k");
     EXPECT_TRUE(eventually([before] { return changes > before && find("0005").empty(); }));
+    plug("rx8k");
+    expectHealthy("rx8k", "air8");
 }
 
 TEST_F(Plugging, TenInARow)
@@ -60,6 +62,8 @@ TEST_F(Plugging, TenInARow)
     for (const std::string &path : find("0001"))
         EXPECT_EQ(UsbFinderC_GetDeviceInfo(path.c_str(), 0).Mid, 6) << path;
     EXPECT_TRUE(eventually([] { return changes >= 2; }));
+    for (const char *id : {"m0", "m9"})
+        expectHealthy(id, id);
     for (int i = 0; i < 10; ++i)
         order("unplug m" + std::to_string(i));
     settle();
@@ -76,6 +80,31 @@ TEST_F(Plugging, InAndOutWithinAMoment)
     }
     settle();
     EXPECT_TRUE(find("0005").empty());
+    order("plug rx8k");
+    expectHealthy("rx8k", "air8");
+}
+
+// Nodes that are opened in the very moment in which they come or go.
+TEST_F(Plugging, AskedAllTheTimeWhileItComesAndGoes)
+{
+    std::atomic<bool> enough{false};
+    std::vector<std::thread> askers;
+    for (const char *path : {"/dev/hidraw0", "/dev/hidraw1", "/dev/hidraw2"})
+        askers.emplace_back([path, &enough] {
+            while (!enough)
+                UsbFinderC_GetDeviceInfo(path, 0);
+        });
+    for (int i = 0; i < 20; ++i) {
+        order("plug rx8k");
+        if (i % 4 == 0)
+            settle();
+        ::usleep(static_cast<useconds_t>(7000 * i));
+        order("unplug rx8k");
+    }
+    enough = true;
+    for (std::thread &asker : askers)
+        asker.join();
+    settle();
     order("plug rx8k");
     expectHealthy("rx8k", "air8");
 }
@@ -172,6 +201,7 @@ TEST_F(Plugging, AnotherProgramOnTheSameNode)
         }
         EXPECT_TRUE(agrees("air8"));
     }
+    expectHealthy("rx8k", "air8");
 }
 
 class Faults : public MachineTest, public testing::WithParamInterface<const char *>
