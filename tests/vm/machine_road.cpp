@@ -3,13 +3,16 @@
 //
 // The road of a device and of an edit through the real windows, worker and layer, with devices that the
 // kernel takes for real ones: from the plug to the tile, to the page, to the flash, and back when the cable
-// is pulled. On a display it saves pictures in the folder that OUT names.
+// is pulled. On a display it saves pictures in the folder that OUT names. How long the main thread is silent
+// says nothing on an emulated processor.
 #include "tests/e2e/Program.h"
 
 #include <QScreen>
 
 namespace
 {
+
+constexpr int StepMs = 60000; // an emulated processor beside others' work is slow
 
 bool onSelectionPage(std::size_t tiles)
 {
@@ -27,17 +30,19 @@ private:
     // What has been painted is on the screen a moment later.
     static void shoot(Program &program, const char *name)
     {
+        if (QGuiApplication::platformName() != QLatin1String("xcb"))
+            return;
         const auto since = std::make_shared<QElapsedTimer>();
-        program.script.step(name, always, [since] { since->start(); });
+        program.script.step(name, always, [since] {
+            QCursor::setPos(0, 0); // where it hovers over nothing
+            since->start();
+        });
         program.script.step(
             name, [since] { return since->isValid() && since->elapsed() > 400; },
-            [&program, name] {
-                const QRect area = program.window->frameGeometry();
+            [name] {
                 const QString file =
                     qEnvironmentVariable("OUT", QDir::tempPath()) + '/' + name + QStringLiteral(".png");
-                const QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(
-                    0, area.x(), area.y(), area.width(), area.height());
-                QVERIFY2(picture.save(file), qPrintable(file));
+                QVERIFY2(QGuiApplication::primaryScreen()->grabWindow(0).save(file), qPrintable(file));
             });
     }
     static void edit(Program &program, const char *button, int rate)
@@ -73,7 +78,7 @@ private slots:
         program.click("SensorButton");
         program.expect("read anew", [] { return windows::isChecked(QStringLiteral("Button250HZ")); });
         program.expect("record and flash agree", [&] { return program.agrees("m1"); });
-        QCOMPARE(program.script.run(), QString());
+        QCOMPARE(program.script.run(StepMs), QString());
     }
 
     void pulledFromItsPage()
@@ -86,9 +91,10 @@ private slots:
         program.expect("back at the tile that is left", [] { return onSelectionPage(1); });
         program.order("plug r1");
         program.open(QStringLiteral("r1"));
-        program.expect("what was set", [] { return DeviceRecord::copy().ReportRate == 2; });
+        program.click("SensorButton");
+        program.expect("what was set", [] { return windows::isChecked(QStringLiteral("Button500HZ")); });
         edit(program, "Button1000HZ", 1);
-        QCOMPARE(program.script.run(), QString());
+        QCOMPARE(program.script.run(StepMs), QString());
     }
 };
 
