@@ -84,10 +84,13 @@ void RightHint::setNodes(const QStringList &refused)
 
 void RightHint::look()
 {
-    if (told || std::all_of(nodes.cbegin(), nodes.cend(), isRefused))
+    if (told)
         return;
-    told = true;
-    emit rightsChanged();
+    told = !std::all_of(nodes.cbegin(), nodes.cend(), isRefused);
+    if (told)
+        emit rightsChanged();
+    else
+        writeTexts(); // another thing may be missing now
 }
 
 void RightHint::setLanguage(int index)

@@ -51,6 +51,8 @@ inline bool isChecked(const QString &name)
 // The tile of the attached device whose path holds this text; empty without one.
 inline QString tileOf(const QString &pathPart)
 {
+    if (pathPart.isEmpty())
+        return {}; // which any path holds
     for (std::size_t i = 0; i < AttachedDevices.size(); ++i)
         if (AttachedDevices[i].DevicePath.contains(pathPart))
             return QStringLiteral("btn%1").arg(i);

@@ -49,12 +49,13 @@ public:
         QCoreApplication::processEvents();
     }
 
+    static QString tile(const QString &plug) { return windows::tileOf(EmulatedBus::pathPart(plug)); }
     // Steps to a loaded device page.
     void open(const QString &plug)
     {
         script.step(
-            "the tile", [plug] { return windows::visible(windows::tileOf(plug)); },
-            [plug] { windows::click(windows::tileOf(plug)); });
+            "the tile", [plug] { return windows::visible(tile(plug)); },
+            [plug] { windows::click(tile(plug)); });
         waitForLoad();
     }
     void waitForLoad()

@@ -115,9 +115,10 @@ private slots:
         const QString tree = prefix + QLatin1Char('/') + QStringLiteral(INSTALL_DIR);
         for (const char *name :
              {"morlen", "libHIDUsb.so", "mouse-emulator", "driver_sensor.h", "usersetting/Config.ini",
-              "Language/en.json", "Picture/Dialog/Logo.png", "Picture/Dialog/Logo@2x.png"})
+              "Language/en.json", "Picture/Dialog/Logo.png", "Picture/Dialog/Logo@2x.png", "70-morlen.rules"})
             QVERIFY2(QFile::exists(tree + QLatin1Char('/') + QLatin1String(name)), name);
         QVERIFY(!QFile::exists(tree + QStringLiteral("/morlen-tour")));
+        QVERIFY(QFile::exists(prefix + QStringLiteral("/lib/udev/rules.d/70-morlen.rules")));
 
         const QString bus = work.filePath(QStringLiteral("bus"));
         QDir().mkpath(bus);

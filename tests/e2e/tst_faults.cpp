@@ -72,6 +72,18 @@ private:
         else
             QVERIFY(core.hub.lines.filter(QStringLiteral("sensor")).isEmpty());
     }
+    // Loads with a fault at a packet. On a busy machine a question may go without its answer in time for
+    // another reason than the fault, so it is tried more than once.
+    static bool loadHeals(CoreFixture &core, const FaultRow &row, uint64_t packet)
+    {
+        bool loaded = false;
+        for (int again = 0; again < 3 && !loaded; ++again) {
+            heal(core);
+            core.bus.order(faultAt(row, packet));
+            loaded = core.load();
+        }
+        return loaded;
+    }
     // Loads until it works: a device that was just plugged in may take a moment, and on a busy machine a
     // question may go without its answer in time.
     static bool healthyLoad(CoreFixture &core)
@@ -96,10 +108,10 @@ private slots:
         const uint64_t packets = core.bus.emulated.reportCount("r") - before;
         QVERIFY(packets >= 124);
         for (uint64_t packet = 1; packet <= packets; ++packet) {
-            core.bus.order(faultAt(row, packet));
             if (row.outcome == Heals) {
-                QVERIFY2(core.load(), qPrintable(QStringLiteral("packet %1").arg(packet)));
+                QVERIFY2(loadHeals(core, row, packet), qPrintable(QStringLiteral("packet %1").arg(packet)));
             } else {
+                core.bus.order(faultAt(row, packet));
                 core.startLoad();
                 core.waitQuiet("r", 120);
                 verifyStatedOutcome(core);

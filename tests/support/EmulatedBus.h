@@ -28,6 +28,12 @@ public:
     }
     static bool isUsb() { return qEnvironmentVariableIsSet("EMULATED_USB"); }
 
+    // What the path of a plugged device's interface holds: the device's id, or the node's name.
+    static QString pathPart(const QString &id)
+    {
+        return isUsb() ? QString::fromStdString(usbnodes::nodeOf(id.toStdString())) : id;
+    }
+
     // Serves a scenario; aborts on a scenario that is wrong, which is a mistake of the test.
     explicit EmulatedBus(const char *scenario)
     {

@@ -26,6 +26,22 @@ inline std::string valueIn(const std::filesystem::path &file, const std::string 
     return {};
 }
 
+// The node of a device's interface; empty when there is none.
+inline std::string nodeOf(const std::string &serial, int interfaceNumber = 1)
+{
+    const std::string input = "input" + std::to_string(interfaceNumber);
+    std::error_code error;
+    for (const auto &entry : std::filesystem::directory_iterator("/sys/class/hidraw", error)) {
+        const auto uevent = entry.path() / "device/uevent";
+        const std::string place = valueIn(uevent, "HID_PHYS");
+        const bool its = place.size() > input.size() &&
+                         place.compare(place.size() - input.size(), input.size(), input) == 0;
+        if (its && valueIn(uevent, "HID_UNIQ") == serial)
+            return "/dev/" + entry.path().filename().string();
+    }
+    return {};
+}
+
 // How many nodes each device has, by serial and the ids as the kernel writes them, "rx 1209:0005".
 inline std::map<std::string, int> present()
 {

@@ -76,20 +76,9 @@ protected:
         settle();
     }
 
-    // The node of a device's interface, from the kernel; empty when there is none.
     static std::string nodeOf(const std::string &id, int interfaceNumber = 1)
     {
-        const std::string input = "input" + std::to_string(interfaceNumber);
-        std::error_code error;
-        for (const auto &entry : std::filesystem::directory_iterator("/sys/class/hidraw", error)) {
-            const auto uevent = entry.path() / "device/uevent";
-            const std::string place = usbnodes::valueIn(uevent, "HID_PHYS");
-            const bool its = place.size() > input.size() &&
-                             place.compare(place.size() - input.size(), input.size(), input) == 0;
-            if (its && usbnodes::valueIn(uevent, "HID_UNIQ") == id)
-                return "/dev/" + entry.path().filename().string();
-        }
-        return {};
+        return usbnodes::nodeOf(id, interfaceNumber);
     }
     // The folder of the whole USB device in sysfs.
     static std::filesystem::path usbFolderOf(const std::string &id)

@@ -189,6 +189,19 @@ private slots:
         QCOMPARE(this->command(), command.replace("%1", applicationFolder()).replace("%2", group));
     }
 
+    // The rules come and give the node to a group.
+    void whatIsMissingChanges()
+    {
+        build();
+        const FakeDevice device = refused("hidraw3", 6);
+        plug({device});
+        QCOMPARE(hint(), homeText("RightNoRules").arg("70-morlen.rules"));
+        nodes->installRules();
+        RefusedNodes::setMode(QString::fromStdString(device.path), 060);
+        QTRY_VERIFY(command().startsWith("sudo usermod"));
+        QVERIFY(shows("rightHint"));
+    }
+
     void aFolderThatTheShellWouldReadWrong()
     {
         const QString before = applicationFolder();
