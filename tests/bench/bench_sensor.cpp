@@ -128,7 +128,7 @@ Edit Edits[] = {
     {"time", [](const World &place, bool odd) { place.choose("PerformanceOpen", odd); }},
     {"switch", [](const World &place, bool) { place.click("MotionSync_2"); }},
     {"stage", [](const World &place, bool odd) { place.click(odd ? "RedButton" : "BlueButton"); }},
-    {"dpi", [](const World &place, bool odd) { place.click(odd ? "AddLevelA" : "ReduceLevelA"); }},
+    {"dpi", [](const World &place, bool odd) { place.click(odd ? "ReduceLevelA" : "AddLevelA"); }},
     {"colour", [](const World &place,
                   bool odd) { place.find<SensorDPI>("sensorDPI")->SetColor(odd ? Qt::red : Qt::cyan); }},
     {"count", [](const World &place, bool odd) { place.choose("ChooseEvent", odd ? 6 : 7); }},
