@@ -19,6 +19,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "ui_Buttoninterface.h"
 
+#include <QAbstractButton>
 #include <QKeyEvent>
 
 using namespace binding;
@@ -106,10 +107,15 @@ void Buttoninterface::leaveFunctions()
     functions->showPanel(Panel::Debounce);
 }
 
+// The toolkit's buttons know the space bar alone.
 void Buttoninterface::keyPressEvent(QKeyEvent *event)
 {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto *const button = qobject_cast<QAbstractButton *>(focusWidget());
     if (event->key() == Qt::Key_Escape && ui->stackedWidget->currentWidget() == ui->page_2)
         leaveFunctions();
+    else if (enter && button && button->isVisible())
+        button->click();
     else
         QWidget::keyPressEvent(event);
 }

@@ -65,7 +65,9 @@ Buttoninterface::~Buttoninterface()
 void Buttoninterface::dress()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
-    const QString button = style::textButton(folder, style::color("ButtonColor"), QStringLiteral("Button"));
+    const QString stem = QStringLiteral("Button");
+    const QString button =
+        style::textButton(folder, style::color("ButtonColor"), stem) + style::textButtonHover(folder, stem);
     const QString label = style::label(style::color("LabelColor"));
     ui->frameButton->setStyleSheet(style::dialogBackground(folder, QStringLiteral("frameButton")));
     for (QLabel *each : {ui->label_8, ui->label_3})

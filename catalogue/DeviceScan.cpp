@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/DeviceScan.h"
 
+#include "catalogue/NodeRight.h"
 #include "device/DeviceSearch.h"
 
 #include <atomic>
@@ -9,10 +10,13 @@
 DeviceScan scanDevices()
 {
     static std::atomic<uint64_t> begun{0};
-    DeviceScan scan{++begun, {}, {}};
-    for (DeviceAllInfo &device : findDevices(DeviceFinder::Default))
-        if (identifyDevice(device) != DeviceMatch::LeftOut)
+    DeviceScan scan{++begun, {}, {}, {}};
+    for (DeviceAllInfo &device : findDevices(DeviceFinder::Default)) {
+        if (isRefused(device.DevicePath))
+            scan.refused << device.DevicePath;
+        else if (identifyDevice(device) != DeviceMatch::LeftOut)
             scan.devices.push_back(device);
+    }
     for (DeviceAllInfo &device : scan.devices) {
         scan.tally.count(device);
         refreshDevice(device);

@@ -7,10 +7,13 @@
 
 #include "catalogue/AttachedList.h"
 
+#include <QStringList>
+
 struct DeviceScan {
     uint64_t generation; // grows with each search that begins, so that an older result can be told
     std::vector<DeviceAllInfo> devices;
-    LinkTally tally; // of the devices as they were found, before their second question
+    LinkTally tally;     // of the devices as they were found, before their second question
+    QStringList refused; // the nodes that keep this user out; nothing can be known of their devices
 };
 
 DeviceScan scanDevices();

@@ -92,6 +92,10 @@ void DialogChange::listen()
     connect(hub, SIGNAL(SigUpDateButton(bool)), this, SLOT(SlotUpDateButton(bool)));
     connect(hub, SIGNAL(SigEnterKey()), this, SLOT(SlotEnterKey()));
     connect(hub, &PostMsg::SigChangeMainDialog, this, [this](int index) { leftAgain = index == 0; });
+    connect(ui->rightHint, &RightHint::rightsChanged, this, [this] {
+        if (!isHidden())
+            std::thread(&DialogChange::UsbChanged).detach();
+    });
 }
 
 // ---- Search -------------------------------------------------------------------------------------
@@ -114,6 +118,7 @@ void DialogChange::take(const DeviceScan &scan)
     if (scan.generation < takenGeneration || isHidden())
         return;
     takenGeneration = scan.generation;
+    ui->rightHint->setNodes(scan.refused);
     SlotUpDateButton(RegistryStore::instance()
                          .value(registry::BaseGroup, QString::fromLatin1(registry::UpdateFailInfo))
                          .isEmpty());
@@ -249,10 +254,11 @@ void DialogChange::on_LeftButton_clicked()
 
 void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }
 
+// Who has plugged a device in is not asked to do so.
 void DialogChange::SlotUpDateButton(bool IsHide)
 {
     ui->Repair->setVisible(!IsHide);
-    ui->label_2->setText(IsHide ? pleaseEnter : repairDevice);
+    ui->label_2->setText(!IsHide ? repairDevice : ui->rightHint->isNeeded() ? notOpen : pleaseEnter);
 }
 
 void DialogChange::SlotEnterKey()
@@ -293,9 +299,11 @@ void DialogChange::SlotAllLanguage(int index)
 {
     pleaseEnter = homeText("PleaseEnter", index);
     repairDevice = homeText("RepairDevice", index);
+    notOpen = homeText("RightPrompt", index);
     newVersion = homeText("NewVerTips", index);
     pairTips = homeText("PairTips_z", index);
     dialogOffline = language::text(language::Section::infoTips, "DialogOffline", index);
+    ui->rightHint->setLanguage(index);
     SlotUpDateButton(ui->Repair->isHidden());
     ui->label_3->setText(homeText("ClickIn", index));
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));

@@ -78,6 +78,7 @@ private:
     bool leftAgain = false; // the device page was left while a click still waited for it
     QString pleaseEnter;
     QString repairDevice;
+    QString notOpen;
     QString newVersion;
     QString dialogOffline;
     QString pairTips;

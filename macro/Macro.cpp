@@ -2,4 +2,23 @@
 // SPDX-License-Identifier: MIT
 #include "macro/Macro.h"
 
-Macro::Macro(QWidget *parent) : PageSurface(QStringLiteral("Macro"), QStringLiteral("Macro"), parent) {}
+#include "app/hub/PostMsg.h"
+#include "binding/keys/KeyVocabulary.h"
+#include "presentation/language/LanguageTables.h"
+
+Macro::Macro(QWidget *parent) : PageSurface(QStringLiteral("Macro"), QStringLiteral("Macro"), parent)
+{
+    connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+}
+
+void Macro::SlotAllLanguage(int index)
+{
+    MouseButtonTexts names;
+    for (std::size_t i = 0; i < MouseButtonCount; ++i) {
+        const MouseButtonRow &row = MouseButtonTable[i];
+        names[i] = language::choice("InsertEventOptions", QLatin1String(row.textKey), index);
+        if (names[i].isEmpty())
+            names[i] = QString::fromUtf8(row.text);
+    }
+    SetMouseButtonNames(names);
+}

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Macro: the page of the macros. Main thread.
+// Macro: the page of the macros. It gives the mouse buttons their names, which the macros' events have in
+// common with whatever shows keys. Main thread.
 #pragma once
 
 #include "presentation/PageSurface.h"
@@ -12,4 +13,7 @@ class Macro : public PageSurface
 
 public:
     explicit Macro(QWidget *parent = nullptr);
+
+public slots:
+    void SlotAllLanguage(int index);
 };

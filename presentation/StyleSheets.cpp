@@ -140,6 +140,9 @@ constexpr char Caption[] = "QLabel{color: rgb(%1);}QLabel:disabled{color: rgb(%2
 constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
 constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                             "border-radius: 6px;padding: 0px 8px;}";
+constexpr char QuotedText[] =
+    "QPlainTextEdit{color: rgb(%1);background-color: rgb(%2);border: 0px;border-radius: 6px;"
+    "padding: 2px 4px;selection-color: rgb(%2);selection-background-color: rgb(%3);}";
 constexpr char StageButton[] =
     "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%P%1.png);color: rgb(%2;);}";
@@ -298,6 +301,12 @@ QString emptySlider() { return compose(EmptySlider, {}, {color("LinEditColorSeco
 QString caption() { return compose(Caption, {}, {color("LabelColor"), color("LinEditColorSecond")}); }
 
 QString readout() { return compose(Readout, {}, {color("LabelColor")}); }
+
+QString quotedText()
+{
+    return compose(QuotedText, {},
+                   {color("LabelColor"), color("ComboxBackGroundColor"), color("SliderColor")});
+}
 
 QString lineEdit()
 {

@@ -70,6 +70,8 @@ QString caption();
 // A number beside a slider, and one in a frame of its own.
 QString readout();
 QString framedReadout();
+// Several lines to read and to copy, such as a command.
+QString quotedText();
 // A field to type in.
 QString lineEdit();
 // A number to type or to step: "Up" and "Down".

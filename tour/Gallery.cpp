@@ -2,11 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "tour/Gallery.h"
 
+#include "app/environment/DataRoot.h"
+#include "app/hub/PostMsg.h"
 #include "binding/dialogs/AddDelayTime.h"
 #include "binding/dialogs/FireKey.h"
 #include "binding/dialogs/GroupKey.h"
 #include "binding/dialogs/addKey.h"
 #include "catalogue/AttachedDevices.h"
+#include "catalogue/NodeRight.h"
+#include "catalogue/RightHint.h"
 #include "device/DeviceState.h"
 #include "emulator/Control.h"
 #include "presentation/Notices.h"
@@ -119,7 +123,7 @@ void Gallery::plug(const char *devices)
     plugged = wanted;
 }
 
-void Gallery::shootScene(const Scene &scene)
+void Gallery::plugScene(const Scene &scene)
 {
     const auto count =
         std::size_t(QString::fromLatin1(scene.devices).split(QLatin1Char(' '), Qt::SkipEmptyParts).size());
@@ -128,7 +132,35 @@ void Gallery::shootScene(const Scene &scene)
     script.step(scene.name, [count] {
         return AttachedDevices.size() == count && (count == 0) == !windows::visible(QStringLiteral("btn0"));
     });
+}
+
+void Gallery::shootScene(const Scene &scene)
+{
+    plugScene(scene);
     shoot(scene.name);
+}
+
+// The hint for a node that a stock system would keep from the user, with an installed program.
+void Gallery::shootRightHint(const Scene &scene)
+{
+    const auto hint = [this] { return window.findChild<RightHint *>(); };
+    plugScene(scene);
+    script.step(
+        scene.name, [] { return true; },
+        [hint] {
+            setNodeProbe([](const QString &path) { return path.startsWith(QLatin1String("/dev/")); });
+            setApplicationFolder(QStringLiteral("/opt/morlen"));
+            hint()->setNodes({QStringLiteral("/dev/hidraw3")});
+            setApplicationFolder({});
+            emit PostMsg::instance()->SigUpDateButton(true);
+        });
+    shoot(scene.name);
+    script.step(
+        scene.name, [] { return true; },
+        [hint] {
+            hint()->setNodes({});
+            setNodeProbe(nullptr);
+        });
 }
 
 // One page of a device, and what `more` shoots there; the way back leads to the tiles.
@@ -193,6 +225,8 @@ QString Gallery::run()
                                {"selection-unknown", "rstrange"},
                                {"selection-offline", "wired roff"}})
         shootScene(scene);
+    for (const Scene &scene : {Scene{"selection-refused", ""}, {"selection-refused-beside", "r1 r2 r3"}})
+        shootRightHint(scene);
     for (const Scene &scene :
          {Scene{"sensor-6", "r1"}, {"sensor-7", "r2"}, {"sensor-8", "r3"}, {"sensor-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("SensorButton"));

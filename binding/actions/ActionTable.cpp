@@ -26,11 +26,11 @@ constexpr ActionRow function(const char *widget, Form form, KeyBinding binding, 
 }
 
 // Bits and words are those that a macro has for the same buttons.
-constexpr ActionRow mouse(const char *widget, std::size_t button, const char *text)
+constexpr ActionRow mouse(const char *widget, std::size_t button)
 {
     const MouseButtonRow &row = MouseButtonTable[button];
-    return {widget, Panel::Functions, Panel::Debounce, Form::ClassFirst, {MouseButton, row.bit, 0}, 0,
-            text,   MouseButtons,     row.textKey};
+    return {widget, Panel::Functions, Panel::Debounce, Form::ClassFirst, {MouseButton, row.bit, 0},
+            0,      row.text,         MouseButtons,    row.textKey};
 }
 
 constexpr ActionRow opener(const char *widget, Panel shows, const char *text, const char *key)
@@ -60,11 +60,11 @@ constexpr ActionRow lock(const char *widget, uint16_t dpi)
 
 // clang-format off
 constexpr std::array<ActionRow, ActionCount> ActionRows = {{
-    mouse("LeftKey_3", 0, "左键"),
-    mouse("RightKey_3", 1, "右键"),
-    mouse("MidKey", 2, "中键"),
-    mouse("BackKey_2", 3, "后退键"),
-    mouse("ForWardKey", 4, "前进键"),
+    mouse("LeftKey_3", 0),
+    mouse("RightKey_3", 1),
+    mouse("MidKey", 2),
+    mouse("BackKey_2", 3),
+    mouse("ForWardKey", 4),
     function("DPI_2", Form::Class, {ReportRateSwitch, 0, 0}, "切换报告率", "7"),
     function("DPI_3", Form::Class, {ProfileSwitch, 0, 0}, "配置切换", "9"),
     function("DPI_6", Form::Fire, {FireKeyClass, 10, 3}, "火力键", "4"),

@@ -32,14 +32,15 @@ extern const std::array<KeyRow, OrdinaryKeyCount + ModifierCount> KeyTable;
 struct MouseButtonRow {
     uint8_t bit;
     const char *textKey; // of its name in the choices InsertEventOptions
+    const char *text;    // until a language gives one, in UTF-8
 };
 constexpr std::size_t MouseButtonCount = 5;
 constexpr std::array<MouseButtonRow, MouseButtonCount> MouseButtonTable = {{
-    {1, "2"},
-    {2, "3"},
-    {4, "4"},
-    {8, "6"},
-    {16, "5"},
+    {1, "2", "左键"},
+    {2, "3", "右键"},
+    {4, "4", "中键"},
+    {8, "6", "后退键"},
+    {16, "5", "前进键"},
 }};
 
 // The virtual key of a physical key, by the kernel's number. A key outside the vocabulary gets a number of

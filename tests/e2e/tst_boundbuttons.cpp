@@ -42,6 +42,41 @@ FlashDataMap withSpareLeft(FlashDataMap map, int tried)
     return map;
 }
 
+// Ctrl and a letter. The release of the key "F" is that of another key.
+KeySequence withCtrl(char letter)
+{
+    const auto code = uint16_t(0x04 + letter - 'A');
+    const KeyEvent events[] = {{0, 0, {}, {}}, {0, 1, {}, {}}, {1, 1, {}, {}}, {1, 0, {}, {}}};
+    const uint16_t codes[] = {1, code, letter == 'F' ? uint16_t(0x29) : code, 1};
+    KeySequence sequence{};
+    sequence.Count.set(4);
+    for (int i = 0; i < 4; ++i) {
+        sequence.Events[i] = events[i];
+        sequence.Events[i].Code.set(codes[i]);
+        sequence.Events[i].DelayMs.set(10);
+    }
+    return sequence;
+}
+
+MacroBlock someMacro()
+{
+    MacroBlock macro{};
+    macro.NameLength = 5;
+    std::memcpy(macro.Name, "Burst", 5);
+    macro.EventCount = 1;
+    macro.Events[0].Code.set(0x04);
+    return macro;
+}
+
+// A step: the button is opened, whether or not the model shows it, and its function clicked.
+void openFunction(Program &program, const char *caption, const char *function)
+{
+    program.script.step(function, always, [&program, caption, function] {
+        named(program, caption)->click();
+        named(program, function)->click();
+    });
+}
+
 QString keyText(const char *key) { return language::text(language::Section::key, key, LanguageIndex); }
 
 void chooseFile(const QString &path)
@@ -110,37 +145,59 @@ private slots:
         QVERIFY2(!watchdog.barked(), qPrintable(QString::number(watchdog.longestSilenceMs())));
     }
 
-    void theDialogsBindWhatTheyWereTold()
+    void everyDialogOfEveryButtonReachesTheFlash()
     {
         Program program;
+        Watchdog watchdog;
         FlashDataMap wanted{};
+        const auto arrivedAs = [&](const ButtonOf &each, const QString &caption) {
+            program.expect("bytes and caption", [&, each, caption] {
+                return sameBytes(program.bus.record("m2"), wanted) &&
+                       captionOf(program, each.caption) == caption;
+            });
+        };
         program.open(QStringLiteral("r2"));
-        program.script.step("before", always, [&] { wanted = DeviceRecord::copy(); });
-        program.click("RightKey");
-        program.click("DPI_6");
-        program.script.step("fire key", isShown<FireKey>, [&] {
-            windows::shown<FireKey>()->setValues(25, 2);
-            windows::shown<FireKey>()->on_NewHong_clicked();
-        });
-        program.expect("fire key in flash", [&] {
-            wanted.KeyBindings[1] = {4, 25, 2};
-            return sameBytes(program.bus.record("m2"), wanted);
-        });
-        program.click("BackKey");
-        program.click("DPI_8");
-        program.script.step("keys", isShown<GroupKey>, [&] {
-            auto *const dialog = windows::shown<GroupKey>();
-            dialog->findChild<QAbstractButton *>(QStringLiteral("Shift"))->setChecked(true);
-            dialog->UpdateCapslockTip('F', true, false);
-            dialog->on_NewHong_clicked();
-        });
-        program.expect("keys in flash", [&] {
-            const FlashDataMap flash = program.bus.record("m2");
-            return flash.KeyBindings[2].Class == 5 && flash.KeySequences[2].Count.get() == 4 &&
-                   program.agrees("m2");
-        });
-        program.expect("caption", [&] { return captionOf(program, "BackKey") == QLatin1String("Shift+F"); });
+        for (const ButtonOf &each : Buttons) {
+            const int button = each.button;
+            const char letter = char('A' + button);
+            program.script.step(each.caption, always, [&, button] {
+                const int other = button == 9 ? 8 : 9;
+                wanted = withSpareLeft(DeviceRecord::copy(), button);
+                wanted.KeyBindings[other] = {6, uint8_t(other), 254};
+                wanted.MacroBlocks[other] = someMacro();
+                DeviceRecord::update([&](FlashDataMap &record) { record = wanted; });
+                emit PostMsg::instance()->SigUpDataButtonUIC(wanted);
+                wanted.KeyBindings[button] = {4, uint8_t(15 + 20 * button), uint8_t(button % 4)};
+            });
+            openFunction(program, each.caption, "DPI_6");
+            program.script.step("fire key", isShown<FireKey>, [button] {
+                windows::shown<FireKey>()->setValues(15 + 20 * button, button % 4);
+                windows::shown<FireKey>()->on_NewHong_clicked();
+            });
+            arrivedAs(each, QStringLiteral("Rapid fire"));
+            openFunction(program, each.caption, "DPI_8");
+            program.script.step("keys", isShown<GroupKey>, [&, button, letter] {
+                wanted.KeyBindings[button] = {5, 0, 0};
+                wanted.KeySequences[button] = withCtrl(letter);
+                auto *const dialog = windows::shown<GroupKey>();
+                dialog->findChild<QAbstractButton *>(QStringLiteral("Ctrl"))->setChecked(true);
+                dialog->UpdateCapslockTip(letter, true, false);
+                dialog->on_NewHong_clicked();
+            });
+            arrivedAs(each, QStringLiteral("Ctrl+") + QLatin1Char(letter));
+            openFunction(program, each.caption, "DPI_10");
+            program.script.step("macro", always, [&, button] {
+                wanted.KeyBindings[button] = {6, uint8_t(button), 254};
+                wanted.MacroBlocks[button] = someMacro();
+                program.window->findChild<QWidget *>(QStringLiteral("page_5"))
+                    ->findChild<QToolButton *>()
+                    ->click();
+            });
+            arrivedAs(each, QStringLiteral("Macro: Burst"));
+        }
+        program.expect("record and flash agree", [&] { return program.agrees("m2"); });
         QCOMPARE(program.script.run(), QString());
+        QVERIFY2(!watchdog.barked(), qPrintable(QString::number(watchdog.longestSilenceMs())));
     }
 
     void offLineNothingChanges()
@@ -246,13 +303,7 @@ private slots:
         const QString path = folder.filePath(QStringLiteral("macro.bin"));
         Program program;
         program.open(QStringLiteral("r1"));
-        program.script.step("macro", always, [] {
-            MacroBlock macro{};
-            macro.NameLength = 5;
-            std::memcpy(macro.Name, "Burst", 5);
-            macro.EventCount = 1;
-            SetMacroBinding(6, {6, 6, 254}, macro);
-        });
+        program.script.step("macro", always, [] { SetMacroBinding(6, {6, 6, 254}, someMacro()); });
         program.expect("in flash", [&] { return program.bus.flash("m1").KeyBindings[6].Class == 6; });
         exportTo(program, path);
         program.script.step("gone", always, [] { SetBinding(6, {0, 0, 0}); });

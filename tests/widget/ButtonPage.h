@@ -27,6 +27,24 @@ constexpr Row ButtonPageRows[] = {
     {9, "Button10", "Number10", 180}, {10, "Button11", "Number11", 200}, {11, "Button12", "Number12", 220},
 };
 
+struct PanelRow {
+    const char *page;
+    const char *widgets;
+};
+constexpr PanelRow PanelWidgets[] = {
+    {"page_2", "LeftKey_3 RightKey_3 MidKey BackKey_2 ForWardKey DPI_2 DPI_3 DPI_6 DPI_8 DPI_5 DPI_13 DPI_11 "
+               "DPI_4 DPI_9 DPI_7 DPI_12 DPI_10"},
+    {"page_3", "Player StartPause_2 BackMusic_2 TopMusic_2 Mute VolumeUp VolumeDown VolumeDown_4 "
+               "VolumeDown_5 VolumeDown_6 VolumeDown_3 VolumeDown_8 VolumeDown_9 VolumeDown_7 "
+               "VolumeDown_10 VolumeDown_12 VolumeDown_13 VolumeDown_11"},
+    {"page_6", "VolumeUp_4 VolumeUp_5 VolumeUp_6 VolumeUp_7"},
+    {"page_8", "VolumeUp_11 VolumeUp_12 VolumeUp_13 VolumeUp_16 VolumeUp_15 VolumeUp_19 VolumeUp_20 "
+               "VolumeUp_22 VolumeUp_18 VolumeUp_24 VolumeUp_23 VolumeUp_21"},
+    {"page_4", "VolumeUp_2 VolumeDown_2"},
+    {"page_7", "VolumeUp_8 VolumeUp_9 VolumeUp_10"},
+    {"page_10", "VolumeUp_14 VolumeDown_14"},
+};
+
 inline void eachButtonRow()
 {
     QTest::addColumn<int>("row");
@@ -68,6 +86,14 @@ public:
     QToolButton *button(const QString &name) const { return form.findChild<QToolButton *>(name); }
     void click(const QString &name) { button(name)->click(); }
     void leave() { click("FunctionsBack"); }
+    void openEveryRow(const std::function<void()> &look)
+    {
+        for (const Row &row : ButtonPageRows) {
+            click(row.caption);
+            look();
+            leave();
+        }
+    }
     // Makes it the device's record as well.
     void show(const FlashDataMap &map)
     {
@@ -87,6 +113,23 @@ public:
         const auto *const checked = form.findChild<QButtonGroup *>("ButtonGroup")->checkedButton();
         return checked ? checked->objectName() : QString();
     }
+    // On the list of functions and on the panels.
+    QString checkedWidgets() const
+    {
+        QStringList names;
+        for (const PanelRow &panel : PanelWidgets)
+            for (const QString &name : QString(panel.widgets).split(' '))
+                if (button(name)->isChecked())
+                    names << name;
+        return names.join(' ');
+    }
+    QStringList captions() const
+    {
+        QStringList texts;
+        for (const Row &row : ButtonPageRows)
+            texts << button(row.caption)->text();
+        return texts;
+    }
     QString picture() const { return form.findChild<QWidget *>("widget")->styleSheet(); }
     QWidget *focus() const { return form.focusWidget(); }
     QString focusName() const { return focus() ? focus()->objectName() : QString(); }
@@ -99,3 +142,15 @@ private:
         return form.findChild<QStackedWidget *>(stack)->currentWidget()->objectName();
     }
 };
+
+// main() of a test of the page.
+template <typename Test> int runButtonPageTest(int argc, char **argv)
+{
+    const ProductFolder product(ButtonPage::catalogue());
+    fixture::useShippedLooks(product);
+    QApplication application(argc, argv);
+    application.setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+    LoadLanguageTables();
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}

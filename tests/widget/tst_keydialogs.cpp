@@ -1,40 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The dialogs that ask for a combination and for a key: what they make of the keyboard.
-#include "binding/dialogs/GroupKey.h"
-#include "binding/dialogs/KeyField.h"
-#include "binding/dialogs/addKey.h"
-#include "binding/keys/KeyVocabulary.h"
-#include "presentation/Notices.h"
-#include "presentation/language/LanguageTables.h"
-#include "tests/widget/Fixture.h"
+// The dialogs that ask for a combination and for a key: what they make of the keyboard, and how long they
+// listen.
+#include "tests/widget/KeyDialogs.h"
 
 #include <QCheckBox>
-#include <QClipboard>
-#include <QToolButton>
+
+using namespace keydialogs;
 
 namespace
 {
 
-constexpr int A = 0x41, B = 0x42, C = 0x43, D = 0x44, F = 0x46, Tab = 0x09, Enter = 0x0D, Backtick = 0xC0,
-              LeftShift = 0xA0, RightCtrl = 0xA3, LeftAlt = 0xA4, NumPlus = 0x6B, Unknown = 0x15;
 // The kernel's numbers of the same.
 constexpr int EvTab = 15, EvEnter = 28, EvEsc = 1, EvSpace = 57, EvA = 30, EvB = 48, EvLeftShift = 42,
               EvLeftAlt = 56, EvRightCtrl = 97, EvEnd = 107;
-
-QString field(const QWidget &dialog) { return dialog.findChild<KeyField *>("lineEdit")->text(); }
-
-void click(const QWidget &dialog, const char *button)
-{
-    QTest::mouseClick(dialog.findChild<QToolButton *>(button), Qt::LeftButton);
-}
-
-void open(QWidget &dialog)
-{
-    dialog.show();
-    QApplication::setActiveWindow(&dialog);
-}
 
 // A key of a real keyboard, as the window gets it.
 void send(QWidget &dialog, QEvent::Type type, int evdev, Qt::Key key, Qt::KeyboardModifiers with = {})
@@ -55,16 +35,6 @@ void leaveField(QWidget &dialog)
     send(dialog, QEvent::KeyRelease, EvLeftShift, Qt::Key_Shift);
 }
 
-// A combination whose time the test tells.
-class TimedGroupKey : public GroupKey
-{
-public:
-    qint64 age = 0;
-
-protected:
-    qint64 entryAge() const override { return age; }
-};
-
 } // namespace
 
 class tst_KeyDialogs : public QObject
@@ -73,161 +43,6 @@ class tst_KeyDialogs : public QObject
 
 private slots:
     void init() { fixture::clean(); }
-
-    void combinationsGrow_data()
-    {
-        QTest::addColumn<QVector<int>>("keys");
-        QTest::addColumn<QString>("shown");
-        using Keys = QVector<int>;
-        QTest::newRow("none") << Keys{} << "";
-        QTest::newRow("one") << Keys{A} << "A";
-        QTest::newRow("held") << Keys{A, A, A} << "A";
-        QTest::newRow("two") << Keys{A, B} << "A+B";
-        QTest::newRow("back and forth") << Keys{A, B, A, B} << "A+B";
-        QTest::newRow("three") << Keys{A, B, C} << "A+B+C";
-        QTest::newRow("a fourth starts over") << Keys{A, B, C, D} << "D";
-        QTest::newRow("and goes on") << Keys{A, B, C, D, A} << "D+A";
-        QTest::newRow("the third again starts over") << Keys{A, B, C, C} << "C";
-        QTest::newRow("and is held then") << Keys{A, B, C, C, C} << "C";
-        QTest::newRow("part of a name") << Keys{Tab, A} << "Tab+A";
-        QTest::newRow("part of a name, the same case") << Keys{0x14, C} << "CapsLock"; // C in CapsLock
-        QTest::newRow("modifiers add nothing") << Keys{LeftShift, RightCtrl, LeftAlt, A} << "A";
-        QTest::newRow("unknown adds nothing") << Keys{A, Unknown, B} << "A+B";
-        QTest::newRow("the nameless key adds nothing") << Keys{A, Backtick} << "A";
-        QTest::newRow("a modifier as the fourth clears") << Keys{A, B, C, LeftShift} << "";
-        QTest::newRow("a plus counts as two") << Keys{NumPlus, A, B} << "B";
-        QTest::newRow("a modifier in between lets a key repeat") << Keys{A, LeftShift, A} << "A";
-        QTest::newRow("Enter") << Keys{Enter} << "Enter";
-    }
-    void combinationsGrow()
-    {
-        QFETCH(QVector<int>, keys);
-        QFETCH(QString, shown);
-        GroupKey dialog;
-        for (const int key : keys) {
-            dialog.UpdateCapslockTip(key, true, false);
-            dialog.UpdateCapslockTip(key, false, false);
-        }
-        QCOMPARE(field(dialog), shown);
-    }
-
-    void releasesAloneDoNothing()
-    {
-        GroupKey dialog;
-        for (int key = 0; key < 0x200; ++key)
-            dialog.UpdateCapslockTip(key, false, false);
-        QCOMPARE(field(dialog), QString());
-    }
-
-    void everyKeyAloneIsItsName()
-    {
-        for (int key = 0; key < 0x200; ++key) {
-            GroupKey dialog;
-            dialog.UpdateCapslockTip(key, true, false);
-            QCOMPARE(field(dialog), GroupKeyNameFromVirtualKey(key));
-        }
-    }
-
-    void anEntryExpires()
-    {
-        TimedGroupKey dialog;
-        dialog.age = 100000; // nothing was begun yet
-        dialog.UpdateCapslockTip(A, true, false);
-        QCOMPARE(field(dialog), QString("A"));
-        dialog.age = 2000;
-        dialog.UpdateCapslockTip(B, true, false);
-        QCOMPARE(field(dialog), QString("A+B"));
-        dialog.age = 2001;
-        dialog.UpdateCapslockTip(B, true, false);
-        QCOMPARE(field(dialog), QString("B"));
-        dialog.age = 5000;
-        dialog.UpdateCapslockTip(LeftShift, true, false);
-        QCOMPARE(field(dialog), QString());
-        dialog.age = 5000;
-        dialog.UpdateCapslockTip(A, false, false); // a release neither adds nor clears
-        QCOMPARE(field(dialog), QString());
-    }
-
-    void theTimeIsReal()
-    {
-        GroupKey dialog;
-        dialog.UpdateCapslockTip(A, true, false);
-        QTRY_COMPARE_WITH_TIMEOUT((dialog.UpdateCapslockTip(B, true, false), field(dialog)), QString("A+B"),
-                                  1);
-        QTRY_COMPARE_WITH_TIMEOUT((dialog.UpdateCapslockTip(A, true, false), field(dialog)), QString("A"),
-                                  8000);
-    }
-
-    void resultOfEveryChoice_data()
-    {
-        QTest::addColumn<int>("boxes");
-        QTest::addColumn<QString>("keys");
-        for (int boxes = 0; boxes < 16; ++boxes)
-            for (const char *keys : {"", "A", "A+B", "A+B+C"})
-                QTest::addRow("%d %s", boxes, keys) << boxes << QString(keys);
-    }
-    void resultOfEveryChoice()
-    {
-        QFETCH(int, boxes);
-        QFETCH(QString, keys);
-        GroupKey dialog;
-        open(dialog);
-        const char *names[] = {"Shift", "Ctrl", "Alt", "Win"};
-        QStringList parts;
-        for (int i = 0; i < 4; ++i)
-            if (boxes & (1 << i)) {
-                QTest::mouseClick(dialog.findChild<QCheckBox *>(names[i]), Qt::LeftButton, {}, QPoint(8, 14));
-                parts += names[i];
-            }
-        for (const QString &key : keys.split('+', Qt::SkipEmptyParts)) {
-            dialog.UpdateCapslockTip(key[0].unicode(), true, false);
-            parts += key;
-        }
-        bool warned = false;
-        if (parts.size() > 3)
-            fixture::whenModal<GroupMaxThree>([&](NoticeDialog *notice) {
-                warned = true;
-                QCOMPARE(notice->pos(), dialog.pos() + QPoint(-100, -50));
-                notice->on_NewHong_clicked();
-            });
-        click(dialog, "NewHong");
-        QCOMPARE(warned, parts.size() > 3);
-        QCOMPARE(dialog.isVisible(), parts.size() > 3);
-        QCOMPARE(dialog.isAccepted(), parts.size() <= 3);
-        QCOMPARE(dialog.text(), parts.size() > 3 ? QString() : parts.join('+'));
-        if (parts.size() > 3) {
-            QCOMPARE(field(dialog), QString());
-            dialog.UpdateCapslockTip(A, true, false); // it may be the last key of before
-            QCOMPARE(field(dialog), QString("A"));
-        }
-    }
-
-    void cancelledThereIsNoResult()
-    {
-        for (const char *button : {"NewHong_2", "CloseButton"}) {
-            GroupKey dialog;
-            open(dialog);
-            dialog.UpdateCapslockTip(A, true, false);
-            click(dialog, button);
-            QVERIFY(!dialog.isAccepted());
-            QCOMPARE(dialog.text(), QString());
-        }
-    }
-
-    void typingWritesNothingAndPastingWritesCapitals()
-    {
-        GroupKey dialog;
-        open(dialog);
-        auto *edit = dialog.findChild<KeyField *>("lineEdit");
-        QTest::keyClicks(edit, "ctrl");
-        QCOMPARE(edit->text(), QString());
-        QVERIFY(!edit->isReadOnly());
-        QGuiApplication::clipboard()->setText("ctrl");
-        edit->paste();
-        QCOMPARE(edit->text(), QString("CTRL"));
-        click(dialog, "NewHong");
-        QCOMPARE(dialog.text(), QString("CTRL"));
-    }
 
     void theKeyboardEntersKeys()
     {
@@ -408,14 +223,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    tst_KeyDialogs test;
-    return QTest::qExec(&test, argc, argv);
-}
+int main(int argc, char *argv[]) { return run<tst_KeyDialogs>(argc, argv); }
 
 #include "tst_keydialogs.moc"

@@ -9,6 +9,8 @@
 #include "binding/dialogs/FireKey.h"
 #include "binding/dialogs/GroupKey.h"
 #include "binding/dialogs/addKey.h"
+#include "catalogue/NodeRight.h"
+#include "catalogue/RightHint.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -16,12 +18,15 @@
 #include "presentation/Widgets.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/widget/Fixture.h"
+#include "tests/widget/RefusedNodes.h"
 
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QComboBox>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QToolButton>
 
@@ -46,7 +51,7 @@ bool textFits(const QString &text, const QWidget *widget, bool wraps, int room)
 bool isControl(const QWidget *widget)
 {
     return (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
-            qobject_cast<const QAbstractSlider *>(widget)) &&
+            qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QPlainTextEdit *>(widget)) &&
            widget->focusPolicy() != Qt::NoFocus;
 }
 
@@ -73,6 +78,9 @@ QStringList faults(QWidget *window)
                 found << "cut: " + place(widget);
         if (const auto *button = qobject_cast<QAbstractButton *>(widget))
             if (!textFits(button->text(), button, false, 8))
+                found << "cut: " + place(widget);
+        if (const auto *lines = qobject_cast<QPlainTextEdit *>(widget))
+            if (lines->verticalScrollBar()->maximum() > 0)
                 found << "cut: " + place(widget);
         if (const auto *box = qobject_cast<QComboBox *>(widget))
             if (!textFits(box->currentText(), box, false, 36))
@@ -129,6 +137,44 @@ private slots:
         window.show();
         QTRY_VERIFY(fake.idle());
         QTRY_COMPARE(window.findChildren<mytoolButtonEnter *>().size(), count);
+        check(&window);
+    }
+
+    // Nodes that keep the user out, beside tiles and alone, in each of the hint's wordings.
+    void rightHint_data()
+    {
+        QTest::addColumn<int>("tiles");
+        QTest::addColumn<int>("nodes");
+        QTest::addColumn<bool>("installed");
+        QTest::addColumn<int>("mode");
+        QTest::newRow("alone, without rules") << 0 << 1 << false << 0;
+        QTest::newRow("alone, rules that wait") << 0 << 1 << true << 0;
+        QTest::newRow("alone, of a group") << 0 << 1 << true << 060;
+        QTest::newRow("two beside three tiles") << 3 << 2 << false << 0;
+        QTest::newRow("five beside four tiles") << 4 << 5 << true << 0;
+    }
+    void rightHint()
+    {
+        QFETCH(int, tiles);
+        QFETCH(int, nodes);
+        QFETCH(bool, installed);
+        QFETCH(int, mode);
+        const fixture::RefusedNodes refused(installed);
+        std::vector<FakeDevice> devices = {fixture::shipped(6, Receiver1K, "0x0002"),
+                                           fixture::shipped(7, Receiver8K, "0x0005", false),
+                                           fixture::shipped(8, fixture::CableKind, "0x0001"),
+                                           fixture::shipped(99, Receiver4K, "0x0004", false)};
+        devices.resize(std::size_t(tiles));
+        for (int i = 0; i < nodes; ++i) {
+            devices.push_back(fixture::shipped(9, Receiver2K, "0x0003"));
+            devices.back().path = refused.add(QString("hidraw1%1").arg(i), mode).toStdString();
+        }
+        fake.setDevices(devices);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        QTRY_VERIFY(window.findChild<RightHint *>()->isVisible());
+        QCOMPARE(window.findChildren<mytoolButtonEnter *>().size(), tiles);
         check(&window);
     }
 

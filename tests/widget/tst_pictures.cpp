@@ -27,7 +27,6 @@ struct PicturesToCome {
     const char *names;
 };
 constexpr PicturesToCome ToCome[] = {
-    {"Buttoninterface", "ButtonHover Confirm ConfirmClick ConfirmHover"},
     {"WarningDialog",
      "CheckBox CheckBoxCheck CheckBoxHover CheckBoxCheckHover Up UpHover UpOff Down DownHover "
      "DownOff"},

@@ -59,16 +59,22 @@ class tst_RealKeys : public QObject
     std::unique_ptr<KeySource> source;
     QStringList log; // "+41" down, "-41" up, "*41" repeated
 
+    // The server tells of a new layout in its own time, so the key is pressed until it types the new sign.
     void layout(const char *name, int evdev, const char *typed)
     {
         run("setxkbmap", {name});
-        field->clear();
-        QTRY_VERIFY_WITH_TIMEOUT(
-            (down(evdev), up(evdev), QCoreApplication::processEvents(), field->text().endsWith(typed)),
-            10000);
+        for (const QDeadlineTimer patience(10000); !field->text().endsWith(typed);) {
+            QVERIFY(!patience.hasExpired());
+            log.clear();
+            down(evdev);
+            up(evdev);
+            QTRY_VERIFY(!log.filter("-").isEmpty());
+        }
         log.clear();
         field->clear();
     }
+    // A server that comes to the release late repeats the key meanwhile.
+    QStringList withoutRepeats() const { return log.filter(QRegularExpression("^[+-]")); }
 
 private slots:
     void init()
@@ -120,8 +126,8 @@ private slots:
             wanted << downText(key.virtualKey) << upText(key.virtualKey);
         }
         run("xdotool", arguments);
-        QTRY_COMPARE(log.size(), wanted.size());
-        QCOMPARE(log, wanted);
+        QTRY_COMPARE(withoutRepeats().size(), wanted.size());
+        QCOMPARE(withoutRepeats(), wanted);
     }
 
     // A dead key waits for the next one in a field; here it is a key like any other.
@@ -132,7 +138,7 @@ private slots:
             down(key);
             up(key);
         }
-        QTRY_COMPARE(log, QStringList({"+c0", "-c0", "+41", "-41"}));
+        QTRY_COMPARE(withoutRepeats(), QStringList({"+c0", "-c0", "+41", "-41"}));
     }
 
     void theKeysStillReachTheField()
@@ -140,7 +146,7 @@ private slots:
         layout("us", 21, "y");
         down(A);
         up(A);
-        QTRY_COMPARE(field->text(), QString("a"));
+        QTRY_VERIFY(field->text().startsWith("a"));
     }
 
     void modifiersOfBothSides_data()
@@ -159,7 +165,7 @@ private slots:
             up(pair.first);
             up(pair.second);
         }
-        QTRY_COMPARE(log, QStringList({"+a0", "+a1", "-a0", "-a1", "+a5", "+a4", "-a5", "-a4"}));
+        QTRY_COMPARE(withoutRepeats(), QStringList({"+a0", "+a1", "-a0", "-a1", "+a5", "+a4", "-a5", "-a4"}));
     }
 
     void aHeldKeyRepeats()
@@ -193,7 +199,7 @@ private slots:
         QTRY_COMPARE(QGuiApplication::focusWindow(), field->windowHandle());
         down(A);
         up(A);
-        QTRY_COMPARE(log, QStringList({"+41", "-41"}));
+        QTRY_COMPARE(withoutRepeats(), QStringList({"+41", "-41"}));
     }
 };
 

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// RightHint: the card below the tiles that says which devices are attached but kept from this user, what is
+// missing, and the command that puts it right. It watches the nodes' folder for a right that comes without
+// the device being plugged in anew. Main thread.
+#pragma once
+
+#include <QFileSystemWatcher>
+#include <QFrame>
+#include <memory>
+
+namespace Ui
+{
+class RightHint;
+}
+
+class RightHint : public QFrame
+{
+    Q_OBJECT
+
+public:
+    explicit RightHint(QWidget *parent = nullptr);
+    ~RightHint() override;
+
+    // The nodes that refuse this user; without any the card goes.
+    void setNodes(const QStringList &refused);
+    bool isNeeded() const { return !nodes.isEmpty(); }
+    void setLanguage(int index);
+
+signals:
+    // One of the nodes no longer refuses. Once for each setNodes().
+    void rightsChanged();
+
+private:
+    void dress();
+    void copyCommand();
+    void look();
+    void writeTexts();
+
+    std::unique_ptr<Ui::RightHint> ui;
+    QFileSystemWatcher watcher;
+    QStringList nodes;
+    int language = 0;
+    bool told = false;
+};
