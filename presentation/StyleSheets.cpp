@@ -64,15 +64,13 @@ constexpr char Groove[] = "66,76,83";
 // own outline. The list is one that scrolls, since a menu would show all of its rows.
 constexpr char ComboBoxFinish[] =
     "QComboBox{border: 0px;padding-left: 9px;combobox-popup: 0;}"
-    "QComboBox::drop-down:button{border: 0px;width: 28px;background-color: transparent;background-image: "
-    "url(%PMenu.png);"
+    "QComboBox::drop-down:button{border: 0px;width: 28px;background-color: transparent;"
     "background-position: center;background-repeat: no-repeat;}"
-    "QComboBox::drop-down:button:on{background-image: url(%PMenuClicked.png);}"
+    "QComboBox::drop-down:enabled{background-image: url(%PMenu.png);}"
+    "QComboBox::drop-down:enabled:on{background-image: url(%PMenuClicked.png);}"
     "QComboBox::down-arrow,QComboBox::down-arrow:on{image: none;}"
-    "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}"
-    "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;background: transparent;"
-    "color: rgb(%2);padding-left: 8px;}"
-    "QComboBox::drop-down:button:disabled{background-image: none;}";
+    "QComboBox QAbstractItemView{border: 0px;color: rgb(%1);padding: 5px;}"
+    "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;color: rgb(%2);padding-left: 8px;}";
 constexpr char ComboBoxBack[] = "QComboBox{border-image: url(%P%1);}";
 // Dark on the selection's colour, since light on it would be hard to read.
 constexpr char ComboListFinish[] = "QListView::item:selected{color: rgb(%1);border-radius: 4px;}"
@@ -157,7 +155,6 @@ constexpr char ColorBar[] =
 constexpr char ColorBarStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}";
 constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;background-repeat:repeat-x;"
                                 "background-image: url(%P%1);}";
-constexpr char PlainButtonBox[] = "*{dialogbuttonbox-buttons-have-icons: 0;}";
 constexpr char FramedReadout[] =
     "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
     "border-radius: 6px;font-weight: bold;}";
@@ -335,8 +332,6 @@ QString tiledPicture(const QString &folder, const QString &name)
 {
     return compose(TiledPicture, folder, {name});
 }
-
-QString plainButtonBox() { return QLatin1String(PlainButtonBox); }
 
 QString framedReadout()
 {

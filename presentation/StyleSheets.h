@@ -77,9 +77,6 @@ QString lineEdit();
 // A number to type or to step: "Up" and "Down".
 QString spinBox(const QString &folder);
 
-// A dialog of the toolkit's own: its buttons have no icons, as ours have none.
-QString plainButtonBox();
-
 // A DPI stage, and the bar in its colour `fill` below it; the selected ones have pictures of their own.
 QString stageButton(const QString &folder, const QString &color, bool selected);
 QString colorBar(const QString &folder, const QString &fill, bool selected);

@@ -16,6 +16,7 @@
 
 #include <QButtonGroup>
 #include <QColorDialog>
+#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -143,7 +144,8 @@ void SensorDPI::makePicker()
 {
     ColorPicker = new QColorDialog(this);
     ColorPicker->setOption(QColorDialog::DontUseNativeDialog);
-    ColorPicker->setStyleSheet(style::plainButtonBox());
+    for (QAbstractButton *button : ColorPicker->findChild<QDialogButtonBox *>()->buttons())
+        button->setIcon(QIcon()); // no other button of the program has one
     connect(ColorPicker, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
 }
 

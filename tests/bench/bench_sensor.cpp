@@ -1,16 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What an edit on the sensor page costs, with the real windows on an emulated mouse: reports on the wire,
-// the time from a click to the changed byte in the flash, and how long one event holds the main thread while
-// the DPI slider is dragged over its whole range.
+// What an edit on the sensor page costs, with the real windows on an emulated mouse whose link takes a
+// millisecond for each report: reports on the wire, the time from a click to the changed byte in the flash,
+// and how long one event holds the main thread while the DPI slider is dragged over its whole range.
 #include "sensor/Sensor.h"
-#include "sensor/SensorRate.h"
+#include "sensor/SensorDPI.h"
 #include "tests/e2e/Program.h"
 
+#include <QComboBox>
 #include <QMouseEvent>
 #include <QSlider>
-#include <QToolButton>
 #include <algorithm>
 #include <benchmark/benchmark.h>
 
@@ -19,11 +19,13 @@ namespace
 
 const char Scenario[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
                         "receiverboot 0007\n"
-                        "mouse m cid 18 mid 6 version 1.05 battery 80\n"
+                        "mouse m cid 18 mid 7 version 1.05 battery 80\n"
+                        "set m flash 0x01 08\nset m flash 0x0c 01\n"
                         "receiver r class 8k mouse m version 1.02 address a10001\n"
                         "plug r\n";
 
-// Knows how long the longest event held the main thread, all that it led to included.
+// Knows how long the longest event held the main thread, all that it led to included, and how much of such a
+// time the thread itself ran: the rest is other programs'.
 class TimedApplication : public QApplication
 {
 public:
@@ -34,17 +36,26 @@ public:
         if (inside)
             return QApplication::notify(receiver, event);
         inside = true;
-        QElapsedTimer timer;
-        timer.start();
+        const double start = now(CLOCK_MONOTONIC);
+        const double startOwn = now(CLOCK_THREAD_CPUTIME_ID);
         const bool taken = QApplication::notify(receiver, event);
-        longest = std::max(longest, timer.nsecsElapsed());
+        longest = std::max(longest, now(CLOCK_MONOTONIC) - start);
+        longestOwn = std::max(longestOwn, now(CLOCK_THREAD_CPUTIME_ID) - startOwn);
         inside = false;
         return taken;
     }
 
-    qint64 longest = 0; // nanoseconds
+    double longest = 0; // milliseconds
+    double longestOwn = 0;
 
 private:
+    static double now(clockid_t clock)
+    {
+        timespec time{};
+        clock_gettime(clock, &time);
+        return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
+    }
+
     bool inside = false;
 };
 
@@ -74,14 +85,20 @@ public:
         if (!missing.isEmpty())
             qFatal("%s", qPrintable(missing));
         page = program.window->findChild<Sensor *>();
-        slider = page->findChild<QSlider *>(QStringLiteral("horizontalSliderC"));
+        slider = find<QSlider>("horizontalSliderC");
     }
-    FlashImage flash() { return program.bus.flash("m"); }
+    template <typename Widget> Widget *find(const char *name) const
+    {
+        return page->findChild<Widget *>(QLatin1String(name));
+    }
+    void click(const char *button) const { find<QAbstractButton>(button)->click(); }
+    void choose(const char *box, int index) const { find<QComboBox>(box)->setCurrentIndex(index); }
+    FlashDataMap flash() { return program.bus.record("m"); }
     uint64_t writes() { return program.bus.emulated.reportCount("r", wire::Command::FlashWrite); }
     uint64_t questions() { return program.bus.emulated.reportCount("r", wire::Command::OnLine); }
     void setPace(bool on) { program.bus.order(on ? "pace on" : "pace off"); }
 
-    Program program;
+    Program program{Scenario};
     Sensor *page = nullptr;
     QSlider *slider = nullptr;
 };
@@ -97,23 +114,67 @@ double perIteration(uint64_t count, const benchmark::State &state)
     return double(count) / double(state.iterations());
 }
 
-void clickReachesTheFlash(benchmark::State &state)
+// An edit that each time changes what the one before it left: `odd` tells the two apart.
+struct Edit {
+    const char *name;
+    void (*act)(const World &place, bool odd);
+    bool odd = false;
+};
+Edit Edits[] = {
+    {"rate", [](const World &place, bool odd) { place.click(odd ? "Button500HZ" : "Button1000HZ"); }},
+    {"mode", [](const World &place, bool odd) { place.choose("ModelChoose", odd); }},
+    {"lift-off", [](const World &place, bool odd) { place.choose("LOD", odd ? 2 : 1); }},
+    {"performance", [](const World &place, bool) { place.click("Performance"); }},
+    {"time", [](const World &place, bool odd) { place.choose("PerformanceOpen", odd); }},
+    {"switch", [](const World &place, bool) { place.click("MotionSync_2"); }},
+    {"stage", [](const World &place, bool odd) { place.click(odd ? "RedButton" : "BlueButton"); }},
+    {"dpi", [](const World &place, bool odd) { place.click(odd ? "ReduceLevelA" : "AddLevelA"); }},
+    {"colour", [](const World &place,
+                  bool odd) { place.find<SensorDPI>("sensorDPI")->SetColor(odd ? Qt::red : Qt::cyan); }},
+    {"count", [](const World &place, bool odd) { place.choose("ChooseEvent", odd ? 6 : 7); }},
+};
+
+// What it costs until the flash holds it.
+void editReachesTheFlash(benchmark::State &state, Edit &edit)
 {
     World &place = world();
-    auto *const rates = place.page->findChild<SensorRate *>();
-    place.setPace(state.range(0) != 0);
+    place.setPace(true);
     const uint64_t writes = place.writes();
     const uint64_t questions = place.questions();
-    int index = Rate1000;
     for (auto _ : state) {
-        index = index == Rate1000 ? Rate1000 - 1 : Rate1000;
-        QTest::mouseClick(rates->button(index), Qt::LeftButton);
-        const uint8_t code = RateRows[std::size_t(index)].code;
-        if (!waitFor([&] { return place.flash().ReportRate == code; }))
-            state.SkipWithError("the byte did not change");
+        const FlashDataMap before = place.flash();
+        edit.odd = !edit.odd;
+        edit.act(place, edit.odd);
+        if (!waitFor([&] { return place.program.agrees("m") && !sameBytes(place.flash(), before); }))
+            state.SkipWithError("the flash did not change");
     }
     state.counters["writes"] = perIteration(place.writes() - writes, state);
     state.counters["questions"] = perIteration(place.questions() - questions, state);
+    place.setPace(false);
+}
+
+// The current stage is the last one each time, and changes places with the first.
+void stagesChangePlaces(benchmark::State &state)
+{
+    World &place = world();
+    place.setPace(true);
+    const uint64_t writes = place.writes();
+    uint64_t others = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        const uint64_t before = place.writes();
+        place.choose("ChooseEvent", 7);
+        place.click("LightYellowButton");
+        if (!waitFor([&] { return place.flash().CurrentDpiStage == 7 && place.program.agrees("m"); }))
+            state.SkipWithError("the stage was not taken");
+        others += place.writes() - before;
+        state.ResumeTiming();
+        place.choose("ChooseEvent", 0);
+        if (!waitFor([&] { return place.flash().DpiStageCount == 1 && place.program.agrees("m"); }))
+            state.SkipWithError("the stages did not change places");
+    }
+    state.counters["writes"] = perIteration(place.writes() - writes - others, state);
+    place.choose("ChooseEvent", 7);
     place.setPace(false);
 }
 
@@ -141,28 +202,22 @@ void dragOverTheWholeRange(benchmark::State &state)
 {
     World &place = world();
     place.setPace(true);
-    const int stage = place.flash().CurrentDpiStage;
     const uint64_t writes = place.writes();
-    application()->longest = 0;
+    application()->longest = application()->longestOwn = 0;
     for (auto _ : state) {
         place.slider->setValue(place.slider->minimum());
         drag(place.slider, int(state.range(0)));
-        const int code = place.slider->value() / 50 - 1;
-        if (!waitFor([&] { return place.flash().DpiStages[stage].LevelX == uint8_t(code); }))
+        if (!waitFor([&] { return place.program.agrees("m"); }))
             state.SkipWithError("the last value was not written");
     }
-    state.counters["longest_ms"] = double(application()->longest) / 1e6;
+    state.counters["longest_ms"] = application()->longest;
+    state.counters["own_ms"] = application()->longestOwn;
     state.counters["moves"] = place.slider->width() - 1;
     state.counters["writes"] = perIteration(place.writes() - writes, state);
     place.setPace(false);
 }
 
-BENCHMARK(clickReachesTheFlash)
-    ->ArgName("paced")
-    ->Arg(0)
-    ->Arg(1)
-    ->UseRealTime()
-    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(stagesChangePlaces)->UseRealTime()->Unit(benchmark::kMicrosecond);
 BENCHMARK(dragOverTheWholeRange)
     ->ArgName("pause_us")
     ->Arg(0)
@@ -184,6 +239,11 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     prepareApplication();
     benchmark::Initialize(&argc, argv);
+    for (Edit &edit : Edits)
+        benchmark::RegisterBenchmark((std::string("editReachesTheFlash/") + edit.name).c_str(),
+                                     [&edit](benchmark::State &state) { editReachesTheFlash(state, edit); })
+            ->UseRealTime()
+            ->Unit(benchmark::kMicrosecond);
     benchmark::RunSpecifiedBenchmarks();
     std::fflush(nullptr);
     _exit(0); // the window stays open for the figures and is not taken down

@@ -4,6 +4,7 @@
 // The real sensor page of every model, on the cable and behind every class of receiver: its gates, what each
 // control does to the mouse's flash, what the mouse's own buttons do to the page, and the way back when the
 // mouse does not answer.
+#include "sensor/MarkerTrack.h"
 #include "tests/e2e/SensorRoad.h"
 
 #include <QColorDialog>
@@ -125,6 +126,12 @@ private:
         for (int i = 0; i < road.flash().DpiStageCount; ++i)
             addClick(road.stage(i), &FlashDataMap::CurrentDpiStage, i);
         addClick(road.stage(0), &FlashDataMap::CurrentDpiStage, 0);
+        for (int i = 1; i < road.flash().DpiStageCount; ++i) {
+            const MarkerBand &band = MarkerBands[std::size_t(i - 1)];
+            addDrop(i, 0, (band.rightFrom + band.rightTo) / 2);
+            addDrop(0, i, qMax(band.leftFrom, MarkerLeftLimit - StagePoint[std::size_t(i)].x()));
+        }
+        addDrop(0, 0, 140); // between two bands
         addValue("slider", model.first, [this] { moveSlider(model.first.dpi); });
         addValue("add", model.next, [this] { road.find<QAbstractButton>("AddLevelA")->click(); });
         addValue("reduce", model.first, [this] { road.find<QAbstractButton>("ReduceLevelA")->click(); });
@@ -150,6 +157,25 @@ private:
                 map.DpiStageCount = 2;
             },
             4);
+    }
+    // The pointer is let go that far from the place of the marker.
+    void addDrop(int stage, int from, int distance)
+    {
+        add(
+            QStringLiteral("marker from %1 to %2").arg(from).arg(stage), [=] { drag(from, distance); },
+            [=](FlashDataMap &map) { map.CurrentDpiStage = uint8_t(stage); });
+    }
+    void drag(int from, int distance)
+    {
+        auto *const panel = road.page()->findChild<SensorDPI *>();
+        const QPoint grip = StagePoint[std::size_t(from)] + QPoint(14, 14);
+        const QPoint end(StagePoint[std::size_t(from)].x() + distance, grip.y());
+        QWindow *const window = road.program.window->windowHandle();
+        const auto inWindow = [&](const QPoint &point) { return panel->mapTo(panel->window(), point); };
+        QTest::mousePress(window, Qt::LeftButton, {}, inWindow(grip));
+        QTest::mouseMove(window, inWindow((grip + end) / 2));
+        QTest::mouseMove(window, inWindow(end));
+        QTest::mouseRelease(window, Qt::LeftButton, {}, inWindow(end));
     }
     void addValue(const char *name, const DpiRow &row, SensorRoad::Act act)
     {

@@ -209,6 +209,8 @@ private slots:
         QCOMPARE(editor.picker()->parent(), &editor.panel);
         QVERIFY(editor.picker()->testOption(QColorDialog::DontUseNativeDialog));
         QCOMPARE(editor.picker()->palette().window(), QApplication::palette().window());
+        for (const QAbstractButton *button : editor.picker()->findChildren<QAbstractButton *>())
+            QVERIFY(button->icon().isNull());
     }
 
     void theDefaultsOfTheModel_data()

@@ -199,6 +199,50 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // Each model with all of its stages, each of them in turn the current one, and its longest number on all.
+    void sensorPage_data()
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<int>("stages");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("flags");
+        QTest::addColumn<QString>("largest");
+        QTest::newRow("6") << 0 << 6 << 0x07 << 0x88 << "26000";
+        QTest::newRow("7") << 1 << 8 << 0xA3 << 0x66 << "42000";
+        QTest::newRow("8") << 2 << 5 << 0x8F << 0x11 << "12000";
+        QTest::newRow("9") << 3 << 4 << 0xC7 << 0x00 << "10000";
+    }
+    void sensorPage()
+    {
+        QFETCH(int, model);
+        QFETCH(int, stages);
+        QFETCH(int, code);
+        QFETCH(int, flags);
+        QFETCH(QString, largest);
+        fake.setDevices({fixture::shipped(uint8_t(6 + model), Receiver8K, "0x0005")});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("dev", Receiver8K, model));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        auto *dialog = window.findChild<Dialog *>();
+        dialog->findChild<QToolButton *>("SensorButton")->click();
+        FlashDataMap map{};
+        map.DpiStageCount = uint8_t(stages);
+        map.Performance = 1;
+        for (DpiStage &stage : map.DpiStages)
+            stage = {uint8_t(code), uint8_t(code), uint8_t(flags), 255, 128, 0};
+        for (int stage = 0; stage < stages; ++stage) {
+            map.CurrentDpiStage = uint8_t(stage);
+            emit PostMsg::instance()->SigUpDataSensorUIB(map);
+            QCOMPARE(dialog->findChild<QToolButton *>("BlueButton")->text(), largest);
+            check(&window);
+        }
+        QCOMPARE(dialog->findChild<QToolButton *>("LightYellowButton")->isVisible(), stages == 8);
+        QTRY_VERIFY(fake.idle());
+    }
+
     // Each model on cable and radio, with what it has of the groups, and without any device.
     void advancedPage()
     {

@@ -3,15 +3,34 @@
 //
 // The style sheets letter by letter, and the small widgets.
 #include "presentation/FocusRing.h"
+#include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"
 #include "tests/widget/Fixture.h"
 
+#include <QTemporaryDir>
 #include <QVBoxLayout>
 
 class tst_Looks : public QObject
 {
     Q_OBJECT
+
+private:
+    static void drawMark(const QString &file, const QColor &color)
+    {
+        QPixmap mark(16, 16);
+        mark.fill(color);
+        QVERIFY(mark.save(file));
+    }
+    static int pixelsOf(QWidget *widget, const QColor &color)
+    {
+        const QImage image = widget->grab().toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                count += image.pixelColor(x, y) == color;
+        return count;
+    }
 
 private slots:
     void sheets_data()
@@ -98,6 +117,27 @@ private slots:
                             "{outline: 0px solid gray; border: 1px  solid gray;color: rgb(4,5,6); "
                             "border-image: url(/p/ComboboxTextBack.png);selection-background-color: "
                             "rgb(4,5,6); }"));
+    }
+
+    void theArrowTellsWhetherTheBoxIsOpen()
+    {
+        const QTemporaryDir folder;
+        drawMark(folder.filePath("Menu.png"), Qt::red);
+        drawMark(folder.filePath("MenuClicked.png"), Qt::blue);
+        MyConmboBox box;
+        box.addItems({"one", "two"});
+        box.resize(130, 30);
+        dressComboBox(&box, folder.path() + '/');
+        box.show();
+        QCOMPARE(pixelsOf(&box, Qt::red), 16 * 16);
+        QCOMPARE(pixelsOf(&box, Qt::blue), 0);
+        box.showPopup();
+        QCOMPARE(pixelsOf(&box, Qt::red), 0);
+        QCOMPARE(pixelsOf(&box, Qt::blue), 16 * 16);
+        box.hidePopup();
+        QTRY_COMPARE(pixelsOf(&box, Qt::red), 16 * 16);
+        box.setEnabled(false);
+        QCOMPARE(pixelsOf(&box, Qt::red) + pixelsOf(&box, Qt::blue), 0);
     }
 
     // A folder may hold what looks like a mark of the templates.

@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The panels that lie on other pages than the sensor's: debounce time, sleep time, angle, frame rate and the
+// light of the DPI stage. Every value that a person can choose, against the mouse's flash, and the way back
+// when the mouse does not answer.
+#include "sensor/SensorEffect.h"
+#include "sensor/StopCloseTime.h"
+#include "tests/e2e/SensorRoad.h"
+
+namespace
+{
+
+// Answers each notice of one kind and counts them, also while an edit waits for the answer.
+template <typename Notice> class Answers
+{
+public:
+    Answers()
+    {
+        QObject::connect(&timer, &QTimer::timeout, &timer, [this] {
+            count += isShown<Notice>();
+            answer<Notice>("NewHong");
+        });
+        timer.start(5);
+    }
+    int seen() const { return count; }
+
+private:
+    QTimer timer;
+    int count = 0;
+};
+
+constexpr int SafeTime = 8; // milliseconds of debounce that bring no warning
+
+} // namespace
+
+class tst_sensorpanels : public QObject
+{
+    Q_OBJECT
+
+private:
+    template <typename Widget> static Widget *control(const char *name)
+    {
+        auto *const found = windows::visible<Widget>(QLatin1String(name));
+        if (!found)
+            qFatal("%s does not show", name);
+        return found;
+    }
+    static QString open(SensorRoad &road, const char *way)
+    {
+        const QString wrong = road.open();
+        if (!wrong.isEmpty())
+            return wrong;
+        road.program.click(way);
+        road.program.expect("agreement", [&road] { return road.program.agrees("m"); });
+        return road.program.script.run();
+    }
+    static void eachLink()
+    {
+        QTest::addColumn<int>("link");
+        for (int link = 0; link < int(std::size(SensorLinks)); ++link)
+            QTest::newRow(SensorLinks[link].name) << link;
+    }
+    static void moveTo(const char *slider, int value) { control<QSlider>(slider)->setValue(value); }
+    static void choose(const char *box, int index) { control<QComboBox>(box)->setCurrentIndex(index); }
+    static void press(const char *box, Qt::Key key) { QTest::keyClick(control<QComboBox>(box), key); }
+
+private slots:
+    void everyDebounceTime_data() { eachLink(); }
+    void everyDebounceTime()
+    {
+        QFETCH(int, link);
+        SensorRoad road(SensorModels[0], SensorLinks[link]);
+        QCOMPARE(open(road, "ButtonMain"), QString());
+        Answers<LessThree> warning;
+        int warnings = 0;
+        for (const int offset : {1, 0}) // so that each time is a change at least once
+            for (int i = 0; i < 16; ++i) {
+                const int time = (i + offset) % 16;
+                warnings += road.flash().DebounceTime != time && time < SafeTime;
+                QCOMPARE(road.edit([=] { choose("Debunce", time); },
+                                   [=](FlashDataMap &map) { map.DebounceTime = uint8_t(time); }),
+                         QString());
+                QCOMPARE(warning.seen(), warnings);
+            }
+    }
+
+    void everySettingOfTheAdvancedPage_data() { eachLink(); }
+    void everySettingOfTheAdvancedPage()
+    {
+        QFETCH(int, link);
+        SensorRoad road(SensorModels[1], SensorLinks[link]);
+        QCOMPARE(open(road, "Advanced"), QString());
+        press("StopClose", Qt::Key_Home);
+        for (int i = 1; i < SleepItems; ++i)
+            QCOMPARE(road.edit([] { press("StopClose", Qt::Key_Down); },
+                               [=](FlashDataMap &map) { map.StopCloseTime = SleepCodes[std::size_t(i)]; }),
+                     QString());
+        QCOMPARE(road.edit([] { press("StopClose", Qt::Key_Home); },
+                           [](FlashDataMap &map) { map.StopCloseTime = SleepCodes[0]; }),
+                 QString());
+        for (int degrees = -30; degrees <= 30; ++degrees)
+            QCOMPARE(road.edit([=] { moveTo("AngleSet", degrees); },
+                               [=](FlashDataMap &map) {
+                                   map.AngleSet = uint8_t(degrees);
+                                   map.AngleSetValid = 1;
+                               }),
+                     QString());
+        for (int i = 0; i < 2; ++i)
+            QCOMPARE(road.edit([] { control<QAbstractButton>("KFPS")->click(); },
+                               [](FlashDataMap &map) { map.KFps = map.KFps == 1 ? 0 : 1; }),
+                     QString());
+    }
+
+    void everySettingOfTheStageLight_data() { eachLink(); }
+    void everySettingOfTheStageLight()
+    {
+        QFETCH(int, link);
+        SensorRoad road(SensorModels[2], SensorLinks[link]);
+        QCOMPARE(open(road, "LightsButton"), QString());
+        const auto mode = [&road](int index) {
+            return road.edit([=] { choose("Model", index); },
+                             [=](FlashDataMap &map) {
+                                 map.DpiLedEnable = index > 0;
+                                 map.DpiLedMode = index > 0 ? uint8_t(index) : map.DpiLedMode;
+                             },
+                             2); // the two bytes do not lie side by side
+        };
+        for (const int index : {0, 2, 1})
+            QCOMPARE(mode(index), QString());
+        for (const int offset : {1, 0})
+            for (int i = 0; i < 10; ++i) {
+                const int value = (i + offset) % 10;
+                QCOMPARE(road.edit([=] { moveTo("LightH", value + 1); },
+                                   [=](FlashDataMap &map) {
+                                       map.DpiLedBrightness = BrightnessCurve[std::size_t(value)];
+                                   }),
+                         QString());
+            }
+        QCOMPARE(mode(2), QString());
+        for (const int value : {5, 1, 2, 3, 4})
+            QCOMPARE(road.edit([=] { moveTo("SpeedH", value); },
+                               [=](FlashDataMap &map) { map.DpiLedSpeed = uint8_t(value); }),
+                     QString());
+        QCOMPARE(mode(0), QString());
+    }
+
+    // Each page's edits one after the other; the notice is answered meanwhile.
+    void aSilentMouseTakesThemBack()
+    {
+        SensorRoad road(SensorModels[0], SensorLinks[2]);
+        QCOMPARE(open(road, "LightsButton"), QString());
+        for (const int mode : {2, 1}) // the page holds a value of its own for each
+            choose("Model", mode);
+        QTRY_VERIFY(road.program.agrees("m") && road.flash().DpiLedMode == 1);
+        const FlashDataMap before = road.flash();
+        road.program.bus.order("radio m off");
+        Answers<MouseOffLine> notice;
+        const int light = control<QSlider>("LightH")->value();
+        moveTo("LightH", light % 10 + 1);
+        QTRY_COMPARE(notice.seen(), 1);
+        QTRY_VERIFY(!isShown<MouseOffLine>());
+        QCOMPARE(control<QSlider>("LightH")->value(), light);
+        QVERIFY(!control<QSlider>("LightH")->isEnabled());
+        choose("Model", 2);
+        QTRY_COMPARE(notice.seen(), 2);
+        QTRY_VERIFY(!isShown<MouseOffLine>());
+        QCOMPARE(control<QComboBox>("Model")->currentIndex(), 1);
+        windows::click(QStringLiteral("ButtonMain"));
+        const int time = control<QComboBox>("Debunce")->currentIndex();
+        choose("Debunce", (time + 1) % 16);
+        QTRY_COMPARE(notice.seen(), 3);
+        QTRY_VERIFY(!isShown<MouseOffLine>());
+        QCOMPARE(control<QComboBox>("Debunce")->currentIndex(), time);
+        QVERIFY(!isShown<LessThree>());
+        QVERIFY(sameBytes(road.flash(), before));
+        QVERIFY(sameBytes(DeviceRecord::copy(), before));
+    }
+};
+
+int main(int argc, char **argv) { return runProgramTest<tst_sensorpanels>(argc, argv); }
+#include "tst_sensorpanels.moc"
