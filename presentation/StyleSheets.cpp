@@ -52,15 +52,18 @@ constexpr char ComboBox[] =
     "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
     "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
 constexpr char Groove[] = "66,76,83";
-// The arrow stands alone at the right, and the text keeps away from the rounded end. The list is one that
-// scrolls, since a menu would show all of its rows.
+// The arrow stands alone at the right and is a background, which alone is sharp on a dense screen, and the
+// text keeps away from the rounded end. The list is one that scrolls, since a menu would show all of its
+// rows.
 constexpr char ComboBoxFinish[] =
     "QComboBox{padding-left: 8px;combobox-popup: 0;}"
     "QComboBox::drop-down:button{border: 0px;background: transparent;width: 28px;}"
-    "QComboBox::down-arrow{right: 0px;}"
+    "QComboBox::down-arrow{right: 0px;width: 16px;height: 16px;image: none;"
+    "background-position:center;background-repeat:no-repeat;background-image: url(%PMenu.png);}"
+    "QComboBox::down-arrow:on{image: none;background-image: url(%PMenuClicked.png);}"
     "QComboBox QAbstractItemView{color: rgb(%1);padding: 4px;}"
     "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;background: transparent;"
-    "color: rgb(%2);}QComboBox::down-arrow:disabled{image: none;}";
+    "color: rgb(%2);}QComboBox::down-arrow:disabled{background-image: none;}";
 // Dark on the selection's colour, since light on it would be hard to read.
 constexpr char ComboListFinish[] = "QListView::item:selected{color: rgb(%1);border-radius: 4px;}"
                                    "QListView::item:hover{color: rgb(%1);border-radius: 4px;}";
@@ -84,21 +87,22 @@ constexpr char StateButton[] = "QToolButton{border:0px;color: rgb(%2);border-ima
 constexpr char AreaPicture[] = "#%1{border:0px;background-position:center;background-repeat:no-repeat;"
                                "background-image: url(%P%2);}";
 constexpr char LabelPlate[] = "QLabel{color: rgb(%2);border-image: url(%P%1);}";
+// The icon, with the plate's size, on its plate: a picture given as "image" is blurred on a dense screen.
 constexpr char NavigationButton[] =
-    "QToolButton{border:0px;border-image: url(%PNavButton.png);image: url(%P%1.png);}"
-    "QToolButton:hover{border-image: url(%PNavButtonHover.png);image: url(%P%1Hover.png);}"
-    "QToolButton:checked{border-image: url(%PNavButtonChecked.png);image: url(%P%1Checked.png);}"
-    "QToolButton:disabled{image: url(%P%1Off.png);}";
+    "QToolButton{border:0px;background-image: url(%PNavButton.png);border-image: url(%P%1.png);}"
+    "QToolButton:hover{background-image: url(%PNavButtonHover.png);border-image: url(%P%1Hover.png);}"
+    "QToolButton:checked{background-image: url(%PNavButtonChecked.png);border-image: url(%P%1Checked.png);}"
+    "QToolButton:disabled{border-image: url(%P%1Off.png);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
 constexpr char ThumbSlider[] =
     "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: url(%PGroove.png);}"
-    "QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px 0px;image: url(%PThumb.png);}"
-    "QSlider::handle:horizontal:hover{image: url(%PThumbHover.png);}"
-    "QSlider::handle:horizontal:pressed{image: url(%PThumbClick.png);}"
-    "QSlider::handle:horizontal:disabled{image: url(%PThumbOff.png);}";
+    "QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px 0px;border-image: url(%PThumb.png);}"
+    "QSlider::handle:horizontal:hover{border-image: url(%PThumbHover.png);}"
+    "QSlider::handle:horizontal:pressed{border-image: url(%PThumbClick.png);}"
+    "QSlider::handle:horizontal:disabled{border-image: url(%PThumbOff.png);}";
 // Nothing but the handle, so that it needs no ground of its own.
 constexpr char ScrollArea[] =
     "QScrollArea,QScrollArea>QWidget>QWidget{border:0px;background: transparent;}"
@@ -218,7 +222,7 @@ QString checkBox(const QString &folder, const QString &color) { return compose(C
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
 {
     return compose(ComboBox, folder, {textColor, selectColor}) +
-           compose(ComboBoxFinish, {}, {textColor, color("LinEditColorSecond"), QLatin1String(Groove)});
+           compose(ComboBoxFinish, folder, {textColor, color("LinEditColorSecond"), QLatin1String(Groove)});
 }
 
 QString comboList(const QString &selectColor)

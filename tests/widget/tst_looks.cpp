@@ -70,10 +70,11 @@ private slots:
             << style::thumbSlider(p)
             << "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: " + url +
                    "Groove.png);}QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px "
-                   "0px;image: " +
-                   url + "Thumb.png);}QSlider::handle:horizontal:hover{image: " + url +
-                   "ThumbHover.png);}QSlider::handle:horizontal:pressed{image: " + url +
-                   "ThumbClick.png);}QSlider::handle:horizontal:disabled{image: " + url + "ThumbOff.png);}";
+                   "0px;border-image: " +
+                   url + "Thumb.png);}QSlider::handle:horizontal:hover{border-image: " + url +
+                   "ThumbHover.png);}QSlider::handle:horizontal:pressed{border-image: " + url +
+                   "ThumbClick.png);}QSlider::handle:horizontal:disabled{border-image: " + url +
+                   "ThumbOff.png);}";
         QTest::newRow("connection") << style::stretchedPicture(p, "OnLineUsb.png")
                                     << "QLabel{border-image: " + url + "OnLineUsb.png);}";
     }
