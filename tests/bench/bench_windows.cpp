@@ -32,6 +32,12 @@ constexpr double MemoryAfterMs = 3000;
 constexpr double IdleMs = 10000;
 constexpr double LoadedMs = 1500; // behind the wait for a load
 
+int noWindow()
+{
+    std::fprintf(stderr, "No window came, or it changed for longer than the limit.\n");
+    return 1;
+}
+
 double median(std::vector<double> values)
 {
     if (values.empty())
@@ -88,7 +94,7 @@ int starts(Display *display, int pairs, const char *program, const char *floor, 
         const Started a = start(display, program, withMemory);
         const Started b = start(display, floor, withMemory);
         if (a.time < 0 || b.time < 0)
-            return 1;
+            return noWindow();
         figures.add(
             {a.time, b.time, a.rss, b.rss, a.pss, b.pss, a.time / b.time, a.rss / b.rss, a.pss / b.pss});
     }
@@ -130,7 +136,7 @@ int pages(Display *display, int pairs, const char *program, const char *floor)
         }
         const double ground = start(display, floor, false).time;
         if (tile < 0 || first < 0 || second < 0 || ground < 0)
-            return 1;
+            return noWindow();
         figures.add({tile, first, second, ground, tile / ground, first / ground, second / ground});
     }
     figures.print("ms", 0, 4);
@@ -143,7 +149,7 @@ int idle(Display *display, const char *program)
     Watched watched(display, program);
     letSettle(watched);
     if (clickTime(watched, FirstTile) < 0)
-        return 1;
+        return noWindow();
     watched.waitForPopups(LoadedMs);
     clickTime(watched, Nowhere);
     watched.wait(MemoryAfterMs);

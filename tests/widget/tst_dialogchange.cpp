@@ -128,6 +128,8 @@ private slots:
         QPoint place;
         fixture::whenModal<QuestiondialogB>([&](QuestiondialogB *notice) {
             told = true;
+            QCOMPARE(notice->findChild<QLabel *>("label")->text(),
+                     QString("Do not insert multiple identical devices"));
             place = notice->pos();
             notice->on_CloseButton_clicked();
         });
