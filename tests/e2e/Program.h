@@ -49,13 +49,17 @@ public:
         QCoreApplication::processEvents();
     }
 
-    // Steps to a loaded device page.
+    // Steps to a loaded device page. On a busy machine the wait dialog may come and go between two looks.
     void open(const QString &plug)
     {
         script.step(
             "the tile", [plug] { return windows::visible(windows::tileOf(plug)); },
-            [plug] { windows::click(windows::tileOf(plug)); });
-        waitForLoad();
+            [plug] {
+                DataLoaded = false;
+                windows::click(windows::tileOf(plug));
+            });
+        script.step("wait dialog", [] { return DataLoaded || windows::shown<UpDataParam>(); });
+        script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
     }
     void waitForLoad()
     {
