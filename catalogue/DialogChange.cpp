@@ -81,8 +81,7 @@ void DialogChange::dress()
     ui->FindVerlaebl->setStyleSheet(labelSheet);
     ui->CloseButton_2->setStyleSheet(style::titleButton(notices, QStringLiteral("Close")));
     ui->NewHong->setStyleSheet(confirm(notices));
-    ui->NoApear->setStyleSheet(style::checkBox(pictures, style::color("LabelColor")) +
-                               style::checkBoxMarks(pictures));
+    ui->NoApear->setStyleSheet(style::checkBox(pictures, style::color("LabelColor")));
 }
 
 void DialogChange::listen()

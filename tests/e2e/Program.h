@@ -50,17 +50,25 @@ public:
     }
 
     static QString tile(const QString &plug) { return windows::tileOf(EmulatedBus::pathPart(plug)); }
-    // Steps to a loaded device page.
+    // Steps to a loaded device page. On a busy machine the wait dialog may come and go between two looks.
     void open(const QString &plug)
     {
         script.step(
             "the tile", [plug] { return windows::visible(tile(plug)); },
-            [plug] { windows::click(tile(plug)); });
-        waitForLoad();
+            [plug] {
+                DataLoaded = false;
+                windows::click(tile(plug));
+            });
+        script.step("wait dialog", [] { return DataLoaded || windows::shown<UpDataParam>(); });
+        waitForPage();
     }
     void waitForLoad()
     {
         script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
+        waitForPage();
+    }
+    void waitForPage()
+    {
         script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
     }
     void click(const char *button)

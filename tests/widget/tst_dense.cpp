@@ -98,7 +98,7 @@ private slots:
         const QString folder = style::pictureFolder(QStringLiteral("DialogChange"));
         QCheckBox box;
         box.setFixedSize(100, 24);
-        box.setStyleSheet(style::checkBox(folder, "255,255,255") + style::checkBoxMarks(folder));
+        box.setStyleSheet(style::checkBox(folder, "255,255,255"));
         check(&box, folder, "CheckBox");
     }
 
