@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// bench_usb: the same requests over the kernel's nodes and over sockets, in one run. As root on a machine of
+// its own with vhci-hcd; a layer keeps to its first bus, so each back end has a process of its own.
+#include "device/hidusb/HIDUsb.h"
+#include "emulator/Emulator.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/UsbNodes.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/wait.h>
+
+namespace
+{
+
+constexpr const char *Ids = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
+                            "receiverboot 0007\n";
+
+std::atomic<int> fullReads{0};
+FlashDataMap loaded;
+
+void callback(const uint8_t *header, int32_t, const uint8_t *payload, uint32_t length)
+{
+    if (header[1] != 8 || length != FlashSize)
+        return;
+    ProtocolDataParser(payload, &loaded);
+    ++fullReads;
+}
+
+template <typename Condition> void waitFor(Condition condition)
+{
+    for (int i = 0; i < 500000 && !condition(); ++i)
+        ::usleep(20);
+    if (!condition()) {
+        std::puts("no answer");
+        std::exit(1);
+    }
+}
+
+double milliseconds(clockid_t clock)
+{
+    timespec now{};
+    ::clock_gettime(clock, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+// Prints the median of the time that `task` takes and of the processor time of the whole process therein.
+template <typename Task> void measure(const char *what, int rounds, Task task)
+{
+    std::vector<double> times;
+    std::vector<double> busy;
+    for (int i = 0; i < rounds; ++i) {
+        const double began = milliseconds(CLOCK_MONOTONIC);
+        const double cpu = milliseconds(CLOCK_PROCESS_CPUTIME_ID);
+        task();
+        times.push_back(milliseconds(CLOCK_MONOTONIC) - began);
+        busy.push_back(milliseconds(CLOCK_PROCESS_CPUTIME_ID) - cpu);
+    }
+    const auto middle = static_cast<std::size_t>(rounds / 2);
+    std::sort(times.begin(), times.end());
+    std::sort(busy.begin(), busy.end());
+    std::printf("  %-28s %8.3f ms, of these %8.3f ms in this process\n", what, times[middle], busy[middle]);
+}
+
+std::vector<std::string> find(const char *product)
+{
+    int32_t count = 16;
+    const char *const *paths = UsbFinderC_FindHidDevicesByDeviceId("1209", product, 1, 5, &count);
+    return {paths, paths + count};
+}
+
+class World
+{
+public:
+    World(const std::string &scenario, emulator::BusKind kind)
+    {
+        std::string error;
+        ::setenv("HIDUSB_BUS", kind == emulator::BusKind::Sockets ? folder.path().c_str() : "", 1);
+        if (!emulated.loadText(scenario, "bench", error) || !emulated.start(folder.path(), error, kind)) {
+            std::puts(error.c_str());
+            std::exit(1);
+        }
+        if (kind == emulator::BusKind::Usb && !usbnodes::settle(emulated.interfaces()))
+            std::exit(1);
+    }
+
+    TempFolder folder;
+    emulator::Emulator emulated;
+};
+
+void read()
+{
+    const int before = fullReads;
+    UsbServer_ReadAllFlashData();
+    waitFor([before] { return fullReads > before; });
+}
+
+// What one report costs without any layer: written to the node, and its answer read from it.
+void echo(const std::string &path)
+{
+    const int node = ::open(path.c_str(), O_RDWR);
+    wire::Report request{};
+    request.Id = wire::ReportId;
+    request.CommandCode = static_cast<uint8_t>(wire::Command::OnLine);
+    request.Sequence = 1;
+    wire::seal(request);
+    uint8_t answer[wire::ReportSize];
+    measure("a report, without the layer", 200, [&] {
+        if (::write(node, &request, sizeof request) != sizeof request ||
+            ::read(node, answer, sizeof answer) != sizeof answer)
+            std::exit(1);
+    });
+    ::close(node);
+}
+
+void requests(emulator::BusKind kind)
+{
+    World world(std::string(Ids) + "mouse m cid 18 mid 9\nreceiver r class 8k mouse m\nplug r\n", kind);
+    const std::string path = find("0005").at(0);
+    measure("enumeration, one device", 50, [] { find("0005"); });
+    if (kind == emulator::BusKind::Usb)
+        echo(path);
+    UsbServerC_Start(path.c_str(), path.c_str(), callback);
+    read();
+    measure("a full read, 124 reports", 20, read);
+    measure("the on-line question", 200, [&path] { UsbFinderC_GetDeviceOnLine(path.c_str()); });
+    FlashDataMap record = loaded;
+    measure("an edit, until the flash", 100, [&] {
+        record.ReportRate = static_cast<uint8_t>(record.ReportRate == 1 ? 2 : 1);
+        ProtocolDataUpdate(&record);
+        waitFor([&] { return world.emulated.flash("m")->ReportRate == record.ReportRate; });
+    });
+    UsbServer_Exit();
+}
+
+void tenDevices(emulator::BusKind kind)
+{
+    std::string scenario = Ids;
+    for (int i = 0; i < 10; ++i)
+        scenario += "mouse m" + std::to_string(i) + " cid 18 mid 6\nplug m" + std::to_string(i) + "\n";
+    const World world(scenario, kind);
+    measure("enumeration, ten devices", 50, [] {
+        if (find("0001").size() != 10)
+            std::exit(1);
+    });
+}
+
+// In a process of its own.
+int inChild(void (*task)(emulator::BusKind), emulator::BusKind kind)
+{
+    std::fflush(stdout);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        task(kind);
+        std::fflush(stdout);
+        ::_exit(0);
+    }
+    int status = 1;
+    ::waitpid(child, &status, 0);
+    return status;
+}
+
+} // namespace
+
+int main()
+{
+    int failed = 0;
+    for (const auto kind : {emulator::BusKind::Sockets, emulator::BusKind::Usb}) {
+        std::puts(kind == emulator::BusKind::Usb ? "hidraw" : "sockets");
+        for (const auto task : {requests, tenDevices})
+            failed |= inChild(task, kind);
+    }
+    return failed != 0 ? 1 : 0;
+}
