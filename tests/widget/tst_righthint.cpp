@@ -78,9 +78,9 @@ private slots:
     void severalAreNamedAndNotTakenForDuplicates()
     {
         build();
-        std::vector<FakeDevice> five;
-        for (int i = 0; i < 5; ++i)
-            five.push_back(refused(QString("hidraw%1").arg(i), 6));
+        std::vector<FakeDevice> five(5);
+        for (std::size_t i = 0; i < five.size(); ++i)
+            five[i] = refused(QString("hidraw%1").arg(i), 6);
         plug({five[0], five[1]});
         QVERIFY(!QApplication::activeModalWidget());
         QVERIFY(title().contains("hidraw0") && title().contains("hidraw1") && !title().contains("…"));
