@@ -76,7 +76,8 @@ private:
     // The kernel takes some tenths of a second to know what was plugged in or out.
     static void settle(const std::vector<emulator::Interface> &interfaces)
     {
-        if (isUsb() && !usbnodes::settle(interfaces))
+        constexpr std::chrono::seconds patience(60); // the machine may be an emulated one
+        if (isUsb() && !usbnodes::settle(interfaces, patience))
             qFatal("The kernel does not know the devices that are plugged in.");
     }
 };
