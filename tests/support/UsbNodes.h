@@ -75,7 +75,8 @@ inline std::map<std::string, int> wanted(const std::vector<emulator::Interface> 
 // two looks.
 template <typename Pause> bool settle(const std::vector<emulator::Interface> &interfaces, Pause pause)
 {
-    const auto deadline = emulator::Clock::now() + std::chrono::seconds(20);
+    constexpr std::chrono::seconds patience(60); // the machine may be an emulated one
+    const auto deadline = emulator::Clock::now() + patience;
     while (present() != wanted(interfaces) || ::access("/run/udev/queue", F_OK) == 0) {
         if (emulator::Clock::now() > deadline)
             return false;
