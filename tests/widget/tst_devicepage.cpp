@@ -50,8 +50,9 @@ private slots:
                 QCOMPARE(button(name)->isEnabled(), index == 1);
             QVERIFY(button("UpArrow")->isEnabled());
             for (const char *way : {"MacroButton", "SensorButton"})
-                QVERIFY(button(way)->styleSheet().contains(QString("disabled{border-image: url(%1Dialog/%2Off.png)")
-                                                               .arg(applicationFolder() + "/Picture/", way)));
+                QVERIFY(button(way)->styleSheet().contains(
+                    QString("disabled{border-image: url(%1Dialog/%2Off.png)")
+                        .arg(applicationFolder() + "/Picture/", way)));
         }
     }
 
