@@ -5,15 +5,10 @@
 #include "device/hidusb/Thread.h"
 #include "device/hidusb/WaitableFile.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <libudev.h>
 #include <linux/hidraw.h>
 #include <mutex>
@@ -158,87 +153,9 @@ void sayThatANodeIsGone()
 
 } // namespace
 
-// The usage page of each collection that stands by itself in a report descriptor, each page once.
-static std::vector<uint16_t> pagesOf(const std::vector<uint8_t> &descriptor)
-{
-    std::vector<uint16_t> pages;
-    uint16_t page = 0;
-    int depth = 0;
-    for (std::size_t at = 0; at < descriptor.size();) {
-        const uint8_t item = descriptor[at];
-        const bool isLong = item == 0xFE;
-        std::size_t size = (item & 3) == 3 ? 4 : item & 3;
-        if (isLong)
-            size = at + 1 < descriptor.size() ? descriptor[at + 1] + std::size_t(2) : 2;
-        if (at + 1 + size > descriptor.size())
-            break;
-        const uint8_t kind = isLong ? 0 : item & 0xFC;
-        if (kind == 0x04 && size > 0)
-            page = static_cast<uint16_t>(descriptor[at + 1] | (size > 1 ? descriptor[at + 2] << 8 : 0));
-        else if (kind == 0xA0 && depth++ == 0 && std::find(pages.begin(), pages.end(), page) == pages.end())
-            pages.push_back(page);
-        else if (kind == 0xC0)
-            --depth;
-        at += 1 + size;
-    }
-    return pages;
-}
+std::vector<InterfaceInfo> HidrawBus::enumerate() { return nodes_.list(); }
 
-static std::vector<uint8_t> descriptorOf(udev_device *hid)
-{
-    std::ifstream file(std::string(udev_device_get_syspath(hid)) + "/report_descriptor", std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-// A hexadecimal number; `missing` for an attribute that is not there, or no longer.
-static int hexadecimal(const char *text, int missing)
-{
-    return text != nullptr ? static_cast<int>(std::strtol(text, nullptr, 16)) : missing;
-}
-
-// A node stands once for each of its usage pages. What is on its way out says nothing of itself.
-static void addNode(std::vector<InterfaceInfo> &found, udev_device *node)
-{
-    const char *path = udev_device_get_devnode(node);
-    udev_device *hid = udev_device_get_parent_with_subsystem_devtype(node, "hid", nullptr);
-    const char *id = hid != nullptr ? udev_device_get_property_value(hid, "HID_ID") : nullptr;
-    unsigned bus = 0, vendor = 0, product = 0;
-    if (path == nullptr || id == nullptr || std::sscanf(id, "%x:%x:%x", &bus, &vendor, &product) != 3)
-        return;
-    udev_device *face = udev_device_get_parent_with_subsystem_devtype(node, "usb", "usb_interface");
-    udev_device *usb = udev_device_get_parent_with_subsystem_devtype(node, "usb", "usb_device");
-    const int number =
-        hexadecimal(face ? udev_device_get_sysattr_value(face, "bInterfaceNumber") : nullptr, -1);
-    const int release = hexadecimal(usb ? udev_device_get_sysattr_value(usb, "bcdDevice") : nullptr, 0);
-    for (const uint16_t page : pagesOf(descriptorOf(hid)))
-        found.push_back({path, static_cast<uint16_t>(vendor), static_cast<uint16_t>(product),
-                         static_cast<uint16_t>(release), number, page});
-}
-
-// hidapi 0.13 lists nodes too, but reads what a device no longer says when it goes in that very moment.
-std::vector<InterfaceInfo> HidrawBus::enumerate()
-{
-    std::vector<InterfaceInfo> found;
-    udev *context = udev_new();
-    udev_enumerate *nodes = context != nullptr ? udev_enumerate_new(context) : nullptr;
-    if (nodes != nullptr && udev_enumerate_add_match_subsystem(nodes, "hidraw") >= 0 &&
-        udev_enumerate_scan_devices(nodes) >= 0) {
-        udev_list_entry *entry = nullptr;
-        udev_list_entry_foreach(entry, udev_enumerate_get_list_entry(nodes))
-        {
-            udev_device *node = udev_device_new_from_syspath(context, udev_list_entry_get_name(entry));
-            if (node == nullptr)
-                continue;
-            addNode(found, node);
-            udev_device_unref(node);
-        }
-    }
-    udev_enumerate_unref(nodes);
-    udev_unref(context);
-    return found;
-}
-
-// hidapi 0.13 opens nodes too, but reaches into freed memory when the device goes in that very moment.
+// A node that opens may belong to a device that went in that very moment, and then says nothing of itself.
 static int openNode(const std::string &path)
 {
     const int node = ::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);

@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// HidrawBus: the machine's own HID devices, listed and written through hidapi, watched through udev. A path
-// is that of a hidraw node; a node with several vendor pages is listed once for each.
+// HidrawBus: the machine's own HID devices, listed and watched through udev. A path is that of a hidraw node;
+// a node with several usage pages is listed once for each. Without hidapi, whose release 0.13 reaches into
+// freed memory when a device goes while it is listed or opened.
 #pragma once
 
 #include "device/hidusb/Bus.h"
+#include "device/hidusb/HidrawNodes.h"
 
 namespace hidusb
 {
@@ -16,6 +18,9 @@ public:
     std::vector<InterfaceInfo> enumerate() override;
     std::unique_ptr<ReportPort> open(const std::string &path) override;
     std::unique_ptr<ChangeSource> watch() override;
+
+private:
+    HidrawNodes nodes_;
 };
 
 } // namespace hidusb

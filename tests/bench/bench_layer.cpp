@@ -3,46 +3,21 @@
 //
 // What the layer costs: conversions, the time that ProtocolDataUpdate holds its caller, reports on the
 // wire for edits, and a full read when each direction carries one report in a millisecond.
-#include "device/hidusb/Codec.h"
-#include "device/hidusb/HIDUsb.h"
 #include "emulator/Emulator.h"
+#include "tests/bench/LoadedRecord.h"
 
-#include <atomic>
 #include <benchmark/benchmark.h>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <unistd.h>
 
 namespace
 {
 
-const char Scenario[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
-                        "receiverboot 0007\n"
-                        "mouse m cid 18 mid 6 version 1.05 battery 80\n"
-                        "receiver r class 8k mouse m version 1.02 address a10001\n"
-                        "plug r\n";
+using bench::loaded;
+using bench::waitFor;
 
-std::atomic<int> fullReads{0};
-FlashDataMap loaded;
-
-void callback(const uint8_t *header, int32_t, const uint8_t *payload, uint32_t length)
-{
-    if (header[1] != 8 || length != FlashSize)
-        return;
-    ProtocolDataParser(payload, &loaded);
-    ++fullReads;
-}
-
-template <typename Condition> bool waitFor(Condition condition)
-{
-    for (int i = 0; i < 500000; ++i) {
-        if (condition())
-            return true;
-        usleep(20);
-    }
-    return false;
-}
+constexpr const char *Scenario = "mouse m cid 18 mid 6 version 1.05 battery 80\n"
+                                 "receiver r class 8k mouse m version 1.02 address a10001\n"
+                                 "plug r\n";
 
 // One emulated receiver with its mouse, connected and loaded.
 class World
@@ -55,19 +30,13 @@ public:
             std::abort();
         setenv("HIDUSB_BUS", folder, 1);
         std::string error;
-        if (!emulated.loadText(Scenario, "bench", error) || !emulated.start(folder, error))
+        if (!emulated.loadText(std::string(bench::Ids) + Scenario, "bench", error) ||
+            !emulated.start(folder, error))
             std::abort();
         int32_t count = 1;
         path = UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0005", &count)[0];
-        UsbServerC_Start(path.c_str(), path.c_str(), callback);
-        read();
-    }
-    void read()
-    {
-        const int before = fullReads;
-        UsbServer_ReadAllFlashData();
-        if (!waitFor([&] { return fullReads > before; }))
-            std::abort();
+        UsbServerC_Start(path.c_str(), path.c_str(), bench::takeFullRead);
+        bench::read();
     }
     uint64_t writes() { return emulated.reportCount("r", wire::Command::FlashWrite); }
     bool agrees(uint8_t rate) { return emulated.flash("m")->ReportRate == rate; }
@@ -145,8 +114,7 @@ void sliderDrag(benchmark::State &state)
             ProtocolDataUpdate(&record);
             usleep(static_cast<useconds_t>(state.range(0)));
         }
-        if (!waitFor([&] { return world().agrees(99); }))
-            state.SkipWithError("the last value was not written");
+        waitFor([&] { return world().agrees(99); });
     }
     state.counters["reports"] = benchmark::Counter(static_cast<double>(world().writes() - before) /
                                                    static_cast<double>(state.iterations()));
@@ -157,7 +125,7 @@ void fullRead(benchmark::State &state)
 {
     world().emulated.order(state.range(0) ? "pace on" : "pace off");
     for (auto _ : state)
-        world().read();
+        bench::read();
     world().emulated.order("pace off");
     if (state.range(0))
         state.counters["of124ms"] =

@@ -3,46 +3,18 @@
 //
 // bench_usb: the same requests over the kernel's nodes and over sockets, in one run. As root on a machine of
 // its own with vhci-hcd; a layer keeps to its first bus, so each back end has a process of its own.
-#include "device/hidusb/HIDUsb.h"
 #include "emulator/Emulator.h"
+#include "tests/bench/LoadedRecord.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/UsbNodes.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <sys/wait.h>
 
 namespace
 {
-
-constexpr const char *Ids = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
-                            "receiverboot 0007\n";
-
-std::atomic<int> fullReads{0};
-FlashDataMap loaded;
-
-void callback(const uint8_t *header, int32_t, const uint8_t *payload, uint32_t length)
-{
-    if (header[1] != 8 || length != FlashSize)
-        return;
-    ProtocolDataParser(payload, &loaded);
-    ++fullReads;
-}
-
-template <typename Condition> void waitFor(Condition condition)
-{
-    for (int i = 0; i < 500000 && !condition(); ++i)
-        ::usleep(20);
-    if (!condition()) {
-        std::puts("no answer");
-        std::exit(1);
-    }
-}
 
 double milliseconds(clockid_t clock)
 {
@@ -66,7 +38,7 @@ template <typename Task> void measure(const char *what, int rounds, Task task)
     const auto middle = static_cast<std::size_t>(rounds / 2);
     std::sort(times.begin(), times.end());
     std::sort(busy.begin(), busy.end());
-    std::printf("  %-28s %8.3f ms, of these %8.3f ms in this process\n", what, times[middle], busy[middle]);
+    std::printf("  %-30s %8.3f ms, of these %8.3f ms in this process\n", what, times[middle], busy[middle]);
 }
 
 std::vector<std::string> find(const char *product)
@@ -95,13 +67,6 @@ public:
     emulator::Emulator emulated;
 };
 
-void read()
-{
-    const int before = fullReads;
-    UsbServer_ReadAllFlashData();
-    waitFor([before] { return fullReads > before; });
-}
-
 // What one report costs without any layer: written to the node, and its answer read from it.
 void echo(const std::string &path)
 {
@@ -122,34 +87,37 @@ void echo(const std::string &path)
 
 void requests(emulator::BusKind kind)
 {
-    World world(std::string(Ids) + "mouse m cid 18 mid 9\nreceiver r class 8k mouse m\nplug r\n", kind);
+    World world(std::string(bench::Ids) + "mouse m cid 18 mid 9\nreceiver r class 8k mouse m\nplug r\n",
+                kind);
     const std::string path = find("0005").at(0);
     measure("enumeration, one device", 50, [] { find("0005"); });
     if (kind == emulator::BusKind::Usb)
         echo(path);
-    UsbServerC_Start(path.c_str(), path.c_str(), callback);
-    read();
-    measure("a full read, 124 reports", 20, read);
+    UsbServerC_Start(path.c_str(), path.c_str(), bench::takeFullRead);
+    bench::read();
+    measure("a full read, 124 reports", 20, bench::read);
     measure("the on-line question", 200, [&path] { UsbFinderC_GetDeviceOnLine(path.c_str()); });
-    FlashDataMap record = loaded;
+    FlashDataMap record = bench::loaded;
     measure("an edit, until the flash", 100, [&] {
         record.ReportRate = static_cast<uint8_t>(record.ReportRate == 1 ? 2 : 1);
         ProtocolDataUpdate(&record);
-        waitFor([&] { return world.emulated.flash("m")->ReportRate == record.ReportRate; });
+        bench::waitFor([&] { return world.emulated.flash("m")->ReportRate == record.ReportRate; });
     });
     UsbServer_Exit();
 }
 
 void tenDevices(emulator::BusKind kind)
 {
-    std::string scenario = Ids;
+    std::string scenario = bench::Ids;
     for (int i = 0; i < 10; ++i)
         scenario += "mouse m" + std::to_string(i) + " cid 18 mid 6\nplug m" + std::to_string(i) + "\n";
     const World world(scenario, kind);
-    measure("enumeration, ten devices", 50, [] {
+    const auto findAll = [] {
         if (find("0001").size() != 10)
             std::exit(1);
-    });
+    };
+    measure("ten devices for the first time", 1, findAll);
+    measure("enumeration, ten devices", 50, findAll);
 }
 
 // In a process of its own.

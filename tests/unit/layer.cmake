@@ -8,6 +8,7 @@ add_morlen_test(hidusb_core_test
   SOURCES
     hidusb_channel.cpp
     hidusb_codec.cpp
+    hidusb_descriptor.cpp
     hidusb_mirror.cpp
     hidusb_wire.cpp
   LINKS hidusb_core hidusb_support GTest::gtest_main)

@@ -6,6 +6,7 @@
 #include "tests/vm/MachineFixture.h"
 
 #include <atomic>
+#include <csignal>
 #include <sys/wait.h>
 
 using support::eventually;
@@ -165,6 +166,8 @@ TEST_F(Plugging, ANodeThatComesBackAsAnotherDevice)
     unplug("rx8k");
     plug("rx4k");
     ASSERT_EQ(nodeOf("rx4k"), path);
+    EXPECT_TRUE(find("0005").empty());
+    EXPECT_EQ(find("0004"), std::vector<std::string>{path});
     edit(4); // of the device that went
     EXPECT_EQ(UsbFinderC_GetDeviceInfo(path.c_str(), 0).Mid, 8);
     const FlashDataMap now = flashOf("air4");
@@ -201,6 +204,26 @@ TEST_F(Plugging, AnotherProgramOnTheSameNode)
         }
         EXPECT_TRUE(agrees("air8"));
     }
+    expectHealthy("rx8k", "air8");
+}
+
+// For the test below, in a process of its own.
+TEST_F(Plugging, DISABLED_DiesInALoad)
+{
+    plug("rx8k");
+    ASSERT_TRUE(loadUntilReport(nodeOf("rx8k"), 20));
+    ::raise(SIGKILL);
+}
+
+// A test that crashes ends, so that what it said is seen and the others run.
+TEST_F(Plugging, AProcessThatDiesWithItsDeviceAndANodeOpenGoes)
+{
+    const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
+    const int status = std::system(
+        ("exec " + self + " --gtest_also_run_disabled_tests --gtest_filter=*.DISABLED_DiesInALoad").c_str());
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
+    settle();
+    plug("rx8k");
     expectHealthy("rx8k", "air8");
 }
 
