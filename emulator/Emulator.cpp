@@ -134,25 +134,31 @@ std::optional<FlashImage> Emulator::flash(const std::string &id, std::optional<i
     return state->flash[static_cast<std::size_t>(index)];
 }
 
-uint64_t Emulator::reportCount(const std::string &id)
+template <typename Count> uint64_t Emulator::ofTraffic(const std::string &id, Count count)
 {
-    uint64_t count = 0;
+    uint64_t result = 0;
     onLoop([&] {
         const auto found = world_.traffic.find(id);
-        count = found == world_.traffic.end() ? 0 : found->second.total();
+        result = found == world_.traffic.end() ? 0 : count(found->second);
     });
-    return count;
+    return result;
+}
+
+uint64_t Emulator::reportCount(const std::string &id)
+{
+    return ofTraffic(id, [](const Traffic &traffic) { return traffic.total(); });
 }
 
 uint64_t Emulator::reportCount(const std::string &id, wire::Command command)
 {
-    uint64_t count = 0;
-    onLoop([&] {
-        const auto found = world_.traffic.find(id);
-        if (found != world_.traffic.end())
-            count = found->second.countOf(static_cast<uint8_t>(command));
-    });
-    return count;
+    return ofTraffic(
+        id, [command](const Traffic &traffic) { return traffic.countOf(static_cast<uint8_t>(command)); });
+}
+
+uint64_t Emulator::repeatCount(const std::string &id, wire::Command command)
+{
+    return ofTraffic(
+        id, [command](const Traffic &traffic) { return traffic.repeatsOf(static_cast<uint8_t>(command)); });
 }
 
 std::size_t Emulator::clientCount()

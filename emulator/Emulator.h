@@ -54,6 +54,8 @@ public:
     // Sound reports that the host has sent to this plug, all or of one command; 0 for an unknown id.
     uint64_t reportCount(const std::string &id);
     uint64_t reportCount(const std::string &id, wire::Command command);
+    // Of these, the ones that came again under the same number, since the answer was not there in time.
+    uint64_t repeatCount(const std::string &id, wire::Command command);
     std::size_t clientCount();
     // What is on the bus now.
     std::vector<Interface> interfaces();
@@ -67,6 +69,7 @@ private:
 
     bool loadStream(std::istream &stream, const std::string &name, std::string &error);
     void onLoop(const std::function<void()> &job);
+    template <typename Count> uint64_t ofTraffic(const std::string &id, Count count);
     void loop();
     void poll();
     std::vector<Job *> takeJobs();

@@ -128,7 +128,7 @@ void Emulator::take(const Interface &face, const uint8_t *bytes, std::size_t siz
     show("->", face.device, bytes, size);
     wire::Report report;
     std::copy_n(bytes, size, reinterpret_cast<uint8_t *>(&report));
-    traffic.count(report.CommandCode);
+    traffic.count(report);
     traffic.in.push({page, report}, now);
 }
 

@@ -74,13 +74,18 @@ public:
     // Above this the host's reports wait in its own socket, as they wait for a slow endpoint.
     static constexpr std::size_t InLimit = 16;
 
-    void count(uint8_t command)
+    void count(const wire::Report &report)
     {
         ++total_;
-        ++counts_[command];
+        CommandCount &its = counts_[report.CommandCode];
+        ++its.reports;
+        its.repeats += its.lastNumber == report.Sequence ? 1 : 0;
+        its.lastNumber = report.Sequence;
     }
     uint64_t total() const { return total_; }
-    uint64_t countOf(uint8_t command) const { return counts_[command]; }
+    uint64_t countOf(uint8_t command) const { return counts_[command].reports; }
+    // Of these, how many had the number of the one before: the host had not had its answer in time.
+    uint64_t repeatsOf(uint8_t command) const { return counts_[command].repeats; }
     // The device left the bus: nothing of before may reach the next connection.
     void clear()
     {
@@ -95,8 +100,14 @@ public:
     unsigned plugging = 0; // how often the device has left the bus
 
 private:
+    struct CommandCount {
+        uint64_t reports = 0;
+        uint64_t repeats = 0;
+        uint8_t lastNumber = 0; // no request has this one
+    };
+
     uint64_t total_ = 0; // sound reports from the host
-    std::array<uint64_t, 256> counts_{};
+    std::array<CommandCount, 256> counts_{};
 };
 
 // What a fault makes of a sound answer; the table of FaultKind says what.

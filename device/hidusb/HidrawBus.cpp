@@ -3,13 +3,13 @@
 #include "device/hidusb/HidrawBus.h"
 
 #include "device/hidusb/Thread.h"
+#include "device/hidusb/Udev.h"
 #include "device/hidusb/WaitableFile.h"
 
 #include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <libudev.h>
 #include <linux/hidraw.h>
 #include <mutex>
 #include <set>
@@ -99,8 +99,10 @@ private:
 class UdevChanges : public ChangeSource
 {
 public:
-    UdevChanges(udev *context, udev_monitor *monitor)
-        : context_(context), monitor_(monitor), events_(dup(udev_monitor_get_fd(monitor)))
+    UdevChanges(UdevHandle<udev> context, UdevHandle<udev_monitor> monitor)
+        : context_(std::move(context))
+        , monitor_(std::move(monitor))
+        , events_(dup(udev_monitor_get_fd(monitor_.get())))
     {
         const std::lock_guard lock(watches().mutex);
         watches().all.insert(this);
@@ -111,8 +113,9 @@ public:
             const std::lock_guard lock(watches().mutex);
             watches().all.erase(this);
         }
-        udev_monitor_unref(monitor_);
-        udev_unref(context_);
+        const auto lock = lockUdev();
+        monitor_.reset();
+        context_.reset();
     }
 
     bool wait(int timeoutMs) override
@@ -121,11 +124,11 @@ public:
         bool changed = nodeGone_.exchange(false);
         if (!readable)
             return changed;
-        while (udev_device *device = udev_monitor_receive_device(monitor_)) {
-            const char *action = udev_device_get_action(device);
+        const auto lock = lockUdev();
+        while (const UdevHandle<udev_device> device{udev_monitor_receive_device(monitor_.get())}) {
+            const char *action = udev_device_get_action(device.get());
             changed = changed || (action != nullptr &&
                                   (std::strcmp(action, "add") == 0 || std::strcmp(action, "remove") == 0));
-            udev_device_unref(device);
         }
         return changed;
     }
@@ -138,8 +141,8 @@ public:
     }
 
 private:
-    udev *const context_;
-    udev_monitor *const monitor_;
+    UdevHandle<udev> context_;
+    UdevHandle<udev_monitor> monitor_;
     WaitableFile events_;
     std::atomic<bool> nodeGone_{false};
 };
@@ -177,21 +180,19 @@ std::unique_ptr<ReportPort> HidrawBus::open(const std::string &path)
 
 std::unique_ptr<ChangeSource> HidrawBus::watch()
 {
-    udev *context = udev_new();
-    if (context == nullptr)
+    const auto lock = lockUdev();
+    UdevHandle<udev> context(udev_new());
+    if (!context)
         return nullptr;
     // Where no udev daemon runs, as in a container, the kernel's own events are all there is. With one they
     // would come before the node has its access rights.
     const bool daemon = access("/run/udev/control", F_OK) == 0;
-    udev_monitor *monitor = udev_monitor_new_from_netlink(context, daemon ? "udev" : "kernel");
-    if (monitor != nullptr &&
-        udev_monitor_filter_add_match_subsystem_devtype(monitor, "hidraw", nullptr) >= 0 &&
-        udev_monitor_enable_receiving(monitor) >= 0)
-        return std::make_unique<UdevChanges>(context, monitor);
-    if (monitor != nullptr)
-        udev_monitor_unref(monitor);
-    udev_unref(context);
-    return nullptr;
+    UdevHandle<udev_monitor> monitor(
+        udev_monitor_new_from_netlink(context.get(), daemon ? "udev" : "kernel"));
+    if (!monitor || udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), "hidraw", nullptr) < 0 ||
+        udev_monitor_enable_receiving(monitor.get()) < 0)
+        return nullptr;
+    return std::make_unique<UdevChanges>(std::move(context), std::move(monitor));
 }
 
 } // namespace hidusb

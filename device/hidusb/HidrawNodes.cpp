@@ -3,6 +3,7 @@
 #include "device/hidusb/HidrawNodes.h"
 
 #include "device/hidusb/ReportDescriptor.h"
+#include "device/hidusb/Udev.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -10,7 +11,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <libudev.h>
 
 namespace hidusb
 {
@@ -55,16 +55,13 @@ static std::vector<InterfaceInfo> interfacesOf(udev_device *node)
 
 static std::vector<InterfaceInfo> askUdev(const std::string &name)
 {
-    udev *context = udev_new();
-    if (context == nullptr)
+    const auto lock = lockUdev();
+    const UdevHandle<udev> context(udev_new());
+    if (!context)
         return {};
-    std::vector<InterfaceInfo> interfaces;
-    if (udev_device *node = udev_device_new_from_subsystem_sysname(context, "hidraw", name.c_str())) {
-        interfaces = interfacesOf(node);
-        udev_device_unref(node);
-    }
-    udev_unref(context);
-    return interfaces;
+    const UdevHandle<udev_device> node(
+        udev_device_new_from_subsystem_sysname(context.get(), "hidraw", name.c_str()));
+    return node ? interfacesOf(node.get()) : std::vector<InterfaceInfo>();
 }
 
 std::vector<InterfaceInfo> HidrawNodes::list()

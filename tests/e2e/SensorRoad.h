@@ -77,9 +77,13 @@ public:
 
     QString plug() const { return link.device ? QStringLiteral("r") : QStringLiteral("m"); }
     FlashDataMap flash() { return program.bus.record("m"); }
+    // Without those that are tried again, as a machine that is busy makes necessary.
     uint64_t writes()
     {
-        return program.bus.emulated.reportCount(link.device ? "r" : "m", wire::Command::FlashWrite);
+        const char *const plugged = link.device ? "r" : "m";
+        emulator::Emulator &device = program.bus.emulated;
+        const uint64_t repeats = device.repeatCount(plugged, wire::Command::FlashWrite);
+        return device.reportCount(plugged, wire::Command::FlashWrite) - repeats;
     }
 
     Sensor *page() const { return program.window->findChild<Sensor *>(); }

@@ -179,6 +179,21 @@ TEST_F(EmulatorCommands, FactoryFlashAsAWhole)
     EXPECT_EQ(emulator_.reportCount("cable", Command::FlashWrite), 0U);
 }
 
+TEST_F(EmulatorCommands, WhatComesAgainIsCountedApart)
+{
+    RawClient client(folder_.path(), "cable");
+    for (const uint8_t number : {7, 7, 7, 8, 7}) {
+        const wire::Report read = RawClient::request(Command::FlashRead, number, {1});
+        ASSERT_TRUE(client.send(&read, sizeof read) && client.receive());
+        const wire::Report other = RawClient::request(Command::OnLine, number);
+        ASSERT_TRUE(client.send(&other, sizeof other) && client.receive());
+    }
+    EXPECT_EQ(emulator_.reportCount("cable", Command::FlashRead), 5U);
+    EXPECT_EQ(emulator_.repeatCount("cable", Command::FlashRead), 2U);
+    EXPECT_EQ(emulator_.repeatCount("cable", Command::FlashWrite), 0U);
+    EXPECT_EQ(emulator_.repeatCount("none", Command::FlashRead), 0U);
+}
+
 TEST_F(EmulatorCommands, OffLine)
 {
     order("radio air1 off");

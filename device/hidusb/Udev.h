@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Handles of libudev that release themselves, and the lock under which it is called. What it gives out
+// belongs to one thread, but even calls about unrelated things write to something that the library keeps for
+// all of them.
+#pragma once
+
+#include <libudev.h>
+#include <memory>
+#include <mutex>
+
+namespace hidusb
+{
+
+struct UdevRelease {
+    void operator()(udev *context) const { udev_unref(context); }
+    void operator()(udev_device *device) const { udev_device_unref(device); }
+    void operator()(udev_monitor *monitor) const { udev_monitor_unref(monitor); }
+};
+template <typename Object> using UdevHandle = std::unique_ptr<Object, UdevRelease>;
+
+// Held for calls that do not wait, and released before anybody is told of what they gave.
+[[nodiscard]] inline std::unique_lock<std::mutex> lockUdev()
+{
+    static auto *const mutex = new std::mutex;
+    return std::unique_lock(*mutex);
+}
+
+} // namespace hidusb
