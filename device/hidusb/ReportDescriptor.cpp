@@ -37,7 +37,7 @@ std::vector<uint16_t> usagePages(const std::vector<uint8_t> &descriptor)
         size = sizeOfData(descriptor, at);
         if (size > descriptor.size() - at - 1)
             break;
-        const uint8_t tag = descriptor[at] == LongItem ? 0 : descriptor[at] & 0xFC;
+        const uint8_t tag = descriptor[at] & 0xFC;
         if (tag == UsagePage && size > 0)
             page = static_cast<uint16_t>(descriptor[at + 1] | (size > 1 ? descriptor[at + 2] << 8 : 0));
         else if (tag == EndCollection)
