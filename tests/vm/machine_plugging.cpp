@@ -162,6 +162,7 @@ TEST_F(Plugging, ANodeThatComesBackAsAnotherDevice)
     plug("rx8k");
     const std::string path = nodeOf("rx8k");
     ASSERT_TRUE(load(path));
+    EXPECT_EQ(find("0005"), std::vector<std::string>{path});
     const FlashDataMap other = flashOf("air4");
     unplug("rx8k");
     plug("rx4k");
