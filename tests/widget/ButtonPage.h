@@ -141,6 +141,22 @@ private:
     }
 };
 
+// A test of the page, with a new page for each function.
+class ButtonPageTest : public QObject
+{
+protected:
+    ButtonPage &page() { return *made; }
+    void begin()
+    {
+        fixture::clean();
+        made = std::make_unique<ButtonPage>();
+    }
+    void end() { made.reset(); }
+
+private:
+    std::unique_ptr<ButtonPage> made;
+};
+
 // main() of a test of the page.
 template <typename Test> int runButtonPageTest(int argc, char **argv)
 {

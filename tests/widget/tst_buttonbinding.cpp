@@ -26,13 +26,11 @@ void nameMacro(MacroBlock *block, const char *name)
 
 } // namespace
 
-class tst_ButtonBinding : public QObject
+class tst_ButtonBinding : public ButtonPageTest
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<ButtonPage> made;
-    ButtonPage &page() { return *made; }
     static std::size_t updates() { return FakeHidUsb::instance().updates().size(); }
     void open(const char *caption, const ButtonAction &action)
     {
@@ -60,11 +58,10 @@ private:
 private slots:
     void init()
     {
-        fixture::clean();
-        made = std::make_unique<ButtonPage>();
+        begin();
         page().show(ButtonPage::plainRecord());
     }
-    void cleanup() { made.reset(); }
+    void cleanup() { end(); }
 
     // ---- Functions
 

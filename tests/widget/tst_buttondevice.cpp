@@ -10,13 +10,11 @@
 #include <QLineEdit>
 #include <cstring>
 
-class tst_ButtonDevice : public QObject
+class tst_ButtonDevice : public ButtonPageTest
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<ButtonPage> made;
-    ButtonPage &page() { return *made; }
     QComboBox *profiles() { return page().form.findChild<QComboBox *>("ProjectChoose"); }
     static void tellProfiles(int total, int selected, bool enabled)
     {
@@ -34,11 +32,10 @@ private:
 private slots:
     void init()
     {
-        fixture::clean();
-        made = std::make_unique<ButtonPage>();
+        begin();
         page().show(ButtonPage::plainRecord());
     }
-    void cleanup() { made.reset(); }
+    void cleanup() { end(); }
 
     // ---- Profiles
 

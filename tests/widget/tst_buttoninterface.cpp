@@ -9,13 +9,11 @@
 #include <QComboBox>
 #include <random>
 
-class tst_Buttoninterface : public QObject
+class tst_Buttoninterface : public ButtonPageTest
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<ButtonPage> made;
-    ButtonPage &page() { return *made; }
     // The slots, with classes that are mostly known, and some of what lies behind them.
     static void alter(FlashDataMap &map, std::mt19937 &random)
     {
@@ -29,12 +27,8 @@ private:
     }
 
 private slots:
-    void init()
-    {
-        fixture::clean();
-        made = std::make_unique<ButtonPage>();
-    }
-    void cleanup() { made.reset(); }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     // ---- The form
 

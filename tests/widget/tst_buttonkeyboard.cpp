@@ -5,13 +5,11 @@
 #include "presentation/FocusRing.h"
 #include "tests/widget/ButtonPage.h"
 
-class tst_ButtonKeyboard : public QObject
+class tst_ButtonKeyboard : public ButtonPageTest
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<ButtonPage> made;
-    ButtonPage &page() { return *made; }
     // What has the focus, from where it is on.
     QStringList tabbed(int count)
     {
@@ -22,12 +20,8 @@ private:
     }
 
 private slots:
-    void init()
-    {
-        fixture::clean();
-        made = std::make_unique<ButtonPage>();
-    }
-    void cleanup() { made.reset(); }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void theKeyboardAloneBinds()
     {

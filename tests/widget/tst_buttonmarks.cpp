@@ -25,21 +25,13 @@ constexpr MarkerRow Markers[] = {
 
 } // namespace
 
-class tst_ButtonMarks : public QObject
+class tst_ButtonMarks : public ButtonPageTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<ButtonPage> made;
-    ButtonPage &page() { return *made; }
-
 private slots:
-    void init()
-    {
-        fixture::clean();
-        made = std::make_unique<ButtonPage>();
-    }
-    void cleanup() { made.reset(); }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void marksStandAsTheModelWants_data()
     {

@@ -47,21 +47,13 @@ constexpr ChoiceRow Choices[] = {
 
 } // namespace
 
-class tst_ButtonOpening : public QObject
+class tst_ButtonOpening : public ButtonPageTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<ButtonPage> made;
-    ButtonPage &page() { return *made; }
-
 private slots:
-    void init()
-    {
-        fixture::clean();
-        made = std::make_unique<ButtonPage>();
-    }
-    void cleanup() { made.reset(); }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void aButtonOpensOnItsAction_data()
     {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Leaving a device, hiding and closing: what the layer is told in which order, and when the image of the
-// device is kept.
+// Leaving a device, hiding, coming back and closing: what the layer is told in which order, and when the
+// image of the device is kept.
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
 #include "device/ImageCache.h"
@@ -71,25 +71,35 @@ private slots:
 
     void waysToEnd_data()
     {
+        QTest::addColumn<bool>("onDevicePage");
         QTest::addColumn<int>("index");
         QTest::addColumn<QStringList>("wanted");
         QTest::addColumn<bool>("closes");
         QTest::addColumn<bool>("hides");
         const QString letGo = "UsbServer_SetPCDriverStatus 0";
         const QStringList end = {"StopUsbChanged", "UsbServer_Exit"};
-        QTest::newRow("hide") << 0 << QStringList{letGo} << false << true;
-        QTest::newRow("close") << 1 << QStringList{letGo} + end << true << false;
-        QTest::newRow("hide alone") << 2 << QStringList{} << false << true;
-        QTest::newRow("close alone") << 3 << end << true << false;
-        QTest::newRow("none of them") << 4 << QStringList{} << false << false;
+        for (const bool onDevicePage : {false, true}) {
+            const auto row = [onDevicePage](const char *name) -> QTestData & {
+                return QTest::addRow("%s, %s page", name, onDevicePage ? "device" : "selection")
+                       << onDevicePage;
+            };
+            row("hide") << 0 << QStringList{letGo} << false << true;
+            row("close") << 1 << QStringList{letGo} + end << true << false;
+            row("hide alone") << 2 << QStringList{} << false << true;
+            row("close alone") << 3 << end << true << false;
+            row("none of them") << 4 << QStringList{} << false << false;
+        }
     }
     void waysToEnd()
     {
+        QFETCH(bool, onDevicePage);
         QFETCH(int, index);
         QFETCH(QStringList, wanted);
         QFETCH(bool, closes);
         QFETCH(bool, hides);
-        openDevicePage();
+        if (onDevicePage)
+            openDevicePage();
+        fake.clearCalls();
         emit PostMsg::instance()->SigChangeSize(index);
         QCOMPARE(calls(), wanted);
         QCOMPARE(window->isHidden(), closes);
@@ -204,6 +214,74 @@ private slots:
         button("UpArrow")->click();
         QCOMPARE(keptRate(), -1);
         QVERIFY(QDir(dataRoot() + "/Device_Info").entryList(QDir::Files | QDir::Hidden).isEmpty());
+    }
+
+    // ---- To the tray and back
+
+    void trayReasons_data()
+    {
+        QTest::addColumn<int>("reason");
+        QTest::addColumn<bool>("onDevicePage");
+        QTest::addColumn<bool>("comesBack");
+        QTest::addColumn<bool>("takesCharge"); // of the device
+        using Reason = QSystemTrayIcon::ActivationReason;
+        const auto row = [](const char *name, Reason reason, bool comesBack, bool takesCharge) {
+            QTest::addRow("%s, selection page", name) << int(reason) << false << comesBack << false;
+            QTest::addRow("%s, device page", name) << int(reason) << true << comesBack << takesCharge;
+        };
+        row("double click", QSystemTrayIcon::DoubleClick, true, false);
+        row("click", QSystemTrayIcon::Trigger, true, true);
+        row("menu", QSystemTrayIcon::Context, false, false);
+        row("middle click", QSystemTrayIcon::MiddleClick, false, false);
+        row("unknown", QSystemTrayIcon::Unknown, false, false);
+        row("first entry of the menu", Reason(-1), true, true);
+    }
+    void trayReasons()
+    {
+        QFETCH(int, reason);
+        QFETCH(bool, onDevicePage);
+        QFETCH(bool, comesBack);
+        QFETCH(bool, takesCharge);
+        if (onDevicePage)
+            openDevicePage();
+        window->hide();
+        fake.clearCalls();
+        if (reason < 0)
+            window->slotActionMain();
+        else
+            window->on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason(reason));
+        QCOMPARE(window->isVisible(), comesBack);
+        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), takesCharge ? 1 : 0);
+        if (takesCharge)
+            QCOMPARE(fake.calls().back(), std::string("UsbServer_SetPCDriverStatus 1"));
+        QTRY_VERIFY(fake.idle());
+    }
+
+    // Without a tray the window stands in the task bar, and its return is that of a click on the icon.
+    void theReturnFromTheTaskBarTakesCharge_data()
+    {
+        QTest::addColumn<bool>("onDevicePage");
+        QTest::newRow("selection page") << false;
+        QTest::newRow("device page") << true;
+    }
+    void theReturnFromTheTaskBarTakesCharge()
+    {
+        QFETCH(bool, onDevicePage);
+        if (onDevicePage)
+            openDevicePage();
+        emit PostMsg::instance()->SigChangeSize(0);
+        QVERIFY(window->isMinimized());
+        fake.clearCalls();
+        window->showNormal();
+        QVERIFY(!window->isMinimized());
+        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), onDevicePage ? 1 : 0);
+        if (onDevicePage)
+            QCOMPARE(fake.calls().back(), std::string("UsbServer_SetPCDriverStatus 1"));
+        fake.clearCalls();
+        window->showMinimized(); // by the window manager: the device was never let go
+        window->showNormal();
+        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), 0);
+        QTRY_VERIFY(fake.idle());
     }
 };
 
