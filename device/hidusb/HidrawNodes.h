@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // HidrawNodes: the HID interfaces for which the kernel has a hidraw node now. A search asks once for each
-// product that may be there, and udev takes about a millisecond for each node, so what a node is gets asked
+// product that may be there, and udev reads all of a node's parents each time, so what a node is gets asked
 // only once.
 #pragma once
 

@@ -77,7 +77,8 @@ public:
 
     QString plug() const { return link.device ? QStringLiteral("r") : QStringLiteral("m"); }
     FlashDataMap flash() { return program.bus.record("m"); }
-    // Without those that are tried again, as a machine that is busy makes necessary.
+    // Without those that come again under the same number, which the layer sends when an answer is late, as
+    // it may be on a busy machine. A second edit has a number of its own and counts.
     uint64_t writes()
     {
         const char *const plugged = link.device ? "r" : "m";
