@@ -155,10 +155,10 @@ uint64_t Emulator::reportCount(const std::string &id, wire::Command command)
         id, [command](const Traffic &traffic) { return traffic.countOf(static_cast<uint8_t>(command)); });
 }
 
-uint64_t Emulator::repeatCount(const std::string &id, wire::Command command)
+uint64_t Emulator::requestCount(const std::string &id, wire::Command command)
 {
     return ofTraffic(
-        id, [command](const Traffic &traffic) { return traffic.repeatsOf(static_cast<uint8_t>(command)); });
+        id, [command](const Traffic &traffic) { return traffic.requestsOf(static_cast<uint8_t>(command)); });
 }
 
 std::size_t Emulator::clientCount()

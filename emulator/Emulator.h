@@ -54,8 +54,9 @@ public:
     // Sound reports that the host has sent to this plug, all or of one command; 0 for an unknown id.
     uint64_t reportCount(const std::string &id);
     uint64_t reportCount(const std::string &id, wire::Command command);
-    // Of these, the ones that came again under the same number, since the answer was not there in time.
-    uint64_t repeatCount(const std::string &id, wire::Command command);
+    // Of these, without the ones that came again under the number of the one before, since the answer was
+    // not there in time.
+    uint64_t requestCount(const std::string &id, wire::Command command);
     std::size_t clientCount();
     // What is on the bus now.
     std::vector<Interface> interfaces();

@@ -79,13 +79,13 @@ public:
         ++total_;
         CommandCount &its = counts_[report.CommandCode];
         ++its.reports;
-        its.repeats += its.lastNumber == report.Sequence ? 1 : 0;
+        its.requests += its.lastNumber == report.Sequence ? 0 : 1;
         its.lastNumber = report.Sequence;
     }
     uint64_t total() const { return total_; }
     uint64_t countOf(uint8_t command) const { return counts_[command].reports; }
-    // Of these, how many had the number of the one before: the host had not had its answer in time.
-    uint64_t repeatsOf(uint8_t command) const { return counts_[command].repeats; }
+    // The same without those that had the number of the one before: the host had not had its answer in time.
+    uint64_t requestsOf(uint8_t command) const { return counts_[command].requests; }
     // The device left the bus: nothing of before may reach the next connection.
     void clear()
     {
@@ -102,7 +102,7 @@ public:
 private:
     struct CommandCount {
         uint64_t reports = 0;
-        uint64_t repeats = 0;
+        uint64_t requests = 0;
         uint8_t lastNumber = 0; // no request has this one
     };
 

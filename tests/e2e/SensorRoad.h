@@ -81,10 +81,7 @@ public:
     // it may be on a busy machine. A second edit has a number of its own and counts.
     uint64_t writes()
     {
-        const char *const plugged = link.device ? "r" : "m";
-        emulator::Emulator &device = program.bus.emulated;
-        const uint64_t repeats = device.repeatCount(plugged, wire::Command::FlashWrite);
-        return device.reportCount(plugged, wire::Command::FlashWrite) - repeats;
+        return program.bus.emulated.requestCount(link.device ? "r" : "m", wire::Command::FlashWrite);
     }
 
     Sensor *page() const { return program.window->findChild<Sensor *>(); }

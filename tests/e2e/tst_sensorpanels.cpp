@@ -91,14 +91,15 @@ private slots:
         QFETCH(int, link);
         SensorRoad road(SensorModels[1], SensorLinks[link]);
         QCOMPARE(open(road, "Advanced"), QString());
-        press("StopClose", Qt::Key_Home);
+        const auto sleep = [&road](Qt::Key key, int index) {
+            return road.edit(
+                [key] { press("StopClose", key); },
+                [index](FlashDataMap &map) { map.StopCloseTime = SleepCodes[std::size_t(index)]; });
+        };
+        QCOMPARE(sleep(Qt::Key_Home, 0), QString());
         for (int i = 1; i < SleepItems; ++i)
-            QCOMPARE(road.edit([] { press("StopClose", Qt::Key_Down); },
-                               [=](FlashDataMap &map) { map.StopCloseTime = SleepCodes[std::size_t(i)]; }),
-                     QString());
-        QCOMPARE(road.edit([] { press("StopClose", Qt::Key_Home); },
-                           [](FlashDataMap &map) { map.StopCloseTime = SleepCodes[0]; }),
-                 QString());
+            QCOMPARE(sleep(Qt::Key_Down, i), QString());
+        QCOMPARE(sleep(Qt::Key_Home, 0), QString());
         for (int degrees = -30; degrees <= 30; ++degrees)
             QCOMPARE(road.edit([=] { moveTo("AngleSet", degrees); },
                                [=](FlashDataMap &map) {

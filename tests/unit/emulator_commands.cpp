@@ -189,9 +189,9 @@ TEST_F(EmulatorCommands, WhatComesAgainIsCountedApart)
         ASSERT_TRUE(client.send(&other, sizeof other) && client.receive());
     }
     EXPECT_EQ(emulator_.reportCount("cable", Command::FlashRead), 5U);
-    EXPECT_EQ(emulator_.repeatCount("cable", Command::FlashRead), 2U);
-    EXPECT_EQ(emulator_.repeatCount("cable", Command::FlashWrite), 0U);
-    EXPECT_EQ(emulator_.repeatCount("none", Command::FlashRead), 0U);
+    EXPECT_EQ(emulator_.requestCount("cable", Command::FlashRead), 3U);
+    EXPECT_EQ(emulator_.requestCount("cable", Command::FlashWrite), 0U);
+    EXPECT_EQ(emulator_.requestCount("none", Command::FlashRead), 0U);
 }
 
 TEST_F(EmulatorCommands, OffLine)
