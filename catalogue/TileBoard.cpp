@@ -31,15 +31,6 @@ constexpr TilePlace Places[TilesOnPage][TilesOnPage] = {
     {{0, 225, 7}, {300, 525, 307}, {600, 825, 607}},
 };
 
-QLabel *addLabel(QWidget *page, const QString &name, const QString &sheet)
-{
-    auto *label = new QLabel(page);
-    label->setObjectName(name);
-    label->setStyleSheet(sheet);
-    label->hide();
-    return label;
-}
-
 } // namespace
 
 TileBoard::TileBoard(QStackedWidget *tileStack, const QString &pictures) : stack(tileStack), folder(pictures)
@@ -106,6 +97,17 @@ void TileBoard::addPage(const std::vector<DeviceAllInfo> &devices, int first, in
     stack->addWidget(page);
 }
 
+// Hidden; without a picture it stays empty.
+QLabel *TileBoard::addLabel(QWidget *page, const QString &name, const QString &picture) const
+{
+    auto *label = new QLabel(page);
+    label->setObjectName(name);
+    if (!picture.isEmpty())
+        label->setStyleSheet(style::labelPicture(folder, picture));
+    label->hide();
+    return label;
+}
+
 TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInfo &device)
 {
     const QString number = QString::number(index);
@@ -116,10 +118,9 @@ TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInf
     const QString link = device.Usb ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png");
     const QString badge = rateBadge(device.DeviceKind);
     const Tile tile{button,
-                    addLabel(page, QStringLiteral("label") + number,
-                             style::labelPicture(folder, QStringLiteral("DisOnline.png"))),
-                    addLabel(page, QStringLiteral("UsbWifi") + number, style::labelPicture(folder, link)),
-                    addLabel(page, QStringLiteral("Rate") + number, style::labelPicture(folder, badge))};
+                    addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
+                    addLabel(page, QStringLiteral("UsbWifi") + number, link),
+                    addLabel(page, QStringLiteral("Rate") + number, badge)};
     tile.offline->setToolTip(offlineTip);
     tile.offline->setFont(offlineFont);
     tile.badge->setVisible(!badge.isEmpty());

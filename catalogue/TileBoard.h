@@ -45,6 +45,7 @@ private:
     bool pageFits(const std::vector<DeviceAllInfo> &devices, int first, int count) const;
     void dropPagesFrom(int page);
     void addPage(const std::vector<DeviceAllInfo> &devices, int first, int count);
+    QLabel *addLabel(QWidget *page, const QString &name, const QString &picture) const;
     Tile makeTile(QWidget *page, int index, const DeviceAllInfo &device);
 
     QStackedWidget *stack;

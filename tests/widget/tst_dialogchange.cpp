@@ -89,6 +89,15 @@ private slots:
         QCOMPARE(child<QLabel>("Rate" + number)->geometry(), QRect(badgeX, 10, 42, 26));
     }
 
+    void aKindWithoutABadgeNamesNoPicture()
+    {
+        build();
+        plug({fixture::device("w", 8, CableKind), fixture::device("x", 8, CableKind - 1)});
+        QVERIFY(!child<QLabel>("Rate0")->isHidden());
+        QVERIFY(child<QLabel>("Rate1")->isHidden());
+        QCOMPARE(child<QLabel>("Rate1")->styleSheet(), QString());
+    }
+
     void aTileShowsItsDevice()
     {
         FakeDevice strange = fixture::device("x", 99, Receiver1K);
