@@ -92,7 +92,7 @@ private slots:
     void aKindWithoutABadgeNamesNoPicture()
     {
         build();
-        plug({fixture::device("w", 8, CableKind), fixture::device("x", 8, CableKind - 1)});
+        plug({fixture::device("w", 8, CableKind), fixture::device("x", 7, CableKind - 1)});
         QVERIFY(!child<QLabel>("Rate0")->isHidden());
         QVERIFY(child<QLabel>("Rate1")->isHidden());
         QCOMPARE(child<QLabel>("Rate1")->styleSheet(), QString());
