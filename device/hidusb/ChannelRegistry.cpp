@@ -9,33 +9,45 @@ namespace hidusb
 
 ChannelRegistry &ChannelRegistry::instance()
 {
-    static auto *registry = new ChannelRegistry;
+    static auto *registry = new ChannelRegistry(bus());
     return *registry;
 }
 
+// The kernel takes its time to open a device, and seconds for one that does not wake up. Nobody who asks
+// another device waits for that.
 std::shared_ptr<Channel> ChannelRegistry::acquire(const std::string &path)
+{
+    if (std::shared_ptr<Channel> known = holdKnown(path))
+        return known;
+    std::unique_ptr<ReportPort> port = bus_.open(path);
+    return port ? holdNew(path, std::move(port)) : nullptr;
+}
+
+std::shared_ptr<Channel> ChannelRegistry::holdKnown(const std::string &path)
 {
     const std::lock_guard lock(mutex_);
     const auto at = channels_.find(path);
-    const ChannelPtr channel = at != channels_.end() && !at->second->isDead() ? at->second : open(path);
-    if (!channel)
-        return nullptr;
-    channel->hold();
-    Channel *held = channel.get();
-    return {held, [channel](Channel *) { channel->release(); }};
+    return at != channels_.end() && !at->second->isDead() ? hold(at->second) : nullptr;
 }
 
-ChannelRegistry::ChannelPtr ChannelRegistry::open(const std::string &path)
+// Whoever was quicker has opened the channel that all use.
+std::shared_ptr<Channel> ChannelRegistry::holdNew(const std::string &path, std::unique_ptr<ReportPort> port)
 {
-    std::unique_ptr<ReportPort> port = bus().open(path);
-    if (!port)
-        return nullptr;
-    auto channel = std::make_shared<Channel>(std::move(port));
-    channels_[path] = channel;
-    if (startThread([this, path, channel] { read(path, channel); }))
-        return channel;
+    const std::lock_guard lock(mutex_);
+    ChannelPtr &place = channels_[path];
+    if (place && !place->isDead())
+        return hold(place);
+    place = std::make_shared<Channel>(std::move(port));
+    if (startThread([this, path, channel = place] { read(path, channel); }))
+        return hold(place);
     channels_.erase(path);
     return nullptr;
+}
+
+std::shared_ptr<Channel> ChannelRegistry::hold(const ChannelPtr &channel)
+{
+    channel->hold();
+    return {channel.get(), [channel](Channel *) { channel->release(); }};
 }
 
 void ChannelRegistry::read(const std::string &path, const ChannelPtr &channel)

@@ -16,18 +16,22 @@ namespace hidusb
 class ChannelRegistry
 {
 public:
-    static ChannelRegistry &instance();
+    explicit ChannelRegistry(Bus &bus) : bus_(bus) {}
+    static ChannelRegistry &instance(); // over the bus of this process
     std::shared_ptr<Channel> acquire(const std::string &path);
 
 private:
     using ChannelPtr = std::shared_ptr<Channel>;
 
-    ChannelPtr open(const std::string &path);
+    static std::shared_ptr<Channel> hold(const ChannelPtr &channel);
+    std::shared_ptr<Channel> holdKnown(const std::string &path);
+    std::shared_ptr<Channel> holdNew(const std::string &path, std::unique_ptr<ReportPort> port);
     void read(const std::string &path, const ChannelPtr &channel);
     void drop(const std::string &path, const ChannelPtr &channel);
     bool dropUnheld(const std::string &path, const ChannelPtr &channel);
     void erase(const std::string &path, const ChannelPtr &channel);
 
+    Bus &bus_;
     std::mutex mutex_;
     std::map<std::string, ChannelPtr> channels_;
 };

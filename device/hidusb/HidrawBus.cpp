@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/hidusb/HidrawBus.h"
 
-#include "device/hidusb/Thread.h"
+#include "device/hidusb/ReportWriter.h"
 #include "device/hidusb/Udev.h"
 #include "device/hidusb/WaitableFile.h"
 
@@ -38,27 +38,15 @@ Watches &watches()
 
 void sayThatANodeIsGone();
 
-// The kernel may hold a writer for seconds while a device hangs, so reports are written on a thread of
-// their own, which keeps a descriptor of its own for as long.
+// A descriptor that no child process inherits.
+int copyOf(int file) { return fcntl(file, F_DUPFD_CLOEXEC, 0); }
+
 class HidrawPort : public ReportPort
 {
 public:
-    explicit HidrawPort(int node)
-        : node_(node), written_(std::make_shared<WaitableFile>(fcntl(node, F_DUPFD_CLOEXEC, 0)))
-    {
-    }
+    explicit HidrawPort(int node) : node_(node), writer_(copyOf(node)) {}
 
-    bool write(const uint8_t *bytes, std::size_t size) override
-    {
-        constexpr std::size_t waitingReports = 32;
-        std::vector<uint8_t> report(bytes, bytes + size);
-        return writer_.post(
-            [node = written_, report] {
-                // A report that does not go out is one that stays unanswered.
-                [[maybe_unused]] const ssize_t written = ::write(node->file(), report.data(), report.size());
-            },
-            waitingReports);
-    }
+    bool write(const uint8_t *bytes, std::size_t size) override { return writer_.post(bytes, size); }
 
     // A read error is a removal, which udev may tell seconds later.
     Received read(uint8_t *bytes, std::size_t capacity, int timeoutMs) override
@@ -91,8 +79,7 @@ private:
     }
 
     WaitableFile node_;
-    const std::shared_ptr<WaitableFile> written_;
-    TaskQueue writer_;
+    ReportWriter writer_;
     std::atomic<bool> toldGone_{false};
 };
 
@@ -102,7 +89,7 @@ public:
     UdevChanges(UdevHandle<udev> context, UdevHandle<udev_monitor> monitor)
         : context_(std::move(context))
         , monitor_(std::move(monitor))
-        , events_(dup(udev_monitor_get_fd(monitor_.get())))
+        , events_(copyOf(udev_monitor_get_fd(monitor_.get())))
     {
         const std::lock_guard lock(watches().mutex);
         watches().all.insert(this);

@@ -10,7 +10,9 @@ add_morlen_test(hidusb_core_test
     hidusb_codec.cpp
     hidusb_descriptor.cpp
     hidusb_mirror.cpp
+    hidusb_registry.cpp
     hidusb_wire.cpp
+    hidusb_reportwriter.cpp
   LINKS hidusb_core hidusb_support GTest::gtest_main)
 # What the program sees: the library itself.
 add_morlen_test(hidusb_test

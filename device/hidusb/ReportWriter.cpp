@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "device/hidusb/ReportWriter.h"
+
+#include <unistd.h>
+#include <vector>
+
+namespace hidusb
+{
+
+constexpr std::size_t WaitingReports = 32;
+
+ReportWriter::ReportWriter(int node) : node_(std::make_shared<Node>(node)) {}
+
+ReportWriter::~ReportWriter() { node_->closed = true; }
+
+bool ReportWriter::post(const uint8_t *bytes, std::size_t size)
+{
+    const auto write = [node = node_, report = std::vector<uint8_t>(bytes, bytes + size)] {
+        if (node->closed)
+            return;
+        // A report that does not go out is one that stays unanswered.
+        [[maybe_unused]] const ssize_t written = ::write(node->file.file(), report.data(), report.size());
+    };
+    return queue_.post(write, WaitingReports);
+}
+
+} // namespace hidusb

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// ReportWriter: writes reports to a node on a thread of its own, since the kernel may hold a writer for
+// seconds while a device hangs. Nobody waits for it, not even its end: the descriptor closes when the write
+// that is under way returns, and what still waits then is dropped. It would reach the device after whatever
+// is asked of it by the next one who opens it.
+#pragma once
+
+#include "device/hidusb/Thread.h"
+#include "device/hidusb/WaitableFile.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+namespace hidusb
+{
+
+class ReportWriter
+{
+public:
+    explicit ReportWriter(int node); // takes ownership
+    ~ReportWriter();
+    ReportWriter(const ReportWriter &) = delete;
+    ReportWriter &operator=(const ReportWriter &) = delete;
+
+    // From any thread. False: too many wait already, this one is dropped.
+    bool post(const uint8_t *bytes, std::size_t size);
+
+private:
+    struct Node {
+        explicit Node(int node) : file(node) {}
+        const WaitableFile file;
+        std::atomic<bool> closed{false};
+    };
+
+    const std::shared_ptr<Node> node_;
+    TaskQueue queue_;
+};
+
+} // namespace hidusb
