@@ -144,9 +144,13 @@ void Connection::work()
         changed_.wait(lock, [this] { return hasWork(); });
         if (ended_)
             break;
+        const auto before = static_cast<std::ptrdiff_t>(orders_.size());
         if (!reach(lock)) {
-            orders_.clear(); // a read to a device that went away yields nothing
-            later_.reset();
+            // A read to a device that went away yields nothing. What was ordered meanwhile may be for the one
+            // that has come since.
+            orders_.erase(orders_.begin(), orders_.begin() + before);
+            if (!awaitsProfile())
+                later_.reset();
         } else if (retry_) {
             writeNext(lock, 1);
         } else if (!resting_ && mirror_.next()) {
@@ -191,6 +195,7 @@ void Connection::carryOut(Lock &lock, const Order &order)
     if (order.command == Command::FlashRead) {
         if (resting_)
             writeNext(lock, 1); // what was given before a read goes out before it
+        returned_ = false;
         answered = readFlash(lock, order.address, order.argument > 0 ? order.argument : FlashSize);
         if (isWholeRead(order))
             readOwed_ = !answered;
@@ -202,6 +207,8 @@ void Connection::carryOut(Lock &lock, const Order &order)
     if (answered)
         resting_ = false;
     orders_.pop_front(); // only now: an update meanwhile belongs behind it
+    if (isWholeRead(order) && readOwed_ && returned_)
+        owe(); // it came back before anybody knew that it had been away
     if (changesProfile(order) && !awaitsProfile()) {
         // What is wanted of the one profile isn't wanted of the other. What is known of the one still serves
         // to find an edit that comes before the next full read.
@@ -300,8 +307,10 @@ void Connection::notice(const wire::Report &report)
             mirror_.forget();
         const bool returned = report.command() == Command::OnLineChanged &&
                               report.Length == sizeof(wire::OnLineReply) && report.Payload[0] != 0;
-        if (returned)
+        if (returned) {
             resting_ = false;
+            returned_ = true;
+        }
         if (returned && readOwed_)
             owe();
         changed_.notify_all();

@@ -75,6 +75,7 @@ private:
     bool resting_ = false;            // the last write stayed without a good answer
     bool retry_ = false;              // it is to be tried once more
     bool readOwed_ = false;           // the whole flash was asked for and did not come
+    bool returned_ = false;           // the mouse came back since the last read began
     bool lost_ = false;               // the channel died and has not been let go of
 };
 

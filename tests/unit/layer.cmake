@@ -14,6 +14,8 @@ add_morlen_test(hidusb_core_test
     hidusb_wire.cpp
     hidusb_reportwriter.cpp
   LINKS hidusb_core hidusb_support GTest::gtest_main)
+# The same against a bus of the test's own, in the place of the one that the process would choose.
+add_morlen_test(hidusb_slowbus_test SOURCES hidusb_slowbus.cpp LINKS hidusb_core hidusb_support GTest::gtest_main)
 # What the program sees: the library itself.
 add_morlen_test(hidusb_test
   SOURCES
@@ -33,5 +35,5 @@ add_morlen_test(hidusb_emulator_test
   SOURCES hidusb_emulator.cpp
   LINKS HIDUsb hidusb_core emulator hidusb_support GTest::gtest_main ZLIB::ZLIB
   TIMEOUT 300)
-set_target_properties(hidusb_support hidusb_core_test hidusb_test hidusb_emulator_test
+set_target_properties(hidusb_support hidusb_core_test hidusb_slowbus_test hidusb_test hidusb_emulator_test
   PROPERTIES AUTOMOC OFF)
