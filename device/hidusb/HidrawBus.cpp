@@ -173,9 +173,8 @@ std::unique_ptr<ChangeSource> HidrawBus::watch()
         return nullptr;
     // Where no udev daemon runs, as in a container, the kernel's own events are all there is. With one they
     // would come before the node has its access rights.
-    const bool daemon = access("/run/udev/control", F_OK) == 0;
     UdevHandle<udev_monitor> monitor(
-        udev_monitor_new_from_netlink(context.get(), daemon ? "udev" : "kernel"));
+        udev_monitor_new_from_netlink(context.get(), udevRuns() ? "udev" : "kernel"));
     if (!monitor || udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), "hidraw", nullptr) < 0 ||
         udev_monitor_enable_receiving(monitor.get()) < 0)
         return nullptr;

@@ -61,7 +61,11 @@ static std::vector<InterfaceInfo> askUdev(const std::string &name)
         return {};
     const UdevHandle<udev_device> node(
         udev_device_new_from_subsystem_sysname(context.get(), "hidraw", name.c_str()));
-    return node ? interfacesOf(node.get()) : std::vector<InterfaceInfo>();
+    // Until the daemon has dealt with a node, nobody but root may open it. Then it says that there is a
+    // change.
+    if (!node || (udevRuns() && udev_device_get_is_initialized(node.get()) == 0))
+        return {};
+    return interfacesOf(node.get());
 }
 
 std::vector<InterfaceInfo> HidrawNodes::list()

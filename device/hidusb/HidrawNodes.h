@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// HidrawNodes: the HID interfaces for which the kernel has a hidraw node now. A search asks once for each
-// product that may be there, and udev reads all of a node's parents each time, so what a node is gets asked
-// only once.
+// HidrawNodes: the HID interfaces for which the kernel has a hidraw node now, with its access rights. A
+// search asks once for each product that may be there, and udev reads all of a node's parents each time, so
+// what a node is gets asked only once.
 #pragma once
 
 #include "device/hidusb/Bus.h"

@@ -9,6 +9,7 @@
 #include <libudev.h>
 #include <memory>
 #include <mutex>
+#include <unistd.h>
 
 namespace hidusb
 {
@@ -26,5 +27,8 @@ template <typename Object> using UdevHandle = std::unique_ptr<Object, UdevReleas
     static auto *const mutex = new std::mutex;
     return std::unique_lock(*mutex);
 }
+
+// Whether udev's daemon looks after this machine's nodes; in a container it may be missing.
+inline bool udevRuns() { return ::access("/run/udev/control", F_OK) == 0; }
 
 } // namespace hidusb

@@ -137,6 +137,21 @@ TEST_F(Rights, ADeviceThatCannotBeOpenedCanOnceTheRightIsThere)
     ASSERT_EQ(::seteuid(root), 0);
 }
 
+// Its rights come with udev; until then it would only seem to be refused.
+TEST_F(Rights, ANodeThatUdevHasNotDealtWithIsNotThereYet)
+{
+    ASSERT_EQ(std::system("pkill -STOP -x systemd-udevd || pkill -STOP udevd"), 0);
+    order("plug rx8k");
+    const bool made = support::eventually([] { return !nodeOf("rx8k").empty(); });
+    const std::size_t before = find("0005").size();
+    ASSERT_EQ(std::system("pkill -CONT -x systemd-udevd || pkill -CONT udevd"), 0);
+    EXPECT_TRUE(made);
+    EXPECT_EQ(before, 0U);
+    settle();
+    EXPECT_EQ(find("0005"), std::vector<std::string>{nodeOf("rx8k")});
+    expectHealthy("rx8k", "air8");
+}
+
 class Receiver : public MachineTest
 {
 };
