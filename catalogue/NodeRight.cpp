@@ -48,6 +48,21 @@ QString installedRules()
     return {};
 }
 
+// Nothing for what is no plain file. Rules are short, so the rest of a long file is no matter.
+QByteArray contentOf(const QString &path)
+{
+    constexpr qint64 readBytes = 1 << 20;
+    QFile file(path);
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.read(readBytes) : QByteArray();
+}
+
+// Udev takes one file of a name, so that of another version, or one that was emptied, hides this version's.
+bool areOfThisProgram(const QString &rules)
+{
+    const QString copy = rulesIn(applicationFolder());
+    return !QFile::exists(copy) || contentOf(copy) == contentOf(rules);
+}
+
 QString shellWord(QString text)
 {
     static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_./+-]+$"));
@@ -77,13 +92,15 @@ void setRulesFolders(const QStringList &folders) { rulesFolders() = folders; }
 NodeRemedy nodeRemedy(const QString &path)
 {
     const QString rules = installedRules();
+    const QString install = QStringLiteral("sudo cp %1 /etc/udev/rules.d/ && %2")
+                                .arg(shellWord(rulesIn(applicationFolder())), QLatin1String(Reload));
     if (rules.isEmpty())
-        return {RightLack::NoRules, QLatin1String(RulesFileName),
-                QStringLiteral("sudo cp %1 /etc/udev/rules.d/ && %2")
-                    .arg(shellWord(rulesIn(applicationFolder())), QLatin1String(Reload))};
+        return {RightLack::NoRules, QLatin1String(RulesFileName), install};
     const QString group = groupOf(path);
     if (!group.isEmpty())
         return {RightLack::NotInGroup, group,
                 QStringLiteral("sudo usermod -aG %1 $USER").arg(shellWord(group))};
+    if (!areOfThisProgram(rules))
+        return {RightLack::OldRules, rules, install};
     return {RightLack::NotInEffect, rules, QLatin1String(Reload)};
 }

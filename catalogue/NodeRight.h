@@ -17,6 +17,7 @@ bool isRefused(const QString &path);
 
 enum class RightLack : uint8_t {
     NoRules,     // udev does not know the devices
+    OldRules,    // those of another version, which may not know the device
     NotInEffect, // the rules came after the node
     NotInGroup,  // the node belongs to a group that this user is not in
 };

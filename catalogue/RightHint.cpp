@@ -21,7 +21,7 @@ constexpr QRect TwoLines{52, 84, 704, 48};
 constexpr int CommandEdges = 16; // left and right of its text
 
 // By what is missing.
-constexpr const char *LackKeys[] = {"RightNoRules", "RightNotInEffect", "RightNotInGroup"};
+constexpr const char *LackKeys[] = {"RightNoRules", "RightOldRules", "RightNotInEffect", "RightNotInGroup"};
 
 QString homeText(const char *key, int index) { return language::text(language::Section::home, key, index); }
 

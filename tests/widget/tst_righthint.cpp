@@ -23,6 +23,12 @@ private:
     {
         return fixture::device(nodes->add(name, mode).toStdString(), mid, Receiver1K);
     }
+    static void write(const QString &path, const char *text)
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
     static QString homeText(const char *key) { return language::text(language::Section::home, key, 0); }
     QString title() const { return child<QLabel>("hintTitle")->text(); }
     QString hint() const { return child<QLabel>("hintText")->text(); }
@@ -187,6 +193,35 @@ private slots:
                                   : installed       ? rules
                                                     : "70-morlen.rules"));
         QCOMPARE(this->command(), command.replace("%1", applicationFolder()).replace("%2", group));
+    }
+
+    // Rules of an older program do not name the device, and an emptied file names none.
+    void rulesOfAnotherVersionAreReplaced()
+    {
+        const QString own = applicationFolder() + "/70-morlen.rules";
+        const QString installed = nodes->rules() + "/70-morlen.rules";
+        write(own, "all devices\n");
+        const auto lack = [](const QString &node) { return nodeRemedy(node).lack; };
+        const QString closed = nodes->add("closed", 0);
+        write(installed, "some devices\n");
+        const NodeRemedy remedy = nodeRemedy(closed);
+        QCOMPARE(int(remedy.lack), int(RightLack::OldRules));
+        QCOMPARE(remedy.subject, installed);
+        QVERIFY2(remedy.command.startsWith("sudo cp " + own), qPrintable(remedy.command));
+        build();
+        plug({refused("hidraw3")});
+        QCOMPARE(hint(), homeText("RightOldRules").arg(installed));
+        QCOMPARE(int(lack(nodes->add("ofAGroup", 060))), int(RightLack::NotInGroup));
+        write(installed, "all devices\n");
+        QCOMPARE(int(lack(closed)), int(RightLack::NotInEffect));
+        QFile::remove(installed);
+        QVERIFY(QFile::link("/dev/null", installed));
+        QCOMPARE(int(lack(closed)), int(RightLack::OldRules));
+        QFile::remove(installed);
+        QCOMPARE(mkfifo(installed.toLocal8Bit(), 0600), 0); // which nobody writes to
+        QCOMPARE(int(lack(closed)), int(RightLack::OldRules));
+        QFile::remove(own);
+        QCOMPARE(int(lack(closed)), int(RightLack::NotInEffect)); // nothing to compare with
     }
 
     // The rules come and give the node to a group.
