@@ -5,6 +5,8 @@
 #include "catalogue/config/DeviceCatalogue.h"
 #include "device/hidusb/HIDUsb.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -41,6 +43,13 @@ QString descriptorVersion(const QByteArray &path)
     return versionText(attribute.Version.get());
 }
 
+bool holds(const std::vector<DeviceAllInfo> &found, const QString &path)
+{
+    return std::any_of(found.cbegin(), found.cend(),
+                       [&path](const DeviceAllInfo &device) { return device.DevicePath == path; });
+}
+
+// A product id may stand under several keys; the device behind it is one all the same.
 void appendPair(std::vector<DeviceAllInfo> &found, DeviceFinder finder, const QString &vid,
                 const QString &pid)
 {
@@ -58,6 +67,8 @@ void appendPair(std::vector<DeviceAllInfo> &found, DeviceFinder finder, const QS
     for (const QByteArray &path : copies) {
         DeviceAllInfo device;
         device.DevicePath = QString::fromLocal8Bit(path);
+        if (holds(found, device.DevicePath))
+            continue;
         device.Vid = vid;
         device.Pid = pid;
         device.DongleVersion = descriptorVersion(path);

@@ -136,6 +136,17 @@ private slots:
         QVERIFY(constants);
     }
 
+    void aDeviceUnderTwoIdsIsFoundOnce()
+    {
+        layer.setDevices(
+            {receiver(), device("receiver", "0005", {18, 6, 5}), device("8k", "0005", {18, 6, 5})});
+        const std::vector<DeviceAllInfo> found = findDevices(DeviceFinder::Default);
+        QCOMPARE(found.size(), size_t(2));
+        QCOMPARE(found[0].DevicePath, QStringLiteral("receiver"));
+        QCOMPARE(found[0].Pid, QStringLiteral("0002"));
+        QCOMPARE(found[1].DevicePath, QStringLiteral("8k"));
+    }
+
     void atMostFiveForAPair()
     {
         std::vector<FakeDevice> many;
