@@ -12,7 +12,7 @@ namespace hidusb
 using std::chrono::milliseconds;
 
 constexpr milliseconds BusyPause{20};
-constexpr int IdleTimeoutMs = 3000;
+constexpr milliseconds IdleTimeout{3000};
 
 bool answers(const wire::Report &request, const wire::Report &reply)
 {
@@ -146,11 +146,14 @@ Channel::Reading Channel::readOnce()
         endless_ = holders_ > 0;
     }
     uint8_t bytes[2 * wire::ReportSize];
-    const ReportPort::Received received = port_->read(bytes, sizeof bytes, endless_ ? -1 : IdleTimeoutMs);
+    const Clock::time_point began = Clock::now();
+    const ReportPort::Received received =
+        port_->read(bytes, sizeof bytes, endless_ ? -1 : static_cast<int>(IdleTimeout.count()));
     if (received.outcome == ReportPort::Outcome::Gone)
         return Reading::Gone;
+    // An interruption that came late, when the wait that it was meant for was over, ends this one early.
     if (received.outcome == ReportPort::Outcome::Nothing)
-        return endless_ ? Reading::Going : Reading::Idle;
+        return endless_ || Clock::now() - began < IdleTimeout ? Reading::Going : Reading::Idle;
     if (!wire::isSound(bytes, received.size))
         return Reading::Going;
     wire::Report report;

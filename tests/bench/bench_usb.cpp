@@ -9,6 +9,7 @@
 #include "tests/support/UsbNodes.h"
 
 #include <algorithm>
+#include <atomic>
 #include <ctime>
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -118,6 +119,27 @@ void tenDevices(emulator::BusKind kind)
     };
     measure("ten devices for the first time", 1, findAll);
     measure("enumeration, ten devices", 50, findAll);
+    // The kernel wakes a device up at its first opening, and the layer keeps it open for some seconds.
+    const auto askAll = [paths = find("0001")] {
+        for (const std::string &path : paths)
+            if (UsbFinderC_GetDeviceInfo(path.c_str(), 0).Mid != 6)
+                std::exit(1);
+    };
+    measure("ten devices opened and asked", 1, askAll);
+    measure("ten devices asked", 20, askAll);
+}
+
+std::atomic<int> calls{0};
+
+void watch(emulator::BusKind kind)
+{
+    const World world(std::string(bench::Ids) + "mouse m cid 18 mid 6\nplug m\n", kind);
+    measure("a watch's first call", 20, [] {
+        const int before = calls;
+        StartUsbChanged([] { ++calls; }, 600);
+        bench::waitFor([before] { return calls > before; });
+    });
+    StopUsbChanged();
 }
 
 // In a process of its own.
@@ -142,7 +164,7 @@ int main()
     int failed = 0;
     for (const auto kind : {emulator::BusKind::Sockets, emulator::BusKind::Usb}) {
         std::puts(kind == emulator::BusKind::Usb ? "hidraw" : "sockets");
-        for (const auto task : {requests, tenDevices})
+        for (const auto task : {requests, tenDevices, watch})
             failed |= inChild(task, kind);
     }
     return failed != 0 ? 1 : 0;
