@@ -15,6 +15,12 @@ die()
     exit 1
 }
 
+# in_ci: whether this runs where what was not tested is a failure.
+in_ci()
+{
+    case ${CI:-} in '' | false | 0) return 1 ;; esac
+}
+
 # listed_packages purpose… : the packages of packaging/packages.txt that serve one of these purposes.
 listed_packages()
 {
@@ -86,7 +92,7 @@ wait_until()
 # For the functions below the script sets `work`, a folder of its own, and `started`, an empty list.
 
 # Ends what was started, the last first: the window manager goes before its display.
-# shellcheck disable=SC2317 # called by the trap
+# shellcheck disable=SC2154,SC2317 # the script's `work`; called by the trap
 leave()
 {
     local i

@@ -11,6 +11,8 @@
 #include <fstream>
 #include <map>
 #include <set>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace usbnodes
@@ -71,13 +73,39 @@ inline std::map<std::string, int> wanted(const std::vector<emulator::Interface> 
     return nodes;
 }
 
+// Whether udev keeps a record of this node. One that is older than the node is of a device that went.
+inline bool isRecorded(const std::filesystem::path &path)
+{
+    struct stat node;
+    if (::stat(path.c_str(), &node) != 0)
+        return false;
+    const std::string number =
+        std::to_string(major(node.st_rdev)) + ":" + std::to_string(minor(node.st_rdev));
+    std::error_code error;
+    const auto recorded = std::filesystem::last_write_time("/run/udev/data/c" + number, error);
+    return !error && recorded >= std::filesystem::last_write_time(path, error);
+}
+
+// Whether udev, where its daemon runs, has dealt with all nodes. Its queue tells only of events that it has
+// heard of, so each node wants its record first.
+inline bool udevIsDone()
+{
+    if (::access("/run/udev/control", F_OK) != 0)
+        return true;
+    std::error_code error;
+    for (const auto &entry : std::filesystem::directory_iterator("/sys/class/hidraw", error))
+        if (!isRecorded("/dev" / entry.path().filename()))
+            return false;
+    return ::access("/run/udev/queue", F_OK) != 0;
+}
+
 // Until the kernel knows exactly these devices, and udev has dealt with them. `pause` passes the time between
 // two looks.
 template <typename Pause> bool settle(const std::vector<emulator::Interface> &interfaces, Pause pause)
 {
     constexpr std::chrono::seconds patience(60); // the machine may be an emulated one
     const auto deadline = emulator::Clock::now() + patience;
-    while (present() != wanted(interfaces) || ::access("/run/udev/queue", F_OK) == 0) {
+    while (present() != wanted(interfaces) || !udevIsDone()) {
         if (emulator::Clock::now() > deadline)
             return false;
         pause();
