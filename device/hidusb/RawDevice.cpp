@@ -49,6 +49,14 @@ static std::shared_ptr<RawDevice> openedDevice()
     return current().device;
 }
 
+// An open node keeps its number, so one whose device has gone is let go of.
+static void forget(const std::shared_ptr<RawDevice> &gone)
+{
+    const std::lock_guard lock(current().mutex);
+    if (current().device == gone)
+        current().device.reset();
+}
+
 // The next report with this id; 0 when none comes in time. Other collections of the interface, which others
 // may be talking to, report under ids of their own.
 static std::size_t readAnswer(ReportPort &port, uint8_t id, uint8_t (&report)[wire::ReportSize])
@@ -79,10 +87,11 @@ void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size)
         if (device->port->read(report, sizeof report, 0).outcome != ReportPort::Outcome::Report)
             break;
     }
-    if (!device->port->write(request, size))
-        return;
-    const std::size_t got = readAnswer(*device->port, request[0], report);
+    const bool written = device->port->write(request, size);
+    const std::size_t got = written ? readAnswer(*device->port, request[0], report) : 0;
     std::memcpy(reply, report, std::min(got, size));
+    if (device->port->isGone())
+        forget(device);
 }
 
 } // namespace hidusb

@@ -212,7 +212,11 @@ TEST_F(Receiver, AScreenIsAnotherCollectionOfTheSameNode)
     uint8_t reply[40] = {};
     UsbFinderC_ReadWriteDeviceData(request, reply, sizeof request);
     EXPECT_EQ(std::memcmp(request, reply, sizeof request), 0);
-    UsbFinderC_OpenDevice("/dev/none");
+    // Its node is let go of, and the number with it.
+    unplug("wired");
+    UsbFinderC_ReadWriteDeviceData(request, reply, sizeof request);
+    plug("wired");
+    EXPECT_EQ(nodeOf("wired"), node);
     expectHealthy("wired", "wired");
 }
 
