@@ -10,7 +10,7 @@
 #include "emulator/Emulator.h"
 #include "tests/support/Messages.h"
 #include "tests/support/TempFolder.h"
-#include "tests/support/UsbNodes.h"
+#include "tests/support/UsbFolder.h"
 
 #include <algorithm>
 #include <cstring>
@@ -106,13 +106,6 @@ protected:
     static std::string nodeOf(const std::string &id, int interfaceNumber = 1)
     {
         return usbnodes::nodeOf(id, interfaceNumber);
-    }
-    // The folder of the whole USB device in sysfs.
-    static std::filesystem::path usbFolderOf(const std::string &id)
-    {
-        const auto node = std::filesystem::path(nodeOf(id)).filename();
-        // hidrawN/device is the HID device; above it the interface, and above that the device.
-        return std::filesystem::canonical("/sys/class/hidraw" / node / "device").parent_path().parent_path();
     }
     static std::vector<std::string> find(const char *product, int usage = 5)
     {

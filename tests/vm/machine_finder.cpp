@@ -221,7 +221,7 @@ TEST_F(Receiver, TheSecondInterfaceMayComeFirst)
 {
     plug("rx8k");
     watch("0005");
-    const std::filesystem::path device = usbFolderOf("rx8k");
+    const std::filesystem::path device = usbnodes::folderOf("rx8k");
     const std::string name = device.filename().string();
     const auto tell = [](const std::string &file, const std::string &interface) {
         std::ofstream("/sys/bus/usb/drivers/usbhid/" + file) << interface << std::flush;

@@ -183,7 +183,7 @@ TEST_F(Plugging, AwayAndBackWithoutBeingPulled)
 {
     plug("rx8k");
     ASSERT_TRUE(load(nodeOf("rx8k")));
-    const auto authorized = usbFolderOf("rx8k") / "authorized";
+    const auto authorized = usbnodes::folderOf("rx8k") / "authorized";
     watch("0005");
     for (int i = 0; i < 3; ++i) {
         std::ofstream(authorized) << "0" << std::flush;
