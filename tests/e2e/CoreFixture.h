@@ -13,6 +13,7 @@
 #include "device/WriteFamily.h"
 #include "tests/support/EmulatedBus.h"
 #include "tests/support/HubLog.h"
+#include "tests/support/Leftovers.h"
 #include "tests/support/Watchdog.h"
 
 #include <QtTest>
@@ -95,6 +96,7 @@ public:
         return waitFor([&] { return sameBytes(DeviceRecord::copy(), bus.record(mouse)); }, timeoutMs);
     }
 
+    Leftovers leftovers;
     EmulatedBus bus;
     HubLog hub;
     Watchdog watchdog;

@@ -15,6 +15,7 @@
 #include "presentation/UpDataParam.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/EmulatedBus.h"
+#include "tests/support/Leftovers.h"
 #include "tour/Script.h"
 #include "tour/Windows.h"
 
@@ -84,6 +85,7 @@ public:
     void expect(const char *what, Script::Condition condition) { script.step(what, std::move(condition)); }
     bool agrees(const char *mouse) { return sameBytes(DeviceRecord::copy(), bus.record(mouse)); }
 
+    Leftovers leftovers;
     EmulatedBus bus;
     Script script;
     std::unique_ptr<DialogMain> window;

@@ -15,6 +15,15 @@ class tst_losses : public QObject
 {
     Q_OBJECT
 
+private:
+    static void clickTile(Program &program)
+    {
+        const QString plug = QStringLiteral("r1");
+        program.script.step(
+            "the tile", [plug] { return windows::visible(Program::tile(plug)); },
+            [plug] { windows::click(Program::tile(plug)); });
+    }
+
 private slots:
     void init()
     {
@@ -28,9 +37,7 @@ private slots:
         QSignalSpy wait(PostMsg::instance(), SIGNAL(SigUpDataParam(int)));
         QSignalSpy notice(PostMsg::instance(), SIGNAL(SigMouseOffLineo(int)));
         program.order("radio m1 off");
-        program.script.step(
-            "the tile", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); },
-            [] { windows::click(windows::tileOf(QStringLiteral("r1"))); });
+        clickTile(program);
         program.expect("awaiting", [] { return AwaitingMouse && !WorkerArmed && OnDevicePage == 1; });
         program.order("radio m1 on");
         program.expect("seen again", [] { return !AwaitingMouse && MouseOnline; });
@@ -41,19 +48,29 @@ private slots:
         QCOMPARE(notice.count(), 0);
     }
 
+    void awayDuringTheWaitTheTimeOutIsTold_data()
+    {
+        QTest::addColumn<QByteArray>("loss");
+        QTest::addColumn<QByteArray>("end");
+        QTest::newRow("the radio") << QByteArray("fault r1 radio at 60 command flashread")
+                                   << QByteArray("radio m1 on");
+        QTest::newRow("the reads") << QByteArray("fault r1 noreply always command flashread")
+                                   << QByteArray("fault r1 clear");
+    }
     void awayDuringTheWaitTheTimeOutIsTold()
     {
+        QFETCH(QByteArray, loss);
+        QFETCH(QByteArray, end);
         Program program;
         Watchdog watchdog;
-        program.order("fault r1 radio at 60 command flashread");
-        program.script.step(
-            "the tile", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); },
-            [] { windows::click(windows::tileOf(QStringLiteral("r1"))); });
+        program.order(loss.constData());
+        clickTile(program);
         program.expect("wait", isShown<UpDataParam>);
-        program.expect("time-out",
-                       [] { return says<MouseOffLine>(infoText("TimeOut")) && isGone<UpDataParam>(); });
-        program.expect("state", [] { return !SensorPageLoaded && AwaitingMouse; });
-        program.order("radio m1 on");
+        program.expect("time-out", [] {
+            return says<MouseOffLine>(infoText("TimeOut")) && isGone<UpDataParam>() && !SensorPageLoaded &&
+                   AwaitingMouse;
+        });
+        program.order(end.constData());
         program.expect("notice gone", isGone<MouseOffLine>);
         program.waitForLoad();
         program.expect("record and flash agree", [&] { return program.agrees("m1") && quietState(); });
@@ -121,7 +138,8 @@ private slots:
         program.order("plug m1");
         program.expect("on its cable", [] {
             const DeviceAllInfo selected = SelectedDevice::info();
-            return selected.Usb && selected.Online && selected.DevicePath.contains(QLatin1String("m1")) &&
+            return selected.Usb && selected.Online &&
+                   selected.DevicePath.contains(EmulatedBus::pathPart(QStringLiteral("m1"))) &&
                    QString::fromLocal8Bit(CurrentDevicePath()) == selected.DevicePath;
         });
         program.waitForLoad();
@@ -136,7 +154,7 @@ private slots:
         });
         program.order("unplug m1");
         program.expect("back on the selection page", [] {
-            return OnDevicePage == 0 && windows::visible(windows::tileOf(QStringLiteral("r1")));
+            return OnDevicePage == 0 && windows::visible(Program::tile(QStringLiteral("r1")));
         });
         program.open(QStringLiteral("r1"));
         program.expect("record and flash agree", [&] { return program.agrees("m1") && quietState(); });

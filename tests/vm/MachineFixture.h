@@ -10,7 +10,7 @@
 #include "emulator/Emulator.h"
 #include "tests/support/Messages.h"
 #include "tests/support/TempFolder.h"
-#include "tests/support/UsbNodes.h"
+#include "tests/support/UsbFolder.h"
 
 #include <algorithm>
 #include <cstring>
@@ -45,9 +45,8 @@ protected:
     {
         log().clear();
         files_ = files_ == 0 ? countIn("/proc/self/fd") : files_;
-        std::string error;
-        ASSERT_TRUE(emulator_.loadText(Family, "family", error)) << error;
-        ASSERT_TRUE(emulator_.start(folder_.path(), error, emulator::BusKind::Usb)) << error;
+        serve(Family);
+        startLastingThread();
     }
     void TearDown() override
     {
@@ -55,10 +54,32 @@ protected:
         StopUsbChanged();
         emulator_.stop();
         EXPECT_TRUE(usbnodes::settle({}));
-        EXPECT_TRUE(support::eventually([] { return countIn("/proc/self/task") <= LastingThreads; }))
+        EXPECT_TRUE(support::eventually([] { return countIn("/proc/self/task") == LastingThreads; }))
             << countIn("/proc/self/task") << " threads";
-        EXPECT_TRUE(support::eventually([] { return countIn("/proc/self/fd") <= files_; }))
+        EXPECT_TRUE(support::eventually([] { return countIn("/proc/self/fd") == files_; }))
             << countIn("/proc/self/fd") << " descriptors, at first " << files_;
+    }
+
+    // Other devices in place of those that were there.
+    void serve(const std::string &scenario)
+    {
+        emulator_.stop();
+        std::string error;
+        ASSERT_TRUE(emulator_.loadText(scenario, "scenario", error)) << error;
+        ASSERT_TRUE(emulator_.start(folder_.path(), error, emulator::BusKind::Usb)) << error;
+        settle();
+    }
+    // Until the thread that lasts is there, another could hide in its place.
+    void startLastingThread()
+    {
+        static bool started = false;
+        if (started)
+            return;
+        plug("rx8k");
+        ASSERT_TRUE(load(nodeOf("rx8k")));
+        started = true;
+        UsbServer_Exit();
+        unplug("rx8k");
     }
 
     static std::size_t countIn(const char *folder)
@@ -86,18 +107,35 @@ protected:
     {
         return usbnodes::nodeOf(id, interfaceNumber);
     }
-    // The folder of the whole USB device in sysfs.
-    static std::filesystem::path usbFolderOf(const std::string &id)
-    {
-        const auto node = std::filesystem::path(nodeOf(id)).filename();
-        // hidrawN/device is the HID device; above it the interface, and above that the device.
-        return std::filesystem::canonical("/sys/class/hidraw" / node / "device").parent_path().parent_path();
-    }
     static std::vector<std::string> find(const char *product, int usage = 5)
     {
         int32_t count = 16;
         const char *const *paths = UsbFinderC_FindHidDevicesByDeviceId("1209", product, 1, usage, &count);
         return {paths, paths + count};
+    }
+
+    // Begins a watch whose callback searches, as the program's own do.
+    static void watch(const char *product)
+    {
+        {
+            const std::lock_guard lock(sight().mutex);
+            sight().product = product;
+            sight().looks = 0;
+            sight().paths.clear();
+        }
+        StartUsbChanged(look, 600);
+        ASSERT_TRUE(support::eventually([] {
+            const std::lock_guard lock(sight().mutex);
+            return sight().looks == 1;
+        }));
+    }
+    // True once the last callback found exactly these.
+    static bool watchSees(const std::vector<std::string> &paths)
+    {
+        return support::eventually([&paths] {
+            const std::lock_guard lock(sight().mutex);
+            return sight().paths == paths;
+        });
     }
 
     // Reads the whole flash into the record. False when it does not come.
@@ -154,5 +192,27 @@ protected:
     std::unique_ptr<FlashDataMap> record_ = std::make_unique<FlashDataMap>();
 
 private:
+    struct Sight {
+        std::mutex mutex;
+        const char *product = nullptr;
+        int looks = 0;
+        std::vector<std::string> paths;
+    };
+    static Sight &sight()
+    {
+        static Sight last;
+        return last;
+    }
+    static void look()
+    {
+        std::unique_lock lock(sight().mutex);
+        const char *const product = sight().product;
+        lock.unlock();
+        const std::vector<std::string> paths = find(product);
+        lock.lock();
+        sight().paths = paths;
+        ++sight().looks;
+    }
+
     static inline std::size_t files_ = 0; // before the first device
 };

@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: MIT
 //
 // Finding devices, asking them, and the right to do so, on the kernel's own nodes.
+#include "tests/support/QuietFailure.h"
 #include "tests/vm/MachineFixture.h"
 
+#include <future>
 #include <grp.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <sys/wait.h>
 
 struct LinkRow {
@@ -49,9 +52,10 @@ TEST_P(Finder, NamesAndAsksADevice)
     EXPECT_EQ(identity.DeviceKind, row.kind);
     UsbAttribute attribute{};
     UsbFinderC_GetUsbDeviceAttribute(path, &attribute);
-    uint16_t version = 0;
-    std::memcpy(&version, reinterpret_cast<const uint8_t *>(&attribute) + 8, sizeof version);
-    EXPECT_EQ(version, row.version);
+    EXPECT_EQ(attribute.Size.get(), sizeof attribute);
+    EXPECT_EQ(attribute.VendorId.get(), 0x1209);
+    EXPECT_EQ(attribute.ProductId.get(), std::stoi(row.product, nullptr, 16));
+    EXPECT_EQ(attribute.Version.get(), row.version);
     EXPECT_TRUE(UsbFinderC_GetDeviceOnLine(path));
     OnlineAddress address{};
     EXPECT_TRUE(UsbFinderC_GetDeviceOnLineWithUsbAddress(path, &address));
@@ -68,9 +72,17 @@ TEST_P(Finder, NamesAndAsksADevice)
         order(std::string("radio ") + row.mouse + " on");
     }
     unplug(row.id);
-    EXPECT_FALSE(UsbFinderC_GetDeviceOnLine(path));
-    EXPECT_EQ(UsbFinderC_GetDeviceInfo(path, 0).Cid, 0);
+    support::expectQuietFailure(path);
     EXPECT_TRUE(find(row.product).empty());
+}
+
+// What the program asks of before anything is selected, and nodes of other kinds.
+TEST_F(MachineTest, APathWithoutADeviceFailsQuietly)
+{
+    plug("rx8k"); // which none of them names
+    for (const char *path : {"a", "", "/dev/null", "/dev/hidraw99"})
+        support::expectQuietFailure(path);
+    expectHealthy("rx8k", "air8");
 }
 
 INSTANTIATE_TEST_SUITE_P(Links, Finder, testing::ValuesIn(Links),
@@ -81,6 +93,15 @@ class Rights : public MachineTest
 protected:
     static constexpr unsigned nobody = 65534;
 
+    // By the tag a desktop opens the node to whoever sits at it; udev keeps a file for each tagged device.
+    static bool isTaggedForTheSeat(const std::string &node)
+    {
+        struct stat status = {};
+        EXPECT_EQ(::stat(node.c_str(), &status), 0) << node;
+        const std::string device =
+            "c" + std::to_string(major(status.st_rdev)) + ":" + std::to_string(minor(status.st_rdev));
+        return std::filesystem::exists("/run/udev/tags/uaccess/" + device);
+    }
     // The result of asking the device by somebody who is not root; -1 when the asking itself failed.
     static int askAsNobody(const std::string &path, const char *group)
     {
@@ -99,19 +120,13 @@ TEST_F(Rights, TheRulesOfTheCatalogueOpenItsDevicesAndNoOthers)
 {
     plug("rx8k");
     const std::string node = nodeOf("rx8k");
+    EXPECT_TRUE(isTaggedForTheSeat(node));
     EXPECT_EQ(askAsNobody(node, nullptr), 1);
     EXPECT_EQ(askAsNobody(node, "plugdev"), 0);
     // A product that the catalogue does not know stays root's.
-    order("unplug rx8k");
-    std::string error;
-    emulator_.stop();
-    ASSERT_TRUE(
-        emulator_.loadText("usb vendor 1209 cable 0091 1k 0092 2k 0093 4k 0094 8k 0095 mouseboot 0096 "
-                           "receiverboot 0097\nmouse other cid 18 mid 6\nplug other\n",
-                           "other", error))
-        << error;
-    ASSERT_TRUE(emulator_.start(folder_.path(), error, emulator::BusKind::Usb)) << error;
-    settle();
+    serve("usb vendor 1209 cable 0091 1k 0092 2k 0093 4k 0094 8k 0095 mouseboot 0096 receiverboot 0097\n"
+          "mouse other cid 18 mid 6\nplug other\n");
+    EXPECT_FALSE(isTaggedForTheSeat(nodeOf("other")));
     EXPECT_EQ(askAsNobody(nodeOf("other"), "plugdev"), 1);
     EXPECT_TRUE(UsbFinderC_GetDeviceOnLine(nodeOf("other").c_str()));
 }
@@ -224,7 +239,8 @@ TEST_F(Receiver, AScreenIsAnotherCollectionOfTheSameNode)
 TEST_F(Receiver, TheSecondInterfaceMayComeFirst)
 {
     plug("rx8k");
-    const std::filesystem::path device = usbFolderOf("rx8k");
+    watch("0005");
+    const std::filesystem::path device = usbnodes::folderOf("rx8k");
     const std::string name = device.filename().string();
     const auto tell = [](const std::string &file, const std::string &interface) {
         std::ofstream("/sys/bus/usb/drivers/usbhid/" + file) << interface << std::flush;
@@ -232,13 +248,97 @@ TEST_F(Receiver, TheSecondInterfaceMayComeFirst)
     for (const char *number : {"0", "1"})
         tell("unbind", name + ":1." + number);
     ASSERT_TRUE(support::eventually([] { return usbnodes::present().empty(); }));
+    EXPECT_TRUE(watchSees({}));
     tell("bind", name + ":1.1");
     ASSERT_TRUE(support::eventually([this] { return !nodeOf("rx8k").empty(); }));
     const std::string node = nodeOf("rx8k");
-    ASSERT_TRUE(support::eventually([&] { return find("0005") == std::vector<std::string>{node}; }));
+    ASSERT_TRUE(watchSees({node}));
     tell("bind", name + ":1.0");
     settle();
     EXPECT_LT(node, nodeOf("rx8k", 0));
     EXPECT_EQ(find("0005"), std::vector<std::string>{node});
+    EXPECT_TRUE(watchSees({node}));
     expectHealthy("rx8k", "air8");
+}
+
+// Asks for a record that is preset; true when something was written into it.
+template <typename Record> static bool fills(void (*get)(const char *, Record *), const char *path)
+{
+    Record preset;
+    std::memset(&preset, 's', sizeof preset);
+    Record record = preset;
+    get(path, &record);
+    return std::memcmp(&record, &preset, sizeof record) != 0;
+}
+
+struct QuestionRow {
+    const char *name;
+    bool (*tells)(const char *path);
+};
+constexpr QuestionRow Questions[] = {
+    {"identity", [](const char *path) { return UsbFinderC_GetDeviceInfo(path, 0).Cid != 0; }},
+    {"on line", [](const char *path) { return UsbFinderC_GetDeviceOnLine(path) != 0; }},
+    {"address",
+     [](const char *path) {
+         return fills<OnlineAddress>(
+             [](const char *node, OnlineAddress *record) {
+                 EXPECT_FALSE(UsbFinderC_GetDeviceOnLineWithUsbAddress(node, record));
+             },
+             path);
+     }},
+    {"version", [](const char *path) { return UsbFinderC_GetVersion(path) != 0; }},
+    {"receiver's version",
+     [](const char *path) {
+         return fills<uint32_t>(
+             [](const char *node, uint32_t *version) {
+                 EXPECT_FALSE(UsbFinderC_GetSlaveVersion(node, version));
+             },
+             path);
+     }},
+    {"color", [](const char *path) { return fills(UsbFinderC_Get4KDongleRGBValue, path); }},
+    {"bar", [](const char *path) { return fills(UsbFinderC_GetDongleRGBBarMode, path); }},
+    {"indicator", [](const char *path) { return fills(UsbFinderC_GetDongleIndicatorLed, path); }},
+    {"long range", [](const char *path) { return fills(UsbFinderC_GetLongRangeMode, path); }},
+};
+
+class Silence : public MachineTest
+{
+protected:
+    void SetUp() override
+    {
+        MachineTest::SetUp();
+        plug("rx4k");
+        ASSERT_TRUE(load(nodeOf("rx4k")));
+        order("fault rx4k noreply always");
+    }
+};
+
+TEST_F(Silence, EachQuestionEndsAndTellsNothing)
+{
+    const std::string path = nodeOf("rx4k");
+    for (const QuestionRow &row : Questions) {
+        // No measurement: a question takes half a second, one that hangs never ends.
+        constexpr std::chrono::seconds enough(2);
+        auto answer = std::async(std::launch::async, row.tells, path.c_str());
+        EXPECT_EQ(answer.wait_for(enough), std::future_status::ready) << row.name;
+        EXPECT_FALSE(answer.get()) << row.name;
+    }
+    order("fault rx4k clear");
+    expectHealthy("rx4k", "air4");
+}
+
+// Orders are carried out in their row: what stands behind a read is asked once the read has ended.
+TEST_F(Silence, ALoadEndsAndTellsNothing)
+{
+    const auto reads = [this] { return emulator_.reportCount("rx4k", wire::Command::FlashRead); };
+    const auto behind = [this] { return emulator_.reportCount("rx4k", wire::Command::Config); };
+    const uint64_t before = reads();
+    log().clear();
+    UsbServer_ReadAllFlashData();
+    UsbServer_ReadConfig();
+    EXPECT_TRUE(support::eventually([&] { return behind() == 3; })) << behind() << " of the three tries";
+    EXPECT_GT(reads(), before);
+    EXPECT_EQ(log().size(), 0U);
+    order("fault rx4k clear");
+    expectHealthy("rx4k", "air4");
 }

@@ -112,6 +112,12 @@ protected:
         EXPECT_EQ(shown("prompt"), "");
     }
 
+    // How many of them the program has, by the name of their folder in /proc.
+    std::size_t held(const std::string &what) const
+    {
+        return countIn(("/proc/" + std::to_string(program_) + "/" + what).c_str());
+    }
+
     TempFolder home_;
     const std::string log_ = home_ / "page";
     pid_t program_ = 0;
@@ -143,6 +149,24 @@ TEST_F(OrdinaryUser, ARightWithoutAnEventIsSeen)
     unplug("rx8k");
     EXPECT_TRUE(comesToShow("prompt", "Connect a mouse"));
     EXPECT_EQ(shown("tiles"), "0");
+}
+
+TEST_F(OrdinaryUser, ADeviceThatWentLeavesNothingBehind)
+{
+    startProgram("--groups=plugdev");
+    ASSERT_TRUE(comesToShow("prompt", "Connect a mouse"));
+    const std::size_t threads = held("task");
+    const std::size_t files = held("fd");
+    for (int round = 0; round < 2; ++round) {
+        plug("rx8k");
+        expectTile();
+        unplug("rx8k");
+        ASSERT_TRUE(comesToShow("prompt", "Connect a mouse"));
+        EXPECT_TRUE(support::eventually([&] { return held("task") == threads; }))
+            << held("task") << " threads, before " << threads;
+        EXPECT_TRUE(support::eventually([&] { return held("fd") == files; }))
+            << held("fd") << " descriptors, before " << files;
+    }
 }
 
 TEST_F(OrdinaryUser, ARuleThatGoesWithTheNextPlugIsSeen)

@@ -6,6 +6,7 @@
 // is pulled. On a display it saves pictures in the folder that OUT names. How long the main thread is silent
 // says nothing on an emulated processor.
 #include "tests/e2e/Program.h"
+#include "tests/support/UsbFolder.h"
 
 #include <QScreen>
 
@@ -13,6 +14,38 @@ namespace
 {
 
 constexpr int StepMs = 60000; // an emulated processor beside others' work is slow
+
+// Ten mice, no two of one model behind receivers of one class.
+std::string tenReceivers()
+{
+    struct ClassRow {
+        const char *name;
+        int models; // from mid 6 on
+    };
+    std::string scenario =
+        "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n";
+    int n = 0;
+    for (const ClassRow &row : {ClassRow{"1k", 4}, {"2k", 3}, {"4k", 2}, {"8k", 1}})
+        for (int mid = 6; mid < 6 + row.models; ++mid, ++n)
+            scenario += "mouse m" + std::to_string(n) + " cid 18 mid " + std::to_string(mid) +
+                        "\nreceiver r" + std::to_string(n) + " class " + row.name + " mouse m" +
+                        std::to_string(n) + "\n";
+    return scenario;
+}
+constexpr int Receivers = 10;
+
+// The carousel's page shows these tiles and no others.
+bool showsTiles(int first, int count)
+{
+    for (int i = 0; i < Receivers; ++i) {
+        const bool shown = windows::visible(QStringLiteral("btn%1").arg(i)) != nullptr;
+        if (shown != (i >= first && i < first + count))
+            return false;
+    }
+    return true;
+}
+
+bool promptAlone() { return AttachedDevices.empty() && windows::visible(QStringLiteral("label_2")); }
 
 bool onSelectionPage(std::size_t tiles)
 {
@@ -90,6 +123,118 @@ private slots:
         program.order("unplug r1");
         program.expect("back at the tile that is left", [] { return onSelectionPage(1); });
         program.order("plug r1");
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.expect("what was set", [] { return windows::isChecked(QStringLiteral("Button500HZ")); });
+        edit(program, "Button1000HZ", 1);
+        QCOMPARE(program.script.run(StepMs), QString());
+    }
+
+    void tenInARowAndOutAgain()
+    {
+        Program program(tenReceivers().c_str());
+        program.expect("nothing yet", promptAlone);
+        program.script.step("all in", always, [&] {
+            for (int i = 0; i < Receivers; ++i) // in a row, without a look at what comes of each
+                QCOMPARE(program.bus.emulated.order("plug r" + std::to_string(i)), std::string("ok\n"));
+        });
+        program.expect("three", [] { return AttachedDevices.size() == Receivers && showsTiles(0, 3); });
+        for (const int first : {3, 6, 9}) {
+            program.click("RightButton");
+            program.expect("the next page", [first] { return showsTiles(first, first < 9 ? 3 : 1); });
+        }
+        program.expect("the last page", [] {
+            return windows::visible(QStringLiteral("LeftButton")) &&
+                   !windows::visible(QStringLiteral("RightButton"));
+        });
+        program.expect("each known and on line", [] {
+            return std::all_of(AttachedDevices.begin(), AttachedDevices.end(),
+                               [](const DeviceAllInfo &device) {
+                                   return device.Online && device.DriveIndex == device.Mid - 6;
+                               });
+        });
+        for (std::size_t left = Receivers; left-- > 0;) {
+            program.script.step("one out", always,
+                                [&, left] { program.bus.order("unplug r" + std::to_string(left)); });
+            program.expect("those that are left", [left] { return AttachedDevices.size() == left; });
+        }
+        program.expect("nothing left", [] { return promptAlone() && showsTiles(0, 0); });
+        QCOMPARE(program.script.run(StepMs), QString());
+    }
+
+    void twoIdenticalDevicesAreTold()
+    {
+        Program program((std::string(Family) + "mouse twin cid 18 mid 6\n"
+                                               "receiver r3 class 1k mouse twin\n")
+                            .c_str());
+        program.expect("two tiles", [] { return onSelectionPage(2); });
+        program.order("plug r3");
+        program.expect("notice", [] {
+            return says<QuestiondialogB>(
+                language::text(language::Section::home, "ErrorDevice", LanguageIndex));
+        });
+        program.expect("no tile", [] { return showsTiles(0, 0); });
+        program.script.step("answer", always, [] { answer<QuestiondialogB>("CloseButton"); });
+        program.expect("notice gone", isGone<QuestiondialogB>);
+        program.order("unplug r3");
+        program.expect("two tiles", [] { return onSelectionPage(2) && showsTiles(0, 2); });
+        QCOMPARE(program.script.run(StepMs), QString());
+    }
+
+    // The name of the node is the same, whatever has it now.
+    void itsNodeComesBackAsAnotherModel()
+    {
+        Program program((std::string(Family) + "mouse m3 cid 18 mid 8\n"
+                                               "receiver r3 class 4k mouse m3\n")
+                            .c_str());
+        const FlashDataMap before = program.bus.record("m3");
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        edit(program, "Button500HZ", 2);
+        program.script.step("another model", always, [&] {
+            const std::string node = usbnodes::nodeOf("r1");
+            emulator::Emulator &emulated = program.bus.emulated;
+            // The page learns of neither before both are done.
+            QCOMPARE(emulated.order("unplug r1"), std::string("ok\n"));
+            QVERIFY(usbnodes::settle(emulated.interfaces()));
+            QCOMPARE(emulated.order("plug r3"), std::string("ok\n"));
+            QVERIFY(usbnodes::settle(emulated.interfaces()));
+            QCOMPARE(usbnodes::nodeOf("r3"), node);
+        });
+        program.expect("back at two tiles", [] {
+            return onSelectionPage(2) && windows::visible(Program::tile(QStringLiteral("r3")));
+        });
+        program.expect("the other model's tile", [] {
+            return std::any_of(AttachedDevices.begin(), AttachedDevices.end(),
+                               [](const DeviceAllInfo &device) { return device.Mid == 8; });
+        });
+        program.script.step("nothing written", always, [&] {
+            QVERIFY(sameBytes(program.bus.record("m3"), before));
+            QCOMPARE(program.bus.emulated.reportCount("r3", wire::Command::FlashWrite), uint64_t(0));
+        });
+        program.open(QStringLiteral("r3"));
+        program.expect("record and flash agree", [&] { return program.agrees("m3"); });
+        QCOMPARE(program.script.run(StepMs), QString());
+    }
+
+    // As in a sleep of the machine's: the cable stays in, the device goes and comes.
+    void awayAndBackWithoutBeingPulled()
+    {
+        Program program;
+        std::filesystem::path authorized;
+        const auto authorize = [&](const char *state) {
+            program.script.step(state, always,
+                                [&, state] { std::ofstream(authorized) << state << std::flush; });
+        };
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        edit(program, "Button500HZ", 2);
+        program.script.step("its folder", always,
+                            [&] { authorized = usbnodes::folderOf("r1") / "authorized"; });
+        authorize("0");
+        program.expect("back at the tile that is left", [] { return onSelectionPage(1); });
+        authorize("1");
+        program.expect("two tiles", [] { return onSelectionPage(2); });
         program.open(QStringLiteral("r1"));
         program.click("SensorButton");
         program.expect("what was set", [] { return windows::isChecked(QStringLiteral("Button500HZ")); });

@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Leftovers: at its end no thread and no descriptor is left that was not there before the process's first
+// one, but for the thread of the layer's callbacks, which lasts from the first callback on. Made before
+// whatever it looks after, on the main thread.
+#pragma once
+
+#include <QtTest>
+#include <filesystem>
+#include <fstream>
+
+class Leftovers
+{
+public:
+    Leftovers()
+    {
+        if (first.threads == 0)
+            first = count();
+    }
+    ~Leftovers()
+    {
+        const auto isClean = [] {
+            const Counts now = count();
+            const long more = now.threads - first.threads;
+            return (more == lasting || more == 1) && now.files == first.files;
+        };
+        const bool clean = QTest::qWaitFor(isClean, 10000);
+        const Counts now = count();
+        lasting = now.threads > first.threads ? 1 : lasting;
+        QVERIFY2(clean, qPrintable(QStringLiteral("%1 threads, at first %2; %3 descriptors, at first %4")
+                                       .arg(now.threads)
+                                       .arg(first.threads)
+                                       .arg(now.files)
+                                       .arg(first.files)));
+    }
+    Leftovers(const Leftovers &) = delete;
+    Leftovers &operator=(const Leftovers &) = delete;
+
+private:
+    struct Counts {
+        long threads;
+        long files;
+    };
+    using Folder = std::filesystem::directory_iterator;
+
+    // The stores' writers sleep for half a minute after their last file, with a descriptor each.
+    static bool isWriter(const std::filesystem::path &thread)
+    {
+        std::ifstream file(thread / "comm");
+        std::string name;
+        return std::getline(file, name) && name == "Thread (pooled)";
+    }
+    static Counts count()
+    {
+        std::error_code error;
+        Counts now{0, 0};
+        for (const auto &thread : Folder("/proc/self/task", error)) {
+            const bool writer = isWriter(thread.path());
+            now.threads += !writer;
+            now.files -= writer;
+        }
+        now.files += long(std::distance(Folder("/proc/self/fd", error), Folder()));
+        return now;
+    }
+
+    static inline Counts first{0, 0};
+    static inline long lasting = 0;
+};
