@@ -152,6 +152,30 @@ private slots:
         QCOMPARE(tileCount(), 1);
     }
 
+    // With a hub, for instance. None answers any more, and so they all look alike.
+    void severalPulledDuringTheSearchAreNoDuplicates()
+    {
+        build();
+        bool told = false;
+        QTimer look;
+        connect(&look, &QTimer::timeout, this, [&told] {
+            if (auto *notice = dynamic_cast<QuestiondialogB *>(QApplication::activeModalWidget())) {
+                told = true;
+                notice->on_CloseButton_clicked();
+            }
+        });
+        look.start(5);
+        const FakeDevice stays = fixture::device("s", 8, Receiver1K);
+        fake.setHook([&](const std::string &call) {
+            if (call == "UsbFinderC_GetDeviceInfo")
+                fake.setDevices({stays});
+        });
+        plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 7, Receiver1K), stays});
+        QCOMPARE(tileCount(), 1);
+        QCOMPARE(AttachedDevices[0].DevicePath, QString("s"));
+        QVERIFY(!told);
+    }
+
     void aCableHidesTheReceiver()
     {
         build();
