@@ -116,8 +116,8 @@ TEST_F(WithEmulator, LoadsAndEditsByAirAndByCable)
         ProtocolDataUpdate(record.get());
         EXPECT_TRUE(eventually([&] { return flashHolds(mouse); })) << mouse;
     }
-    EXPECT_EQ(emulator.reportCount("wired", Command::FlashWrite), 1U);
-    EXPECT_EQ(emulator.reportCount("wired", Command::FlashRead), 124U);
+    EXPECT_EQ(emulator.requestCount("wired", Command::FlashWrite), 1U);
+    EXPECT_EQ(emulator.requestCount("wired", Command::FlashRead), 124U);
 }
 
 TEST_F(WithEmulator, AnyRecordArrivesAndIsReadBack)

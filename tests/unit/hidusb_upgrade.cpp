@@ -282,7 +282,7 @@ TEST_F(Upgrade, EachReceiverKindTakesAReceiversFile)
         plugMouse(kind);
         EXPECT_TRUE(start(0)) << int{kind};
         EXPECT_TRUE(endsWith(0));
-        EXPECT_EQ(device->count(Command::BootEnter), 1U);
+        EXPECT_EQ(device->asked(Command::BootEnter), 1U);
     }
 }
 
