@@ -9,7 +9,9 @@
 #include "presentation/UpDataParam.h"
 #include "tests/widget/Fixture.h"
 
+#include <QFile>
 #include <QSet>
+#include <unistd.h>
 
 namespace
 {
@@ -178,13 +180,40 @@ const std::vector<Row> &rows()
     return table;
 }
 
+// The thread stands in the kernel and waits.
+bool sleeps(pid_t thread)
+{
+    QFile stat(QStringLiteral("/proc/self/task/%1/stat").arg(thread));
+    if (!stat.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray text = stat.readAll();
+    return text.mid(text.lastIndexOf(')') + 2, 1) == "S";
+}
+
+// Runs the emission on a thread of its own.
+struct Emitter {
+    explicit Emitter(void (*emission)(PostMsg *hub))
+        : worker([this, emission] {
+            thread = ::gettid();
+            emission(PostMsg::instance());
+            returned = true;
+        })
+    {
+    }
+    ~Emitter() { worker.join(); }
+
+    std::atomic<pid_t> thread{0};
+    std::atomic<bool> returned{false};
+    std::thread worker;
+};
+
 // Notes which of the given objects a call of another thread is handed to, on which thread, and whether the
 // emitter went on without it.
 class CallWatch : public QObject
 {
 public:
-    CallWatch(const std::vector<QObject *> &objects, const std::atomic<bool> &emitterReturned)
-        : watched(objects), returned(emitterReturned)
+    CallWatch(const std::vector<QObject *> &objects, const Emitter &ofCall)
+        : watched(objects), emitter(ofCall)
     {
         qApp->installEventFilter(this);
     }
@@ -197,12 +226,10 @@ public:
         if (event->type() != QEvent::MetaCall || !watchedNow(receiver))
             return false;
         reached.insert(QString::fromLatin1(receiver->metaObject()->className()));
-        // An emitter that does not wait needs no more than this to come back.
-        QElapsedTimer patience;
-        patience.start();
-        while (!returned && patience.elapsed() < 30)
+        // An emitter that waits sleeps meanwhile. One that doesn't comes back, however long that takes it.
+        while (!emitter.returned && !sleeps(emitter.thread))
             std::this_thread::yield();
-        emitterWentOn = emitterWentOn || returned;
+        emitterWentOn = emitterWentOn || emitter.returned;
         return false;
     }
 
@@ -213,7 +240,7 @@ private:
     }
 
     std::vector<QObject *> watched;
-    const std::atomic<bool> &returned;
+    const Emitter &emitter;
 };
 
 } // namespace
@@ -315,15 +342,10 @@ private slots:
         QFETCH(int, index);
         const Row &row = rows()[std::size_t(index)];
         const std::vector<QObject *> wanted = receivers(row);
-        std::atomic<bool> returned{false};
-        CallWatch watch(wanted, returned);
-        std::thread emitter([&] {
-            row.emission(PostMsg::instance());
-            returned = true;
-        });
-        while (!returned)
+        Emitter emitter(row.emission);
+        CallWatch watch(wanted, emitter);
+        while (!emitter.returned)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        emitter.join();
         QCOMPARE(watch.reached.size(), int(wanted.size()));
         QVERIFY(!watch.emitterWentOn);
     }
@@ -334,24 +356,19 @@ private slots:
         QFETCH(int, index);
         const Row &row = rows()[std::size_t(index)];
         const std::vector<QObject *> wanted = receivers(row);
-        std::atomic<bool> returned{false};
-        CallWatch watch(wanted, returned);
-        std::thread emitter([&] {
-            row.emission(PostMsg::instance());
-            returned = true;
-        });
+        Emitter emitter(row.emission);
+        CallWatch watch(wanted, emitter);
         QElapsedTimer patience;
         patience.start();
-        while (!returned && patience.elapsed() < 5000)
+        while (!emitter.returned && patience.elapsed() < 30000)
             std::this_thread::yield(); // with the event loop standing still
-        const bool wentOn = returned;
+        const bool wentOn = emitter.returned;
         QTimer::singleShot(0, [] {
             if (auto *const dialog = qobject_cast<UpDataParam *>(QApplication::activeModalWidget()))
                 dialog->close();
         });
-        while (!returned || watch.reached.size() < int(wanted.size()))
+        while (!emitter.returned || watch.reached.size() < int(wanted.size()))
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        emitter.join();
         QVERIFY(wentOn);
     }
 
