@@ -7,11 +7,10 @@
 #include "device/Worker.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
+#include "tests/widget/Emitter.h"
 #include "tests/widget/Fixture.h"
 
-#include <QFile>
 #include <QSet>
-#include <unistd.h>
 
 namespace
 {
@@ -179,33 +178,6 @@ const std::vector<Row> &rows()
     };
     return table;
 }
-
-// The thread stands in the kernel and waits.
-bool sleeps(pid_t thread)
-{
-    QFile stat(QStringLiteral("/proc/self/task/%1/stat").arg(thread));
-    if (!stat.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray text = stat.readAll();
-    return text.mid(text.lastIndexOf(')') + 2, 1) == "S";
-}
-
-// Runs the emission on a thread of its own.
-struct Emitter {
-    explicit Emitter(void (*emission)(PostMsg *hub))
-        : worker([this, emission] {
-            thread = ::gettid();
-            emission(PostMsg::instance());
-            returned = true;
-        })
-    {
-    }
-    ~Emitter() { worker.join(); }
-
-    std::atomic<pid_t> thread{0};
-    std::atomic<bool> returned{false};
-    std::thread worker;
-};
 
 // Notes which of the given objects a call of another thread is handed to, on which thread, and whether the
 // emitter went on without it.
