@@ -54,8 +54,8 @@ public:
     // Sound reports that the host has sent to this plug, all or of one command; 0 for an unknown id.
     uint64_t reportCount(const std::string &id);
     uint64_t reportCount(const std::string &id, wire::Command command);
-    // Of these, without the ones that came again under the number of the one before, since the answer was
-    // not there in time.
+    // Of these, without the ones that came again under a number still in use, since the answer was not there
+    // in time.
     uint64_t requestCount(const std::string &id, wire::Command command);
     std::size_t clientCount();
     // What is on the bus now.
@@ -72,7 +72,7 @@ private:
     void onLoop(const std::function<void()> &job);
     template <typename Count> uint64_t ofTraffic(const std::string &id, Count count);
     void loop();
-    void poll();
+    void poll(bool hasJobs);
     std::vector<Job *> takeJobs();
     void finish(const std::vector<Job *> &jobs);
     void carry();

@@ -17,8 +17,9 @@ void Emulator::loop()
     // The default slack of 50 us would be a twentieth of the pace.
     ::prctl(PR_SET_TIMERSLACK, 1000UL);
     for (bool ends = false; !ends;) {
-        poll();
+        // Before the look at the sockets: who had connected when an order was given hears what comes of it.
         const std::vector<Job *> jobs = takeJobs();
+        poll(!jobs.empty());
         for (const Job *job : jobs)
             (*job->run)();
         carry();
@@ -48,14 +49,14 @@ static timespec spanUntil(Clock::time_point due)
             static_cast<long>(std::chrono::nanoseconds(span - seconds).count())};
 }
 
-void Emulator::poll()
+void Emulator::poll(bool hasJobs)
 {
     std::vector<pollfd> polled{{wake_.get(), POLLIN, 0}};
     control_.addTo(polled);
     bus_->addTo(polled, [this](const Interface &face) {
         return world_.traffic[face.device].in.size() < Traffic::InLimit;
     });
-    const auto due = nextDue();
+    const auto due = hasJobs ? Clock::time_point{} : nextDue();
     const timespec span = spanUntil(due.value_or(Clock::time_point{}));
     ::ppoll(polled.data(), polled.size(), due ? &span : nullptr, nullptr);
 

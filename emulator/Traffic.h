@@ -73,18 +73,21 @@ class Traffic
 public:
     // Above this the host's reports wait in its own socket, as they wait for a slow endpoint.
     static constexpr std::size_t InLimit = 16;
+    // So many requests a host may have on the way at once, and any of them may come again.
+    static constexpr std::size_t Window = 8;
 
     void count(const wire::Report &report)
     {
         ++total_;
         CommandCount &its = counts_[report.CommandCode];
         ++its.reports;
-        its.requests += its.lastNumber == report.Sequence ? 0 : 1;
-        its.lastNumber = report.Sequence;
+        if (std::find(its.numbers.begin(), its.numbers.end(), report.Sequence) == its.numbers.end())
+            its.numbers[its.requests++ % its.numbers.size()] = report.Sequence;
     }
     uint64_t total() const { return total_; }
     uint64_t countOf(uint8_t command) const { return counts_[command].reports; }
-    // The same without those that had the number of the one before: the host had not had its answer in time.
+    // The same without those that had the number of a request shortly before: the host had not had its answer
+    // in time.
     uint64_t requestsOf(uint8_t command) const { return counts_[command].requests; }
     // The device left the bus: nothing of before may reach the next connection.
     void clear()
@@ -103,7 +106,7 @@ private:
     struct CommandCount {
         uint64_t reports = 0;
         uint64_t requests = 0;
-        uint8_t lastNumber = 0; // no request has this one
+        std::array<uint8_t, Window> numbers{}; // of the last requests; none has the number 0
     };
 
     uint64_t total_ = 0; // sound reports from the host

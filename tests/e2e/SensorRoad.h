@@ -12,6 +12,7 @@
 #include "sensor/Sensor.h"
 #include "sensor/SensorDPI.h"
 #include "sensor/SensorRate.h"
+#include "tests/e2e/Heard.h"
 #include "tests/e2e/Program.h"
 
 #include <QCheckBox>
@@ -84,6 +85,17 @@ public:
         return program.bus.emulated.requestCount(link.device ? "r" : "m", wire::Command::FlashWrite);
     }
 
+    // How often the layer has asked again, the question whether the mouse is there and the write taken
+    // together.
+    uint64_t repeats()
+    {
+        uint64_t count = 0;
+        for (const wire::Command command : {wire::Command::OnLine, wire::Command::FlashWrite})
+            count += program.bus.emulated.reportCount(plug().toStdString(), command) -
+                     program.bus.emulated.requestCount(plug().toStdString(), command);
+        return count;
+    }
+
     Sensor *page() const { return program.window->findChild<Sensor *>(); }
     template <typename Widget = QWidget> Widget *find(const char *name) const
     {
@@ -119,6 +131,10 @@ public:
     // The device has spoken: record, flash and page come to say the same. The empty text when they do.
     QString settle()
     {
+        const Heard heard(program.bus, "m");
+        if (!QTest::qWaitFor([&heard] { return bool(heard); }, 20000))
+            return QStringLiteral("nothing heard of the battery");
+
         const auto agreed = [this] { return program.agrees("m") && shown(flash()).isEmpty(); };
         if (QTest::qWaitFor(agreed, 20000))
             return QString();

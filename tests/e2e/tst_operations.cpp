@@ -4,6 +4,7 @@
 // What the real windows do to a whole emulated mouse: factory reset, import of an image file, the kept
 // image; and what the user is told when the mouse is lost meanwhile.
 #include "app/environment/DataRoot.h"
+#include "app/hub/PostMsg.h"
 #include "device/ImageCache.h"
 #include "device/ImageFile.h"
 #include "device/WriteFamily.h"
@@ -154,19 +155,22 @@ private slots:
         program.open(QStringLiteral("r2"));
         program.click("Reset");
         program.expect("question", isShown<ContainReset>);
-        // The read after the reset is held up, so that the mouse can be given contents of its own before.
-        program.order("fault r2 late 220 at 1 command flashread");
-        program.script.step("confirm", always, [] { answer<ContainReset>("OK"); });
-        program.script.step(
-            "reset done", [] { return ClearBlocksAfterRead.load(); },
-            [&] {
-                const std::size_t names[] = {2, 3, 15};
-                for (const std::size_t slot : names)
-                    program.bus.order(
-                        "set m2 flash " +
-                        std::to_string(offsetof(FlashImage, MacroBlocks) + slot * sizeof(FlashMacro)) +
-                        " 02 41 42");
-            });
+        // The long range is the last thing to go back before the read is ordered: the mouse is given contents
+        // of its own in that call.
+        QObject reset;
+        const auto fillSlots = [&] {
+            reset.disconnect();
+            for (const std::size_t slot : {2, 3, 15})
+                program.bus.order(
+                    "set m2 flash " +
+                    std::to_string(offsetof(FlashImage, MacroBlocks) + slot * sizeof(FlashMacro)) +
+                    " 02 41 42");
+        };
+        program.script.step("confirm", always, [&] {
+            QObject::connect(PostMsg::instance(), &PostMsg::SigLongRangeMode, &reset, fillSlots,
+                             Qt::DirectConnection);
+            answer<ContainReset>("OK");
+        });
         program.expect("end of the wait", [] { return isGone<UpDataParam>() && !SettingsBusy; });
         program.expect("cleared", [&] { return program.bus.flash("m2").MacroBlocks[2].NameLength == 0; });
         program.expect("record and flash agree", [&] { return program.agrees("m2"); });

@@ -303,7 +303,10 @@ private slots:
         for (const Edit &edit : all) {
             const QStringList before = state(road);
             edit.act();
-            QTRY_VERIFY(isGone<MouseOffLine>());
+            // The notice opens from a timer that has run out already; this one stands behind it.
+            bool isBehind = false;
+            QTimer::singleShot(0, [&isBehind] { isBehind = true; });
+            QTRY_VERIFY(isBehind && isGone<MouseOffLine>());
             const int notices = notice.taken();
             QVERIFY2(notices <= 1, qPrintable(edit.name));
             QVERIFY2(state(road) == before, qPrintable(edit.name));

@@ -55,7 +55,7 @@ protected:
     {
         return eventually([this, rate] { return device.flash().ReportRate == rate; });
     }
-    std::size_t writes() const { return device.count(wire::Command::FlashWrite); }
+    std::size_t writes() const { return device.asked(wire::Command::FlashWrite); }
     bool isOnLine() const { return UsbFinderC_GetDeviceOnLine(device.path().c_str()) != 0; }
 
     // Answers the writes alone with `status`, or not at all.

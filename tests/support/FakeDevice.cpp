@@ -225,12 +225,38 @@ std::vector<wire::Report> FakeDevice::requests() const
     return requests_;
 }
 
-std::size_t FakeDevice::count(Command command) const
+static bool isSame(const wire::Report &one, const wire::Report &other)
 {
-    const std::lock_guard lock(mutex_);
+    return std::memcmp(&one, &other, sizeof one) == 0;
+}
+
+static std::size_t countOf(const std::vector<wire::Report> &requests, Command command)
+{
     return static_cast<std::size_t>(
-        std::count_if(requests_.begin(), requests_.end(),
+        std::count_if(requests.begin(), requests.end(),
                       [command](const wire::Report &request) { return request.command() == command; }));
+}
+
+std::size_t FakeDevice::count(Command command) const { return countOf(requests(), command); }
+
+std::vector<wire::Report> FakeDevice::asked() const
+{
+    std::vector<wire::Report> first;
+    for (const wire::Report &request : requests()) {
+        if (std::none_of(first.begin(), first.end(),
+                         [&request](const wire::Report &other) { return isSame(request, other); }))
+            first.push_back(request);
+    }
+    return first;
+}
+
+std::size_t FakeDevice::asked(Command command) const { return countOf(asked(), command); }
+
+std::size_t FakeDevice::tries(const wire::Report &request) const
+{
+    const std::vector<wire::Report> all = requests();
+    return static_cast<std::size_t>(std::count_if(
+        all.begin(), all.end(), [&request](const wire::Report &other) { return isSame(request, other); }));
 }
 
 void FakeDevice::clearRequests()

@@ -53,6 +53,11 @@ public:
 
     std::vector<wire::Report> requests() const;
     std::size_t count(wire::Command command) const;
+    // The requests without their repeats, in the order in which they came. On a busy machine an answer may be
+    // late, and the layer then sends the same report again; a second request has a number of its own.
+    std::vector<wire::Report> asked() const;
+    std::size_t asked(wire::Command command) const;
+    std::size_t tries(const wire::Report &request) const; // how often it came
     void clearRequests();
 
 private:

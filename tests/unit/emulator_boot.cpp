@@ -2,57 +2,15 @@
 // SPDX-License-Identifier: MIT
 //
 // The boot loader on the wire.
+#include "tests/support/BootImage.h"
 #include "tests/support/EmulatorFixture.h"
-
-#include "device/hidusb/wire/FirmwareFile.h"
 
 using wire::Command;
 using Bytes = RawClient::Bytes;
+using namespace bootimage;
 
 namespace
 {
-
-constexpr std::size_t ImageSize = 1500; // 26 whole blocks and a short one
-
-Bytes firmware(uint8_t target, uint8_t cid, uint8_t mid, uint16_t version, std::size_t size = ImageSize)
-{
-    Bytes image(size);
-    for (std::size_t i = 0; i < size; ++i)
-        image[i] = static_cast<uint8_t>(i * 7);
-    wire::FirmwareHead head{};
-    head.Magic.set(wire::FirmwareMagic);
-    head.FileLength.set(static_cast<uint32_t>(size));
-    head.Version.set(version);
-    head.Target = target;
-    head.Cid = cid;
-    head.Mid = mid;
-    std::memcpy(image.data(), &head, sizeof head);
-    head.Crc32.set(emulator::crc32(image.data() + 16, size - 16));
-    std::memcpy(image.data(), &head, sizeof head);
-    return image;
-}
-
-Bytes beginOf(const Bytes &image, uint32_t flip = 0)
-{
-    wire::BootBeginRequest begin{};
-    begin.Length.set(static_cast<uint32_t>(image.size()));
-    begin.Crc32.set(emulator::crc32(image.data(), image.size()) ^ flip);
-    const auto *bytes = reinterpret_cast<const uint8_t *>(&begin);
-    return Bytes(bytes, bytes + sizeof begin);
-}
-
-Bytes blockOf(const Bytes &image, std::size_t block)
-{
-    const std::size_t offset = block * wire::PayloadSize;
-    const std::size_t end = std::min(offset + wire::PayloadSize, image.size());
-    return Bytes(image.begin() + static_cast<std::ptrdiff_t>(offset),
-                 image.begin() + static_cast<std::ptrdiff_t>(end));
-}
-
-std::size_t blocksOf(const Bytes &image)
-{
-    return (image.size() + wire::PayloadSize - 1) / wire::PayloadSize;
-}
 
 class EmulatorBoot : public EmulatorFixture
 {
@@ -61,8 +19,14 @@ protected:
     {
         RawClient client(folder_.path(), id);
         ASSERT_EQ(status(client.ask(Command::BootEnter, {target})), Ok);
-        // Its acknowledgement may have been lost: a second order changes nothing.
-        ASSERT_EQ(status(client.ask(Command::BootEnter, {target})), Ok);
+        repeat(client, Command::BootEnter, {target});
+    }
+    // The acknowledgement may have been lost: a second order changes nothing. The device leaves the bus soon
+    // after the first, and on a busy machine before the second comes.
+    void repeat(RawClient &client, Command command, const Bytes &argument = {})
+    {
+        const auto again = client.ask(command, argument);
+        EXPECT_TRUE(!again || status(again) == Ok);
         ASSERT_TRUE(client.waitForEnd());
     }
     void sendBlocks(RawClient &client, const Bytes &image)
@@ -101,8 +65,7 @@ TEST_F(EmulatorBoot, MouseOnItsCable)
     EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetMouse, 18, 6}));
     EXPECT_EQ(status(boot.ask(Command::Identity)), Refused);
     EXPECT_EQ(flash(boot, firmware(wire::TargetMouse, 18, 6, 0x0203)), Ok);
-    EXPECT_EQ(status(boot.ask(Command::BootEnd)), Ok);
-    ASSERT_TRUE(boot.waitForEnd());
+    repeat(boot, Command::BootEnd);
     RawClient mouse(folder_.path(), "cable");
     EXPECT_EQ(payload(mouse.ask(Command::Version)), (Bytes{0x03, 0x02}));
     EXPECT_EQ(RawClient::find(folder_.path(), "cable", wire::SettingsUsagePage)->release, 0x0203);

@@ -116,14 +116,22 @@ TEST_F(EmulatorPace, AFloodWaitsAndArrivesWhole)
     EXPECT_EQ(emulator_.reportCount("rx1k"), static_cast<uint64_t>(reports));
 }
 
+// On a busy machine the flood may be through before the other's questions are. With a pace for both it would
+// be in every round.
 TEST_F(EmulatorPace, DevicesDoNotShareTheirPace)
 {
     order("pace on");
-    RawClient flood(folder_.path(), "rx1k");
-    RawClient other(folder_.path(), "rx2k");
-    for (int i = 0; i < 200; ++i)
-        flood.post(Command::Identity);
-    for (int i = 0; i < 20; ++i)
-        ASSERT_TRUE(other.ask(Command::Identity));
-    EXPECT_LT(emulator_.reportCount("rx1k"), 200U);
+    bool isOvertaken = false;
+    for (int round = 0; round < 10 && !isOvertaken; ++round) {
+        RawClient flood(folder_.path(), "rx1k");
+        RawClient other(folder_.path(), "rx2k");
+        const uint64_t whole = emulator_.reportCount("rx1k") + 200;
+        for (int i = 0; i < 200; ++i)
+            flood.post(Command::Identity);
+        for (int i = 0; i < 20; ++i)
+            ASSERT_TRUE(other.ask(Command::Identity));
+        isOvertaken = emulator_.reportCount("rx1k") < whole;
+        ASSERT_TRUE(eventually([&] { return emulator_.reportCount("rx1k") == whole; }));
+    }
+    EXPECT_TRUE(isOvertaken);
 }

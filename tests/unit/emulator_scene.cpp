@@ -3,10 +3,12 @@
 //
 // The scene with a time of its own: what falls due when.
 #include "emulator/Scene.h"
+#include "tests/support/BootImage.h"
 
 #include <gtest/gtest.h>
 
 using namespace emulator;
+using namespace bootimage;
 using std::chrono::milliseconds;
 
 namespace
@@ -20,14 +22,30 @@ protected:
         scene_.run(start_);
         mouse_.plugged = true;
     }
-    wire::Status ask(wire::Command command, uint8_t argument)
+    wire::Status ask(wire::Command command, const Bytes &payload = {}, std::size_t address = 0)
     {
         wire::Report request{};
         request.CommandCode = static_cast<uint8_t>(command);
         request.Sequence = 1;
-        request.Length = 1;
-        request.Payload[0] = argument;
+        request.setAddress(static_cast<uint16_t>(address));
+        request.Length = static_cast<uint8_t>(payload.size());
+        std::copy(payload.begin(), payload.end(), request.Payload);
         return scene_.answer(mouse_, request).status();
+    }
+    // The order now and once more just before the device leaves the bus for it.
+    void expectOneChange(wire::Command command, const Bytes &argument, Mode to)
+    {
+        const milliseconds begin = std::chrono::duration_cast<milliseconds>(scene_.now() - start_);
+        ASSERT_EQ(ask(command, argument), wire::Status::Ok);
+        runTo(begin + BootLeaveTime - milliseconds(1));
+        EXPECT_EQ(ask(command, argument), wire::Status::Ok);
+        runTo(begin + BootLeaveTime);
+        EXPECT_EQ(mouse_.mode, Mode::Absent);
+        runTo(begin + BootLeaveTime + BootReturnTime - milliseconds(1));
+        EXPECT_EQ(mouse_.mode, Mode::Absent);
+        runTo(begin + BootLeaveTime + BootReturnTime);
+        EXPECT_EQ(mouse_.mode, to);
+        EXPECT_FALSE(scene_.interfaces().empty());
     }
     void runTo(milliseconds time) { scene_.run(start_ + time); }
 
@@ -40,7 +58,7 @@ protected:
 
 TEST_F(EmulatorScene, BootLoaderTakesItsTime)
 {
-    ASSERT_EQ(ask(wire::Command::BootEnter, wire::TargetMouse), wire::Status::Ok);
+    ASSERT_EQ(ask(wire::Command::BootEnter, {wire::TargetMouse}), wire::Status::Ok);
     EXPECT_EQ(scene_.nextDue(), start_ + BootLeaveTime);
     runTo(BootLeaveTime - milliseconds(1));
     EXPECT_EQ(mouse_.mode, Mode::Normal);
@@ -52,9 +70,23 @@ TEST_F(EmulatorScene, BootLoaderTakesItsTime)
     EXPECT_EQ(scene_.nextDue(), std::nullopt);
 }
 
+TEST_F(EmulatorScene, ARepeatedOrderOfAnUpgradeChangesNothing)
+{
+    expectOneChange(wire::Command::BootEnter, {wire::TargetMouse}, Mode::Boot);
+    const wire::BootIdentityReply identity = mouse_.bootIdentity();
+    const Bytes image = firmware(identity.Target, identity.Cid, identity.Mid, 0x0203);
+    ASSERT_EQ(ask(wire::Command::BootBegin, beginOf(image)), wire::Status::Ok);
+    for (std::size_t block = 0; block < blocksOf(image); ++block)
+        ASSERT_EQ(ask(wire::Command::BootData, blockOf(image, block), block), wire::Status::Ok);
+    expectOneChange(wire::Command::BootEnd, {}, Mode::Normal);
+    EXPECT_EQ(mouse_.version, 0x0203);
+    runTo(std::chrono::hours(1));
+    EXPECT_EQ(mouse_.mode, Mode::Normal);
+}
+
 TEST_F(EmulatorScene, ADeviceInItsBootLoaderIsNotSentThereAgain)
 {
-    ASSERT_EQ(ask(wire::Command::BootEnter, wire::TargetMouse), wire::Status::Ok);
+    ASSERT_EQ(ask(wire::Command::BootEnter, {wire::TargetMouse}), wire::Status::Ok);
     scene_.setBoot(mouse_, true);
     runTo(BootLeaveTime);
     EXPECT_EQ(mouse_.mode, Mode::Boot);

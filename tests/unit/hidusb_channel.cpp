@@ -93,6 +93,13 @@ protected:
         const uint8_t bytes[] = {1, 2, 3, 4, 5, 6, 7, 8};
         return replyTo(request, bytes, sizeof bytes);
     }
+    // For a machine on which an answer takes longer than a try.
+    static Limits patient()
+    {
+        Limits limits;
+        limits.tries = 20;
+        return limits;
+    }
     static bool isGood(const std::optional<wire::Report> &reply)
     {
         return reply && reply->status() == wire::Status::Ok && reply->Length == 8 && reply->Payload[7] == 8;
@@ -106,12 +113,14 @@ TEST_F(ChannelTest, ABadReplyIsNoReplyAndTheNextTryCounts)
 {
     for (const Fault &fault : Faults) {
         tries = 0;
+        // Only the second try is answered well: one more, sent while that answer is on its way, is not.
         device.setScript([&fault, this](const wire::Report &request) {
             const wire::Report good = goodReply(request);
-            return tries++ == 0 ? fault.answers(good) : Answers{datagram(good)};
+            const int number = ++tries;
+            return number == 1 ? fault.answers(good) : number == 2 ? Answers{datagram(good)} : Answers{};
         });
-        EXPECT_TRUE(isGood(acquireChannel(device.path())->ask(readRequest()))) << fault.name;
-        EXPECT_EQ(tries, 2) << fault.name;
+        EXPECT_TRUE(isGood(acquireChannel(device.path())->ask(readRequest(), patient()))) << fault.name;
+        EXPECT_GE(tries, 2) << fault.name;
     }
 }
 
@@ -165,13 +174,13 @@ TEST_F(ChannelTest, ALateReplyIsNotTakenForTheNextOne)
 
 TEST_F(ChannelTest, BusyIsAskedAgainAndDoesNotUseUpTheTries)
 {
-    std::atomic<int> asked{0};
-    device.setScript([&asked](const wire::Report &request) {
-        return Answers{
-            datagram(++asked < 5 ? replyTo(request, nullptr, 0, wire::Status::Busy) : goodReply(request))};
+    const int busy = patient().tries + 5;
+    device.setScript([busy, this](const wire::Report &request) {
+        return Answers{datagram(++tries <= busy ? replyTo(request, nullptr, 0, wire::Status::Busy)
+                                                : goodReply(request))};
     });
-    EXPECT_TRUE(isGood(acquireChannel(device.path())->ask(readRequest())));
-    EXPECT_EQ(asked, 5);
+    EXPECT_TRUE(isGood(acquireChannel(device.path())->ask(readRequest(), patient())));
+    EXPECT_GT(tries, busy);
 }
 
 TEST_F(ChannelTest, ARefusalIsAnAnswer)
@@ -182,7 +191,7 @@ TEST_F(ChannelTest, ARefusalIsAnAnswer)
     const auto reply = acquireChannel(device.path())->ask(readRequest());
     ASSERT_TRUE(reply);
     EXPECT_EQ(reply->status(), wire::Status::Refused);
-    EXPECT_EQ(device.count(Command::FlashRead), 1U);
+    EXPECT_EQ(device.asked(Command::FlashRead), 1U);
 }
 
 static std::vector<Exchange> wholeRead()
@@ -214,9 +223,8 @@ TEST_F(ChannelTest, ManyInFlightComeHomeInAnyOrder)
         return answers;
     });
     std::vector<Exchange> batch = wholeRead();
-    Limits limits;
+    Limits limits = patient();
     limits.window = 8;
-    limits.tries = 20;
     ASSERT_TRUE(acquireChannel(device.path())->exchange(batch, limits));
     for (std::size_t i = 0; i < batch.size(); ++i)
         ASSERT_EQ(
@@ -234,7 +242,7 @@ TEST_F(ChannelTest, ABadStatusInTheMiddleEndsTheBatch)
     Limits limits;
     limits.window = 8;
     EXPECT_FALSE(acquireChannel(device.path())->exchange(batch, limits));
-    EXPECT_LE(device.count(Command::FlashRead), 10U + 8U);
+    EXPECT_LE(device.asked(Command::FlashRead), 10U + 8U);
 }
 
 TEST_F(ChannelTest, UsersOfOnePathShareAChannelAndItsRepliesStayApart)

@@ -67,13 +67,14 @@ protected:
     }
     // One load from the start: true when the image came, which is then in `record`. The answer to the
     // question behind the read tells that it is over, and is waited for so that it is not the next one's.
-    bool load(const std::string &path)
+    // `patience` is longer than the layer's own for a read; where a load may fail it need not be.
+    bool load(const std::string &path, std::chrono::seconds patience = std::chrono::seconds(20))
     {
         connect(path);
         messages.clear();
         UsbServer_ReadAllFlashData();
         UsbServer_ReadVersion(); // comes or not, as the read before it
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+        const auto end = std::chrono::steady_clock::now() + patience;
         bool over = false;
         while (!over && std::chrono::steady_clock::now() < end) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -108,7 +109,9 @@ TEST_F(WithEmulator, LoadsAndEditsByAirAndByCable)
     const std::pair<std::string, const char *> devices[] = {{receiver(), "air"}, {wired(), "wired"}};
     uint8_t rate = 2;
     for (const auto &[path, mouse] : devices) {
-        EXPECT_EQ(UsbFinderC_GetDeviceInfo(path.c_str(), 0).Cid, 18);
+        // Asked once only, so that a busy machine may miss the answer.
+        EXPECT_TRUE(
+            eventually([&, &path = path] { return UsbFinderC_GetDeviceInfo(path.c_str(), 0).Cid == 18; }));
         EXPECT_EQ(UsbFinderC_GetDeviceOnLine(path.c_str()), 1);
         ASSERT_TRUE(load(path)) << mouse;
         EXPECT_TRUE(flashHolds(mouse));
@@ -116,8 +119,8 @@ TEST_F(WithEmulator, LoadsAndEditsByAirAndByCable)
         ProtocolDataUpdate(record.get());
         EXPECT_TRUE(eventually([&] { return flashHolds(mouse); })) << mouse;
     }
-    EXPECT_EQ(emulator.reportCount("wired", Command::FlashWrite), 1U);
-    EXPECT_EQ(emulator.reportCount("wired", Command::FlashRead), 124U);
+    EXPECT_EQ(emulator.requestCount("wired", Command::FlashWrite), 1U);
+    EXPECT_EQ(emulator.requestCount("wired", Command::FlashRead), 124U);
 }
 
 TEST_F(WithEmulator, AnyRecordArrivesAndIsReadBack)
@@ -218,7 +221,7 @@ TEST_F(WithEmulator, EachFaultAtAnyReportOfALoadLeavesTheNextLoadRight)
     for (const char *kind : FaultKinds) {
         for (const int at : {1, 2, 3, 9, 60, 125}) {
             order(std::string("fault rx ") + kind + " at " + std::to_string(at));
-            if (load(receiver())) {
+            if (load(receiver(), std::chrono::seconds(2))) {
                 EXPECT_TRUE(flashHolds("air")) << kind << " at " << at;
             }
             order("fault rx clear");

@@ -253,7 +253,8 @@ TEST_F(Upgrade, TheNextOneMayStartFromTheEndOfTheLast)
         upgradeLog().atEnd = [&] { started = start() ? 1 : 0; };
     }
     ASSERT_TRUE(start());
-    EXPECT_TRUE(eventually([] { return ends().size() == 2; }));
+    // The second may end before the first one's thread is back from its start.
+    EXPECT_TRUE(eventually([&started] { return started != -1 && ends().size() == 2; }));
     EXPECT_EQ(started, 1);
 }
 
@@ -282,7 +283,7 @@ TEST_F(Upgrade, EachReceiverKindTakesAReceiversFile)
         plugMouse(kind);
         EXPECT_TRUE(start(0)) << int{kind};
         EXPECT_TRUE(endsWith(0));
-        EXPECT_EQ(device->count(Command::BootEnter), 1U);
+        EXPECT_EQ(device->asked(Command::BootEnter), 1U);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "device/EventDispatch.h"
 #include "device/Worker.h"
 #include "tests/support/DeviceFixture.h"
+#include "tests/support/Elsewhere.h"
 
 #include <QtTest>
 
@@ -45,13 +46,7 @@ private:
     }
     void changed()
     {
-        std::atomic<bool> ended{false};
-        std::thread watch([&] {
-            DevicePageUsbChanged();
-            ended = true;
-        });
-        QTRY_VERIFY(ended);
-        watch.join();
+        runElsewhere([] { DevicePageUsbChanged(); });
         QTRY_VERIFY(!worker->isRunning());
         QCoreApplication::processEvents();
         hub->lines.removeAll(QStringLiteral("setver 4"));

@@ -4,6 +4,7 @@
 // The message dispatch against a scripted layer: what each message publishes, asks and stores.
 #include "catalogue/config/RegistryStore.h"
 #include "device/DeviceRecord.h"
+#include "tests/support/Elsewhere.h"
 #include "tests/unit/DispatchFixture.h"
 
 #include <cstring>
@@ -139,11 +140,16 @@ private slots:
         const Bytes everything = {0, 0, 1, 0, 0, 0, 0};
         deliver(10, 0, everything);
         QVERIFY(!ConfigChanged); // the time has just begun
-        QTRY_VERIFY_WITH_TIMEOUT((deliver(10, 0, everything), ConfigChanged.load()), 6000);
-        QVERIFY(RestartWorker);
-        ConfigChanged = RestartWorker = false;
-        deliver(10, 0, everything);
-        QVERIFY(!ConfigChanged && !RestartWorker);
+        bool taken = true;
+        // A machine that stands still for the three seconds lets the next one through.
+        for (int round = 0; round < 10 && taken; ++round) {
+            QTRY_VERIFY_WITH_TIMEOUT((deliver(10, 0, everything), ConfigChanged.load()), 30000);
+            QVERIFY(RestartWorker);
+            ConfigChanged = RestartWorker = false;
+            deliver(10, 0, everything);
+            taken = ConfigChanged.exchange(false) || RestartWorker.exchange(false);
+        }
+        QVERIFY(!taken);
     }
 
     void configurationIsPublished_data()
@@ -211,18 +217,14 @@ private slots:
         select(0, Receiver1K);
         const uint8_t header[] = {5, 8, 0, 9, 9, 0, 0};
         const uint8_t rate[56] = {64};
-        std::atomic<bool> ended{false};
-        std::thread callback([&] {
+        runElsewhere([&] {
             ProtocolCallback(header, 7, rate, 1); // address 0x0909
             ProtocolCallback(header, 3, rate, 1); // no address: 0
             ProtocolCallback(header, 1, rate, 1); // no code
             ProtocolCallback(header, -5, rate, 1);
             ProtocolCallback(nullptr, 7, rate, 1);
             ProtocolCallback(header, 3, nullptr, 1); // a body that is not there has no length
-            ended = true;
         });
-        QTRY_VERIFY(ended);
-        callback.join();
         QCOMPARE(hub->lines, QStringList{"rate 64"});
     }
 

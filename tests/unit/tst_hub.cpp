@@ -3,6 +3,7 @@
 //
 // The hub: its signals, and the blocking delivery of types that no queue could carry.
 #include "app/hub/PostMsg.h"
+#include "tests/support/Elsewhere.h"
 
 #include <QMetaMethod>
 #include <QSet>
@@ -156,15 +157,11 @@ private slots:
         sent.MacroBlocks[15].Events[69].DelayMs.set(70000);
         DongleRGB rgb{2, {}};
         std::atomic<int> takenAtReturn{0};
-        std::atomic<bool> ended{false};
-        std::thread callback([&] {
+        runElsewhere([&] {
             emit PostMsg::instance()->SigUpDataLightSensor(sent);
             takenAtReturn = page.taken.load(); // the page had it before the callback went on
             emit PostMsg::instance()->SigRGBValue(&rgb);
-            ended = true;
         });
-        QTRY_VERIFY(ended);
-        callback.join();
         QCOMPARE(takenAtReturn.load(), 1);
         QCOMPARE(page.thread, thread());
         QCOMPARE(memcmp(&page.record, &sent, sizeof sent), 0);

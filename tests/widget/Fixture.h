@@ -8,6 +8,7 @@
 #include "app/hub/PostMsg.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
+#include "tests/support/Elsewhere.h"
 #include "tests/support/FakeHidUsb.h"
 #include "tests/support/ProductFolder.h"
 
@@ -86,17 +87,7 @@ inline void clean()
 }
 
 // Emits what must not be emitted on the main thread, and turns the event loop until it has been taken.
-inline void emitElsewhere(const std::function<void()> &emission)
-{
-    std::atomic<bool> done{false};
-    std::thread thread([&] {
-        emission();
-        done = true;
-    });
-    while (!done)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    thread.join();
-}
+inline void emitElsewhere(const std::function<void()> &emission) { runElsewhere(emission); }
 
 // Acts on the next modal dialog of that class, once it is up.
 template <typename Notice> void whenModal(std::function<void(Notice *)> act)

@@ -7,6 +7,7 @@
 #include "device/Worker.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
+#include "tests/widget/Emitter.h"
 #include "tests/widget/Fixture.h"
 
 #include <QSet>
@@ -183,8 +184,8 @@ const std::vector<Row> &rows()
 class CallWatch : public QObject
 {
 public:
-    CallWatch(const std::vector<QObject *> &objects, const std::atomic<bool> &emitterReturned)
-        : watched(objects), returned(emitterReturned)
+    CallWatch(const std::vector<QObject *> &objects, const Emitter &ofCall)
+        : watched(objects), emitter(ofCall)
     {
         qApp->installEventFilter(this);
     }
@@ -197,12 +198,10 @@ public:
         if (event->type() != QEvent::MetaCall || !watchedNow(receiver))
             return false;
         reached.insert(QString::fromLatin1(receiver->metaObject()->className()));
-        // An emitter that does not wait needs no more than this to come back.
-        QElapsedTimer patience;
-        patience.start();
-        while (!returned && patience.elapsed() < 30)
+        // An emitter that waits sleeps meanwhile. One that doesn't comes back, however long that takes it.
+        while (!emitter.returned && !sleeps(emitter.thread))
             std::this_thread::yield();
-        emitterWentOn = emitterWentOn || returned;
+        emitterWentOn = emitterWentOn || emitter.returned;
         return false;
     }
 
@@ -213,7 +212,7 @@ private:
     }
 
     std::vector<QObject *> watched;
-    const std::atomic<bool> &returned;
+    const Emitter &emitter;
 };
 
 } // namespace
@@ -315,15 +314,10 @@ private slots:
         QFETCH(int, index);
         const Row &row = rows()[std::size_t(index)];
         const std::vector<QObject *> wanted = receivers(row);
-        std::atomic<bool> returned{false};
-        CallWatch watch(wanted, returned);
-        std::thread emitter([&] {
-            row.emission(PostMsg::instance());
-            returned = true;
-        });
-        while (!returned)
+        Emitter emitter(row.emission);
+        CallWatch watch(wanted, emitter);
+        while (!emitter.returned)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        emitter.join();
         QCOMPARE(watch.reached.size(), int(wanted.size()));
         QVERIFY(!watch.emitterWentOn);
     }
@@ -334,24 +328,19 @@ private slots:
         QFETCH(int, index);
         const Row &row = rows()[std::size_t(index)];
         const std::vector<QObject *> wanted = receivers(row);
-        std::atomic<bool> returned{false};
-        CallWatch watch(wanted, returned);
-        std::thread emitter([&] {
-            row.emission(PostMsg::instance());
-            returned = true;
-        });
+        Emitter emitter(row.emission);
+        CallWatch watch(wanted, emitter);
         QElapsedTimer patience;
         patience.start();
-        while (!returned && patience.elapsed() < 5000)
+        while (!emitter.returned && patience.elapsed() < 30000)
             std::this_thread::yield(); // with the event loop standing still
-        const bool wentOn = returned;
+        const bool wentOn = emitter.returned;
         QTimer::singleShot(0, [] {
             if (auto *const dialog = qobject_cast<UpDataParam *>(QApplication::activeModalWidget()))
                 dialog->close();
         });
-        while (!returned || watch.reached.size() < int(wanted.size()))
+        while (!emitter.returned || watch.reached.size() < int(wanted.size()))
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-        emitter.join();
         QVERIFY(wentOn);
     }
 

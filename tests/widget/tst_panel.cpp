@@ -206,14 +206,22 @@ private slots:
         auto *model = qobject_cast<FlashModel *>(view->model());
         QTRY_COMPARE(model->rowCount() * model->columnCount(), int(FlashSize));
         QVERIFY(!model->isChanged(0x4d));
+        // The mark fades, on a busy machine before a look from here.
+        bool marked = false;
+        bool markedBeside = false;
+        connect(model, &QAbstractItemModel::dataChanged, this, [&] {
+            marked |= model->isChanged(0x4d);
+            markedBeside |= model->isChanged(0x4c);
+        });
         emulated->order("set air flash 0x4d 77");
         QTRY_COMPARE(view->model()->index(4, 13).data().toString(), QString("77"));
-        QVERIFY(model->isChanged(0x4d));
-        QVERIFY(!model->isChanged(0x4c));
+        QVERIFY(marked);
+        QVERIFY(!markedBeside);
         QTRY_VERIFY(!model->isChanged(0x4d));
         choose("wired");
         QTRY_COMPARE(view->model()->index(4, 13).data().toString(), QString("80"));
         QVERIFY(!model->isChanged(0x4d));
+        disconnect(model, nullptr, this, nullptr);
     }
 
     void fieldsCoverTheLayout()
