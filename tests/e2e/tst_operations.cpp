@@ -158,8 +158,9 @@ private slots:
         // The long range is the last thing to go back before the read is ordered: the mouse is given contents
         // of its own in that call.
         QObject reset;
-        const auto fillSlots = [&] {
-            reset.disconnect();
+        const auto fillSlots = [&program, filled = false]() mutable {
+            if (std::exchange(filled, true))
+                return;
             for (const std::size_t slot : {2, 3, 15})
                 program.bus.order(
                     "set m2 flash " +
