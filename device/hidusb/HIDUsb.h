@@ -11,7 +11,8 @@
 // - "bool" results are one byte, 0 for false. There are no error codes.
 // - Every call is bounded. A question to a device is asked up to 3 times with 150 ms for each answer
 //   (the on-line question twice with 150 ms), so no call takes longer than 0.5 s on a silent device;
-//   exceptions are named below. Functions that start something return at once.
+//   exceptions are named below. The first question in three seconds opens the device, for which the kernel
+//   takes some 60 ms, and more when it has to wake it up. Functions that start something return at once.
 // - Callbacks come on threads of the library's own, never on a caller's thread, and no lock of the
 //   library is held meanwhile. They may block; only the callbacks behind them in the same row wait.
 //
