@@ -44,21 +44,22 @@ private:
     };
     using Folder = std::filesystem::directory_iterator;
 
-    // The stores' writers sleep for half a minute after their last file, with a descriptor each.
-    static bool isWriter(const std::filesystem::path &thread)
+    // What Qt starts at the first need and keeps, with a descriptor each: the stores' writers, which sleep
+    // for half a minute after their last file, and on a display the way to the desktop's services.
+    static bool isOfQt(const std::filesystem::path &thread)
     {
         std::ifstream file(thread / "comm");
         std::string name;
-        return std::getline(file, name) && name == "Thread (pooled)";
+        return std::getline(file, name) && (name == "Thread (pooled)" || name == "QDBusConnection");
     }
     static Counts count()
     {
         std::error_code error;
         Counts now{0, 0};
         for (const auto &thread : Folder("/proc/self/task", error)) {
-            const bool writer = isWriter(thread.path());
-            now.threads += !writer;
-            now.files -= writer;
+            const bool ofQt = isOfQt(thread.path());
+            now.threads += !ofQt;
+            now.files -= ofQt;
         }
         now.files += long(std::distance(Folder("/proc/self/fd", error), Folder()));
         return now;
