@@ -117,8 +117,7 @@ TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInf
     button->setFocusPolicy(Qt::TabFocus);
     const QString link = device.Usb ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png");
     const QString badge = rateBadge(device.DeviceKind);
-    const Tile tile{button,
-                    addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
+    const Tile tile{button, addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
                     addLabel(page, QStringLiteral("UsbWifi") + number, link),
                     addLabel(page, QStringLiteral("Rate") + number, badge)};
     tile.offline->setToolTip(offlineTip);
