@@ -311,14 +311,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    tst_RightHint test;
-    return QTest::qExec(&test, argc, argv);
-}
+int main(int argc, char *argv[]) { return runSelectionTest<tst_RightHint>(argc, argv); }
 
 #include "tst_righthint.moc"

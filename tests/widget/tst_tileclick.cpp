@@ -379,12 +379,7 @@ static QByteArray catalogueWithFirmware()
 
 int main(int argc, char *argv[])
 {
-    const ProductFolder product(catalogueWithFirmware());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    tst_TileClick test;
-    return QTest::qExec(&test, argc, argv);
+    return runSelectionTest<tst_TileClick>(argc, argv, catalogueWithFirmware());
 }
 
 #include "tst_tileclick.moc"
