@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/StartUp.h"
 
-#include "app/environment/DataRoot.h"
-#include "app/environment/Scale.h"
+#include "environment/DataRoot.h"
+#include "environment/Scale.h"
 #include "presentation/SkinPalette.h"
 
 #include <QCoreApplication>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/DialogMain.h"
 #include "app/StartUp.h"
-#include "app/environment/SingleInstance.h"
+#include "environment/SingleInstance.h"
 #include "presentation/Notices.h"
 #include "presentation/ScreenFont.h"
 

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 //
 // The part of Buttoninterface that turns clicks into bindings.
-#include "app/hub/PostMsg.h"
 #include "binding/ActionButton.h"
 #include "binding/ButtonList.h"
 #include "binding/Buttoninterface.h"
@@ -10,12 +9,13 @@
 #include "binding/actions/BindingDecoder.h"
 #include "binding/actions/BindingEncoder.h"
 #include "binding/actions/DefaultActions.h"
-#include "binding/dialogs/FireKey.h"
-#include "binding/dialogs/GroupKey.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "hub/PostMsg.h"
 #include "presentation/Notices.h"
+#include "presentation/dialogs/FireKey.h"
+#include "presentation/dialogs/GroupKey.h"
 #include "presentation/language/LanguageTables.h"
 #include "ui_Buttoninterface.h"
 

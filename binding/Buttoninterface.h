@@ -8,7 +8,7 @@
 // the emitting thread waiting.
 #pragma once
 
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DpiCodes.h"
 #include "device/hidusb/FlashDataMap.h"
 
 #include <QWidget>

@@ -1,7 +1,4 @@
-# add_module(name SOURCES a.cpp … [FORMS a.ui …] [LINKS targets …])
-# A static library of the folder it stands in. Warnings and definitions are set here once. Includes are
-# written from the top of the tree; a module sees another one's headers only by linking to it, so an
-# include that runs upward does not link.
+# morlen_target(target): what every target has, the warnings and includes written from the top of the tree.
 function(morlen_target target)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_options(${target} PRIVATE
@@ -9,21 +6,62 @@ function(morlen_target target)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
 endfunction()
 
+set(morlen_qt_definitions QT_NO_CAST_FROM_ASCII QT_NO_FOREACH QT_DEPRECATED_WARNINGS)
+
+# add_precompiled(name LINKS targets … HEADERS headers … [DEFINITIONS …])
+# A target whose precompiled headers others take by use_precompiled(). The compiler takes them only where flags and
+# definitions are the same; definitions that the headers never ask for may differ. An executable is compiled like a
+# library for that.
+set(CMAKE_CXX_COMPILE_OPTIONS_PIE ${CMAKE_CXX_COMPILE_OPTIONS_PIC})
+function(add_precompiled name)
+  cmake_parse_arguments(precompiled "" "" "LINKS;HEADERS;DEFINITIONS" ${ARGN})
+  if(NOT MORLEN_PCH)
+    return()
+  endif()
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+  file(TOUCH ${source})
+  add_library(${name} OBJECT ${source})
+  morlen_target(${name})
+  target_compile_definitions(${name} PRIVATE ${precompiled_DEFINITIONS})
+  target_link_libraries(${name} PRIVATE ${precompiled_LINKS})
+  target_precompile_headers(${name} PRIVATE ${precompiled_HEADERS})
+  set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTOUIC OFF)
+endfunction()
+
+# use_precompiled(target name): as if each source of the target began with the headers of add_precompiled(name).
+function(use_precompiled target name)
+  if(TARGET ${name})
+    target_precompile_headers(${target} REUSE_FROM ${name})
+  endif()
+endfunction()
+
+# add_module(name SOURCES a.cpp … LINKS targets …)
+# A static library of the folder it stands in, with the warnings and definitions of all. scripts/check_includes
+# holds its includes against LINKS.
 function(add_module name)
   cmake_parse_arguments(module "" "" "SOURCES;LINKS" ${ARGN})
   add_library(${name} STATIC ${module_SOURCES})
   morlen_target(${name})
-  target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_FOREACH QT_DEPRECATED_WARNINGS)
+  target_compile_definitions(${name} PRIVATE ${morlen_qt_definitions})
   target_link_libraries(${name} PUBLIC ${module_LINKS})
+  if("Qt5::Widgets" IN_LIST module_LINKS)
+    use_precompiled(${name} precompiled_widgets)
+  elseif("Qt5::Core" IN_LIST module_LINKS OR "Qt5::Gui" IN_LIST module_LINKS)
+    use_precompiled(${name} precompiled_core)
+  endif()
 endfunction()
 
-# add_morlen_test(name SOURCES … LINKS … [XSERVER])
+# add_morlen_test(name SOURCES … LINKS … [XSERVER] [TIMEOUT seconds] [LABELS …])
 # A QtTest or GoogleTest program. XSERVER: it needs a window system and gets an Xvfb of its own.
 function(add_morlen_test name)
   cmake_parse_arguments(test "XSERVER" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
   add_executable(${name} ${test_SOURCES})
   morlen_target(${name})
   target_link_libraries(${name} PRIVATE ${test_LINKS})
+  if("Qt5::Test" IN_LIST test_LINKS)
+    target_link_libraries(${name} PRIVATE Qt5::Widgets)
+    use_precompiled(${name} precompiled_test)
+  endif()
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   if(test_XSERVER)
     add_test(NAME ${name} COMMAND xvfb-run -a -s "-screen 0 1600x1200x24" $<TARGET_FILE:${name}>)

@@ -5,12 +5,12 @@
 // its cable, and leaves the page when it is gone.
 #include "device/EventDispatch.h"
 
-#include "app/hub/PostMsg.h"
-#include "catalogue/firmware/FirmwareSearch.h"
+#include "catalogue/FirmwareSearch.h"
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
 #include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
+#include "hub/PostMsg.h"
 
 namespace
 {

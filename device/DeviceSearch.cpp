@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/DeviceSearch.h"
 
-#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/DeviceCatalogue.h"
 #include "device/hidusb/HIDUsb.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/DeviceState.h"
 
-#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/DeviceCatalogue.h"
 #include "device/DeviceRecord.h"
 
 #include <set>

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "device/EventDispatch.h"
 
-#include "app/hub/PostMsg.h"
-#include "catalogue/config/DeviceCatalogue.h"
-#include "catalogue/config/RegistryStore.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "catalogue/RegistryStore.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/hidusb/wire/FlashLayout.h"
+#include "hub/PostMsg.h"
 
 #include <QElapsedTimer>
 #include <QStringList>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "device/ImageCache.h"
 
-#include "app/environment/DataRoot.h"
-#include "app/environment/SafeFile.h"
+#include "environment/DataRoot.h"
+#include "environment/SafeFile.h"
 
 #include <QFile>
 #include <QFileInfo>

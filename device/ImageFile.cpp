@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "device/ImageFile.h"
 
-#include "app/environment/SafeFile.h"
-#include "catalogue/config/ConfigReader.h"
+#include "catalogue/ConfigReader.h"
+#include "environment/SafeFile.h"
 
 #include <QDataStream>
 #include <QDebug>

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "device/Worker.h"
 
-#include "app/hub/PostMsg.h"
-#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/DeviceCatalogue.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/EventDispatch.h"
 #include "device/ImageCache.h"
+#include "hub/PostMsg.h"
 
 #include <QCoreApplication>
 #include <QDebug>

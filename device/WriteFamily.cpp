@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "device/WriteFamily.h"
 
-#include "app/hub/PostMsg.h"
+#include "catalogue/DpiCodes.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
+#include "hub/PostMsg.h"
 
 namespace
 {
@@ -76,6 +77,16 @@ bool SetDpiLevel(int stage, uint8_t x, uint8_t y, uint8_t flags)
                entry.LevelY = y;
                entry.LevelFlags = flags;
            });
+}
+
+bool SensorDpiEncode(int stage, int dpi)
+{
+    if (!isStage(stage))
+        return false;
+    const uint8_t present = DeviceRecord::copy().DpiStages[stage].LevelFlags;
+    const DpiStageCode encoded = encodeDpi(dpi, present, currentCodes(), SensorRanges);
+    const auto level = uint8_t(encoded.code);
+    return SetDpiLevel(stage, level, level, encoded.flags);
 }
 
 bool SetDpiColor(int stage, uint8_t red, uint8_t green, uint8_t blue)

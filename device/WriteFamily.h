@@ -28,6 +28,8 @@ bool SetAngleSet(uint8_t value); // also marks the angle as valid
 
 // Stages and keys are indices into the record; one outside it is refused without a question to the device.
 bool SetDpiLevel(int stage, uint8_t x, uint8_t y, uint8_t flags);
+// A DPI value in the code of the current sensor and its ranges.
+bool SensorDpiEncode(int stage, int dpi);
 bool SetDpiColor(int stage, uint8_t red, uint8_t green, uint8_t blue);
 // Writes both entries to their indices; `current` becomes the stage in use and the last one.
 bool SetDpiStages(const DpiStage &first, const DpiStage &second, int firstIndex, int secondIndex,

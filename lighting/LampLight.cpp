@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/LampLight.h"
 
-#include "app/hub/PostMsg.h"
 #include "device/DeviceState.h"
+#include "hub/PostMsg.h"
+#include "lighting/SensorEffect.h"
 #include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
-#include "sensor/SensorEffect.h"
 
 #include <QLabel>
 

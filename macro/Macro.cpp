@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "macro/Macro.h"
 
-#include "app/hub/PostMsg.h"
-#include "binding/keys/KeyVocabulary.h"
+#include "hub/PostMsg.h"
+#include "keys/KeyVocabulary.h"
 #include "presentation/language/LanguageTables.h"
 
 Macro::Macro(QWidget *parent) : PageSurface(QStringLiteral("Macro"), QStringLiteral("Macro"), parent)

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/DeviceOperations.h"
 
-#include "app/hub/PostMsg.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/Worker.h"
+#include "hub/PostMsg.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/NoticeDialog.h"
 
-#include "app/hub/PostMsg.h"
-#include "catalogue/config/LanguageChoice.h"
-#include "catalogue/config/UserStore.h"
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/UserStore.h"
+#include "hub/PostMsg.h"
 #include "presentation/FirstShow.h"
 #include "presentation/ScreenFont.h"
 #include "presentation/StyleSheets.h"

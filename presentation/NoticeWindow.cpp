@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/NoticeWindow.h"
 
-#include "app/environment/DataRoot.h"
+#include "environment/DataRoot.h"
 #include "presentation/SkinPalette.h"
 
 #include <QApplication>

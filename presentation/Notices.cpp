@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/Notices.h"
 
-#include "app/environment/DataRoot.h"
-#include "app/hub/PostMsg.h"
-#include "catalogue/config/LanguageChoice.h"
-#include "catalogue/config/UserStore.h"
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/UserStore.h"
 #include "device/DeviceState.h"
 #include "device/ImageFile.h"
+#include "environment/DataRoot.h"
+#include "hub/PostMsg.h"
 
 MouseOffLine::MouseOffLine() : NoticeDialog(notice::OffLine)
 {

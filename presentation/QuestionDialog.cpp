@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/QuestionDialog.h"
 
-#include "catalogue/config/LanguageChoice.h"
-#include "catalogue/config/UserStore.h"
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/UserStore.h"
 #include "presentation/Notices.h"
 #include "presentation/ScreenFont.h"
 #include "presentation/StyleSheets.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/ScreenFont.h"
 
-#include "app/environment/FontScale.h"
+#include "presentation/FontScale.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/StyleSheets.h"
 
-#include "app/environment/DataRoot.h"
-#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "environment/DataRoot.h"
 
 #include <initializer_list>
 

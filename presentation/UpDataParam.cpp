@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/UpDataParam.h"
 
-#include "app/hub/PostMsg.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/ImageCache.h"
 #include "device/ImageFile.h"
+#include "hub/PostMsg.h"
 #include "presentation/Notices.h"
 #include "presentation/Spin.h"
 

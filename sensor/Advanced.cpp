@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/Advanced.h"
 
-#include "app/hub/PostMsg.h"
-#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/DeviceCatalogue.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
+#include "hub/PostMsg.h"
 #include "presentation/FirstShow.h"
 #include "presentation/ModelPicture.h"
 #include "presentation/SkinPalette.h"

@@ -5,7 +5,7 @@
 // lead. Values in DPI; ranges ascend. Without ranges every value stands for itself.
 #pragma once
 
-#include "catalogue/sensor/DpiRange.h"
+#include "catalogue/DpiRange.h"
 
 struct DpiRest {
     int dpi = 0;

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/Sensor.h"
 
-#include "app/environment/DataRoot.h"
-#include "app/hub/PostMsg.h"
-#include "catalogue/sensor/LevelFile.h"
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DpiCodes.h"
+#include "catalogue/LevelFile.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "environment/DataRoot.h"
+#include "hub/PostMsg.h"
 #include "presentation/FirstShow.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"

@@ -6,7 +6,7 @@
 // records from a read are reached with the emitting thread waiting.
 #pragma once
 
-#include "catalogue/sensor/SensorDefines.h"
+#include "catalogue/SensorDefines.h"
 #include "device/record/DeviceAllInfo.h"
 
 #include <QWidget>

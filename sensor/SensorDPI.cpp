@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/SensorDPI.h"
 
-#include "app/hub/PostMsg.h"
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DpiCodes.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "hub/PostMsg.h"
 #include "presentation/FirstShow.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"

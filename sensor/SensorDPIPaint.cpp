@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // What the page paints into the DPI editor.
-#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/DeviceCatalogue.h"
 #include "device/DeviceState.h"
 #include "sensor/MarkerTrack.h"
 #include "sensor/SensorDPI.h"

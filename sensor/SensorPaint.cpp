@@ -3,10 +3,10 @@
 //
 // How the page shows a record, and what it shows without one. The order of the steps counts: the last ones
 // win over those before them.
-#include "app/hub/PostMsg.h"
-#include "catalogue/config/DeviceCatalogue.h"
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "catalogue/DpiCodes.h"
 #include "device/DeviceState.h"
+#include "hub/PostMsg.h"
 #include "presentation/PageSurface.h"
 #include "sensor/PerformanceTimes.h"
 #include "sensor/Sensor.h"

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/SensorRate.h"
 
-#include "app/hub/PostMsg.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "hub/PostMsg.h"
 #include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
 #include "ui_SensorRate.h"

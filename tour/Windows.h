@@ -5,7 +5,7 @@
 // real program. Main thread.
 #pragma once
 
-#include "catalogue/AttachedDevices.h"
+#include "selection/AttachedDevices.h"
 
 #include <QAbstractButton>
 #include <QApplication>

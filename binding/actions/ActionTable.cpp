@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "binding/actions/ActionTable.h"
 
-#include "binding/keys/KeyTable.h"
+#include "keys/KeyTable.h"
 #include "presentation/language/LanguageTables.h"
 
 #include <algorithm>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "binding/actions/BindingDecoder.h"
 
-#include "binding/keys/KeyVocabulary.h"
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DpiCodes.h"
+#include "keys/KeyVocabulary.h"
 #include "presentation/language/LanguageTables.h"
 
 #include <QStringList>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "CompanyLabels.h"
+#include "presentation/language/CompanyLabels.h"
 
 #include <QXmlStreamReader>
 #include <algorithm>

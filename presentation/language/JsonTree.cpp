@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "JsonTree.h"
+#include "presentation/language/JsonTree.h"
 
 #include <QTextCodec>
 

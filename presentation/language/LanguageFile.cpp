@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "LanguageFile.h"
+#include "presentation/language/LanguageFile.h"
 
-#include "JsonTree.h"
-#include "app/environment/SafeFile.h"
+#include "environment/SafeFile.h"
+#include "presentation/language/JsonTree.h"
 
 namespace language
 {

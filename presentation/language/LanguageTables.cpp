@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "LanguageTables.h"
+#include "presentation/language/LanguageTables.h"
 
-#include "CompanyLabels.h"
-#include "app/environment/DataRoot.h"
-#include "app/environment/SafeFile.h"
+#include "environment/DataRoot.h"
+#include "environment/SafeFile.h"
+#include "presentation/language/CompanyLabels.h"
 
 #include <QVector>
 

@@ -6,7 +6,7 @@
 // the empty text.
 #pragma once
 
-#include "LanguageFile.h"
+#include "presentation/language/LanguageFile.h"
 
 #include <QStringList>
 

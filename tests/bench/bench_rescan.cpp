@@ -6,10 +6,10 @@
 // tiles were made anew. Runs on any platform of the toolkit, best on a real display.
 #include "app/DialogMain.h"
 #include "app/StartUp.h"
-#include "app/environment/DataRoot.h"
-#include "catalogue/AttachedDevices.h"
 #include "emulator/Emulator.h"
+#include "environment/DataRoot.h"
 #include "presentation/Widgets.h"
+#include "selection/AttachedDevices.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>

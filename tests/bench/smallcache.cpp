@@ -5,7 +5,7 @@
 // nothing is decoded twice, both start alike.
 #include "app/DialogMain.h"
 #include "app/StartUp.h"
-#include "app/environment/DataRoot.h"
+#include "environment/DataRoot.h"
 #include "presentation/ScreenFont.h"
 
 #include <QApplication>

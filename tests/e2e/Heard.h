@@ -6,7 +6,7 @@
 // stand in front of that question. Main thread.
 #pragma once
 
-#include "app/hub/PostMsg.h"
+#include "hub/PostMsg.h"
 #include "tests/support/EmulatedBus.h"
 
 class Heard

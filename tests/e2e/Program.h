@@ -7,10 +7,10 @@
 
 #include "app/DialogMain.h"
 #include "app/StartUp.h"
-#include "app/environment/DataRoot.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/Worker.h"
+#include "environment/DataRoot.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 #include "presentation/language/LanguageTables.h"

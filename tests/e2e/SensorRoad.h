@@ -5,8 +5,8 @@
 // page ought to show of a record. Made anew for each test function.
 #pragma once
 
-#include "app/hub/PostMsg.h"
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DpiCodes.h"
+#include "hub/PostMsg.h"
 #include "presentation/Widgets.h"
 #include "sensor/PerformanceTimes.h"
 #include "sensor/Sensor.h"

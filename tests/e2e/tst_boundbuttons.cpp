@@ -3,10 +3,10 @@
 //
 // The binding page of the real program against the flash of an emulated mouse: every action on every button,
 // the dialogs, the profiles, and a record that leaves by a file and comes back.
-#include "app/hub/PostMsg.h"
-#include "binding/dialogs/FireKey.h"
-#include "binding/dialogs/GroupKey.h"
 #include "device/WriteFamily.h"
+#include "hub/PostMsg.h"
+#include "presentation/dialogs/FireKey.h"
+#include "presentation/dialogs/GroupKey.h"
 #include "tests/e2e/Program.h"
 #include "tests/support/ButtonActions.h"
 #include "tests/support/Watchdog.h"

@@ -3,8 +3,8 @@
 //
 // A mouse that is lost at one stage after the other of its life with the real windows: what comes up, what
 // does not, and that it is read right when it is back.
-#include "app/environment/DataRoot.h"
-#include "app/hub/PostMsg.h"
+#include "environment/DataRoot.h"
+#include "hub/PostMsg.h"
 #include "tests/e2e/Program.h"
 #include "tests/support/Watchdog.h"
 

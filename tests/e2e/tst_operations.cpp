@@ -3,11 +3,11 @@
 //
 // What the real windows do to a whole emulated mouse: factory reset, import of an image file, the kept
 // image; and what the user is told when the mouse is lost meanwhile.
-#include "app/environment/DataRoot.h"
-#include "app/hub/PostMsg.h"
 #include "device/ImageCache.h"
 #include "device/ImageFile.h"
 #include "device/WriteFamily.h"
+#include "environment/DataRoot.h"
+#include "hub/PostMsg.h"
 #include "tests/e2e/Program.h"
 #include "tests/support/Watchdog.h"
 

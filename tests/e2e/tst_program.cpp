@@ -3,8 +3,8 @@
 //
 // The real windows, worker and layer against emulated mice, with the product's own data: both roads from
 // click to flash and back.
-#include "app/environment/DataRoot.h"
 #include "device/ImageCache.h"
+#include "environment/DataRoot.h"
 #include "presentation/Notices.h"
 #include "tests/e2e/Heard.h"
 #include "tests/e2e/Program.h"

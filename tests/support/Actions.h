@@ -7,7 +7,7 @@
 
 #include "binding/actions/BindingDecoder.h"
 #include "binding/actions/BindingEncoder.h"
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DpiCodes.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/ProductFolder.h"
 

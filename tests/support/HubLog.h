@@ -5,7 +5,7 @@
 // keeps one line for each signal, in order, and the last record.
 #pragma once
 
-#include "app/hub/PostMsg.h"
+#include "hub/PostMsg.h"
 
 #include <QStringList>
 

@@ -5,7 +5,7 @@
 // Made before anything reads the catalogue, since its reader keeps the file open for the process.
 #pragma once
 
-#include "app/environment/DataRoot.h"
+#include "environment/DataRoot.h"
 
 #include <QDir>
 #include <QFile>

@@ -4,7 +4,7 @@
 // The key vocabulary as its tests expect it: tests/data/keys.tsv, and the mouse buttons in one language.
 #pragma once
 
-#include "binding/keys/KeyVocabulary.h"
+#include "keys/KeyVocabulary.h"
 #include "tests/support/KeysFile.h"
 
 #include <QtTest>

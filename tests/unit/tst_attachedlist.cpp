@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Duplicates, hidden receivers, the pictures of a tile, and what a click on a silent mouse's tile means.
-#include "catalogue/AttachedList.h"
 #include "presentation/ModelPicture.h"
+#include "selection/AttachedList.h"
 
 #include <QtTest>
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/DataRoot.h"
-#include "catalogue/config/ConfigReader.h"
-#include "catalogue/config/DeviceCatalogue.h"
-#include "catalogue/config/EncodedKeys.h"
+#include "catalogue/ConfigReader.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "catalogue/EncodedKeys.h"
+#include "environment/DataRoot.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>

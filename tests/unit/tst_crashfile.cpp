@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/CrashFile.h"
-#include "app/environment/CrashName.h"
-#include "app/environment/DataRoot.h"
+#include "environment/CrashFile.h"
+#include "environment/CrashName.h"
+#include "environment/DataRoot.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The message dispatch against a scripted layer: what each message publishes, asks and stores.
-#include "catalogue/config/RegistryStore.h"
+#include "catalogue/RegistryStore.h"
 #include "device/DeviceRecord.h"
 #include "tests/support/Elsewhere.h"
 #include "tests/unit/DispatchFixture.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Full reads and resets: what they store, feed to the pages and ask of the receiver.
-#include "catalogue/config/RegistryStore.h"
+#include "catalogue/RegistryStore.h"
 #include "device/DeviceRecord.h"
 #include "tests/unit/DispatchFixture.h"
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "catalogue/config/ConfigReader.h"
-#include "catalogue/config/EncodedKeys.h"
-#include "catalogue/encode/CatalogueSource.h"
-#include "catalogue/encode/UdevRules.h"
+#include "catalogue/ConfigReader.h"
+#include "catalogue/EncodedKeys.h"
+#include "tools/encode/CatalogueSource.h"
+#include "tools/encode/UdevRules.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/FontScale.h"
+#include "presentation/FontScale.h"
 
 #include <QCheckBox>
 #include <QLabel>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The hub: its signals, and the blocking delivery of types that no queue could carry.
-#include "app/hub/PostMsg.h"
+#include "hub/PostMsg.h"
 #include "tests/support/Elsewhere.h"
 
 #include <QMetaMethod>

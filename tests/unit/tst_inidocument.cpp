@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "catalogue/config/IniDocument.h"
-#include "catalogue/config/IniValue.h"
+#include "catalogue/IniDocument.h"
+#include "catalogue/IniValue.h"
 
 #include <QRandomGenerator>
 #include <QSettings>

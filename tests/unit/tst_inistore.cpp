@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/DataRoot.h"
-#include "app/environment/FileLock.h"
-#include "catalogue/config/LanguageChoice.h"
-#include "catalogue/config/RegistryStore.h"
-#include "catalogue/config/UserStore.h"
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/RegistryStore.h"
+#include "catalogue/UserStore.h"
+#include "environment/DataRoot.h"
+#include "environment/FileLock.h"
 
 #include <QProcess>
 #include <QSettings>

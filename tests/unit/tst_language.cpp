@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/DataRoot.h"
+#include "environment/DataRoot.h"
 #include "presentation/language/CompanyLabels.h"
 #include "presentation/language/LanguageTables.h"
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/DataRoot.h"
-#include "app/environment/LogWriter.h"
+#include "environment/DataRoot.h"
+#include "environment/LogWriter.h"
 
 #include <QTemporaryDir>
 #include <QtTest>

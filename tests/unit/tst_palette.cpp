@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Palettes for the pictures of the skin: nothing changes where 256 colours do, little where they nearly do.
-#include "skin/pack/Palette.h"
+#include "tools/pack/Palette.h"
 
 #include <QtTest>
 #include <algorithm>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/DataRoot.h"
-#include "app/environment/SafeFile.h"
-#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "environment/DataRoot.h"
+#include "environment/SafeFile.h"
 #include "presentation/language/LanguageTables.h"
 
 #include <QtTest>

@@ -3,8 +3,8 @@
 //
 // What the code asks of the shipped data, and what the data gives, held against each other both ways: a key
 // that is asked for and not given fails, and so does one that nothing asks for.
-#include "app/environment/DataRoot.h"
-#include "catalogue/config/DeviceCatalogue.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "environment/DataRoot.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/ProgramSources.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/SafeFile.h"
+#include "environment/SafeFile.h"
 
 #include <QTemporaryDir>
 #include <QtTest>

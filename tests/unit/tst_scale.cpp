@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/Scale.h"
+#include "environment/Scale.h"
 
 #include <QProcess>
 #include <QtTest>

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 //
 // What the lines of driver_sensor.h mean, the ranges of the catalogue, and the file with the stage count.
-#include "app/environment/DataRoot.h"
-#include "app/environment/SafeFile.h"
-#include "catalogue/sensor/DpiRange.h"
-#include "catalogue/sensor/LevelFile.h"
-#include "catalogue/sensor/SensorDefines.h"
+#include "catalogue/DpiRange.h"
+#include "catalogue/LevelFile.h"
+#include "catalogue/SensorDefines.h"
+#include "environment/DataRoot.h"
+#include "environment/SafeFile.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -3,11 +3,12 @@
 //
 // DPI values and the bytes of a stage: single values, every value of every model that ships, and what the
 // write makes of it. The layer is the scripted one.
-#include "app/environment/DataRoot.h"
-#include "catalogue/config/DeviceCatalogue.h"
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "catalogue/DpiCodes.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
+#include "device/WriteFamily.h"
+#include "environment/DataRoot.h"
 #include "tests/support/FakeHidUsb.h"
 
 #include <QtTest>

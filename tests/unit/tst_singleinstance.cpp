@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "app/environment/DataRoot.h"
-#include "app/environment/SingleInstance.h"
+#include "environment/DataRoot.h"
+#include "environment/SingleInstance.h"
 
 #include <QProcess>
 #include <QTemporaryDir>

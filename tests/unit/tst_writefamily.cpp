@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 //
 // Every write operation: the exact bytes it changes, and what it leaves alone when the mouse is away.
-#include "app/hub/PostMsg.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "hub/PostMsg.h"
 #include "tests/support/FakeHidUsb.h"
 
 #include <QSignalSpy>

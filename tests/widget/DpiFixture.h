@@ -5,8 +5,8 @@
 // sensor page does for it when a device is shown.
 #pragma once
 
-#include "catalogue/config/DeviceCatalogue.h"
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "catalogue/DpiCodes.h"
 #include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
 #include "sensor/MarkerTrack.h"

@@ -4,7 +4,7 @@
 // Emitter: one emission of the hub on another thread, and whether that thread waits. Main thread.
 #pragma once
 
-#include "app/hub/PostMsg.h"
+#include "hub/PostMsg.h"
 
 #include <QFile>
 #include <atomic>

@@ -5,9 +5,9 @@
 // the hub carried, and a clean state before each test.
 #pragma once
 
-#include "app/hub/PostMsg.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
+#include "hub/PostMsg.h"
 #include "tests/support/Elsewhere.h"
 #include "tests/support/FakeHidUsb.h"
 #include "tests/support/ProductFolder.h"

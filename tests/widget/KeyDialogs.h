@@ -4,10 +4,10 @@
 // What the tests of the key dialogs share.
 #pragma once
 
-#include "binding/dialogs/GroupKey.h"
-#include "binding/dialogs/KeyField.h"
-#include "binding/dialogs/addKey.h"
-#include "binding/keys/KeyVocabulary.h"
+#include "keys/KeyVocabulary.h"
+#include "presentation/dialogs/GroupKey.h"
+#include "presentation/dialogs/KeyField.h"
+#include "presentation/dialogs/addKey.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/widget/Fixture.h"
 

@@ -6,7 +6,7 @@
 
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
-#include "catalogue/DialogChange.h"
+#include "selection/DialogChange.h"
 #include "tests/widget/Fixture.h"
 
 #include <QStackedWidget>

@@ -5,7 +5,7 @@
 // as one that keeps the user out, also from root.
 #pragma once
 
-#include "catalogue/NodeRight.h"
+#include "selection/NodeRight.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -5,12 +5,12 @@
 // those of a catalogue of three models.
 #pragma once
 
-#include "catalogue/AttachedDevices.h"
-#include "catalogue/DialogChange.h"
-#include "catalogue/config/RegistryStore.h"
-#include "catalogue/config/UserStore.h"
+#include "catalogue/RegistryStore.h"
+#include "catalogue/UserStore.h"
 #include "presentation/Notices.h"
 #include "presentation/language/LanguageTables.h"
+#include "selection/AttachedDevices.h"
+#include "selection/DialogChange.h"
 #include "tests/widget/Fixture.h"
 
 #include <QComboBox>

@@ -5,7 +5,7 @@
 // controls by their names, and the page as one text.
 #pragma once
 
-#include "catalogue/sensor/SensorDpi.h"
+#include "catalogue/DpiCodes.h"
 #include "presentation/language/LanguageTables.h"
 #include "sensor/PerformanceTimes.h"
 #include "sensor/Sensor.h"

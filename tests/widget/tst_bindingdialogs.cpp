@@ -3,12 +3,12 @@
 //
 // The dialogs that ask for a combination, a key, a fire key and a delay: texts, ways to end, and the limits
 // of the numbers.
-#include "binding/dialogs/AddDelayTime.h"
-#include "binding/dialogs/FireKey.h"
-#include "binding/dialogs/GroupKey.h"
-#include "binding/dialogs/addKey.h"
-#include "catalogue/config/LanguageChoice.h"
-#include "catalogue/config/UserStore.h"
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/UserStore.h"
+#include "presentation/dialogs/AddDelayTime.h"
+#include "presentation/dialogs/FireKey.h"
+#include "presentation/dialogs/GroupKey.h"
+#include "presentation/dialogs/addKey.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/widget/Fixture.h"
 

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 //
 // What a click on the binding page writes, what it says when it cannot, and the rule of the left button.
-#include "app/environment/FontScale.h"
-#include "binding/dialogs/FireKey.h"
-#include "binding/dialogs/GroupKey.h"
+#include "presentation/FontScale.h"
 #include "presentation/Notices.h"
+#include "presentation/dialogs/FireKey.h"
+#include "presentation/dialogs/GroupKey.h"
 #include "tests/support/ButtonActions.h"
 #include "tests/widget/ButtonPage.h"
 

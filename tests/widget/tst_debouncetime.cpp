@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 //
 // The debounce time: what a choice writes, when it warns, and the way back.
+#include "binding/DebounceTime.h"
 #include "presentation/Notices.h"
 #include "presentation/language/LanguageTables.h"
-#include "sensor/DebounceTime.h"
 #include "tests/widget/Fixture.h"
 
 #include <QComboBox>

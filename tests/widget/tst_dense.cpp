@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // A screen with two pixels for each: what the sheets show there are the double pictures, pixel by pixel.
-#include "app/environment/DataRoot.h"
+#include "environment/DataRoot.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"

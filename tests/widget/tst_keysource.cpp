@@ -3,8 +3,8 @@
 //
 // What a key source makes of the key events of a window: which key, down or up, repeated, with Alt, and
 // what it leaves alone. The window is no real one; the events are made here.
-#include "binding/keys/KeyVocabulary.h"
-#include "binding/keysource/KeySource.h"
+#include "keys/KeySource.h"
+#include "keys/KeyVocabulary.h"
 #include "tests/support/KeysFile.h"
 
 #include <QApplication>

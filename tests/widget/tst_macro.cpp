@@ -4,7 +4,7 @@
 // The page of the macros: the names that it gives the mouse buttons.
 #include "macro/Macro.h"
 
-#include "binding/keys/KeyVocabulary.h"
+#include "keys/KeyVocabulary.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/widget/Fixture.h"
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The notices: texts, keys, answers, place. Each is walked by its row.
-#include "catalogue/config/LanguageChoice.h"
-#include "catalogue/config/UserStore.h"
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/UserStore.h"
 #include "device/ImageFile.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"

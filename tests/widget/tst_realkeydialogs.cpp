@@ -3,10 +3,10 @@
 //
 // The key dialogs with a real keyboard on a real X server, from the keys to the result, under several layouts
 // and without a mouse.
-#include "binding/dialogs/GroupKey.h"
-#include "binding/dialogs/KeyField.h"
-#include "binding/dialogs/addKey.h"
 #include "presentation/Notices.h"
+#include "presentation/dialogs/GroupKey.h"
+#include "presentation/dialogs/KeyField.h"
+#include "presentation/dialogs/addKey.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/widget/Fixture.h"
 

@@ -3,7 +3,7 @@
 //
 // A key source on a real X server: keys that come from outside, under several layouts, held down, and with
 // the keyboard taken away.
-#include "binding/keysource/KeySource.h"
+#include "keys/KeySource.h"
 #include "tests/support/KeysFile.h"
 
 #include <QApplication>

@@ -3,7 +3,7 @@
 //
 // Devices that are there and may not be opened: the selection page says so, says what is missing and which
 // command adds it, and forgets it by itself when the right is there.
-#include "catalogue/RightHint.h"
+#include "selection/RightHint.h"
 #include "tests/widget/RefusedNodes.h"
 #include "tests/widget/SelectionPage.h"
 

@@ -3,8 +3,8 @@
 //
 // The light of the DPI stage, on its page: what its controls write, what a record shows, and the way back.
 #include "lighting/LampLight.h"
+#include "lighting/SensorEffect.h"
 #include "presentation/language/LanguageTables.h"
-#include "sensor/SensorEffect.h"
 #include "tests/widget/Fixture.h"
 
 #include <QComboBox>

@@ -3,7 +3,7 @@
 //
 // The window on a desktop with a tray: it hides behind an icon, comes back by the icon, and its menu ends
 // the program.
-#include "catalogue/config/LanguageChoice.h"
+#include "catalogue/LanguageChoice.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/TrayHost.h"
 #include "tests/widget/MainWindow.h"

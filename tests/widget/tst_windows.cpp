@@ -3,13 +3,13 @@
 //
 // The main window and the device page, with the real worker on the scripted layer.
 #include "binding/Buttoninterface.h"
-#include "catalogue/AttachedDevices.h"
-#include "catalogue/config/LanguageChoice.h"
-#include "catalogue/config/UserStore.h"
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/UserStore.h"
 #include "device/Worker.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 #include "presentation/language/LanguageTables.h"
+#include "selection/AttachedDevices.h"
 #include "sensor/Sensor.h"
 #include "sensor/SensorRate.h"
 #include "tests/support/Watchdog.h"

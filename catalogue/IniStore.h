@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// A small ini file that the program reads and writes: the user's preferences, the values of the registry.
+// A value reads back at once; the file follows on a thread of the store's own, so that no caller waits for
+// the disk. The file holds its old content or the new one at any moment. When it cannot be written, the
+// values stay in memory and the next write tries again. Any thread.
+#pragma once
+
+#include "catalogue/IniDocument.h"
+
+#include <QMap>
+#include <QPair>
+#include <QThreadPool>
+#include <mutex>
+#include <optional>
+
+class IniStore
+{
+public:
+    explicit IniStore(const QString &path);
+    ~IniStore(); // writes what waits
+    IniStore(const IniStore &) = delete;
+    IniStore &operator=(const IniStore &) = delete;
+
+    // Empty when the value is missing.
+    QString ReadText(const QString &section, const QString &key);
+    QStringList ReadList(const QString &section, const QString &key);
+    void WriteValue(const QString &section, const QString &key, const QString &value);
+    void Remove(const QString &section, const QString &key);
+
+    // Writes what waits before it returns. False when something could not be written.
+    bool flush();
+    QString path() const { return m_path; }
+
+private:
+    using Name = QPair<QString, QString>;
+    using Edits = QMap<Name, std::optional<QString>>; // without a text: to be removed
+
+    static void apply(const Edits &edits, IniDocument *document);
+    IniDocument &document(); // m_state held
+    void edit(const Name &name, const std::optional<QString> &value);
+    bool write(const Edits &edits);
+
+    const QString m_path;
+    std::mutex m_state; // guards the members up to the next mutex; held for microseconds
+    std::optional<IniDocument> m_document;
+    Edits m_waiting;
+    bool m_scheduled = false;
+    std::mutex m_file; // one writer at a time; taken before m_state
+    QThreadPool m_writer;
+};

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The values that other systems keep in their registry, with the same names and lifetimes:
+// "/Registry.ini" below the data root. Any thread.
+#pragma once
+
+#include "catalogue/IniStore.h"
+
+namespace registry
+{
+
+// One section for each registry key.
+constexpr char BaseGroup[] = "Mouse Drive Test";             // UpdateFailInfo and the mouse versions
+constexpr char OldLanguageGroup[] = "ZANVO Morlen Software"; // LanguageIndex of older releases
+constexpr char RunGroup[] = "Run";                           // what starts at logon, named by the application
+
+constexpr char UpdateFailInfo[] = "UpdateFailInfo"; // "target,ConnectionKind,CID,MID", decimal
+constexpr char LanguageIndex[] = "LanguageIndex";
+
+// "MouseVer" + CID + MID: the firmware version text of the mouse as last read.
+QString mouseVersionName(int cid, int mid);
+
+} // namespace registry
+
+class RegistryStore : public IniStore
+{
+public:
+    // Made at the first use and never destroyed; what waits is written when the process ends.
+    static RegistryStore &instance();
+
+    using IniStore::IniStore;
+    QString value(const char *group, const QString &name);
+    void setValue(const char *group, const QString &name, const QString &value);
+    void removeValue(const char *group, const QString &name);
+};

@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "catalogue/SensorDefines.h"
+
+#include "environment/DataRoot.h"
+#include "environment/SafeFile.h"
+
+#include <QBuffer>
+
+namespace
+{
+
+struct CapabilityRow {
+    const char *macro;
+    QString SensorCapabilities::*text;
+};
+constexpr CapabilityRow CapabilityRows[] = {
+    {"SUPPORT_SENSOR_MODE_SEL", &SensorCapabilities::SensorModeSupport},
+    {"SUPPORT_LOD_CAL", &SensorCapabilities::LodSupport},
+    {"SUPPORT_RIPPLE", &SensorCapabilities::RippleSupport},
+    {"SUPPORT_FIXLINE", &SensorCapabilities::FixLineSupport},
+    {"SUPPORT_MOTION_SYNC", &SensorCapabilities::MotionSyncSupport},
+    {"SUPPORT_MOUSEPAD_CAL", &SensorCapabilities::MousepadCalSupport},
+};
+constexpr QLatin1Char LineEnd('\n');
+
+const CapabilityRow *capabilityIn(const QString &text)
+{
+    for (const CapabilityRow &row : CapabilityRows)
+        if (text.contains(QLatin1String(row.macro)))
+            return &row;
+    return nullptr;
+}
+
+QString withoutLineEnd(QString text) { return text.remove(LineEnd); }
+
+int32_t numberOf(const QString &text)
+{
+    return text.toInt(nullptr, text.contains(QLatin1String("0x")) ? 16 : 10);
+}
+
+class Reader
+{
+public:
+    Reader(QStringList *nameList, QVector<int32_t> *valueList) : names(nameList), values(valueList) {}
+
+    void take(const QString &line)
+    {
+        const QStringList words = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        if (words.size() == 2)
+            takeTwo(words[0], words[1]);
+        else if (words.size() == 3 && (words[2].contains(QLatin1String("//")) || words[2].contains(LineEnd)))
+            takeThree(words[1], words[2]);
+    }
+
+    SensorCapabilities capabilities;
+
+private:
+    void append(const QString &name, int32_t value)
+    {
+        names->append(name);
+        values->append(value);
+    }
+
+    void takeTwo(const QString &first, const QString &second)
+    {
+        const QStringList parts = second.split(QLatin1Char('\t'), Qt::SkipEmptyParts);
+        if (const CapabilityRow *row = capabilityIn(second)) {
+            if (parts.size() > 1)
+                capabilities.*row->text = withoutLineEnd(parts[1]);
+        } else if (first == QLatin1String("#define") && parts.size() > 1 && parts[1].contains(LineEnd)) {
+            append(parts[0], numberOf(withoutLineEnd(parts[1])));
+        }
+    }
+
+    // A value behind a tab is decimal here, and whatever follows is a comment.
+    void takeThree(const QString &second, const QString &third)
+    {
+        const QStringList parts = second.split(QLatin1Char('\t'));
+        if (parts.size() == 2)
+            append(parts[0], parts[1].toInt());
+        else if (parts.size() == 1)
+            append(parts[0], numberOf(third));
+    }
+
+    QStringList *names;
+    QVector<int32_t> *values;
+};
+
+} // namespace
+
+SensorCapabilities parseSensorDefines(const QByteArray &content, QStringList *names, QVector<int32_t> *values)
+{
+    QBuffer lines;
+    lines.setData(content);
+    lines.open(QIODevice::ReadOnly | QIODevice::Text);
+    Reader reader(names, values);
+    while (!lines.atEnd())
+        reader.take(QString::fromUtf8(lines.readLine()));
+    return reader.capabilities;
+}
+
+SensorCapabilities ReadSensorDefines(QStringList *names, QVector<int32_t> *values)
+{
+    const QString path = applicationFolder() + QStringLiteral("/driver_sensor.h");
+    return parseSensorDefines(readFile(path, SensorHeaderLimit).value_or(QByteArray()), names, values);
+}
+
+SensorCapabilities ReadSensorDefines() { return ReadSensorDefines(&SensorDefineNames, &SensorDefineValues); }

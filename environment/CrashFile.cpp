@@ -1,0 +1,174 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "environment/CrashFile.h"
+
+#include "environment/CrashName.h"
+#include "environment/DataRoot.h"
+
+#include <QDir>
+#include <QFile>
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstring>
+#include <execinfo.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr int MaxFrames = 64;
+constexpr std::size_t AlternateStackSize = 131072;
+constexpr unsigned LongestHandlerSeconds = 5;
+
+struct FaultSignal {
+    int number;
+    const char *name;
+};
+constexpr FaultSignal FaultSignals[] = {
+    {SIGSEGV, "SIGSEGV"}, {SIGABRT, "SIGABRT"}, {SIGBUS, "SIGBUS"}, {SIGILL, "SIGILL"}, {SIGFPE, "SIGFPE"},
+};
+
+// Written before the handlers stand, only read afterwards.
+char crashPath[PATH_MAX];
+std::size_t crashFolderLength = 0; // of the part of crashPath up to and without the last "/"
+long localOffsetSeconds = 0;
+alignas(16) char alternateStack[AlternateStackSize];
+
+std::atomic<pid_t> crashingThread{0};
+static_assert(std::atomic<pid_t>::is_always_lock_free, "the handler may not take a lock");
+
+// From here to installCrashFilter(): nothing but async-signal-safe calls.
+
+void writeText(int file, const char *text)
+{
+    std::size_t left = strlen(text);
+    while (left > 0) {
+        const ssize_t count = write(file, text, left);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return;
+        text += count;
+        left -= std::size_t(count);
+    }
+}
+
+void writeNumber(int file, uint64_t value, unsigned base)
+{
+    char digits[24];
+    char *first = digits + sizeof digits - 1;
+    *first = '\0';
+    do {
+        *--first = "0123456789abcdef"[value % base];
+        value /= base;
+    } while (value != 0);
+    writeText(file, first);
+}
+
+int openCrashFile()
+{
+    crashPath[crashFolderLength] = '\0';
+    mkdir(crashPath, 0700);
+    crashPath[crashFolderLength] = '/';
+    timespec now = {};
+    clock_gettime(CLOCK_REALTIME, &now);
+    formatCrashName(int64_t(now.tv_sec) + localOffsetSeconds, crashPath + crashFolderLength + 1);
+    // Always a new file: neither an old one nor a link that somebody put there is written through.
+    unlink(crashPath);
+    return open(crashPath, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+}
+
+const char *signalName(int number)
+{
+    for (const FaultSignal &fault : FaultSignals) {
+        if (fault.number == number)
+            return fault.name;
+    }
+    return "unknown";
+}
+
+void writeCrashFile(int file, int number, const siginfo_t *info)
+{
+    writeText(file, "signal ");
+    writeNumber(file, uint64_t(number), 10);
+    writeText(file, " ");
+    writeText(file, signalName(number));
+    writeText(file, "\naddress 0x");
+    // A signal sent by a process has no address; the union then holds the sender.
+    writeNumber(file, info->si_code > 0 ? reinterpret_cast<uintptr_t>(info->si_addr) : 0, 16);
+    writeText(file, "\nprocess ");
+    writeNumber(file, uint64_t(getpid()), 10);
+    writeText(file, " thread ");
+    writeNumber(file, uint64_t(syscall(SYS_gettid)), 10);
+    writeText(file, "\nbacktrace\n");
+    void *frames[MaxFrames];
+    backtrace_symbols_fd(frames, backtrace(frames, MaxFrames), file);
+}
+
+void onFault(int number, siginfo_t *info, void *)
+{
+    const pid_t self = pid_t(syscall(SYS_gettid));
+    pid_t nobody = 0;
+    if (!crashingThread.compare_exchange_strong(nobody, self)) {
+        // A fault of the handler itself ends here; other threads wait for the first one to end it all.
+        if (nobody == self)
+            _exit(128 + number);
+        for (;;)
+            pause();
+    }
+    // The unwinder may wait for a lock that this very fault left taken.
+    signal(SIGALRM, SIG_DFL);
+    alarm(LongestHandlerSeconds);
+    const int file = openCrashFile();
+    if (file >= 0) {
+        writeCrashFile(file, number, info);
+        close(file);
+    }
+    _exit(128 + number);
+}
+
+bool preparePath()
+{
+    const QString folder = dataRoot() + QStringLiteral("/Exception");
+    QDir().mkpath(folder);
+    const QByteArray path = QFile::encodeName(folder);
+    if (std::size_t(path.size()) + 1 + CrashNameSize > sizeof crashPath)
+        return false;
+    memcpy(crashPath, path.constData(), std::size_t(path.size()));
+    crashFolderLength = std::size_t(path.size());
+    return true;
+}
+
+void installHandlers()
+{
+    stack_t stack = {};
+    stack.ss_sp = alternateStack;
+    stack.ss_size = sizeof alternateStack;
+    sigaltstack(&stack, nullptr);
+    struct sigaction action = {};
+    action.sa_sigaction = onFault;
+    action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_NODEFER;
+    sigemptyset(&action.sa_mask);
+    for (const FaultSignal &fault : FaultSignals)
+        sigaction(fault.number, &action, nullptr);
+}
+
+} // namespace
+
+void installCrashFilter()
+{
+    static bool installed = false;
+    if (installed || !preparePath())
+        return;
+    installed = true;
+    localOffsetSeconds = QDateTime::currentDateTime().offsetFromUtc();
+    // The first backtrace loads the unwinder, which allocates.
+    void *frame = nullptr;
+    backtrace(&frame, 1);
+    installHandlers();
+}

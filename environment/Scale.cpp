@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "environment/Scale.h"
+
+#include <QtGlobal>
+#include <memory>
+
+#include <X11/Xlib.h>
+#include <X11/extensions/Xrandr.h>
+
+namespace
+{
+
+constexpr int WidthOfOneScale = 1920;
+
+struct DisplayCloser {
+    void operator()(Display *display) const { XCloseDisplay(display); }
+};
+struct ResourcesFreer {
+    void operator()(XRRScreenResources *resources) const { XRRFreeScreenResources(resources); }
+};
+struct OutputFreer {
+    void operator()(XRROutputInfo *output) const { XRRFreeOutputInfo(output); }
+};
+struct CrtcFreer {
+    void operator()(XRRCrtcInfo *crtc) const { XRRFreeCrtcInfo(crtc); }
+};
+
+int ignoreError(Display *, XErrorEvent *) { return 0; }
+
+// An output can vanish between two questions; Xlib's own handler would end the process then.
+class QuietErrors
+{
+public:
+    QuietErrors() : m_previous(XSetErrorHandler(ignoreError)) {}
+    ~QuietErrors() { XSetErrorHandler(m_previous); }
+    QuietErrors(const QuietErrors &) = delete;
+    QuietErrors &operator=(const QuietErrors &) = delete;
+
+private:
+    XErrorHandler m_previous;
+};
+
+int outputWidth(Display *display, XRRScreenResources *resources, RROutput id)
+{
+    const std::unique_ptr<XRROutputInfo, OutputFreer> output(XRRGetOutputInfo(display, resources, id));
+    if (!output || output->crtc == None)
+        return 0;
+    const std::unique_ptr<XRRCrtcInfo, CrtcFreer> crtc(XRRGetCrtcInfo(display, resources, output->crtc));
+    return crtc && crtc->mode != None ? int(crtc->width) : 0;
+}
+
+int randrWidth(Display *display)
+{
+    int event = 0;
+    int error = 0;
+    int major = 0;
+    int minor = 0;
+    if (!XRRQueryExtension(display, &event, &error) || !XRRQueryVersion(display, &major, &minor))
+        return 0;
+    if (major < 1 || (major == 1 && minor < 3))
+        return 0;
+    const Window root = DefaultRootWindow(display);
+    const std::unique_ptr<XRRScreenResources, ResourcesFreer> resources(
+        XRRGetScreenResourcesCurrent(display, root));
+    if (!resources)
+        return 0;
+    const RROutput primary = XRRGetOutputPrimary(display, root);
+    int width = primary == None ? 0 : outputWidth(display, resources.get(), primary);
+    for (int i = 0; width == 0 && i < resources->noutput; ++i)
+        width = outputWidth(display, resources.get(), resources->outputs[i]);
+    return width;
+}
+
+} // namespace
+
+QByteArray scaleFactorText(int physicalWidth)
+{
+    if (physicalWidth <= WidthOfOneScale)
+        return {};
+    const int scale = physicalWidth / WidthOfOneScale; // whole: there are no half steps
+    return QByteArray::number(double(scale), 'g', 6);
+}
+
+int physicalDesktopWidth()
+{
+    const QuietErrors quiet;
+    const std::unique_ptr<Display, DisplayCloser> display(XOpenDisplay(nullptr));
+    if (!display)
+        return 0;
+    const int width = randrWidth(display.get());
+    return width > 0 ? width : DisplayWidth(display.get(), DefaultScreen(display.get()));
+}
+
+void applyScaleFactor()
+{
+    const QByteArray factor = scaleFactorText(physicalDesktopWidth());
+    if (!factor.isEmpty())
+        qputenv("QT_SCALE_FACTOR", factor);
+}

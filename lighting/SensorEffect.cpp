@@ -1,0 +1,165 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "lighting/SensorEffect.h"
+
+#include "device/DeviceState.h"
+#include "device/WriteFamily.h"
+#include "presentation/FirstShow.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
+#include "ui_SensorEffect.h"
+
+namespace
+{
+
+enum Mode { Off, Steady, Breathing };
+
+void say(QLabel *label, const QString &text)
+{
+    if (!text.isEmpty())
+        label->setText(text);
+}
+
+bool writeSpeed(int value) { return SetDpiLedSpeed(uint8_t(value)); }
+bool writeLight(int value) { return SetDpiLedBrightness(BrightnessCurve[std::size_t(value - 1)]); }
+
+} // namespace
+
+int brightnessOf(uint8_t code)
+{
+    for (std::size_t i = 0; i < BrightnessCurve.size(); ++i)
+        if (BrightnessCurve[i] == code)
+            return int(i) + 1;
+    return 1;
+}
+
+SensorEffect::SensorEffect(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::SensorEffect>())
+{
+    ui->setupUi(this);
+    speed = {ui->speedCaption, ui->SpeedH, ui->SpeedSpinBox, ui->SpeedPlaceholder, Breathing};
+    light = {ui->lightCaption, ui->LightH, ui->LightSpinBox, ui->LightPlaceholder, Steady};
+    showMode(Off);
+    onFirstShow(this, [this] { dress(); });
+}
+
+SensorEffect::~SensorEffect() = default;
+
+void SensorEffect::dress()
+{
+    ui->title->setStyleSheet(style::label(style::color("LabelColor")));
+    dressComboBox(ui->Model, style::pictureFolder(QStringLiteral("Sensor")));
+    for (const Scale &scale : {speed, light}) {
+        scale.caption->setStyleSheet(style::caption());
+        scale.slider->setStyleSheet(style::slider());
+        scale.spinBox->setStyleSheet(style::readout());
+        scale.placeholder->setStyleSheet(style::emptySlider());
+    }
+}
+
+// ---- What is shown ------------------------------------------------------------------------------
+
+void SensorEffect::showMode(int mode)
+{
+    for (const Scale &scale : {speed, light}) {
+        const bool shown = scale.shownInMode == mode;
+        scale.caption->setEnabled(shown);
+        scale.slider->setVisible(shown);
+        scale.spinBox->setVisible(shown);
+        scale.placeholder->setVisible(!shown);
+    }
+}
+
+void SensorEffect::set(const Scale &scale, int value)
+{
+    const QSignalBlocker silent(scale.slider);
+    scale.slider->setValue(value);
+    scale.spinBox->setValue(value);
+}
+
+void SensorEffect::SetModel(int mode)
+{
+    const QSignalBlocker silent(ui->Model);
+    lastMode = mode;
+    ui->Model->setCurrentIndex(mode);
+    showMode(mode);
+}
+
+void SensorEffect::SetSpeed(int value) { set(speed, value); }
+
+void SensorEffect::SetLight(int value) { set(light, value); }
+
+void SensorEffect::SetEffect(const FlashDataMap &map)
+{
+    setEnabled(true);
+    speed.slider->setEnabled(true);
+    light.slider->setEnabled(true);
+    if (map.DpiLedEnable == 0)
+        SetModel(Off);
+    else if (map.DpiLedMode == Steady || map.DpiLedMode == Breathing)
+        SetModel(map.DpiLedMode);
+    SetSpeed(map.DpiLedSpeed);
+    SetLight(brightnessOf(map.DpiLedBrightness));
+}
+
+// ---- What the person changes --------------------------------------------------------------------
+
+void SensorEffect::on_Model_currentIndexChanged(int index)
+{
+    if (UiArmed && !SensorPageBusy) {
+        if (!SetDpiLedMode(uint8_t(index))) {
+            SetModel(lastMode);
+            return;
+        }
+        lastMode = index;
+    }
+    showMode(index);
+}
+
+void SensorEffect::follow(const Scale &scale, int position)
+{
+    if (CheckOnline()) {
+        scale.spinBox->setValue(position);
+        return;
+    }
+    // Disabled first, so that the change back is no edit.
+    scale.slider->setEnabled(false);
+    scale.slider->setValue(scale.spinBox->value());
+}
+
+void SensorEffect::change(const Scale &scale, int value, bool (*write)(int value))
+{
+    if (!scale.slider->isEnabled()) {
+        scale.slider->setValue(scale.spinBox->value());
+        return;
+    }
+    if (!UiArmed || SensorPageBusy)
+        return;
+    if (write(value)) {
+        scale.spinBox->setValue(value);
+        return;
+    }
+    const QSignalBlocker silent(scale.slider);
+    scale.slider->setEnabled(false);
+    scale.slider->setValue(scale.spinBox->value());
+}
+
+void SensorEffect::on_SpeedH_sliderMoved(int position) { follow(speed, position); }
+void SensorEffect::on_LightH_sliderMoved(int position) { follow(light, position); }
+void SensorEffect::on_SpeedH_valueChanged(int value) { change(speed, value, writeSpeed); }
+void SensorEffect::on_LightH_valueChanged(int value) { change(light, value, writeLight); }
+
+// ---- Texts --------------------------------------------------------------------------------------
+
+void SensorEffect::SlotAllLanguage(int index)
+{
+    using namespace language;
+    say(ui->title, text(Section::light, "DPIEffect", index));
+    say(ui->lightCaption, text(Section::light, "Brightness", index));
+    say(ui->speedCaption, text(Section::light, "Speed", index));
+    for (int i = 0; i < ui->Model->count(); ++i) {
+        const QString mode = choice("DPIEffectOptions", QString::number(i), index);
+        if (!mode.isEmpty())
+            ui->Model->setItemText(i, mode);
+    }
+}

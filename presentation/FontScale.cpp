@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/FontScale.h"
+
+#include <QFont>
+#include <QToolTip>
+#include <QWidget>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+using ScaledFonts = std::vector<std::pair<QWidget *, QFont>>;
+
+// All fonts are read before the first is set, since setting a parent's font changes its children's.
+void collect(QWidget *widget, double factor, ScaledFonts *fonts)
+{
+    QFont font = widget->font();
+    if (font.pointSizeF() > 0) {
+        font.setPointSizeF(font.pointSizeF() * factor);
+        fonts->emplace_back(widget, font);
+    }
+    for (QObject *child : widget->children()) {
+        if (auto *childWidget = qobject_cast<QWidget *>(child))
+            collect(childWidget, factor, fonts);
+    }
+}
+
+} // namespace
+
+void scaleFonts(QWidget *root, double factor)
+{
+    ScaledFonts fonts;
+    collect(root, factor, &fonts);
+    for (const auto &[widget, font] : fonts) {
+        if (widget->objectName() != QLatin1String("Receive_2"))
+            widget->setFont(font);
+        if (widget->objectName() == QLatin1String("NoApear"))
+            QToolTip::setFont(font);
+    }
+}

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/dialogs/GroupKey.h"
+
+#include "keys/KeyVocabulary.h"
+#include "presentation/Notices.h"
+#include "ui_GroupKey.h"
+
+namespace
+{
+
+constexpr qint64 EntryLimitMs = 2000;
+constexpr int KeyLimit = 3; // places of a key sequence, by press and release
+constexpr QPoint NoticeOffset{-100, -50};
+constexpr QLatin1Char Plus('+');
+
+} // namespace
+
+GroupKey::GroupKey()
+    : KeyDialog({{"label", language::Section::home, "ComKey"}}), ui(std::make_unique<Ui::GroupKey>())
+{
+    ui->setupUi(this);
+    finishKeyForm();
+}
+
+GroupKey::~GroupKey() = default;
+
+void GroupKey::UpdateCapslockTip(int keyCode, bool downOrUp, bool)
+{
+    if (!downOrUp)
+        return;
+    beginOrExpire();
+    if (keyCode == LastGroupKey)
+        return;
+    LastGroupKey = keyCode;
+    add(keyCode, GroupKeyNameFromVirtualKey(keyCode));
+}
+
+// The time counts from the first key of an entry, not from the last one.
+void GroupKey::beginOrExpire()
+{
+    if (!FirstGroupKey && entryAge() <= EntryLimitMs)
+        return;
+    if (!FirstGroupKey) {
+        ui->lineEdit->clear();
+        LastGroupKey = -1;
+    }
+    FirstGroupKey = false;
+    GroupTimer.start();
+}
+
+// A fourth key starts over. A name that is a part of what stands there is taken for a repetition.
+void GroupKey::add(int keyCode, const QString &name)
+{
+    const QString text = ui->lineEdit->text();
+    PlusCount = text.count(Plus);
+    if (PlusCount == KeyLimit - 1) {
+        PlusCount = 0;
+        LastGroupKey = keyCode;
+        ui->lineEdit->setText(name);
+    } else if (!text.contains(name)) {
+        ui->lineEdit->setText(text.isEmpty() ? name : text + Plus + name);
+        if (PlusCount == 1)
+            LastGroupKey = -1;
+    }
+}
+
+QStringList GroupKey::modifiers() const
+{
+    const std::pair<const QCheckBox *, const char *> boxes[] = {
+        {ui->Shift, "Shift"}, {ui->Ctrl, "Ctrl"}, {ui->Alt, "Alt"}, {ui->Win, "Win"}};
+    QStringList names;
+    for (const auto &box : boxes)
+        if (box.first->isChecked())
+            names += QLatin1String(box.second);
+    return names;
+}
+
+void GroupKey::on_NewHong_clicked()
+{
+    const QString keys = ui->lineEdit->text();
+    const QStringList checked = modifiers();
+    const int count = checked.size() + (keys.isEmpty() ? 0 : keys.count(Plus) + 1);
+    if (count > KeyLimit) {
+        GroupMaxThree().openOver(this, NoticeOffset);
+        PlusCount = 0;
+        LastGroupKey = -1;
+        ui->lineEdit->clear();
+        return;
+    }
+    combination = (keys.isEmpty() ? checked : checked + QStringList(keys)).join(Plus);
+    KeyDialog::on_NewHong_clicked();
+}

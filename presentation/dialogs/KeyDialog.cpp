@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/dialogs/KeyDialog.h"
+
+#include "presentation/dialogs/KeyField.h"
+
+#include <QApplication>
+
+namespace
+{
+
+constexpr int Tab = 0x09;
+constexpr int LeftShift = 0xA0;
+constexpr int RightShift = 0xA1;
+
+} // namespace
+
+KeyDialog::KeyDialog(std::vector<FormText> texts)
+    : InputDialog(std::move(texts)), source(KeySource::AltKeys::Unknown)
+{
+}
+
+void KeyDialog::finishKeyForm()
+{
+    finishForm();
+    findChild<KeyField *>()->setFocus();
+    connect(&source, &KeySource::keyEvent, this, &KeyDialog::take);
+    // The source ends before the window does, which gives the focus away while it is destroyed.
+    connect(qApp, &QApplication::focusChanged, &source,
+            [this](const QWidget *, const QWidget *focused) { follow(focused); });
+    source.start();
+}
+
+// A notice in front of the dialog, or another program, leaves it as it is.
+void KeyDialog::follow(const QWidget *focused)
+{
+    if (!isVisible() || !focused || focused->window() != this)
+        return;
+    if (qobject_cast<const KeyField *>(focused))
+        source.start();
+    else
+        source.stop();
+}
+
+void KeyDialog::take(int keyCode, bool downOrUp, bool aotu)
+{
+    if (keyCode == LeftShift || keyCode == RightShift)
+        shiftHeld = downOrUp;
+    if (keyCode == Tab && shiftHeld)
+        fieldLeft();
+    else
+        UpdateCapslockTip(keyCode, downOrUp, aotu);
+}
+
+void KeyDialog::on_lineEdit_textEdited(const QString &arg1)
+{
+    findChild<KeyField *>()->setText(arg1.toUpper());
+}
+
+void KeyDialog::done(int result)
+{
+    source.stop();
+    InputDialog::done(result);
+}

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// addKey: asks for one key, a modifier or another: the last one that was touched. Main thread.
+#pragma once
+
+#include "presentation/dialogs/KeyDialog.h"
+
+#include <memory>
+
+namespace Ui
+{
+class addKey;
+}
+
+class addKey : public KeyDialog
+{
+    Q_OBJECT
+
+public:
+    addKey();
+    ~addKey() override;
+
+    // Empty when no key was touched.
+    QString keyName() const { return name; }
+
+public slots:
+    void UpdateCapslockTip(int keyCode, bool downOrUp, bool aotu) override;
+
+protected:
+    void fieldLeft() override;
+
+private:
+    std::unique_ptr<Ui::addKey> ui;
+    QString name;
+    QString before; // the name in front of it
+};

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "selection/DeviceScan.h"
+
+#include "device/DeviceSearch.h"
+#include "selection/NodeRight.h"
+
+#include <algorithm>
+#include <atomic>
+
+namespace
+{
+
+// A device that is pulled in the course of a search looks like one that does not answer, and two of them like
+// duplicates. Whoever answered by name was there.
+void dropWhatHasGone(std::vector<DeviceAllInfo> &devices)
+{
+    const auto isUnknown = [unknown = unknownIndex()](const DeviceAllInfo &device) {
+        return device.DriveIndex == unknown;
+    };
+    if (std::none_of(devices.cbegin(), devices.cend(), isUnknown))
+        return;
+    QStringList present;
+    for (const DeviceAllInfo &device : findDevices(DeviceFinder::Default))
+        present << device.DevicePath;
+    const auto hasGone = [&](const DeviceAllInfo &device) {
+        return isUnknown(device) && !present.contains(device.DevicePath);
+    };
+    devices.erase(std::remove_if(devices.begin(), devices.end(), hasGone), devices.end());
+}
+
+} // namespace
+
+DeviceScan scanDevices()
+{
+    static std::atomic<uint64_t> begun{0};
+    DeviceScan scan{++begun, {}, {}, {}};
+    for (DeviceAllInfo &device : findDevices(DeviceFinder::Default)) {
+        if (isRefused(device.DevicePath))
+            scan.refused << device.DevicePath;
+        else if (identifyDevice(device) != DeviceMatch::LeftOut)
+            scan.devices.push_back(device);
+    }
+    dropWhatHasGone(scan.devices);
+    for (DeviceAllInfo &device : scan.devices) {
+        scan.tally.count(device);
+        refreshDevice(device);
+    }
+    return scan;
+}

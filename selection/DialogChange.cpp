@@ -1,0 +1,322 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "selection/DialogChange.h"
+
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/RegistryStore.h"
+#include "catalogue/UserStore.h"
+#include "device/DeviceSearch.h"
+#include "device/DeviceState.h"
+#include "device/hidusb/HIDUsb.h"
+#include "hub/PostMsg.h"
+#include "presentation/Notices.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/StyleSheets.h"
+#include "selection/AttachedDevices.h"
+#include "ui_DialogChange.h"
+
+#include <QPointer>
+#include <thread>
+
+namespace
+{
+
+QPointer<DialogChange> thePage; // main thread
+
+// What other threads hand over to the main thread goes through an object that outlives every page.
+QObject *mainThread()
+{
+    static QObject *const object = new QObject;
+    return object;
+}
+
+QString homeText(const char *key, int index) { return language::text(language::Section::home, key, index); }
+
+void replaceIn(std::vector<DeviceAllInfo> &list, const DeviceAllInfo &device)
+{
+    for (DeviceAllInfo &entry : list)
+        if (entry.DevicePath == device.DevicePath)
+            entry = device;
+}
+
+} // namespace
+
+DialogChange::DialogChange(QWidget *parent)
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::DialogChange>())
+    , pictures(style::pictureFolder(QStringLiteral("DialogChange")))
+    , board((ui->setupUi(this), ui->stackedWidget), pictures)
+{
+    dress();
+    listen();
+    showPrompt();
+    ui->FindVer->hide();
+    SlotAllLanguage(storedLanguage(UserStore::instance()));
+    thePage = this;
+    mainThread();
+    StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
+}
+
+DialogChange::~DialogChange() = default;
+
+void DialogChange::dress()
+{
+    const QString notices = style::pictureFolder(QStringLiteral("WarningDialog"));
+    const QString labelSheet = style::label(style::color("LabelColor"));
+    const auto confirm = [color = style::color("ButtonColor")](const QString &folder) {
+        const QString stem = QStringLiteral("Confirm");
+        return style::textButton(folder, color, stem) + style::textButtonHover(folder, stem);
+    };
+    ui->frameChange->setStyleSheet(style::windowBackground(pictures, QStringLiteral("frameChange")));
+    ui->MinButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Min")));
+    ui->CloseButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Close")));
+    ui->LeftButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Left")));
+    ui->RightButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Right")));
+    ui->Repair->setStyleSheet(confirm(pictures));
+    ui->label->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Prompt.png")));
+    ui->label_2->setStyleSheet(labelSheet);
+    ui->label_3->setStyleSheet(labelSheet);
+    dressComboBox(ui->comboBox, pictures);
+    ui->FindVer->setStyleSheet(style::dialogBackground(notices, QStringLiteral("FindVer")));
+    ui->FindVerlaebl->setStyleSheet(labelSheet);
+    ui->CloseButton_2->setStyleSheet(style::titleButton(notices, QStringLiteral("Close")));
+    ui->NewHong->setStyleSheet(confirm(notices));
+    ui->NoApear->setStyleSheet(style::checkBox(pictures, style::color("LabelColor")));
+}
+
+void DialogChange::listen()
+{
+    PostMsg *hub = PostMsg::instance();
+    connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(hub, SIGNAL(SigLanguageSameA(int)), this, SLOT(SlotSameLanguageA(int)));
+    connect(hub, SIGNAL(SigUpDateButton(bool)), this, SLOT(SlotUpDateButton(bool)));
+    connect(hub, SIGNAL(SigEnterKey()), this, SLOT(SlotEnterKey()));
+    connect(hub, &PostMsg::SigChangeMainDialog, this, [this](int index) { leftAgain = index == 0; });
+    connect(ui->rightHint, &RightHint::rightsChanged, this, [this] {
+        if (!isHidden())
+            std::thread(&DialogChange::UsbChanged).detach();
+    });
+}
+
+// ---- Search -------------------------------------------------------------------------------------
+
+void DialogChange::UsbChanged()
+{
+    const DeviceScan scan = scanDevices();
+    QMetaObject::invokeMethod(
+        mainThread(),
+        [scan] {
+            if (thePage)
+                thePage->take(scan);
+        },
+        Qt::QueuedConnection);
+}
+
+// While the device page shows, its own watch follows the devices; coming back asks anew.
+void DialogChange::take(const DeviceScan &scan)
+{
+    if (scan.generation < takenGeneration || isHidden())
+        return;
+    takenGeneration = scan.generation;
+    ui->rightHint->setNodes(scan.refused);
+    SlotUpDateButton(RegistryStore::instance()
+                         .value(registry::BaseGroup, QString::fromLatin1(registry::UpdateFailInfo))
+                         .isEmpty());
+    rebuild(scan);
+    // What the upgrade offers depends on what is attached.
+    if (UpgradeDialogOpen && !UpdateBusy)
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+}
+
+void DialogChange::rebuild(const DeviceScan &scan)
+{
+    AttachedDevices = AttachedDevicesCopy = scan.devices;
+    const bool duplicates = scan.tally.settle(AttachedDevices, unknownIndex());
+    if (!AttachedDevices.empty() && !duplicates) {
+        showCarousel();
+        return;
+    }
+    board.clear();
+    showPrompt();
+    if (duplicates)
+        warnOfDuplicates();
+}
+
+// A search that ends while the notice stands needs no second one.
+void DialogChange::warnOfDuplicates()
+{
+    if (warning)
+        return;
+    warning = true;
+    QuestiondialogB().openOver(this);
+    warning = false;
+}
+
+void DialogChange::showPrompt()
+{
+    ui->label->show();
+    ui->label_2->show();
+    ui->label_3->hide();
+    ui->stackedWidget->hide();
+    ui->LeftButton->hide();
+    ui->RightButton->hide();
+}
+
+void DialogChange::showCarousel()
+{
+    ui->label->hide();
+    ui->label_2->hide();
+    ui->label_3->show();
+    board.build(AttachedDevices);
+    for (const TileBoard::Tile &tile : board.tiles()) {
+        connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()), Qt::UniqueConnection);
+        connect(tile.button, &mytoolButtonEnter::entered, this, &DialogChange::refreshTile,
+                Qt::UniqueConnection);
+    }
+    orderTabs();
+    ui->stackedWidget->show();
+    ui->RightButton->setVisible(AttachedDevices.size() > 3);
+    ui->LeftButton->hide();
+}
+
+// The tab key goes as the eye does: arrow, tiles, arrow.
+void DialogChange::orderTabs()
+{
+    QWidget *before = ui->LeftButton;
+    for (const TileBoard::Tile &tile : board.tiles()) {
+        setTabOrder(before, tile.button);
+        before = tile.button;
+    }
+    setTabOrder(before, ui->RightButton);
+}
+
+// The pointer may wander over many tiles while a silent one is still being asked, so each question has a
+// thread of its own and nobody waits for it.
+void DialogChange::refreshTile(int index)
+{
+    if (index < 0 || index >= int(AttachedDevices.size()))
+        return;
+    std::thread([device = AttachedDevices[std::size_t(index)]]() mutable {
+        refreshDevice(device);
+        QMetaObject::invokeMethod(
+            mainThread(),
+            [device] {
+                if (thePage)
+                    thePage->takeRefreshed(device);
+            },
+            Qt::QueuedConnection);
+    }).detach();
+}
+
+void DialogChange::takeRefreshed(const DeviceAllInfo &device)
+{
+    replaceIn(AttachedDevices, device);
+    replaceIn(AttachedDevicesCopy, device);
+    for (std::size_t i = 0; i < AttachedDevices.size(); ++i)
+        if (AttachedDevices[i].DevicePath == device.DevicePath)
+            board.show(int(i), device);
+}
+
+// ---- Buttons ------------------------------------------------------------------------------------
+
+void DialogChange::WindowClosedA() { window()->close(); }
+
+void DialogChange::WindowMinA() { window()->showMinimized(); }
+
+void DialogChange::on_MinButton_clicked() { emit PostMsg::instance()->SigChangeSize(0); }
+
+void DialogChange::on_CloseButton_clicked() { emit PostMsg::instance()->SigChangeSize(1); }
+
+// With three pages or more the arrows never show both ways at once.
+void DialogChange::on_RightButton_clicked()
+{
+    ui->label_2->hide();
+    ui->label_3->show();
+    const int page = ui->stackedWidget->currentIndex();
+    if (page == ui->stackedWidget->count() - 2) {
+        ui->LeftButton->show();
+        ui->RightButton->hide();
+    }
+    ui->stackedWidget->setCurrentIndex(page + 1);
+}
+
+void DialogChange::on_LeftButton_clicked()
+{
+    ui->label_2->hide();
+    ui->label_3->show();
+    const int page = ui->stackedWidget->currentIndex();
+    if (page == 1) {
+        ui->LeftButton->hide();
+        ui->RightButton->show();
+    }
+    ui->stackedWidget->setCurrentIndex(page - 1);
+}
+
+void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }
+
+// Who has plugged a device in is not asked to do so.
+void DialogChange::SlotUpDateButton(bool IsHide)
+{
+    ui->Repair->setVisible(!IsHide);
+    ui->label_2->setText(!IsHide ? repairDevice : ui->rightHint->isNeeded() ? notOpen : pleaseEnter);
+}
+
+void DialogChange::SlotEnterKey()
+{
+    if (!ui->FindVer->isHidden())
+        ui->FindVer->hide();
+    else if (!ui->Repair->isHidden())
+        on_Repair_clicked();
+}
+
+void DialogChange::on_CloseButton_2_clicked() { ui->FindVer->hide(); }
+
+void DialogChange::on_NewHong_clicked() { ui->FindVer->hide(); }
+
+void DialogChange::on_NoApear_clicked(bool checked)
+{
+    UserStore::instance().WriteValue(QStringLiteral("FindNew"), QStringLiteral("IsShow"),
+                                     checked ? QStringLiteral("1") : QStringLiteral("0"));
+}
+
+// ---- Language -----------------------------------------------------------------------------------
+
+void DialogChange::on_comboBox_activated(int index)
+{
+    storeLanguage(UserStore::instance(), index);
+    LanguageIndex = index;
+    emit PostMsg::instance()->SigAllLanguage(index);
+    emit PostMsg::instance()->SigLanguageSameB(index);
+}
+
+void DialogChange::SlotSameLanguageA(int index)
+{
+    const QSignalBlocker silent(ui->comboBox);
+    ui->comboBox->setCurrentIndex(index);
+}
+
+void DialogChange::SlotAllLanguage(int index)
+{
+    pleaseEnter = homeText("PleaseEnter", index);
+    repairDevice = homeText("RepairDevice", index);
+    notOpen = homeText("RightPrompt", index);
+    newVersion = homeText("NewVerTips", index);
+    pairTips = homeText("PairTips_z", index);
+    dialogOffline = language::text(language::Section::infoTips, "DialogOffline", index);
+    ui->rightHint->setLanguage(index);
+    SlotUpDateButton(ui->Repair->isHidden());
+    ui->label_3->setText(homeText("ClickIn", index));
+    ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));
+    ui->NewHong->setText(language::text(language::Section::common, "OK", index));
+    ui->NoApear->setText(homeText("NoApear", index));
+    board.setOfflineTip(dialogOffline + QLatin1Char('\n') + pairTips, ui->NoApear->font());
+}
+
+void DialogChange::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        ui->retranslateUi(this);
+        SlotSameLanguageA(0);
+    }
+    QWidget::changeEvent(event);
+}

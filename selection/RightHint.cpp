@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "selection/RightHint.h"
+
+#include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
+#include "selection/NodeRight.h"
+#include "ui_RightHint.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileInfo>
+#include <algorithm>
+
+namespace
+{
+
+// Where the command stands: one line goes with the button's text.
+constexpr QRect OneLine{52, 92, 704, 32};
+constexpr QRect TwoLines{52, 84, 704, 48};
+constexpr int CommandEdges = 16; // left and right of its text
+
+// By what is missing.
+constexpr const char *LackKeys[] = {"RightNoRules", "RightOldRules", "RightNotInEffect", "RightNotInGroup"};
+
+QString homeText(const char *key, int index) { return language::text(language::Section::home, key, index); }
+
+QString nameFirst(const QStringList &nodes, int count)
+{
+    const QString more = nodes.size() > count ? QStringLiteral(", …") : QString();
+    return QStringList(nodes.mid(0, count)).join(QStringLiteral(", ")) + more;
+}
+
+// Names as many nodes as the label has room for, and one in any case.
+QString titleFor(const QLabel *label, const QString &text, const QStringList &nodes)
+{
+    int count = nodes.size();
+    while (count > 1 &&
+           label->fontMetrics().horizontalAdvance(text.arg(nameFirst(nodes, count))) > label->width())
+        --count;
+    return text.arg(nameFirst(nodes, count));
+}
+
+} // namespace
+
+RightHint::RightHint(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::RightHint>())
+{
+    ui->setupUi(this);
+    dress();
+    hide();
+    connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &RightHint::look);
+    connect(ui->hintCopy, &QToolButton::clicked, this, &RightHint::copyCommand);
+}
+
+RightHint::~RightHint() = default;
+
+void RightHint::dress()
+{
+    const QString pictures = style::pictureFolder(QStringLiteral("DialogChange"));
+    const QString copy = QStringLiteral("Copy");
+    setStyleSheet(style::areaPicture(pictures, QStringLiteral("rightHint"), QStringLiteral("Hint.png")));
+    ui->hintSign->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Locked.png")));
+    ui->hintTitle->setStyleSheet(style::label(style::color("LabelColor")));
+    ui->hintText->setStyleSheet(style::label(style::color("LinEditColorSecond")));
+    ui->hintCommand->setStyleSheet(style::quotedText());
+    ui->hintCommand->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    ui->hintCopy->setStyleSheet(style::textButton(pictures, style::color("ButtonColor"), copy) +
+                                style::textButtonHover(pictures, copy));
+}
+
+// The folder is watched, since a node that refuses to be read refuses to be watched as well.
+void RightHint::setNodes(const QStringList &refused)
+{
+    nodes = refused;
+    told = false;
+    if (!watcher.directories().isEmpty())
+        watcher.removePaths(watcher.directories());
+    for (const QString &node : nodes)
+        watcher.addPath(QFileInfo(node).path());
+    writeTexts();
+    setVisible(isNeeded());
+    look(); // the right may have come before the watch did
+}
+
+void RightHint::look()
+{
+    if (told)
+        return;
+    told = !std::all_of(nodes.cbegin(), nodes.cend(), isRefused);
+    if (told)
+        emit rightsChanged();
+    else
+        writeTexts(); // another thing may be missing now
+}
+
+void RightHint::setLanguage(int index)
+{
+    language = index;
+    writeTexts();
+}
+
+void RightHint::writeTexts()
+{
+    ui->hintCopy->setText(homeText("CopyCommand", language));
+    if (!isNeeded())
+        return;
+    const NodeRemedy remedy = nodeRemedy(nodes.first());
+    ui->hintTitle->setText(titleFor(ui->hintTitle, homeText("RightMissing", language), nodes));
+    ui->hintText->setText(homeText(LackKeys[int(remedy.lack)], language).arg(remedy.subject));
+    const int width = ui->hintCommand->fontMetrics().horizontalAdvance(remedy.command);
+    ui->hintCommand->setGeometry(width + CommandEdges <= OneLine.width() ? OneLine : TwoLines);
+    if (ui->hintCommand->toPlainText() != remedy.command)
+        ui->hintCommand->setPlainText(remedy.command);
+}
+
+void RightHint::copyCommand()
+{
+    QApplication::clipboard()->setText(ui->hintCommand->toPlainText());
+    ui->hintCopy->setText(homeText("Copied", language));
+}

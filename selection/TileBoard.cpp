@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "selection/TileBoard.h"
+
+#include "device/DeviceSearch.h"
+#include "presentation/StyleSheets.h"
+#include "selection/AttachedList.h"
+
+#include <QStackedWidget>
+#include <algorithm>
+
+namespace
+{
+
+constexpr int TilesOnPage = 3;
+constexpr QSize TileSize{284, 360};
+constexpr QSize IndicatorSize{32, 32};
+constexpr QSize BadgeSize{42, 26};
+constexpr int IndicatorY = 20;
+constexpr int BadgeY = 10;
+
+struct TilePlace {
+    int tileX;
+    int indicatorX;
+    int badgeX;
+};
+// By the number of tiles on the page.
+constexpr TilePlace Places[TilesOnPage][TilesOnPage] = {
+    {{305, 530, 312}, {}, {}},
+    {{135, 360, 142}, {445, 665, 452}, {}},
+    {{0, 225, 7}, {300, 525, 307}, {600, 825, 607}},
+};
+
+} // namespace
+
+TileBoard::TileBoard(QStackedWidget *tileStack, const QString &pictures) : stack(tileStack), folder(pictures)
+{
+}
+
+void TileBoard::clear() { dropPagesFrom(0); }
+
+void TileBoard::dropPagesFrom(int first)
+{
+    const auto tiles = std::min(all.size(), std::size_t(first * TilesOnPage));
+    all.resize(tiles);
+    links.resize(tiles);
+    while (stack->count() > first) {
+        QWidget *page = stack->widget(first);
+        stack->removeWidget(page);
+        page->hide();
+        page->deleteLater();
+    }
+}
+
+bool TileBoard::pageFits(const std::vector<DeviceAllInfo> &devices, int first, int count) const
+{
+    const int tiles = qMin(TilesOnPage, int(all.size()) - first);
+    for (int i = first; tiles == count && i < first + count; ++i) {
+        const DeviceAllInfo &device = devices[std::size_t(i)];
+        if (links[std::size_t(i)].wired != device.Usb || links[std::size_t(i)].kind != device.DeviceKind)
+            return false;
+    }
+    return tiles == count;
+}
+
+void TileBoard::build(const std::vector<DeviceAllInfo> &devices)
+{
+    const int total = int(devices.size());
+    bool fits = true;
+    for (int first = 0; first < total; first += TilesOnPage) {
+        const int count = qMin(TilesOnPage, total - first);
+        fits = fits && pageFits(devices, first, count);
+        if (!fits) {
+            dropPagesFrom(first / TilesOnPage);
+            addPage(devices, first, count);
+        }
+        for (int i = first; i < first + count; ++i)
+            show(i, devices[std::size_t(i)]);
+    }
+    dropPagesFrom((total + TilesOnPage - 1) / TilesOnPage);
+    stack->setCurrentIndex(0);
+}
+
+void TileBoard::addPage(const std::vector<DeviceAllInfo> &devices, int first, int count)
+{
+    auto *page = new QWidget;
+    for (int i = 0; i < count; ++i) {
+        const TilePlace &place = Places[count - 1][i];
+        const Tile tile = makeTile(page, first + i, devices[std::size_t(first + i)]);
+        tile.button->setGeometry({{place.tileX, 0}, TileSize});
+        tile.offline->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
+        tile.link->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
+        tile.badge->setGeometry({{place.badgeX, BadgeY}, BadgeSize});
+        all.push_back(tile);
+        links.push_back({devices[std::size_t(first + i)].Usb, devices[std::size_t(first + i)].DeviceKind});
+    }
+    stack->addWidget(page);
+}
+
+// Hidden; without a picture it stays empty.
+QLabel *TileBoard::addLabel(QWidget *page, const QString &name, const QString &picture) const
+{
+    auto *label = new QLabel(page);
+    label->setObjectName(name);
+    if (!picture.isEmpty())
+        label->setStyleSheet(style::labelPicture(folder, picture));
+    label->hide();
+    return label;
+}
+
+TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInfo &device)
+{
+    const QString number = QString::number(index);
+    auto *button = new mytoolButtonEnter(page);
+    button->setObjectName(QStringLiteral("btn") + number);
+    button->setCursor(Qt::PointingHandCursor);
+    button->setFocusPolicy(Qt::TabFocus);
+    const QString link = device.Usb ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png");
+    const QString badge = rateBadge(device.DeviceKind);
+    const Tile tile{button, addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
+                    addLabel(page, QStringLiteral("UsbWifi") + number, link),
+                    addLabel(page, QStringLiteral("Rate") + number, badge)};
+    tile.offline->setToolTip(offlineTip);
+    tile.offline->setFont(offlineFont);
+    tile.badge->setVisible(!badge.isEmpty());
+    // The tile is one thing to click on; the off-line label alone has something to say.
+    tile.link->setAttribute(Qt::WA_TransparentForMouseEvents);
+    tile.badge->setAttribute(Qt::WA_TransparentForMouseEvents);
+    return tile;
+}
+
+void TileBoard::show(int index, const DeviceAllInfo &device)
+{
+    if (index < 0 || index >= int(all.size()))
+        return;
+    const Tile &tile = all[std::size_t(index)];
+    const bool unknown = device.DriveIndex == unknownIndex();
+    const bool linked = unknown || device.Online;
+    const QString sheet =
+        style::tile(folder, tilePicture(unknown, device.Online, device.Mid)) + style::tileHover();
+    if (tile.button->styleSheet() != sheet)
+        tile.button->setStyleSheet(sheet);
+    tile.button->setAccessibleName(QStringLiteral("Device %1, %2")
+                                       .arg(index + 1)
+                                       .arg(unknown         ? QStringLiteral("unknown")
+                                            : device.Online ? QStringLiteral("on line")
+                                                            : QStringLiteral("off line")));
+    tile.link->setVisible(linked);
+    tile.offline->setVisible(!linked);
+}
+
+void TileBoard::setOfflineTip(const QString &tip, const QFont &font)
+{
+    offlineTip = tip;
+    offlineFont = font;
+    for (const Tile &tile : all) {
+        tile.offline->setToolTip(tip);
+        tile.offline->setFont(font);
+    }
+}
