@@ -40,19 +40,19 @@ const QString FullColor = QStringLiteral("0, 255, 153");
 Dialog::Dialog(QWidget *parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::Dialog>())
-    , groupA(new QButtonGroup(this))
-    , groupB(new QButtonGroup(this))
-    , pictures(style::pictureFolder(QStringLiteral("Dialog")))
+    , groupA_(new QButtonGroup(this))
+    , groupB_(new QButtonGroup(this))
+    , pictures_(style::pictureFolder(QStringLiteral("Dialog")))
 {
     ui->setupUi(this);
     buildPages();
-    upDataParam = std::make_unique<UpDataParam>();
-    ways = {{{ui->ButtonMain, buttons},
-             {ui->SensorButton, sensor},
-             {ui->MacroButton, macro},
-             {ui->LightsButton, lights},
-             {ui->Advanced, advanced},
-             {ui->FormSetting, setting}}};
+    upDataParam_ = std::make_unique<UpDataParam>();
+    ways_ = {{{ui->ButtonMain, buttons_},
+              {ui->SensorButton, sensor_},
+              {ui->MacroButton, macro_},
+              {ui->LightsButton, lights_},
+              {ui->Advanced, advanced_},
+              {ui->FormSetting, setting_}}};
     onFirstShow(this, [this] {
         dress();
         dressNavigation();
@@ -72,13 +72,14 @@ Dialog::~Dialog() = default;
 
 void Dialog::buildPages()
 {
-    advanced = new class Advanced(this);
-    buttons = new Buttoninterface(this);
-    lights = new LampLight(this);
-    macro = new Macro(this);
-    sensor = new Sensor(this);
-    setting = new class FormSetting(this);
-    for (QWidget *page : std::initializer_list<QWidget *>{advanced, buttons, lights, macro, sensor, setting})
+    advanced_ = new class Advanced(this);
+    buttons_ = new Buttoninterface(this);
+    lights_ = new LampLight(this);
+    macro_ = new Macro(this);
+    sensor_ = new Sensor(this);
+    setting_ = new class FormSetting(this);
+    for (QWidget *page :
+         std::initializer_list<QWidget *>{advanced_, buttons_, lights_, macro_, sensor_, setting_})
         ui->stackedWidgetDialog->addWidget(page);
 }
 
@@ -86,11 +87,11 @@ void Dialog::dress()
 {
     const QString labelColor = style::color("LabelColor");
     dressBackground();
-    ui->UpArrow->setStyleSheet(style::titleButton(pictures, QStringLiteral("UpArrow")));
-    ui->MinButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Min")));
-    ui->CloseButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Close")));
-    ui->BatteryButtonC->setStyleSheet(style::tile(pictures, QStringLiteral("Battery.png")));
-    ui->label->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Charg.png")));
+    ui->UpArrow->setStyleSheet(style::titleButton(pictures_, QStringLiteral("UpArrow")));
+    ui->MinButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Min")));
+    ui->CloseButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Close")));
+    ui->BatteryButtonC->setStyleSheet(style::tile(pictures_, QStringLiteral("Battery.png")));
+    ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Charg.png")));
     ui->label_2->setStyleSheet(style::label(labelColor));
     ui->label_3->setStyleSheet(style::label(labelColor));
     for (QFrame *line : {ui->line, ui->line_2, ui->line_3, ui->line_4, ui->line_5, ui->line_6, ui->line_7,
@@ -101,15 +102,15 @@ void Dialog::dress()
 // A sheet on this frame styles anew all that stands on it, so one that is there already is left alone.
 void Dialog::dressBackground()
 {
-    const QString sheet = style::dialogBackground(pictures, QStringLiteral("frame_2"));
+    const QString sheet = style::dialogBackground(pictures_, QStringLiteral("frame_2"));
     if (ui->frame_2->styleSheet() != sheet)
         ui->frame_2->setStyleSheet(sheet);
 }
 
 void Dialog::dressNavigation()
 {
-    for (const Way &way : ways)
-        way.button->setStyleSheet(style::navigationButton(pictures, way.button->objectName()));
+    for (const Way &way : ways_)
+        way.button->setStyleSheet(style::navigationButton(pictures_, way.button->objectName()));
 }
 
 void Dialog::listen()
@@ -130,33 +131,33 @@ void Dialog::listen()
 // PreButton is not to be seen: it stands checked for the binding page, for those who ask.
 void Dialog::showPage(QWidget *page)
 {
-    for (const Way &way : ways)
+    for (const Way &way : ways_)
         way.button->setChecked(way.page == page);
-    ui->PreButton->setChecked(page == buttons);
+    ui->PreButton->setChecked(page == buttons_);
     ui->stackedWidgetDialog->setCurrentWidget(page);
 }
 
 void Dialog::on_ButtonMain_clicked()
 {
-    showPage(buttons);
+    showPage(buttons_);
     emit PostMsg::instance()->SigAddMacroButton();
 }
 
-void Dialog::on_SensorButton_clicked() { showPage(sensor); }
+void Dialog::on_SensorButton_clicked() { showPage(sensor_); }
 
-void Dialog::on_MacroButton_clicked() { showPage(macro); }
+void Dialog::on_MacroButton_clicked() { showPage(macro_); }
 
-void Dialog::on_LightsButton_clicked() { showPage(lights); }
+void Dialog::on_LightsButton_clicked() { showPage(lights_); }
 
-void Dialog::on_FormSetting_clicked() { showPage(setting); }
+void Dialog::on_FormSetting_clicked() { showPage(setting_); }
 
 void Dialog::on_Advanced_clicked()
 {
     emit PostMsg::instance()->SigtVis(0);
-    showPage(advanced);
+    showPage(advanced_);
 }
 
-void Dialog::SlotSecondDialog() { showPage(buttons); }
+void Dialog::SlotSecondDialog() { showPage(buttons_); }
 
 void Dialog::on_stackedWidgetDialog_currentChanged(int)
 {
@@ -170,7 +171,7 @@ void Dialog::SlotStartRecord(int index)
     if (index != 0 && index != 1)
         return;
     ui->PreButton->setEnabled(index == 1);
-    for (const Way &way : ways)
+    for (const Way &way : ways_)
         way.button->setEnabled(index == 1);
 }
 
@@ -204,7 +205,7 @@ void Dialog::on_UpArrow_clicked()
 void Dialog::SlotIsUsb(bool Usb, bool)
 {
     const QString name = Usb ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png");
-    ui->label_4->setStyleSheet(style::stretchedPicture(pictures, name));
+    ui->label_4->setStyleSheet(style::stretchedPicture(pictures_, name));
 }
 
 void Dialog::SlotBattery(bool IsCharg, int Number, bool IsText)
@@ -219,11 +220,11 @@ void Dialog::SlotBattery(bool IsCharg, int Number, bool IsText)
 void Dialog::SlotUpDataParam(int index)
 {
     if (index == 1)
-        upDataParam->setRefreshing();
-    if (upDataParam->isVisible())
+        upDataParam_->setRefreshing();
+    if (upDataParam_->isVisible())
         return;
-    upDataParam->startTimer();
-    upDataParam->openOver(this, WaitOffset);
+    upDataParam_->startTimer();
+    upDataParam_->openOver(this, WaitOffset);
 }
 
 // The keys that work anywhere are the window's; to a dialog Escape would mean that it goes.

@@ -73,15 +73,15 @@ private:
     };
 
     std::unique_ptr<Ui::Dialog> ui;
-    QButtonGroup *groupA;
-    QButtonGroup *groupB;
-    Advanced *advanced;
-    Buttoninterface *buttons;
-    LampLight *lights;
-    Macro *macro;
-    Sensor *sensor;
-    FormSetting *setting;
-    std::unique_ptr<UpDataParam> upDataParam;
-    QString pictures;
-    std::array<Way, 6> ways; // in the order of the column
+    QButtonGroup *groupA_;
+    QButtonGroup *groupB_;
+    Advanced *advanced_;
+    Buttoninterface *buttons_;
+    LampLight *lights_;
+    Macro *macro_;
+    Sensor *sensor_;
+    FormSetting *setting_;
+    std::unique_ptr<UpDataParam> upDataParam_;
+    QString pictures_;
+    std::array<Way, 6> ways_; // in the order of the column
 };

@@ -42,20 +42,20 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     LoadLanguageTables();
     ui->setupUi(this);
     LanguageIndex = migrateLanguage(RegistryStore::instance(), UserStore::instance());
-    pictures = style::pictureFolder(QStringLiteral("Dialog"));
-    dialog = new Dialog(this);
-    dialogChange = new DialogChange(this);
-    ui->stackedWidget->addWidget(dialogChange);
-    ui->stackedWidget->addWidget(dialog);
-    ui->stackedWidget->setCurrentWidget(dialogChange);
+    pictures_ = style::pictureFolder(QStringLiteral("Dialog"));
+    dialog_ = new Dialog(this);
+    dialogChange_ = new DialogChange(this);
+    ui->stackedWidget->addWidget(dialogChange_);
+    ui->stackedWidget->addWidget(dialog_);
+    ui->stackedWidget->setCurrentWidget(dialogChange_);
     setWindowFlags(FramelessFlags);
     setFixedSize(size());
     roundCorners(this);
     setWindowTitle(applicationName());
     listen();
-    trayIcon.setIcon(QIcon(pictures + QStringLiteral("Logo.png")));
-    trayIcon.setToolTip(applicationName());
-    setWindowIcon(trayIcon.icon());
+    trayIcon_.setIcon(QIcon(pictures_ + QStringLiteral("Logo.png")));
+    trayIcon_.setToolTip(applicationName());
+    setWindowIcon(trayIcon_.icon());
     emit PostMsg::instance()->SigLanguageSameA(LanguageIndex);
     emit PostMsg::instance()->SigLanguageSameB(LanguageIndex);
     emit PostMsg::instance()->SigAllLanguage(LanguageIndex);
@@ -71,7 +71,7 @@ void DialogMain::listen()
     connect(hub, SIGNAL(SigChangeSize(int)), this, SLOT(SlotChangeSize(int)));
     connect(hub, SIGNAL(SigMouseOffLineo(int)), this, SLOT(SlotMouseOffLine(int)));
     connect(hub, SIGNAL(SigUpPageLight()), this, SLOT(SlotUpPageLight()));
-    connect(&trayIcon, &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
+    connect(&trayIcon_, &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
 }
 
 // ---- Pages --------------------------------------------------------------------------------------
@@ -85,10 +85,10 @@ void DialogMain::SlotChangeMainDialog(int index)
         emit PostMsg::instance()->SigMainPageChange();
         UsbServer_Exit();
         QThread::msleep(LetGoMs);
-        ui->stackedWidget->setCurrentWidget(dialogChange);
+        ui->stackedWidget->setCurrentWidget(dialogChange_);
         StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
     } else if (index == 1) {
-        ui->stackedWidget->setCurrentWidget(dialog);
+        ui->stackedWidget->setCurrentWidget(dialog_);
         StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
     }
 }
@@ -100,14 +100,14 @@ void DialogMain::SlotMouseOffLine(int index)
     OffLineKind = index;
     AwaitingMouse = true;
     RestartWorker = true;
-    if (noticeUp)
+    if (noticeUp_)
         return;
-    noticeUp = true;
+    noticeUp_ = true;
     QTimer::singleShot(0, this, [this] {
         // What happened since may have brought the mouse back.
         if (AwaitingMouse)
             MouseOffLine().openOver(this, NoticeOffset);
-        noticeUp = false;
+        noticeUp_ = false;
     });
 }
 
@@ -128,21 +128,21 @@ void DialogMain::hideToTray()
 {
     if (!QSystemTrayIcon::isSystemTrayAvailable()) {
         showMinimized();
-        hiddenInTaskBar = true;
+        hiddenInTaskBar_ = true;
         return;
     }
     hide();
     buildTrayMenu();
-    trayIcon.show();
+    trayIcon_.show();
 }
 
 void DialogMain::buildTrayMenu()
 {
     auto menu = std::make_unique<QMenu>();
-    actionMain = menu->addAction(openText, this, &DialogMain::slotActionMain);
-    actionExit = menu->addAction(exitText, this, &DialogMain::slotActionExitApp);
-    trayIcon.setContextMenu(menu.get());
-    trayMenu = std::move(menu);
+    actionMain_ = menu->addAction(openText_, this, &DialogMain::slotActionMain);
+    actionExit_ = menu->addAction(exitText_, this, &DialogMain::slotActionExitApp);
+    trayIcon_.setContextMenu(menu.get());
+    trayMenu_ = std::move(menu);
 }
 
 void DialogMain::endProgram()
@@ -163,8 +163,8 @@ void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reaso
 {
     switch (reason) {
     case QSystemTrayIcon::Context:
-        if (trayMenu && !trayMenu->isVisible())
-            trayMenu->popup(QCursor::pos());
+        if (trayMenu_ && !trayMenu_->isVisible())
+            trayMenu_->popup(QCursor::pos());
         break;
     case QSystemTrayIcon::DoubleClick:
         comeBack();
@@ -185,7 +185,7 @@ void DialogMain::slotActionMain()
 
 void DialogMain::takeCharge()
 {
-    if (ui->stackedWidget->currentWidget() == dialog)
+    if (ui->stackedWidget->currentWidget() == dialog_)
         UsbServer_SetPCDriverStatus(1);
 }
 
@@ -193,9 +193,9 @@ void DialogMain::takeCharge()
 void DialogMain::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);
-    if (event->type() != QEvent::WindowStateChange || !hiddenInTaskBar || isMinimized())
+    if (event->type() != QEvent::WindowStateChange || !hiddenInTaskBar_ || isMinimized())
         return;
-    hiddenInTaskBar = false;
+    hiddenInTaskBar_ = false;
     takeCharge();
 }
 
@@ -206,7 +206,7 @@ void DialogMain::comeBack()
     activateWindow();
     QTimer::singleShot(0, this, [this] {
         if (isVisible())
-            trayIcon.hide();
+            trayIcon_.hide();
     });
 }
 
@@ -214,11 +214,11 @@ void DialogMain::slotActionExitApp() { std::exit(0); }
 
 void DialogMain::SlotAllLanguage(int index)
 {
-    openText = language::text(language::Section::home, "OpenMain", index);
-    exitText = language::text(language::Section::home, "Exit", index);
-    if (trayMenu) {
-        actionMain->setText(openText);
-        actionExit->setText(exitText);
+    openText_ = language::text(language::Section::home, "OpenMain", index);
+    exitText_ = language::text(language::Section::home, "Exit", index);
+    if (trayMenu_) {
+        actionMain_->setText(openText_);
+        actionExit_->setText(exitText_);
     }
 }
 
@@ -230,8 +230,8 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
         return;
     switch (event->key()) {
     case Qt::Key_Space:
-        if (ui->stackedWidget->currentWidget() == dialogChange)
-            dialogChange->askOnlyDevice();
+        if (ui->stackedWidget->currentWidget() == dialogChange_)
+            dialogChange_->askOnlyDevice();
         else
             pairSelected();
         break;
@@ -256,14 +256,14 @@ void DialogMain::pairSelected()
 
 void DialogMain::mousePressEvent(QMouseEvent *event)
 {
-    held = event->button() == Qt::LeftButton;
-    grip = event->globalPos() - frameGeometry().topLeft();
+    held_ = event->button() == Qt::LeftButton;
+    grip_ = event->globalPos() - frameGeometry().topLeft();
 }
 
 void DialogMain::mouseMoveEvent(QMouseEvent *event)
 {
-    if (held && (event->buttons() & Qt::LeftButton))
-        move(event->globalPos() - grip);
+    if (held_ && (event->buttons() & Qt::LeftButton))
+        move(event->globalPos() - grip_);
 }
 
-void DialogMain::mouseReleaseEvent(QMouseEvent *) { held = false; }
+void DialogMain::mouseReleaseEvent(QMouseEvent *) { held_ = false; }

@@ -55,17 +55,17 @@ private:
     void pairSelected();
 
     std::unique_ptr<Ui::DialogMain> ui;
-    std::unique_ptr<QMenu> trayMenu;
-    QAction *actionMain = nullptr;
-    QAction *actionExit = nullptr;
-    QSystemTrayIcon trayIcon;
-    QString pictures;
-    Dialog *dialog;
-    DialogChange *dialogChange;
-    QString openText;
-    QString exitText;
-    QPoint grip; // where the mouse holds the window
-    bool held = false;
-    bool hiddenInTaskBar = false; // for want of a tray
-    bool noticeUp = false;        // the off-line notice, or its way there
+    std::unique_ptr<QMenu> trayMenu_;
+    QAction *actionMain_ = nullptr;
+    QAction *actionExit_ = nullptr;
+    QSystemTrayIcon trayIcon_;
+    QString pictures_;
+    Dialog *dialog_;
+    DialogChange *dialogChange_;
+    QString openText_;
+    QString exitText_;
+    QPoint grip_; // where the mouse holds the window
+    bool held_ = false;
+    bool hiddenInTaskBar_ = false; // for want of a tray
+    bool noticeUp_ = false;        // the off-line notice, or its way there
 };

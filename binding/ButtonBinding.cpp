@@ -49,15 +49,15 @@ bool isMacro(const FlashDataMap &map, int button) { return map.KeyBindings[butto
 void Buttoninterface::openRow(std::size_t row)
 {
     const QString left = leftText();
-    if (list->isShown(row) && list->caption(row)->text() == left && list->countOf(left) == 1) {
+    if (list_->isShown(row) && list_->caption(row)->text() == left && list_->countOf(left) == 1) {
         showButtons();
-        functions->showPanel(Panel::Debounce);
-        list->uncheckAll();
+        functions_->showPanel(Panel::Debounce);
+        list_->uncheckAll();
         LeftButtonOnly notice;
         notice.openOver(this, NoticeOffset);
         return;
     }
-    list->check(row);
+    list_->check(row);
     preselect(ButtonRows[row].button);
     showFunctions();
 }
@@ -65,18 +65,18 @@ void Buttoninterface::openRow(std::size_t row)
 void Buttoninterface::pointAt(std::size_t row)
 {
     CheckOnline();
-    list->check(row);
-    list->scrollTo(row);
+    list_->check(row);
+    list_->scrollTo(row);
 }
 
 void Buttoninterface::preselect(int button)
 {
-    if (button < 0 || button >= KeyClass.size() || button >= KeyParamA.size())
+    if (button < 0 || button >= KeyClass_.size() || button >= KeyParamA_.size())
         return;
     const FlashDataMap record = DeviceRecord::copy();
-    const uint8_t second = uint8_t(KeyParamB.value(button));
-    const KeyBinding binding{uint8_t(KeyClass[button]), uint8_t(KeyParamA[button]), second};
-    functions->preselect(decoded(button, binding, record), macroName(record.MacroBlocks[button]));
+    const uint8_t second = uint8_t(KeyParamB_.value(button));
+    const KeyBinding binding{uint8_t(KeyClass_[button]), uint8_t(KeyParamA_[button]), second};
+    functions_->preselect(decoded(button, binding, record), macroName(record.MacroBlocks[button]));
 }
 
 void Buttoninterface::showFunctions()
@@ -87,7 +87,7 @@ void Buttoninterface::showFunctions()
     ui->scrollArea_11->hide();
     nameChosenRow();
     if (byKeyboard)
-        functions->focusChosen();
+        functions_->focusChosen();
 }
 
 void Buttoninterface::showButtons()
@@ -97,14 +97,14 @@ void Buttoninterface::showButtons()
     ui->scrollArea_11->show();
     ui->stackedWidget->setCurrentWidget(ui->page);
     ui->scrollArea_11->raise();
-    if (byKeyboard && wasOpen && list->checkedRow() >= 0)
-        list->caption(std::size_t(list->checkedRow()))->setFocus(Qt::TabFocusReason);
+    if (byKeyboard && wasOpen && list_->checkedRow() >= 0)
+        list_->caption(std::size_t(list_->checkedRow()))->setFocus(Qt::TabFocusReason);
 }
 
 void Buttoninterface::leaveFunctions()
 {
     showButtons();
-    functions->showPanel(Panel::Debounce);
+    functions_->showPanel(Panel::Debounce);
 }
 
 // The toolkit's buttons know the space bar alone.
@@ -122,13 +122,13 @@ void Buttoninterface::keyPressEvent(QKeyEvent *event)
 
 void Buttoninterface::nameChosenRow()
 {
-    const int row = list->checkedRow();
-    functions->setTitle(row < 0 ? QString() : list->caption(std::size_t(row))->accessibleName());
+    const int row = list_->checkedRow();
+    functions_->setTitle(row < 0 ? QString() : list_->caption(std::size_t(row))->accessibleName());
 }
 
 int Buttoninterface::chosenButton() const
 {
-    const int row = list->checkedRow();
+    const int row = list_->checkedRow();
     return row < 0 ? -1 : ButtonRows[std::size_t(row)].button;
 }
 
@@ -139,21 +139,21 @@ void Buttoninterface::choose(const ActionRow &row)
     if (row.form == Form::Opener && row.shows != Panel::Macros)
         openPanel(row.shows);
     else if (row.form != Form::Fire)
-        if (const auto action = encodeAction(row, sensor))
+        if (const auto action = encodeAction(row, sensor_))
             bindChosen(*action);
 }
 
 void Buttoninterface::openPanel(Panel panel)
 {
-    functions->showPanel(panel);
+    functions_->showPanel(panel);
     if (hasFocusIn(ui->stackedWidget))
-        functions->focusPanel();
+        functions_->focusPanel();
 }
 
 void Buttoninterface::bindChosen(const EncodedAction &action)
 {
     const int button = chosenButton();
-    functions->clearDetails();
+    functions_->clearDetails();
     if (button >= 0)
         bind(button, action);
     leaveFunctions();
@@ -166,25 +166,25 @@ void Buttoninterface::on_DPI_6_clicked()
         leaveFunctions();
         return;
     }
-    functions->showPanel(Panel::Debounce);
+    functions_->showPanel(Panel::Debounce);
     const KeyBinding first = builtInAction(FireButton)->binding;
-    const bool isFire = KeyClass.value(button, -1) == FireKeyClass;
+    const bool isFire = KeyClass_.value(button, -1) == FireKeyClass;
     FireKey dialog;
-    dialog.setValues(isFire ? KeyParamA.value(button) : first.First,
-                     isFire ? KeyParamB.value(button) : first.Second);
+    dialog.setValues(isFire ? KeyParamA_.value(button) : first.First,
+                     isFire ? KeyParamB_.value(button) : first.Second);
     dialog.openOver(this, InputDialogOffset);
     if (!dialog.isAccepted()) {
         preselect(button);
         return;
     }
-    FireInterval = dialog.interval();
-    FireCount = dialog.count();
-    bindChosen(encodeFireKey(FireInterval, FireCount));
+    FireInterval_ = dialog.interval();
+    FireCount_ = dialog.count();
+    bindChosen(encodeFireKey(FireInterval_, FireCount_));
 }
 
 void Buttoninterface::on_DPI_8_clicked()
 {
-    functions->showPanel(Panel::Debounce);
+    functions_->showPanel(Panel::Debounce);
     GroupKey dialog;
     dialog.openOver(this, InputDialogOffset);
     if (dialog.isAccepted())
@@ -219,7 +219,7 @@ bool Buttoninterface::SetComboAction(int button, const QString &keys)
 void Buttoninterface::RecordBinding(int button, const KeyBinding &binding)
 {
     const std::pair<QList<int> &, int> entries[] = {
-        {KeyClass, binding.Class}, {KeyParamA, binding.First}, {KeyParamB, binding.Second}};
+        {KeyClass_, binding.Class}, {KeyParamA_, binding.First}, {KeyParamB_, binding.Second}};
     for (const auto &[values, value] : entries) {
         while (values.size() <= button)
             values << 0;
@@ -233,23 +233,23 @@ void Buttoninterface::RecordBinding(int button, const KeyBinding &binding)
 void Buttoninterface::showMacros(const FlashDataMap &map)
 {
     QStringList names;
-    for (int k = 0; k < qMin(KeyClass.size(), ButtonCount); ++k)
+    for (int k = 0; k < qMin(KeyClass_.size(), ButtonCount); ++k)
         if (const QString name = macroName(map.MacroBlocks[k]);
             isMacro(map, k) && !name.isEmpty() && !names.contains(name))
             names << name;
     names.sort(Qt::CaseInsensitive);
-    functions->setMacros(names);
+    functions_->setMacros(names);
 }
 
 void Buttoninterface::SlotAddMacroButton() { showMacros(DeviceRecord::copy()); }
 
 void Buttoninterface::on_DPI_10_clicked()
 {
-    if (functions->hasMacros()) {
+    if (functions_->hasMacros()) {
         openPanel(Panel::Macros);
         return;
     }
-    functions->showPanel(Panel::Debounce);
+    functions_->showPanel(Panel::Debounce);
     MakeMacro notice;
     notice.openOver(this, NoticeOffset);
 }
@@ -257,7 +257,7 @@ void Buttoninterface::on_DPI_10_clicked()
 void Buttoninterface::slotButtonClicked(const QString &macro)
 {
     const int button = chosenButton();
-    functions->clearDetails();
+    functions_->clearDetails();
     const FlashDataMap record = DeviceRecord::copy();
     for (int k = 0; button >= 0 && k < ButtonCount; ++k) {
         if (!isMacro(record, k) || macroName(record.MacroBlocks[k]) != macro)

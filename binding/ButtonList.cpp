@@ -22,20 +22,20 @@ constexpr int Gap = 8;
 } // namespace
 
 ButtonList::ButtonList(QScrollArea *scrollArea, QWidget *picture)
-    : QObject(picture), area(scrollArea), group(new QButtonGroup(this))
+    : QObject(picture), area_(scrollArea), group_(new QButtonGroup(this))
 {
-    group->setObjectName(QStringLiteral("ButtonGroup"));
+    group_->setObjectName(QStringLiteral("ButtonGroup"));
     auto *list = new QWidget;
     auto *grid = new QGridLayout(list);
     grid->setContentsMargins(0, 0, 0, Gap);
     grid->setSpacing(Gap);
     grid->setColumnStretch(2, 1);
-    for (std::size_t row = 0; row < rows.size(); ++row) {
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
         addRow(row, list, picture);
-        grid->addWidget(rows[row].number, int(row), 0);
-        grid->addWidget(rows[row].caption, int(row), 1);
+        grid->addWidget(rows_[row].number, int(row), 0);
+        grid->addWidget(rows_[row].caption, int(row), 1);
     }
-    area->setWidget(list);
+    area_->setWidget(list);
     list->setAutoFillBackground(false);
     setModel(0);
 }
@@ -44,20 +44,20 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
 {
     const ButtonRow &names = ButtonRows[row];
     const QString number = QString::number(row + 1);
-    rows[row].number = new QLabel(number, list);
-    rows[row].number->setFixedSize(BadgeSize, BadgeSize);
-    rows[row].number->setAlignment(Qt::AlignCenter);
+    rows_[row].number = new QLabel(number, list);
+    rows_[row].number->setFixedSize(BadgeSize, BadgeSize);
+    rows_[row].number->setAlignment(Qt::AlignCenter);
     auto *caption = new ActionButton(QLatin1String(names.caption), list);
     caption->setFixedSize(CaptionSize);
-    group->addButton(caption, int(row));
+    group_->addButton(caption, int(row));
     caption->installEventFilter(this);
-    rows[row].caption = caption;
+    rows_[row].caption = caption;
     auto *marker = new QToolButton(picture);
     marker->setObjectName(QLatin1String(names.marker));
     marker->setText(number);
     marker->setCheckable(true);
     marker->resize(BadgeSize, BadgeSize);
-    rows[row].marker = marker;
+    rows_[row].marker = marker;
     setText(names.button, QString());
     connect(caption, &QToolButton::toggled, this, [this, marker](bool checked) {
         marker->setChecked(checked);
@@ -72,7 +72,7 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
 bool ButtonList::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn)
-        area->ensureWidgetVisible(qobject_cast<QWidget *>(watched), 0, Gap);
+        area_->ensureWidgetVisible(qobject_cast<QWidget *>(watched), 0, Gap);
     return false;
 }
 
@@ -83,7 +83,7 @@ void ButtonList::dress(const QString &folder)
     const QString mark =
         style::stateButton(folder, QStringLiteral("Mark"), ink, style::color("ComboxBackGroundColor"));
     const QString badge = style::labelPlate(folder, style::color("LabelColor"), QStringLiteral("Badge.png"));
-    for (const Row &each : rows) {
+    for (const Row &each : rows_) {
         each.caption->setStyleSheet(row);
         each.marker->setStyleSheet(mark);
         each.number->setStyleSheet(badge);
@@ -98,11 +98,11 @@ std::size_t ButtonList::rowOf(int button)
     return 0;
 }
 
-QString ButtonList::text(int button) const { return rows[rowOf(button)].caption->text(); }
+QString ButtonList::text(int button) const { return rows_[rowOf(button)].caption->text(); }
 
 void ButtonList::setText(int button, const QString &text)
 {
-    const Row &row = rows[rowOf(button)];
+    const Row &row = rows_[rowOf(button)];
     row.caption->setText(text);
     row.caption->setToolTip(row.caption->isElided() ? text : QString());
     const QString name = tr("Button %1: %2").arg(row.number->text(), text);
@@ -111,61 +111,61 @@ void ButtonList::setText(int button, const QString &text)
     row.marker->setToolTip(text);
 }
 
-int ButtonList::checkedRow() const { return group->checkedId(); }
+int ButtonList::checkedRow() const { return group_->checkedId(); }
 
-void ButtonList::check(std::size_t row) { rows[row].caption->setChecked(true); }
+void ButtonList::check(std::size_t row) { rows_[row].caption->setChecked(true); }
 
 // An exclusive group would keep its last one.
 void ButtonList::uncheckAll()
 {
-    group->setExclusive(false);
-    for (const Row &row : rows)
+    group_->setExclusive(false);
+    for (const Row &row : rows_)
         row.caption->setChecked(false);
-    group->setExclusive(true);
+    group_->setExclusive(true);
 }
 
-void ButtonList::scrollTo(std::size_t row) { area->verticalScrollBar()->setValue(ButtonRows[row].scroll); }
+void ButtonList::scrollTo(std::size_t row) { area_->verticalScrollBar()->setValue(ButtonRows[row].scroll); }
 
 void ButtonList::setModel(int model)
 {
     if (model < 0 || model >= ModelCount)
         return;
     const MarkerPlaces &places = PlacesByModel[std::size_t(model)];
-    for (std::size_t row = 0; row < rows.size(); ++row)
+    for (std::size_t row = 0; row < rows_.size(); ++row)
         if (places[row] != Unmoved)
-            rows[row].marker->move(places[row]);
-    hasSixth = model == 0;
+            rows_[row].marker->move(places[row]);
+    hasSixth_ = model == 0;
     showRows();
 }
 
 void ButtonList::setButtonCount(int count)
 {
-    buttonCount = count;
+    buttonCount_ = count;
     showRows();
 }
 
 // A stale caption of a button that this mouse has not must neither be seen nor counted.
 bool ButtonList::isShown(std::size_t row) const
 {
-    return (hasSixth || row != SixthRow) && (buttonCount <= 0 || ButtonRows[row].button < buttonCount);
+    return (hasSixth_ || row != SixthRow) && (buttonCount_ <= 0 || ButtonRows[row].button < buttonCount_);
 }
 
 void ButtonList::showRows()
 {
-    for (std::size_t row = 0; row < rows.size(); ++row) {
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
         const bool shown = isShown(row);
-        rows[row].number->setVisible(shown);
-        rows[row].caption->setVisible(shown);
-        rows[row].marker->setVisible(shown);
+        rows_[row].number->setVisible(shown);
+        rows_[row].caption->setVisible(shown);
+        rows_[row].marker->setVisible(shown);
     }
-    area->widget()->adjustSize();
+    area_->widget()->adjustSize();
 }
 
 int ButtonList::countOf(const QString &text) const
 {
     int count = 0;
-    for (std::size_t row = 0; row < rows.size(); ++row)
-        if (isShown(row) && rows[row].caption->text() == text)
+    for (std::size_t row = 0; row < rows_.size(); ++row)
+        if (isShown(row) && rows_[row].caption->text() == text)
             ++count;
     return count;
 }

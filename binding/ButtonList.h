@@ -28,8 +28,8 @@ public:
 
     void dress(const QString &folder);
 
-    ActionButton *caption(std::size_t row) const { return rows[row].caption; }
-    QToolButton *marker(std::size_t row) const { return rows[row].marker; }
+    ActionButton *caption(std::size_t row) const { return rows_[row].caption; }
+    QToolButton *marker(std::size_t row) const { return rows_[row].marker; }
     static std::size_t rowOf(int button); // of a button 0..11
 
     QString text(int button) const;
@@ -64,9 +64,9 @@ private:
     void addRow(std::size_t row, QWidget *list, QWidget *picture);
     void showRows();
 
-    QScrollArea *area;
-    QButtonGroup *group;
-    std::array<Row, ButtonRows.size()> rows{};
-    bool hasSixth = true;
-    int buttonCount = 0;
+    QScrollArea *area_;
+    QButtonGroup *group_;
+    std::array<Row, ButtonRows.size()> rows_{};
+    bool hasSixth_ = true;
+    int buttonCount_ = 0;
 };

@@ -36,17 +36,17 @@ constexpr int DefaultSleepSeconds = 60;
 } // namespace
 
 Buttoninterface::Buttoninterface(QWidget *parent)
-    : QWidget(parent), ui(std::make_unique<Ui::Buttoninterface>()), worker(std::make_unique<Worker>())
+    : QWidget(parent), ui(std::make_unique<Ui::Buttoninterface>()), worker_(std::make_unique<Worker>())
 {
     ui->setupUi(this);
     setAccessibleName(QStringLiteral("Buttons"));
-    list = new ButtonList(ui->scrollArea_11, ui->widget);
-    functions = new FunctionPages(ui->stackedWidget, ui->stackedWidget_2);
+    list_ = new ButtonList(ui->scrollArea_11, ui->widget);
+    functions_ = new FunctionPages(ui->stackedWidget, ui->stackedWidget_2);
     QMetaObject::connectSlotsByName(this); // the form leaves it to us, as some of its widgets are made here
-    connect(list, &ButtonList::checkedChanged, this, &Buttoninterface::nameChosenRow);
-    connect(functions, &FunctionPages::chosen, this, &Buttoninterface::choose);
-    connect(functions, &FunctionPages::macroChosen, this, &Buttoninterface::slotButtonClicked);
-    connect(functions->backButton(), &QToolButton::clicked, this, &Buttoninterface::leaveFunctions);
+    connect(list_, &ButtonList::checkedChanged, this, &Buttoninterface::nameChosenRow);
+    connect(functions_, &FunctionPages::chosen, this, &Buttoninterface::choose);
+    connect(functions_, &FunctionPages::macroChosen, this, &Buttoninterface::slotButtonClicked);
+    connect(functions_->backButton(), &QToolButton::clicked, this, &Buttoninterface::leaveFunctions);
     onFirstShow(this, [this] { dress(); });
     showButtons();
     arrangeTabs();
@@ -57,8 +57,8 @@ Buttoninterface::Buttoninterface(QWidget *parent)
 // A pass may be delivering to this very thread, so the end of it is waited for with the event loop turning.
 Buttoninterface::~Buttoninterface()
 {
-    worker->shutDown();
-    worker.reset();
+    worker_->shutDown();
+    worker_.reset();
     StopUsbChanged();
 }
 
@@ -77,15 +77,15 @@ void Buttoninterface::dress()
         each->setStyleSheet(button);
     dressComboBox(ui->ProjectChoose, folder);
     ui->scrollArea_11->setStyleSheet(style::scrollArea());
-    list->dress(folder);
-    dressed = true;
+    list_->dress(folder);
+    dressed_ = true;
     dressPicture();
 }
 
 void Buttoninterface::dressPicture()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
-    ui->widget->setStyleSheet(style::areaPicture(folder, ui->widget->objectName(), picture));
+    ui->widget->setStyleSheet(style::areaPicture(folder, ui->widget->objectName(), picture_));
 }
 
 // As the eye reads: the line on top, the picture's marks, the list, the panel below.
@@ -93,12 +93,12 @@ void Buttoninterface::arrangeTabs()
 {
     QList<QWidget *> order = {ui->ProjectChoose, ui->OutputData, ui->ImportData, ui->Reset};
     for (std::size_t row = 0; row < ButtonRows.size(); ++row)
-        order << list->marker(row);
+        order << list_->marker(row);
     for (std::size_t row = 0; row < ButtonRows.size(); ++row)
-        order << list->caption(row);
-    order << functions->backButton();
+        order << list_->caption(row);
+    order << functions_->backButton();
     for (const ActionRow &row : ActionRows)
-        order << functions->button(row);
+        order << functions_->button(row);
     order << ui->DebunceButton->findChild<QWidget *>(QStringLiteral("Debunce"));
     for (int i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
@@ -132,10 +132,10 @@ void Buttoninterface::SlotUpDataButtonUIB(FlashDataMap DataMap) { showRecord(Dat
 void Buttoninterface::showRecord(const FlashDataMap &map)
 {
     const PageFilling filling(ButtonPageBusy);
-    if (sensor.names.isEmpty())
-        ReadSensorDefines(&sensor.names, &sensor.values);
-    sensor.sensor = DeviceCatalogue().text(SelectedDevice::info().DriveIndex, "Sensor");
-    SensorName = sensor.sensor;
+    if (sensor_.names.isEmpty())
+        ReadSensorDefines(&sensor_.names, &sensor_.values);
+    sensor_.sensor = DeviceCatalogue().text(SelectedDevice::info().DriveIndex, "Sensor");
+    SensorName = sensor_.sensor;
     emit PostMsg::instance()->SigLightToFrom(map.StopCloseTime * SleepUnitSeconds);
     showBindings(map);
     ui->DebunceButton->SetDebounce(map.DebounceTime);
@@ -144,14 +144,14 @@ void Buttoninterface::showRecord(const FlashDataMap &map)
 void Buttoninterface::showBindings(const FlashDataMap &map)
 {
     const int count = DeviceCatalogue().number(SelectedDevice::info().DriveIndex, "KeyNumber");
-    list->setButtonCount(count);
-    KeyClass.clear();
-    KeyParamA.clear();
-    KeyParamB.clear();
+    list_->setButtonCount(count);
+    KeyClass_.clear();
+    KeyParamA_.clear();
+    KeyParamB_.clear();
     for (int k = 0; k < qBound(0, count, KeySlotCount); ++k)
         RecordBinding(k, map.KeyBindings[k]);
-    for (int k = 0; k < qMin(KeyClass.size(), ButtonCount); ++k)
-        ShowBinding(k, KeyClass[k], KeyParamA[k], KeyParamB[k], map);
+    for (int k = 0; k < qMin(KeyClass_.size(), ButtonCount); ++k)
+        ShowBinding(k, KeyClass_[k], KeyParamA_[k], KeyParamB_[k], map);
     showMacros(map);
     nameChosenRow();
 }
@@ -161,13 +161,13 @@ void Buttoninterface::ShowBinding(int button, int actionClass, int first, int se
 {
     const KeyBinding binding{uint8_t(actionClass), uint8_t(first), uint8_t(second)};
     if (const auto caption = decoded(button, binding, record).caption)
-        list->setText(button, *caption);
+        list_->setText(button, *caption);
 }
 
 DecodedBinding Buttoninterface::decoded(int button, const KeyBinding &binding,
                                         const FlashDataMap &record) const
 {
-    return decodeBinding({binding, record.KeySequences[button], record.MacroBlocks[button]}, sensor,
+    return decodeBinding({binding, record.KeySequences[button], record.MacroBlocks[button]}, sensor_,
                          LanguageIndex);
 }
 
@@ -175,15 +175,15 @@ void Buttoninterface::SlotFormResetButton()
 {
     const PageFilling filling(ButtonPageBusy);
     showButtons();
-    functions->showPanel(Panel::Debounce);
-    KeyClass.clear();
-    KeyParamA.clear();
+    functions_->showPanel(Panel::Debounce);
+    KeyClass_.clear();
+    KeyParamA_.clear();
     for (int k = 0; k < ButtonCount; ++k) {
         const KeyBinding binding = builtInAction(k)->binding;
-        KeyClass << binding.Class;
-        KeyParamA << binding.First;
+        KeyClass_ << binding.Class;
+        KeyParamA_ << binding.First;
     }
-    KeyParamB.clear();
+    KeyParamB_.clear();
     ui->DebunceButton->SetDebounce(0);
     emit PostMsg::instance()->SigLightToFrom(DefaultSleepSeconds);
 }
@@ -191,12 +191,12 @@ void Buttoninterface::SlotFormResetButton()
 void Buttoninterface::SlotMouseIndex(int index)
 {
     const int model = index - FirstModelIndex;
-    picture = QStringLiteral("mouse%1.png").arg(model);
-    if (dressed)
+    picture_ = QStringLiteral("mouse%1.png").arg(model);
+    if (dressed_)
         dressPicture();
-    list->setModel(model);
+    list_->setModel(model);
     // A device has just been chosen; what was open belonged to another one.
-    list->uncheckAll();
+    list_->uncheckAll();
     leaveFunctions();
 }
 
@@ -206,7 +206,7 @@ void Buttoninterface::fillProfiles(int count)
 {
     ui->ProjectChoose->clear();
     for (int i = 1; i <= qMax(count, 1); ++i)
-        ui->ProjectChoose->addItem(ConfigPrefix + QString::number(i));
+        ui->ProjectChoose->addItem(ConfigPrefix_ + QString::number(i));
 }
 
 void Buttoninterface::SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool ItemEnable)
@@ -216,7 +216,7 @@ void Buttoninterface::SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool It
     ui->ProjectChoose->setEnabled(ItemEnable);
     if (ToTalItem > 0)
         ui->ProjectChoose->setCurrentIndex(SelectIndex);
-    profile = ui->ProjectChoose->currentIndex();
+    profile_ = ui->ProjectChoose->currentIndex();
     emit PostMsg::instance()->SigAddConfig(ui->ProjectChoose->currentText());
 }
 
@@ -224,12 +224,12 @@ void Buttoninterface::on_ProjectChoose_activated(int index)
 {
     if (!ButtonPageBusy && !UsbFinderC_GetDeviceOnLine(CurrentDevicePath())) {
         const QSignalBlocker silent(ui->ProjectChoose);
-        ui->ProjectChoose->setCurrentIndex(profile);
+        ui->ProjectChoose->setCurrentIndex(profile_);
         emit PostMsg::instance()->SigMouseOffLineo(0);
         return;
     }
     UsbServer_SetCurrentConfig(uint8_t(index));
-    profile = index;
+    profile_ = index;
     emit PostMsg::instance()->SigAddConfig(ui->ProjectChoose->currentText());
 }
 
@@ -258,7 +258,7 @@ void Buttoninterface::SlotAllLanguage(int index)
 {
     using language::Section;
     using language::text;
-    ConfigPrefix = language::choice("ProfileOptions", QStringLiteral("0"), index).remove(QLatin1Char('1'));
+    ConfigPrefix_ = language::choice("ProfileOptions", QStringLiteral("0"), index).remove(QLatin1Char('1'));
     ui->label_8->setText(text(Section::key, "configName", index));
     ui->OutputData->setText(text(Section::key, "Export", index));
     ui->ImportData->setText(text(Section::key, "Import", index));
@@ -266,11 +266,11 @@ void Buttoninterface::SlotAllLanguage(int index)
     ui->label_3->setText(text(Section::key, "DebounceTime", index));
     ui->DebounceNote->setText(text(Section::key, "DialogDebounceTips", index));
     ui->DebunceButton->SlotAllLanguage(index);
-    functions->setLanguage(index);
+    functions_->setLanguage(index);
     {
         const QSignalBlocker silent(ui->ProjectChoose);
         fillProfiles(ui->ProjectChoose->count());
-        ui->ProjectChoose->setCurrentIndex(profile);
+        ui->ProjectChoose->setCurrentIndex(profile_);
     }
     // Captions are texts. A mouse that is away is shown by its kept image.
     FlashDataMap record = DeviceRecord::copy();

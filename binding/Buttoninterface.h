@@ -120,14 +120,14 @@ private:
     binding::DecodedBinding decoded(int button, const KeyBinding &binding, const FlashDataMap &record) const;
 
     std::unique_ptr<Ui::Buttoninterface> ui;
-    ButtonList *list = nullptr;
-    FunctionPages *functions = nullptr;
-    QList<int> KeyClass, KeyParamA, KeyParamB; // by button; the bytes of the record that shows
-    int FireInterval = 10, FireCount = 3;      // as last accepted
-    SensorCodes sensor;                        // of the device that shows
-    QString ConfigPrefix;                      // of each profile's name
-    QString picture = QStringLiteral("mouse0.png");
-    int profile = 0; // the device's own choice, as far as it is known
-    bool dressed = false;
-    std::unique_ptr<Worker> worker;
+    ButtonList *list_ = nullptr;
+    FunctionPages *functions_ = nullptr;
+    QList<int> KeyClass_, KeyParamA_, KeyParamB_; // by button; the bytes of the record that shows
+    int FireInterval_ = 10, FireCount_ = 3;       // as last accepted
+    SensorCodes sensor_;                          // of the device that shows
+    QString ConfigPrefix_;                        // of each profile's name
+    QString picture_ = QStringLiteral("mouse0.png");
+    int profile_ = 0; // the device's own choice, as far as it is known
+    bool dressed_ = false;
+    std::unique_ptr<Worker> worker_;
 };

@@ -40,7 +40,7 @@ void DebounceTime::tellShown() { emit PostMsg::instance()->SigDebunce(ui->Debunc
 
 void DebounceTime::SetDebounce(int index)
 {
-    lastIndex = index;
+    lastIndex_ = index;
     showIndex(index);
     tellShown();
 }
@@ -50,10 +50,10 @@ void DebounceTime::on_Debunce_currentIndexChanged(int index)
     if (!UiArmed || index < 0)
         return;
     if (!SetDebounceTime(uint8_t(index))) {
-        showIndex(lastIndex);
+        showIndex(lastIndex_);
         return;
     }
-    lastIndex = index;
+    lastIndex_ = index;
     tellShown();
     if (index < SafeDebounce && !ButtonPageBusy)
         warnOfDoubleClicks();

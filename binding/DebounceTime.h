@@ -39,5 +39,5 @@ private:
     void warnOfDoubleClicks();
 
     std::unique_ptr<Ui::DebounceTime> ui;
-    int lastIndex = 0;
+    int lastIndex_ = 0;
 };

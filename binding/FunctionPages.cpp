@@ -44,13 +44,13 @@ int detailCount(Panel panel)
 
 FunctionPages::FunctionPages(QStackedWidget *functions, QStackedWidget *panels)
     : QObject(functions)
-    , functionStack(functions)
-    , panelStack(panels)
-    , functionGroup(new QButtonGroup(this))
-    , detailGroup(new QButtonGroup(this))
+    , functionStack_(functions)
+    , panelStack_(panels)
+    , functionGroup_(new QButtonGroup(this))
+    , detailGroup_(new QButtonGroup(this))
 {
-    functionGroup->setObjectName(QStringLiteral("FunctionGroup"));
-    detailGroup->setObjectName(QStringLiteral("DetailGroup"));
+    functionGroup_->setObjectName(QStringLiteral("FunctionGroup"));
+    detailGroup_->setObjectName(QStringLiteral("DetailGroup"));
     addFunctions();
     for (const Panel panel : Panels)
         addPanel(panel);
@@ -60,28 +60,28 @@ FunctionPages::FunctionPages(QStackedWidget *functions, QStackedWidget *panels)
 
 QWidget *FunctionPages::page(Panel panel) const
 {
-    QStackedWidget *const stack = panel == Panel::Functions ? functionStack : panelStack;
+    QStackedWidget *const stack = panel == Panel::Functions ? functionStack_ : panelStack_;
     return stack->findChild<QWidget *>(panelName(panel));
 }
 
 ActionButton *FunctionPages::addAction(const ActionRow &row, QWidget *parent)
 {
     auto *made = new ActionButton(QLatin1String(row.widget), parent);
-    (row.place == Panel::Functions ? functionGroup : detailGroup)->addButton(made);
+    (row.place == Panel::Functions ? functionGroup_ : detailGroup_)->addButton(made);
     connect(made, &QToolButton::clicked, this, [this, &row] { emit chosen(row); });
-    buttons[&row] = made;
+    buttons_[&row] = made;
     return made;
 }
 
 void FunctionPages::addFunctions()
 {
     QWidget *const list = page(Panel::Functions);
-    back = new QToolButton(list);
-    back->setObjectName(QStringLiteral("FunctionsBack"));
-    back->setGeometry(0, 0, 32, 32);
-    title = new QLabel(list);
-    title->setObjectName(QStringLiteral("FunctionsTitle"));
-    title->setGeometry(40, 0, list->parentWidget()->width() - 40, 32);
+    back_ = new QToolButton(list);
+    back_->setObjectName(QStringLiteral("FunctionsBack"));
+    back_->setGeometry(0, 0, 32, 32);
+    title_ = new QLabel(list);
+    title_->setObjectName(QStringLiteral("FunctionsTitle"));
+    title_->setGeometry(40, 0, list->parentWidget()->width() - 40, 32);
     int place = 0;
     for (const ActionRow &row : ActionRows) {
         if (row.place != Panel::Functions)
@@ -97,8 +97,8 @@ void FunctionPages::addFunctions()
 void FunctionPages::addPanel(Panel panel)
 {
     QWidget *const ground = page(panel);
-    titles[panel] = new QLabel(ground);
-    titles[panel]->setGeometry({TitlePlace, QSize(PanelWidth, 24)});
+    titles_[panel] = new QLabel(ground);
+    titles_[panel]->setGeometry({TitlePlace, QSize(PanelWidth, 24)});
     const QSize size = detailCount(panel) > FewDetails ? DetailSize : FunctionSize;
     const int columns = (PanelWidth + Gap) / (size.width() + Gap);
     int place = 0;
@@ -115,22 +115,22 @@ void FunctionPages::addPanel(Panel panel)
 void FunctionPages::addMacroPanel()
 {
     QWidget *const ground = page(Panel::Macros);
-    titles[Panel::Macros] = new QLabel(ground);
-    titles[Panel::Macros]->setGeometry({TitlePlace, QSize(PanelWidth, 24)});
+    titles_[Panel::Macros] = new QLabel(ground);
+    titles_[Panel::Macros]->setGeometry({TitlePlace, QSize(PanelWidth, 24)});
     auto *area = new QScrollArea(ground);
     area->setGeometry({DetailPlace, QSize(PanelWidth, 3 * DetailPitch)});
     area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setFocusPolicy(Qt::NoFocus);
     auto *list = new QWidget;
-    macroGrid = new QGridLayout(list);
-    macroGrid->setContentsMargins(0, 0, 0, 0);
-    macroGrid->setSpacing(DetailPitch - FunctionSize.height());
-    macroGrid->setHorizontalSpacing(Gap);
+    macroGrid_ = new QGridLayout(list);
+    macroGrid_->setContentsMargins(0, 0, 0, 0);
+    macroGrid_->setSpacing(DetailPitch - FunctionSize.height());
+    macroGrid_->setHorizontalSpacing(Gap);
     area->setWidget(list);
     onFirstShow(ground, [this, ground, area] {
         area->setStyleSheet(style::scrollArea());
-        macrosDressed = true;
+        macrosDressed_ = true;
         dressPanel(ground);
     });
 }
@@ -147,28 +147,28 @@ void FunctionPages::dressPanel(QWidget *ground)
         each->setStyleSheet(each->width() == FunctionSize.width() ? wide : narrow);
     for (QLabel *each : ground->findChildren<QLabel *>())
         each->setStyleSheet(style::label(style::color("LabelColor")));
-    if (back->parentWidget() == ground)
-        back->setStyleSheet(style::titleButton(pictures, QStringLiteral("Back")));
+    if (back_->parentWidget() == ground)
+        back_->setStyleSheet(style::titleButton(pictures, QStringLiteral("Back")));
 }
 
 void FunctionPages::setLanguage(int index)
 {
-    for (const auto &[row, each] : buttons)
+    for (const auto &[row, each] : buttons_)
         each->setText(actionText(*row, index));
-    for (const auto &[panel, label] : titles)
+    for (const auto &[panel, label] : titles_)
         label->setText(actionText(*openerOf(panel), index));
-    back->setToolTip(language::text(language::Section::common, "Cancel", index));
-    back->setAccessibleName(back->toolTip());
+    back_->setToolTip(language::text(language::Section::common, "Cancel", index));
+    back_->setAccessibleName(back_->toolTip());
 }
 
-void FunctionPages::setTitle(const QString &text) { title->setText(text); }
+void FunctionPages::setTitle(const QString &text) { title_->setText(text); }
 
 // ---- What shows ---------------------------------------------------------------------------------
 
 Panel FunctionPages::panel() const
 {
     for (int i = 0; i < PanelCount; ++i)
-        if (panelStack->currentWidget()->objectName() == panelName(Panel(i)))
+        if (panelStack_->currentWidget()->objectName() == panelName(Panel(i)))
             return Panel(i);
     return Panel::Debounce;
 }
@@ -176,23 +176,23 @@ Panel FunctionPages::panel() const
 void FunctionPages::showPanel(Panel panel)
 {
     if (QWidget *const wanted = page(panel))
-        panelStack->setCurrentWidget(wanted);
+        panelStack_->setCurrentWidget(wanted);
 }
 
 void FunctionPages::clearDetails()
 {
-    detailGroup->setExclusive(false);
-    for (QAbstractButton *each : detailGroup->buttons())
+    detailGroup_->setExclusive(false);
+    for (QAbstractButton *each : detailGroup_->buttons())
         each->setChecked(false);
-    detailGroup->setExclusive(true);
+    detailGroup_->setExclusive(true);
 }
 
 void FunctionPages::preselect(const DecodedBinding &decoded, const QString &macro)
 {
-    functionGroup->setExclusive(false);
-    for (QAbstractButton *each : functionGroup->buttons())
+    functionGroup_->setExclusive(false);
+    for (QAbstractButton *each : functionGroup_->buttons())
         each->setChecked(false);
-    functionGroup->setExclusive(true);
+    functionGroup_->setExclusive(true);
     clearDetails();
     showPanel(decoded.panel);
     if (decoded.function)
@@ -200,13 +200,13 @@ void FunctionPages::preselect(const DecodedBinding &decoded, const QString &macr
     if (decoded.detail)
         button(*decoded.detail)->setChecked(true);
     if (decoded.panel == Panel::Macros)
-        for (ActionButton *each : qAsConst(macros))
+        for (ActionButton *each : qAsConst(macros_))
             each->setChecked(each->text() == macro);
 }
 
 void FunctionPages::focusChosen()
 {
-    QAbstractButton *chosenOne = functionGroup->checkedButton();
+    QAbstractButton *chosenOne = functionGroup_->checkedButton();
     if (!chosenOne)
         chosenOne = button(ActionRows.front());
     chosenOne->setFocus(Qt::TabFocusReason);
@@ -214,8 +214,8 @@ void FunctionPages::focusChosen()
 
 void FunctionPages::focusPanel()
 {
-    QAbstractButton *chosenOne = detailGroup->checkedButton();
-    const auto offered = panelStack->currentWidget()->findChildren<ActionButton *>();
+    QAbstractButton *chosenOne = detailGroup_->checkedButton();
+    const auto offered = panelStack_->currentWidget()->findChildren<ActionButton *>();
     if ((!chosenOne || !chosenOne->isVisible()) && !offered.isEmpty())
         chosenOne = offered.first();
     if (chosenOne)
@@ -226,30 +226,30 @@ void FunctionPages::focusPanel()
 
 void FunctionPages::setMacros(const QStringList &names)
 {
-    if (names == macroNames)
+    if (names == macroNames_)
         return; // who stands on one of them keeps it
-    macroNames = names;
+    macroNames_ = names;
     // A read may arrive while the click on one of them waits in a notice.
-    for (ActionButton *each : qAsConst(macros)) {
-        detailGroup->removeButton(each);
+    for (ActionButton *each : qAsConst(macros_)) {
+        detailGroup_->removeButton(each);
         each->hide();
         each->deleteLater();
     }
-    macros.clear();
+    macros_.clear();
     const int columns = (PanelWidth + Gap) / (FunctionSize.width() + Gap);
-    QWidget *const list = macroGrid->parentWidget();
+    QWidget *const list = macroGrid_->parentWidget();
     for (const QString &name : names) {
         auto *made = new ActionButton(QString(), list);
         made->setText(name);
-        made->setFont(back->font()); // as the screen made it for all that were there at the start
+        made->setFont(back_->font()); // as the screen made it for all that were there at the start
         made->setFixedSize(FunctionSize);
-        detailGroup->addButton(made);
-        macroGrid->addWidget(made, macros.size() / columns, macros.size() % columns);
+        detailGroup_->addButton(made);
+        macroGrid_->addWidget(made, macros_.size() / columns, macros_.size() % columns);
         connect(made, &QToolButton::clicked, this, [this, made] { emit macroChosen(made->text()); });
         made->show();
-        macros << made;
+        macros_ << made;
     }
     list->adjustSize();
-    if (macrosDressed)
+    if (macrosDressed_)
         dressPanel(page(Panel::Macros));
 }

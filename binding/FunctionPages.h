@@ -34,8 +34,8 @@ public:
 
     void setLanguage(int index);
 
-    ActionButton *button(const binding::ActionRow &row) const { return buttons.at(&row); }
-    QToolButton *backButton() const { return back; }
+    ActionButton *button(const binding::ActionRow &row) const { return buttons_.at(&row); }
+    QToolButton *backButton() const { return back_; }
     void setTitle(const QString &text);
 
     binding::Panel panel() const;
@@ -48,7 +48,7 @@ public:
     void focusPanel();
 
     void setMacros(const QStringList &names);
-    bool hasMacros() const { return !macros.isEmpty(); }
+    bool hasMacros() const { return !macros_.isEmpty(); }
 
 signals:
     void chosen(const binding::ActionRow &row);
@@ -62,16 +62,16 @@ private:
     ActionButton *addAction(const binding::ActionRow &row, QWidget *parent);
     void dressPanel(QWidget *page);
 
-    QStackedWidget *functionStack;
-    QStackedWidget *panelStack;
-    QButtonGroup *functionGroup;
-    QButtonGroup *detailGroup;
-    std::map<const binding::ActionRow *, ActionButton *> buttons;
-    std::map<binding::Panel, QLabel *> titles;
-    QLabel *title;
-    QToolButton *back;
-    QGridLayout *macroGrid = nullptr;
-    QList<ActionButton *> macros;
-    QStringList macroNames;
-    bool macrosDressed = false;
+    QStackedWidget *functionStack_;
+    QStackedWidget *panelStack_;
+    QButtonGroup *functionGroup_;
+    QButtonGroup *detailGroup_;
+    std::map<const binding::ActionRow *, ActionButton *> buttons_;
+    std::map<binding::Panel, QLabel *> titles_;
+    QLabel *title_;
+    QToolButton *back_;
+    QGridLayout *macroGrid_ = nullptr;
+    QList<ActionButton *> macros_;
+    QStringList macroNames_;
+    bool macrosDressed_ = false;
 };

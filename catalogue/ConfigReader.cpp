@@ -29,32 +29,32 @@ ConfigReader &ConfigReader::instance()
     return *reader;
 }
 
-ConfigReader::ConfigReader(const QString &path) : m_path(path) {}
+ConfigReader::ConfigReader(const QString &path) : path_(path) {}
 
 void ConfigReader::open(const QString &path)
 {
-    const std::lock_guard lock(m_mutex);
-    m_path = path;
-    m_document.reset();
+    const std::lock_guard lock(mutex_);
+    path_ = path;
+    document_.reset();
 }
 
 IniDocument &ConfigReader::document() const
 {
-    if (!m_document)
-        m_document = IniDocument::parse(readFile(m_path, IniSizeLimit).value_or(QByteArray()));
-    return *m_document;
+    if (!document_)
+        document_ = IniDocument::parse(readFile(path_, IniSizeLimit).value_or(QByteArray()));
+    return *document_;
 }
 
 QString ConfigReader::ReadConfig(const QString &section, const QString &key) const
 {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(mutex_);
     const QString text = document().text(section, key);
-    return m_encodedValues == 1 && isEncoded(key) ? decoded(text) : text;
+    return encodedValues_ == 1 && isEncoded(key) ? decoded(text) : text;
 }
 
 QStringList ConfigReader::ReadConfigList(const QString &section, const QString &key) const
 {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(mutex_);
     QStringList items = document().list(section, key);
     if (isEncoded(key)) {
         for (QString &item : items)
@@ -65,14 +65,14 @@ QStringList ConfigReader::ReadConfigList(const QString &section, const QString &
 
 bool ConfigReader::WriteConfig(const QString &section, const QString &key, const QString &value)
 {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(mutex_);
     document().set(section, key, value);
-    return writeFileSafely(m_path, document().serialise());
+    return writeFileSafely(path_, document().serialise());
 }
 
 bool ConfigReader::RemoveConfig(const QString &section, const QString &key)
 {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard lock(mutex_);
     document().remove(section, key);
-    return writeFileSafely(m_path, document().serialise());
+    return writeFileSafely(path_, document().serialise());
 }

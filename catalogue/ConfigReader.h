@@ -33,10 +33,10 @@ public:
     void open(const QString &path);
 
 private:
-    IniDocument &document() const; // m_mutex held
+    IniDocument &document() const; // mutex_ held
 
-    mutable std::mutex m_mutex;
-    QString m_path;
-    mutable std::optional<IniDocument> m_document; // read when first asked for
-    const int m_encodedValues = 1; // other values would leave single values as they are stored
+    mutable std::mutex mutex_;
+    QString path_;
+    mutable std::optional<IniDocument> document_; // read when first asked for
+    const int encodedValues_ = 1;                 // other values would leave single values as they are stored
 };

@@ -40,24 +40,24 @@ int DeviceCatalogue::find(int cid, int mid) const
 
 QString DeviceCatalogue::text(int driveIndex, const char *key) const
 {
-    return m_reader.ReadConfig(section(driveIndex), QString::fromLatin1(key));
+    return reader_.ReadConfig(section(driveIndex), QString::fromLatin1(key));
 }
 
 QStringList DeviceCatalogue::list(int driveIndex, const char *key) const
 {
-    return m_reader.ReadConfigList(section(driveIndex), QString::fromLatin1(key));
+    return reader_.ReadConfigList(section(driveIndex), QString::fromLatin1(key));
 }
 
 int DeviceCatalogue::number(int driveIndex, const char *key) const { return text(driveIndex, key).toInt(); }
 
 QStringList DeviceCatalogue::optionList(const char *key) const
 {
-    return m_reader.ReadConfigList(optionSection(), QString::fromLatin1(key));
+    return reader_.ReadConfigList(optionSection(), QString::fromLatin1(key));
 }
 
 int DeviceCatalogue::option(const char *key) const
 {
-    return m_reader.ReadConfig(optionSection(), QString::fromLatin1(key)).toInt();
+    return reader_.ReadConfig(optionSection(), QString::fromLatin1(key)).toInt();
 }
 
 QString DeviceCatalogue::colour(const char *key) const

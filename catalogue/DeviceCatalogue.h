@@ -11,7 +11,7 @@
 class DeviceCatalogue
 {
 public:
-    explicit DeviceCatalogue(const ConfigReader &reader = ConfigReader::instance()) : m_reader(reader) {}
+    explicit DeviceCatalogue(const ConfigReader &reader = ConfigReader::instance()) : reader_(reader) {}
 
     // At most 255, since a model id is one byte; a catalogue may claim anything.
     int total() const;
@@ -29,5 +29,5 @@ public:
     QString colour(const char *key) const;
 
 private:
-    const ConfigReader &m_reader;
+    const ConfigReader &reader_;
 };

@@ -15,53 +15,53 @@ bool isLineEnd(char c) { return c == '\n' || c == '\r'; }
 class LineSplitter
 {
 public:
-    explicit LineSplitter(const QByteArray &bytes) : m_bytes(bytes) {}
+    explicit LineSplitter(const QByteArray &bytes) : bytes_(bytes) {}
 
     bool next(QByteArray *line, int *equals)
     {
-        while (m_at < m_bytes.size() && isSpace(m_bytes.at(m_at)))
-            ++m_at;
-        if (m_at >= m_bytes.size())
+        while (at_ < bytes_.size() && isSpace(bytes_.at(at_)))
+            ++at_;
+        if (at_ >= bytes_.size())
             return false;
-        const int start = m_at;
+        const int start = at_;
         *equals = -1;
-        m_inQuotes = false;
-        while (m_at < m_bytes.size() && !endsLine(m_bytes.at(m_at)))
+        inQuotes_ = false;
+        while (at_ < bytes_.size() && !endsLine(bytes_.at(at_)))
             step(start, equals);
-        *line = m_bytes.mid(start, m_at - start);
+        *line = bytes_.mid(start, at_ - start);
         skipComment();
         return true;
     }
 
 private:
-    bool endsLine(char c) const { return !m_inQuotes && (isLineEnd(c) || c == ';'); }
+    bool endsLine(char c) const { return !inQuotes_ && (isLineEnd(c) || c == ';'); }
     void step(int start, int *equals)
     {
-        const char c = m_bytes.at(m_at++);
+        const char c = bytes_.at(at_++);
         if (c == '"')
-            m_inQuotes = !m_inQuotes;
+            inQuotes_ = !inQuotes_;
         else if (c == '=' && *equals < 0)
-            *equals = m_at - 1 - start;
-        else if (c == '\\' && m_at < m_bytes.size())
+            *equals = at_ - 1 - start;
+        else if (c == '\\' && at_ < bytes_.size())
             skipEscaped();
     }
     void skipEscaped()
     {
-        const bool carriageReturn = m_bytes.at(m_at++) == '\r';
-        if (carriageReturn && m_at < m_bytes.size() && m_bytes.at(m_at) == '\n')
-            ++m_at;
+        const bool carriageReturn = bytes_.at(at_++) == '\r';
+        if (carriageReturn && at_ < bytes_.size() && bytes_.at(at_) == '\n')
+            ++at_;
     }
     void skipComment()
     {
-        if (m_at < m_bytes.size() && m_bytes.at(m_at) == ';') {
-            while (m_at < m_bytes.size() && !isLineEnd(m_bytes.at(m_at)))
-                ++m_at;
+        if (at_ < bytes_.size() && bytes_.at(at_) == ';') {
+            while (at_ < bytes_.size() && !isLineEnd(bytes_.at(at_)))
+                ++at_;
         }
     }
 
-    const QByteArray &m_bytes;
-    int m_at = 0;
-    bool m_inQuotes = false;
+    const QByteArray &bytes_;
+    int at_ = 0;
+    bool inQuotes_ = false;
 };
 
 // One slash between levels and none at the ends, whatever a file says.
@@ -110,14 +110,14 @@ void IniDocument::parseLine(const QByteArray &line, int equals, QString *section
     } else if (equals > 0) {
         const QString name = path(*section, parseIniName(line.left(equals).trimmed()));
         if (!name.isEmpty())
-            m_values.insert(name, parseIniValue(line.mid(equals + 1)));
+            values_.insert(name, parseIniValue(line.mid(equals + 1)));
     }
 }
 
 QByteArray IniDocument::serialise() const
 {
     QMap<QString, QByteArray> sections; // heading to its lines
-    for (auto value = m_values.cbegin(); value != m_values.cend(); ++value) {
+    for (auto value = values_.cbegin(); value != values_.cend(); ++value) {
         const int slash = value.key().indexOf(QLatin1Char('/'));
         sections[value.key().left(qMax(slash, 0))] +=
             formatIniName(value.key().mid(slash + 1)) + '=' + formatIniValue(value.value()) + '\n';
@@ -136,17 +136,17 @@ QString IniDocument::text(const QString &section, const QString &key) const
 
 QStringList IniDocument::list(const QString &section, const QString &key) const
 {
-    return m_values.value(path(section, key));
+    return values_.value(path(section, key));
 }
 
 bool IniDocument::contains(const QString &section, const QString &key) const
 {
-    return m_values.contains(path(section, key));
+    return values_.contains(path(section, key));
 }
 
 void IniDocument::set(const QString &section, const QString &key, const QString &text)
 {
-    m_values.insert(path(section, key), {text});
+    values_.insert(path(section, key), {text});
 }
 
-void IniDocument::remove(const QString &section, const QString &key) { m_values.remove(path(section, key)); }
+void IniDocument::remove(const QString &section, const QString &key) { values_.remove(path(section, key)); }

@@ -29,5 +29,5 @@ public:
 private:
     void parseLine(const QByteArray &line, int equals, QString *section);
 
-    QMap<QString, QStringList> m_values; // "section/key" to items, at least one
+    QMap<QString, QStringList> values_; // "section/key" to items, at least one
 };

@@ -12,31 +12,31 @@ namespace
 constexpr int FileLockTimeMs = 1000;
 }
 
-IniStore::IniStore(const QString &path) : m_path(path) { m_writer.setMaxThreadCount(1); }
+IniStore::IniStore(const QString &path) : path_(path) { writer_.setMaxThreadCount(1); }
 
 IniStore::~IniStore()
 {
-    m_writer.waitForDone();
+    writer_.waitForDone();
     flush();
 }
 
 // Read once: nobody else writes the file while the program runs.
 IniDocument &IniStore::document()
 {
-    if (!m_document)
-        m_document = IniDocument::parse(readFile(m_path, IniSizeLimit).value_or(QByteArray()));
-    return *m_document;
+    if (!document_)
+        document_ = IniDocument::parse(readFile(path_, IniSizeLimit).value_or(QByteArray()));
+    return *document_;
 }
 
 QString IniStore::ReadText(const QString &section, const QString &key)
 {
-    const std::lock_guard lock(m_state);
+    const std::lock_guard lock(state_);
     return document().text(section, key);
 }
 
 QStringList IniStore::ReadList(const QString &section, const QString &key)
 {
-    const std::lock_guard lock(m_state);
+    const std::lock_guard lock(state_);
     return document().list(section, key);
 }
 
@@ -49,35 +49,35 @@ void IniStore::Remove(const QString &section, const QString &key) { edit({sectio
 
 void IniStore::edit(const Name &name, const std::optional<QString> &value)
 {
-    const std::lock_guard lock(m_state);
+    const std::lock_guard lock(state_);
     const bool present = document().contains(name.first, name.second);
     const bool same =
         value ? present && document().list(name.first, name.second) == QStringList(*value) : !present;
-    if (same && !m_waiting.contains(name))
+    if (same && !waiting_.contains(name))
         return;
-    m_waiting.insert(name, value);
+    waiting_.insert(name, value);
     apply({{name, value}}, &document());
-    if (!m_scheduled) {
-        m_scheduled = true;
-        m_writer.start(QRunnable::create([this] { flush(); }));
+    if (!scheduled_) {
+        scheduled_ = true;
+        writer_.start(QRunnable::create([this] { flush(); }));
     }
 }
 
 bool IniStore::flush()
 {
-    const std::lock_guard file(m_file);
+    const std::lock_guard file(file_);
     Edits edits;
     {
-        const std::lock_guard state(m_state);
-        m_scheduled = false;
-        edits.swap(m_waiting);
+        const std::lock_guard state(state_);
+        scheduled_ = false;
+        edits.swap(waiting_);
     }
     if (edits.isEmpty() || write(edits))
         return true;
-    const std::lock_guard state(m_state);
+    const std::lock_guard state(state_);
     for (auto edit = edits.cbegin(); edit != edits.cend(); ++edit) {
-        if (!m_waiting.contains(edit.key())) // a newer value has come meanwhile
-            m_waiting.insert(edit.key(), edit.value());
+        if (!waiting_.contains(edit.key())) // a newer value has come meanwhile
+            waiting_.insert(edit.key(), edit.value());
     }
     return false;
 }
@@ -86,15 +86,15 @@ bool IniStore::flush()
 // that is there and cannot be read is left as it is.
 bool IniStore::write(const Edits &edits)
 {
-    const FileLock lock(m_path + QStringLiteral(".lock"), FileLockTimeMs);
+    const FileLock lock(path_ + QStringLiteral(".lock"), FileLockTimeMs);
     if (!lock.isHeld())
         return false;
     QByteArray content;
-    if (readFile(m_path, IniSizeLimit, &content) == ReadResult::Refused)
+    if (readFile(path_, IniSizeLimit, &content) == ReadResult::Refused)
         return false;
     IniDocument document = IniDocument::parse(content);
     apply(edits, &document);
-    return writeFileSafely(m_path, document.serialise());
+    return writeFileSafely(path_, document.serialise());
 }
 
 void IniStore::apply(const Edits &edits, IniDocument *document)

@@ -31,22 +31,22 @@ public:
 
     // Writes what waits before it returns. False when something could not be written.
     bool flush();
-    QString path() const { return m_path; }
+    QString path() const { return path_; }
 
 private:
     using Name = QPair<QString, QString>;
     using Edits = QMap<Name, std::optional<QString>>; // without a text: to be removed
 
     static void apply(const Edits &edits, IniDocument *document);
-    IniDocument &document(); // m_state held
+    IniDocument &document(); // state_ held
     void edit(const Name &name, const std::optional<QString> &value);
     bool write(const Edits &edits);
 
-    const QString m_path;
-    std::mutex m_state; // guards the members up to the next mutex; held for microseconds
-    std::optional<IniDocument> m_document;
-    Edits m_waiting;
-    bool m_scheduled = false;
-    std::mutex m_file; // one writer at a time; taken before m_state
-    QThreadPool m_writer;
+    const QString path_;
+    std::mutex state_; // guards the members up to the next mutex; held for microseconds
+    std::optional<IniDocument> document_;
+    Edits waiting_;
+    bool scheduled_ = false;
+    std::mutex file_; // one writer at a time; taken before state_
+    QThreadPool writer_;
 };

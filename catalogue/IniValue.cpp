@@ -24,40 +24,40 @@ int hexDigit(char c)
 class ValueParser
 {
 public:
-    explicit ValueParser(const QByteArray &stored) : m_at(stored.constData()), m_end(m_at + stored.size()) {}
+    explicit ValueParser(const QByteArray &stored) : at_(stored.constData()), end_(at_ + stored.size()) {}
 
     QStringList parse()
     {
         skipSpaces();
-        while (m_at < m_end)
+        while (at_ < end_)
             step();
         endItem();
-        return m_items;
+        return items_;
     }
 
 private:
     void step()
     {
-        const char c = *m_at++;
+        const char c = *at_++;
         if (c == '\\')
             escape();
         else if (c == '"')
             quote();
-        else if (c == ',' && !m_inQuotes)
+        else if (c == ',' && !inQuotes_)
             separator();
         else
-            m_bytes += c;
+            bytes_ += c;
     }
     void skipSpaces()
     {
-        while (m_at < m_end && (*m_at == ' ' || *m_at == '\t'))
-            ++m_at;
+        while (at_ < end_ && (*at_ == ' ' || *at_ == '\t'))
+            ++at_;
     }
     void quote()
     {
-        m_quoted = true;
-        m_inQuotes = !m_inQuotes;
-        if (!m_inQuotes)
+        quoted_ = true;
+        inQuotes_ = !inQuotes_;
+        if (!inQuotes_)
             skipSpaces();
     }
     void separator()
@@ -67,82 +67,82 @@ private:
     }
     void escape()
     {
-        if (m_at == m_end)
+        if (at_ == end_)
             return;
-        const char letter = *m_at++;
+        const char letter = *at_++;
         const char *known = letter == '\0' ? nullptr : strchr(EscapeLetters, letter);
         if (known != nullptr)
             append(ushort(EscapeValues[known - EscapeLetters]));
-        else if (letter == 'x' && m_at < m_end && hexDigit(*m_at) >= 0)
+        else if (letter == 'x' && at_ < end_ && hexDigit(*at_) >= 0)
             append(number(16));
         else if (letter >= '0' && letter <= '7')
-            --m_at, append(number(8));
-        else if ((letter == '\n' || letter == '\r') && m_at < m_end && *m_at != letter &&
-                 (*m_at == '\n' || *m_at == '\r'))
-            ++m_at;
+            --at_, append(number(8));
+        else if ((letter == '\n' || letter == '\r') && at_ < end_ && *at_ != letter &&
+                 (*at_ == '\n' || *at_ == '\r'))
+            ++at_;
     }
     ushort number(int base)
     {
         unsigned value = 0;
-        for (int digit; m_at < m_end && (digit = hexDigit(*m_at)) >= 0 && digit < base; ++m_at)
+        for (int digit; at_ < end_ && (digit = hexDigit(*at_)) >= 0 && digit < base; ++at_)
             value = value * unsigned(base) + unsigned(digit);
         return ushort(value);
     }
     // Escapes are 16-bit characters, the rest is UTF-8, so each run of bytes is decoded by itself.
     void decodeBytes()
     {
-        m_item += QString::fromUtf8(m_bytes);
-        m_bytes.clear();
+        item_ += QString::fromUtf8(bytes_);
+        bytes_.clear();
     }
     void append(ushort character)
     {
         decodeBytes();
-        m_item += QChar(character);
-        m_keepLength = m_item.size();
+        item_ += QChar(character);
+        keepLength_ = item_.size();
     }
     void endItem()
     {
         decodeBytes();
-        if (!m_quoted) {
-            while (m_item.size() > m_keepLength &&
-                   (m_item.endsWith(QLatin1Char(' ')) || m_item.endsWith(QLatin1Char('\t'))))
-                m_item.chop(1);
+        if (!quoted_) {
+            while (item_.size() > keepLength_ &&
+                   (item_.endsWith(QLatin1Char(' ')) || item_.endsWith(QLatin1Char('\t'))))
+                item_.chop(1);
         }
-        m_items << plainText();
-        m_item.clear();
-        m_keepLength = 0;
-        m_quoted = false;
+        items_ << plainText();
+        item_.clear();
+        keepLength_ = 0;
+        quoted_ = false;
     }
     QString plainText() const
     {
-        if (!m_item.startsWith(QLatin1Char('@')))
-            return m_item;
-        if (m_item.startsWith(QLatin1String("@@")))
-            return m_item.mid(1);
+        if (!item_.startsWith(QLatin1Char('@')))
+            return item_;
+        if (item_.startsWith(QLatin1String("@@")))
+            return item_.mid(1);
         for (const char *form : {"@String(", "@ByteArray("}) {
             const QLatin1String prefix(form);
-            if (m_item.startsWith(prefix) && m_item.endsWith(QLatin1Char(')')))
-                return m_item.mid(prefix.size(), m_item.size() - prefix.size() - 1);
+            if (item_.startsWith(prefix) && item_.endsWith(QLatin1Char(')')))
+                return item_.mid(prefix.size(), item_.size() - prefix.size() - 1);
         }
-        return isObject() ? QString() : m_item;
+        return isObject() ? QString() : item_;
     }
     bool isObject() const
     {
         constexpr const char *Forms[] = {"@Variant(", "@DateTime(", "@Rect(",
                                          "@Size(",    "@Point(",    "@Invalid("};
-        return m_item.endsWith(QLatin1Char(')')) &&
+        return item_.endsWith(QLatin1Char(')')) &&
                std::any_of(std::begin(Forms), std::end(Forms),
-                           [this](const char *form) { return m_item.startsWith(QLatin1String(form)); });
+                           [this](const char *form) { return item_.startsWith(QLatin1String(form)); });
     }
 
-    const char *m_at;
-    const char *m_end;
-    QStringList m_items;
-    QString m_item;
-    QByteArray m_bytes;
-    int m_keepLength = 0; // characters that came from escapes are no trailing blanks
-    bool m_inQuotes = false;
-    bool m_quoted = false;
+    const char *at_;
+    const char *end_;
+    QStringList items_;
+    QString item_;
+    QByteArray bytes_;
+    int keepLength_ = 0; // characters that came from escapes are no trailing blanks
+    bool inQuotes_ = false;
+    bool quoted_ = false;
 };
 
 class ValueFormatter
@@ -152,19 +152,19 @@ public:
     {
         for (const uint character : text.toUcs4())
             append(character);
-        const bool edges = m_out.startsWith(' ') || m_out.endsWith(' ');
-        return m_needsQuotes || edges ? '"' + m_out + '"' : m_out;
+        const bool edges = out_.startsWith(' ') || out_.endsWith(' ');
+        return needsQuotes_ || edges ? '"' + out_ + '"' : out_;
     }
 
 private:
     void append(uint character)
     {
-        const bool digitAfterNumber = m_afterNumber && character < 128 && hexDigit(char(character)) >= 0;
-        m_afterNumber = false;
+        const bool digitAfterNumber = afterNumber_ && character < 128 && hexDigit(char(character)) >= 0;
+        afterNumber_ = false;
         const char *control =
             character == 0 || character > 31 ? nullptr : strchr(EscapeValues, int(character));
         if (control != nullptr)
-            m_out.append('\\').append(EscapeLetters[control - EscapeValues]);
+            out_.append('\\').append(EscapeLetters[control - EscapeValues]);
         else if (character < 32 || digitAfterNumber)
             appendNumber(character);
         else
@@ -172,20 +172,20 @@ private:
     }
     void appendNumber(uint character)
     {
-        m_out.append("\\x").append(QByteArray::number(character, 16));
-        m_afterNumber = true; // a hexadecimal digit next would read as part of this number
+        out_.append("\\x").append(QByteArray::number(character, 16));
+        afterNumber_ = true; // a hexadecimal digit next would read as part of this number
     }
     void appendPlain(uint character)
     {
-        m_needsQuotes |= character == ';' || character == ',' || character == '=';
+        needsQuotes_ |= character == ';' || character == ',' || character == '=';
         if (character == '"' || character == '\\')
-            m_out.append('\\');
-        m_out.append(QString::fromUcs4(&character, 1).toUtf8());
+            out_.append('\\');
+        out_.append(QString::fromUcs4(&character, 1).toUtf8());
     }
 
-    QByteArray m_out;
-    bool m_needsQuotes = false;
-    bool m_afterNumber = false;
+    QByteArray out_;
+    bool needsQuotes_ = false;
+    bool afterNumber_ = false;
 };
 
 // The character behind a "%" as two digits, or as "U" and four; `used` is how many characters that took.

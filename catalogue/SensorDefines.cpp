@@ -42,7 +42,7 @@ int32_t numberOf(const QString &text)
 class Reader
 {
 public:
-    Reader(QStringList *nameList, QVector<int32_t> *valueList) : names(nameList), values(valueList) {}
+    Reader(QStringList *nameList, QVector<int32_t> *valueList) : names_(nameList), values_(valueList) {}
 
     void take(const QString &line)
     {
@@ -58,8 +58,8 @@ public:
 private:
     void append(const QString &name, int32_t value)
     {
-        names->append(name);
-        values->append(value);
+        names_->append(name);
+        values_->append(value);
     }
 
     void takeTwo(const QString &first, const QString &second)
@@ -83,8 +83,8 @@ private:
             append(parts[0], numberOf(third));
     }
 
-    QStringList *names;
-    QVector<int32_t> *values;
+    QStringList *names_;
+    QVector<int32_t> *values_;
 };
 
 } // namespace

@@ -27,12 +27,12 @@ Worker::Worker(QObject *parent) : QThread(parent)
     pointCurrentDeviceAtNothing();
     MouseOnline = false;
 
-    CheckTimer.setInterval(CheckIntervalMs);
-    connect(&CheckTimer, &QTimer::timeout, this, &Worker::SlotCheckOnline);
-    CheckTimer.start();
+    CheckTimer_.setInterval(CheckIntervalMs);
+    connect(&CheckTimer_, &QTimer::timeout, this, &Worker::SlotCheckOnline);
+    CheckTimer_.start();
     // A pass that was asked for while the one before was on its way out would be lost otherwise.
     connect(this, &QThread::finished, this, [this] {
-        if (requestedPasses != begunPasses)
+        if (requestedPasses_ != begunPasses_)
             start(QThread::InheritPriority);
     });
     connect(PostMsg::instance(), SIGNAL(SigSelectMouseInfo(DeviceAllInfo)), this,
@@ -50,14 +50,14 @@ Worker::~Worker()
 
 void Worker::startPass()
 {
-    ++requestedPasses;
+    ++requestedPasses_;
     WorkerArmed = true;
     start(QThread::InheritPriority);
 }
 
 void Worker::shutDown()
 {
-    CheckTimer.stop();
+    CheckTimer_.stop();
     disconnect(this, &QThread::finished, this, nullptr);
     WorkerArmed = false;
     while (!wait(1))
@@ -96,7 +96,7 @@ void Worker::SlotCheckOnline()
 
 void Worker::run()
 {
-    begunPasses = requestedPasses.load();
+    begunPasses_ = requestedPasses_.load();
     if (!WorkerArmed)
         return;
     if (!MouseOnline)
@@ -105,13 +105,13 @@ void Worker::run()
     if (!nothingNew(selected) && OnDevicePage == 1)
         pass(selected);
     DataLoaded = MouseOnline.load();
-    if (requestedPasses == begunPasses)
+    if (requestedPasses_ == begunPasses_)
         WorkerArmed = false;
 }
 
 bool Worker::nothingNew(const DeviceAllInfo &selected) const
 {
-    return selected.DevicePath == lastPath && selected.DeviceKind == lastKind &&
+    return selected.DevicePath == lastPath_ && selected.DeviceKind == lastKind_ &&
            ReadStartedOnline == MouseOnline && !ConfigChanged;
 }
 
@@ -125,8 +125,8 @@ void Worker::pass(const DeviceAllInfo &selected)
         AwaitingMouse = true;
         feedFromCache();
     }
-    lastPath = selected.DevicePath;
-    lastKind = selected.DeviceKind;
+    lastPath_ = selected.DevicePath;
+    lastKind_ = selected.DeviceKind;
     UsbServerC_Start(CurrentDevicePath(), CurrentDevicePath(), ProtocolCallback);
     qDebug("OnlinA");
     UsbServer_SetPCDriverStatus(1);

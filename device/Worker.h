@@ -32,7 +32,7 @@ public:
     void shutDown();
 
     // The offline watch, 1,300 ms, main thread. A reset stops it for its time.
-    QTimer &checkTimer() { return CheckTimer; }
+    QTimer &checkTimer() { return CheckTimer_; }
 
 public slots:
     void SlotSelectMouseInfo(DeviceAllInfo SelectInfo);
@@ -48,9 +48,9 @@ private:
     void announceLoad();
     void feedFromCache();
 
-    QTimer CheckTimer;
-    std::atomic<unsigned> requestedPasses{0};
-    std::atomic<unsigned> begunPasses{0}; // requests that the latest pass has seen
-    uint16_t lastKind = 0;                // of the last pass
-    QString lastPath;                     // of the last pass
+    QTimer CheckTimer_;
+    std::atomic<unsigned> requestedPasses_{0};
+    std::atomic<unsigned> begunPasses_{0}; // requests that the latest pass has seen
+    uint16_t lastKind_ = 0;                // of the last pass
+    QString lastPath_;                     // of the last pass
 };

@@ -38,8 +38,8 @@ public:
 
     After takeAfter()
     {
-        const After what = after;
-        after = After::Nothing;
+        const After what = after_;
+        after_ = After::Nothing;
         return what;
     }
 
@@ -55,7 +55,7 @@ protected:
     {
         if (request.Payload[0] != bootTarget())
             return makeReply(request, wire::Status::Refused);
-        after = After::EnterBoot;
+        after_ = After::EnterBoot;
         return makeReply(request, wire::Status::Ok);
     }
     static wire::Report accept(const wire::Report &request, bool done)
@@ -75,7 +75,7 @@ protected:
         return {static_cast<uint8_t>(version & 0xFF), static_cast<uint8_t>(version >> 8)};
     }
 
-    After after = After::Nothing;
+    After after_ = After::Nothing;
 };
 
 } // namespace emulator

@@ -60,7 +60,7 @@ wire::Report Mouse::answer(const wire::Report &request)
     case Command::FlashRead:
         return readFlash(request);
     case Command::ClearSettings:
-        after = After::ClearDone;
+        after_ = After::ClearDone;
         return accept(request, true);
     case Command::PairedAddress:
         return accept(request, takeAddress(argumentOf<DonglePairing>(request)));

@@ -15,12 +15,12 @@ constexpr unsigned long PauseMs = 5;
 }
 
 FileLock::FileLock(const QString &path, int timeoutMs)
-    : m_file(open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600))
+    : file_(open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600))
 {
     const QDeadlineTimer deadline(timeoutMs);
-    while (m_file >= 0 && !m_held) {
-        m_held = flock(m_file, LOCK_EX | LOCK_NB) == 0;
-        if (m_held || deadline.hasExpired())
+    while (file_ >= 0 && !held_) {
+        held_ = flock(file_, LOCK_EX | LOCK_NB) == 0;
+        if (held_ || deadline.hasExpired())
             return;
         QThread::msleep(PauseMs);
     }
@@ -28,6 +28,6 @@ FileLock::FileLock(const QString &path, int timeoutMs)
 
 FileLock::~FileLock()
 {
-    if (m_file >= 0)
-        close(m_file);
+    if (file_ >= 0)
+        close(file_);
 }

@@ -16,9 +16,9 @@ public:
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
-    bool isHeld() const { return m_held; }
+    bool isHeld() const { return held_; }
 
 private:
-    int m_file;
-    bool m_held = false;
+    int file_;
+    bool held_ = false;
 };

@@ -27,18 +27,18 @@ namespace
 class Descriptor
 {
 public:
-    explicit Descriptor(int descriptor) : m_descriptor(descriptor) {}
+    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
     ~Descriptor()
     {
-        if (m_descriptor >= 0)
-            close(m_descriptor);
+        if (descriptor_ >= 0)
+            close(descriptor_);
     }
     Descriptor(const Descriptor &) = delete;
     Descriptor &operator=(const Descriptor &) = delete;
-    int get() const { return m_descriptor; }
+    int get() const { return descriptor_; }
 
 private:
-    int m_descriptor;
+    int descriptor_;
 };
 
 // One byte more than allowed is asked for, so that a file that grows meanwhile is noticed.

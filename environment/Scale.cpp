@@ -32,13 +32,13 @@ int ignoreError(Display *, XErrorEvent *) { return 0; }
 class QuietErrors
 {
 public:
-    QuietErrors() : m_previous(XSetErrorHandler(ignoreError)) {}
-    ~QuietErrors() { XSetErrorHandler(m_previous); }
+    QuietErrors() : previous_(XSetErrorHandler(ignoreError)) {}
+    ~QuietErrors() { XSetErrorHandler(previous_); }
     QuietErrors(const QuietErrors &) = delete;
     QuietErrors &operator=(const QuietErrors &) = delete;
 
 private:
-    XErrorHandler m_previous;
+    XErrorHandler previous_;
 };
 
 int outputWidth(Display *display, XRRScreenResources *resources, RROutput id)

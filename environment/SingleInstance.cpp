@@ -11,7 +11,7 @@ constexpr int DecisionTimeMs = 2000;
 constexpr int MemorySize = 1;
 } // namespace
 
-SingleInstance::SingleInstance() : m_memory(applicationName()) {}
+SingleInstance::SingleInstance() : memory_(applicationName()) {}
 
 bool SingleInstance::acquire()
 {
@@ -24,14 +24,14 @@ bool SingleInstance::acquire()
     for (int tries = 0; tries < 2; ++tries) {
         // The memory of a copy that was killed outlives it here. Whoever detaches last removes it, so this
         // pair clears a dead copy's memory and leaves a living copy's alone.
-        if (m_memory.attach(QSharedMemory::ReadWrite))
-            m_memory.detach();
+        if (memory_.attach(QSharedMemory::ReadWrite))
+            memory_.detach();
 
-        if (m_memory.attach(QSharedMemory::ReadWrite)) {
-            m_memory.detach(); // a notice left standing must not hold the place of a copy that has ended
+        if (memory_.attach(QSharedMemory::ReadWrite)) {
+            memory_.detach(); // a notice left standing must not hold the place of a copy that has ended
             return false;
         }
-        if (m_memory.create(MemorySize, QSharedMemory::ReadWrite))
+        if (memory_.create(MemorySize, QSharedMemory::ReadWrite))
             break;
     }
     return true;

@@ -17,5 +17,5 @@ public:
     bool acquire();
 
 private:
-    QSharedMemory m_memory;
+    QSharedMemory memory_;
 };

@@ -34,40 +34,40 @@ bool comesWithAlt(const QKeyEvent &event)
 
 } // namespace
 
-KeySource::KeySource(AltKeys keys, QObject *parent) : QObject(parent), altKeys(keys)
+KeySource::KeySource(AltKeys keys, QObject *parent) : QObject(parent), altKeys_(keys)
 {
     connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow *window) {
         if (!window)
             releaseAll();
     });
-    patience.setSingleShot(true);
-    patience.setTimerType(Qt::PreciseTimer);
-    patience.setInterval(PressPatience);
-    connect(&patience, &QTimer::timeout, this, &KeySource::finishDoubtful);
+    patience_.setSingleShot(true);
+    patience_.setTimerType(Qt::PreciseTimer);
+    patience_.setInterval(PressPatience);
+    connect(&patience_, &QTimer::timeout, this, &KeySource::finishDoubtful);
 }
 
 KeySource::~KeySource() { stop(); }
 
 void KeySource::start()
 {
-    if (running)
+    if (running_)
         return;
-    running = true;
-    held.clear();
-    offered = {};
-    doubtful.reset();
-    lastKey = 0;
-    repeats = down = false;
+    running_ = true;
+    held_.clear();
+    offered_ = {};
+    doubtful_.reset();
+    lastKey_ = 0;
+    repeats_ = down_ = false;
     qGuiApp->installEventFilter(this);
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
 
 void KeySource::stop()
 {
-    if (!running)
+    if (!running_)
         return;
-    running = false;
-    patience.stop();
+    running_ = false;
+    patience_.stop();
     qGuiApp->removeEventFilter(this);
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
@@ -95,23 +95,23 @@ bool KeySource::eventFilter(QObject *watched, QEvent *event)
 void KeySource::offer(const QKeyEvent &event)
 {
     take(event);
-    offered = {event.nativeScanCode(), event.timestamp()};
+    offered_ = {event.nativeScanCode(), event.timestamp()};
 }
 
 void KeySource::take(const QKeyEvent &event)
 {
     const quint32 scanCode = event.nativeScanCode();
     const bool isUp = event.type() == QEvent::KeyRelease;
-    const bool isTaken = event.type() == QEvent::KeyPress && scanCode == offered.scanCode &&
-                         event.timestamp() == offered.timestamp;
-    offered = {};
+    const bool isTaken = event.type() == QEvent::KeyPress && scanCode == offered_.scanCode &&
+                         event.timestamp() == offered_.timestamp;
+    offered_ = {};
     // A key that repeats goes up in between only where the window system says so.
     if (isTaken || scanCode <= ScanCodeOffset || (isUp && event.isAutoRepeat()))
         return;
-    if (doubtful && !isUp && doubtful->scanCode == scanCode && doubtful->timestamp == event.timestamp())
-        doubtful.reset();
+    if (doubtful_ && !isUp && doubtful_->scanCode == scanCode && doubtful_->timestamp == event.timestamp())
+        doubtful_.reset();
     finishDoubtful();
-    if (!running)
+    if (!running_)
         return;
     if (isUp)
         takeRelease({scanCode, comesWithAlt(event), event.timestamp()});
@@ -123,65 +123,65 @@ void KeySource::takePress(const QKeyEvent &event)
 {
     const quint32 scanCode = event.nativeScanCode();
     const int virtualKey = VirtualKeyFromEvdev(int(scanCode) - ScanCodeOffset);
-    if (find(scanCode) == held.end())
-        held.push_back({scanCode, virtualKey, event.timestamp()});
+    if (find(scanCode) == held_.end())
+        held_.push_back({scanCode, virtualKey, event.timestamp()});
     report(virtualKey, isAlt(virtualKey) || comesWithAlt(event) ? Message::AltDown : Message::Down);
 }
 
 void KeySource::takeRelease(const Release &release)
 {
     const auto key = find(release.scanCode);
-    if (key == held.end())
+    if (key == held_.end())
         return;
     if (release.timestamp - key->since < SoonestRepeat)
         return finish(release);
-    doubtful = release;
-    patience.start();
+    doubtful_ = release;
+    patience_.start();
 }
 
 void KeySource::finishDoubtful()
 {
-    patience.stop();
-    if (const auto release = std::exchange(doubtful, std::nullopt))
+    patience_.stop();
+    if (const auto release = std::exchange(doubtful_, std::nullopt))
         finish(*release);
 }
 
 void KeySource::finish(const Release &release)
 {
     const auto key = find(release.scanCode);
-    if (key == held.end())
+    if (key == held_.end())
         return;
     const int virtualKey = key->virtualKey;
-    held.erase(key);
+    held_.erase(key);
     report(virtualKey, isAlt(virtualKey) || release.withAlt ? Message::AltUp : Message::Up);
 }
 
 void KeySource::releaseAll()
 {
-    while (running && !held.empty()) {
-        const int key = held.back().virtualKey;
-        held.pop_back();
+    while (running_ && !held_.empty()) {
+        const int key = held_.back().virtualKey;
+        held_.pop_back();
         report(key, isAlt(key) ? Message::AltUp : Message::Up);
     }
 }
 
 std::vector<KeySource::HeldKey>::iterator KeySource::find(quint32 scanCode)
 {
-    return std::find_if(held.begin(), held.end(),
+    return std::find_if(held_.begin(), held_.end(),
                         [=](const HeldKey &each) { return each.scanCode == scanCode; });
 }
 
 // The release of an Alt leaves the last key as it is, so that the next press of it counts as a repeat.
 void KeySource::report(int virtualKey, Message message)
 {
-    repeats = virtualKey == lastKey;
-    lastKey = virtualKey;
+    repeats_ = virtualKey == lastKey_;
+    lastKey_ = virtualKey;
     const bool isPlain = message == Message::Down || message == Message::Up;
-    if (isPlain || altKeys == AltKeys::Known)
-        down = message == Message::Down || message == Message::AltDown;
+    if (isPlain || altKeys_ == AltKeys::Known)
+        down_ = message == Message::Down || message == Message::AltDown;
     if (message == Message::Up) {
-        repeats = false;
-        lastKey = 0;
+        repeats_ = false;
+        lastKey_ = 0;
     }
-    emit keyEvent(virtualKey, down, repeats);
+    emit keyEvent(virtualKey, down_, repeats_);
 }

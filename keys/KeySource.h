@@ -28,7 +28,7 @@ public:
 
     void start();
     void stop();
-    bool isRunning() const { return running; }
+    bool isRunning() const { return running_; }
 
 signals:
     // Arguments as users name them: the virtual key, down or up, and whether the key repeats.
@@ -66,13 +66,13 @@ private:
     void report(int virtualKey, Message message);
     std::vector<HeldKey>::iterator find(quint32 scanCode);
 
-    const AltKeys altKeys;
-    bool running = false;
-    std::vector<HeldKey> held;
-    Press offered; // to the shortcuts, which may keep what follows
-    std::optional<Release> doubtful;
-    QTimer patience;
-    int lastKey = 0;
-    bool repeats = false;
-    bool down = false;
+    const AltKeys altKeys_;
+    bool running_ = false;
+    std::vector<HeldKey> held_;
+    Press offered_; // to the shortcuts, which may keep what follows
+    std::optional<Release> doubtful_;
+    QTimer patience_;
+    int lastKey_ = 0;
+    bool repeats_ = false;
+    bool down_ = false;
 };

@@ -27,13 +27,13 @@ constexpr int ResetBrightness = 5;
 
 LampLight::LampLight(QWidget *parent)
     : PageSurface(QStringLiteral("LampLight"), QStringLiteral("Light"), parent)
-    , effectMark(new QLabel(this))
-    , effect(new SensorEffect(this))
+    , effectMark_(new QLabel(this))
+    , effect_(new SensorEffect(this))
 {
-    effectMark->resize(MarkSize);
+    effectMark_->resize(MarkSize);
     placeEffect();
     onFirstShow(this, [this] {
-        effectMark->setStyleSheet(
+        effectMark_->setStyleSheet(
             style::labelPicture(style::pictureFolder(QStringLiteral("Light")), QStringLiteral("Title.png")));
     });
     listen();
@@ -65,25 +65,25 @@ void LampLight::paint(const FlashDataMap &map)
 {
     const PageFilling filling(LightPageBusy);
     placeEffect();
-    effect->SetEffect(map);
+    effect_->SetEffect(map);
 }
 
 void LampLight::placeEffect()
 {
     const bool wired = SelectedDevice::info().Usb;
-    effectMark->move(wired ? MarkOnCable : MarkOnRadio);
-    effect->move(wired ? EffectOnCable : EffectOnRadio);
+    effectMark_->move(wired ? MarkOnCable : MarkOnRadio);
+    effect_->move(wired ? EffectOnCable : EffectOnRadio);
 }
 
-void LampLight::SlotUpDataDPILed(FlashDataMap DataMap) { effect->SetEffect(DataMap); }
+void LampLight::SlotUpDataDPILed(FlashDataMap DataMap) { effect_->SetEffect(DataMap); }
 
 void LampLight::SlotFormResetLight()
 {
     const PageFilling filling(LightPageBusy);
-    effect->SetModel(0);
-    effect->SetSpeed(ResetSpeed);
-    effect->SetLight(ResetBrightness);
+    effect_->SetModel(0);
+    effect_->SetSpeed(ResetSpeed);
+    effect_->SetLight(ResetBrightness);
     placeEffect();
 }
 
-void LampLight::SlotAllLanguage(int index) { effect->SlotAllLanguage(index); }
+void LampLight::SlotAllLanguage(int index) { effect_->SlotAllLanguage(index); }

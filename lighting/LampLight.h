@@ -30,6 +30,6 @@ private:
     void paint(const FlashDataMap &map);
     void placeEffect();
 
-    QLabel *effectMark; // in front of the panel's title
-    SensorEffect *effect;
+    QLabel *effectMark_; // in front of the panel's title
+    SensorEffect *effect_;
 };

@@ -37,8 +37,8 @@ int brightnessOf(uint8_t code)
 SensorEffect::SensorEffect(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::SensorEffect>())
 {
     ui->setupUi(this);
-    speed = {ui->speedCaption, ui->SpeedH, ui->SpeedSpinBox, ui->SpeedPlaceholder, Breathing};
-    light = {ui->lightCaption, ui->LightH, ui->LightSpinBox, ui->LightPlaceholder, Steady};
+    speed_ = {ui->speedCaption, ui->SpeedH, ui->SpeedSpinBox, ui->SpeedPlaceholder, Breathing};
+    light_ = {ui->lightCaption, ui->LightH, ui->LightSpinBox, ui->LightPlaceholder, Steady};
     showMode(Off);
     onFirstShow(this, [this] { dress(); });
 }
@@ -49,7 +49,7 @@ void SensorEffect::dress()
 {
     ui->title->setStyleSheet(style::label(style::color("LabelColor")));
     dressComboBox(ui->Model, style::pictureFolder(QStringLiteral("Sensor")));
-    for (const Scale &scale : {speed, light}) {
+    for (const Scale &scale : {speed_, light_}) {
         scale.caption->setStyleSheet(style::caption());
         scale.slider->setStyleSheet(style::slider());
         scale.spinBox->setStyleSheet(style::readout());
@@ -61,7 +61,7 @@ void SensorEffect::dress()
 
 void SensorEffect::showMode(int mode)
 {
-    for (const Scale &scale : {speed, light}) {
+    for (const Scale &scale : {speed_, light_}) {
         const bool shown = scale.shownInMode == mode;
         scale.caption->setEnabled(shown);
         scale.slider->setVisible(shown);
@@ -80,20 +80,20 @@ void SensorEffect::set(const Scale &scale, int value)
 void SensorEffect::SetModel(int mode)
 {
     const QSignalBlocker silent(ui->Model);
-    lastMode = mode;
+    lastMode_ = mode;
     ui->Model->setCurrentIndex(mode);
     showMode(mode);
 }
 
-void SensorEffect::SetSpeed(int value) { set(speed, value); }
+void SensorEffect::SetSpeed(int value) { set(speed_, value); }
 
-void SensorEffect::SetLight(int value) { set(light, value); }
+void SensorEffect::SetLight(int value) { set(light_, value); }
 
 void SensorEffect::SetEffect(const FlashDataMap &map)
 {
     setEnabled(true);
-    speed.slider->setEnabled(true);
-    light.slider->setEnabled(true);
+    speed_.slider->setEnabled(true);
+    light_.slider->setEnabled(true);
     if (map.DpiLedEnable == 0)
         SetModel(Off);
     else if (map.DpiLedMode == Steady || map.DpiLedMode == Breathing)
@@ -108,10 +108,10 @@ void SensorEffect::on_Model_currentIndexChanged(int index)
 {
     if (UiArmed && !SensorPageBusy) {
         if (!SetDpiLedMode(uint8_t(index))) {
-            SetModel(lastMode);
+            SetModel(lastMode_);
             return;
         }
-        lastMode = index;
+        lastMode_ = index;
     }
     showMode(index);
 }
@@ -144,10 +144,10 @@ void SensorEffect::change(const Scale &scale, int value, bool (*write)(int value
     scale.slider->setValue(scale.spinBox->value());
 }
 
-void SensorEffect::on_SpeedH_sliderMoved(int position) { follow(speed, position); }
-void SensorEffect::on_LightH_sliderMoved(int position) { follow(light, position); }
-void SensorEffect::on_SpeedH_valueChanged(int value) { change(speed, value, writeSpeed); }
-void SensorEffect::on_LightH_valueChanged(int value) { change(light, value, writeLight); }
+void SensorEffect::on_SpeedH_sliderMoved(int position) { follow(speed_, position); }
+void SensorEffect::on_LightH_sliderMoved(int position) { follow(light_, position); }
+void SensorEffect::on_SpeedH_valueChanged(int value) { change(speed_, value, writeSpeed); }
+void SensorEffect::on_LightH_valueChanged(int value) { change(light_, value, writeLight); }
 
 // ---- Texts --------------------------------------------------------------------------------------
 

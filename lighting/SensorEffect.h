@@ -65,7 +65,7 @@ private:
     static void change(const Scale &scale, int value, bool (*write)(int value));
 
     std::unique_ptr<Ui::SensorEffect> ui;
-    Scale speed;
-    Scale light;
-    int lastMode = 0;
+    Scale speed_;
+    Scale light_;
+    int lastMode_ = 0;
 };

@@ -15,12 +15,12 @@ constexpr int TrackOpacity = 28;
 
 BusyBar::BusyBar(QWidget *parent) : QWidget(parent)
 {
-    run.setStartValue(0.0);
-    run.setEndValue(1.0);
-    run.setDuration(RoundMs);
-    run.setEasingCurve(QEasingCurve::InOutSine);
-    run.setLoopCount(-1);
-    connect(&run, &QVariantAnimation::valueChanged, this, [this] { update(); });
+    run_.setStartValue(0.0);
+    run_.setEndValue(1.0);
+    run_.setDuration(RoundMs);
+    run_.setEasingCurve(QEasingCurve::InOutSine);
+    run_.setLoopCount(-1);
+    connect(&run_, &QVariantAnimation::valueChanged, this, [this] { update(); });
 }
 
 void BusyBar::paintEvent(QPaintEvent *)
@@ -34,7 +34,7 @@ void BusyBar::paintEvent(QPaintEvent *)
     painter.setBrush(track);
     painter.drawRoundedRect(rect(), radius, radius);
     const double light = width() * LightShare;
-    const double left = run.currentValue().toDouble() * (width() + light) - light;
+    const double left = run_.currentValue().toDouble() * (width() + light) - light;
     painter.setBrush(skinColor("SliderColor"));
     painter.drawRoundedRect(QRectF(left, 0, light, height()).intersected(QRectF(rect())), radius, radius);
 }
@@ -42,11 +42,11 @@ void BusyBar::paintEvent(QPaintEvent *)
 void BusyBar::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    run.start();
+    run_.start();
 }
 
 void BusyBar::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
-    run.stop();
+    run_.stop();
 }

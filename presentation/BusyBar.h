@@ -20,5 +20,5 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    QVariantAnimation run; // 0 to 1, again and again
+    QVariantAnimation run_; // 0 to 1, again and again
 };

@@ -11,7 +11,7 @@ namespace
 class FirstShow : public QObject
 {
 public:
-    FirstShow(QWidget *shown, std::function<void()> dressing) : QObject(shown), dress(std::move(dressing))
+    FirstShow(QWidget *shown, std::function<void()> dressing) : QObject(shown), dress_(std::move(dressing))
     {
         shown->installEventFilter(this);
     }
@@ -22,13 +22,13 @@ protected:
         if (event->type() == QEvent::Show) {
             watched->removeEventFilter(this);
             deleteLater();
-            dress();
+            dress_();
         }
         return false;
     }
 
 private:
-    const std::function<void()> dress;
+    const std::function<void()> dress_;
 };
 
 } // namespace

@@ -23,7 +23,7 @@ bool fromKeyboard(const QEvent *event)
 class Outline : public QWidget
 {
 public:
-    Outline(const QColor &color, QWidget *parent) : QWidget(parent), ink(color)
+    Outline(const QColor &color, QWidget *parent) : QWidget(parent), ink_(color)
     {
         setObjectName(QStringLiteral("FocusOutline"));
         setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -35,12 +35,12 @@ protected:
     {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(QPen(ink, LineWidth));
+        painter.setPen(QPen(ink_, LineWidth));
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Radius, Radius);
     }
 
 private:
-    QColor ink;
+    QColor ink_;
 };
 
 } // namespace
@@ -52,20 +52,20 @@ void FocusRing::install(const QColor &color)
         ring = new FocusRing(color);
 }
 
-FocusRing::FocusRing(const QColor &color) : QObject(qApp), ink(color) { qApp->installEventFilter(this); }
+FocusRing::FocusRing(const QColor &color) : QObject(qApp), ink_(color) { qApp->installEventFilter(this); }
 
 bool FocusRing::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn && watched->isWidgetType() && fromKeyboard(event)) {
         surround(static_cast<QWidget *>(watched));
-    } else if (control && watched == control) {
+    } else if (control_ && watched == control_) {
         const QEvent::Type type = event->type();
         if (type == QEvent::Move || type == QEvent::Resize) {
             follow();
         } else if (type == QEvent::FocusOut || type == QEvent::Hide) {
-            control = nullptr;
-            if (outline)
-                outline->hide();
+            control_ = nullptr;
+            if (outline_)
+                outline_->hide();
         }
     }
     return false;
@@ -76,20 +76,20 @@ void FocusRing::surround(QWidget *widget)
     QWidget *ground = widget->parentWidget();
     if (!ground || widget->isWindow())
         return;
-    control = widget;
-    if (!outline)
-        outline = new Outline(ink, ground);
-    else if (outline->parentWidget() != ground)
-        outline->setParent(ground);
+    control_ = widget;
+    if (!outline_)
+        outline_ = new Outline(ink_, ground);
+    else if (outline_->parentWidget() != ground)
+        outline_->setParent(ground);
     follow();
-    outline->show();
-    outline->raise();
+    outline_->show();
+    outline_->raise();
 }
 
 void FocusRing::follow()
 {
     const int room = Gap + LineWidth;
-    const QRect around = control->geometry().adjusted(-room, -room, room, room);
-    if (outline)
-        outline->setGeometry(around.intersected(outline->parentWidget()->rect()));
+    const QRect around = control_->geometry().adjusted(-room, -room, room, room);
+    if (outline_)
+        outline_->setGeometry(around.intersected(outline_->parentWidget()->rect()));
 }

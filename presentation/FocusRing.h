@@ -24,7 +24,7 @@ private:
     void surround(QWidget *control);
     void follow();
 
-    QColor ink;
-    QPointer<QWidget> control;
-    QPointer<QWidget> outline; // a sibling of the control, so it goes where the window goes
+    QColor ink_;
+    QPointer<QWidget> control_;
+    QPointer<QWidget> outline_; // a sibling of the control, so it goes where the window goes
 };

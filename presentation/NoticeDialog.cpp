@@ -25,11 +25,11 @@ QString orDefault(const QString &text, const char *fallback)
 } // namespace
 
 NoticeDialog::NoticeDialog(const NoticeKind &noticeKind)
-    : kind(noticeKind), ui(std::make_unique<Ui::NoticeDialog>())
+    : kind_(noticeKind), ui(std::make_unique<Ui::NoticeDialog>())
 {
     ui->setupUi(this);
     becomeNotice();
-    ui->frame->setObjectName(QLatin1String(kind.frameName));
+    ui->frame->setObjectName(QLatin1String(kind_.frameName));
     arrangeButtons();
     onFirstShow(this, [this] { dress(); });
     connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
@@ -52,19 +52,19 @@ void NoticeDialog::dress()
     ui->Cancel->setStyleSheet(button(QStringLiteral("Cancel")));
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
     ui->footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
-    ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(kind.picture)));
-    findChild<QFrame *>(QLatin1String(kind.frameName))
-        ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind.frameName)));
+    ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(kind_.picture)));
+    findChild<QFrame *>(QLatin1String(kind_.frameName))
+        ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind_.frameName)));
 }
 
 void NoticeDialog::arrangeButtons()
 {
-    ui->Busy->setVisible(kind.buttons == NoticeButtons::None);
-    ui->CloseButton->setVisible(kind.buttons != NoticeButtons::None);
-    ui->NewHong->setVisible(kind.buttons == NoticeButtons::Confirm);
-    ui->OK->setVisible(kind.buttons == NoticeButtons::Question);
-    ui->Cancel->setVisible(kind.buttons == NoticeButtons::Question);
-    if (kind.buttons != NoticeButtons::Close)
+    ui->Busy->setVisible(kind_.buttons == NoticeButtons::None);
+    ui->CloseButton->setVisible(kind_.buttons != NoticeButtons::None);
+    ui->NewHong->setVisible(kind_.buttons == NoticeButtons::Confirm);
+    ui->OK->setVisible(kind_.buttons == NoticeButtons::Question);
+    ui->Cancel->setVisible(kind_.buttons == NoticeButtons::Question);
+    if (kind_.buttons != NoticeButtons::Close)
         return;
     // Without a row of buttons the middle is lower.
     ui->footer->hide();
@@ -74,14 +74,14 @@ void NoticeDialog::arrangeButtons()
 
 void NoticeDialog::SlotAllLanguage(int index)
 {
-    setTexts(language::text(kind.section, textKey(), index),
+    setTexts(language::text(kind_.section, textKey(), index),
              language::text(language::Section::common, "OK", index),
              language::text(language::Section::common, "Cancel", index));
 }
 
 void NoticeDialog::setTexts(const QString &text, const QString &confirm, const QString &cancel)
 {
-    const QString said = orDefault(ownText.isEmpty() ? text : ownText, kind.defaultText);
+    const QString said = orDefault(ownText_.isEmpty() ? text : ownText_, kind_.defaultText);
     ui->label->setText(said);
     ui->NewHong->setText(orDefault(confirm, "OK"));
     ui->OK->setText(ui->NewHong->text());
@@ -91,7 +91,7 @@ void NoticeDialog::setTexts(const QString &text, const QString &confirm, const Q
 
 void NoticeDialog::setText(const QString &text)
 {
-    ownText = text;
+    ownText_ = text;
     setTexts(text, ui->NewHong->text(), ui->Cancel->text());
 }
 
@@ -110,13 +110,13 @@ void NoticeDialog::keyPressEvent(QKeyEvent *event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool escape = event->key() == Qt::Key_Escape;
-    if (enter && kind.buttons == NoticeButtons::Confirm)
+    if (enter && kind_.buttons == NoticeButtons::Confirm)
         on_NewHong_clicked();
-    else if (enter && kind.buttons == NoticeButtons::Question)
+    else if (enter && kind_.buttons == NoticeButtons::Question)
         on_OK_clicked();
-    else if (escape && kind.buttons == NoticeButtons::Question)
+    else if (escape && kind_.buttons == NoticeButtons::Question)
         on_Cancel_clicked();
-    else if (escape && kind.buttons != NoticeButtons::None)
+    else if (escape && kind_.buttons != NoticeButtons::None)
         on_CloseButton_clicked();
     event->accept();
 }

@@ -53,7 +53,7 @@ public slots:
 
 protected:
     // The row's key, unless what the notice says depends on something.
-    virtual const char *textKey() const { return kind.textKey; }
+    virtual const char *textKey() const { return kind_.textKey; }
     // Empty texts give way to the defaults.
     void setTexts(const QString &text, const QString &confirm, const QString &cancel);
 
@@ -66,8 +66,8 @@ private:
     void arrangeButtons();
     void dress();
 
-    const NoticeKind &kind;
-    QString ownText;
+    const NoticeKind &kind_;
+    QString ownText_;
     std::unique_ptr<Ui::NoticeDialog> ui;
 };
 

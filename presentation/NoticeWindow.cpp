@@ -42,7 +42,7 @@ int NoticeWindow::openOver(const QWidget *widget, const QPoint &offset)
 void NoticeWindow::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    before = QApplication::activeWindow();
+    before_ = QApplication::activeWindow();
     raise();
     activateWindow();
 }
@@ -50,8 +50,8 @@ void NoticeWindow::showEvent(QShowEvent *event)
 void NoticeWindow::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
-    if (before && before->isVisible())
-        before->activateWindow();
+    if (before_ && before_->isVisible())
+        before_->activateWindow();
 }
 
 // The toolkit hands the keyboard on when the window behind is activated, but the window manager may have

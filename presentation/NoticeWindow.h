@@ -28,5 +28,5 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    QPointer<QWidget> before; // had the keyboard
+    QPointer<QWidget> before_; // had the keyboard
 };

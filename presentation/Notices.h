@@ -65,7 +65,7 @@ template <const NoticeKind &Row> class Confirmation : public NoticeDialog
 {
 public:
     Confirmation() : NoticeDialog(Row) {}
-    bool confirmed() const { return answer; }
+    bool confirmed() const { return answer_; }
 
     void on_NewHong_clicked() override { end(true); }
     void on_OK_clicked() override { end(true); }
@@ -75,11 +75,11 @@ public:
 private:
     void end(bool yes)
     {
-        answer = yes;
+        answer_ = yes;
         close();
     }
 
-    bool answer = false;
+    bool answer_ = false;
 };
 
 using QuestiondialogB = PlainNotice<notice::Duplicate>; // two devices that cannot be told apart

@@ -20,11 +20,11 @@ public:
 class PageFilling
 {
 public:
-    explicit PageFilling(std::atomic<bool> &flag) : busy(flag) { busy = true; }
-    ~PageFilling() { busy = false; }
+    explicit PageFilling(std::atomic<bool> &flag) : busy_(flag) { busy_ = true; }
+    ~PageFilling() { busy_ = false; }
     PageFilling(const PageFilling &) = delete;
     PageFilling &operator=(const PageFilling &) = delete;
 
 private:
-    std::atomic<bool> &busy;
+    std::atomic<bool> &busy_;
 };

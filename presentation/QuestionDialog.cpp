@@ -33,43 +33,43 @@ QString fittingMacroName(const QString &typed)
     return name.left(length);
 }
 
-QuestionDialog::QuestionDialog(Mode asked) : NoticeDialog(notice::MacroName), mode(asked)
+QuestionDialog::QuestionDialog(Mode asked) : NoticeDialog(notice::MacroName), mode_(asked)
 {
     // The field takes the place of the picture.
     findChild<QWidget *>(QStringLiteral("label_2"))->hide();
     content()->setGeometry(TextPlace);
-    lineEdit = new QLineEdit(content()->parentWidget());
-    lineEdit->setObjectName(QStringLiteral("lineEdit"));
-    lineEdit->setGeometry(FieldPlace);
-    lineEdit->setStyleSheet(style::lineEdit());
-    lineEdit->setFont(content()->font());
-    setTabOrder(lineEdit, findChild<QWidget *>(QStringLiteral("OK")));
-    lineEdit->setFocus();
-    connect(lineEdit, &QLineEdit::textEdited, this, &QuestionDialog::on_lineEdit_textEdited);
+    lineEdit_ = new QLineEdit(content()->parentWidget());
+    lineEdit_->setObjectName(QStringLiteral("lineEdit"));
+    lineEdit_->setGeometry(FieldPlace);
+    lineEdit_->setStyleSheet(style::lineEdit());
+    lineEdit_->setFont(content()->font());
+    setTabOrder(lineEdit_, findChild<QWidget *>(QStringLiteral("OK")));
+    lineEdit_->setFocus();
+    connect(lineEdit_, &QLineEdit::textEdited, this, &QuestionDialog::on_lineEdit_textEdited);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
-    lineEdit->setAccessibleName(accessibleName());
+    lineEdit_->setAccessibleName(accessibleName());
 }
 
 const char *QuestionDialog::textKey() const
 {
-    return mode == Mode::Create ? "DialogSelectMacroFirst" : "DialogInputMacroName";
+    return mode_ == Mode::Create ? "DialogSelectMacroFirst" : "DialogInputMacroName";
 }
 
 void QuestionDialog::on_lineEdit_textEdited(const QString &arg1)
 {
     const QString name = fittingMacroName(arg1);
     if (name != arg1)
-        lineEdit->setText(name);
+        lineEdit_->setText(name);
 }
 
 void QuestionDialog::WindowClosedLan()
 {
-    accepted.clear();
+    accepted_.clear();
     close();
 }
 
 void QuestionDialog::on_OK_clicked()
 {
-    accepted = lineEdit->text();
+    accepted_ = lineEdit_->text();
     close();
 }

@@ -21,7 +21,7 @@ public:
     explicit QuestionDialog(Mode mode);
 
     // Empty unless the dialog was ended with OK.
-    QString name() const { return accepted; }
+    QString name() const { return accepted_; }
 
 public slots:
     void on_lineEdit_textEdited(const QString &arg1);
@@ -34,7 +34,7 @@ protected:
     const char *textKey() const override;
 
 private:
-    Mode mode;
-    QLineEdit *lineEdit;
-    QString accepted;
+    Mode mode_;
+    QLineEdit *lineEdit_;
+    QString accepted_;
 };

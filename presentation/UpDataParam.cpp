@@ -41,24 +41,24 @@ void feedPages(const FlashDataMap &record)
 
 UpDataParam::UpDataParam() : NoticeDialog(WaitRow)
 {
-    timer.setSingleShot(true);
-    connect(&timer, &QTimer::timeout, this, &UpDataParam::onTimeupDestroy);
+    timer_.setSingleShot(true);
+    connect(&timer_, &QTimer::timeout, this, &UpDataParam::onTimeupDestroy);
 }
 
-void UpDataParam::startTimer() { timer.start(TimerMs); }
+void UpDataParam::startTimer() { timer_.start(TimerMs); }
 
 void UpDataParam::setImport(const QString &path)
 {
-    importPath = path;
-    Importing = true;
+    importPath_ = path;
+    Importing_ = true;
 }
 
 void UpDataParam::onTimeupDestroy()
 {
     emit PostMsg::instance()->SigSetver(4);
-    if (Refreshing)
+    if (Refreshing_)
         endRefresh();
-    else if (Importing)
+    else if (Importing_)
         endImport();
     else if (DataLoaded)
         endLoad();
@@ -90,7 +90,7 @@ void UpDataParam::endImport()
 {
     FlashDataMap image;
     const QString section = driveSection(SelectedDevice::info());
-    ImportResult = checkImageFile(importPath, section, &image);
+    ImportResult = checkImageFile(importPath_, section, &image);
     if (ImportResult == ImageAccepted) {
         DeviceRecord::update([&image](FlashDataMap &record) { record = image; });
         feedPages(image);
@@ -99,7 +99,7 @@ void UpDataParam::endImport()
     } else {
         InportFail().openOver(this);
     }
-    Importing = false;
+    Importing_ = false;
     close();
 }
 

@@ -20,7 +20,7 @@ public:
     // Starts the timer of 2,500 ms.
     void startTimer();
     // From now on the load is a refresh of what the pages show already. Never taken back.
-    void setRefreshing() { Refreshing = true; }
+    void setRefreshing() { Refreshing_ = true; }
     // The next end takes this image file for the device.
     void setImport(const QString &path);
 
@@ -34,8 +34,8 @@ private:
     void endLoad();
     void endLoss();
 
-    QString importPath;
-    bool Importing = false;
-    bool Refreshing = false;
-    QTimer timer;
+    QString importPath_;
+    bool Importing_ = false;
+    bool Refreshing_ = false;
+    QTimer timer_;
 };

@@ -23,7 +23,7 @@ void MySlider::mousePressEvent(QMouseEvent *event)
 
 void MyConmboBox::mousePressEvent(QMouseEvent *event)
 {
-    indexAtPress = currentIndex();
+    indexAtPress_ = currentIndex();
     QComboBox::mousePressEvent(event);
 }
 
@@ -92,22 +92,22 @@ void MyButton::leaveEvent(QEvent *event)
 
 MyProgressBar::MyProgressBar(QWidget *parent) : QProgressBar(parent)
 {
-    timer.setInterval(ProgressStepMs);
-    connect(&timer, &QTimer::timeout, this, &MyProgressBar::tick);
+    timer_.setInterval(ProgressStepMs);
+    connect(&timer_, &QTimer::timeout, this, &MyProgressBar::tick);
 }
 
 void MyProgressBar::addTarget(int value)
 {
-    targets << qBound(minimum(), value, maximum()); // one that cannot be reached would keep the timer going
-    timer.start();
+    targets_ << qBound(minimum(), value, maximum()); // one that cannot be reached would keep the timer going
+    timer_.start();
 }
 
 void MyProgressBar::tick()
 {
-    while (!targets.isEmpty() && value() >= targets.first())
-        targets.removeFirst();
-    if (targets.isEmpty())
-        timer.stop();
+    while (!targets_.isEmpty() && value() >= targets_.first())
+        targets_.removeFirst();
+    if (targets_.isEmpty())
+        timer_.stop();
     else
         setValue(qMax(value(), minimum()) + 1);
 }

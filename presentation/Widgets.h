@@ -34,14 +34,14 @@ class MyConmboBox : public QComboBox
 
 public:
     using QComboBox::QComboBox;
-    int pressedIndex() const { return indexAtPress; }
+    int pressedIndex() const { return indexAtPress_; }
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    int indexAtPress = -1;
+    int indexAtPress_ = -1;
 };
 
 // Acts on the press: clicked(false) for a press, clicked(true) for a double click, of the left button.
@@ -99,13 +99,13 @@ class MyProgressBar : public QProgressBar
 public:
     explicit MyProgressBar(QWidget *parent = nullptr);
     void addTarget(int value);
-    bool isWalking() const { return timer.isActive(); }
+    bool isWalking() const { return timer_.isActive(); }
 
 private:
     void tick();
 
-    QList<int> targets;
-    QTimer timer;
+    QList<int> targets_;
+    QTimer timer_;
 };
 
 // Shows what the code writes into it; typing has no effect.

@@ -34,18 +34,18 @@ void LinkTally::count(const DeviceAllInfo &device)
 {
     const int link = row(device);
     if (link >= 0 && device.DriveIndex >= 0 && device.DriveIndex < Models)
-        ++counters[std::size_t(link)][std::size_t(device.DriveIndex)];
+        ++counters_[std::size_t(link)][std::size_t(device.DriveIndex)];
 }
 
 bool LinkTally::settle(std::vector<DeviceAllInfo> &devices, int deviceTotal) const
 {
     for (int r = 0; r < deviceTotal; ++r) {
         if (r < Links) {
-            const auto &models = counters[std::size_t(r)];
+            const auto &models = counters_[std::size_t(r)];
             if (std::any_of(models.begin(), models.end(), [](uint32_t count) { return count > 1; }))
                 return true;
         }
-        if (r >= Models || counters[0][std::size_t(r)] != 1)
+        if (r >= Models || counters_[0][std::size_t(r)] != 1)
             continue;
         devices.erase(std::remove_if(devices.begin(), devices.end(),
                                      [r](const DeviceAllInfo &d) { return !d.Usb && d.DriveIndex == r; }),

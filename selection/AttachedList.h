@@ -26,7 +26,7 @@ public:
 private:
     static int row(const DeviceAllInfo &device);
 
-    std::array<std::array<uint32_t, Models>, Links> counters{};
+    std::array<std::array<uint32_t, Models>, Links> counters_{};
 };
 
 // The picture of a device's report rate class, or empty.

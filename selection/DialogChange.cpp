@@ -44,8 +44,8 @@ void replaceIn(std::vector<DeviceAllInfo> &list, const DeviceAllInfo &device)
 DialogChange::DialogChange(QWidget *parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::DialogChange>())
-    , pictures(style::pictureFolder(QStringLiteral("DialogChange")))
-    , board((ui->setupUi(this), ui->stackedWidget), pictures)
+    , pictures_(style::pictureFolder(QStringLiteral("DialogChange")))
+    , board_((ui->setupUi(this), ui->stackedWidget), pictures_)
 {
     dress();
     listen();
@@ -67,21 +67,21 @@ void DialogChange::dress()
         const QString stem = QStringLiteral("Confirm");
         return style::textButton(folder, color, stem) + style::textButtonHover(folder, stem);
     };
-    ui->frameChange->setStyleSheet(style::windowBackground(pictures, QStringLiteral("frameChange")));
-    ui->MinButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Min")));
-    ui->CloseButton->setStyleSheet(style::titleButton(pictures, QStringLiteral("Close")));
-    ui->LeftButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Left")));
-    ui->RightButton->setStyleSheet(style::arrow(pictures, QStringLiteral("Right")));
-    ui->Repair->setStyleSheet(confirm(pictures));
-    ui->label->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Prompt.png")));
+    ui->frameChange->setStyleSheet(style::windowBackground(pictures_, QStringLiteral("frameChange")));
+    ui->MinButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Min")));
+    ui->CloseButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Close")));
+    ui->LeftButton->setStyleSheet(style::arrow(pictures_, QStringLiteral("Left")));
+    ui->RightButton->setStyleSheet(style::arrow(pictures_, QStringLiteral("Right")));
+    ui->Repair->setStyleSheet(confirm(pictures_));
+    ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
-    dressComboBox(ui->comboBox, pictures);
+    dressComboBox(ui->comboBox, pictures_);
     ui->FindVer->setStyleSheet(style::dialogBackground(notices, QStringLiteral("FindVer")));
     ui->FindVerlaebl->setStyleSheet(labelSheet);
     ui->CloseButton_2->setStyleSheet(style::titleButton(notices, QStringLiteral("Close")));
     ui->NewHong->setStyleSheet(confirm(notices));
-    ui->NoApear->setStyleSheet(style::checkBox(pictures, style::color("LabelColor")));
+    ui->NoApear->setStyleSheet(style::checkBox(pictures_, style::color("LabelColor")));
 }
 
 void DialogChange::listen()
@@ -91,7 +91,7 @@ void DialogChange::listen()
     connect(hub, SIGNAL(SigLanguageSameA(int)), this, SLOT(SlotSameLanguageA(int)));
     connect(hub, SIGNAL(SigUpDateButton(bool)), this, SLOT(SlotUpDateButton(bool)));
     connect(hub, SIGNAL(SigEnterKey()), this, SLOT(SlotEnterKey()));
-    connect(hub, &PostMsg::SigChangeMainDialog, this, [this](int index) { leftAgain = index == 0; });
+    connect(hub, &PostMsg::SigChangeMainDialog, this, [this](int index) { leftAgain_ = index == 0; });
     connect(ui->rightHint, &RightHint::rightsChanged, this, [this] {
         if (!isHidden())
             std::thread(&DialogChange::UsbChanged).detach();
@@ -115,9 +115,9 @@ void DialogChange::UsbChanged()
 // While the device page shows, its own watch follows the devices; coming back asks anew.
 void DialogChange::take(const DeviceScan &scan)
 {
-    if (scan.generation < takenGeneration || isHidden())
+    if (scan.generation < takenGeneration_ || isHidden())
         return;
-    takenGeneration = scan.generation;
+    takenGeneration_ = scan.generation;
     ui->rightHint->setNodes(scan.refused);
     SlotUpDateButton(RegistryStore::instance()
                          .value(registry::BaseGroup, QString::fromLatin1(registry::UpdateFailInfo))
@@ -136,7 +136,7 @@ void DialogChange::rebuild(const DeviceScan &scan)
         showCarousel();
         return;
     }
-    board.clear();
+    board_.clear();
     showPrompt();
     if (duplicates)
         warnOfDuplicates();
@@ -145,11 +145,11 @@ void DialogChange::rebuild(const DeviceScan &scan)
 // A search that ends while the notice stands needs no second one.
 void DialogChange::warnOfDuplicates()
 {
-    if (warning)
+    if (warning_)
         return;
-    warning = true;
+    warning_ = true;
     QuestiondialogB().openOver(this);
-    warning = false;
+    warning_ = false;
 }
 
 void DialogChange::showPrompt()
@@ -167,8 +167,8 @@ void DialogChange::showCarousel()
     ui->label->hide();
     ui->label_2->hide();
     ui->label_3->show();
-    board.build(AttachedDevices);
-    for (const TileBoard::Tile &tile : board.tiles()) {
+    board_.build(AttachedDevices);
+    for (const TileBoard::Tile &tile : board_.tiles()) {
         connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()), Qt::UniqueConnection);
         connect(tile.button, &mytoolButtonEnter::entered, this, &DialogChange::refreshTile,
                 Qt::UniqueConnection);
@@ -183,7 +183,7 @@ void DialogChange::showCarousel()
 void DialogChange::orderTabs()
 {
     QWidget *before = ui->LeftButton;
-    for (const TileBoard::Tile &tile : board.tiles()) {
+    for (const TileBoard::Tile &tile : board_.tiles()) {
         setTabOrder(before, tile.button);
         before = tile.button;
     }
@@ -214,7 +214,7 @@ void DialogChange::takeRefreshed(const DeviceAllInfo &device)
     replaceIn(AttachedDevicesCopy, device);
     for (std::size_t i = 0; i < AttachedDevices.size(); ++i)
         if (AttachedDevices[i].DevicePath == device.DevicePath)
-            board.show(int(i), device);
+            board_.show(int(i), device);
 }
 
 // ---- Buttons ------------------------------------------------------------------------------------
@@ -258,7 +258,7 @@ void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairChec
 void DialogChange::SlotUpDateButton(bool IsHide)
 {
     ui->Repair->setVisible(!IsHide);
-    ui->label_2->setText(!IsHide ? repairDevice : ui->rightHint->isNeeded() ? notOpen : pleaseEnter);
+    ui->label_2->setText(!IsHide ? repairDevice_ : ui->rightHint->isNeeded() ? notOpen_ : pleaseEnter_);
 }
 
 void DialogChange::SlotEnterKey()
@@ -297,19 +297,19 @@ void DialogChange::SlotSameLanguageA(int index)
 
 void DialogChange::SlotAllLanguage(int index)
 {
-    pleaseEnter = homeText("PleaseEnter", index);
-    repairDevice = homeText("RepairDevice", index);
-    notOpen = homeText("RightPrompt", index);
-    newVersion = homeText("NewVerTips", index);
-    pairTips = homeText("PairTips_z", index);
-    dialogOffline = language::text(language::Section::infoTips, "DialogOffline", index);
+    pleaseEnter_ = homeText("PleaseEnter", index);
+    repairDevice_ = homeText("RepairDevice", index);
+    notOpen_ = homeText("RightPrompt", index);
+    newVersion_ = homeText("NewVerTips", index);
+    pairTips_ = homeText("PairTips_z", index);
+    dialogOffline_ = language::text(language::Section::infoTips, "DialogOffline", index);
     ui->rightHint->setLanguage(index);
     SlotUpDateButton(ui->Repair->isHidden());
     ui->label_3->setText(homeText("ClickIn", index));
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));
     ui->NewHong->setText(language::text(language::Section::common, "OK", index));
     ui->NoApear->setText(homeText("NoApear", index));
-    board.setOfflineTip(dialogOffline + QLatin1Char('\n') + pairTips, ui->NoApear->font());
+    board_.setOfflineTip(dialogOffline_ + QLatin1Char('\n') + pairTips_, ui->NoApear->font());
 }
 
 void DialogChange::changeEvent(QEvent *event)

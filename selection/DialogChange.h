@@ -71,15 +71,15 @@ private:
     bool settleOfflineTile(const DeviceAllInfo &device);
 
     std::unique_ptr<Ui::DialogChange> ui;
-    QString pictures;
-    TileBoard board;
-    uint64_t takenGeneration = 0;
-    bool warning = false;
-    bool leftAgain = false; // the device page was left while a click still waited for it
-    QString pleaseEnter;
-    QString repairDevice;
-    QString notOpen;
-    QString newVersion;
-    QString dialogOffline;
-    QString pairTips;
+    QString pictures_;
+    TileBoard board_;
+    uint64_t takenGeneration_ = 0;
+    bool warning_ = false;
+    bool leftAgain_ = false; // the device page was left while a click still waited for it
+    QString pleaseEnter_;
+    QString repairDevice_;
+    QString notOpen_;
+    QString newVersion_;
+    QString dialogOffline_;
+    QString pairTips_;
 };

@@ -99,9 +99,9 @@ void DialogChange::enterDevice(const DeviceAllInfo &device)
         CurrentConnectionKind = connectionKind(device.DeviceKind);
     announceReceiverFirmware(device);
     emit hub->SigChangeMainDialog(1);
-    leftAgain = false;
+    leftAgain_ = false;
     spinEventLoop(PageChangeMs);
-    if (leftAgain)
+    if (leftAgain_)
         return;
     OnDevicePage = 1;
     if (Worker::instance())

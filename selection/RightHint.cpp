@@ -48,7 +48,7 @@ RightHint::RightHint(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::
     ui->setupUi(this);
     dress();
     hide();
-    connect(&watcher, &QFileSystemWatcher::directoryChanged, this, &RightHint::look);
+    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &RightHint::look);
     connect(ui->hintCopy, &QToolButton::clicked, this, &RightHint::copyCommand);
 }
 
@@ -71,12 +71,12 @@ void RightHint::dress()
 // The folder is watched, since a node that refuses to be read refuses to be watched as well.
 void RightHint::setNodes(const QStringList &refused)
 {
-    nodes = refused;
-    told = false;
-    if (!watcher.directories().isEmpty())
-        watcher.removePaths(watcher.directories());
-    for (const QString &node : nodes)
-        watcher.addPath(QFileInfo(node).path());
+    nodes_ = refused;
+    told_ = false;
+    if (!watcher_.directories().isEmpty())
+        watcher_.removePaths(watcher_.directories());
+    for (const QString &node : nodes_)
+        watcher_.addPath(QFileInfo(node).path());
     writeTexts();
     setVisible(isNeeded());
     look(); // the right may have come before the watch did
@@ -84,10 +84,10 @@ void RightHint::setNodes(const QStringList &refused)
 
 void RightHint::look()
 {
-    if (told)
+    if (told_)
         return;
-    told = !std::all_of(nodes.cbegin(), nodes.cend(), isRefused);
-    if (told)
+    told_ = !std::all_of(nodes_.cbegin(), nodes_.cend(), isRefused);
+    if (told_)
         emit rightsChanged();
     else
         writeTexts(); // another thing may be missing now
@@ -95,18 +95,18 @@ void RightHint::look()
 
 void RightHint::setLanguage(int index)
 {
-    language = index;
+    language_ = index;
     writeTexts();
 }
 
 void RightHint::writeTexts()
 {
-    ui->hintCopy->setText(homeText("CopyCommand", language));
+    ui->hintCopy->setText(homeText("CopyCommand", language_));
     if (!isNeeded())
         return;
-    const NodeRemedy remedy = nodeRemedy(nodes.first());
-    ui->hintTitle->setText(titleFor(ui->hintTitle, homeText("RightMissing", language), nodes));
-    ui->hintText->setText(homeText(LackKeys[int(remedy.lack)], language).arg(remedy.subject));
+    const NodeRemedy remedy = nodeRemedy(nodes_.first());
+    ui->hintTitle->setText(titleFor(ui->hintTitle, homeText("RightMissing", language_), nodes_));
+    ui->hintText->setText(homeText(LackKeys[int(remedy.lack)], language_).arg(remedy.subject));
     const int width = ui->hintCommand->fontMetrics().horizontalAdvance(remedy.command);
     ui->hintCommand->setGeometry(width + CommandEdges <= OneLine.width() ? OneLine : TwoLines);
     if (ui->hintCommand->toPlainText() != remedy.command)
@@ -116,5 +116,5 @@ void RightHint::writeTexts()
 void RightHint::copyCommand()
 {
     QApplication::clipboard()->setText(ui->hintCommand->toPlainText());
-    ui->hintCopy->setText(homeText("Copied", language));
+    ui->hintCopy->setText(homeText("Copied", language_));
 }

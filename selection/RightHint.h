@@ -25,7 +25,7 @@ public:
 
     // The nodes that refuse this user; without any the card goes.
     void setNodes(const QStringList &refused);
-    bool isNeeded() const { return !nodes.isEmpty(); }
+    bool isNeeded() const { return !nodes_.isEmpty(); }
     void setLanguage(int index);
 
 signals:
@@ -39,8 +39,8 @@ private:
     void writeTexts();
 
     std::unique_ptr<Ui::RightHint> ui;
-    QFileSystemWatcher watcher;
-    QStringList nodes;
-    int language = 0;
-    bool told = false;
+    QFileSystemWatcher watcher_;
+    QStringList nodes_;
+    int language_ = 0;
+    bool told_ = false;
 };

@@ -33,7 +33,8 @@ constexpr TilePlace Places[TilesOnPage][TilesOnPage] = {
 
 } // namespace
 
-TileBoard::TileBoard(QStackedWidget *tileStack, const QString &pictures) : stack(tileStack), folder(pictures)
+TileBoard::TileBoard(QStackedWidget *tileStack, const QString &pictures)
+    : stack_(tileStack), folder_(pictures)
 {
 }
 
@@ -41,12 +42,12 @@ void TileBoard::clear() { dropPagesFrom(0); }
 
 void TileBoard::dropPagesFrom(int first)
 {
-    const auto tiles = std::min(all.size(), std::size_t(first * TilesOnPage));
-    all.resize(tiles);
-    links.resize(tiles);
-    while (stack->count() > first) {
-        QWidget *page = stack->widget(first);
-        stack->removeWidget(page);
+    const auto tiles = std::min(all_.size(), std::size_t(first * TilesOnPage));
+    all_.resize(tiles);
+    links_.resize(tiles);
+    while (stack_->count() > first) {
+        QWidget *page = stack_->widget(first);
+        stack_->removeWidget(page);
         page->hide();
         page->deleteLater();
     }
@@ -54,10 +55,10 @@ void TileBoard::dropPagesFrom(int first)
 
 bool TileBoard::pageFits(const std::vector<DeviceAllInfo> &devices, int first, int count) const
 {
-    const int tiles = qMin(TilesOnPage, int(all.size()) - first);
+    const int tiles = qMin(TilesOnPage, int(all_.size()) - first);
     for (int i = first; tiles == count && i < first + count; ++i) {
         const DeviceAllInfo &device = devices[std::size_t(i)];
-        if (links[std::size_t(i)].wired != device.Usb || links[std::size_t(i)].kind != device.DeviceKind)
+        if (links_[std::size_t(i)].wired != device.Usb || links_[std::size_t(i)].kind != device.DeviceKind)
             return false;
     }
     return tiles == count;
@@ -78,7 +79,7 @@ void TileBoard::build(const std::vector<DeviceAllInfo> &devices)
             show(i, devices[std::size_t(i)]);
     }
     dropPagesFrom((total + TilesOnPage - 1) / TilesOnPage);
-    stack->setCurrentIndex(0);
+    stack_->setCurrentIndex(0);
 }
 
 void TileBoard::addPage(const std::vector<DeviceAllInfo> &devices, int first, int count)
@@ -91,10 +92,10 @@ void TileBoard::addPage(const std::vector<DeviceAllInfo> &devices, int first, in
         tile.offline->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
         tile.link->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
         tile.badge->setGeometry({{place.badgeX, BadgeY}, BadgeSize});
-        all.push_back(tile);
-        links.push_back({devices[std::size_t(first + i)].Usb, devices[std::size_t(first + i)].DeviceKind});
+        all_.push_back(tile);
+        links_.push_back({devices[std::size_t(first + i)].Usb, devices[std::size_t(first + i)].DeviceKind});
     }
-    stack->addWidget(page);
+    stack_->addWidget(page);
 }
 
 // Hidden; without a picture it stays empty.
@@ -103,7 +104,7 @@ QLabel *TileBoard::addLabel(QWidget *page, const QString &name, const QString &p
     auto *label = new QLabel(page);
     label->setObjectName(name);
     if (!picture.isEmpty())
-        label->setStyleSheet(style::labelPicture(folder, picture));
+        label->setStyleSheet(style::labelPicture(folder_, picture));
     label->hide();
     return label;
 }
@@ -120,8 +121,8 @@ TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInf
     const Tile tile{button, addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
                     addLabel(page, QStringLiteral("UsbWifi") + number, link),
                     addLabel(page, QStringLiteral("Rate") + number, badge)};
-    tile.offline->setToolTip(offlineTip);
-    tile.offline->setFont(offlineFont);
+    tile.offline->setToolTip(offlineTip_);
+    tile.offline->setFont(offlineFont_);
     tile.badge->setVisible(!badge.isEmpty());
     // The tile is one thing to click on; the off-line label alone has something to say.
     tile.link->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -131,13 +132,13 @@ TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInf
 
 void TileBoard::show(int index, const DeviceAllInfo &device)
 {
-    if (index < 0 || index >= int(all.size()))
+    if (index < 0 || index >= int(all_.size()))
         return;
-    const Tile &tile = all[std::size_t(index)];
+    const Tile &tile = all_[std::size_t(index)];
     const bool unknown = device.DriveIndex == unknownIndex();
     const bool linked = unknown || device.Online;
     const QString sheet =
-        style::tile(folder, tilePicture(unknown, device.Online, device.Mid)) + style::tileHover();
+        style::tile(folder_, tilePicture(unknown, device.Online, device.Mid)) + style::tileHover();
     if (tile.button->styleSheet() != sheet)
         tile.button->setStyleSheet(sheet);
     tile.button->setAccessibleName(QStringLiteral("Device %1, %2")
@@ -151,9 +152,9 @@ void TileBoard::show(int index, const DeviceAllInfo &device)
 
 void TileBoard::setOfflineTip(const QString &tip, const QFont &font)
 {
-    offlineTip = tip;
-    offlineFont = font;
-    for (const Tile &tile : all) {
+    offlineTip_ = tip;
+    offlineFont_ = font;
+    for (const Tile &tile : all_) {
         tile.offline->setToolTip(tip);
         tile.offline->setFont(font);
     }

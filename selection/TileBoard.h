@@ -33,7 +33,7 @@ public:
     void show(int index, const DeviceAllInfo &device);
     // Of the tiles there are and of those to come.
     void setOfflineTip(const QString &tip, const QFont &font);
-    const std::vector<Tile> &tiles() const { return all; }
+    const std::vector<Tile> &tiles() const { return all_; }
 
 private:
     // What a tile shows once and for all.
@@ -48,10 +48,10 @@ private:
     QLabel *addLabel(QWidget *page, const QString &name, const QString &picture) const;
     Tile makeTile(QWidget *page, int index, const DeviceAllInfo &device);
 
-    QStackedWidget *stack;
-    QString folder;
-    QString offlineTip;
-    QFont offlineFont;
-    std::vector<Tile> all;
-    std::vector<Link> links; // of the tiles
+    QStackedWidget *stack_;
+    QString folder_;
+    QString offlineTip_;
+    QFont offlineFont_;
+    std::vector<Tile> all_;
+    std::vector<Link> links_; // of the tiles
 };

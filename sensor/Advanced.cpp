@@ -87,11 +87,11 @@ struct Advanced::Placed {
 Advanced::Advanced(QWidget *parent)
     : PageSurface(QStringLiteral("Advanced"), QStringLiteral("Advanced"), parent)
     , ui(std::make_unique<Ui::Advanced>())
-    , PicturePath(style::pictureFolder(QStringLiteral("Advanced")))
-    , modes(new QButtonGroup(this))
+    , PicturePath_(style::pictureFolder(QStringLiteral("Advanced")))
+    , modes_(new QButtonGroup(this))
 {
     ui->setupUi(this);
-    modeBoxes = {ui->checkBox_3, ui->checkBox_4, ui->checkBox_5, ui->checkBox_6};
+    modeBoxes_ = {ui->checkBox_3, ui->checkBox_4, ui->checkBox_5, ui->checkBox_6};
     buildHiddenTab();
     onFirstShow(this, [this] { dress(); });
     listen();
@@ -104,16 +104,16 @@ void Advanced::buildHiddenTab()
 {
     ui->StepSlider->hide();
     ui->StepSlider->setValue(1);
-    HiddenTab.reset(ui->tab_2);
+    HiddenTab_.reset(ui->tab_2);
     ui->tabWidget->removeTab(1);
-    HiddenTab->setParent(nullptr);
+    HiddenTab_->setParent(nullptr);
     ui->curveTabs->tabBar()->hide(); // the boxes choose
     for (CurvePlotWidget *curve : {ui->curve_0, ui->curve_1, ui->curve_2, ui->curve_3})
         curve->setEditable(false);
-    modes->setExclusive(true);
-    for (int i = 0; i < int(modeBoxes.size()); ++i) {
-        modes->addButton(modeBoxes[std::size_t(i)], i);
-        connect(modeBoxes[std::size_t(i)], &QCheckBox::toggled, this, [this, i](bool on) {
+    modes_->setExclusive(true);
+    for (int i = 0; i < int(modeBoxes_.size()); ++i) {
+        modes_->addButton(modeBoxes_[std::size_t(i)], i);
+        connect(modeBoxes_[std::size_t(i)], &QCheckBox::toggled, this, [this, i](bool on) {
             if (on)
                 ui->curveTabs->setCurrentIndex(i);
         });
@@ -143,7 +143,7 @@ void Advanced::dress()
     for (QFrame *line : {ui->KFpsLine, ui->LongRangeLine, ui->AngleLine})
         line->setStyleSheet(style::hairline(labelColor, LineOpacity));
     for (QFrame *marker : {ui->SleepMarker, ui->KFpsMarker, ui->LongRangeMarker, ui->AngleMarker})
-        marker->setStyleSheet(style::sectionTitle(PicturePath, marker->objectName()));
+        marker->setStyleSheet(style::sectionTitle(PicturePath_, marker->objectName()));
     for (QLabel *caption :
          {ui->SleepCaption, ui->KFpsCaption, ui->LongRangeCaption, ui->AngleCaption, ui->AngleText})
         caption->setStyleSheet(style::label(labelColor));
@@ -151,11 +151,11 @@ void Advanced::dress()
         text->setStyleSheet(style::label(dimColor));
     for (QLabel *tips : {ui->SleepTips, ui->KFpsTips, ui->LongRangeTips, ui->AngleTips})
         dressTip(tips);
-    ui->AnglePicture->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Angle.png")));
-    ui->KFPS->setStyleSheet(style::switchButton(PicturePath));
+    ui->AnglePicture->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Angle.png")));
+    ui->KFPS->setStyleSheet(style::switchButton(PicturePath_));
     for (QCheckBox *box : {ui->checkBox, ui->checkBox_2})
-        box->setStyleSheet(style::checkBox(PicturePath, labelColor));
-    ui->AngleSet->setStyleSheet(style::thumbSlider(PicturePath));
+        box->setStyleSheet(style::checkBox(PicturePath_, labelColor));
+    ui->AngleSet->setStyleSheet(style::thumbSlider(PicturePath_));
 }
 
 // ---- What the device says -----------------------------------------------------------------------
@@ -163,11 +163,11 @@ void Advanced::dress()
 void Advanced::paint(const FlashDataMap &map)
 {
     ui->AngleSet->setEnabled(true);
-    Angle = int8_t(map.AngleSet);
+    Angle_ = int8_t(map.AngleSet);
     takeBackAngle();
     ui->SleepPanel->SetStopClose(sleepIndexOf(map.StopCloseTime));
     ui->KFPS->setChecked(map.KFps == 1);
-    ShowKfps = showKfpsCaption = true;
+    ShowKfps_ = showKfpsCaption_ = true;
     SetPos(0);
 }
 
@@ -177,14 +177,14 @@ void Advanced::SlotLongRangeMode(bool selected)
         return;
     const QSignalBlocker silent(ui->checkBox);
     ui->checkBox->setChecked(selected);
-    ShowLongRange = showLongRangeCaption = true;
+    ShowLongRange_ = showLongRangeCaption_ = true;
     SetPos(0);
 }
 
 void Advanced::SlotForm()
 {
-    ShowLongRange = offersLongRange() && !SelectedDevice::info().Usb;
-    showLongRangeCaption = true;
+    ShowLongRange_ = offersLongRange() && !SelectedDevice::info().Usb;
+    showLongRangeCaption_ = true;
     SetPos(0);
 }
 
@@ -195,10 +195,10 @@ void Advanced::SlotFormReset()
     ui->checkBox->setChecked(false);
     ui->SleepPanel->SetStopClose(SleepAfterReset);
     ui->KFPS->setChecked(false);
-    Angle = 0;
+    Angle_ = 0;
     takeBackAngle();
-    ShowKfps = ShowLongRange = true;
-    showKfpsCaption = showLongRangeCaption = false;
+    ShowKfps_ = ShowLongRange_ = true;
+    showKfpsCaption_ = showLongRangeCaption_ = false;
     SetPos(0);
 }
 
@@ -213,8 +213,8 @@ void Advanced::showAngle(int degrees)
 void Advanced::takeBackAngle()
 {
     const QSignalBlocker silent(ui->AngleSet);
-    ui->AngleSet->setValue(Angle);
-    showAngle(Angle);
+    ui->AngleSet->setValue(Angle_);
+    showAngle(Angle_);
 }
 
 void Advanced::on_AngleSet_sliderMoved(int position) { showAngle(position); }
@@ -229,7 +229,7 @@ void Advanced::on_AngleSet_valueChanged(int value)
     if (!UiArmed || SensorPageBusy)
         return;
     if (SetAngleSet(uint8_t(value))) {
-        Angle = value;
+        Angle_ = value;
         return;
     }
     const QSignalBlocker silent(ui->AngleSet);
@@ -260,8 +260,8 @@ void Advanced::on_checkBox_toggled(bool checked)
 void Advanced::on_checkBox_2_toggled(bool checked)
 {
     const QString sheet =
-        style::checkBox(PicturePath, style::color(checked ? "LabelColor" : "LinEditColorSecond"));
-    for (QCheckBox *box : modeBoxes) {
+        style::checkBox(PicturePath_, style::color(checked ? "LabelColor" : "LinEditColorSecond"));
+    for (QCheckBox *box : modeBoxes_) {
         box->setEnabled(checked);
         box->setStyleSheet(sheet);
     }
@@ -279,8 +279,8 @@ void Advanced::place(std::initializer_list<Placed> group, int top)
 
 void Advanced::SetPos(int index)
 {
-    const LayoutRow &row = layoutRow(ShowKfps, ShowLongRange, index);
-    const int tip = tipColumn(languageIndex);
+    const LayoutRow &row = layoutRow(ShowKfps_, ShowLongRange_, index);
+    const int tip = tipColumn(languageIndex_);
     place({{ui->KFpsLine, 40, -19},
            {ui->KFpsMarker, 40, 7},
            {ui->KFpsCaption, CaptionColumn, 0},
@@ -303,9 +303,9 @@ void Advanced::SetPos(int index)
     for (QLabel *caption : {ui->SleepCaption, ui->KFpsCaption, ui->LongRangeCaption, ui->AngleCaption})
         caption->resize(tip - CaptionColumn - CaptionRoom, caption->height());
     ui->SleepTips->move(tip, ui->SleepTips->y());
-    ui->KFpsCaption->setVisible(row.kfps > 0 && showKfpsCaption);
-    ui->LongRangeCaption->setVisible(row.longRange > 0 && showLongRangeCaption);
-    ui->AngleMouse->SetImage(PicturePath +
+    ui->KFpsCaption->setVisible(row.kfps > 0 && showKfpsCaption_);
+    ui->LongRangeCaption->setVisible(row.longRange > 0 && showLongRangeCaption_);
+    ui->AngleMouse->SetImage(PicturePath_ +
                              QStringLiteral("mouse%1.png").arg(pictureNumber(SelectedDevice::info().Mid)));
 }
 
@@ -333,7 +333,7 @@ void Advanced::SlotAllLanguage(int index)
         ui->SleepPanel->setItemText(
             i, language::choice("LightOffTimeOptions", QString::number(SleepCodes[std::size_t(i)]), index));
     setHiddenTexts(index);
-    languageIndex = index;
+    languageIndex_ = index;
     SetPos(0);
 }
 
@@ -346,9 +346,9 @@ void Advanced::setHiddenTexts(int index)
     setTextOf(ui->ModeCaption, advancedText("dpiModeTitle", index));
     setTextOf(ui->AxisXText, advancedText("dpiModeTipsX", index));
     setTextOf(ui->AxisYText, advancedText("dpiModeTipsY", index));
-    for (int i = 0; i < int(modeBoxes.size()); ++i) {
+    for (int i = 0; i < int(modeBoxes_.size()); ++i) {
         const QString text = language::choice("dpiModeOptions", QString::number(i), index);
         if (!text.isEmpty())
-            modeBoxes[std::size_t(i)]->setText(text);
+            modeBoxes_[std::size_t(i)]->setText(text);
     }
 }

@@ -64,14 +64,14 @@ private:
     static void place(std::initializer_list<Placed> group, int top);
 
     std::unique_ptr<Ui::Advanced> ui;
-    const QString PicturePath;
-    QButtonGroup *modes;
-    std::unique_ptr<QWidget> HiddenTab;
-    std::array<QCheckBox *, 4> modeBoxes;
-    bool ShowKfps = false;
-    bool ShowLongRange = false;
-    bool showKfpsCaption = true;
-    bool showLongRangeCaption = true;
-    int languageIndex = 0;
-    int Angle = 0; // what the mouse took last, in degrees
+    const QString PicturePath_;
+    QButtonGroup *modes_;
+    std::unique_ptr<QWidget> HiddenTab_;
+    std::array<QCheckBox *, 4> modeBoxes_;
+    bool ShowKfps_ = false;
+    bool ShowLongRange_ = false;
+    bool showKfpsCaption_ = true;
+    bool showLongRangeCaption_ = true;
+    int languageIndex_ = 0;
+    int Angle_ = 0; // what the mouse took last, in degrees
 };

@@ -47,18 +47,18 @@ template <typename Widget> void say(Widget *widget, const QString &text)
 Sensor::Sensor(QWidget *parent)
     : QWidget(parent)
     , ui(std::make_unique<Ui::Sensor>())
-    , groupA(new QButtonGroup(this))
-    , groupB(new QButtonGroup(this))
-    , SavePath(dataRoot() + QStringLiteral("/usersetting/SensorPage"))
-    , PicturePath(style::pictureFolder(QStringLiteral("Sensor")))
+    , groupA_(new QButtonGroup(this))
+    , groupB_(new QButtonGroup(this))
+    , SavePath_(dataRoot() + QStringLiteral("/usersetting/SensorPage"))
+    , PicturePath_(style::pictureFolder(QStringLiteral("Sensor")))
 {
     ui->setupUi(this);
     setAccessibleName(QStringLiteral("Sensor"));
     ui->sensorDPI->raise(); // its marker reaches into the rates
-    QDir().mkpath(SavePath);
+    QDir().mkpath(SavePath_);
     ui->sensorDPI->SetStageCount(LoadDpiStageCount());
     onFirstShow(this, [this] { dress(); });
-    capabilities = ReadSensorDefines();
+    capabilities_ = ReadSensorDefines();
     listen();
     SlotAllLanguage(LanguageIndex);
 }
@@ -68,19 +68,19 @@ Sensor::~Sensor() = default;
 void Sensor::dress()
 {
     const QString labelColor = style::color("LabelColor");
-    ui->frameSensor->setStyleSheet(style::dialogBackground(PicturePath, QStringLiteral("frameSensor")));
-    ui->settingsCard->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Card.png")));
+    ui->frameSensor->setStyleSheet(style::dialogBackground(PicturePath_, QStringLiteral("frameSensor")));
+    ui->settingsCard->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Card.png")));
     for (QLabel *mark : {ui->TitleButton, ui->TitleButton_2, ui->TitleButton_3})
-        mark->setStyleSheet(style::sectionTitle(PicturePath, mark->objectName()));
+        mark->setStyleSheet(style::sectionTitle(PicturePath_, mark->objectName()));
     for (QLabel *label : {ui->label_10, ui->label_11})
         label->setStyleSheet(style::label(labelColor));
-    ui->TitleButton_4->setStyleSheet(style::tile(PicturePath, QStringLiteral("Tips.png")));
+    ui->TitleButton_4->setStyleSheet(style::tile(PicturePath_, QStringLiteral("Tips.png")));
     dressTip(ui->performanceTip);
-    ui->Performance->setStyleSheet(style::checkBox(PicturePath, labelColor));
+    ui->Performance->setStyleSheet(style::checkBox(PicturePath_, labelColor));
     const bool corded = !modeView()->isRowHidden(Corded);
-    dressComboBox(ui->ModelChoose, PicturePath);
+    dressComboBox(ui->ModelChoose, PicturePath_);
     showCorded(corded); // in the list that it has now
-    dressComboBox(ui->PerformanceOpen, PicturePath);
+    dressComboBox(ui->PerformanceOpen, PicturePath_);
     placeTips(); // the fonts are final only now
 }
 
@@ -105,11 +105,11 @@ void Sensor::on_ModelChoose_currentIndexChanged(int index)
     if (!UiArmed || SensorPageBusy || index < 0 || index == Corded)
         return;
     if (SetModelChoose(uint8_t(index))) {
-        ModeIndex = index;
+        ModeIndex_ = index;
         return;
     }
     const QSignalBlocker quiet(ui->ModelChoose);
-    ui->ModelChoose->setCurrentIndex(ModeIndex);
+    ui->ModelChoose->setCurrentIndex(ModeIndex_);
 }
 
 void Sensor::on_Performance_clicked(bool checked)
@@ -134,7 +134,7 @@ void Sensor::on_PerformanceOpen_currentIndexChanged(int index)
     if (SetPerformanceOpen(PerformanceTimes[std::size_t(index)]))
         return;
     const QSignalBlocker quiet(ui->PerformanceOpen);
-    ui->PerformanceOpen->setCurrentIndex(PerformanceIndex);
+    ui->PerformanceOpen->setCurrentIndex(PerformanceIndex_);
 }
 
 void Sensor::on_RippeControl_clicked(bool checked)
@@ -161,7 +161,7 @@ void Sensor::on_pushButton_2_clicked() { ui->sensorLOD->RemoveSmallLod(); }
 
 // ---- Sensor mode --------------------------------------------------------------------------------
 
-bool Sensor::modeSelectable() const { return capabilities.SensorModeSupport.contains(SensorName); }
+bool Sensor::modeSelectable() const { return capabilities_.SensorModeSupport.contains(SensorName); }
 
 void Sensor::freeMode(int index)
 {
@@ -182,7 +182,7 @@ void Sensor::setMode(int index)
 {
     const QSignalBlocker quiet(ui->ModelChoose);
     ui->ModelChoose->setCurrentIndex(index);
-    ModeIndex = index;
+    ModeIndex_ = index;
 }
 
 QListView *Sensor::modeView() const { return qobject_cast<QListView *>(ui->ModelChoose->view()); }

@@ -84,11 +84,11 @@ private:
     void showCorded(bool shown);
 
     std::unique_ptr<Ui::Sensor> ui;
-    QButtonGroup *groupA;
-    QButtonGroup *groupB;
-    const QString SavePath;
-    const QString PicturePath;
-    SensorCapabilities capabilities;
-    int ModeIndex = 0;        // last accepted one of ModelChoose
-    int PerformanceIndex = 0; // of PerformanceOpen: the last one painted, not the last one written
+    QButtonGroup *groupA_;
+    QButtonGroup *groupB_;
+    const QString SavePath_;
+    const QString PicturePath_;
+    SensorCapabilities capabilities_;
+    int ModeIndex_ = 0;        // last accepted one of ModelChoose
+    int PerformanceIndex_ = 0; // of PerformanceOpen: the last one painted, not the last one written
 };

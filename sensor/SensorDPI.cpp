@@ -41,12 +41,12 @@ QColor colorOf(const QString &color)
 SensorDPI::SensorDPI(QWidget *parent) : StageSlots(parent), ui(std::make_unique<Ui::SensorDPI>())
 {
     ui->setupUi(this);
-    row = std::make_unique<StageRow>(
+    row_ = std::make_unique<StageRow>(
         StageRow::Widgets{ui->BlueButton, ui->BrightRedButton, ui->RedButton, ui->YellowButton,
                           ui->GreenButton, ui->PurpleButton, ui->LightBlueButton, ui->LightYellowButton},
         StageRow::Widgets{ui->BlueButtonA, ui->BrightRedButtonA, ui->RedButtonA, ui->YellowButtonA,
                           ui->GreenButtonA, ui->PurpleButtonA, ui->LightBlueButtonA, ui->LightYellowButtonA});
-    MarkerArea = ui->markerTrack->geometry();
+    MarkerArea_ = ui->markerTrack->geometry();
     makeGroups();
     onFirstShow(this, [this] { dress(); });
 }
@@ -58,103 +58,103 @@ void SensorDPI::makeGroups()
     auto *buttons = new QButtonGroup(this);
     auto *bars = new QButtonGroup(this);
     for (int stage = 0; stage < DpiStageLimit; ++stage) {
-        buttons->addButton(row->button(stage), stage);
-        bars->addButton(row->bar(stage), stage);
-        row->bar(stage)->installEventFilter(this);
+        buttons->addButton(row_->button(stage), stage);
+        bars->addButton(row_->bar(stage), stage);
+        row_->bar(stage)->installEventFilter(this);
     }
 }
 
 void SensorDPI::dress()
 {
-    PicturePath = style::pictureFolder(QStringLiteral("Sensor"));
-    row->dress();
+    PicturePath_ = style::pictureFolder(QStringLiteral("Sensor"));
+    row_->dress();
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
-    ui->ReduceLevelA->setStyleSheet(style::titleButton(PicturePath, QStringLiteral("Reduce")));
-    ui->AddLevelA->setStyleSheet(style::titleButton(PicturePath, QStringLiteral("Add")));
-    ui->label_8->setStyleSheet(style::labelPicture(PicturePath, QStringLiteral("Level.png")));
-    ui->groove->setStyleSheet(style::tiledPicture(PicturePath, QStringLiteral("Track.png")));
+    ui->ReduceLevelA->setStyleSheet(style::titleButton(PicturePath_, QStringLiteral("Reduce")));
+    ui->AddLevelA->setStyleSheet(style::titleButton(PicturePath_, QStringLiteral("Add")));
+    ui->label_8->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Level.png")));
+    ui->groove->setStyleSheet(style::tiledPicture(PicturePath_, QStringLiteral("Track.png")));
     ui->horizontalSliderC->setStyleSheet(style::slider());
     ui->spinBoxA->setStyleSheet(style::framedReadout());
-    dressComboBox(ui->ChooseEvent, PicturePath);
+    dressComboBox(ui->ChooseEvent, PicturePath_);
     ui->ChooseEvent->setStyleSheet(ui->ChooseEvent->styleSheet() +
-                                   style::comboBoxBack(PicturePath, QStringLiteral("CountBack.png")));
+                                   style::comboBoxBack(PicturePath_, QStringLiteral("CountBack.png")));
 }
 
 // ---- Selecting a stage
 
 void SensorDPI::stageToggled(int stage, bool checked)
 {
-    row->selectButton(stage, checked);
+    row_->selectButton(stage, checked);
     if (checked && isEdit())
         takeStage(stage);
 }
 
 void SensorDPI::takeStage(int stage)
 {
-    LastStage = CurrentStage;
-    CurrentStage = stage;
+    LastStage_ = CurrentStage_;
+    CurrentStage_ = stage;
     if (!SetCurrentDpiStage(uint8_t(stage))) {
-        CurrentStage = LastStage;
-        showStage(LastStage);
+        CurrentStage_ = LastStage_;
+        showStage(LastStage_);
         return;
     }
     for (int other = 0; other < DpiStageLimit; ++other)
         if (other != stage)
-            row->selectButton(other, false);
-    row->bar(stage)->setChecked(true);
-    LastStage = stage;
-    row->stopTabAt(stage);
+            row_->selectButton(other, false);
+    row_->bar(stage)->setChecked(true);
+    LastStage_ = stage;
+    row_->stopTabAt(stage);
     ui->label_8->move(StagePoint[std::size_t(stage)]);
-    emit PostMsg::instance()->SigAddSensor(row->number(stage));
+    emit PostMsg::instance()->SigAddSensor(row_->number(stage));
 }
 
-void SensorDPI::stageClicked() { showStage(LastStage); }
+void SensorDPI::stageClicked() { showStage(LastStage_); }
 
 void SensorDPI::showStage(int stage)
 {
     if (!isStage(stage))
         return;
-    const auto quiet = row->silence();
+    const auto quiet = row_->silence();
     const QSignalBlocker quietSlider(ui->horizontalSliderC);
-    ui->horizontalSliderC->setValue(row->number(stage));
-    ui->spinBoxA->setValue(row->number(stage));
-    row->button(stage)->setChecked(true);
-    row->bar(stage)->setChecked(true);
-    row->selectOnly(stage);
-    row->stopTabAt(stage);
+    ui->horizontalSliderC->setValue(row_->number(stage));
+    ui->spinBoxA->setValue(row_->number(stage));
+    row_->button(stage)->setChecked(true);
+    row_->bar(stage)->setChecked(true);
+    row_->selectOnly(stage);
+    row_->stopTabAt(stage);
     ui->label_8->move(StagePoint[std::size_t(stage)]);
 }
 
 void SensorDPI::barToggled(int stage, bool checked)
 {
-    row->selectBar(stage, checked);
+    row_->selectBar(stage, checked);
     if (!checked)
         return;
-    row->button(stage)->setChecked(true);
-    if (row->checkedButton() != stage)
+    row_->button(stage)->setChecked(true);
+    if (row_->checkedButton() != stage)
         return; // the mouse did not take the stage
     // A slider that stands there already sends nothing that would arm it again.
-    const int dpi = row->number(stage);
-    ArmWrite = ui->horizontalSliderC->value() == dpi;
+    const int dpi = row_->number(stage);
+    ArmWrite_ = ui->horizontalSliderC->value() == dpi;
     ui->horizontalSliderC->setValue(dpi);
 }
 
 // Made when first asked for: it costs more than the whole panel.
 void SensorDPI::makePicker()
 {
-    ColorPicker = new QColorDialog(this);
-    ColorPicker->setOption(QColorDialog::DontUseNativeDialog);
-    for (QAbstractButton *button : ColorPicker->findChild<QDialogButtonBox *>()->buttons())
+    ColorPicker_ = new QColorDialog(this);
+    ColorPicker_->setOption(QColorDialog::DontUseNativeDialog);
+    for (QAbstractButton *button : ColorPicker_->findChild<QDialogButtonBox *>()->buttons())
         button->setIcon(QIcon()); // no other button of the program has one
-    connect(ColorPicker, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
+    connect(ColorPicker_, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
 }
 
 void SensorDPI::barClicked(int stage)
 {
-    if (!ColorPicker)
+    if (!ColorPicker_)
         makePicker();
-    ColorPicker->setCurrentColor(colorOf(row->color(stage)));
-    ColorPicker->open();
+    ColorPicker_->setCurrentColor(colorOf(row_->color(stage)));
+    ColorPicker_->open();
 }
 
 // The arrow keys of a group click what they reach, and a click on a bar asks for a colour.
@@ -165,22 +165,22 @@ bool SensorDPI::eventFilter(QObject *, QEvent *event)
     const int key = static_cast<QKeyEvent *>(event)->key();
     if (key != Qt::Key_Left && key != Qt::Key_Right && key != Qt::Key_Up && key != Qt::Key_Down)
         return false;
-    const int stage = row->checkedBar() + (key == Qt::Key_Left || key == Qt::Key_Up ? -1 : 1);
-    if (isStage(stage) && !row->bar(stage)->isHidden()) {
-        row->bar(stage)->setFocus(Qt::TabFocusReason);
-        row->bar(stage)->setChecked(true);
+    const int stage = row_->checkedBar() + (key == Qt::Key_Left || key == Qt::Key_Up ? -1 : 1);
+    if (isStage(stage) && !row_->bar(stage)->isHidden()) {
+        row_->bar(stage)->setFocus(Qt::TabFocusReason);
+        row_->bar(stage)->setChecked(true);
     }
     return true;
 }
 
 void SensorDPI::SetColor(QColor color)
 {
-    const int stage = row->checkedBar();
+    const int stage = row_->checkedBar();
     if (!mouseAnswers() || stage < 0)
         return;
     if (isEdit() && !SetDpiColor(stage, uint8_t(color.red()), uint8_t(color.green()), uint8_t(color.blue())))
         return;
-    row->setColor(stage, listedColor(color));
+    row_->setColor(stage, listedColor(color));
 }
 
 // ---- The value of the current stage
@@ -207,7 +207,7 @@ void SensorDPI::returnSlider()
 void SensorDPI::showValue(int stage, int dpi)
 {
     if (stage >= 0)
-        row->setText(stage, QString::number(dpi));
+        row_->setText(stage, QString::number(dpi));
     ui->spinBoxA->setValue(dpi);
 }
 
@@ -228,11 +228,11 @@ void SensorDPI::on_horizontalSliderC_valueChanged(int value)
         return;
     }
     const int dpi = rest(value);
-    const int stage = row->checkedButton();
-    const int before = stage >= 0 ? row->number(stage) : dpi;
+    const int stage = row_->checkedButton();
+    const int before = stage >= 0 ? row_->number(stage) : dpi;
     showValue(stage, dpi);
-    if (!ArmWrite) {
-        ArmWrite = true;
+    if (!ArmWrite_) {
+        ArmWrite_ = true;
         return;
     }
     if (SettingsBusy || !isEdit())
@@ -249,7 +249,7 @@ void SensorDPI::stepTo(int dpi)
 {
     if (!CheckOnline())
         return;
-    ArmWrite = true;
+    ArmWrite_ = true;
     ui->horizontalSliderC->setValue(dpi);
 }
 
@@ -273,20 +273,20 @@ void SensorDPI::on_ChooseEvent_currentIndexChanged(int index)
     if (index < 0)
         return; // the box is being emptied
     if (!SensorPageBusy && !mouseAnswers()) {
-        SetChoice(ChooseIndex);
+        SetChoice(ChooseIndex_);
         return;
     }
     if (SensorPageBusy) {
-        ChooseIndex = index;
+        ChooseIndex_ = index;
         return;
     }
-    const bool vanishes = isStage(CurrentStage) && CurrentStage > index;
+    const bool vanishes = isStage(CurrentStage_) && CurrentStage_ > index;
     if (!(vanishes ? exchangeWith(index) : !UiArmed || SetDpiStageCount(uint8_t(index + 1)))) {
-        SetChoice(ChooseIndex);
+        SetChoice(ChooseIndex_);
         return;
     }
-    ChooseIndex = index;
-    StageCount = index + 1;
+    ChooseIndex_ = index;
+    StageCount_ = index + 1;
     ShowStages(index);
 }
 
@@ -294,11 +294,11 @@ void SensorDPI::on_ChooseEvent_currentIndexChanged(int index)
 bool SensorDPI::exchangeWith(int index)
 {
     const FlashDataMap record = DeviceRecord::copy();
-    if (UiArmed && !SetDpiStages(record.DpiStages[index], record.DpiStages[CurrentStage], CurrentStage, index,
-                                 uint8_t(index)))
+    if (UiArmed && !SetDpiStages(record.DpiStages[index], record.DpiStages[CurrentStage_], CurrentStage_,
+                                 index, uint8_t(index)))
         return false;
-    row->swap(index, CurrentStage);
-    CurrentStage = LastStage = index;
+    row_->swap(index, CurrentStage_);
+    CurrentStage_ = LastStage_ = index;
     showStage(index);
     return true;
 }
@@ -310,49 +310,49 @@ void SensorDPI::mousePressEvent(QMouseEvent *event)
     if (event->buttons() == Qt::NoButton || !ui->label_8->geometry().contains(event->pos()) ||
         !mouseAnswers())
         return;
-    Dragging = true;
-    DragOffset = event->pos() - ui->label_8->pos();
+    Dragging_ = true;
+    DragOffset_ = event->pos() - ui->label_8->pos();
 }
 
 void SensorDPI::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!Dragging)
+    if (!Dragging_)
         return;
-    if (MarkerArea.contains(event->pos()))
-        ui->label_8->move(event->pos() - DragOffset);
+    if (MarkerArea_.contains(event->pos()))
+        ui->label_8->move(event->pos() - DragOffset_);
     else
         mouseReleaseEvent(event);
 }
 
 void SensorDPI::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!Dragging)
+    if (!Dragging_)
         return;
-    Dragging = false;
+    Dragging_ = false;
     drop(event->pos());
 }
 
 void SensorDPI::returnMarker()
 {
-    if (isStage(CurrentStage))
-        ui->label_8->move(StagePoint[std::size_t(CurrentStage)]);
+    if (isStage(CurrentStage_))
+        ui->label_8->move(StagePoint[std::size_t(CurrentStage_)]);
 }
 
 void SensorDPI::drop(const QPoint &pointer)
 {
     const bool onMarker = ui->label_8->geometry().contains(pointer);
-    const int home = isStage(CurrentStage) ? StagePoint[std::size_t(CurrentStage)].x() : 0;
+    const int home = isStage(CurrentStage_) ? StagePoint[std::size_t(CurrentStage_)].x() : 0;
     returnMarker();
     if (!onMarker || isBesideTrack(pointer.x()))
         return;
     if (isBehindLastStage(pointer.x(), ui->ChooseEvent->currentIndex())) {
         if (UiArmed)
-            SetCurrentDpiStage(uint8_t(CurrentStage));
+            SetCurrentDpiStage(uint8_t(CurrentStage_));
         return;
     }
     const std::optional<int> shift = markerShift(pointer.x() - home);
-    if (shift && isStage(CurrentStage + *shift))
-        dropOn(CurrentStage + *shift);
+    if (shift && isStage(CurrentStage_ + *shift))
+        dropOn(CurrentStage_ + *shift);
 }
 
 void SensorDPI::dropOn(int stage)
@@ -360,7 +360,7 @@ void SensorDPI::dropOn(int stage)
     if (!CheckOnline())
         return;
     if (!UiArmed)
-        CurrentStage = stage;
-    row->button(stage)->setChecked(true);
+        CurrentStage_ = stage;
+    row_->button(stage)->setChecked(true);
     returnMarker();
 }

@@ -30,8 +30,8 @@ public:
 
     // ---- What the page paints; none of it writes
     void setTitle(const QString &title);
-    void SetStageCount(int count) { StageCount = count; }
-    void SetCurrentStage(int stage) { CurrentStage = stage; }
+    void SetStageCount(int count) { StageCount_ = count; }
+    void SetCurrentStage(int stage) { CurrentStage_ = stage; }
     void SetStageText(int stage, const QString &text);
     void SetStageColor(int stage, const QString &color); // "#rrggbb"
     void ShowStages(int lastIndex);
@@ -55,8 +55,8 @@ public:
     void InsertChoice(int index, const QString &text);
     void SetChoice(int index); // also the one to go back to
 
-    int stageCount() const { return StageCount; }
-    int currentStage() const { return CurrentStage; }
+    int stageCount() const { return StageCount_; }
+    int currentStage() const { return CurrentStage_; }
 
     // No slot, since the form has no such button to connect: the slider silently at a middle value.
     void on_pushButton_clicked();
@@ -95,15 +95,15 @@ private:
     void dropOn(int stage);
 
     std::unique_ptr<Ui::SensorDPI> ui;
-    std::unique_ptr<StageRow> row;
-    QString PicturePath;
-    int CurrentStage = 1;
-    int StageCount = 1;
-    int LastStage = 0;
-    int ChooseIndex = 0;
-    bool Dragging = false;
-    QPoint DragOffset;
-    bool ArmWrite = false; // false: the slider's next change comes from a selection and is no edit
-    QColorDialog *ColorPicker = nullptr; // a child, from its first use on
-    QRect MarkerArea;
+    std::unique_ptr<StageRow> row_;
+    QString PicturePath_;
+    int CurrentStage_ = 1;
+    int StageCount_ = 1;
+    int LastStage_ = 0;
+    int ChooseIndex_ = 0;
+    bool Dragging_ = false;
+    QPoint DragOffset_;
+    bool ArmWrite_ = false; // false: the slider's next change comes from a selection and is no edit
+    QColorDialog *ColorPicker_ = nullptr; // a child, from its first use on
+    QRect MarkerArea_;
 };

@@ -18,19 +18,19 @@ void SensorDPI::setTitle(const QString &title) { ui->label->setText(title); }
 void SensorDPI::SetStageText(int stage, const QString &text)
 {
     if (isStage(stage))
-        row->setText(stage, text);
+        row_->setText(stage, text);
 }
 
 void SensorDPI::SetStageColor(int stage, const QString &color)
 {
     if (isStage(stage))
-        row->setColor(stage, listedColor(QColor(color)));
+        row_->setColor(stage, listedColor(QColor(color)));
 }
 
 void SensorDPI::ShowStages(int lastIndex)
 {
     const int last = qBound(0, lastIndex, DpiStageLimit - 1);
-    row->show(last);
+    row_->show(last);
     ui->groove->resize(MarkerPitch * last + 2 * StopRadius, ui->groove->height());
 }
 
@@ -38,12 +38,12 @@ void SensorDPI::SelectStage(int stage)
 {
     if (!isStage(stage))
         return;
-    CurrentStage = LastStage = stage;
+    CurrentStage_ = LastStage_ = stage;
     showStage(stage);
-    ArmWrite = true; // nothing of this was sent, so the slider's next change is the user's
+    ArmWrite_ = true; // nothing of this was sent, so the slider's next change is the user's
 }
 
-void SensorDPI::RestyleStages() { row->selectOnly(CurrentStage); }
+void SensorDPI::RestyleStages() { row_->selectOnly(CurrentStage_); }
 
 void SensorDPI::ResetDefaults()
 {
@@ -51,13 +51,13 @@ void SensorDPI::ResetDefaults()
     const int model = SelectedDevice::info().DriveIndex;
     const QStringList colors = catalogue.list(model, "DPIColor");
     for (int stage = 0; stage < DpiStageLimit && 3 * stage + 2 < colors.size(); ++stage)
-        row->setColor(stage, QStringList(colors.mid(3 * stage, 3)).join(QLatin1Char(',')));
+        row_->setColor(stage, QStringList(colors.mid(3 * stage, 3)).join(QLatin1Char(',')));
     const QStringList texts = catalogue.list(model, "DPIGrade");
     if (texts.size() < DpiStageLimit)
         return;
     for (int stage = 0; stage < DpiStageLimit; ++stage) {
-        row->selectButton(stage, false);
-        row->setText(stage, texts[stage]);
+        row_->selectButton(stage, false);
+        row_->setText(stage, texts[stage]);
     }
 }
 
@@ -73,7 +73,7 @@ void SensorDPI::SetSliderEnabled(bool enabled) { ui->horizontalSliderC->setEnabl
 
 void SensorDPI::BlockSlider(bool blocked) { ui->horizontalSliderC->blockSignals(blocked); }
 
-void SensorDPI::BlockStages(bool blocked) { row->blockSignals(blocked); }
+void SensorDPI::BlockStages(bool blocked) { row_->blockSignals(blocked); }
 
 void SensorDPI::BlockChoice(bool blocked) { ui->ChooseEvent->blockSignals(blocked); }
 
@@ -85,5 +85,5 @@ void SensorDPI::SetChoice(int index)
 {
     const QSignalBlocker quiet(ui->ChooseEvent);
     ui->ChooseEvent->setCurrentIndex(index);
-    ChooseIndex = ui->ChooseEvent->currentIndex();
+    ChooseIndex_ = ui->ChooseEvent->currentIndex();
 }

@@ -72,7 +72,7 @@ void SensorLOD::RemoveSmallLod()
 
 void SensorLOD::SetLod(int value)
 {
-    lastValue = value;
+    lastValue_ = value;
     const bool offersAll = ui->LOD->count() == AllHeights;
     const int index = indexOf(value);
     if (offersAll && index < 0)
@@ -88,10 +88,10 @@ void SensorLOD::on_LOD_currentIndexChanged(int index)
         return;
     const LodRow &row = LodRows[std::size_t(firstRow() + index)];
     if (!SetLiftOffDistance(row.code)) {
-        showIndex(indexOf(lastValue));
+        showIndex(indexOf(lastValue_));
         return;
     }
-    lastValue = row.code - 1;
+    lastValue_ = row.code - 1;
     emit PostMsg::instance()->SigAddLOD(QLatin1String(row.text));
 }
 

@@ -49,5 +49,5 @@ private:
     void showIndex(int index);
 
     std::unique_ptr<Ui::SensorLOD> ui;
-    int lastValue = 0; // the record's byte minus 1
+    int lastValue_ = 0; // the record's byte minus 1
 };

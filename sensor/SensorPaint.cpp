@@ -128,7 +128,7 @@ void Sensor::paintPerformance(const FlashDataMap &map)
     if (index < 0)
         return;
     ui->PerformanceOpen->setCurrentIndex(index);
-    PerformanceIndex = index;
+    PerformanceIndex_ = index;
 }
 
 void Sensor::paintStageColors(const FlashDataMap &map, int stages)
@@ -169,10 +169,10 @@ void Sensor::showSettings(bool shown)
 // What a sensor can do counts for more than what its model wants to show.
 void Sensor::gateByCapability()
 {
-    ui->sensorLOD->setLodEnabled(capabilities.LodSupport.contains(SensorName));
-    ui->rippeControl->setVisible(capabilities.RippleSupport.contains(SensorName));
-    ui->straightLine->setVisible(capabilities.FixLineSupport.contains(SensorName));
-    ui->motionSync->setVisible(capabilities.MotionSyncSupport.contains(SensorName));
+    ui->sensorLOD->setLodEnabled(capabilities_.LodSupport.contains(SensorName));
+    ui->rippeControl->setVisible(capabilities_.RippleSupport.contains(SensorName));
+    ui->straightLine->setVisible(capabilities_.FixLineSupport.contains(SensorName));
+    ui->motionSync->setVisible(capabilities_.MotionSyncSupport.contains(SensorName));
     const auto all = settings();
     ui->settingsCard->setVisible(
         std::any_of(all.begin(), all.end(), [](const QWidget *widget) { return !widget->isHidden(); }));
@@ -195,7 +195,7 @@ void Sensor::SlotFormReset()
     showDpi(ResetDpi, ResetOverviewDpi);
     resetByKind(SelectedDevice::info());
     ui->PerformanceOpen->setCurrentIndex(ResetTimeIndex);
-    PerformanceIndex = ResetTimeFallback;
+    PerformanceIndex_ = ResetTimeFallback;
     ui->sensorLOD->SetLod(0);
     ui->Performance->setEnabled(true);
     ui->Performance->setChecked(false);

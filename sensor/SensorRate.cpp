@@ -50,8 +50,8 @@ int rateLevelOf(int deviceKind)
 SensorRate::SensorRate(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::SensorRate>())
 {
     ui->setupUi(this);
-    buttons = {ui->Button125HZ,  ui->Button250HZ,  ui->Button500HZ, ui->Button1000HZ,
-               ui->Button2000HZ, ui->Button4000HZ, ui->Button8000HZ};
+    buttons_ = {ui->Button125HZ,  ui->Button250HZ,  ui->Button500HZ, ui->Button1000HZ,
+                ui->Button2000HZ, ui->Button4000HZ, ui->Button8000HZ};
     onFirstShow(this, [this] { dress(); });
 }
 
@@ -60,7 +60,7 @@ void SensorRate::dress()
     const QString folder = style::pictureFolder(QStringLiteral("Sensor"));
     const QString ink = style::color("ButtonColor");
     const QString sheet = style::stateButton(folder, QStringLiteral("RateButton"), ink, ink);
-    for (QToolButton *button : buttons)
+    for (QToolButton *button : buttons_)
         button->setStyleSheet(sheet);
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
 }
@@ -75,9 +75,9 @@ void SensorRate::setTitle(const QString &title)
 
 void SensorRate::SetRate(int index)
 {
-    if (index < 0 || index >= int(buttons.size()))
+    if (index < 0 || index >= int(buttons_.size()))
         return;
-    lastIndex = index;
+    lastIndex_ = index;
     button(index)->setChecked(true);
     emit PostMsg::instance()->SigAddReport(RateRows[std::size_t(index)].hertz);
 }
@@ -96,10 +96,10 @@ void SensorRate::choose(int index, bool checked)
         return;
     const RateRow &row = RateRows[std::size_t(index)];
     if (!SetReportRate(row.code)) {
-        SetRate(lastIndex);
+        SetRate(lastIndex_);
         return;
     }
-    lastIndex = index;
+    lastIndex_ = index;
     emit PostMsg::instance()->SigAddReport(row.hertz);
     emit PostMsg::instance()->SigHideModel(row.hidesModel);
 }

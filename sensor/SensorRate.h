@@ -50,7 +50,7 @@ public:
     void SetRateVisibility(int level);
     // An empty text leaves the one of the form.
     void setTitle(const QString &title);
-    QToolButton *button(int index) const { return buttons[std::size_t(index)]; }
+    QToolButton *button(int index) const { return buttons_[std::size_t(index)]; }
 
 public slots:
     void on_Button125HZ_clicked(bool checked) { choose(0, checked); }
@@ -66,6 +66,6 @@ private:
     void choose(int index, bool checked);
 
     std::unique_ptr<Ui::SensorRate> ui;
-    std::array<QToolButton *, RateRows.size()> buttons;
-    int lastIndex = Rate1000;
+    std::array<QToolButton *, RateRows.size()> buttons_;
+    int lastIndex_ = Rate1000;
 };

@@ -44,21 +44,21 @@ QString listedColor(const QColor &color)
 }
 
 StageRow::StageRow(const Widgets &stageButtons, const Widgets &colorBars)
-    : buttons(stageButtons)
-    , bars(colorBars)
-    , StageColor{QStringLiteral("255,0,0"),   QStringLiteral("0,255,0"),   QStringLiteral("0,0,255"),
-                 QStringLiteral("255,255,0"), QStringLiteral("0,255,255"), QStringLiteral("255,0,255")}
+    : buttons_(stageButtons)
+    , bars_(colorBars)
+    , StageColor_{QStringLiteral("255,0,0"),   QStringLiteral("0,255,0"),   QStringLiteral("0,0,255"),
+                  QStringLiteral("255,255,0"), QStringLiteral("0,255,255"), QStringLiteral("255,0,255")}
 {
-    for (std::size_t i = 0; i < buttons.size(); ++i) {
-        BigRect[i] = buttons[i]->geometry();
-        BarRect[i] = bars[i]->geometry();
+    for (std::size_t i = 0; i < buttons_.size(); ++i) {
+        BigRect_[i] = buttons_[i]->geometry();
+        BarRect_[i] = bars_[i]->geometry();
     }
 }
 
 void StageRow::dress()
 {
-    folder = style::pictureFolder(QStringLiteral("Sensor"));
-    ink = style::color("ButtonColor");
+    folder_ = style::pictureFolder(QStringLiteral("Sensor"));
+    ink_ = style::color("ButtonColor");
     for (int stage = 0; stage < DpiStageLimit; ++stage) {
         dressButton(stage);
         dressBar(stage);
@@ -68,17 +68,17 @@ void StageRow::dress()
 void StageRow::dressButton(int stage)
 {
     const auto i = std::size_t(stage);
-    place(buttons[i], BigRect[i], ButtonGrowth, buttonSelected[i]);
-    if (!folder.isEmpty())
-        wear(buttons[i], style::stageButton(folder, ink, buttonSelected[i]));
+    place(buttons_[i], BigRect_[i], ButtonGrowth, buttonSelected_[i]);
+    if (!folder_.isEmpty())
+        wear(buttons_[i], style::stageButton(folder_, ink_, buttonSelected_[i]));
 }
 
 void StageRow::dressBar(int stage)
 {
     const auto i = std::size_t(stage);
-    place(bars[i], BarRect[i], BarGrowth, barSelected[i]);
-    if (!folder.isEmpty())
-        wear(bars[i], style::colorBar(folder, StageColor[i], barSelected[i]));
+    place(bars_[i], BarRect_[i], BarGrowth, barSelected_[i]);
+    if (!folder_.isEmpty())
+        wear(bars_[i], style::colorBar(folder_, StageColor_[i], barSelected_[i]));
 }
 
 void StageRow::setText(int stage, const QString &text)
@@ -91,7 +91,7 @@ QString StageRow::text(int stage) const { return button(stage)->text(); }
 
 void StageRow::setColor(int stage, const QString &color)
 {
-    StageColor[std::size_t(stage)] = color;
+    StageColor_[std::size_t(stage)] = color;
     bar(stage)->setAccessibleDescription(color);
     dressBar(stage);
 }
@@ -108,13 +108,13 @@ void StageRow::swap(int one, int other)
 
 void StageRow::selectButton(int stage, bool selected)
 {
-    buttonSelected[std::size_t(stage)] = selected;
+    buttonSelected_[std::size_t(stage)] = selected;
     dressButton(stage);
 }
 
 void StageRow::selectBar(int stage, bool selected)
 {
-    barSelected[std::size_t(stage)] = selected;
+    barSelected_[std::size_t(stage)] = selected;
     dressBar(stage);
 }
 
@@ -143,25 +143,25 @@ void StageRow::stopTabAt(int stage)
     }
 }
 
-int StageRow::checkedButton() const { return checkedOf(buttons); }
+int StageRow::checkedButton() const { return checkedOf(buttons_); }
 
-int StageRow::checkedBar() const { return checkedOf(bars); }
+int StageRow::checkedBar() const { return checkedOf(bars_); }
 
 std::vector<QSignalBlocker> StageRow::silence() const
 {
     std::vector<QSignalBlocker> blockers;
-    blockers.reserve(buttons.size() + bars.size());
-    for (std::size_t i = 0; i < buttons.size(); ++i) {
-        blockers.emplace_back(buttons[i]);
-        blockers.emplace_back(bars[i]);
+    blockers.reserve(buttons_.size() + bars_.size());
+    for (std::size_t i = 0; i < buttons_.size(); ++i) {
+        blockers.emplace_back(buttons_[i]);
+        blockers.emplace_back(bars_[i]);
     }
     return blockers;
 }
 
 void StageRow::blockSignals(bool blocked)
 {
-    for (std::size_t i = 0; i < buttons.size(); ++i) {
-        buttons[i]->blockSignals(blocked);
-        bars[i]->blockSignals(blocked);
+    for (std::size_t i = 0; i < buttons_.size(); ++i) {
+        buttons_[i]->blockSignals(blocked);
+        bars_[i]->blockSignals(blocked);
     }
 }

@@ -37,7 +37,7 @@ public:
     int number(int stage) const { return text(stage).toInt(); }
     // As listedColor() gives it.
     void setColor(int stage, const QString &color);
-    QString color(int stage) const { return StageColor[std::size_t(stage)]; }
+    QString color(int stage) const { return StageColor_[std::size_t(stage)]; }
     void swap(int one, int other);
 
     void selectButton(int stage, bool selected);
@@ -48,8 +48,8 @@ public:
     // The Tab key comes to this stage alone; the arrow keys go on from there.
     void stopTabAt(int stage);
 
-    QAbstractButton *button(int stage) const { return buttons[std::size_t(stage)]; }
-    QAbstractButton *bar(int stage) const { return bars[std::size_t(stage)]; }
+    QAbstractButton *button(int stage) const { return buttons_[std::size_t(stage)]; }
+    QAbstractButton *bar(int stage) const { return bars_[std::size_t(stage)]; }
     // -1: none
     int checkedButton() const;
     int checkedBar() const;
@@ -61,9 +61,9 @@ private:
     void dressButton(int stage);
     void dressBar(int stage);
 
-    Widgets buttons, bars;
-    std::array<QRect, DpiStageLimit> BigRect, BarRect;
-    std::array<QString, DpiStageLimit> StageColor;
-    std::array<bool, DpiStageLimit> buttonSelected{}, barSelected{};
-    QString folder, ink; // of the pictures, of the numbers; empty until the row is dressed
+    Widgets buttons_, bars_;
+    std::array<QRect, DpiStageLimit> BigRect_, BarRect_;
+    std::array<QString, DpiStageLimit> StageColor_;
+    std::array<bool, DpiStageLimit> buttonSelected_{}, barSelected_{};
+    QString folder_, ink_; // of the pictures, of the numbers; empty until the row is dressed
 };

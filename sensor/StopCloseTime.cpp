@@ -32,7 +32,7 @@ void StopCloseTime::SetStopClose(int index)
 {
     if (index < 0 || index >= SleepItems)
         return;
-    lastIndex = index;
+    lastIndex_ = index;
     const QSignalBlocker silent(ui->StopClose);
     ui->StopClose->setCurrentIndex(index);
 }
@@ -51,7 +51,7 @@ void StopCloseTime::on_StopClose_activated(int index)
     if (!UiArmed || ButtonPageBusy || index < 0 || index >= int(SleepCodes.size()))
         return;
     if (SetStopCloseTime(SleepCodes[std::size_t(index)]))
-        lastIndex = index;
+        lastIndex_ = index;
     else
-        SetStopClose(lastIndex);
+        SetStopClose(lastIndex_);
 }

@@ -42,5 +42,5 @@ public slots:
 
 private:
     std::unique_ptr<Ui::StopCloseTime> ui;
-    int lastIndex = 0;
+    int lastIndex_ = 0;
 };

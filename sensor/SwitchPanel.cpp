@@ -18,13 +18,13 @@ constexpr int TipColumns[] = {0, 1, 1, 2, 3, 3, 3, 3}; // of tipX, by language
 } // namespace
 
 SwitchPanel::SwitchPanel(const SwitchRow &rowOfPanel, QWidget *parent)
-    : QFrame(parent), row(rowOfPanel), ui(std::make_unique<Ui::SwitchPanel>())
+    : QFrame(parent), row_(rowOfPanel), ui(std::make_unique<Ui::SwitchPanel>())
 {
     ui->setupUi(this);
-    ui->button->setObjectName(QLatin1String(row.buttonName));
-    ui->caption->setText(QString::fromUtf8(row.defaultCaption));
+    ui->button->setObjectName(QLatin1String(row_.buttonName));
+    ui->caption->setText(QString::fromUtf8(row_.defaultCaption));
     ui->button->setAccessibleName(ui->caption->text());
-    placeTip(row.tipX[0]);
+    placeTip(row_.tipX[0]);
     onFirstShow(this, [this] { dress(); });
 }
 
@@ -49,21 +49,21 @@ void SwitchPanel::choose(bool checked)
 {
     if (!UiArmed || SensorPageBusy)
         return;
-    if (!row.write(checked ? 1 : 0))
+    if (!row_.write(checked ? 1 : 0))
         SetChecked(!checked);
 }
 
 void SwitchPanel::SlotAllLanguage(int index)
 {
     using namespace language;
-    const QString caption = text(Section::sensor, row.captionKey, index);
+    const QString caption = text(Section::sensor, row_.captionKey, index);
     if (!caption.isEmpty()) {
         ui->caption->setText(caption);
         ui->button->setAccessibleName(caption);
     }
-    setTip(ui->tip, ui->button, text(Section::sensor, row.tipKey, index));
+    setTip(ui->tip, ui->button, text(Section::sensor, row_.tipKey, index));
     if (index >= 0 && index < int(std::size(TipColumns)))
-        placeTip(row.tipX[TipColumns[index]]);
+        placeTip(row_.tipX[TipColumns[index]]);
 }
 
 // The caption ends where the tip begins.

@@ -46,6 +46,6 @@ private:
     void dress();
     void placeTip(int x);
 
-    const SwitchRow &row;
+    const SwitchRow &row_;
     std::unique_ptr<Ui::SwitchPanel> ui;
 };

@@ -84,7 +84,7 @@ void order(const QString &line)
 
 } // namespace
 
-Gallery::Gallery(QWidget &shown, const QString &folder) : window(shown), screens(folder)
+Gallery::Gallery(QWidget &shown, const QString &folder) : window_(shown), screens_(folder)
 {
     QDir().mkpath(folder);
 }
@@ -94,19 +94,19 @@ void Gallery::save(const QString &name) const
 {
     const NoticeWindow *notice = windows::shown<NoticeWindow>();
     const bool alone = notice && !notice->isModal();
-    const QRect area = alone ? notice->frameGeometry() : window.frameGeometry();
+    const QRect area = alone ? notice->frameGeometry() : window_.frameGeometry();
     QGuiApplication::primaryScreen()
         ->grabWindow(0, area.x(), area.y(), area.width(), area.height())
-        .save(screens.filePath(name + QStringLiteral(".png")));
+        .save(screens_.filePath(name + QStringLiteral(".png")));
 }
 
 // What was painted has reached the screen, and the pointer's hover has settled.
 void Gallery::shoot(const char *name)
 {
     const auto since = std::make_shared<QElapsedTimer>();
-    script.step(
+    script_.step(
         name, [] { return true; }, [since] { since->start(); });
-    script.step(
+    script_.step(
         name, [since] { return since->isValid() && since->elapsed() > 400; },
         [this, name] { save(QLatin1String(name)); });
 }
@@ -114,22 +114,22 @@ void Gallery::shoot(const char *name)
 void Gallery::plug(const char *devices)
 {
     const QStringList wanted = QString::fromLatin1(devices).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    for (const QString &device : qAsConst(plugged))
+    for (const QString &device : qAsConst(plugged_))
         if (!wanted.contains(device))
             order(QStringLiteral("unplug ") + device);
     for (const QString &device : wanted)
-        if (!plugged.contains(device))
+        if (!plugged_.contains(device))
             order(QStringLiteral("plug ") + device);
-    plugged = wanted;
+    plugged_ = wanted;
 }
 
 void Gallery::plugScene(const Scene &scene)
 {
     const auto count =
         std::size_t(QString::fromLatin1(scene.devices).split(QLatin1Char(' '), Qt::SkipEmptyParts).size());
-    script.step(
+    script_.step(
         scene.name, [] { return true; }, [this, scene] { plug(scene.devices); });
-    script.step(scene.name, [count] {
+    script_.step(scene.name, [count] {
         return AttachedDevices.size() == count && (count == 0) == !windows::visible(QStringLiteral("btn0"));
     });
 }
@@ -143,9 +143,9 @@ void Gallery::shootScene(const Scene &scene)
 // The hint for a node that a stock system would keep from the user, with an installed program.
 void Gallery::shootRightHint(const Scene &scene)
 {
-    const auto hint = [this] { return window.findChild<RightHint *>(); };
+    const auto hint = [this] { return window_.findChild<RightHint *>(); };
     plugScene(scene);
-    script.step(
+    script_.step(
         scene.name, [] { return true; },
         [hint] {
             setNodeProbe([](const QString &path) { return path.startsWith(QLatin1String("/dev/")); });
@@ -155,7 +155,7 @@ void Gallery::shootRightHint(const Scene &scene)
             emit PostMsg::instance()->SigUpDateButton(true);
         });
     shoot(scene.name);
-    script.step(
+    script_.step(
         scene.name, [] { return true; },
         [hint] {
             hint()->setNodes({});
@@ -167,33 +167,33 @@ void Gallery::shootRightHint(const Scene &scene)
 void Gallery::shootDevicePage(const Scene &scene, const QString &button, const std::function<void()> &more)
 {
     const QString plugName = QLatin1String(scene.devices);
-    script.step(
+    script_.step(
         scene.name, [] { return true; }, [this, scene] { plug(scene.devices); });
-    script.step(
+    script_.step(
         scene.name,
         [plugName] { return AttachedDevices.size() == 1 && windows::visible(windows::tileOf(plugName)); },
         [plugName] { windows::click(windows::tileOf(plugName)); });
-    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
-    script.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
-    script.step(
+    script_.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
+    script_.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
+    script_.step(
         "the page", [] { return true; }, [button] { windows::click(button); });
     shoot(scene.name);
     more();
-    script.step(
+    script_.step(
         "back", [] { return true; }, [] { windows::click(QStringLiteral("UpArrow")); });
-    script.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
+    script_.step("tiles", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
 }
 
 void Gallery::shootPanel(const char *opener, const char *name)
 {
-    script.step(
+    script_.step(
         name, [] { return true; },
         [opener] {
             windows::click(QStringLiteral("RightKey"));
             windows::click(QString::fromLatin1(opener));
         });
     shoot(name);
-    script.step(
+    script_.step(
         name, [] { return true; }, [] { windows::click(QStringLiteral("FunctionsBack")); });
 }
 
@@ -201,15 +201,15 @@ void Gallery::shootNotices()
 {
     for (const auto &row : Notices) {
         const auto notice = std::make_shared<std::unique_ptr<NoticeWindow>>();
-        script.step(
+        script_.step(
             row.first, [] { return true; },
             [this, notice, &row] {
                 *notice = row.second();
-                (*notice)->placeOver(&window);
+                (*notice)->placeOver(&window_);
                 (*notice)->show();
             });
         shoot(row.first);
-        script.step(
+        script_.step(
             row.first, [] { return true; }, [notice] { notice->reset(); });
     }
 }
@@ -240,12 +240,12 @@ QString Gallery::run()
             shootPanel(opener, name);
     });
     shootNotices();
-    script.step(
+    script_.step(
         "two alike", [] { return true; }, [this] { plug("r1 rtwin"); });
-    script.step("duplicate", [] { return windows::shown<QuestiondialogB>() != nullptr; });
+    script_.step("duplicate", [] { return windows::shown<QuestiondialogB>() != nullptr; });
     shoot("duplicate");
-    script.step(
+    script_.step(
         "end of the notice", [] { return true; },
         [] { windows::shown<QuestiondialogB>()->on_CloseButton_clicked(); });
-    return script.run();
+    return script_.run();
 }

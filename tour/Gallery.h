@@ -35,8 +35,8 @@ private:
     void shoot(const char *name);
     void save(const QString &name) const;
 
-    QWidget &window;
-    const QDir screens;
-    QStringList plugged;
-    Script script;
+    QWidget &window_;
+    const QDir screens_;
+    QStringList plugged_;
+    Script script_;
 };

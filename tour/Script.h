@@ -22,7 +22,7 @@ public:
 
     Script &step(const char *name, Condition ready, Action act = {})
     {
-        steps.push_back({name, std::move(ready), std::move(act)});
+        steps_.push_back({name, std::move(ready), std::move(act)});
         return *this;
     }
 
@@ -32,11 +32,11 @@ public:
     {
         QTimer ticker;
         connect(&ticker, &QTimer::timeout, this, [this, stepTimeoutMs] { tick(stepTimeoutMs); });
-        since.start();
+        since_.start();
         ticker.start(5);
-        if (!steps.empty())
-            loop.exec();
-        return failed;
+        if (!steps_.empty())
+            loop_.exec();
+        return failed_;
     }
 
 private:
@@ -48,22 +48,22 @@ private:
 
     void tick(int stepTimeoutMs)
     {
-        if (acting || steps.empty())
+        if (acting_ || steps_.empty())
             return;
-        if (steps.front().ready()) {
-            act(std::move(steps.front().act));
-            steps.pop_front();
-            since.restart();
-        } else if (since.elapsed() > stepTimeoutMs) {
-            failed = QString::fromLatin1(steps.front().name);
-            steps.clear();
+        if (steps_.front().ready()) {
+            act(std::move(steps_.front().act));
+            steps_.pop_front();
+            since_.restart();
+        } else if (since_.elapsed() > stepTimeoutMs) {
+            failed_ = QString::fromLatin1(steps_.front().name);
+            steps_.clear();
             giveUp();
         }
     }
     // A modal dialog that nobody will answer any more would keep run() from returning.
     void giveUp()
     {
-        loop.quit();
+        loop_.quit();
         if (QWidget *const modal = QApplication::activeModalWidget()) {
             modal->close();
             QTimer::singleShot(50, this, [this] { giveUp(); });
@@ -72,20 +72,20 @@ private:
     // The next step is looked at once this action has begun; it may not have returned by then.
     void act(Action action)
     {
-        acting = true;
-        const bool last = steps.size() == 1;
+        acting_ = true;
+        const bool last = steps_.size() == 1;
         QTimer::singleShot(0, this, [this, last, action = std::move(action)] {
-            acting = false;
+            acting_ = false;
             if (action)
                 action();
             if (last)
-                loop.quit();
+                loop_.quit();
         });
     }
 
-    std::deque<Step> steps;
-    QEventLoop loop;
-    QElapsedTimer since;
-    QString failed;
-    bool acting = false;
+    std::deque<Step> steps_;
+    QEventLoop loop_;
+    QElapsedTimer since_;
+    QString failed_;
+    bool acting_ = false;
 };

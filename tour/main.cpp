@@ -30,7 +30,7 @@ namespace
 class Tour
 {
 public:
-    Tour(const QWidget &shown, const QString &folder) : window(shown), screens(folder)
+    Tour(const QWidget &shown, const QString &folder) : window_(shown), screens_(folder)
     {
         QDir().mkpath(folder);
     }
@@ -49,10 +49,10 @@ private:
     static bool flashByteIs(const char *value);
     static bool pageIsFed() { return DataLoaded && !windows::shown<UpDataParam>(); }
 
-    const QWidget &window;
-    const QDir screens;
-    int pictures = 0;
-    Script script;
+    const QWidget &window_;
+    const QDir screens_;
+    int pictures_ = 0;
+    Script script_;
 };
 
 // The windows are drawn before the picture is taken, and the pointer's hover has settled.
@@ -60,16 +60,16 @@ void Tour::shoot(const char *name)
 {
     const auto settled = std::make_shared<QElapsedTimer>();
     settled->start();
-    script.step(
+    script_.step(
         name, [settled] { return settled->isValid() && settled->elapsed() > 0; },
         [settled] { settled->restart(); });
-    script.step(
+    script_.step(
         name, [settled] { return settled->elapsed() > 400; },
         [this, name] {
-            const QString file = screens.filePath(QStringLiteral("%1-%2.png")
-                                                      .arg(++pictures, 2, 10, QLatin1Char('0'))
-                                                      .arg(QLatin1String(name)));
-            const QRect area = window.frameGeometry(); // with what stands in front of it
+            const QString file = screens_.filePath(QStringLiteral("%1-%2.png")
+                                                       .arg(++pictures_, 2, 10, QLatin1Char('0'))
+                                                       .arg(QLatin1String(name)));
+            const QRect area = window_.frameGeometry(); // with what stands in front of it
             QGuiApplication::primaryScreen()
                 ->grabWindow(0, area.x(), area.y(), area.width(), area.height())
                 .save(file);
@@ -80,7 +80,7 @@ void Tour::shoot(const char *name)
 
 void Tour::click(const char *name, const QString &button, Script::Condition ready)
 {
-    script.step(name, std::move(ready), [button] { windows::click(button); });
+    script_.step(name, std::move(ready), [button] { windows::click(button); });
 }
 
 std::string Tour::order(const std::string &line)
@@ -98,17 +98,17 @@ void Tour::enterDevice()
     const auto tilesAreThere = [] {
         return AttachedDevices.size() == 4 && windows::visible(QStringLiteral("btn0"));
     };
-    script.step("tiles", tilesAreThere);
+    script_.step("tiles", tilesAreThere);
     shoot("selection");
     click("second page of tiles", QStringLiteral("RightButton"), tilesAreThere);
     shoot("selection-second-page");
     click("first page of tiles", QStringLiteral("LeftButton"), [] { return true; });
-    script.step(
+    script_.step(
         "click on a tile", [] { return windows::visible(windows::tileOf(QStringLiteral("rx1k"))); },
         [] { windows::click(windows::tileOf(QStringLiteral("rx1k"))); });
-    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
+    script_.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
     shoot("loading");
-    script.step("loaded device page", pageIsFed);
+    script_.step("loaded device page", pageIsFed);
     shoot("device");
 }
 
@@ -117,35 +117,35 @@ void Tour::editRate()
     click("sensor page", QStringLiteral("SensorButton"), [] { return true; });
     click("click on 500 Hz", QStringLiteral("Button500HZ"),
           [] { return windows::isChecked(QStringLiteral("Button1000HZ")); });
-    script.step("500 Hz in the flash", [] { return flashByteIs("02"); });
+    script_.step("500 Hz in the flash", [] { return flashByteIs("02"); });
     shoot("rate-500");
     click("click on 1000 Hz", QStringLiteral("Button1000HZ"), [] { return true; });
-    script.step("1000 Hz in the flash", [] { return flashByteIs("01"); });
+    script_.step("1000 Hz in the flash", [] { return flashByteIs("01"); });
     shoot("rate-1000");
 }
 
 void Tour::loseMouse()
 {
-    script.step(
+    script_.step(
         "radio off", [] { return true; }, [] { order("radio mouse1 off"); });
     click("click with the radio off", QStringLiteral("Button250HZ"), [] { return true; });
-    script.step("off-line notice", [] { return windows::shown<MouseOffLine>() != nullptr; });
-    script.step("old button", [] { return windows::isChecked(QStringLiteral("Button1000HZ")); });
-    script.step("old byte in the flash", [] { return flashByteIs("01"); });
+    script_.step("off-line notice", [] { return windows::shown<MouseOffLine>() != nullptr; });
+    script_.step("old button", [] { return windows::isChecked(QStringLiteral("Button1000HZ")); });
+    script_.step("old byte in the flash", [] { return flashByteIs("01"); });
     shoot("offline");
-    script.step(
+    script_.step(
         "radio on", [] { return true; }, [] { order("radio mouse1 on"); });
-    script.step("notice closes by itself", [] { return !windows::shown<MouseOffLine>(); });
-    script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
+    script_.step("notice closes by itself", [] { return !windows::shown<MouseOffLine>(); });
+    script_.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
     shoot("loading-again");
-    script.step("read anew", pageIsFed);
+    script_.step("read anew", pageIsFed);
     shoot("online-again");
 }
 
 void Tour::goBack()
 {
     click("back to the tiles", QStringLiteral("UpArrow"), [] { return true; });
-    script.step("tiles again", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
+    script_.step("tiles again", [] { return windows::visible(QStringLiteral("btn0")) != nullptr; });
     shoot("selection-again");
 }
 
@@ -155,7 +155,7 @@ QString Tour::run()
     editRate();
     loseMouse();
     goBack();
-    return script.run();
+    return script_.run();
 }
 
 } // namespace

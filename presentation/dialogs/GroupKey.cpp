@@ -30,38 +30,38 @@ void GroupKey::UpdateCapslockTip(int keyCode, bool downOrUp, bool)
     if (!downOrUp)
         return;
     beginOrExpire();
-    if (keyCode == LastGroupKey)
+    if (keyCode == LastGroupKey_)
         return;
-    LastGroupKey = keyCode;
+    LastGroupKey_ = keyCode;
     add(keyCode, GroupKeyNameFromVirtualKey(keyCode));
 }
 
 // The time counts from the first key of an entry, not from the last one.
 void GroupKey::beginOrExpire()
 {
-    if (!FirstGroupKey && entryAge() <= EntryLimitMs)
+    if (!FirstGroupKey_ && entryAge() <= EntryLimitMs)
         return;
-    if (!FirstGroupKey) {
+    if (!FirstGroupKey_) {
         ui->lineEdit->clear();
-        LastGroupKey = -1;
+        LastGroupKey_ = -1;
     }
-    FirstGroupKey = false;
-    GroupTimer.start();
+    FirstGroupKey_ = false;
+    GroupTimer_.start();
 }
 
 // A fourth key starts over. A name that is a part of what stands there is taken for a repetition.
 void GroupKey::add(int keyCode, const QString &name)
 {
     const QString text = ui->lineEdit->text();
-    PlusCount = text.count(Plus);
-    if (PlusCount == KeyLimit - 1) {
-        PlusCount = 0;
-        LastGroupKey = keyCode;
+    PlusCount_ = text.count(Plus);
+    if (PlusCount_ == KeyLimit - 1) {
+        PlusCount_ = 0;
+        LastGroupKey_ = keyCode;
         ui->lineEdit->setText(name);
     } else if (!text.contains(name)) {
         ui->lineEdit->setText(text.isEmpty() ? name : text + Plus + name);
-        if (PlusCount == 1)
-            LastGroupKey = -1;
+        if (PlusCount_ == 1)
+            LastGroupKey_ = -1;
     }
 }
 
@@ -83,11 +83,11 @@ void GroupKey::on_NewHong_clicked()
     const int count = checked.size() + (keys.isEmpty() ? 0 : keys.count(Plus) + 1);
     if (count > KeyLimit) {
         GroupMaxThree().openOver(this, NoticeOffset);
-        PlusCount = 0;
-        LastGroupKey = -1;
+        PlusCount_ = 0;
+        LastGroupKey_ = -1;
         ui->lineEdit->clear();
         return;
     }
-    combination = (keys.isEmpty() ? checked : checked + QStringList(keys)).join(Plus);
+    combination_ = (keys.isEmpty() ? checked : checked + QStringList(keys)).join(Plus);
     KeyDialog::on_NewHong_clicked();
 }

@@ -24,7 +24,7 @@ public:
     ~GroupKey() override;
 
     // Names joined with "+"; empty when nothing was chosen.
-    QString text() const { return combination; }
+    QString text() const { return combination_; }
 
 public slots:
     void UpdateCapslockTip(int keyCode, bool downOrUp, bool aotu) override;
@@ -35,7 +35,7 @@ public:
 
 protected:
     // Milliseconds since the entry was begun.
-    virtual qint64 entryAge() const { return GroupTimer.elapsed(); }
+    virtual qint64 entryAge() const { return GroupTimer_.elapsed(); }
 
 private:
     void beginOrExpire();
@@ -43,9 +43,9 @@ private:
     QStringList modifiers() const;
 
     std::unique_ptr<Ui::GroupKey> ui;
-    QString combination;
-    int LastGroupKey = -1;
-    int PlusCount = 0;
-    bool FirstGroupKey = true;
-    QElapsedTimer GroupTimer;
+    QString combination_;
+    int LastGroupKey_ = -1;
+    int PlusCount_ = 0;
+    bool FirstGroupKey_ = true;
+    QElapsedTimer GroupTimer_;
 };

@@ -36,19 +36,19 @@ QString textOf(const QWidget *widget) { return widget->property("text").toString
 
 } // namespace
 
-InputDialog::InputDialog(std::vector<FormText> formTexts) : texts(std::move(formTexts))
+InputDialog::InputDialog(std::vector<FormText> formTexts) : texts_(std::move(formTexts))
 {
-    texts.insert(texts.end(), std::begin(Buttons), std::end(Buttons));
+    texts_.insert(texts_.end(), std::begin(Buttons), std::end(Buttons));
 }
 
 void InputDialog::finishForm()
 {
     becomeNotice();
-    for (const FormText &text : texts)
-        defaults += textOf(named(this, text.widget));
-    footer = new QLabel(findChild<QFrame *>(QString(), Qt::FindDirectChildrenOnly));
-    footer->setGeometry(FooterPlace);
-    footer->lower();
+    for (const FormText &text : texts_)
+        defaults_ += textOf(named(this, text.widget));
+    footer_ = new QLabel(findChild<QFrame *>(QString(), Qt::FindDirectChildrenOnly));
+    footer_->setGeometry(FooterPlace);
+    footer_->lower();
     onFirstShow(this, [this] { dress(); });
     connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
     SlotAllLanguage(storedLanguage(UserStore::instance()));
@@ -70,7 +70,7 @@ void InputDialog::dress()
     named(this, "CloseButton")->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
     for (auto *label : findChildren<QLabel *>())
         label->setStyleSheet(style::label(inkColor));
-    footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
+    footer_->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
     for (auto *box : findChildren<QCheckBox *>())
         box->setStyleSheet(style::checkBox(folder, inkColor));
     for (auto *box : findChildren<QSpinBox *>())
@@ -83,14 +83,14 @@ void InputDialog::dress()
 
 void InputDialog::SlotAllLanguage(int index)
 {
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        QWidget *widget = named(this, texts[i].widget);
-        const QString text = language::text(texts[i].section, texts[i].key, index);
-        widget->setProperty("text", text.isEmpty() ? defaults[int(i)] : text);
+    for (std::size_t i = 0; i < texts_.size(); ++i) {
+        QWidget *widget = named(this, texts_[i].widget);
+        const QString text = language::text(texts_[i].section, texts_[i].key, index);
+        widget->setProperty("text", text.isEmpty() ? defaults_[int(i)] : text);
         if (const auto *label = qobject_cast<QLabel *>(widget); label && label->buddy())
             label->buddy()->setAccessibleName(label->text());
     }
-    setAccessibleName(textOf(named(this, texts.front().widget)));
+    setAccessibleName(textOf(named(this, texts_.front().widget)));
 }
 
 void InputDialog::on_NewHong_clicked() { accept(); }

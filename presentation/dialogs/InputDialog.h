@@ -46,9 +46,9 @@ protected:
 private:
     void dress();
 
-    std::vector<FormText> texts;
-    QStringList defaults; // of each
-    QLabel *footer = nullptr;
+    std::vector<FormText> texts_;
+    QStringList defaults_; // of each
+    QLabel *footer_ = nullptr;
 };
 
 // How far from the middle of its page a dialog stands.

@@ -16,7 +16,7 @@ constexpr int RightShift = 0xA1;
 } // namespace
 
 KeyDialog::KeyDialog(std::vector<FormText> texts)
-    : InputDialog(std::move(texts)), source(KeySource::AltKeys::Unknown)
+    : InputDialog(std::move(texts)), source_(KeySource::AltKeys::Unknown)
 {
 }
 
@@ -24,11 +24,11 @@ void KeyDialog::finishKeyForm()
 {
     finishForm();
     findChild<KeyField *>()->setFocus();
-    connect(&source, &KeySource::keyEvent, this, &KeyDialog::take);
+    connect(&source_, &KeySource::keyEvent, this, &KeyDialog::take);
     // The source ends before the window does, which gives the focus away while it is destroyed.
-    connect(qApp, &QApplication::focusChanged, &source,
+    connect(qApp, &QApplication::focusChanged, &source_,
             [this](const QWidget *, const QWidget *focused) { follow(focused); });
-    source.start();
+    source_.start();
 }
 
 // A notice in front of the dialog, or another program, leaves it as it is.
@@ -37,16 +37,16 @@ void KeyDialog::follow(const QWidget *focused)
     if (!isVisible() || !focused || focused->window() != this)
         return;
     if (qobject_cast<const KeyField *>(focused))
-        source.start();
+        source_.start();
     else
-        source.stop();
+        source_.stop();
 }
 
 void KeyDialog::take(int keyCode, bool downOrUp, bool aotu)
 {
     if (keyCode == LeftShift || keyCode == RightShift)
-        shiftHeld = downOrUp;
-    if (keyCode == Tab && shiftHeld)
+        shiftHeld_ = downOrUp;
+    if (keyCode == Tab && shiftHeld_)
         fieldLeft();
     else
         UpdateCapslockTip(keyCode, downOrUp, aotu);
@@ -59,6 +59,6 @@ void KeyDialog::on_lineEdit_textEdited(const QString &arg1)
 
 void KeyDialog::done(int result)
 {
-    source.stop();
+    source_.stop();
     InputDialog::done(result);
 }

@@ -31,6 +31,6 @@ private:
     void take(int keyCode, bool downOrUp, bool aotu);
     void follow(const QWidget *focused);
 
-    KeySource source;
-    bool shiftHeld = false;
+    KeySource source_;
+    bool shiftHeld_ = false;
 };

@@ -17,14 +17,14 @@ addKey::~addKey() = default;
 void addKey::UpdateCapslockTip(int keyCode, bool, bool)
 {
     const std::optional<QString> touched = KeyNameFromVirtualKey(keyCode);
-    if (!touched || *touched == name)
+    if (!touched || *touched == name_)
         return;
-    before = std::exchange(name, *touched);
-    ui->lineEdit->setText(name);
+    before_ = std::exchange(name_, *touched);
+    ui->lineEdit->setText(name_);
 }
 
 void addKey::fieldLeft()
 {
-    name = before;
-    ui->lineEdit->setText(name);
+    name_ = before_;
+    ui->lineEdit->setText(name_);
 }

@@ -22,7 +22,7 @@ public:
     ~addKey() override;
 
     // Empty when no key was touched.
-    QString keyName() const { return name; }
+    QString keyName() const { return name_; }
 
 public slots:
     void UpdateCapslockTip(int keyCode, bool downOrUp, bool aotu) override;
@@ -32,6 +32,6 @@ protected:
 
 private:
     std::unique_ptr<Ui::addKey> ui;
-    QString name;
-    QString before; // the name in front of it
+    QString name_;
+    QString before_; // the name in front of it
 };

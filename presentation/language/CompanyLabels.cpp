@@ -15,50 +15,50 @@ constexpr const char *CompanyElements[] = {"CompanyName", "CompanyNameCn", "Comp
 class LabelReader
 {
 public:
-    explicit LabelReader(const QByteArray &xml) : m_xml(xml) {}
+    explicit LabelReader(const QByteArray &xml) : xml_(xml) {}
 
     QStringList read(QString *error)
     {
-        while (!m_xml.atEnd()) {
-            const QXmlStreamReader::TokenType token = m_xml.readNext();
+        while (!xml_.atEnd()) {
+            const QXmlStreamReader::TokenType token = xml_.readNext();
             if (token == QXmlStreamReader::StartElement)
                 startElement();
             else if (token == QXmlStreamReader::EndElement)
-                --m_depth;
+                --depth_;
         }
         if (error != nullptr)
-            *error = m_xml.errorString();
-        return m_xml.hasError() ? QStringList() : m_labels;
+            *error = xml_.errorString();
+        return xml_.hasError() ? QStringList() : labels_;
     }
 
 private:
     void startElement()
     {
-        ++m_depth;
-        if (m_depth == 1 && m_xml.name() != QLatin1String("Profile"))
-            m_xml.raiseError(QStringLiteral("Not a labels file"));
-        else if (m_depth > MaxDepth)
-            m_xml.raiseError(QStringLiteral("Nested too deep"));
-        else if (m_depth == 2)
-            m_inEnglish = m_xml.name() == QLatin1String("English");
-        else if (m_depth == 3 && m_inEnglish && isCompanyElement())
+        ++depth_;
+        if (depth_ == 1 && xml_.name() != QLatin1String("Profile"))
+            xml_.raiseError(QStringLiteral("Not a labels file"));
+        else if (depth_ > MaxDepth)
+            xml_.raiseError(QStringLiteral("Nested too deep"));
+        else if (depth_ == 2)
+            inEnglish_ = xml_.name() == QLatin1String("English");
+        else if (depth_ == 3 && inEnglish_ && isCompanyElement())
             takeLabel();
     }
     bool isCompanyElement() const
     {
         return std::any_of(std::begin(CompanyElements), std::end(CompanyElements),
-                           [this](const char *name) { return m_xml.name() == QLatin1String(name); });
+                           [this](const char *name) { return xml_.name() == QLatin1String(name); });
     }
     void takeLabel()
     {
-        m_labels << m_xml.readElementText(); // takes the end of the element along
-        --m_depth;
+        labels_ << xml_.readElementText(); // takes the end of the element along
+        --depth_;
     }
 
-    QXmlStreamReader m_xml;
-    QStringList m_labels;
-    int m_depth = 0;
-    bool m_inEnglish = false;
+    QXmlStreamReader xml_;
+    QStringList labels_;
+    int depth_ = 0;
+    bool inEnglish_ = false;
 };
 
 } // namespace

@@ -11,24 +11,24 @@ namespace
 class Parser
 {
 public:
-    Parser(const QString &json, int maxDepth) : m_json(json), m_depthLeft(maxDepth) {}
+    Parser(const QString &json, int maxDepth) : json_(json), depthLeft_(maxDepth) {}
 
-    bool document(JsonValue *value) { return this->value(value) && m_at == m_json.size(); }
+    bool document(JsonValue *value) { return this->value(value) && at_ == json_.size(); }
 
 private:
-    QChar peek() const { return m_at < m_json.size() ? m_json.at(m_at) : QChar(); }
+    QChar peek() const { return at_ < json_.size() ? json_.at(at_) : QChar(); }
     bool take(char mark)
     {
-        if (m_at == m_json.size() || peek() != QLatin1Char(mark))
+        if (at_ == json_.size() || peek() != QLatin1Char(mark))
             return false;
-        ++m_at;
+        ++at_;
         return true;
     }
     bool takeWord(const char *word)
     {
         const QLatin1String text(word);
-        const bool found = m_json.midRef(m_at, text.size()) == text;
-        m_at += found ? text.size() : 0;
+        const bool found = json_.midRef(at_, text.size()) == text;
+        at_ += found ? text.size() : 0;
         return found;
     }
     void skipBlanks()
@@ -73,8 +73,8 @@ private:
     // The parts between two brackets, with commas between them.
     template <typename Part> bool nested(char end, Part part)
     {
-        ++m_at;
-        if (m_depthLeft-- == 0)
+        ++at_;
+        if (depthLeft_-- == 0)
             return false;
         if (!takeMark(end)) {
             do {
@@ -84,7 +84,7 @@ private:
             if (!take(end))
                 return false;
         }
-        ++m_depthLeft;
+        ++depthLeft_;
         return true;
     }
     bool member(JsonValue *object)
@@ -97,9 +97,9 @@ private:
     {
         if (!take('"'))
             return false;
-        while (m_at < m_json.size() && peek() != QLatin1Char('"')) {
+        while (at_ < json_.size() && peek() != QLatin1Char('"')) {
             if (!take('\\'))
-                *text += m_json.at(m_at++);
+                *text += json_.at(at_++);
             else if (!escape(text))
                 return false;
         }
@@ -111,31 +111,31 @@ private:
         static const QString values = QStringLiteral("\"\\/\b\f\n\r\t");
         if (take('u'))
             return fourDigits(text);
-        const int known = m_at < m_json.size() ? letters.indexOf(peek()) : -1;
+        const int known = at_ < json_.size() ? letters.indexOf(peek()) : -1;
         if (known >= 0)
             *text += values.at(known);
-        ++m_at;
+        ++at_;
         return known >= 0;
     }
     bool fourDigits(QString *text)
     {
-        const QString digits = m_json.mid(m_at, 4);
+        const QString digits = json_.mid(at_, 4);
         bool isNumber = digits.size() == 4 && digits.at(0).isLetterOrNumber(); // no sign, no blank
         const ushort character = isNumber ? digits.toUShort(&isNumber, 16) : 0;
         *text += QChar(character);
-        m_at += 4;
+        at_ += 4;
         return isNumber;
     }
     bool digits()
     {
-        const int start = m_at;
+        const int start = at_;
         while (peek() >= QLatin1Char('0') && peek() <= QLatin1Char('9'))
-            ++m_at;
-        return m_at > start;
+            ++at_;
+        return at_ > start;
     }
     bool number(JsonValue *value)
     {
-        const int start = m_at;
+        const int start = at_;
         take('-');
         if (!take('0') && !digits())
             return false;
@@ -148,13 +148,13 @@ private:
                 return false;
         }
         value->kind = JsonValue::Kind::Number;
-        value->text = QString::number(m_json.midRef(start, m_at - start).toDouble(), 'g', 15);
+        value->text = QString::number(json_.midRef(start, at_ - start).toDouble(), 'g', 15);
         return true;
     }
 
-    const QString &m_json;
-    int m_at = 0;
-    int m_depthLeft;
+    const QString &json_;
+    int at_ = 0;
+    int depthLeft_;
 };
 
 } // namespace

@@ -15,7 +15,7 @@ constexpr int MaxDepth = 64; // of objects and arrays; a language file has five
 class Walker
 {
 public:
-    explicit Walker(LanguageFile *file) : m_file(file) {}
+    explicit Walker(LanguageFile *file) : file_(file) {}
 
     void walk(const QString &name, const JsonValue &value)
     {
@@ -34,26 +34,26 @@ private:
     void enter(const QString &name)
     {
         if (name == QLatin1String("keyboard"))
-            m_word = Word::Keyboard;
+            word_ = Word::Keyboard;
         else if (name == QLatin1String("mouse"))
-            m_word = Word::Mouse;
+            word_ = Word::Mouse;
         for (std::size_t i = 0; i < Sections.size(); ++i) {
             if (name == QLatin1String(Sections[i].name))
-                m_section = int(i);
+                section_ = int(i);
         }
     }
     void takeText(const QString &name, const QString &text)
     {
-        if (text.isEmpty() || m_section < 0)
+        if (text.isEmpty() || section_ < 0)
             return;
-        if (m_word == Word::Mouse || Sections[std::size_t(m_section)].forKeyboard)
-            m_file->texts[std::size_t(m_word)][std::size_t(m_section)].insert(name, text);
+        if (word_ == Word::Mouse || Sections[std::size_t(section_)].forKeyboard)
+            file_->texts[std::size_t(word_)][std::size_t(section_)].insert(name, text);
     }
     void takeChoices(const QString &name, const JsonValue &elements)
     {
         for (std::size_t i = 0; i < Choices.size(); ++i) {
-            if (Choices[i].word == m_word && name == QLatin1String(Choices[i].name))
-                takeElements(Choices[i], elements, &m_file->choices[i]);
+            if (Choices[i].word == word_ && name == QLatin1String(Choices[i].name))
+                takeElements(Choices[i], elements, &file_->choices[i]);
         }
     }
     static void takeElements(const ChoiceRow &row, const JsonValue &elements, Texts *table)
@@ -69,9 +69,9 @@ private:
         }
     }
 
-    LanguageFile *m_file;
-    Word m_word = Word::Keyboard;
-    int m_section = -1; // none yet
+    LanguageFile *file_;
+    Word word_ = Word::Keyboard;
+    int section_ = -1; // none yet
 };
 
 } // namespace

@@ -53,55 +53,55 @@ CurvePlotWidget::CurvePlotWidget(QWidget *parent) : QWidget(parent)
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_MouseTracking);
     for (int i = 0; i < PointCount; ++i)
-        Points << QPointF(i * (XMax - XMin) / (PointCount - 1) + XMin,
-                          QRandomGenerator::global()->bounded(50) + 10);
+        Points_ << QPointF(i * (XMax_ - XMin_) / (PointCount - 1) + XMin_,
+                           QRandomGenerator::global()->bounded(50) + 10);
 }
 
 void CurvePlotWidget::setEditable(bool editable)
 {
-    Editable = editable;
+    Editable_ = editable;
     if (!editable)
-        DragIndex = -1;
+        DragIndex_ = -1;
     update();
 }
 
 void CurvePlotWidget::setPoints(const QVector<QPointF> &points)
 {
-    Points = points;
-    DragIndex = HoverIndex = -1;
+    Points_ = points;
+    DragIndex_ = HoverIndex_ = -1;
     update();
 }
 
 // ---- Coordinates ----------------------------------------------------------------------------------
 
 // At least a pixel, so that a widget smaller than its margins still has coordinates.
-double CurvePlotWidget::plotWidth() const { return qMax(1, width() - 2 * Margin); }
-double CurvePlotWidget::plotHeight() const { return qMax(1, height() - 2 * Margin); }
+double CurvePlotWidget::plotWidth() const { return qMax(1, width() - 2 * Margin_); }
+double CurvePlotWidget::plotHeight() const { return qMax(1, height() - 2 * Margin_); }
 
 QPointF CurvePlotWidget::toPixel(const QPointF &data) const
 {
-    return {(data.x() - XMin) * plotWidth() / (XMax - XMin) + Margin,
-            (height() - Margin) - (data.y() - YMin) * plotHeight() / (YMax - YMin)};
+    return {(data.x() - XMin_) * plotWidth() / (XMax_ - XMin_) + Margin_,
+            (height() - Margin_) - (data.y() - YMin_) * plotHeight() / (YMax_ - YMin_)};
 }
 
 QPointF CurvePlotWidget::toData(const QPointF &pixel) const
 {
-    return {(pixel.x() - Margin) * (XMax - XMin) / plotWidth() + XMin,
-            YMax - (pixel.y() - Margin) * (YMax - YMin) / plotHeight()};
+    return {(pixel.x() - Margin_) * (XMax_ - XMin_) / plotWidth() + XMin_,
+            YMax_ - (pixel.y() - Margin_) * (YMax_ - YMin_) / plotHeight()};
 }
 
 QPainterPath CurvePlotWidget::path() const
 {
     QPainterPath spline;
-    const int count = Points.size();
+    const int count = Points_.size();
     if (count < 2)
         return spline;
-    spline.moveTo(toPixel(Points[0]));
+    spline.moveTo(toPixel(Points_[0]));
     for (int i = 0; i + 1 < count; ++i) {
-        const QPointF p0 = toPixel(Points[qMax(i - 1, 0)]);
-        const QPointF p1 = toPixel(Points[i]);
-        const QPointF p2 = toPixel(Points[i + 1]);
-        const QPointF p3 = toPixel(Points[qMin(i + 2, count - 1)]);
+        const QPointF p0 = toPixel(Points_[qMax(i - 1, 0)]);
+        const QPointF p1 = toPixel(Points_[i]);
+        const QPointF p2 = toPixel(Points_[i + 1]);
+        const QPointF p3 = toPixel(Points_[qMin(i + 2, count - 1)]);
         spline.cubicTo(p1 + (p2 - p0) / 6, p2 - (p3 - p1) / 6, p2);
     }
     return spline;
@@ -123,26 +123,26 @@ void CurvePlotWidget::paintEvent(QPaintEvent *)
 void CurvePlotWidget::drawGrid(QPainter &painter) const
 {
     painter.setPen(QPen(GridColor, 1, Qt::DashLine));
-    for (const double x : XTicks)
-        painter.drawLine(toPixel({x, YMin}), toPixel({x, YMax}));
-    for (const double y : YTicks)
-        painter.drawLine(toPixel({XMin, y}), toPixel({XMax, y}));
+    for (const double x : XTicks_)
+        painter.drawLine(toPixel({x, YMin_}), toPixel({x, YMax_}));
+    for (const double y : YTicks_)
+        painter.drawLine(toPixel({XMin_, y}), toPixel({XMax_, y}));
 }
 
 void CurvePlotWidget::drawAxes(QPainter &painter) const
 {
     painter.setPen(Qt::white);
-    painter.drawLine(toPixel({XMin, YMin}), toPixel({XMax, YMin}));
-    painter.drawLine(toPixel({XMin, YMin}), toPixel({XMin, YMax}));
-    for (const double x : XTicks) {
-        const QPointF at = toPixel({x, YMin});
+    painter.drawLine(toPixel({XMin_, YMin_}), toPixel({XMax_, YMin_}));
+    painter.drawLine(toPixel({XMin_, YMin_}), toPixel({XMin_, YMax_}));
+    for (const double x : XTicks_) {
+        const QPointF at = toPixel({x, YMin_});
         painter.drawLine(at, at + QPointF(0, TickLength));
         painter.drawText(
             QRectF(at.x() - LabelWidth / 2, at.y() + TickLength + LabelGap, LabelWidth, LabelHeight),
             Qt::AlignHCenter | Qt::AlignTop, QString::number(int(x)));
     }
-    for (const double y : YTicks) {
-        const QPointF at = toPixel({XMin, y});
+    for (const double y : YTicks_) {
+        const QPointF at = toPixel({XMin_, y});
         painter.drawLine(at, at - QPointF(TickLength, 0));
         painter.drawText(QRectF(at.x() - TickLength - LabelGap - LabelWidth, at.y() - LabelHeight / 2,
                                 LabelWidth, LabelHeight),
@@ -153,9 +153,9 @@ void CurvePlotWidget::drawAxes(QPainter &painter) const
 void CurvePlotWidget::drawPoints(QPainter &painter) const
 {
     painter.setBrush(Qt::yellow);
-    for (int i = 0; i < Points.size(); ++i) {
-        painter.setPen(i == DragIndex ? QPen(Qt::white, 3) : QPen(Qt::black, 1));
-        painter.drawEllipse(toPixel(Points[i]), DotRadius, DotRadius);
+    for (int i = 0; i < Points_.size(); ++i) {
+        painter.setPen(i == DragIndex_ ? QPen(Qt::white, 3) : QPen(Qt::black, 1));
+        painter.drawEllipse(toPixel(Points_[i]), DotRadius, DotRadius);
     }
 }
 
@@ -166,21 +166,22 @@ void CurvePlotWidget::drawValues(QPainter &painter) const
     QFont font = painter.font();
     font.setPointSize(BoxPointSize);
     painter.setFont(font);
-    if (DragIndex >= 0) {
-        const QString text = valueText("X: %1, Y: %2", Points[DragIndex]);
-        drawBox(painter, text, text, toPixel(Points[DragIndex]), Qt::AlignCenter);
+    if (DragIndex_ >= 0) {
+        const QString text = valueText("X: %1, Y: %2", Points_[DragIndex_]);
+        drawBox(painter, text, text, toPixel(Points_[DragIndex_]), Qt::AlignCenter);
     }
-    if (HoverIndex >= 0)
-        drawBox(painter, QStringLiteral("aaaaaaaaaaaaaa"), valueText("X: %1\nY: %2", Points[HoverIndex]),
-                toPixel(Points[HoverIndex]), Qt::AlignLeft | Qt::AlignVCenter);
+    if (HoverIndex_ >= 0)
+        drawBox(painter, QStringLiteral("aaaaaaaaaaaaaa"), valueText("X: %1\nY: %2", Points_[HoverIndex_]),
+                toPixel(Points_[HoverIndex_]), Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 // ---- Pointer --------------------------------------------------------------------------------------
 
 int CurvePlotWidget::pointNear(const QPointF &data, double radius) const
 {
-    for (int i = 0; i < Points.size(); ++i) {
-        const double distance = qSqrt(qPow(Points[i].x() - data.x(), 2) + qPow(Points[i].y() - data.y(), 2));
+    for (int i = 0; i < Points_.size(); ++i) {
+        const double distance =
+            qSqrt(qPow(Points_[i].x() - data.x(), 2) + qPow(Points_[i].y() - data.y(), 2));
         qDebug() << distance;
         if (distance < radius)
             return i;
@@ -190,9 +191,9 @@ int CurvePlotWidget::pointNear(const QPointF &data, double radius) const
 
 void CurvePlotWidget::mousePressEvent(QMouseEvent *event)
 {
-    if (Editable && event->button() == Qt::LeftButton) {
-        DragIndex = pointNear(toData(event->localPos()), GrabRadius);
-        if (DragIndex >= 0) {
+    if (Editable_ && event->button() == Qt::LeftButton) {
+        DragIndex_ = pointNear(toData(event->localPos()), GrabRadius);
+        if (DragIndex_ >= 0) {
             setCursor(Qt::ClosedHandCursor);
             update();
             return;
@@ -205,12 +206,12 @@ void CurvePlotWidget::mousePressEvent(QMouseEvent *event)
 void CurvePlotWidget::mouseMoveEvent(QMouseEvent *event)
 {
     const QPointF data = toData(event->localPos());
-    if (Editable && DragIndex >= 0) {
+    if (Editable_ && DragIndex_ >= 0) {
         dragTo(data);
         return;
     }
     hoverAt(data);
-    if (HoverIndex >= 0)
+    if (HoverIndex_ >= 0)
         return;
     setCursor(Qt::ArrowCursor);
     QWidget::mouseMoveEvent(event);
@@ -218,22 +219,22 @@ void CurvePlotWidget::mouseMoveEvent(QMouseEvent *event)
 
 void CurvePlotWidget::dragTo(const QPointF &data)
 {
-    Points[DragIndex] = {qBound(XMin, data.x(), XMax), qBound(YMin, data.y(), YMax)};
+    Points_[DragIndex_] = {qBound(XMin_, data.x(), XMax_), qBound(YMin_, data.y(), YMax_)};
     update();
 }
 
 void CurvePlotWidget::hoverAt(const QPointF &data)
 {
-    const int before = HoverIndex;
-    HoverIndex = pointNear(data, HoverRadius);
-    if (HoverIndex >= 0 || HoverIndex != before)
+    const int before = HoverIndex_;
+    HoverIndex_ = pointNear(data, HoverRadius);
+    if (HoverIndex_ >= 0 || HoverIndex_ != before)
         update();
 }
 
 void CurvePlotWidget::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (DragIndex >= 0) {
-        DragIndex = -1;
+    if (DragIndex_ >= 0) {
+        DragIndex_ = -1;
         setCursor(Qt::ArrowCursor);
         update();
     }

@@ -17,13 +17,13 @@ class CurvePlotWidget : public QWidget
 public:
     explicit CurvePlotWidget(QWidget *parent = nullptr);
 
-    bool isEditable() const { return Editable; }
+    bool isEditable() const { return Editable_; }
     void setEditable(bool editable);
-    const QVector<QPointF> &points() const { return Points; }
+    const QVector<QPointF> &points() const { return Points_; }
     void setPoints(const QVector<QPointF> &points);
     // Index of the point, or -1.
-    int dragIndex() const { return DragIndex; }
-    int hoverIndex() const { return HoverIndex; }
+    int dragIndex() const { return DragIndex_; }
+    int hoverIndex() const { return HoverIndex_; }
 
     QPointF toPixel(const QPointF &data) const;
     QPointF toData(const QPointF &pixel) const;
@@ -47,13 +47,13 @@ private:
     void drawPoints(QPainter &painter) const;
     void drawValues(QPainter &painter) const;
 
-    bool Editable = false;
-    QVector<QPointF> Points;
-    int DragIndex = -1;
-    double XMin = 0, XMax = 7000;
-    double YMin = 0, YMax = 70;
-    QVector<double> XTicks{0, 500, 1000, 2000, 3000, 4000, 5000, 6000, 7000};
-    QVector<double> YTicks{0, 5, 10, 20, 30, 40, 50, 60, 70};
-    int Margin = 80;
-    int HoverIndex = -1;
+    bool Editable_ = false;
+    QVector<QPointF> Points_;
+    int DragIndex_ = -1;
+    double XMin_ = 0, XMax_ = 7000;
+    double YMin_ = 0, YMax_ = 70;
+    QVector<double> XTicks_{0, 500, 1000, 2000, 3000, 4000, 5000, 6000, 7000};
+    QVector<double> YTicks_{0, 5, 10, 20, 30, 40, 50, 60, 70};
+    int Margin_ = 80;
+    int HoverIndex_ = -1;
 };

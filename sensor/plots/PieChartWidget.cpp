@@ -29,56 +29,56 @@ PieChartWidget::PieChartWidget(QWidget *parent) : QWidget(parent)
 
 void PieChartWidget::resizeEvent(QResizeEvent *)
 {
-    CenterX = rect().center().x();
-    CenterY = rect().center().y();
-    Radius = qMax(SmallestRadius, qMin(width(), height()) * RadiusShare);
+    CenterX_ = rect().center().x();
+    CenterY_ = rect().center().y();
+    Radius_ = qMax(SmallestRadius, qMin(width(), height()) * RadiusShare);
 }
 
 void PieChartWidget::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF disc(CenterX - Radius, CenterY - Radius, 2 * Radius, 2 * Radius);
+    const QRectF disc(CenterX_ - Radius_, CenterY_ - Radius_, 2 * Radius_, 2 * Radius_);
     painter.setPen(QPen(Deep, 2));
     painter.setBrush(Light);
-    painter.drawPie(disc, StartAngle * PartsPerDegree, SpanAngle * PartsPerDegree);
+    painter.drawPie(disc, StartAngle_ * PartsPerDegree, SpanAngle_ * PartsPerDegree);
     painter.setBrush(Qt::NoBrush);
     painter.drawEllipse(disc);
-    const double end = qDegreesToRadians(double(StartAngle + SpanAngle));
+    const double end = qDegreesToRadians(double(StartAngle_ + SpanAngle_));
     painter.setBrush(Deep);
-    painter.drawEllipse(QPointF(CenterX + Radius * qCos(end), CenterY - Radius * qSin(end)), MarkRadius,
+    painter.drawEllipse(QPointF(CenterX_ + Radius_ * qCos(end), CenterY_ - Radius_ * qSin(end)), MarkRadius,
                         MarkRadius);
 }
 
 double PieChartWidget::distanceTo(const QPoint &position) const
 {
-    return qSqrt(qPow(position.x() - CenterX, 2) + qPow(position.y() - CenterY, 2));
+    return qSqrt(qPow(position.x() - CenterX_, 2) + qPow(position.y() - CenterY_, 2));
 }
 
 void PieChartWidget::mousePressEvent(QMouseEvent *event)
 {
-    if (qAbs(distanceTo(event->pos()) - Radius) >= GrabWidth)
+    if (qAbs(distanceTo(event->pos()) - Radius_) >= GrabWidth)
         return;
-    Dragging = true;
-    LastPos = event->pos();
+    Dragging_ = true;
+    LastPos_ = event->pos();
     setCursor(Qt::SizeAllCursor);
 }
 
 void PieChartWidget::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!Dragging)
+    if (!Dragging_)
         return;
     const double largest = qMin(width(), height()) / 2.0 - RimRoom;
     const double wanted = qMax(SmallestRadius, qMin(distanceTo(event->pos()), largest));
-    if (!qFuzzyCompare(wanted, Radius)) {
-        Radius = wanted;
+    if (!qFuzzyCompare(wanted, Radius_)) {
+        Radius_ = wanted;
         update();
     }
-    LastPos = event->pos();
+    LastPos_ = event->pos();
 }
 
 void PieChartWidget::mouseReleaseEvent(QMouseEvent *)
 {
-    Dragging = false;
+    Dragging_ = false;
     setCursor(Qt::ArrowCursor);
 }

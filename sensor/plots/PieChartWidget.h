@@ -14,9 +14,9 @@ class PieChartWidget : public QWidget
 public:
     explicit PieChartWidget(QWidget *parent = nullptr);
 
-    QPointF middle() const { return {CenterX, CenterY}; }
-    double radius() const { return Radius; }
-    bool isDragging() const { return Dragging; }
+    QPointF middle() const { return {CenterX_, CenterY_}; }
+    double radius() const { return Radius_; }
+    bool isDragging() const { return Dragging_; }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -28,10 +28,10 @@ protected:
 private:
     double distanceTo(const QPoint &position) const;
 
-    double CenterX = 0, CenterY = 0;
-    double Radius = 20;
-    int StartAngle = 0;
-    int SpanAngle = 120;
-    bool Dragging = false;
-    QPoint LastPos;
+    double CenterX_ = 0, CenterY_ = 0;
+    double Radius_ = 20;
+    int StartAngle_ = 0;
+    int SpanAngle_ = 120;
+    bool Dragging_ = false;
+    QPoint LastPos_;
 };

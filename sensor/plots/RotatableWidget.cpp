@@ -31,37 +31,37 @@ RotatableWidget::RotatableWidget(QWidget *parent) : QWidget(parent)
 
 void RotatableWidget::SetImage(const QString &path)
 {
-    if (path == imagePath)
+    if (path == imagePath_)
         return;
-    imagePath = path;
-    scaled = QPixmap();
+    imagePath_ = path;
+    scaled_ = QPixmap();
     update();
 }
 
 void RotatableWidget::SetAngle(int degrees)
 {
-    angle = degrees % 360;
-    if (angle < 0)
-        angle += 360;
+    angle_ = degrees % 360;
+    if (angle_ < 0)
+        angle_ += 360;
     updateGeometry();
     repaint();
 }
 
-QSize RotatableWidget::minimumSizeHint() const { return turned(QWidget::minimumSizeHint(), angle); }
+QSize RotatableWidget::minimumSizeHint() const { return turned(QWidget::minimumSizeHint(), angle_); }
 
-QSize RotatableWidget::sizeHint() const { return turned(QWidget::sizeHint(), angle); }
+QSize RotatableWidget::sizeHint() const { return turned(QWidget::sizeHint(), angle_); }
 
 // A drag of the slider turns the picture at each step, so it is read and scaled once.
 const QPixmap &RotatableWidget::picture()
 {
     const QSize wanted = size() * devicePixelRatioF();
-    if (!imagePath.isEmpty() && scaled.size() != wanted) {
-        scaled = QPixmap(imagePath);
-        if (!scaled.isNull())
-            scaled = scaled.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        scaled.setDevicePixelRatio(devicePixelRatioF());
+    if (!imagePath_.isEmpty() && scaled_.size() != wanted) {
+        scaled_ = QPixmap(imagePath_);
+        if (!scaled_.isNull())
+            scaled_ = scaled_.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        scaled_.setDevicePixelRatio(devicePixelRatioF());
     }
-    return scaled;
+    return scaled_;
 }
 
 void RotatableWidget::paintEvent(QPaintEvent *)
@@ -70,7 +70,7 @@ void RotatableWidget::paintEvent(QPaintEvent *)
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     const QPoint middle(width() / 2, height() / 2);
     painter.translate(middle);
-    painter.rotate(angle);
+    painter.rotate(angle_);
     painter.translate(-middle);
     if (!picture().isNull())
         painter.drawPixmap(rect(), picture());

@@ -16,7 +16,7 @@ public:
     explicit RotatableWidget(QWidget *parent = nullptr);
 
     // 0 to 359.
-    int Angle() const { return angle; }
+    int Angle() const { return angle_; }
     // A file that does not load leaves the picture out.
     void SetImage(const QString &path);
     void SetAngle(int degrees);
@@ -30,7 +30,7 @@ protected:
 private:
     const QPixmap &picture();
 
-    int angle = 0;
-    QString imagePath;
-    QPixmap scaled; // the picture at the widget's size in device pixels; null until it is painted
+    int angle_ = 0;
+    QString imagePath_;
+    QPixmap scaled_; // the picture at the widget's size in device pixels; null until it is painted
 };

@@ -16,7 +16,7 @@ class TestConfigReader : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init() { folder_ = std::make_unique<QTemporaryDir>(); }
 
     void decodesTheThirteenKeys_data()
     {
@@ -165,7 +165,7 @@ private slots:
     void isEmptyForWhatIsNoFile()
     {
         for (const QString &path :
-             {m_folder->filePath("none"), m_folder->path(), QString(), QString("/dev/zero")})
+             {folder_->filePath("none"), folder_->path(), QString(), QString("/dev/zero")})
             QCOMPARE(DeviceCatalogue(*std::make_unique<ConfigReader>(path)).total(), 0);
     }
 
@@ -198,9 +198,9 @@ private slots:
 
     void isOneForTheProcess()
     {
-        QDir(m_folder->path()).mkpath("usersetting");
+        QDir(folder_->path()).mkpath("usersetting");
         write("[Option]\nDeviceTotal=3\n", "usersetting/Config.ini");
-        setApplicationFolder(m_folder->path());
+        setApplicationFolder(folder_->path());
         QCOMPARE(DeviceCatalogue().total(), 3);
         QCOMPARE(&ConfigReader::instance(), &ConfigReader::instance());
         ConfigReader::instance().open(write("[Option]\nDeviceTotal=5\n", "other.ini"));
@@ -228,13 +228,13 @@ private slots:
 private:
     QString write(const QByteArray &bytes, const QString &name = "Config.ini")
     {
-        QFile file(m_folder->filePath(name));
+        QFile file(folder_->filePath(name));
         if (file.open(QIODevice::WriteOnly))
             file.write(bytes);
         return file.fileName();
     }
 
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QTemporaryDir> folder_;
 };
 
 QTEST_GUILESS_MAIN(TestConfigReader)

@@ -56,7 +56,7 @@ class TestCrashFile : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { qputenv("XDG_DATA_HOME", QFile::encodeName(m_home.path())); }
+    void initTestCase() { qputenv("XDG_DATA_HOME", QFile::encodeName(home_.path())); }
     void init() { QDir(dataRoot()).removeRecursively(); }
 
     void leavesAFile_data()
@@ -93,7 +93,7 @@ private slots:
     void replacesWhatIsThere()
     {
         QDir().mkpath(dataRoot() + "/Exception");
-        const QString victim = m_home.filePath("victim");
+        const QString victim = home_.filePath("victim");
         QFile(victim).open(QIODevice::WriteOnly);
         const QDateTime now = QDateTime::currentDateTime();
         for (int second = 0; second < 20; ++second) {
@@ -158,7 +158,7 @@ private:
         QVERIFY(lines.mid(4).join().contains("tst_crashfile"));
     }
 
-    QTemporaryDir m_home;
+    QTemporaryDir home_;
 };
 
 int main(int argc, char **argv)

@@ -16,13 +16,13 @@ class TestDataRoot : public QObject
 private slots:
     void init()
     {
-        m_home = std::make_unique<QTemporaryDir>();
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_home->path()));
+        home_ = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_DATA_HOME", QFile::encodeName(home_->path()));
     }
 
     void liesBelowTheDataHome()
     {
-        QCOMPARE(dataRoot(), m_home->path() + QStringLiteral("/ZANVO Morlen Software"));
+        QCOMPARE(dataRoot(), home_->path() + QStringLiteral("/ZANVO Morlen Software"));
         qunsetenv("XDG_DATA_HOME");
         QCOMPARE(dataRoot(), QDir::homePath() + QStringLiteral("/.local/share/ZANVO Morlen Software"));
     }
@@ -50,7 +50,7 @@ private slots:
 
     void survivesAFolderThatCannotBeMade()
     {
-        write(m_home->path() + "/ZANVO Morlen Software", "a file where the folder belongs");
+        write(home_->path() + "/ZANVO Morlen Software", "a file where the folder belongs");
         makeDataFolders();
         pruneOldFiles();
         QVERIFY(QFileInfo(dataRoot()).isFile());
@@ -103,7 +103,7 @@ private slots:
     {
         makeDataFolders();
         const QDateTime now = QDateTime::currentDateTime();
-        const QString outside = m_home->path() + "/outside";
+        const QString outside = home_->path() + "/outside";
         QDir().mkpath(outside);
         write(outside + "/old.txt", "x");
         setAge(outside + "/old.txt", now, 100 * 86400);
@@ -124,7 +124,7 @@ private slots:
     void prunesNothingThroughALinkedFolder()
     {
         const QDateTime now = QDateTime::currentDateTime();
-        const QString outside = m_home->path() + "/outside";
+        const QString outside = home_->path() + "/outside";
         QDir().mkpath(outside);
         QDir().mkpath(dataRoot());
         write(outside + "/old.txt", "x");
@@ -157,7 +157,7 @@ private:
         QCOMPARE(utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, AT_SYMLINK_NOFOLLOW), 0);
     }
 
-    std::unique_ptr<QTemporaryDir> m_home;
+    std::unique_ptr<QTemporaryDir> home_;
 };
 
 QTEST_GUILESS_MAIN(TestDataRoot)

@@ -83,7 +83,7 @@ private slots:
         QVERIFY(write("source.ini", "; x\r\n[Option]\r\nDeviceTotal = 1\r\nVID=0x1209, 0x1234\r\nCID=18\r\n"
                                     "[Drive1]\r\nMID=6\r\nDPIRange=50, 26000, 50, 0x22\r\nSensor=PA42\r\n"));
         QCOMPARE(run("source.ini", "Config.ini"), 0);
-        ConfigReader reader(m_folder.filePath("Config.ini"));
+        ConfigReader reader(folder_.filePath("Config.ini"));
         QCOMPARE(reader.ReadConfig("Option", "DeviceTotal"), QString("1"));
         QCOMPARE(reader.ReadConfigList("Option", "VID"), QStringList({"0x1209", "0x1234"}));
         QCOMPARE(reader.ReadConfig("Option", "CID"), QString("18"));
@@ -95,10 +95,10 @@ private slots:
     {
         QVERIFY(write("bad.ini", "[Option]\nDeviceTotal=0\nwhat\n"));
         QVERIFY(run("bad.ini", "none.ini") != 0);
-        QVERIFY(m_errors.startsWith(m_folder.filePath("bad.ini").toUtf8() + ":3: "));
-        QVERIFY(!QFileInfo::exists(m_folder.filePath("none.ini")));
+        QVERIFY(errors_.startsWith(folder_.filePath("bad.ini").toUtf8() + ":3: "));
+        QVERIFY(!QFileInfo::exists(folder_.filePath("none.ini")));
         QVERIFY(run("missing.ini", "none.ini") != 0);
-        QVERIFY(m_errors.contains("missing.ini"));
+        QVERIFY(errors_.contains("missing.ini"));
         QVERIFY(write("good.ini", "[Option]\nDeviceTotal=0\n"));
         QVERIFY(run("good.ini", "no/such/folder.ini") != 0);
     }
@@ -137,10 +137,10 @@ private slots:
     {
         QVERIFY(write("none.ini", "[Option]\nVID=0x1209\n"));
         QVERIFY(run("none.ini", "none.rules", {"--udev"}) != 0);
-        QVERIFY(!QFileInfo::exists(m_folder.filePath("none.rules")));
+        QVERIFY(!QFileInfo::exists(folder_.filePath("none.rules")));
         QVERIFY(write("some.ini", "[Option]\nVID=0x1209\nUSB_PID=1\nUSB_PID=0x0001\n"));
         QCOMPARE(run("some.ini", "some.rules", {"--udev"}), 0);
-        QVERIFY(QFileInfo::exists(m_folder.filePath("some.rules")));
+        QVERIFY(QFileInfo::exists(folder_.filePath("some.rules")));
     }
 
 private:
@@ -151,21 +151,21 @@ private:
     }
     bool write(const char *name, const QByteArray &bytes)
     {
-        QFile file(m_folder.filePath(name));
+        QFile file(folder_.filePath(name));
         return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
     }
     int run(const char *source, const char *target, const QStringList &options = {})
     {
         QProcess encoder;
-        encoder.start(ENCODER, options + QStringList{m_folder.filePath(source), m_folder.filePath(target)});
+        encoder.start(ENCODER, options + QStringList{folder_.filePath(source), folder_.filePath(target)});
         if (!encoder.waitForFinished(60000))
             return -1;
-        m_errors = encoder.readAllStandardError();
+        errors_ = encoder.readAllStandardError();
         return encoder.exitCode();
     }
 
-    QTemporaryDir m_folder;
-    QByteArray m_errors;
+    QTemporaryDir folder_;
+    QByteArray errors_;
 };
 
 QTEST_GUILESS_MAIN(TestEncodeCatalogue)

@@ -16,19 +16,19 @@ class TestFontScale : public QObject
 private slots:
     void init()
     {
-        m_window = std::make_unique<QWidget>();
-        m_window->setFont(sized(12));
+        window_ = std::make_unique<QWidget>();
+        window_->setFont(sized(12));
     }
 
     void shrinksEachWidgetOnce()
     {
-        auto *inner = new QWidget(m_window.get());
+        auto *inner = new QWidget(window_.get());
         auto *inherits = new QLabel(inner); // its font comes from two levels above
         auto *own = new QLabel(inner);
         own->setFont(sized(18));
         new QObject(inner); // children that are no widgets are passed over
-        scaleFonts(m_window.get(), 2.0 / 3.0);
-        QCOMPARE(m_window->font().pointSizeF(), 8.0);
+        scaleFonts(window_.get(), 2.0 / 3.0);
+        QCOMPARE(window_->font().pointSizeF(), 8.0);
         QCOMPARE(inner->font().pointSizeF(), 8.0);
         QCOMPARE(inherits->font().pointSizeF(), 8.0);
         QCOMPARE(own->font().pointSizeF(), 12.0);
@@ -36,20 +36,20 @@ private slots:
 
     void leavesFontsAtFactorOne()
     {
-        auto *label = new QLabel(m_window.get());
-        scaleFonts(m_window.get(), 1.0);
-        QCOMPARE(m_window->font().pointSizeF(), 12.0);
+        auto *label = new QLabel(window_.get());
+        scaleFonts(window_.get(), 1.0);
+        QCOMPARE(window_->font().pointSizeF(), 12.0);
         QCOMPARE(label->font().pointSizeF(), 12.0);
     }
 
     void keepsTheFontOfReceive2()
     {
-        auto *kept = new QLabel(m_window.get());
+        auto *kept = new QLabel(window_.get());
         kept->setObjectName(QStringLiteral("Receive_2"));
         kept->setFont(sized(10));
         auto *below = new QLabel(kept);
         below->setFont(sized(30));
-        scaleFonts(m_window.get(), 0.5);
+        scaleFonts(window_.get(), 0.5);
         QCOMPARE(kept->font().pointSizeF(), 10.0);
         QCOMPARE(below->font().pointSizeF(), 15.0);
     }
@@ -57,10 +57,10 @@ private slots:
     void givesTheFontOfNoApearToTheToolTips()
     {
         const QFont before = QToolTip::font();
-        auto *box = new QCheckBox(m_window.get());
+        auto *box = new QCheckBox(window_.get());
         box->setObjectName(QStringLiteral("NoApear"));
         box->setFont(sized(20));
-        scaleFonts(m_window.get(), 0.5);
+        scaleFonts(window_.get(), 0.5);
         QCOMPARE(box->font().pointSizeF(), 10.0);
         QCOMPARE(QToolTip::font().pointSizeF(), 10.0);
         QToolTip::setFont(before);
@@ -68,11 +68,11 @@ private slots:
 
     void passesOverFontsInPixels()
     {
-        auto *label = new QLabel(m_window.get());
+        auto *label = new QLabel(window_.get());
         QFont pixels;
         pixels.setPixelSize(17);
         label->setFont(pixels);
-        scaleFonts(m_window.get(), 0.5);
+        scaleFonts(window_.get(), 0.5);
         QCOMPARE(label->font().pixelSize(), 17);
     }
 
@@ -84,7 +84,7 @@ private:
         return font;
     }
 
-    std::unique_ptr<QWidget> m_window;
+    std::unique_ptr<QWidget> window_;
 };
 
 QTEST_MAIN(TestFontScale)

@@ -231,17 +231,17 @@ private slots:
     }
 
 private:
-    QString path() const { return m_folder->filePath("test.ini"); }
+    QString path() const { return folder_->filePath("test.ini"); }
     void write(const QByteArray &bytes)
     {
         // A new file each time: QSettings keeps what it read of an old one.
-        m_folder = std::make_unique<QTemporaryDir>();
+        folder_ = std::make_unique<QTemporaryDir>();
         QFile file(path());
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     }
 
-    std::unique_ptr<QTemporaryDir> m_folder = std::make_unique<QTemporaryDir>();
+    std::unique_ptr<QTemporaryDir> folder_ = std::make_unique<QTemporaryDir>();
 };
 
 QTEST_GUILESS_MAIN(TestIniDocument)

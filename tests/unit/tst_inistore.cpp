@@ -49,10 +49,10 @@ class TestIniStore : public QObject
 private slots:
     void initTestCase()
     {
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_home.path()));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(home_.path()));
         makeDataFolders();
     }
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init() { folder_ = std::make_unique<QTemporaryDir>(); }
 
     void readsBackAtOnceAndFromTheFile()
     {
@@ -160,12 +160,12 @@ private slots:
 
     void writesAgainWhenTheDiskHasRoom()
     {
-        const QString missing = m_folder->filePath("later/store.ini");
+        const QString missing = folder_->filePath("later/store.ini");
         IniStore store(missing);
         store.WriteValue("A", "x", "1");
         QVERIFY(!store.flush());
         QCOMPARE(store.ReadText("A", "x"), QString("1"));
-        QDir().mkpath(m_folder->filePath("later"));
+        QDir().mkpath(folder_->filePath("later"));
         store.WriteValue("A", "y", "2");
         QVERIFY(store.flush());
         QCOMPARE(fileContent(missing), QByteArray("[A]\nx=1\ny=2\n"));
@@ -291,7 +291,7 @@ private slots:
 
     void movesTheLanguageOnce()
     {
-        const QString registryPath = m_folder->filePath("Registry.ini");
+        const QString registryPath = folder_->filePath("Registry.ini");
         {
             RegistryStore registry(registryPath);
             registry.setValue(registry::OldLanguageGroup, registry::LanguageIndex, "3");
@@ -309,7 +309,7 @@ private slots:
     void movesNothingForZeroOrNonsense()
     {
         for (const char *old : {"0", "", "three", "0x3"}) {
-            RegistryStore registry(m_folder->filePath("Registry.ini"));
+            RegistryStore registry(folder_->filePath("Registry.ini"));
             UserStore store(path());
             storeLanguage(store, 2);
             registry.setValue(registry::OldLanguageGroup, registry::LanguageIndex, old);
@@ -320,9 +320,9 @@ private slots:
 
     void keepsTheOldLanguageUntilTheNewOneIsSafe()
     {
-        RegistryStore registry(m_folder->filePath("Registry.ini"));
+        RegistryStore registry(folder_->filePath("Registry.ini"));
         registry.setValue(registry::OldLanguageGroup, registry::LanguageIndex, "3");
-        UserStore store(m_folder->filePath("missing/Macro.ini"));
+        UserStore store(folder_->filePath("missing/Macro.ini"));
         QCOMPARE(migrateLanguage(registry, store), 3);
         QCOMPARE(registry.value(registry::OldLanguageGroup, registry::LanguageIndex), QString("3"));
     }
@@ -336,15 +336,15 @@ private slots:
     }
 
 private:
-    QString path() const { return m_folder->filePath("Macro.ini"); }
+    QString path() const { return folder_->filePath("Macro.ini"); }
     bool write(const QByteArray &bytes)
     {
         QFile file(path());
         return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
     }
 
-    QTemporaryDir m_home;
-    std::unique_ptr<QTemporaryDir> m_folder;
+    QTemporaryDir home_;
+    std::unique_ptr<QTemporaryDir> folder_;
 };
 
 int main(int argc, char **argv)

@@ -18,9 +18,9 @@ class TestLanguage : public QObject
 private slots:
     void init()
     {
-        m_folder = std::make_unique<QTemporaryDir>();
-        QDir(m_folder->path()).mkpath("Language");
-        setApplicationFolder(m_folder->path());
+        folder_ = std::make_unique<QTemporaryDir>();
+        QDir(folder_->path()).mkpath("Language");
+        setApplicationFolder(folder_->path());
     }
     void cleanup() { setApplicationFolder({}); }
 
@@ -287,7 +287,7 @@ private slots:
         write("Net.xml", "<Labels/>");
         LoadLanguageTables();
         QCOMPARE(text(Section::home, "OnRun", 0), QString());
-        QDir(m_folder->path()).removeRecursively();
+        QDir(folder_->path()).removeRecursively();
         LoadLanguageTables();
         QCOMPARE(text(Section::home, "OnRun", 0), QString());
     }
@@ -370,12 +370,12 @@ private slots:
 private:
     void write(const char *name, const QByteArray &bytes)
     {
-        QFile file(m_folder->filePath("Language/" + QString(name)));
+        QFile file(folder_->filePath("Language/" + QString(name)));
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     }
 
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QTemporaryDir> folder_;
 };
 
 QTEST_GUILESS_MAIN(TestLanguage)

@@ -15,8 +15,8 @@ class TestLogWriter : public QObject
 private slots:
     void init()
     {
-        m_home = std::make_unique<QTemporaryDir>();
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_home->path()));
+        home_ = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_DATA_HOME", QFile::encodeName(home_->path()));
         makeDataFolders();
     }
 
@@ -94,7 +94,7 @@ private:
         return content;
     }
 
-    std::unique_ptr<QTemporaryDir> m_home;
+    std::unique_ptr<QTemporaryDir> home_;
 };
 
 QTEST_GUILESS_MAIN(TestLogWriter)

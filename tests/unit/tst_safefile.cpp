@@ -54,7 +54,7 @@ private slots:
         QCOMPARE(fileContent(path()), QByteArray());
     }
 
-    void refusesAFolderThatIsMissing() { QVERIFY(!writeFileSafely(m_folder.filePath("none/a"), "x")); }
+    void refusesAFolderThatIsMissing() { QVERIFY(!writeFileSafely(folder_.filePath("none/a"), "x")); }
 
     // The limit of file sizes fails a write as a full disk does, at whatever byte the row says.
     void keepsTheOldContentOnAFullDisk_data()
@@ -83,7 +83,7 @@ private slots:
         const bool fits = room == size;
         QCOMPARE(exitCode(child), fits ? 1 : 0);
         QCOMPARE(fileContent(path()), fits ? bytes : QByteArray("old"));
-        QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files), QStringList("file")); // no remains
+        QCOMPARE(QDir(folder_.path()).entryList(QDir::Files), QStringList("file")); // no remains
     }
 
     void keepsOneContentWhenKilled()
@@ -132,19 +132,19 @@ private slots:
     void tellsMissingFromRefused()
     {
         QByteArray content;
-        QCOMPARE(readFile(m_folder.filePath("none"), 10, &content), ReadResult::Missing);
-        QCOMPARE(readFile(m_folder.path(), 10, &content), ReadResult::Refused);
+        QCOMPARE(readFile(folder_.filePath("none"), 10, &content), ReadResult::Missing);
+        QCOMPARE(readFile(folder_.path(), 10, &content), ReadResult::Refused);
         QCOMPARE(readFile(QStringLiteral("/dev/zero"), 10, &content), ReadResult::Refused);
-        const QString fifo = m_folder.filePath("fifo");
+        const QString fifo = folder_.filePath("fifo");
         QCOMPARE(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
         QCOMPARE(readFile(fifo, 10, &content), ReadResult::Refused);
         QVERIFY(QFile::remove(fifo));
     }
 
 private:
-    QString path() const { return m_folder.filePath("file"); }
+    QString path() const { return folder_.filePath("file"); }
 
-    QTemporaryDir m_folder;
+    QTemporaryDir folder_;
 };
 
 QTEST_GUILESS_MAIN(TestSafeFile)

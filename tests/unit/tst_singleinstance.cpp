@@ -25,27 +25,27 @@ int playCopy()
 class Copy
 {
 public:
-    Copy() { m_process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--copy")}); }
+    Copy() { process_.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--copy")}); }
     ~Copy() { end(); }
     QByteArray verdict()
     {
-        while (!m_process.canReadLine() && m_process.waitForReadyRead(60000)) {
+        while (!process_.canReadLine() && process_.waitForReadyRead(60000)) {
         }
-        return m_process.readLine().trimmed();
+        return process_.readLine().trimmed();
     }
     void kill()
     {
-        m_process.kill();
-        m_process.waitForFinished(60000);
+        process_.kill();
+        process_.waitForFinished(60000);
     }
     void end()
     {
-        m_process.write("\n");
-        m_process.waitForFinished(60000);
+        process_.write("\n");
+        process_.waitForFinished(60000);
     }
 
 private:
-    QProcess m_process;
+    QProcess process_;
 };
 
 } // namespace
@@ -59,8 +59,8 @@ private slots:
     {
         // The memory's key is made from a file in the temporary folder: one of our own keeps this test
         // away from a program that runs beside it.
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_home.path()));
-        qputenv("TMPDIR", QFile::encodeName(m_home.path()));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(home_.path()));
+        qputenv("TMPDIR", QFile::encodeName(home_.path()));
         makeDataFolders();
     }
 
@@ -120,7 +120,7 @@ private slots:
     }
 
 private:
-    QTemporaryDir m_home;
+    QTemporaryDir home_;
 };
 
 int main(int argc, char **argv)

@@ -55,24 +55,23 @@ public:
     }
     std::string end() const
     {
-        if (m_total != std::to_string(m_models))
-            return "DeviceTotal is \"" + m_total + "\", but there are " + std::to_string(m_models) +
-                   " models";
+        if (total_ != std::to_string(models_))
+            return "DeviceTotal is \"" + total_ + "\", but there are " + std::to_string(models_) + " models";
         return {};
     }
-    const std::string &text() const { return m_text; }
+    const std::string &text() const { return text_; }
 
 private:
     std::string heading(const std::string &line)
     {
         const std::string expected =
-            m_section.empty() ? "[Option]" : "[Drive" + std::to_string(m_models + 1) + "]";
+            section_.empty() ? "[Option]" : "[Drive" + std::to_string(models_ + 1) + "]";
         if (line != expected)
             return "expected " + expected;
-        m_models += m_section.empty() ? 0 : 1;
-        m_section = line;
-        m_keys.clear();
-        m_text += (m_text.empty() ? "" : "\n") + line + "\n";
+        models_ += section_.empty() ? 0 : 1;
+        section_ = line;
+        keys_.clear();
+        text_ += (text_.empty() ? "" : "\n") + line + "\n";
         return {};
     }
     std::string value(const std::string &line)
@@ -80,15 +79,15 @@ private:
         const std::size_t equals = line.find('=');
         if (equals == std::string::npos)
             return "neither [section], nor Key=Value, nor a comment";
-        if (m_section.empty())
+        if (section_.empty())
             return "a value before the first section";
         const std::string key = trimmed(line.substr(0, equals));
         const std::string content = trimmed(line.substr(equals + 1));
         constexpr char KeyLetters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
         if (key.empty() || key.find_first_not_of(KeyLetters) != std::string::npos)
             return "\"" + key + "\" is no key";
-        if (!m_keys.insert(key).second)
-            return key + " stands twice in " + m_section;
+        if (!keys_.insert(key).second)
+            return key + " stands twice in " + section_;
         return checkedValue(key, content);
     }
     std::string checkedValue(const std::string &key, const std::string &content)
@@ -99,17 +98,17 @@ private:
                 return "the value of " + key +
                        " holds a character that has a meaning of its own or is not ASCII";
         }
-        if (m_section == "[Option]" && key == "DeviceTotal")
-            m_total = content;
-        m_text += key + "=" + encodeItems(content, isEncodedKey(key)) + "\n";
+        if (section_ == "[Option]" && key == "DeviceTotal")
+            total_ = content;
+        text_ += key + "=" + encodeItems(content, isEncodedKey(key)) + "\n";
         return {};
     }
 
-    std::string m_text;
-    std::string m_section;
-    std::set<std::string> m_keys; // of this section
-    std::string m_total;
-    int m_models = 0;
+    std::string text_;
+    std::string section_;
+    std::set<std::string> keys_; // of this section
+    std::string total_;
+    int models_ = 0;
 };
 
 } // namespace
