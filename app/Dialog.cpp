@@ -54,8 +54,8 @@ Dialog::Dialog(QWidget *parent)
               {ui->Advanced, advanced_},
               {ui->FormSetting, setting_}}};
     onFirstShow(this, [this] {
-        dress();
-        dressNavigation();
+        applyStyle();
+        styleNavigation();
     });
     ui->label->hide();
     ui->SetButton->hide();
@@ -65,7 +65,7 @@ Dialog::Dialog(QWidget *parent)
     ui->progressBar->setStyleSheet(style::batteryBar(FullColor));
     installCrashFilter();
     SlotSecondDialog();
-    listen();
+    connectSignals();
 }
 
 Dialog::~Dialog() = default;
@@ -83,10 +83,10 @@ void Dialog::buildPages()
         ui->stackedWidgetDialog->addWidget(page);
 }
 
-void Dialog::dress()
+void Dialog::applyStyle()
 {
     const QString labelColor = style::color("LabelColor");
-    dressBackground();
+    styleBackground();
     ui->UpArrow->setStyleSheet(style::titleButton(pictures_, QStringLiteral("UpArrow")));
     ui->MinButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Min")));
     ui->CloseButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Close")));
@@ -100,20 +100,20 @@ void Dialog::dress()
 }
 
 // A sheet on this frame styles anew all that stands on it, so one that is there already is left alone.
-void Dialog::dressBackground()
+void Dialog::styleBackground()
 {
     const QString sheet = style::dialogBackground(pictures_, QStringLiteral("frame_2"));
     if (ui->frame_2->styleSheet() != sheet)
         ui->frame_2->setStyleSheet(sheet);
 }
 
-void Dialog::dressNavigation()
+void Dialog::styleNavigation()
 {
     for (const Way &way : ways_)
         way.button->setStyleSheet(style::navigationButton(pictures_, way.button->objectName()));
 }
 
-void Dialog::listen()
+void Dialog::connectSignals()
 {
     PostMsg *hub = PostMsg::instance();
     connect(hub, SIGNAL(SigSecondPageChange()), this, SLOT(SlotSecondDialog()));
@@ -162,7 +162,7 @@ void Dialog::SlotSecondDialog() { showPage(buttons_); }
 void Dialog::on_stackedWidgetDialog_currentChanged(int)
 {
     if (isVisible())
-        dressBackground();
+        styleBackground();
     ui->UpArrow->show();
 }
 

@@ -60,10 +60,10 @@ protected:
 
 private:
     void buildPages();
-    void dress();
-    void dressNavigation();
-    void dressBackground();
-    void listen();
+    void applyStyle();
+    void styleNavigation();
+    void styleBackground();
+    void connectSignals();
     void showPage(QWidget *page);
     void writeCache();
 

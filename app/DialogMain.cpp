@@ -52,7 +52,7 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     setFixedSize(size());
     roundCorners(this);
     setWindowTitle(applicationName());
-    listen();
+    connectSignals();
     trayIcon_.setIcon(QIcon(pictures_ + QStringLiteral("Logo.png")));
     trayIcon_.setToolTip(applicationName());
     setWindowIcon(trayIcon_.icon());
@@ -63,7 +63,7 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
 
 DialogMain::~DialogMain() = default;
 
-void DialogMain::listen()
+void DialogMain::connectSignals()
 {
     PostMsg *hub = PostMsg::instance();
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));

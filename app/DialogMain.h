@@ -46,7 +46,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    void listen();
+    void connectSignals();
     void hideToTray();
     void buildTrayMenu();
     void endProgram();

@@ -76,7 +76,7 @@ bool ButtonList::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-void ButtonList::dress(const QString &folder)
+void ButtonList::applyStyle(const QString &folder)
 {
     const QString ink = style::color("ButtonColor");
     const QString row = style::stateButton(folder, QStringLiteral("Row"), ink, ink);

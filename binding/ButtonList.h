@@ -26,7 +26,7 @@ public:
     // Rows go into the scroll area, marks onto the picture.
     ButtonList(QScrollArea *area, QWidget *picture);
 
-    void dress(const QString &folder);
+    void applyStyle(const QString &folder);
 
     ActionButton *caption(std::size_t row) const { return rows_[row].caption; }
     QToolButton *marker(std::size_t row) const { return rows_[row].marker; }

@@ -47,10 +47,10 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     connect(functions_, &FunctionPages::chosen, this, &Buttoninterface::choose);
     connect(functions_, &FunctionPages::macroChosen, this, &Buttoninterface::slotButtonClicked);
     connect(functions_->backButton(), &QToolButton::clicked, this, &Buttoninterface::leaveFunctions);
-    onFirstShow(this, [this] { dress(); });
+    onFirstShow(this, [this] { applyStyle(); });
     showButtons();
     arrangeTabs();
-    listen();
+    connectSignals();
     SlotAllLanguage(LanguageIndex);
 }
 
@@ -62,7 +62,7 @@ Buttoninterface::~Buttoninterface()
     StopUsbChanged();
 }
 
-void Buttoninterface::dress()
+void Buttoninterface::applyStyle()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
     const QString stem = QStringLiteral("Button");
@@ -75,14 +75,14 @@ void Buttoninterface::dress()
     ui->DebounceNote->setStyleSheet(style::label(style::color("LinEditColorSecond")));
     for (QToolButton *each : {ui->Reset, ui->ImportData, ui->OutputData})
         each->setStyleSheet(button);
-    dressComboBox(ui->ProjectChoose, folder);
+    styleComboBox(ui->ProjectChoose, folder);
     ui->scrollArea_11->setStyleSheet(style::scrollArea());
-    list_->dress(folder);
+    list_->applyStyle(folder);
     dressed_ = true;
-    dressPicture();
+    stylePicture();
 }
 
-void Buttoninterface::dressPicture()
+void Buttoninterface::stylePicture()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
     ui->widget->setStyleSheet(style::areaPicture(folder, ui->widget->objectName(), picture_));
@@ -104,7 +104,7 @@ void Buttoninterface::arrangeTabs()
         setTabOrder(order[i - 1], order[i]);
 }
 
-void Buttoninterface::listen()
+void Buttoninterface::connectSignals()
 {
     PostMsg *hub = PostMsg::instance();
     connect(hub, SIGNAL(SigUpDataLightUIButton(FlashDataMap)), this,
@@ -193,7 +193,7 @@ void Buttoninterface::SlotMouseIndex(int index)
     const int model = index - FirstModelIndex;
     picture_ = QStringLiteral("mouse%1.png").arg(model);
     if (dressed_)
-        dressPicture();
+        stylePicture();
     list_->setModel(model);
     // A device has just been chosen; what was open belonged to another one.
     list_->uncheckAll();

@@ -93,10 +93,10 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    void dress();
-    void dressPicture();
+    void applyStyle();
+    void stylePicture();
     void arrangeTabs();
-    void listen();
+    void connectSignals();
 
     void showRecord(const FlashDataMap &map);
     void showBindings(const FlashDataMap &map);

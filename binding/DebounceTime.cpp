@@ -24,7 +24,7 @@ DebounceTime::DebounceTime(QWidget *parent) : QFrame(parent), ui(std::make_uniqu
 {
     ui->setupUi(this);
     onFirstShow(this, [this] {
-        dressComboBox(ui->Debunce, style::pictureFolder(QStringLiteral("Buttoninterface")));
+        styleComboBox(ui->Debunce, style::pictureFolder(QStringLiteral("Buttoninterface")));
     });
 }
 

@@ -91,7 +91,7 @@ void FunctionPages::addFunctions()
                                            FunctionSize});
         ++place;
     }
-    onFirstShow(list, [this, list] { dressPanel(list); });
+    onFirstShow(list, [this, list] { stylePanel(list); });
 }
 
 void FunctionPages::addPanel(Panel panel)
@@ -109,7 +109,7 @@ void FunctionPages::addPanel(Panel panel)
         addAction(row, ground)->setGeometry({DetailPlace + offset, size});
         ++place;
     }
-    onFirstShow(ground, [this, ground] { dressPanel(ground); });
+    onFirstShow(ground, [this, ground] { stylePanel(ground); });
 }
 
 void FunctionPages::addMacroPanel()
@@ -131,13 +131,13 @@ void FunctionPages::addMacroPanel()
     onFirstShow(ground, [this, ground, area] {
         area->setStyleSheet(style::scrollArea());
         macrosDressed_ = true;
-        dressPanel(ground);
+        stylePanel(ground);
     });
 }
 
 // ---- Looks and texts ----------------------------------------------------------------------------
 
-void FunctionPages::dressPanel(QWidget *ground)
+void FunctionPages::stylePanel(QWidget *ground)
 {
     const QString ink = style::color("ButtonColor");
     const QString pictures = style::pictureFolder(QStringLiteral("Buttoninterface"));
@@ -251,5 +251,5 @@ void FunctionPages::setMacros(const QStringList &names)
     }
     list->adjustSize();
     if (macrosDressed_)
-        dressPanel(page(Panel::Macros));
+        stylePanel(page(Panel::Macros));
 }

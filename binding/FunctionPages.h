@@ -60,7 +60,7 @@ private:
     void addPanel(binding::Panel panel);
     void addMacroPanel();
     ActionButton *addAction(const binding::ActionRow &row, QWidget *parent);
-    void dressPanel(QWidget *page);
+    void stylePanel(QWidget *page);
 
     QStackedWidget *functionStack_;
     QStackedWidget *panelStack_;

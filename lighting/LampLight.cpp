@@ -36,11 +36,11 @@ LampLight::LampLight(QWidget *parent)
         effectMark_->setStyleSheet(
             style::labelPicture(style::pictureFolder(QStringLiteral("Light")), QStringLiteral("Title.png")));
     });
-    listen();
+    connectSignals();
     SlotAllLanguage(LanguageIndex);
 }
 
-void LampLight::listen()
+void LampLight::connectSignals()
 {
     PostMsg *hub = PostMsg::instance();
     connect(hub, SIGNAL(SigUpDataLightLight(FlashDataMap)), this, SLOT(SlotUpDataLightUILight(FlashDataMap)),

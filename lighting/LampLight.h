@@ -26,7 +26,7 @@ public slots:
     void SlotAllLanguage(int index);
 
 private:
-    void listen();
+    void connectSignals();
     void paint(const FlashDataMap &map);
     void placeEffect();
 

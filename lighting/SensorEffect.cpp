@@ -40,15 +40,15 @@ SensorEffect::SensorEffect(QWidget *parent) : QFrame(parent), ui(std::make_uniqu
     speed_ = {ui->speedCaption, ui->SpeedH, ui->SpeedSpinBox, ui->SpeedPlaceholder, Breathing};
     light_ = {ui->lightCaption, ui->LightH, ui->LightSpinBox, ui->LightPlaceholder, Steady};
     showMode(Off);
-    onFirstShow(this, [this] { dress(); });
+    onFirstShow(this, [this] { applyStyle(); });
 }
 
 SensorEffect::~SensorEffect() = default;
 
-void SensorEffect::dress()
+void SensorEffect::applyStyle()
 {
     ui->title->setStyleSheet(style::label(style::color("LabelColor")));
-    dressComboBox(ui->Model, style::pictureFolder(QStringLiteral("Sensor")));
+    styleComboBox(ui->Model, style::pictureFolder(QStringLiteral("Sensor")));
     for (const Scale &scale : {speed_, light_}) {
         scale.caption->setStyleSheet(style::caption());
         scale.slider->setStyleSheet(style::slider());

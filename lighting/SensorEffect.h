@@ -58,7 +58,7 @@ private:
         int shownInMode;
     };
 
-    void dress();
+    void applyStyle();
     void showMode(int mode);
     static void set(const Scale &scale, int value);
     static void follow(const Scale &scale, int position);

@@ -33,4 +33,7 @@ private:
 
 } // namespace
 
-void onFirstShow(QWidget *widget, std::function<void()> dress) { new FirstShow(widget, std::move(dress)); }
+void onFirstShow(QWidget *widget, std::function<void()> applyStyle)
+{
+    new FirstShow(widget, std::move(applyStyle));
+}

@@ -9,5 +9,5 @@
 
 class QWidget;
 
-// Runs `dress` once, when the widget is first shown and before it is painted.
-void onFirstShow(QWidget *widget, std::function<void()> dress);
+// Runs `applyStyle` once, when the widget is first shown and before it is painted.
+void onFirstShow(QWidget *widget, std::function<void()> applyStyle);

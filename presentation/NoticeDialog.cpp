@@ -31,7 +31,7 @@ NoticeDialog::NoticeDialog(const NoticeKind &noticeKind)
     becomeNotice();
     ui->frame->setObjectName(QLatin1String(kind_.frameName));
     arrangeButtons();
-    onFirstShow(this, [this] { dress(); });
+    onFirstShow(this, [this] { applyStyle(); });
     connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     scaleFontsToScreen(this);
@@ -39,7 +39,7 @@ NoticeDialog::NoticeDialog(const NoticeKind &noticeKind)
 
 NoticeDialog::~NoticeDialog() = default;
 
-void NoticeDialog::dress()
+void NoticeDialog::applyStyle()
 {
     const QString folder = style::pictureFolder(QStringLiteral("WarningDialog"));
     const QString buttonColor = style::color("ButtonColor");

@@ -64,7 +64,7 @@ protected:
 
 private:
     void arrangeButtons();
-    void dress();
+    void applyStyle();
 
     const NoticeKind &kind_;
     QString ownText_;

@@ -43,7 +43,7 @@ void applySkin()
     FocusRing::install(skinColor("SliderColor"));
 }
 
-void dressComboBox(QComboBox *box, const QString &folder)
+void styleComboBox(QComboBox *box, const QString &folder)
 {
     const QString selectColor = style::color("ComboxSelectColor");
     auto *list = new QListView(box);

@@ -18,7 +18,7 @@ QColor skinColor(const char *key);
 void applySkin();
 
 // A choice box with its list, from the pictures in `folder`.
-void dressComboBox(QComboBox *box, const QString &folder);
+void styleComboBox(QComboBox *box, const QString &folder);
 
 // The corners outside the radius of the background's picture are no part of the window.
 void roundCorners(QWidget *window);

@@ -3,7 +3,7 @@
 #include "selection/DeviceScan.h"
 
 #include "device/DeviceSearch.h"
-#include "selection/NodeRight.h"
+#include "selection/NodePermission.h"
 
 #include <algorithm>
 #include <atomic>

@@ -47,8 +47,8 @@ DialogChange::DialogChange(QWidget *parent)
     , pictures_(style::pictureFolder(QStringLiteral("DialogChange")))
     , board_((ui->setupUi(this), ui->stackedWidget), pictures_)
 {
-    dress();
-    listen();
+    applyStyle();
+    connectSignals();
     showPrompt();
     ui->FindVer->hide();
     SlotAllLanguage(storedLanguage(UserStore::instance()));
@@ -59,7 +59,7 @@ DialogChange::DialogChange(QWidget *parent)
 
 DialogChange::~DialogChange() = default;
 
-void DialogChange::dress()
+void DialogChange::applyStyle()
 {
     const QString notices = style::pictureFolder(QStringLiteral("WarningDialog"));
     const QString labelSheet = style::label(style::color("LabelColor"));
@@ -76,7 +76,7 @@ void DialogChange::dress()
     ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
-    dressComboBox(ui->comboBox, pictures_);
+    styleComboBox(ui->comboBox, pictures_);
     ui->FindVer->setStyleSheet(style::dialogBackground(notices, QStringLiteral("FindVer")));
     ui->FindVerlaebl->setStyleSheet(labelSheet);
     ui->CloseButton_2->setStyleSheet(style::titleButton(notices, QStringLiteral("Close")));
@@ -84,7 +84,7 @@ void DialogChange::dress()
     ui->NoApear->setStyleSheet(style::checkBox(pictures_, style::color("LabelColor")));
 }
 
-void DialogChange::listen()
+void DialogChange::connectSignals()
 {
     PostMsg *hub = PostMsg::instance();
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
@@ -92,7 +92,7 @@ void DialogChange::listen()
     connect(hub, SIGNAL(SigUpDateButton(bool)), this, SLOT(SlotUpDateButton(bool)));
     connect(hub, SIGNAL(SigEnterKey()), this, SLOT(SlotEnterKey()));
     connect(hub, &PostMsg::SigChangeMainDialog, this, [this](int index) { leftAgain_ = index == 0; });
-    connect(ui->rightHint, &RightHint::rightsChanged, this, [this] {
+    connect(ui->rightHint, &PermissionHint::rightsChanged, this, [this] {
         if (!isHidden())
             std::thread(&DialogChange::UsbChanged).detach();
     });
@@ -299,7 +299,7 @@ void DialogChange::SlotAllLanguage(int index)
 {
     pleaseEnter_ = homeText("PleaseEnter", index);
     repairDevice_ = homeText("RepairDevice", index);
-    notOpen_ = homeText("RightPrompt", index);
+    notOpen_ = homeText("PermissionPrompt", index);
     newVersion_ = homeText("NewVerTips", index);
     pairTips_ = homeText("PairTips_z", index);
     dialogOffline_ = language::text(language::Section::infoTips, "DialogOffline", index);

@@ -54,8 +54,8 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    void dress();
-    void listen();
+    void applyStyle();
+    void connectSignals();
     void take(const DeviceScan &scan);
     void rebuild(const DeviceScan &scan);
     void warnOfDuplicates();

@@ -12,7 +12,7 @@
 #include "selection/AttachedDevices.h"
 #include "selection/AttachedList.h"
 #include "selection/DialogChange.h"
-#include "selection/TileRoad.h"
+#include "selection/TileFacts.h"
 
 namespace
 {

@@ -93,8 +93,8 @@ Advanced::Advanced(QWidget *parent)
     ui->setupUi(this);
     modeBoxes_ = {ui->checkBox_3, ui->checkBox_4, ui->checkBox_5, ui->checkBox_6};
     buildHiddenTab();
-    onFirstShow(this, [this] { dress(); });
-    listen();
+    onFirstShow(this, [this] { applyStyle(); });
+    connectSignals();
     SlotAllLanguage(LanguageIndex);
 }
 
@@ -120,7 +120,7 @@ void Advanced::buildHiddenTab()
     }
 }
 
-void Advanced::listen()
+void Advanced::connectSignals()
 {
     PostMsg *hub = PostMsg::instance();
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
@@ -136,7 +136,7 @@ void Advanced::listen()
     connect(hub, SIGNAL(SigtVis(int)), this, SLOT(SetPos(int)));
 }
 
-void Advanced::dress()
+void Advanced::applyStyle()
 {
     const QString labelColor = style::color("LabelColor");
     const QString dimColor = style::color("LinEditColorSecond");
@@ -150,7 +150,7 @@ void Advanced::dress()
     for (QLabel *text : {ui->LongRangeText, ui->label_Min, ui->label_Zero, ui->label_Max})
         text->setStyleSheet(style::label(dimColor));
     for (QLabel *tips : {ui->SleepTips, ui->KFpsTips, ui->LongRangeTips, ui->AngleTips})
-        dressTip(tips);
+        styleTip(tips);
     ui->AnglePicture->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Angle.png")));
     ui->KFPS->setStyleSheet(style::switchButton(PicturePath_));
     for (QCheckBox *box : {ui->checkBox, ui->checkBox_2})

@@ -55,8 +55,8 @@ private:
     struct Placed;
 
     void buildHiddenTab();
-    void listen();
-    void dress();
+    void connectSignals();
+    void applyStyle();
     void paint(const FlashDataMap &map);
     void setHiddenTexts(int index);
     void showAngle(int degrees);

@@ -27,7 +27,7 @@ constexpr int MarkerPitch = 91; // of the stages
 constexpr int MarkerLeftLimit = 15;
 constexpr int MarkerRightLimit = 707;
 // With that many stages less one shown: the last x of a drop. With all of them there is none.
-constexpr std::array<int, DpiStageLimit - 1> RightLimits = {{69, 160, 251, 342, 433, 524, 612}};
+constexpr std::array<int, DpiStageLimit - 1> PermissionLimits = {{69, 160, 251, 342, 433, 524, 612}};
 
 struct MarkerBand {
     int shift; // in stages, to the right; to the left it is the mirrored row

@@ -57,15 +57,15 @@ Sensor::Sensor(QWidget *parent)
     ui->sensorDPI->raise(); // its marker reaches into the rates
     QDir().mkpath(SavePath_);
     ui->sensorDPI->SetStageCount(LoadDpiStageCount());
-    onFirstShow(this, [this] { dress(); });
+    onFirstShow(this, [this] { applyStyle(); });
     capabilities_ = ReadSensorDefines();
-    listen();
+    connectSignals();
     SlotAllLanguage(LanguageIndex);
 }
 
 Sensor::~Sensor() = default;
 
-void Sensor::dress()
+void Sensor::applyStyle()
 {
     const QString labelColor = style::color("LabelColor");
     ui->frameSensor->setStyleSheet(style::dialogBackground(PicturePath_, QStringLiteral("frameSensor")));
@@ -75,16 +75,16 @@ void Sensor::dress()
     for (QLabel *label : {ui->label_10, ui->label_11})
         label->setStyleSheet(style::label(labelColor));
     ui->TitleButton_4->setStyleSheet(style::tile(PicturePath_, QStringLiteral("Tips.png")));
-    dressTip(ui->performanceTip);
+    styleTip(ui->performanceTip);
     ui->Performance->setStyleSheet(style::checkBox(PicturePath_, labelColor));
     const bool corded = !modeView()->isRowHidden(Corded);
-    dressComboBox(ui->ModelChoose, PicturePath_);
+    styleComboBox(ui->ModelChoose, PicturePath_);
     showCorded(corded); // in the list that it has now
-    dressComboBox(ui->PerformanceOpen, PicturePath_);
+    styleComboBox(ui->PerformanceOpen, PicturePath_);
     placeTips(); // the fonts are final only now
 }
 
-void Sensor::listen()
+void Sensor::connectSignals()
 {
     PostMsg *hub = PostMsg::instance();
     connect(hub, SIGNAL(SigHideModel(int)), this, SLOT(SlotHideModel(int)));

@@ -56,8 +56,8 @@ public slots:
     void on_LOD_currentIndexChanged(int) {}
 
 private:
-    void listen();
-    void dress();
+    void connectSignals();
+    void applyStyle();
     void setTips(int index);
     void placeTips();
 

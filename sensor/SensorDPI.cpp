@@ -48,7 +48,7 @@ SensorDPI::SensorDPI(QWidget *parent) : StageSlots(parent), ui(std::make_unique<
                           ui->GreenButtonA, ui->PurpleButtonA, ui->LightBlueButtonA, ui->LightYellowButtonA});
     MarkerArea_ = ui->markerTrack->geometry();
     makeGroups();
-    onFirstShow(this, [this] { dress(); });
+    onFirstShow(this, [this] { applyStyle(); });
 }
 
 SensorDPI::~SensorDPI() = default;
@@ -64,10 +64,10 @@ void SensorDPI::makeGroups()
     }
 }
 
-void SensorDPI::dress()
+void SensorDPI::applyStyle()
 {
     PicturePath_ = style::pictureFolder(QStringLiteral("Sensor"));
-    row_->dress();
+    row_->applyStyle();
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
     ui->ReduceLevelA->setStyleSheet(style::titleButton(PicturePath_, QStringLiteral("Reduce")));
     ui->AddLevelA->setStyleSheet(style::titleButton(PicturePath_, QStringLiteral("Add")));
@@ -75,7 +75,7 @@ void SensorDPI::dress()
     ui->groove->setStyleSheet(style::tiledPicture(PicturePath_, QStringLiteral("Track.png")));
     ui->horizontalSliderC->setStyleSheet(style::slider());
     ui->spinBoxA->setStyleSheet(style::framedReadout());
-    dressComboBox(ui->ChooseEvent, PicturePath_);
+    styleComboBox(ui->ChooseEvent, PicturePath_);
     ui->ChooseEvent->setStyleSheet(ui->ChooseEvent->styleSheet() +
                                    style::comboBoxBack(PicturePath_, QStringLiteral("CountBack.png")));
 }

@@ -80,7 +80,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void dress();
+    void applyStyle();
     void makeGroups();
     void makePicker();
     void showStage(int stage);

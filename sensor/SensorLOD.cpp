@@ -24,16 +24,16 @@ QString heightText(int row) { return QLatin1String(LodRows[std::size_t(row)].tex
 SensorLOD::SensorLOD(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::SensorLOD>())
 {
     ui->setupUi(this);
-    onFirstShow(this, [this] { dress(); });
+    onFirstShow(this, [this] { applyStyle(); });
 }
 
 SensorLOD::~SensorLOD() = default;
 
-void SensorLOD::dress()
+void SensorLOD::applyStyle()
 {
     ui->caption->setStyleSheet(style::label(style::color("LabelColor")));
-    dressComboBox(ui->LOD, style::pictureFolder(QStringLiteral("Sensor")));
-    dressTip(ui->tip);
+    styleComboBox(ui->LOD, style::pictureFolder(QStringLiteral("Sensor")));
+    styleTip(ui->tip);
 }
 
 // Of LodRows, for the first item of the box.

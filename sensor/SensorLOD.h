@@ -43,7 +43,7 @@ public slots:
     void on_LOD_currentIndexChanged(int index);
 
 private:
-    void dress();
+    void applyStyle();
     int firstRow() const;
     int indexOf(int value) const;
     void showIndex(int index);

@@ -52,10 +52,10 @@ SensorRate::SensorRate(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui
     ui->setupUi(this);
     buttons_ = {ui->Button125HZ,  ui->Button250HZ,  ui->Button500HZ, ui->Button1000HZ,
                 ui->Button2000HZ, ui->Button4000HZ, ui->Button8000HZ};
-    onFirstShow(this, [this] { dress(); });
+    onFirstShow(this, [this] { applyStyle(); });
 }
 
-void SensorRate::dress()
+void SensorRate::applyStyle()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Sensor"));
     const QString ink = style::color("ButtonColor");

@@ -62,7 +62,7 @@ public slots:
     void on_Button8000HZ_clicked(bool checked) { choose(6, checked); }
 
 private:
-    void dress();
+    void applyStyle();
     void choose(int index, bool checked);
 
     std::unique_ptr<Ui::SensorRate> ui;

@@ -55,17 +55,17 @@ StageRow::StageRow(const Widgets &stageButtons, const Widgets &colorBars)
     }
 }
 
-void StageRow::dress()
+void StageRow::applyStyle()
 {
     folder_ = style::pictureFolder(QStringLiteral("Sensor"));
     ink_ = style::color("ButtonColor");
     for (int stage = 0; stage < DpiStageLimit; ++stage) {
-        dressButton(stage);
-        dressBar(stage);
+        styleButton(stage);
+        styleBar(stage);
     }
 }
 
-void StageRow::dressButton(int stage)
+void StageRow::styleButton(int stage)
 {
     const auto i = std::size_t(stage);
     place(buttons_[i], BigRect_[i], ButtonGrowth, buttonSelected_[i]);
@@ -73,7 +73,7 @@ void StageRow::dressButton(int stage)
         wear(buttons_[i], style::stageButton(folder_, ink_, buttonSelected_[i]));
 }
 
-void StageRow::dressBar(int stage)
+void StageRow::styleBar(int stage)
 {
     const auto i = std::size_t(stage);
     place(bars_[i], BarRect_[i], BarGrowth, barSelected_[i]);
@@ -93,7 +93,7 @@ void StageRow::setColor(int stage, const QString &color)
 {
     StageColor_[std::size_t(stage)] = color;
     bar(stage)->setAccessibleDescription(color);
-    dressBar(stage);
+    styleBar(stage);
 }
 
 void StageRow::swap(int one, int other)
@@ -109,13 +109,13 @@ void StageRow::swap(int one, int other)
 void StageRow::selectButton(int stage, bool selected)
 {
     buttonSelected_[std::size_t(stage)] = selected;
-    dressButton(stage);
+    styleButton(stage);
 }
 
 void StageRow::selectBar(int stage, bool selected)
 {
     barSelected_[std::size_t(stage)] = selected;
-    dressBar(stage);
+    styleBar(stage);
 }
 
 void StageRow::selectOnly(int stage)

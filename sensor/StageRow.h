@@ -29,7 +29,7 @@ public:
 
     StageRow(const Widgets &stageButtons, const Widgets &colorBars);
     // From now on the looks are painted.
-    void dress();
+    void applyStyle();
 
     void setText(int stage, const QString &text);
     QString text(int stage) const;
@@ -58,8 +58,8 @@ public:
     void blockSignals(bool blocked);
 
 private:
-    void dressButton(int stage);
-    void dressBar(int stage);
+    void styleButton(int stage);
+    void styleBar(int stage);
 
     Widgets buttons_, bars_;
     std::array<QRect, DpiStageLimit> BigRect_, BarRect_;

@@ -21,7 +21,7 @@ StopCloseTime::StopCloseTime(QWidget *parent) : QFrame(parent), ui(std::make_uni
 {
     ui->setupUi(this);
     onFirstShow(this, [this] {
-        dressComboBox(ui->StopClose, style::pictureFolder(QStringLiteral("Advanced")));
+        styleComboBox(ui->StopClose, style::pictureFolder(QStringLiteral("Advanced")));
         ui->StopClose->setMaxVisibleItems(SleepItems);
     });
 }

@@ -25,16 +25,16 @@ SwitchPanel::SwitchPanel(const SwitchRow &rowOfPanel, QWidget *parent)
     ui->caption->setText(QString::fromUtf8(row_.defaultCaption));
     ui->button->setAccessibleName(ui->caption->text());
     placeTip(row_.tipX[0]);
-    onFirstShow(this, [this] { dress(); });
+    onFirstShow(this, [this] { applyStyle(); });
 }
 
 SwitchPanel::~SwitchPanel() = default;
 
-void SwitchPanel::dress()
+void SwitchPanel::applyStyle()
 {
     ui->button->setStyleSheet(style::switchButton(style::pictureFolder(QStringLiteral("Sensor"))));
     ui->caption->setStyleSheet(style::label(style::color("LabelColor")));
-    dressTip(ui->tip);
+    styleTip(ui->tip);
 }
 
 QToolButton *SwitchPanel::button() const { return ui->button; }

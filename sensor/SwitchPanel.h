@@ -43,7 +43,7 @@ protected:
     void choose(bool checked);
 
 private:
-    void dress();
+    void applyStyle();
     void placeTip(int x);
 
     const SwitchRow &row_;

@@ -6,7 +6,7 @@
 
 #include <QLabel>
 
-void dressTip(QLabel *tip)
+void styleTip(QLabel *tip)
 {
     tip->setStyleSheet(
         style::labelPicture(style::pictureFolder(QStringLiteral("Sensor")), QStringLiteral("Tips.png")));

@@ -9,5 +9,5 @@ class QLabel;
 class QString;
 class QWidget;
 
-void dressTip(QLabel *tip);
+void styleTip(QLabel *tip);
 void setTip(QWidget *tip, QWidget *control, const QString &text);

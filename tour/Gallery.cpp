@@ -14,8 +14,8 @@
 #include "presentation/dialogs/GroupKey.h"
 #include "presentation/dialogs/addKey.h"
 #include "selection/AttachedDevices.h"
-#include "selection/NodeRight.h"
-#include "selection/RightHint.h"
+#include "selection/NodePermission.h"
+#include "selection/PermissionHint.h"
 #include "tour/Windows.h"
 
 #include <QScreen>
@@ -141,9 +141,9 @@ void Gallery::shootScene(const Scene &scene)
 }
 
 // The hint for a node that a stock system would keep from the user, with an installed program.
-void Gallery::shootRightHint(const Scene &scene)
+void Gallery::shootPermissionHint(const Scene &scene)
 {
-    const auto hint = [this] { return window_.findChild<RightHint *>(); };
+    const auto hint = [this] { return window_.findChild<PermissionHint *>(); };
     plugScene(scene);
     script_.step(
         scene.name, [] { return true; },
@@ -226,7 +226,7 @@ QString Gallery::run()
                                {"selection-offline", "wired roff"}})
         shootScene(scene);
     for (const Scene &scene : {Scene{"selection-refused", ""}, {"selection-refused-beside", "r1 r2 r3"}})
-        shootRightHint(scene);
+        shootPermissionHint(scene);
     for (const Scene &scene :
          {Scene{"sensor-6", "r1"}, {"sensor-7", "r2"}, {"sensor-8", "r3"}, {"sensor-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("SensorButton"));

@@ -27,7 +27,7 @@ private:
     void plug(const char *devices);
     void plugScene(const Scene &scene);
     void shootScene(const Scene &scene);
-    void shootRightHint(const Scene &scene);
+    void shootPermissionHint(const Scene &scene);
     void shootDevicePage(
         const Scene &scene, const QString &button, const std::function<void()> &more = [] {});
     void shootPanel(const char *opener, const char *name);

@@ -163,7 +163,7 @@ QVariant FieldModel::headerData(int section, Qt::Orientation orientation, int ro
     return orientation == Qt::Horizontal && role == Qt::DisplayRole ? names[section] : QVariant();
 }
 
-static void dress(QTableView *table, QAbstractItemModel *model, const QString &name)
+static void applyStyle(QTableView *table, QAbstractItemModel *model, const QString &name)
 {
     table->setModel(model);
     table->setAccessibleName(name);
@@ -184,10 +184,10 @@ FlashView::FlashView(QWidget *parent)
     , bytes_(new QTableView(this))
     , fields_(new QTableView(this))
 {
-    dress(bytes_, model_, QStringLiteral("Bytes of the flash"));
+    applyStyle(bytes_, model_, QStringLiteral("Bytes of the flash"));
     bytes_->setObjectName(QStringLiteral("flashBytes"));
     showWholeBytes();
-    dress(fields_, new FieldModel(model_, this), QStringLiteral("Known fields of the flash"));
+    applyStyle(fields_, new FieldModel(model_, this), QStringLiteral("Known fields of the flash"));
     fields_->setObjectName(QStringLiteral("flashFields"));
     fields_->setSelectionBehavior(QAbstractItemView::SelectRows);
     fields_->verticalHeader()->hide();

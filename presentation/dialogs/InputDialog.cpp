@@ -49,13 +49,13 @@ void InputDialog::finishForm()
     footer_ = new QLabel(findChild<QFrame *>(QString(), Qt::FindDirectChildrenOnly));
     footer_->setGeometry(FooterPlace);
     footer_->lower();
-    onFirstShow(this, [this] { dress(); });
+    onFirstShow(this, [this] { applyStyle(); });
     connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     scaleFontsToScreen(this);
 }
 
-void InputDialog::dress()
+void InputDialog::applyStyle()
 {
     const QString folder = style::pictureFolder(QStringLiteral("WarningDialog"));
     const QString buttonColor = style::color("ButtonColor");

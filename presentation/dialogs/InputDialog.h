@@ -44,7 +44,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    void dress();
+    void applyStyle();
 
     std::vector<FormText> texts_;
     QStringList defaults_; // of each

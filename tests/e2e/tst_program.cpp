@@ -6,8 +6,8 @@
 #include "device/ImageCache.h"
 #include "environment/DataRoot.h"
 #include "presentation/Notices.h"
-#include "tests/e2e/Heard.h"
 #include "tests/e2e/Program.h"
+#include "tests/e2e/ProgramSettled.h"
 #include "tests/support/Watchdog.h"
 
 #include <QRandomGenerator>
@@ -110,9 +110,9 @@ private slots:
                     return code != 1 && windows::isChecked(QString::fromLatin1(row.button));
             return false;
         });
-        std::unique_ptr<Heard> heard;
+        std::unique_ptr<ProgramSettled> heard;
         program.script.step("a word behind", always,
-                            [&] { heard = std::make_unique<Heard>(program.bus, "m1"); });
+                            [&] { heard = std::make_unique<ProgramSettled>(program.bus, "m1"); });
         program.expect("heard", [&] { return bool(*heard); });
         QCOMPARE(program.script.run(), QString());
         QCOMPARE(program.bus.emulated.reportCount("r1", wire::Command::FlashWrite), writes);

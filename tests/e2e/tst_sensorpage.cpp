@@ -5,7 +5,7 @@
 // control does to the mouse's flash, what the mouse's own buttons do to the page, and the way back when the
 // mouse does not answer.
 #include "sensor/MarkerTrack.h"
-#include "tests/e2e/SensorRoad.h"
+#include "tests/e2e/SensorEndToEnd.h"
 
 #include <QColorDialog>
 
@@ -52,8 +52,8 @@ private:
 
 struct Edit {
     QString name;
-    SensorRoad::Act act;
-    SensorRoad::Change change;
+    SensorEndToEnd::Act act;
+    SensorEndToEnd::Change change;
     uint64_t reports = 1;
 };
 
@@ -61,7 +61,7 @@ struct Edit {
 class Edits
 {
 public:
-    Edits(SensorRoad &sensorRoad, const ModelRow &modelRow) : road(sensorRoad), model(modelRow) {}
+    Edits(SensorEndToEnd &sensorEndToEnd, const ModelRow &modelRow) : road(sensorEndToEnd), model(modelRow) {}
 
     std::vector<Edit> all()
     {
@@ -82,7 +82,8 @@ public:
 private:
     using Field = uint8_t FlashDataMap::*;
 
-    void add(const QString &name, SensorRoad::Act act, SensorRoad::Change change, uint64_t reports = 1)
+    void add(const QString &name, SensorEndToEnd::Act act, SensorEndToEnd::Change change,
+             uint64_t reports = 1)
     {
         edits.push_back({name, std::move(act), std::move(change), reports});
     }
@@ -177,7 +178,7 @@ private:
         QTest::mouseMove(window, inWindow(end));
         QTest::mouseRelease(window, Qt::LeftButton, {}, inWindow(end));
     }
-    void addValue(const char *name, const DpiRow &row, SensorRoad::Act act)
+    void addValue(const char *name, const DpiRow &row, SensorEndToEnd::Act act)
     {
         add(QLatin1String(name), std::move(act), [row](FlashDataMap &map) {
             map.DpiStages[0].LevelX = map.DpiStages[0].LevelY = row.code;
@@ -198,7 +199,7 @@ private:
         dialog->accept();
     }
 
-    SensorRoad &road;
+    SensorEndToEnd &road;
     const ModelRow &model;
     std::vector<Edit> edits;
 };
@@ -219,7 +220,7 @@ private:
                 if (wired || SensorLinks[link].device)
                     QTest::addRow("%d-%s", SensorModels[model].mid, SensorLinks[link].name) << model << link;
     }
-    static void checkGates(const SensorRoad &road, const ModelRow &model)
+    static void checkGates(const SensorEndToEnd &road, const ModelRow &model)
     {
         const auto isThere = [&road](const char *name) { return !road.find(name)->isHidden(); };
         QCOMPARE(isThere("ModelChoose"), model.settings);
@@ -238,7 +239,7 @@ private:
             QCOMPARE(!road.rate(4 + i)->isHidden(), i < fastRates(road.link.kind));
     }
     // The page follows the mouse's own buttons and writes nothing.
-    static void pressButtons(SensorRoad &road)
+    static void pressButtons(SensorEndToEnd &road)
     {
         const uint64_t writes = road.writes();
         for (int i = 0; i < 8; ++i)
@@ -251,7 +252,7 @@ private:
         QCOMPARE(road.writes(), writes);
     }
     // Without what stands in the colour dialog.
-    static QStringList state(const SensorRoad &road)
+    static QStringList state(const SensorEndToEnd &road)
     {
         const auto isOfPage = [&road](const QWidget *widget) {
             return widget->window() == road.page()->window();
@@ -272,7 +273,7 @@ private slots:
     {
         QFETCH(int, model);
         QFETCH(int, link);
-        SensorRoad road(SensorModels[model], SensorLinks[link]);
+        SensorEndToEnd road(SensorModels[model], SensorLinks[link]);
         QCOMPARE(road.open(), QString());
         QCOMPARE(road.settle(), QString());
         checkGates(road, ModelRows[model]);
@@ -292,7 +293,7 @@ private slots:
     {
         QFETCH(int, model);
         QFETCH(int, link);
-        SensorRoad road(SensorModels[model], SensorLinks[link]);
+        SensorEndToEnd road(SensorModels[model], SensorLinks[link]);
         QCOMPARE(road.open(), QString());
         Edits edits(road, ModelRows[model]);
         const std::vector<Edit> all = edits.all();

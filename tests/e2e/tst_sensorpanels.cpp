@@ -6,7 +6,7 @@
 // when the mouse does not answer.
 #include "lighting/SensorEffect.h"
 #include "sensor/StopCloseTime.h"
-#include "tests/e2e/SensorRoad.h"
+#include "tests/e2e/SensorEndToEnd.h"
 
 namespace
 {
@@ -46,7 +46,7 @@ private:
             qFatal("%s does not show", name);
         return found;
     }
-    static QString open(SensorRoad &road, const char *way)
+    static QString open(SensorEndToEnd &road, const char *way)
     {
         const QString wrong = road.open();
         if (!wrong.isEmpty())
@@ -70,7 +70,7 @@ private slots:
     void everyDebounceTime()
     {
         QFETCH(int, link);
-        SensorRoad road(SensorModels[0], SensorLinks[link]);
+        SensorEndToEnd road(SensorModels[0], SensorLinks[link]);
         QCOMPARE(open(road, "ButtonMain"), QString());
         Answers<LessThree> warning;
         int warnings = 0;
@@ -89,7 +89,7 @@ private slots:
     void everySettingOfTheAdvancedPage()
     {
         QFETCH(int, link);
-        SensorRoad road(SensorModels[1], SensorLinks[link]);
+        SensorEndToEnd road(SensorModels[1], SensorLinks[link]);
         QCOMPARE(open(road, "Advanced"), QString());
         const auto sleep = [&road](Qt::Key key, int index) {
             return road.edit(
@@ -117,7 +117,7 @@ private slots:
     void everySettingOfTheStageLight()
     {
         QFETCH(int, link);
-        SensorRoad road(SensorModels[2], SensorLinks[link]);
+        SensorEndToEnd road(SensorModels[2], SensorLinks[link]);
         QCOMPARE(open(road, "LightsButton"), QString());
         const auto mode = [&road](int index) {
             return road.edit([=] { choose("Model", index); },
@@ -149,7 +149,7 @@ private slots:
     // Each page's edits one after the other; the notice is answered meanwhile.
     void aSilentMouseTakesThemBack()
     {
-        SensorRoad road(SensorModels[0], SensorLinks[2]);
+        SensorEndToEnd road(SensorModels[0], SensorLinks[2]);
         QCOMPARE(open(road, "LightsButton"), QString());
         for (const int mode : {2, 1}) // the page holds a value of its own for each
             choose("Model", mode);

@@ -4,7 +4,7 @@
 // The sensor page when much happens at once: a storm of the mouse's own buttons, and a random mixture of ten
 // thousand edits and presses for one model and a shorter one for another. Record, flash and page come to say
 // the same.
-#include "tests/e2e/SensorRoad.h"
+#include "tests/e2e/SensorEndToEnd.h"
 #include "tests/support/Watchdog.h"
 
 #include <random>
@@ -18,7 +18,7 @@ const SensorLink &fastLink() { return SensorLinks[5]; }
 class Hand
 {
 public:
-    Hand(SensorRoad &sensorRoad, unsigned seed) : road(sensorRoad), random(seed)
+    Hand(SensorEndToEnd &sensorEndToEnd, unsigned seed) : road(sensorEndToEnd), random(seed)
     {
         const auto *page = road.page();
         for (QAbstractButton *button : page->findChildren<QAbstractButton *>())
@@ -75,7 +75,7 @@ private:
             button->click();
     }
 
-    SensorRoad &road;
+    SensorEndToEnd &road;
     std::mt19937 random;
     std::vector<QAbstractButton *> buttons;
     std::vector<QComboBox *> boxes;
@@ -97,7 +97,7 @@ private slots:
     void aStormOfButtonsLeavesAllEqual()
     {
         QFETCH(int, model);
-        SensorRoad road(SensorModels[model], fastLink());
+        SensorEndToEnd road(SensorModels[model], fastLink());
         Watchdog watchdog;
         QCOMPARE(road.open(), QString());
         const uint64_t writes = road.writes();
@@ -121,7 +121,7 @@ private slots:
     {
         QFETCH(int, model);
         QFETCH(int, steps);
-        SensorRoad road(SensorModels[model], fastLink());
+        SensorEndToEnd road(SensorModels[model], fastLink());
         QCOMPARE(road.open(), QString());
         QCOMPARE(road.settle(), QString());
         const uint64_t repeats = road.repeats();

@@ -7,7 +7,7 @@
 #include "device/EventDispatch.h"
 #include "device/Worker.h"
 #include "tests/support/DeviceFixture.h"
-#include "tests/support/Elsewhere.h"
+#include "tests/support/OtherThread.h"
 
 #include <QtTest>
 
@@ -46,7 +46,7 @@ private:
     }
     void changed()
     {
-        runElsewhere([] { DevicePageUsbChanged(); });
+        runOnOtherThread([] { DevicePageUsbChanged(); });
         QTRY_VERIFY(!worker->isRunning());
         QCoreApplication::processEvents();
         hub->lines.removeAll(QStringLiteral("setver 4"));

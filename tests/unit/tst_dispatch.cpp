@@ -4,7 +4,7 @@
 // The message dispatch against a scripted layer: what each message publishes, asks and stores.
 #include "catalogue/RegistryStore.h"
 #include "device/DeviceRecord.h"
-#include "tests/support/Elsewhere.h"
+#include "tests/support/OtherThread.h"
 #include "tests/unit/DispatchFixture.h"
 
 #include <cstring>
@@ -217,7 +217,7 @@ private slots:
         select(0, Receiver1K);
         const uint8_t header[] = {5, 8, 0, 9, 9, 0, 0};
         const uint8_t rate[56] = {64};
-        runElsewhere([&] {
+        runOnOtherThread([&] {
             ProtocolCallback(header, 7, rate, 1); // address 0x0909
             ProtocolCallback(header, 3, rate, 1); // no address: 0
             ProtocolCallback(header, 1, rate, 1); // no code

@@ -3,7 +3,7 @@
 //
 // The hub: its signals, and the blocking delivery of types that no queue could carry.
 #include "hub/PostMsg.h"
-#include "tests/support/Elsewhere.h"
+#include "tests/support/OtherThread.h"
 
 #include <QMetaMethod>
 #include <QSet>
@@ -157,7 +157,7 @@ private slots:
         sent.MacroBlocks[15].Events[69].DelayMs.set(70000);
         DongleRGB rgb{2, {}};
         std::atomic<int> takenAtReturn{0};
-        runElsewhere([&] {
+        runOnOtherThread([&] {
             emit PostMsg::instance()->SigUpDataLightSensor(sent);
             takenAtReturn = page.taken.load(); // the page had it before the callback went on
             emit PostMsg::instance()->SigRGBValue(&rgb);

@@ -8,8 +8,8 @@
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "hub/PostMsg.h"
-#include "tests/support/Elsewhere.h"
 #include "tests/support/FakeHidUsb.h"
+#include "tests/support/OtherThread.h"
 #include "tests/support/ProductFolder.h"
 
 #include <QApplication>
@@ -87,7 +87,7 @@ inline void clean()
 }
 
 // Emits what must not be emitted on the main thread, and turns the event loop until it has been taken.
-inline void emitElsewhere(const std::function<void()> &emission) { runElsewhere(emission); }
+inline void emitOnOtherThread(const std::function<void()> &emission) { runOnOtherThread(emission); }
 
 // Acts on the next modal dialog of that class, once it is up.
 template <typename Notice> void whenModal(std::function<void(Notice *)> act)

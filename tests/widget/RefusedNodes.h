@@ -5,7 +5,7 @@
 // as one that keeps the user out, also from root.
 #pragma once
 
-#include "selection/NodeRight.h"
+#include "selection/NodePermission.h"
 
 #include <QDir>
 #include <QFileInfo>

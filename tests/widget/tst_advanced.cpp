@@ -62,7 +62,8 @@ private slots:
 
     void bothRecordSignalsPaintAlike()
     {
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigUpDataLightSensor(recordWith(1, 90, -7)); });
+        fixture::emitOnOtherThread(
+            [] { emit PostMsg::instance()->SigUpDataLightSensor(recordWith(1, 90, -7)); });
         QVERIFY(showsAngle(-7) && kfps()->isChecked());
         QCOMPARE(sleep()->currentIndex(), 7);
         emit PostMsg::instance()->SigUpDataSensorUIB(recordWith(0, 1, 7));

@@ -65,10 +65,10 @@ private slots:
         selectModel(model);
         page = std::make_unique<Advanced>();
         QVERIFY(allShown(LongRangeGroup, false));
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigLongRangeMode(true); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigLongRangeMode(true); });
         QCOMPARE(longRange()->isChecked(), offered);
         QVERIFY(allShown(LongRangeGroup, offered));
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigLongRangeMode(false); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigLongRangeMode(false); });
         QVERIFY(!longRange()->isChecked());
         QVERIFY(allShown(LongRangeGroup, offered));
         QCOMPARE(setCalls(), 0);
@@ -86,7 +86,7 @@ private slots:
                 if (imported)
                     emit PostMsg::instance()->SigFormB();
                 else
-                    fixture::emitElsewhere([] { emit PostMsg::instance()->SigForm(); });
+                    fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigForm(); });
                 QVERIFY(allShown(LongRangeGroup, offered && !cable));
             }
         }
@@ -112,7 +112,7 @@ private slots:
         page->SlotLongRangeMode(true);
         QSignalSpy toggled(longRange(), &QCheckBox::toggled);
         QSignalSpy changed(angle(), &QSlider::valueChanged);
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         QVERIFY(!longRange()->isChecked() && !kfps()->isChecked());
         QVERIFY(showsAngle(0));
         QCOMPARE(sleep()->currentIndex(), 2);

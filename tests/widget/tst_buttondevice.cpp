@@ -18,7 +18,7 @@ private:
     QComboBox *profiles() { return page().form.findChild<QComboBox *>("ProjectChoose"); }
     static void tellProfiles(int total, int selected, bool enabled)
     {
-        fixture::emitElsewhere(
+        fixture::emitOnOtherThread(
             [=] { emit PostMsg::instance()->SigUpDataConfigUI(total, selected, enabled); });
     }
     QStringList profileNames()

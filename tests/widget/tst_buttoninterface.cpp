@@ -128,7 +128,7 @@ private slots:
 
     void aReadFromTheDeviceMarksThePageLoaded()
     {
-        fixture::emitElsewhere(
+        fixture::emitOnOtherThread(
             [] { emit PostMsg::instance()->SigUpDataLightUIButton(ButtonPage::plainRecord()); });
         QVERIFY(ButtonPageLoaded);
         QCOMPARE(page().button("FireKey")->text(), "Left button");

@@ -141,7 +141,7 @@ private slots:
         page().click("RightKey");
         const QStringList before = page().captions();
         QSignalSpy sleep(PostMsg::instance(), &PostMsg::SigLightToFrom);
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         QCOMPARE(page().shownPage(), "page");
         QCOMPARE(page().shownPanel(), "page_9");
         QCOMPARE(sleep.count(), 1);

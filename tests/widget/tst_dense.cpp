@@ -80,7 +80,7 @@ private slots:
         MyConmboBox box;
         box.addItem("English");
         box.setFixedSize(130, 30);
-        dressComboBox(&box, folder);
+        styleComboBox(&box, folder);
         check(&box, folder, "Menu");
     }
 

@@ -75,7 +75,7 @@ private slots:
         QFETCH(bool, asText);
         QFETCH(QString, text);
         QFETCH(QString, color);
-        fixture::emitElsewhere([=] { emit PostMsg::instance()->SigBattery(level == 15, level, asText); });
+        fixture::emitOnOtherThread([=] { emit PostMsg::instance()->SigBattery(level == 15, level, asText); });
         auto *bar = dialog()->findChild<QProgressBar *>("progressBar");
         QCOMPARE(bar->value(), level);
         QCOMPARE(bar->styleSheet(),

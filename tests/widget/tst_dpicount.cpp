@@ -118,7 +118,7 @@ private slots:
         QVERIFY(editor.nothingWritten());
     }
 
-    void withoutTheRightToWriteTheStagesChangePlacesOnThePage()
+    void withoutPermissionToWriteTheStagesChangePlacesOnThePage()
     {
         DpiEditor editor(FastModel, 4, 6);
         const FlashDataMap before = DeviceRecord::copy();

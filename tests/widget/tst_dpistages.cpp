@@ -130,14 +130,14 @@ private slots:
         looksSelected(editor, otherThan(stage));
     }
 
-    void withoutTheRightToWriteAStageOnlyLooksSelected_data()
+    void withoutPermissionToWriteAStageOnlyLooksSelected_data()
     {
         QTest::addColumn<bool>("armed");
         QTest::addColumn<bool>("busy");
         QTest::newRow("not armed") << false << false;
         QTest::newRow("busy") << true << true;
     }
-    void withoutTheRightToWriteAStageOnlyLooksSelected()
+    void withoutPermissionToWriteAStageOnlyLooksSelected()
     {
         QFETCH(bool, armed);
         QFETCH(bool, busy);
@@ -185,7 +185,7 @@ private slots:
 
     void aColorWithoutTheRightToWriteIsOnlyShown_data()
     {
-        withoutTheRightToWriteAStageOnlyLooksSelected_data();
+        withoutPermissionToWriteAStageOnlyLooksSelected_data();
     }
     void aColorWithoutTheRightToWriteIsOnlyShown()
     {

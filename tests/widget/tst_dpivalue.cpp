@@ -296,14 +296,14 @@ private slots:
         QVERIFY(editor.nothingWritten());
     }
 
-    void withoutTheRightToWriteTheValueIsOnlyShown_data()
+    void withoutPermissionToWriteTheValueIsOnlyShown_data()
     {
         QTest::addColumn<bool>("armed");
         QTest::addColumn<bool>("importing");
         QTest::newRow("not armed") << false << false;
         QTest::newRow("while an image is imported") << true << true;
     }
-    void withoutTheRightToWriteTheValueIsOnlyShown()
+    void withoutPermissionToWriteTheValueIsOnlyShown()
     {
         QFETCH(bool, armed);
         QFETCH(bool, importing);

@@ -15,8 +15,8 @@
 #include "presentation/dialogs/GroupKey.h"
 #include "presentation/dialogs/addKey.h"
 #include "presentation/language/LanguageTables.h"
-#include "selection/NodeRight.h"
-#include "selection/RightHint.h"
+#include "selection/NodePermission.h"
+#include "selection/PermissionHint.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/RefusedNodes.h"
 
@@ -173,7 +173,7 @@ private slots:
         DialogMain window;
         window.show();
         QTRY_VERIFY(fake.idle());
-        QTRY_VERIFY(window.findChild<RightHint *>()->isVisible());
+        QTRY_VERIFY(window.findChild<PermissionHint *>()->isVisible());
         QCOMPARE(window.findChildren<mytoolButtonEnter *>().size(), tiles);
         check(&window);
     }
@@ -187,8 +187,8 @@ private slots:
         fixture::select(fixture::info("0x0005/6", Receiver8K));
         emit PostMsg::instance()->SigChangeMainDialog(1);
         emit PostMsg::instance()->SigUpDataSensorUIB(FlashDataMap{});
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigUpDataConfigUI(4, 2, true); });
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigBattery(true, 100, true); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigUpDataConfigUI(4, 2, true); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigBattery(true, 100, true); });
         auto *dialog = window.findChild<Dialog *>();
         for (const char *way :
              {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"}) {
@@ -266,7 +266,7 @@ private slots:
                 check(&window);
             }
         }
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         open->click();
         check(&window);
         QTRY_VERIFY(fake.idle());

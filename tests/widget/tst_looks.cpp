@@ -127,7 +127,7 @@ private slots:
         MyConmboBox box;
         box.addItems({"one", "two"});
         box.resize(130, 30);
-        dressComboBox(&box, folder.path() + '/');
+        styleComboBox(&box, folder.path() + '/');
         box.show();
         QCOMPARE(pixelsOf(&box, Qt::red), 16 * 16);
         QCOMPARE(pixelsOf(&box, Qt::blue), 0);

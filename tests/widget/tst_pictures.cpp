@@ -108,7 +108,8 @@ private:
         for (int page = 0; page < pages->count(); ++page) {
             pages->setCurrentIndex(page);
             emit PostMsg::instance()->SigIsUsb(page % 2 == 0, false);
-            fixture::emitElsewhere([page] { emit PostMsg::instance()->SigBattery(true, page * 10, true); });
+            fixture::emitOnOtherThread(
+                [page] { emit PostMsg::instance()->SigBattery(true, page * 10, true); });
             QVERIFY(pages->currentWidget()->isVisible());
             note(&window, seen);
         }

@@ -261,7 +261,7 @@ private slots:
         page.show(sensorRecord(8));
         int shown = 1;
         for (int stage = -1; stage <= 256; ++stage) {
-            fixture::emitElsewhere([stage] { emit PostMsg::instance()->SigUpDataDPI(stage); });
+            fixture::emitOnOtherThread([stage] { emit PostMsg::instance()->SigUpDataDPI(stage); });
             QVERIFY(UiArmed);
             if (stage >= 0 && stage < 8)
                 shown = stage;

@@ -258,13 +258,14 @@ private slots:
     {
         panel()->setEnabled(false);
         LightPageLoaded = false;
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigUpDataDPILed(recordWith(2, 128, 4, 1)); });
+        fixture::emitOnOtherThread(
+            [] { emit PostMsg::instance()->SigUpDataDPILed(recordWith(2, 128, 4, 1)); });
         QVERIFY(panel()->isEnabled());
         QCOMPARE(model()->currentIndex(), 2);
         QCOMPARE(slider(Sliders[0])->value(), 4);
         QCOMPARE(slider(Sliders[1])->value(), 5);
         QVERIFY(!LightPageLoaded);
-        fixture::emitElsewhere(
+        fixture::emitOnOtherThread(
             [] { emit PostMsg::instance()->SigUpDataLightLight(recordWith(1, 255, 1, 1)); });
         QCOMPARE(model()->currentIndex(), 1);
         QVERIFY(LightPageLoaded && !LightPageBusy);
@@ -274,7 +275,7 @@ private slots:
     void withoutDeviceAndImage()
     {
         paint(recordWith(2, 255, 5, 1));
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         QCOMPARE(shownMode(), QString("Off"));
         QCOMPARE(model()->currentIndex(), 0);
         QCOMPARE(slider(Sliders[0])->value(), 3);
@@ -291,7 +292,7 @@ private slots:
             QVERIFY(page->rect().contains(panel()->geometry()));
         }
         SelectedDevice::set(fixture::info("dev", fixture::CableKind));
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         QCOMPARE(panel()->pos(), QPoint(68, 77));
     }
 

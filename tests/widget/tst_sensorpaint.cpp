@@ -360,7 +360,7 @@ private slots:
         page.show(sensorRecord());
         QVERIFY(!SensorPageLoaded);
         const FlashDataMap map = sensorRecord(2);
-        fixture::emitElsewhere([&map] { emit PostMsg::instance()->SigUpDataLightSensor(map); });
+        fixture::emitOnOtherThread([&map] { emit PostMsg::instance()->SigUpDataLightSensor(map); });
         QVERIFY(SensorPageLoaded && !SensorPageBusy);
         QCOMPARE(page.choice()->currentIndex(), 1);
     }

@@ -163,7 +163,7 @@ private slots:
     {
         QFETCH(int, index);
         const int code = RateRows[std::size_t(index)].code;
-        fixture::emitElsewhere([code] { emit PostMsg::instance()->SigUpDataReportRate(code); });
+        fixture::emitOnOtherThread([code] { emit PostMsg::instance()->SigUpDataReportRate(code); });
         QCOMPARE(checkedIndex(), index);
         QVERIFY(FakeHidUsb::instance().updates().empty());
     }
@@ -173,7 +173,7 @@ private slots:
         SensorPageLoaded = false;
         page->SlotUpDataSenSorUIB(recordWith(1));
         QVERIFY(!SensorPageLoaded);
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigUpDataLightSensor(recordWith(1)); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigUpDataLightSensor(recordWith(1)); });
         QVERIFY(SensorPageLoaded);
         QVERIFY(!SensorPageBusy);
         QCOMPARE(checkedIndex(), Rate1000);
@@ -191,7 +191,7 @@ private slots:
     {
         page->SlotUpDataSenSorUIB(recordWith(8));
         SelectedDevice::set(fixture::info("dev", Receiver2K));
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         QCOMPARE(checkedIndex(), Rate1000);
         QVERIFY(!panel()->button(4)->isHidden());
         QVERIFY(panel()->button(5)->isHidden());

@@ -54,7 +54,7 @@ private slots:
         }());
         QSignalSpy dpi(PostMsg::instance(), &PostMsg::SigAddSensor);
         QSignalSpy open(PostMsg::instance(), &PostMsg::Sig20KOpen);
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         checkEmptyState(page);
         QCOMPARE(page.checkedRate(), fast.isEmpty() ? 0 : int(Rate1000));
         for (int i = 0; i < fast.size(); ++i)
@@ -92,7 +92,7 @@ private slots:
     void theTimeOfTheEmptyStateFallsBackToAnother()
     {
         SensorFixture page;
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigFormReset(); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         FakeHidUsb::instance().setOnline("dev", false);
         page.time()->setCurrentIndex(4);
         QCOMPARE(page.time()->currentIndex(), 1);

@@ -169,13 +169,13 @@ private slots:
     void profilesAreListed()
     {
         auto *box = dialog()->findChild<QComboBox *>("ProjectChoose");
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigUpDataConfigUI(4, 2, true); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigUpDataConfigUI(4, 2, true); });
         QCOMPARE(box->count(), 4);
         QCOMPARE(box->currentIndex(), 2);
         QVERIFY(box->isEnabled());
         QVERIFY(box->itemText(3).endsWith("4"));
         QVERIFY(!box->itemText(3).contains("1"));
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigUpDataConfigUI(0, 0, false); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigUpDataConfigUI(0, 0, false); });
         QCOMPARE(box->count(), 1);
         QVERIFY(!box->isEnabled());
     }
@@ -184,7 +184,7 @@ private slots:
     {
         openDevicePage();
         auto *box = dialog()->findChild<QComboBox *>("ProjectChoose");
-        fixture::emitElsewhere([] { emit PostMsg::instance()->SigUpDataConfigUI(4, 2, true); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigUpDataConfigUI(4, 2, true); });
         box->setCurrentIndex(1);
         emit box->activated(1);
         QCOMPARE(fake.count("UsbServer_SetCurrentConfig"), 1);

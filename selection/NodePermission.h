@@ -15,7 +15,7 @@ constexpr char RulesFileName[] = "70-morlen.rules";
 // True when the node is there and keeps this user out. Only what lies below /dev/ is a node.
 bool isRefused(const QString &path);
 
-enum class RightLack : uint8_t {
+enum class PermissionLack : uint8_t {
     NoRules,     // udev does not know the devices
     OldRules,    // those of another version, which may not know the device
     NotInEffect, // the rules came after the node
@@ -23,7 +23,7 @@ enum class RightLack : uint8_t {
 };
 
 struct NodeRemedy {
-    RightLack lack;
+    PermissionLack lack;
     QString subject; // the rules file that is missing or installed, or the group
     QString command; // for a shell, one line
 };

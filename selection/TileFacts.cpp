@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "selection/TileRoad.h"
+#include "selection/TileFacts.h"
 
 #include "catalogue/ConfigReader.h"
 #include "catalogue/FirmwareSearch.h"

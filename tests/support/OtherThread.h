@@ -12,7 +12,7 @@
 
 // Returns when the work is done. Work that never ends can't be left behind, as it uses the test's own
 // objects: the process ends with it.
-inline void runElsewhere(const std::function<void()> &work)
+inline void runOnOtherThread(const std::function<void()> &work)
 {
     std::atomic<bool> done{false};
     std::thread thread([&] {

@@ -1,18 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Heard: tells when the program has done all that came of what its mouse has said so far. A mouse that speaks
-// once more is asked for its battery; orders and answers keep their order, so that the writes of the program
-// stand in front of that question. Main thread.
+// ProgramSettled: tells when the program has done all that came of what its mouse has said so far. A mouse
+// that speaks once more is asked for its battery; orders and answers keep their order, so that the writes of
+// the program stand in front of that question. Main thread.
 #pragma once
 
 #include "hub/PostMsg.h"
 #include "tests/support/EmulatedBus.h"
 
-class Heard
+class ProgramSettled
 {
 public:
-    Heard(EmulatedBus &bus, const std::string &mouse)
+    ProgramSettled(EmulatedBus &bus, const std::string &mouse)
     {
         QObject::connect(PostMsg::instance(), &PostMsg::SigBattery, &context, [this] { heard = true; });
         bus.order("battery " + mouse + " " + std::to_string(bus.emulated.mouse(mouse)->battery));

@@ -3,7 +3,7 @@
 //
 // Devices that are there and may not be opened: the selection page says so, says what is missing and which
 // command adds it, and forgets it by itself when the right is there.
-#include "selection/RightHint.h"
+#include "selection/PermissionHint.h"
 #include "tests/widget/RefusedNodes.h"
 #include "tests/widget/SelectionPage.h"
 
@@ -56,7 +56,7 @@ private slots:
         QVERIFY(shows("rightHint"));
         QVERIFY2(title().contains(QString::fromStdString(device.path)), qPrintable(title()));
         QVERIFY(shows("label_2"));
-        QCOMPARE(prompt(), homeText("RightPrompt"));
+        QCOMPARE(prompt(), homeText("PermissionPrompt"));
         QVERIFY(prompt() != homeText("PleaseEnter"));
         QCOMPARE(tileCount(), 0);
         QVERIFY(AttachedDevices.empty());
@@ -149,7 +149,7 @@ private slots:
         QVERIFY(inOne > 0);
         page->hide();
         fake.clearCalls();
-        QSignalSpy changed(child<RightHint>("rightHint"), &RightHint::rightsChanged);
+        QSignalSpy changed(child<PermissionHint>("rightHint"), &PermissionHint::rightsChanged);
         RefusedNodes::setMode(QString::fromStdString(device.path), 0600);
         QTRY_COMPARE(changed.count(), 1);
         for (int i = 1; i <= 3; ++i) { // which gives a search of its own the time to show
@@ -164,14 +164,14 @@ private slots:
         QTest::addColumn<int>("mode");
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("command");
-        QTest::newRow("the rules") << false << 0 << "RightNoRules"
+        QTest::newRow("the rules") << false << 0 << "PermissionNoRules"
                                    << "sudo cp %1/70-morlen.rules /etc/udev/rules.d/ && sudo udevadm control "
                                       "--reload && sudo udevadm trigger";
-        QTest::newRow("their effect") << true << 0 << "RightNotInEffect"
+        QTest::newRow("their effect") << true << 0 << "PermissionNotInEffect"
                                       << "sudo udevadm control --reload && sudo udevadm trigger";
-        QTest::newRow("a group") << true << 060 << "RightNotInGroup"
+        QTest::newRow("a group") << true << 060 << "PermissionNotInGroup"
                                  << "sudo usermod -aG %2 $USER";
-        QTest::newRow("rules before a group") << false << 060 << "RightNoRules"
+        QTest::newRow("rules before a group") << false << 060 << "PermissionNoRules"
                                               << "sudo cp %1/70-morlen.rules /etc/udev/rules.d/ && sudo "
                                                  "udevadm control --reload && sudo udevadm trigger";
     }
@@ -205,23 +205,23 @@ private slots:
         const QString closed = nodes->add("closed", 0);
         write(installed, "some devices\n");
         const NodeRemedy remedy = nodeRemedy(closed);
-        QCOMPARE(int(remedy.lack), int(RightLack::OldRules));
+        QCOMPARE(int(remedy.lack), int(PermissionLack::OldRules));
         QCOMPARE(remedy.subject, installed);
         QVERIFY2(remedy.command.startsWith("sudo cp " + own), qPrintable(remedy.command));
         build();
         plug({refused("hidraw3")});
-        QCOMPARE(hint(), homeText("RightOldRules").arg(installed));
-        QCOMPARE(int(lack(nodes->add("ofAGroup", 060))), int(RightLack::NotInGroup));
+        QCOMPARE(hint(), homeText("PermissionOldRules").arg(installed));
+        QCOMPARE(int(lack(nodes->add("ofAGroup", 060))), int(PermissionLack::NotInGroup));
         write(installed, "all devices\n");
-        QCOMPARE(int(lack(closed)), int(RightLack::NotInEffect));
+        QCOMPARE(int(lack(closed)), int(PermissionLack::NotInEffect));
         QFile::remove(installed);
         QVERIFY(QFile::link("/dev/null", installed));
-        QCOMPARE(int(lack(closed)), int(RightLack::OldRules));
+        QCOMPARE(int(lack(closed)), int(PermissionLack::OldRules));
         QFile::remove(installed);
         QCOMPARE(mkfifo(installed.toLocal8Bit(), 0600), 0); // which nobody writes to
-        QCOMPARE(int(lack(closed)), int(RightLack::OldRules));
+        QCOMPARE(int(lack(closed)), int(PermissionLack::OldRules));
         QFile::remove(own);
-        QCOMPARE(int(lack(closed)), int(RightLack::NotInEffect)); // nothing to compare with
+        QCOMPARE(int(lack(closed)), int(PermissionLack::NotInEffect)); // nothing to compare with
     }
 
     // The rules come and give the node to a group.
@@ -230,7 +230,7 @@ private slots:
         build();
         const FakeDevice device = refused("hidraw3", 6);
         plug({device});
-        QCOMPARE(hint(), homeText("RightNoRules").arg("70-morlen.rules"));
+        QCOMPARE(hint(), homeText("PermissionNoRules").arg("70-morlen.rules"));
         nodes->installRules();
         RefusedNodes::setMode(QString::fromStdString(device.path), 060);
         QTRY_VERIFY(command().startsWith("sudo usermod"));
@@ -306,11 +306,11 @@ private slots:
         child<QLabel>("hintText")->setText({});
         child<QLabel>("label_2")->setText({});
         emit PostMsg::instance()->SigAllLanguage(0);
-        QCOMPARE(hint(), homeText("RightNoRules").arg("70-morlen.rules"));
-        QCOMPARE(prompt(), homeText("RightPrompt"));
+        QCOMPARE(hint(), homeText("PermissionNoRules").arg("70-morlen.rules"));
+        QCOMPARE(prompt(), homeText("PermissionPrompt"));
     }
 };
 
 int main(int argc, char *argv[]) { return runSelectionTest<tst_RightHint>(argc, argv); }
 
-#include "tst_righthint.moc"
+#include "tst_permissionhint.moc"

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// SensorRoad: the program on one emulated mouse of a model and a link, led to its sensor page; and what the
-// page ought to show of a record. Made anew for each test function.
+// SensorEndToEnd: the program on one emulated mouse of a model and a link, led to its sensor page; and what
+// the page ought to show of a record. Made anew for each test function.
 #pragma once
 
 #include "catalogue/DpiCodes.h"
@@ -12,8 +12,8 @@
 #include "sensor/Sensor.h"
 #include "sensor/SensorDPI.h"
 #include "sensor/SensorRate.h"
-#include "tests/e2e/Heard.h"
 #include "tests/e2e/Program.h"
+#include "tests/e2e/ProgramSettled.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -57,13 +57,13 @@ inline QString difference(const FlashDataMap &is, const FlashDataMap &wanted)
     return found.join(QStringLiteral("; "));
 }
 
-class SensorRoad
+class SensorEndToEnd
 {
 public:
     using Act = std::function<void()>;
     using Change = std::function<void(FlashDataMap &)>;
 
-    SensorRoad(const SensorModel &model, const SensorLink &deviceLink)
+    SensorEndToEnd(const SensorModel &model, const SensorLink &deviceLink)
         : link(deviceLink), program(scenario(model, deviceLink).constData())
     {
     }
@@ -131,7 +131,7 @@ public:
     // The device has spoken: record, flash and page come to say the same. The empty text when they do.
     QString settle()
     {
-        const Heard heard(program.bus, "m");
+        const ProgramSettled heard(program.bus, "m");
         if (!QTest::qWaitFor([&heard] { return bool(heard); }, 20000))
             return QStringLiteral("nothing heard of the battery");
 
@@ -167,7 +167,7 @@ private:
     }
 };
 
-inline QString SensorRoad::shown(const FlashDataMap &record) const
+inline QString SensorEndToEnd::shown(const FlashDataMap &record) const
 {
     QStringList wrong;
     const auto check = [&wrong](const char *what, int is, int wanted) {

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "selection/NodeRight.h"
+#include "selection/NodePermission.h"
 
 #include "environment/DataRoot.h"
 
@@ -95,12 +95,12 @@ NodeRemedy nodeRemedy(const QString &path)
     const QString install = QStringLiteral("sudo cp %1 /etc/udev/rules.d/ && %2")
                                 .arg(shellWord(rulesIn(applicationFolder())), QLatin1String(Reload));
     if (rules.isEmpty())
-        return {RightLack::NoRules, QLatin1String(RulesFileName), install};
+        return {PermissionLack::NoRules, QLatin1String(RulesFileName), install};
     const QString group = groupOf(path);
     if (!group.isEmpty())
-        return {RightLack::NotInGroup, group,
+        return {PermissionLack::NotInGroup, group,
                 QStringLiteral("sudo usermod -aG %1 $USER").arg(shellWord(group))};
     if (!areOfThisProgram(rules))
-        return {RightLack::OldRules, rules, install};
-    return {RightLack::NotInEffect, rules, QLatin1String(Reload)};
+        return {PermissionLack::OldRules, rules, install};
+    return {PermissionLack::NotInEffect, rules, QLatin1String(Reload)};
 }

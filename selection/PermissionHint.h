@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// RightHint: the card below the tiles that says which devices are attached but kept from this user, what is
-// missing, and the command that puts it right. It watches the nodes' folder for a right that comes without
+// PermissionHint: the card below the tiles that says which devices are attached but kept from this user, what
+// is missing, and the command that puts it right. It watches the nodes' folder for a right that comes without
 // the device being plugged in anew. Main thread.
 #pragma once
 
@@ -12,16 +12,16 @@
 
 namespace Ui
 {
-class RightHint;
+class PermissionHint;
 }
 
-class RightHint : public QFrame
+class PermissionHint : public QFrame
 {
     Q_OBJECT
 
 public:
-    explicit RightHint(QWidget *parent = nullptr);
-    ~RightHint() override;
+    explicit PermissionHint(QWidget *parent = nullptr);
+    ~PermissionHint() override;
 
     // The nodes that refuse this user; without any the card goes.
     void setNodes(const QStringList &refused);
@@ -33,12 +33,12 @@ signals:
     void rightsChanged();
 
 private:
-    void dress();
+    void applyStyle();
     void copyCommand();
     void look();
     void writeTexts();
 
-    std::unique_ptr<Ui::RightHint> ui;
+    std::unique_ptr<Ui::PermissionHint> ui;
     QFileSystemWatcher watcher_;
     QStringList nodes_;
     int language_ = 0;

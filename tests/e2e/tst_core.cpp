@@ -23,7 +23,7 @@ const char Wired[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005
 
 } // namespace
 
-class tst_road : public QObject
+class tst_core : public QObject
 {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ private slots:
         QTest::newRow("behind a receiver") << QString::fromLatin1(Receiver1k);
         QTest::newRow("on its cable") << QString::fromLatin1(Wired);
     }
-    void theRoadOfADevice()
+    void aDeviceIsLoaded()
     {
         QFETCH(QString, scenario);
         CoreFixture core(scenario.toLatin1().constData());
@@ -53,7 +53,7 @@ private slots:
         QVERIFY(!core.watchdog.barked());
     }
 
-    void theRoadOfAnEdit()
+    void anEditReachesTheFlash()
     {
         CoreFixture core(Receiver1k);
         QVERIFY(core.select());
@@ -385,7 +385,7 @@ int main(int argc, char **argv)
 {
     EmulatedBus::folder(); // before the layer's first call
     QCoreApplication application(argc, argv);
-    tst_road test;
+    tst_core test;
     return QTest::qExec(&test, argc, argv);
 }
-#include "tst_road.moc"
+#include "tst_core.moc"

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "selection/RightHint.h"
+#include "selection/PermissionHint.h"
 
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
-#include "selection/NodeRight.h"
-#include "ui_RightHint.h"
+#include "selection/NodePermission.h"
+#include "ui_PermissionHint.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -21,7 +21,8 @@ constexpr QRect TwoLines{52, 84, 704, 48};
 constexpr int CommandEdges = 16; // left and right of its text
 
 // By what is missing.
-constexpr const char *LackKeys[] = {"RightNoRules", "RightOldRules", "RightNotInEffect", "RightNotInGroup"};
+constexpr const char *LackKeys[] = {"PermissionNoRules", "PermissionOldRules", "PermissionNotInEffect",
+                                    "PermissionNotInGroup"};
 
 QString homeText(const char *key, int index) { return language::text(language::Section::home, key, index); }
 
@@ -43,18 +44,18 @@ QString titleFor(const QLabel *label, const QString &text, const QStringList &no
 
 } // namespace
 
-RightHint::RightHint(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::RightHint>())
+PermissionHint::PermissionHint(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::PermissionHint>())
 {
     ui->setupUi(this);
-    dress();
+    applyStyle();
     hide();
-    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &RightHint::look);
-    connect(ui->hintCopy, &QToolButton::clicked, this, &RightHint::copyCommand);
+    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &PermissionHint::look);
+    connect(ui->hintCopy, &QToolButton::clicked, this, &PermissionHint::copyCommand);
 }
 
-RightHint::~RightHint() = default;
+PermissionHint::~PermissionHint() = default;
 
-void RightHint::dress()
+void PermissionHint::applyStyle()
 {
     const QString pictures = style::pictureFolder(QStringLiteral("DialogChange"));
     const QString copy = QStringLiteral("Copy");
@@ -69,7 +70,7 @@ void RightHint::dress()
 }
 
 // The folder is watched, since a node that refuses to be read refuses to be watched as well.
-void RightHint::setNodes(const QStringList &refused)
+void PermissionHint::setNodes(const QStringList &refused)
 {
     nodes_ = refused;
     told_ = false;
@@ -82,7 +83,7 @@ void RightHint::setNodes(const QStringList &refused)
     look(); // the right may have come before the watch did
 }
 
-void RightHint::look()
+void PermissionHint::look()
 {
     if (told_)
         return;
@@ -93,19 +94,19 @@ void RightHint::look()
         writeTexts(); // another thing may be missing now
 }
 
-void RightHint::setLanguage(int index)
+void PermissionHint::setLanguage(int index)
 {
     language_ = index;
     writeTexts();
 }
 
-void RightHint::writeTexts()
+void PermissionHint::writeTexts()
 {
     ui->hintCopy->setText(homeText("CopyCommand", language_));
     if (!isNeeded())
         return;
     const NodeRemedy remedy = nodeRemedy(nodes_.first());
-    ui->hintTitle->setText(titleFor(ui->hintTitle, homeText("RightMissing", language_), nodes_));
+    ui->hintTitle->setText(titleFor(ui->hintTitle, homeText("PermissionMissing", language_), nodes_));
     ui->hintText->setText(homeText(LackKeys[int(remedy.lack)], language_).arg(remedy.subject));
     const int width = ui->hintCommand->fontMetrics().horizontalAdvance(remedy.command);
     ui->hintCommand->setGeometry(width + CommandEdges <= OneLine.width() ? OneLine : TwoLines);
@@ -113,7 +114,7 @@ void RightHint::writeTexts()
         ui->hintCommand->setPlainText(remedy.command);
 }
 
-void RightHint::copyCommand()
+void PermissionHint::copyCommand()
 {
     QApplication::clipboard()->setText(ui->hintCommand->toPlainText());
     ui->hintCopy->setText(homeText("Copied", language_));
