@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "device/hidusb/Channel.h"
 
+#include "device/hidusb/WireLog.h"
+
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <random>
 
@@ -37,8 +40,10 @@ wire::Report makeRequest(wire::Command command, uint16_t address, const void *pa
 }
 
 // A random start keeps answers to an earlier process, or to the channel before, from fitting.
-Channel::Channel(std::unique_ptr<ReportPort> port)
-    : port_(std::move(port)), lastNumber_(static_cast<uint8_t>(std::random_device{}()))
+Channel::Channel(std::string path, std::unique_ptr<ReportPort> port)
+    : path_(std::move(path))
+    , port_(std::move(port))
+    , lastNumber_(static_cast<uint8_t>(std::random_device{}()))
 {
 }
 
@@ -75,9 +80,25 @@ bool Channel::exchange(std::vector<Exchange> &batch, const Limits &limits)
             continue;
         arrived_.wait_until(lock, wake, [this, seen] { return arrivals_ != seen || dead_; });
         good = Clock::now() < end;
+        if (!good)
+            logLine(path_, [whole = limits.whole.count()] {
+                return "not complete in " + std::to_string(whole) + " ms, given up";
+            });
     }
     withdraw(batch);
     return good;
+}
+
+static void logNoAnswer(const std::string &path, const Exchange &exchange, bool over)
+{
+    logLine(path, [command = exchange.request.CommandCode, sequence = exchange.request.Sequence,
+                   busy = exchange.busy, over] {
+        char text[80];
+        std::snprintf(text, sizeof text, "%s: command %02x, sequence %02x%s",
+                      busy ? "busy" : "no answer in time", command, sequence,
+                      over ? ", given up" : ", sent again");
+        return std::string(text);
+    });
 }
 
 // Does what is due for one request. False when it is lost.
@@ -94,9 +115,13 @@ bool Channel::advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, co
         exchange.end = now + limits.tries * ReplyTimeout;
     } else if (now < exchange.resend) {
         return true;
-    } else if (now >= exchange.end) {
-        return false;
+    } else {
+        const bool over = now >= exchange.end;
+        logNoAnswer(path_, exchange, over);
+        if (over)
+            return false;
     }
+    exchange.busy = false;
     exchange.resend = std::min<Clock::time_point>(now + ReplyTimeout, exchange.end);
     const wire::Report request = exchange.request;
     lock.unlock();
@@ -154,8 +179,10 @@ Channel::Reading Channel::readOnce()
     // An interruption that came late, when the wait that it was meant for was over, ends this one early.
     if (received.outcome == ReportPort::Outcome::Nothing)
         return endless_ || Clock::now() - began < IdleTimeout ? Reading::Going : Reading::Idle;
-    if (!wire::isSound(bytes, received.size))
+    if (!wire::isSound(bytes, received.size)) {
+        logLine(path_, [] { return "dropped: not a sound report"; });
         return Reading::Going;
+    }
     wire::Report report;
     std::memcpy(&report, bytes, sizeof report);
     if (report.Sequence == 0)
@@ -169,10 +196,13 @@ void Channel::accept(const wire::Report &reply)
 {
     const std::lock_guard lock(mutex_);
     Exchange *exchange = waiting_[reply.Sequence];
-    if (exchange == nullptr || !answers(exchange->request, reply))
+    if (exchange == nullptr || !answers(exchange->request, reply)) {
+        logLine(path_, [] { return "dropped: the answer to no waiting request"; });
         return;
+    }
     if (reply.status() == wire::Status::Busy) {
         exchange->resend = std::min<Clock::time_point>(Clock::now() + BusyPause, exchange->end);
+        exchange->busy = true;
     } else {
         exchange->reply = reply;
         waiting_[reply.Sequence] = nullptr;

@@ -34,6 +34,7 @@ wire::Report makeRequest(wire::Command command, uint16_t address = 0, const void
 struct Exchange {
     wire::Report request;
     std::optional<wire::Report> reply; // of any status but Busy
+    bool busy = false;                 // the answer to the last try was Busy
     Clock::time_point resend{};
     Clock::time_point end{};
 };
@@ -57,7 +58,8 @@ public:
 class Channel
 {
 public:
-    explicit Channel(std::unique_ptr<ReportPort> port);
+    // `path` is how the log names the interface.
+    Channel(std::string path, std::unique_ptr<ReportPort> port);
 
     // Sends all requests, each again when its answer does not come, and waits for the replies. Stops at the
     // first one that stays unanswered or is answered badly. True when all replies are Ok.
@@ -89,6 +91,7 @@ private:
     bool number(Exchange &exchange);
     void withdraw(const std::vector<Exchange> &batch);
 
+    const std::string path_;
     const std::unique_ptr<ReportPort> port_;
     mutable std::mutex mutex_;
     std::condition_variable arrived_;

@@ -37,7 +37,7 @@ std::shared_ptr<Channel> ChannelRegistry::holdNew(const std::string &path, std::
     ChannelPtr &place = channels_[path];
     if (place && !place->isDead())
         return hold(place);
-    place = std::make_shared<Channel>(std::move(port));
+    place = std::make_shared<Channel>(path, std::move(port));
     if (startThread([this, path, channel = place] { read(path, channel); }))
         return hold(place);
     channels_.erase(path);

@@ -5,6 +5,7 @@
 #include "device/hidusb/ReportWriter.h"
 #include "device/hidusb/Udev.h"
 #include "device/hidusb/WaitableFile.h"
+#include "device/hidusb/WireLog.h"
 
 #include <atomic>
 #include <cerrno>
@@ -44,7 +45,7 @@ int copyOf(int file) { return fcntl(file, F_DUPFD_CLOEXEC, 0); }
 class HidrawPort : public ReportPort
 {
 public:
-    explicit HidrawPort(int node) : node_(node), writer_(copyOf(node)) {}
+    HidrawPort(int node, const std::string &path) : path_(path), node_(node), writer_(copyOf(node), path) {}
 
     bool write(const uint8_t *bytes, std::size_t size) override { return writer_.post(bytes, size); }
 
@@ -74,10 +75,13 @@ private:
         const ssize_t size = ::read(node_.file(), bytes, capacity);
         if (size >= 0)
             return {Outcome::Report, static_cast<std::size_t>(size)};
-        const bool again = errno == EAGAIN || errno == EINTR;
-        return {again ? Outcome::Nothing : Outcome::Gone, 0};
+        if (errno == EAGAIN || errno == EINTR)
+            return {Outcome::Nothing, 0};
+        logFailure(path_, "read", errno);
+        return {Outcome::Gone, 0};
     }
 
+    const std::string path_;
     WaitableFile node_;
     ReportWriter writer_;
     std::atomic<bool> toldGone_{false};
@@ -150,9 +154,11 @@ static int openNode(const std::string &path)
 {
     const int node = ::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     int descriptorSize = 0;
-    if (node < 0 || ::ioctl(node, HIDIOCGRDESCSIZE, &descriptorSize) >= 0)
+    if (node >= 0 && ::ioctl(node, HIDIOCGRDESCSIZE, &descriptorSize) >= 0)
         return node;
-    ::close(node);
+    logFailure(path, node < 0 ? "open" : "HIDIOCGRDESCSIZE", errno);
+    if (node >= 0)
+        ::close(node);
     return -1;
 }
 
@@ -162,22 +168,26 @@ std::unique_ptr<ReportPort> HidrawBus::open(const std::string &path)
     if (path.compare(0, nodes.size(), nodes) != 0)
         return nullptr;
     const int node = openNode(path);
-    return node >= 0 ? std::make_unique<HidrawPort>(node) : nullptr;
+    return node >= 0 ? std::make_unique<HidrawPort>(node, path) : nullptr;
 }
 
 std::unique_ptr<ChangeSource> HidrawBus::watch()
 {
     const auto lock = lockUdev();
     UdevHandle<udev> context(udev_new());
-    if (!context)
+    if (!context) {
+        logFailure({}, "udev_new", errno);
         return nullptr;
+    }
     // Where no udev daemon runs, as in a container, the kernel's own events are all there is. With one they
     // would come before the node has its access rights.
     UdevHandle<udev_monitor> monitor(
         udev_monitor_new_from_netlink(context.get(), udevRuns() ? "udev" : "kernel"));
     if (!monitor || udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), "hidraw", nullptr) < 0 ||
-        udev_monitor_enable_receiving(monitor.get()) < 0)
+        udev_monitor_enable_receiving(monitor.get()) < 0) {
+        logFailure({}, "udev_monitor", errno);
         return nullptr;
+    }
     return std::make_unique<UdevChanges>(std::move(context), std::move(monitor));
 }
 

@@ -4,6 +4,7 @@
 
 #include "device/hidusb/ReportDescriptor.h"
 #include "device/hidusb/Udev.h"
+#include "device/hidusb/WireLog.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -87,6 +88,8 @@ std::vector<InterfaceInfo> HidrawNodes::list()
         if (!gone && !its.empty())
             present->emplace(place, std::move(its));
     }
+    if (error)
+        logFailure({}, "list /sys/class/hidraw", error.value());
     std::stable_sort(found.begin(), found.end(), [](const InterfaceInfo &a, const InterfaceInfo &b) {
         return a.path.size() != b.path.size() ? a.path.size() < b.path.size() : a.path < b.path;
     });

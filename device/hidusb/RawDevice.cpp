@@ -4,6 +4,7 @@
 
 #include "device/hidusb/Bus.h"
 #include "device/hidusb/Channel.h"
+#include "device/hidusb/WireLog.h"
 
 #include <algorithm>
 #include <cstring>
@@ -15,9 +16,13 @@ namespace
 {
 
 struct RawDevice {
-    explicit RawDevice(std::unique_ptr<ReportPort> opened) : port(std::move(opened)) {}
+    RawDevice(std::string openedPath, std::unique_ptr<ReportPort> opened)
+        : path(std::move(openedPath)), port(std::move(opened))
+    {
+    }
 
     std::mutex mutex; // one exchange at a time
+    const std::string path;
     const std::unique_ptr<ReportPort> port;
 };
 
@@ -39,7 +44,7 @@ bool openRaw(const char *path)
     std::unique_ptr<ReportPort> port = path != nullptr ? bus().open(path) : nullptr;
     const bool opened = port != nullptr;
     const std::lock_guard lock(current().mutex);
-    current().device = opened ? std::make_shared<RawDevice>(std::move(port)) : nullptr;
+    current().device = opened ? std::make_shared<RawDevice>(path, std::move(port)) : nullptr;
     return opened;
 }
 
@@ -59,18 +64,19 @@ static void forget(const std::shared_ptr<RawDevice> &gone)
 
 // The next report with this id; 0 when none comes in time. Other collections of the interface, which others
 // may be talking to, report under ids of their own.
-static std::size_t readAnswer(ReportPort &port, uint8_t id, uint8_t (&report)[wire::ReportSize])
+static std::size_t readAnswer(const RawDevice &device, uint8_t id, uint8_t (&report)[wire::ReportSize])
 {
     const Clock::time_point end = Clock::now() + ReplyTimeout;
     for (Clock::time_point now = Clock::now(); now < end; now = Clock::now()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - now);
         const ReportPort::Received received =
-            port.read(report, sizeof report, static_cast<int>(left.count()));
+            device.port->read(report, sizeof report, static_cast<int>(left.count()));
         if (received.outcome == ReportPort::Outcome::Gone)
             return 0;
         if (received.outcome == ReportPort::Outcome::Report && received.size > 0 && report[0] == id)
             return std::min(received.size, sizeof report);
     }
+    logLine(device.path, [] { return "no answer in time to a raw report"; });
     return 0;
 }
 
@@ -88,7 +94,7 @@ void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size)
             break;
     }
     const bool written = device->port->write(request, size);
-    const std::size_t got = written ? readAnswer(*device->port, request[0], report) : 0;
+    const std::size_t got = written ? readAnswer(*device, request[0], report) : 0;
     std::memcpy(reply, report, std::min(got, size));
     if (device->port->isGone())
         forget(device);

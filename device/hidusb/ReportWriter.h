@@ -13,6 +13,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace hidusb
 {
@@ -20,7 +21,8 @@ namespace hidusb
 class ReportWriter
 {
 public:
-    explicit ReportWriter(int node); // takes ownership
+    // Takes ownership of `node`; `path` is how the log names it.
+    ReportWriter(int node, std::string path);
     ~ReportWriter();
     ReportWriter(const ReportWriter &) = delete;
     ReportWriter &operator=(const ReportWriter &) = delete;
@@ -30,8 +32,9 @@ public:
 
 private:
     struct Node {
-        explicit Node(int node) : file(node) {}
+        Node(int node, std::string nodePath) : file(node), path(std::move(nodePath)) {}
         const WaitableFile file;
+        const std::string path;
         std::atomic<bool> closed{false};
     };
 

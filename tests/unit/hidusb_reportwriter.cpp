@@ -25,7 +25,7 @@ protected:
         ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
         read_ = ends[0];
         capacity_ = static_cast<std::size_t>(::fcntl(ends[1], F_SETPIPE_SZ, 4096));
-        writer_.emplace(ends[1]);
+        writer_.emplace(ends[1], "pipe");
     }
     void TearDown() override { ::close(read_); }
 
