@@ -5,7 +5,7 @@
 // little-endian integers without padding.
 #pragma once
 
-#include "FlashDataMap.h"
+#include "device/hidusb/FlashDataMap.h"
 
 struct DeviceIdentity {
     uint8_t Cid;        // customer id; with Mid 0 the device is not ready yet

@@ -21,7 +21,7 @@ std::optional<Firmware> readFirmware(const uint8_t *image)
     if (image == nullptr)
         return std::nullopt;
     wire::FirmwareHead head;
-    std::memcpy(&head, image, offsetof(wire::FirmwareHead, Unused12));
+    std::memcpy(&head, image, SPAN_SIZE(wire::FirmwareHead, Magic, Crc32));
     const std::size_t size = head.FileLength.get();
     if (head.Magic.get() != wire::FirmwareMagic || size < sizeof head || size > wire::FirmwareSizeLimit)
         return std::nullopt;

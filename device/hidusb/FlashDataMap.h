@@ -11,6 +11,10 @@
 #include <cstdint>
 #include <type_traits>
 
+// The bytes of a struct from the first one of `first` to the last one of `last`.
+#define SPAN_SIZE(Struct, first, last)                                                                       \
+    (offsetof(Struct, last) + sizeof(Struct::last) - offsetof(Struct, first))
+
 // A little-endian integer of N bytes with alignment 1.
 template <typename Value, std::size_t N> struct LittleEndian {
     uint8_t bytes[N];

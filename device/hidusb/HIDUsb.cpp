@@ -207,14 +207,12 @@ template <std::size_t Size> static void copyBytes(const uint8_t *payload, void *
 
 void BufferToDPILed(const uint8_t *payload, uint8_t *record_byte_84)
 {
-    copyBytes<offsetof(FlashDataMap, LedBarMode) - offsetof(FlashDataMap, DpiLedMode)>(payload,
-                                                                                       record_byte_84);
+    copyBytes<SPAN_SIZE(FlashDataMap, DpiLedMode, DpiLedEnable)>(payload, record_byte_84);
 }
 
 void BufferToLedBar(const uint8_t *payload, uint8_t *record_byte_88)
 {
-    copyBytes<offsetof(FlashDataMap, KeyBindings) - offsetof(FlashDataMap, LedBarMode)>(payload,
-                                                                                        record_byte_88);
+    copyBytes<SPAN_SIZE(FlashDataMap, LedBarMode, LedBarEnable)>(payload, record_byte_88);
 }
 
 void GetDeviceBatteryStatus(const uint8_t *payload, BatteryStatus *status)

@@ -20,7 +20,7 @@
 // it the library speaks to /dev/hidraw*.
 #pragma once
 
-#include "DeviceRecords.h"
+#include "device/hidusb/DeviceRecords.h"
 
 #if defined(__GNUC__)
 #define HIDUSB_API __attribute__((visibility("default")))

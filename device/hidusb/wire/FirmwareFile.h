@@ -6,7 +6,7 @@
 // against FileLength first.
 #pragma once
 
-#include "../FlashDataMap.h"
+#include "device/hidusb/FlashDataMap.h"
 
 namespace wire
 {

@@ -6,7 +6,7 @@
 // same command and sequence number. What the device sends unasked (a notice) has sequence number 0.
 #pragma once
 
-#include "../DeviceRecords.h"
+#include "device/hidusb/DeviceRecords.h"
 
 namespace wire
 {
