@@ -97,7 +97,7 @@ static FlashEvent encodeEvent(const KeyEvent &from)
     return event;
 }
 
-// The places behind the count are carried too: a record comes back as it was.
+// Events behind the count are converted too, so that a record that is written and read back is unchanged.
 static void decodeBlocks(const FlashImage &image, FlashDataMap &record)
 {
     for (int slot = 0; slot < KeySlotCount; ++slot) {

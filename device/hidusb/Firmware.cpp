@@ -55,7 +55,7 @@ bool Firmware::fitsBootLoader(const wire::BootIdentityReply &identity) const
 
 bool Firmware::fitsDevice(const DeviceIdentity &identity) const
 {
-    constexpr uint8_t receiverKinds = 0x05; // 0, 1, 4 and 5 are receivers, the others are on a cable
+    constexpr uint8_t receiverKinds = 0x05; // 0, 1, 4 and 5 are receivers, other kinds are wired
     const bool mouse = (identity.DeviceKind & ~receiverKinds) != 0;
     return identity.Cid == fits.Cid && identity.Mid == fits.Mid &&
            mouse == (fits.Target == wire::TargetMouse);

@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// FlashDataMap: everything that a mouse keeps in its flash, in the form that the program edits,
-// that is cached on disk and that an exported image carries. Every type here has alignment 1 and
-// little-endian fields, so the struct is the byte layout. Offsets, sizes and gaps are a file format:
-// change nothing.
+// FlashDataMap: all settings that a mouse keeps in its flash, in the form that the program edits, caches on
+// disk and exports. Every type here has alignment 1 and little-endian fields, so the struct is the byte
+// layout. Offsets, sizes and gaps are a file format: a change makes existing files unreadable.
 #pragma once
 
 #include <cstddef>

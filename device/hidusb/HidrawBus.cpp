@@ -25,7 +25,7 @@ namespace
 
 class UdevChanges;
 
-// The watches of this process, for what is known of a device before udev says it.
+// The watches of this process. A read that fails reports a removal to them, often before udev does.
 struct Watches {
     std::mutex mutex;
     std::set<UdevChanges *> all;
@@ -37,9 +37,9 @@ Watches &watches()
     return *all;
 }
 
-void sayThatANodeIsGone();
+void notifyNodeGone();
 
-// A descriptor that no child process inherits.
+// A duplicate that child processes do not inherit.
 int copyOf(int file) { return fcntl(file, F_DUPFD_CLOEXEC, 0); }
 
 class HidrawPort : public ReportPort
@@ -49,12 +49,12 @@ public:
 
     bool write(const uint8_t *bytes, std::size_t size) override { return writer_.post(bytes, size); }
 
-    // A read error is a removal, which udev may tell seconds later.
+    // A read error is a removal, which udev may announce seconds later.
     Received read(uint8_t *bytes, std::size_t capacity, int timeoutMs) override
     {
         const Received received = readNode(bytes, capacity, timeoutMs);
-        if (received.outcome == Outcome::Gone && !toldGone_.exchange(true))
-            sayThatANodeIsGone();
+        if (received.outcome == Outcome::Gone && !notifiedGone_.exchange(true))
+            notifyNodeGone();
         return received;
     }
 
@@ -84,7 +84,7 @@ private:
     const std::string path_;
     WaitableFile node_;
     ReportWriter writer_;
-    std::atomic<bool> toldGone_{false};
+    std::atomic<bool> notifiedGone_{false};
 };
 
 class UdevChanges : public ChangeSource
@@ -138,7 +138,7 @@ private:
     std::atomic<bool> nodeGone_{false};
 };
 
-void sayThatANodeIsGone()
+void notifyNodeGone()
 {
     const std::lock_guard lock(watches().mutex);
     for (UdevChanges *watch : watches().all)
@@ -149,7 +149,7 @@ void sayThatANodeIsGone()
 
 std::vector<InterfaceInfo> HidrawBus::enumerate() { return nodes_.list(); }
 
-// A node that opens may belong to a device that went in that very moment, and then says nothing of itself.
+// A device may be unplugged while its node is opened: open() then succeeds, but no request to the node does.
 static int openNode(const std::string &path)
 {
     const int node = ::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
@@ -179,8 +179,8 @@ std::unique_ptr<ChangeSource> HidrawBus::watch()
         logFailure({}, "udev_new", errno);
         return nullptr;
     }
-    // Where no udev daemon runs, as in a container, the kernel's own events are all there is. With one they
-    // would come before the node has its access rights.
+    // Where no udev daemon runs, as in a container, there are only the kernel's own events. With a daemon
+    // these would come too early: the node does not have its permissions yet.
     UdevHandle<udev_monitor> monitor(
         udev_monitor_new_from_netlink(context.get(), udevRuns() ? "udev" : "kernel"));
     if (!monitor || udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), "hidraw", nullptr) < 0 ||

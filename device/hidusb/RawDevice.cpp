@@ -26,16 +26,16 @@ struct RawDevice {
     const std::unique_ptr<ReportPort> port;
 };
 
-struct Current {
+struct RawState {
     std::mutex mutex;
     std::shared_ptr<RawDevice> device;
 };
 
 } // namespace
 
-static Current &current()
+static RawState &current()
 {
-    static auto *state = new Current;
+    static auto *state = new RawState;
     return *state;
 }
 
@@ -54,16 +54,17 @@ static std::shared_ptr<RawDevice> openedDevice()
     return current().device;
 }
 
-// An open node keeps its number, so one whose device has gone is let go of.
-static void forget(const std::shared_ptr<RawDevice> &gone)
+// Closes the interface of a device that has gone: an open node keeps its number, and the device would come
+// back under another one.
+static void closeGone(const std::shared_ptr<RawDevice> &gone)
 {
     const std::lock_guard lock(current().mutex);
     if (current().device == gone)
         current().device.reset();
 }
 
-// The next report with this id; 0 when none comes in time. Other collections of the interface, which others
-// may be talking to, report under ids of their own.
+// Size of the next report with this id; 0 when none comes in time. Reports of the interface's other
+// collections have other ids and may answer other processes.
 static std::size_t readAnswer(const RawDevice &device, uint8_t id, uint8_t (&report)[wire::ReportSize])
 {
     const Clock::time_point end = Clock::now() + ReplyTimeout;
@@ -88,7 +89,8 @@ void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size)
         return;
     const std::lock_guard lock(device->mutex);
     uint8_t report[wire::ReportSize];
-    // An answer that came after its time would pass for this one's. A flood isn't drained for ever.
+    // A late answer to the request before would be taken for the answer to this one. At most 64 are dropped,
+    // so that a flood cannot hold the caller.
     for (int i = 0; i < 64; ++i) {
         if (device->port->read(report, sizeof report, 0).outcome != ReportPort::Outcome::Report)
             break;
@@ -97,7 +99,7 @@ void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size)
     const std::size_t got = written ? readAnswer(*device, request[0], report) : 0;
     std::memcpy(reply, report, std::min(got, size));
     if (device->port->isGone())
-        forget(device);
+        closeGone(device);
 }
 
 } // namespace hidusb

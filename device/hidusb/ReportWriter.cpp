@@ -24,7 +24,7 @@ bool ReportWriter::post(const uint8_t *bytes, std::size_t size)
     const auto write = [node = node_, report = std::vector<uint8_t>(bytes, bytes + size)] {
         if (node->closed)
             return;
-        // A report that does not go out is one that stays unanswered.
+        // The caller needs no result: a report that is not written stays unanswered.
         if (::write(node->file.file(), report.data(), report.size()) < 0)
             logFailure(node->path, "write", errno);
     };

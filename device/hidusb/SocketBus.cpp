@@ -107,8 +107,8 @@ std::vector<InterfaceInfo> SocketBus::enumerate()
     return found;
 }
 
-// A socket address holds 107 characters, a folder's path may be longer: the folder is entered by its
-// descriptor instead.
+// A socket address holds 107 characters and a folder's path may be longer, so the path goes through the
+// folder's descriptor.
 static bool connectIn(int folder, const std::string &name, int socket)
 {
     sockaddr_un address{};
@@ -145,7 +145,7 @@ std::unique_ptr<ReportPort> SocketBus::open(const std::string &path)
 
 std::unique_ptr<ChangeSource> SocketBus::watch()
 {
-    // The emulator may come after the program; it then finds the folder here.
+    // An emulator that starts after the program uses this folder.
     mkdir(folder_.c_str(), S_IRWXU);
     const int inotify = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
     if (inotify < 0) {

@@ -24,24 +24,25 @@ struct InterfaceInfo;
 class WireLog
 {
 public:
-    // What a line says. Called on the log's thread; it must not refer to anything of its caller's.
+    // Makes the text of a line, on the log's thread. It holds copies only: its caller may be gone by then.
     using Text = std::function<std::string()>;
 
-    static constexpr std::size_t FileLimit = 8U * 1024 * 1024; // bytes of the file
-    static constexpr std::size_t QueueLimit = 4096;            // lines that wait to be written
+    static constexpr std::size_t FileLimit = 8388608; // bytes of the file
+    static constexpr std::size_t QueueLimit = 4096;   // lines that wait to be written
 
-    // `bus` stands in the head. The file is opened by the first line; when that fails, a line on the standard
-    // error output says why and nothing is logged.
+    // `bus` is part of the head. The first line opens the file; when that fails, the reason goes to the
+    // standard error output and nothing is logged.
     WireLog(const std::string &file, const std::string &bus, std::size_t limit = FileLimit);
     ~WireLog() = delete; // its thread may be writing
 
-    // From any thread, never waits. `path` is that of a device or of what else the line is about. With
-    // QueueLimit lines waiting this one is dropped, and the next one that is not says how many were.
+    // From any thread, never waits. `path` names the device or file that the line is about. When QueueLimit
+    // lines wait, the line is dropped; the next one that finds room is preceded by the number of dropped
+    // ones.
     void add(const std::string &path, Text text);
-    // From now on the lines of this path show the ids too.
+    // Later lines of this path show the device's ids.
     void introduce(const InterfaceInfo &info);
-    // Returns when all lines so far are written, or after FlushLimit. At once in a forked child, which has no
-    // thread that would write.
+    // Returns when all lines so far are written, or after FlushLimit. Returns at once in a forked child,
+    // which has no thread that would write.
     void flush();
     static constexpr std::chrono::milliseconds FlushLimit{500};
 
@@ -57,7 +58,7 @@ private:
     const std::string file_;
     const pid_t process_;
     const Clock::time_point start_;
-    std::atomic<uint64_t> dropped_{0}; // since the last line that found room in the queue
+    std::atomic<uint64_t> dropped_{0}; // lines since the last one that found room in the queue
     std::atomic<bool> refused_{false}; // the file cannot be used
 
     // The log's thread alone uses these.

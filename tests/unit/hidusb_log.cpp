@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The layer's log: what its lines say, what it does to its file, and that it holds nobody up.
+// The layer's log: its lines, its file, and that no caller waits for it.
 #include "device/hidusb/ChannelRegistry.h"
 #include "device/hidusb/HidrawBus.h"
 #include "device/hidusb/LoggedBus.h"
@@ -56,7 +56,7 @@ protected:
     Log() { processLog = &log; }
     ~Log() override { processLog = nullptr; }
 
-    // The lines about `path`, or about all, without time and head.
+    // The lines about `name`, or all, without their times and without heads.
     std::vector<std::string> texts(const std::string &name = {})
     {
         log.flush();
@@ -80,7 +80,7 @@ protected:
     WireLog &log = makeLog(file);
 };
 
-// ---- What the lines say
+// ---- The lines
 
 static std::string hexOf(const Datagram &bytes)
 {
@@ -96,7 +96,7 @@ static std::string hexOf(const Datagram &bytes)
 class LoggedExchange : public Log
 {
 protected:
-    // Until the reader has let go of the registry.
+    // Returns when the reader thread does not use the registry any more.
     void unplug()
     {
         device.reset();
@@ -110,7 +110,7 @@ protected:
     ChannelRegistry registry{bus};
 };
 
-TEST_F(LoggedExchange, IsThereByteForByteBetweenItsOpeningAndItsEnd)
+TEST_F(LoggedExchange, IsLoggedByteForByteWithItsOpeningAndItsEnd)
 {
     bus.enumerate();
     bus.enumerate(); // nothing has changed
@@ -142,7 +142,7 @@ TEST_F(LoggedExchange, IsThereByteForByteBetweenItsOpeningAndItsEnd)
     EXPECT_EQ(lines, expected);
 }
 
-TEST_F(LoggedExchange, SilenceIsTold)
+TEST_F(LoggedExchange, UnansweredRequestsAreLogged)
 {
     device->setScript([](const wire::Report &) { return Answers{}; });
     bus.enumerate();
@@ -152,14 +152,14 @@ TEST_F(LoggedExchange, SilenceIsTold)
     char sequence[40];
     std::snprintf(sequence, sizeof sequence, "command 04, sequence %02x", device->requests().at(0).Sequence);
     EXPECT_TRUE(contains(std::string("no answer in time: ") + sequence + ", given up"));
-    // The time for both tries is fixed, so that a busy machine may leave out the second.
+    // The time for both tries is fixed, so that a busy machine may skip the second.
     if (device->requests().size() > 1) {
         EXPECT_TRUE(contains(std::string("no answer in time: ") + sequence + ", sent again"));
     }
     unplug();
 }
 
-TEST_F(LoggedExchange, WhatIsDroppedIsThereWithTheReason)
+TEST_F(LoggedExchange, DroppedReportsAreLoggedWithTheReason)
 {
     bus.enumerate();
     auto channel = registry.acquire(device->path());
@@ -212,7 +212,7 @@ TEST_F(Log, EachRunHasItsHeadAndItsTimes)
     EXPECT_LT(time, 60);
 }
 
-TEST_F(Log, NothingInAPathMakesALineOfItsOwn)
+TEST_F(Log, APathCannotAddALine)
 {
     log.add("a\nHIDUsb log\x1B[2J" + std::string(5000, 'x'), [] { return "said"; });
     log.flush();
@@ -221,7 +221,7 @@ TEST_F(Log, NothingInAPathMakesALineOfItsOwn)
     EXPECT_EQ(linesOf(file)[1].size(), 1000U);
 }
 
-// ---- Who logs
+// ---- Callers
 
 // Holds the log's thread until `letGo`.
 class HeldLog : public Log
@@ -237,7 +237,7 @@ protected:
     std::promise<void> letGo;
 };
 
-TEST_F(HeldLog, NobodyWaitsForItAndWhatFindsNoRoomIsCounted)
+TEST_F(HeldLog, NoCallerWaitsAndDroppedLinesAreCounted)
 {
     // The first line may still wait or be under way.
     for (std::size_t i = 0; i < WireLog::QueueLimit + 11; ++i)
@@ -255,7 +255,7 @@ TEST_F(HeldLog, NobodyWaitsForItAndWhatFindsNoRoomIsCounted)
     EXPECT_EQ(lines.back(), "many last");
 }
 
-TEST_F(HeldLog, AFlushHasAnEnd)
+TEST_F(HeldLog, AFlushEndsWhileTheThreadIsBlocked)
 {
     const auto before = std::chrono::steady_clock::now();
     log.flush();
@@ -295,7 +295,7 @@ static LogFile logFile(const std::string &path, std::size_t limit = 4096)
     return {path, std::string(LogFile::Signature) + " of a test", limit};
 }
 
-TEST(LogFileTest, IsItsUsersAlone)
+TEST(LogFileTest, CanBeReadByItsUserOnly)
 {
     const TempFolder folder;
     LogFile file = logFile(folder / "log");
@@ -366,7 +366,7 @@ private:
     rlimit before_{};
 };
 
-TEST_F(Log, AFullDiskLosesWholeLinesAndSaysHowMany)
+TEST_F(Log, OnAFullDiskWholeLinesAreLostAndCounted)
 {
     log.add("disk", [] { return "before"; });
     log.flush();
@@ -385,7 +385,7 @@ TEST_F(Log, AFullDiskLosesWholeLinesAndSaysHowMany)
     EXPECT_EQ(lines[2], "disk after");
 }
 
-// ---- What must not be written to
+// ---- Files that are refused
 
 struct Target {
     const char *name;
@@ -423,7 +423,7 @@ TEST_P(Refused, IsLeftAsItIs)
     const std::string content = S_ISREG(before.st_mode) ? contentOf(path) : std::string();
     const bool hadTarget = std::filesystem::exists(path + ".target");
     EXPECT_NE(logFile(path).open(), "");
-    WireLog &log = makeLog(path); // the same by way of a log: lines go nowhere, nobody waits
+    WireLog &log = makeLog(path); // the same through a log: lines are discarded and no caller waits
     testing::internal::CaptureStderr();
     for (int i = 0; i < 10; ++i)
         log.add("node", [] { return "line"; });
@@ -454,7 +454,7 @@ TEST(RefusedPath, HasItsReason)
     EXPECT_EQ(logFile(folder / "log").open(), "another process writes it");
 }
 
-// ---- The process's own log: chosen once, so each of these has a process of its own
+// ---- The log of the process: chosen once, so that each of these tests starts a process of its own
 
 class LogProcess : public testing::Test
 {
@@ -478,7 +478,7 @@ TEST_F(LogProcess, WithoutTheVariableThereIsNoLogAndNoFile)
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
-TEST_F(LogProcess, WithTheVariableEveryLineIsThereAtTheEnd)
+TEST_F(LogProcess, WithTheVariableEveryLineIsWrittenAtTheEnd)
 {
     EXPECT_TRUE(run("LogChild.DISABLED_AsksADevice", "HIDUSB_LOG=log"));
     const std::string content = contentOf(folder / "log");
@@ -487,7 +487,7 @@ TEST_F(LogProcess, WithTheVariableEveryLineIsThereAtTheEnd)
         EXPECT_NE(content.find(part), std::string::npos) << part;
 }
 
-TEST_F(LogProcess, MayEndWhileEveryoneLogs)
+TEST_F(LogProcess, MayEndWhileItsThreadsLog)
 {
     for (int round = 0; round < 5; ++round)
         EXPECT_TRUE(run("LogChild.DISABLED_EndsInTheMiddle", "HIDUSB_LOG=log"));

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// FlashImage: the 6,912 bytes of a mouse's flash as they lie in the device. Four addresses are
-// fixed by the partial reads (report rate, current stage, indicator light, light bar); the rest is
-// packed around them. Unused bytes belong to the mouse and are carried.
+// FlashImage: the 6,912 bytes of a mouse's flash as they lie in the device. The partial reads (report rate,
+// current stage, indicator light, light bar) fix four addresses; the other fields are packed around them.
+// Unused bytes belong to the mouse and are preserved.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
@@ -14,7 +14,7 @@ constexpr uint16_t FlashCurrentStageAddress = 0x0004;
 constexpr uint16_t FlashDpiLedAddress = 0x004C;
 constexpr uint16_t FlashLedBarAddress = 0x00A0;
 
-// Five bytes for an event: delays end at 65,535 ms, direction and kind share a byte.
+// An event in five bytes: its delay is at most 65,535 ms, direction and kind share a byte.
 struct FlashEvent {
     uint8_t DirectionAndKind; // bit 7: release; bits 0..6: kind
     LittleU16 Code;
