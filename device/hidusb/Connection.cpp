@@ -236,12 +236,14 @@ void Connection::writeNext(Lock &lock, int tries)
     }
     const wire::Report request =
         makeRequest(Command::FlashWrite, range->address, mirror_.wanted(range->address), range->size);
+    returned_ = false;
     lock.unlock();
     const std::optional<wire::Report> reply = ask(request, tries);
     const bool gone = channel_->isDead();
     lock.lock();
     const bool written = reply && reply->status() == wire::Status::Ok;
-    suspended_ = !written && !gone;
+    // A mouse that came back meanwhile was announced before the failure was known and is not announced again.
+    suspended_ = !written && !gone && !returned_;
     if (written)
         mirror_.acknowledge(*range, request.Payload);
     else if (gone)

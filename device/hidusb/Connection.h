@@ -76,7 +76,7 @@ private:
     bool suspended_ = false;             // the last write was not acknowledged; no other is sent
     bool retry_ = false;                 // try the suspended write once
     bool fullReadMissing_ = false;       // a full read was ordered and has failed
-    bool returned_ = false;              // the mouse came back since the last read began
+    bool returned_ = false;              // the mouse came back since the last read or write began
     bool lost_ = false;                  // the channel is dead and not replaced yet
 };
 

@@ -27,8 +27,8 @@ public:
     // Makes the text of a line, on the log's thread. It holds copies only: its caller may be gone by then.
     using Text = std::function<std::string()>;
 
-    static constexpr std::size_t FileLimit = 8388608; // bytes of the file
-    static constexpr std::size_t QueueLimit = 4096;   // lines that wait to be written
+    static constexpr std::size_t FileLimit = std::size_t{8} << 20; // bytes of the file
+    static constexpr std::size_t QueueLimit = 4096;                // lines that wait to be written
 
     // `bus` is part of the head. The first line opens the file; when that fails, the reason goes to the
     // standard error output and nothing is logged.

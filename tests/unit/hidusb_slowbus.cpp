@@ -8,6 +8,7 @@
 #include "tests/support/FakeDevice.h"
 #include "tests/support/Messages.h"
 
+#include <atomic>
 #include <cstring>
 #include <deque>
 #include <gtest/gtest.h>
@@ -178,4 +179,27 @@ TEST_F(GatedOpening, AMouseThatReturnsWhileItIsReportedOffLineIsReadAgain)
     connection_->order({Command::FlashRead});
     ASSERT_TRUE(messages_.waitFor(1));
     EXPECT_EQ(messages_.all().at(0).payload.size(), FlashSize);
+}
+
+TEST_F(GatedOpening, AMouseThatReturnsWhileItsWriteFailsIsWrittenAgain)
+{
+    std::atomic<int> writes{0};
+    theBus().script = [&writes](const wire::Report &request) {
+        if (request.command() != Command::FlashWrite)
+            return Answers{healthy(request)};
+        if (writes++ > 0)
+            return Answers{datagram(replyTo(request))};
+        const uint8_t online[sizeof(wire::OnLineReply)] = {1};
+        return Answers{datagram(noticeOf(Command::OnLineChanged, online, sizeof online)),
+                       datagram(replyTo(request, nullptr, 0, wire::Status::OffLine))};
+    };
+    theBus().decide(true);
+    start("returns during a write");
+    connection_->order({Command::FlashRead});
+    ASSERT_TRUE(messages_.waitFor(1));
+    FlashImage wanted;
+    std::memcpy(&wanted, messages_.all().at(0).payload.data(), sizeof wanted);
+    wanted.DebounceTime ^= 1;
+    connection_->update(wanted);
+    EXPECT_TRUE(eventually([&writes] { return writes == 2; }));
 }
