@@ -507,7 +507,7 @@ TEST(LogChild, DISABLED_AsksADevice)
 {
     const FakeDevice device;
     EXPECT_TRUE(acquireChannel(device.path())->ask(makeRequest(Command::Battery)));
-    for (int i = 0; i < 3000; ++i) // more than is written before the process ends
+    for (int i = 0; i < 1000; ++i) // more than is written before the process ends
         logLine("test", [] { return "one of many"; });
     logLine("test", [] { return "the last line"; });
     std::exit(testing::Test::HasFailure() ? 1 : 0);
