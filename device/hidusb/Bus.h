@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The lower seam: where interfaces are found, opened and watched. One back end for each kind of bus.
+// The interface between the layer and its back ends, which list, open and watch HID interfaces. There is one
+// back end for each kind of bus.
 #pragma once
 
 #include <cstddef>
@@ -28,8 +29,8 @@ class ReportPort
 public:
     enum class Outcome {
         Report,
-        Nothing, // time is up, or interrupted
-        Gone,    // unplugged or closed; nothing comes any more
+        Nothing, // timed out or interrupted
+        Gone,    // unplugged or closed; no report will come
     };
     struct Received {
         Outcome outcome;
@@ -45,17 +46,17 @@ public:
     virtual bool isGone() const = 0; // without waiting
 };
 
-// Says that interfaces came or went since it was made.
+// Detects that interfaces came or went since it was made.
 class ChangeSource
 {
 public:
     virtual ~ChangeSource() = default;
-    // True after a change; false when time is up or it was interrupted. Below 0 waits without end.
+    // True after a change; false after the time-out or an interruption. Below 0 waits without end.
     virtual bool wait(int timeoutMs) = 0;
     virtual void interrupt() = 0; // from any thread
 };
 
-// Any thread may call it.
+// All functions may be called from any thread.
 class Bus
 {
 public:
@@ -66,6 +67,7 @@ public:
 };
 
 // The bus of this process, chosen once: the folder that HIDUSB_BUS names, else the machine's own devices.
+// With HIDUSB_LOG set, everything that passes it is logged.
 Bus &bus();
 
 } // namespace hidusb

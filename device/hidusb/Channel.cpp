@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "device/hidusb/Channel.h"
 
+#include "device/hidusb/WireLog.h"
+
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <random>
 
@@ -36,26 +39,28 @@ wire::Report makeRequest(wire::Command command, uint16_t address, const void *pa
     return report;
 }
 
-// A random start keeps answers to an earlier process, or to the channel before, from fitting.
-Channel::Channel(std::unique_ptr<ReportPort> port)
-    : port_(std::move(port)), lastNumber_(static_cast<uint8_t>(std::random_device{}()))
+// Sequence numbers start at random, so that late answers to an earlier process or channel fit no request.
+Channel::Channel(std::string path, std::unique_ptr<ReportPort> port)
+    : path_(std::move(path))
+    , port_(std::move(port))
+    , lastSequence_(static_cast<uint8_t>(std::random_device{}()))
 {
 }
 
 bool Channel::isDead() const
 {
     const std::lock_guard lock(mutex_);
-    return dead_ || port_->isGone(); // the reader may not have got to it yet
+    return dead_ || port_->isGone(); // the reader thread may not have noticed yet
 }
 
 // ---- Requests
 
 bool Channel::exchange(std::vector<Exchange> &batch, const Limits &limits)
 {
-    const bool limited = limits.whole != milliseconds::max();
-    const Clock::time_point end = limited ? Clock::now() + limits.whole : Clock::time_point::max();
+    const bool limited = limits.total != milliseconds::max();
+    const Clock::time_point end = limited ? Clock::now() + limits.total : Clock::time_point::max();
     std::unique_lock lock(mutex_);
-    std::size_t first = 0; // all in front of it are answered
+    std::size_t first = 0; // the first request without a reply
     bool good = true;
     while (good && first < batch.size()) {
         const uint64_t seen = arrivals_;
@@ -70,17 +75,33 @@ bool Channel::exchange(std::vector<Exchange> &batch, const Limits &limits)
             good = good && batch[first].reply->status() == wire::Status::Ok;
         if (!good || first == batch.size())
             break;
-        // The window has moved: its new places are sent without waiting.
+        // The window has moved: its new requests are sent without waiting.
         if (first + limits.window > last && last < batch.size())
             continue;
         arrived_.wait_until(lock, wake, [this, seen] { return arrivals_ != seen || dead_; });
         good = Clock::now() < end;
+        if (!good)
+            logLine(path_, [total = limits.total.count()] {
+                return "not complete in " + std::to_string(total) + " ms, given up";
+            });
     }
     withdraw(batch);
     return good;
 }
 
-// Does what is due for one request. False when it is lost.
+static void logNoAnswer(const std::string &path, const Exchange &exchange, bool over)
+{
+    logLine(path, [command = exchange.request.CommandCode, sequence = exchange.request.Sequence,
+                   busy = exchange.busy, over] {
+        char text[80];
+        std::snprintf(text, sizeof text, "%s: command %02x, sequence %02x%s",
+                      busy ? "busy" : "no answer in time", command, sequence,
+                      over ? ", given up" : ", sent again");
+        return std::string(text);
+    });
+}
+
+// Sends a request when it is due. False when it can have no good answer any more.
 bool Channel::advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, const Limits &limits)
 {
     if (exchange.reply)
@@ -89,14 +110,18 @@ bool Channel::advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, co
         return false;
     const Clock::time_point now = Clock::now();
     if (exchange.request.Sequence == 0) {
-        if (!number(exchange))
+        if (!assignSequence(exchange))
             return false;
         exchange.end = now + limits.tries * ReplyTimeout;
     } else if (now < exchange.resend) {
         return true;
-    } else if (now >= exchange.end) {
-        return false;
+    } else {
+        const bool over = now >= exchange.end;
+        logNoAnswer(path_, exchange, over);
+        if (over)
+            return false;
     }
+    exchange.busy = false;
     exchange.resend = std::min<Clock::time_point>(now + ReplyTimeout, exchange.end);
     const wire::Report request = exchange.request;
     lock.unlock();
@@ -105,15 +130,16 @@ bool Channel::advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, co
     return true;
 }
 
-// Gives a request the next free number; its tries share it, so a slow answer to the first still counts.
-bool Channel::number(Exchange &exchange)
+// Gives a request the next free sequence number. All tries share it, so that a slow answer to the first
+// counts.
+bool Channel::assignSequence(Exchange &exchange)
 {
     for (int i = 0; i < 255; ++i) {
-        lastNumber_ = static_cast<uint8_t>(lastNumber_ % 255 + 1);
-        if (waiting_[lastNumber_] == nullptr) {
-            exchange.request.Sequence = lastNumber_;
+        lastSequence_ = static_cast<uint8_t>(lastSequence_ % 255 + 1);
+        if (waiting_[lastSequence_] == nullptr) {
+            exchange.request.Sequence = lastSequence_;
             wire::seal(exchange.request);
-            waiting_[lastNumber_] = &exchange;
+            waiting_[lastSequence_] = &exchange;
             return true;
         }
     }
@@ -151,28 +177,33 @@ Channel::Reading Channel::readOnce()
         port_->read(bytes, sizeof bytes, endless_ ? -1 : static_cast<int>(IdleTimeout.count()));
     if (received.outcome == ReportPort::Outcome::Gone)
         return Reading::Gone;
-    // An interruption that came late, when the wait that it was meant for was over, ends this one early.
+    // An interruption may come when the wait that it was meant for is over; it then ends this one early.
     if (received.outcome == ReportPort::Outcome::Nothing)
-        return endless_ || Clock::now() - began < IdleTimeout ? Reading::Going : Reading::Idle;
-    if (!wire::isSound(bytes, received.size))
-        return Reading::Going;
+        return endless_ || Clock::now() - began < IdleTimeout ? Reading::Continue : Reading::Idle;
+    if (!wire::isSound(bytes, received.size)) {
+        logLine(path_, [] { return "dropped: not a sound report"; });
+        return Reading::Continue;
+    }
     wire::Report report;
     std::memcpy(&report, bytes, sizeof report);
     if (report.Sequence == 0)
-        pass(report);
+        forwardNotice(report);
     else
-        accept(report);
-    return Reading::Going;
+        acceptReply(report);
+    return Reading::Continue;
 }
 
-void Channel::accept(const wire::Report &reply)
+void Channel::acceptReply(const wire::Report &reply)
 {
     const std::lock_guard lock(mutex_);
     Exchange *exchange = waiting_[reply.Sequence];
-    if (exchange == nullptr || !answers(exchange->request, reply))
+    if (exchange == nullptr || !answers(exchange->request, reply)) {
+        logLine(path_, [] { return "dropped: the answer to no waiting request"; });
         return;
+    }
     if (reply.status() == wire::Status::Busy) {
         exchange->resend = std::min<Clock::time_point>(Clock::now() + BusyPause, exchange->end);
+        exchange->busy = true;
     } else {
         exchange->reply = reply;
         waiting_[reply.Sequence] = nullptr;
@@ -181,7 +212,7 @@ void Channel::accept(const wire::Report &reply)
     arrived_.notify_all();
 }
 
-void Channel::pass(const wire::Report &notice)
+void Channel::forwardNotice(const wire::Report &notice)
 {
     std::shared_ptr<NoticeSink> sink;
     {
@@ -201,7 +232,7 @@ void Channel::subscribe(const std::weak_ptr<NoticeSink> &sink, uint64_t generati
     sinkGeneration_ = generation;
 }
 
-void Channel::die()
+void Channel::setDead()
 {
     std::shared_ptr<NoticeSink> sink;
     {

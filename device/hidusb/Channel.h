@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Channel: requests and replies over one open interface. A reader thread checks each report once; a reply
-// goes to the request with its number, command and address, and what fits no waiting request (late,
-// doubled, unsound) is dropped. One channel per path serves the finder functions and the connection alike.
+// goes to the request with its sequence number, command and address, and one that fits no waiting request
+// (late, doubled, unsound) is dropped. Finder functions and connection share one channel per path.
 #pragma once
 
 #include "device/hidusb/Bus.h"
@@ -27,13 +27,14 @@ constexpr int UsualTries = 3;
 
 // True when `reply` answers `request`.
 bool answers(const wire::Report &request, const wire::Report &reply);
-// A request without its number. `size` is 0..56.
+// A request without its sequence number. `size` is 0..56.
 wire::Report makeRequest(wire::Command command, uint16_t address = 0, const void *payload = nullptr,
                          std::size_t size = 0);
 
 struct Exchange {
     wire::Report request;
     std::optional<wire::Report> reply; // of any status but Busy
+    bool busy = false;                 // the answer to the last try was Busy
     Clock::time_point resend{};
     Clock::time_point end{};
 };
@@ -41,11 +42,11 @@ struct Exchange {
 struct Limits {
     int tries = UsualTries;                                             // for each request
     std::size_t window = 1;                                             // requests in flight
-    std::chrono::milliseconds whole = std::chrono::milliseconds::max(); // for all of them together
+    std::chrono::milliseconds total = std::chrono::milliseconds::max(); // for all of them together
     const std::atomic<bool> *stop = nullptr;                            // true: give up
 };
 
-// Hears of a channel on the channel's reader thread; must not wait.
+// Receives the notices of a channel, on the channel's reader thread; must not wait.
 class NoticeSink
 {
 public:
@@ -57,10 +58,11 @@ public:
 class Channel
 {
 public:
-    explicit Channel(std::unique_ptr<ReportPort> port);
+    // `path` is how the log names the interface.
+    Channel(std::string path, std::unique_ptr<ReportPort> port);
 
-    // Sends all requests, each again when its answer does not come, and waits for the replies. Stops at the
-    // first one that stays unanswered or is answered badly. True when all replies are Ok.
+    // Sends all requests, repeats those whose answer does not come, and waits for the replies. Stops at the
+    // first one that stays unanswered or has another status than Ok. True when all replies are Ok.
     bool exchange(std::vector<Exchange> &batch, const Limits &limits);
     // One request. The reply may have any status.
     std::optional<wire::Report> ask(const wire::Report &request, const Limits &limits = {});
@@ -73,28 +75,29 @@ private:
     friend class ChannelRegistry;
 
     enum class Reading {
-        Going,
-        Idle, // nothing came for a while, and nobody held the channel when the wait began
+        Continue,
+        Idle, // no report within IdleTimeout, and the channel was not held when the wait began
         Gone,
     };
     Reading readOnce(); // for the reader thread
-    void accept(const wire::Report &reply);
-    void pass(const wire::Report &notice);
-    void die();
+    void acceptReply(const wire::Report &reply);
+    void forwardNotice(const wire::Report &notice);
+    void setDead();
     void hold();
     void release();
     bool isHeld() const;
 
     bool advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, const Limits &limits);
-    bool number(Exchange &exchange);
+    bool assignSequence(Exchange &exchange);
     void withdraw(const std::vector<Exchange> &batch);
 
+    const std::string path_;
     const std::unique_ptr<ReportPort> port_;
     mutable std::mutex mutex_;
     std::condition_variable arrived_;
     std::array<Exchange *, 256> waiting_{}; // by sequence number
     uint64_t arrivals_ = 0;
-    uint8_t lastNumber_;
+    uint8_t lastSequence_;
     int holders_ = 0;
     bool endless_ = false; // the reader waits without a limit
     bool dead_ = false;

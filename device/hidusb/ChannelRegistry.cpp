@@ -13,8 +13,8 @@ ChannelRegistry &ChannelRegistry::instance()
     return *registry;
 }
 
-// The kernel takes its time to open a device, and seconds for one that does not wake up. Nobody who asks
-// another device waits for that.
+// Opens without the lock: the kernel may take seconds to open a device that does not wake up, and requests to
+// other devices must not wait for it.
 std::shared_ptr<Channel> ChannelRegistry::acquire(const std::string &path)
 {
     if (std::shared_ptr<Channel> known = holdKnown(path))
@@ -30,14 +30,14 @@ std::shared_ptr<Channel> ChannelRegistry::holdKnown(const std::string &path)
     return at != channels_.end() && !at->second->isDead() ? hold(at->second) : nullptr;
 }
 
-// Whoever was quicker has opened the channel that all use.
+// When two callers open the same path, both use the channel of the one that comes first.
 std::shared_ptr<Channel> ChannelRegistry::holdNew(const std::string &path, std::unique_ptr<ReportPort> port)
 {
     const std::lock_guard lock(mutex_);
     ChannelPtr &place = channels_[path];
     if (place && !place->isDead())
         return hold(place);
-    place = std::make_shared<Channel>(std::move(port));
+    place = std::make_shared<Channel>(path, std::move(port));
     if (startThread([this, path, channel = place] { read(path, channel); }))
         return hold(place);
     channels_.erase(path);
@@ -63,7 +63,7 @@ void ChannelRegistry::read(const std::string &path, const ChannelPtr &channel)
 
 void ChannelRegistry::drop(const std::string &path, const ChannelPtr &channel)
 {
-    channel->die();
+    channel->setDead();
     const std::lock_guard lock(mutex_);
     erase(path, channel);
 }

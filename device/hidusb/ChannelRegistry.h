@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// ChannelRegistry: the open channels by path, and the thread that reads each. A channel that nobody holds
-// closes when its reader's wait runs out; one whose interface is gone leaves at once, so that whatever
-// comes back under the path gets a new channel. Process-wide, never destroyed.
+// ChannelRegistry: the open channels by path, and the thread that reads each. A channel that is not held
+// closes when its reader's wait runs out; one whose interface is gone is removed at once, so that a device
+// that comes back under the path gets a new channel. Process-wide, never destroyed.
 #pragma once
 
 #include "device/hidusb/Channel.h"

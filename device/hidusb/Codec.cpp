@@ -5,11 +5,12 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <stdexcept>
 
 namespace hidusb
 {
 
-// A run of bytes that stands in the record and in the flash alike.
+// Consecutive fields that lie in the record and in the flash in the same order.
 struct Span {
     std::size_t record;
     std::size_t flash;
@@ -17,23 +18,62 @@ struct Span {
     Owner owner;
 };
 
-#define SAME_BYTES(field, size, owner)                                                                       \
-    Span { offsetof(FlashDataMap, field), offsetof(FlashImage, field), size, owner }
+// Does not compile when the two sides differ in length.
+static constexpr Span makeSpan(std::size_t record, std::size_t recordSize, std::size_t flash,
+                               std::size_t flashSize, Owner owner)
+{
+    return recordSize == flashSize ? Span{record, flash, flashSize, owner}
+                                   : throw std::logic_error("a span of two lengths");
+}
 
+#define SPAN(first, last, owner)                                                                             \
+    makeSpan(offsetof(FlashDataMap, first), SPAN_SIZE(FlashDataMap, first, last),                            \
+             offsetof(FlashImage, first), SPAN_SIZE(FlashImage, first, last), owner)
+#define RENAMED(record, flash, owner)                                                                        \
+    makeSpan(offsetof(FlashDataMap, record), sizeof(FlashDataMap::record), offsetof(FlashImage, flash),      \
+             sizeof(FlashImage::flash), owner)
+
+// In the order of the record.
 static constexpr Span Spans[] = {
-    SAME_BYTES(ReportRate, 1, Owner::Shared),
-    SAME_BYTES(DpiStageCount, 1, Owner::Record),
-    SAME_BYTES(CurrentDpiStage, 1, Owner::Shared),
-    SAME_BYTES(SpareByte3, 2, Owner::Record),       // and KFps
-    SAME_BYTES(LiftOffDistance, 12, Owner::Record), // up to AngleSetValid
-    SAME_BYTES(DpiStages, sizeof(DpiStage) * DpiStageLimit, Owner::Record),
-    SAME_BYTES(DpiLedMode, 4, Owner::Shared), // up to DpiLedEnable
-    SAME_BYTES(KeyBindings, sizeof(KeyBinding) * KeySlotCount, Owner::Record),
-    SAME_BYTES(LedBarMode, 7, Owner::Shared), // up to LedBarEnable
-    {offsetof(FlashDataMap, Untouched17), offsetof(FlashImage, MouseOwn), 19, Owner::Record},
-    SAME_BYTES(Gap143, 1, Owner::Record),
+    SPAN(ReportRate, ReportRate, Owner::Shared),
+    SPAN(DpiStageCount, DpiStageCount, Owner::Record),
+    SPAN(CurrentDpiStage, CurrentDpiStage, Owner::Shared),
+    SPAN(SpareByte3, KFps, Owner::Record),
+    SPAN(LiftOffDistance, AngleSetValid, Owner::Record),
+    RENAMED(Untouched17, MouseOwn, Owner::Record),
+    SPAN(DpiStages, DpiStages, Owner::Record),
+    SPAN(DpiLedMode, DpiLedEnable, Owner::Shared),
+    SPAN(LedBarMode, LedBarEnable, Owner::Shared),
+    SPAN(KeyBindings, KeyBindings, Owner::Record),
+    SPAN(Gap143, Gap143, Owner::Record),
 };
-#undef SAME_BYTES
+#undef SPAN
+#undef RENAMED
+
+// True when the spans follow each other from the first byte of the record to the events, without a gap.
+static constexpr bool coverTheRecord()
+{
+    std::size_t end = 0;
+    for (const Span &span : Spans) {
+        if (span.record != end)
+            return false;
+        end += span.size;
+    }
+    return end == offsetof(FlashDataMap, KeySequences);
+}
+
+static constexpr bool overlapInTheFlash()
+{
+    for (const Span &one : Spans) {
+        for (const Span &other : Spans) {
+            if (&one != &other && one.flash < other.flash + other.size && other.flash < one.flash + one.size)
+                return true;
+        }
+    }
+    return false;
+}
+
+static_assert(coverTheRecord() && !overlapInTheFlash());
 
 static constexpr uint8_t ReleaseBit = 0x80;
 
@@ -57,7 +97,7 @@ static FlashEvent encodeEvent(const KeyEvent &from)
     return event;
 }
 
-// The places behind the count are carried too: a record comes back as it was.
+// Events behind the count are converted too, so that a record that is written and read back is unchanged.
 static void decodeBlocks(const FlashImage &image, FlashDataMap &record)
 {
     for (int slot = 0; slot < KeySlotCount; ++slot) {
@@ -129,8 +169,8 @@ static std::array<Owner, FlashSize> makeOwners()
     };
     const FlashImage image{};
     for (int slot = 0; slot < KeySlotCount; ++slot) {
-        fill(&image, &image.KeySequences[slot], offsetof(FlashSequence, Unused));
-        fill(&image, &image.MacroBlocks[slot], offsetof(FlashMacro, Unused));
+        fill(&image, &image.KeySequences[slot], SPAN_SIZE(FlashSequence, Count, Events));
+        fill(&image, &image.MacroBlocks[slot], SPAN_SIZE(FlashMacro, NameLength, Events));
     }
     return owners;
 }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Codec: between the record that the program edits and the flash image that a mouse holds. Pure functions;
-// both sides may hold anything, counts and lengths are cut to what the other side can take.
+// Codec: converts between the record that the program edits and the flash image that a mouse holds. Pure
+// functions. Neither side is trusted: counts and lengths are cut to what the other side can hold.
 #pragma once
 
 #include "device/hidusb/wire/FlashLayout.h"
@@ -12,7 +12,7 @@ namespace hidusb
 
 // Fills the whole record.
 void decode(const FlashImage &image, FlashDataMap &record);
-// Overwrites what the record describes; the mouse's own bytes in `image` stay.
+// Overwrites the bytes that the record describes; the mouse's own bytes in `image` stay.
 void encode(const FlashDataMap &record, FlashImage &image);
 
 enum class Owner : uint8_t {
@@ -20,7 +20,7 @@ enum class Owner : uint8_t {
     Shared, // described by the record, and a button on the mouse may change it
     Record, // described by the record alone
 };
-// One entry for each address of the flash.
+// An array with one entry for each address of the flash.
 const Owner *flashOwners();
 
 } // namespace hidusb

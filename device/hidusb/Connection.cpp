@@ -12,15 +12,15 @@ namespace hidusb
 
 using wire::Command;
 
-constexpr std::size_t FlashWindow = 8; // more in flight gain nothing at one report per millisecond
+constexpr std::size_t FlashWindow = 8; // a larger one is no faster at one report per millisecond
 constexpr std::chrono::milliseconds FlashReadLimit{5000};
-constexpr std::size_t WaitingNotices = 256; // a device that floods its program loses the rest
+constexpr std::size_t WaitingNotices = 256; // further ones are dropped, so that a flood stays bounded
 constexpr std::size_t WaitingOrders = 256;
 
-// What goes with an order other than a flash read.
+// Sizes and message of an order; flash reads have a routine of their own.
 struct OrderRow {
     Command command;
-    uint8_t requestSize; // 1: the argument goes along
+    uint8_t requestSize; // 1: the argument is the payload
     uint8_t replySize;
     bool message;        // the reply is a message for the program
     uint8_t messageSize; // bytes of the reply that the message carries
@@ -51,14 +51,14 @@ static constexpr NoticeRow NoticeRows[] = {
     {Command::LongRangeChanged, wire::LongRangeNoticeSize},
 };
 
-static constexpr Order WholeRead{Command::FlashRead};
+static constexpr Order FullRead{Command::FlashRead};
 
-static bool isWholeRead(const Order &order)
+static bool isFullRead(const Order &order)
 {
     return order.command == Command::FlashRead && order.argument == 0;
 }
 
-// One row for the callbacks of all connections: the program never sees two at a time.
+// One queue for the callbacks of all connections, so that the program never gets two at a time.
 static TaskQueue &callbackQueue()
 {
     static auto *queue = new TaskQueue;
@@ -94,22 +94,22 @@ void Connection::update(const FlashImage &wanted)
 {
     const std::lock_guard lock(mutex_);
     if (awaitsProfile())
-        later_ = wanted;
-    else if (mirror_.want(wanted))
-        resting_ = false;
+        deferred_ = wanted;
+    else if (mirror_.setWanted(wanted))
+        suspended_ = false;
     else
-        owe();
+        requireFullRead();
     changed_.notify_all();
 }
 
-// Sees to it that a whole read is among the orders.
-void Connection::owe()
+// Orders a full read unless one waits already.
+void Connection::requireFullRead()
 {
-    if (std::none_of(orders_.begin(), orders_.end(), isWholeRead))
-        orders_.push_back(WholeRead);
+    if (std::none_of(orders_.begin(), orders_.end(), isFullRead))
+        orders_.push_back(FullRead);
 }
 
-// After these the mouse holds something else than before.
+// These orders replace the content of the flash.
 static bool changesProfile(const Order &order)
 {
     return order.command == Command::ConfigSelect || order.command == Command::ClearSettings;
@@ -120,40 +120,40 @@ bool Connection::awaitsProfile() const { return std::any_of(orders_.begin(), ord
 bool Connection::finishWrites()
 {
     Lock lock(mutex_);
-    if (!resting_)
+    if (!suspended_)
         return true;
     retry_ = true;
     changed_.notify_all();
     constexpr std::chrono::milliseconds grace{20};
     changed_.wait_for(lock, ReplyTimeout + grace, [this] { return !retry_ || ended_; });
-    return !resting_ || ended_;
+    return !suspended_ || ended_;
 }
 
 // ---- The I/O thread
 
 bool Connection::hasWork() const
 {
-    return ended_ || lost_ || retry_ || !orders_.empty() || (!resting_ && mirror_.next());
+    return ended_ || lost_ || retry_ || !orders_.empty() || (!suspended_ && mirror_.next());
 }
 
 void Connection::work()
 {
     Lock lock(mutex_);
-    reach(lock);
+    ensureChannel(lock);
     for (;;) {
         changed_.wait(lock, [this] { return hasWork(); });
         if (ended_)
             break;
         const auto before = static_cast<std::ptrdiff_t>(orders_.size());
-        if (!reach(lock)) {
-            // A read to a device that went away yields nothing. What was ordered meanwhile may be for the one
-            // that has come since.
+        if (!ensureChannel(lock)) {
+            // The orders for the absent device are dropped. Those that came during the attempt to open it
+            // stay: they may be for a device that has been plugged in since.
             orders_.erase(orders_.begin(), orders_.begin() + before);
             if (!awaitsProfile())
-                later_.reset();
+                deferred_.reset();
         } else if (retry_) {
             writeNext(lock, 1);
-        } else if (!resting_ && mirror_.next()) {
+        } else if (!suspended_ && mirror_.next()) {
             writeNext(lock, UsualTries);
         } else if (!orders_.empty()) {
             const Order order = orders_.front();
@@ -168,24 +168,24 @@ void Connection::work()
     channel_.reset();
 }
 
-// Has a living channel, or opens one. Another device may have come back under the path, so nothing is
-// known of it then.
-bool Connection::reach(Lock &lock)
+// Opens a channel when there is none that works. The mirror is reset then, since the device that is now under
+// the path may be another one.
+bool Connection::ensureChannel(Lock &lock)
 {
     lost_ = false;
     if (channel_ && !channel_->isDead())
         return true;
     const bool hadChannel = channel_ != nullptr;
-    resting_ = false;
+    suspended_ = false;
     mirror_.forget();
     lock.unlock();
     channel_ = acquireChannel(path_);
     if (channel_)
         channel_->subscribe(weak_from_this(), generation_);
     lock.lock();
-    if (channel_ && (hadChannel || readOwed_))
-        owe();
-    readOwed_ = readOwed_ || hadChannel;
+    if (channel_ && (hadChannel || fullReadMissing_))
+        requireFullRead();
+    fullReadMissing_ = fullReadMissing_ || hadChannel;
     return channel_ != nullptr;
 }
 
@@ -193,29 +193,29 @@ void Connection::carryOut(Lock &lock, const Order &order)
 {
     bool answered = false;
     if (order.command == Command::FlashRead) {
-        if (resting_)
-            writeNext(lock, 1); // what was given before a read goes out before it
+        if (suspended_)
+            writeNext(lock, 1); // changes are written before a later read, which would else return old values
         returned_ = false;
         answered = readFlash(lock, order.address, order.argument > 0 ? order.argument : FlashSize);
-        if (isWholeRead(order))
-            readOwed_ = !answered;
+        if (isFullRead(order))
+            fullReadMissing_ = !answered;
     } else {
         lock.unlock();
         answered = request(order);
         lock.lock();
     }
     if (answered)
-        resting_ = false;
-    orders_.pop_front(); // only now: an update meanwhile belongs behind it
-    if (isWholeRead(order) && readOwed_ && returned_)
-        owe(); // it came back before anybody knew that it had been away
+        suspended_ = false;
+    orders_.pop_front(); // only now, so that a record that came meanwhile counts as later than this order
+    if (isFullRead(order) && fullReadMissing_ && returned_)
+        requireFullRead(); // its return was announced before the read had failed
     if (changesProfile(order) && !awaitsProfile()) {
-        // What is wanted of the one profile isn't wanted of the other. What is known of the one still serves
-        // to find an edit that comes before the next full read.
-        mirror_.settle();
-        if (later_)
-            mirror_.want(*later_);
-        later_.reset();
+        // Pending changes belong to the old profile. Its known content is kept, to find by comparison what
+        // the user edits before the next full read.
+        mirror_.discardPending();
+        if (deferred_)
+            mirror_.setWanted(*deferred_);
+        deferred_.reset();
     }
 }
 
@@ -231,23 +231,25 @@ void Connection::writeNext(Lock &lock, int tries)
 {
     const std::optional<FlashRange> range = mirror_.next();
     if (!range) {
-        resting_ = false;
+        suspended_ = false;
         return;
     }
     const wire::Report request =
         makeRequest(Command::FlashWrite, range->address, mirror_.wanted(range->address), range->size);
+    returned_ = false;
     lock.unlock();
     const std::optional<wire::Report> reply = ask(request, tries);
     const bool gone = channel_->isDead();
     lock.lock();
     const bool written = reply && reply->status() == wire::Status::Ok;
-    resting_ = !written && !gone;
+    // A mouse that came back meanwhile was announced before the failure was known and is not announced again.
+    suspended_ = !written && !gone && !returned_;
     if (written)
         mirror_.acknowledge(*range, request.Payload);
     else if (gone)
         lost_ = true;
     else
-        mirror_.doubt(*range);
+        mirror_.markUncertain(*range);
 }
 
 bool Connection::readFlash(Lock &lock, uint16_t address, std::size_t size)
@@ -261,7 +263,7 @@ bool Connection::readFlash(Lock &lock, uint16_t address, std::size_t size)
     }
     Limits limits;
     limits.window = FlashWindow;
-    limits.whole = FlashReadLimit;
+    limits.total = FlashReadLimit;
     limits.stop = &ended_;
     lock.unlock();
     const bool good = channel_->exchange(batch, limits);
@@ -308,11 +310,11 @@ void Connection::notice(const wire::Report &report)
         const bool returned = report.command() == Command::OnLineChanged &&
                               report.Length == sizeof(wire::OnLineReply) && report.Payload[0] != 0;
         if (returned) {
-            resting_ = false;
+            suspended_ = false;
             returned_ = true;
         }
-        if (returned && readOwed_)
-            owe();
+        if (returned && fullReadMissing_)
+            requireFullRead();
         changed_.notify_all();
     }
     const bool known =
@@ -330,20 +332,20 @@ void Connection::deliver(wire::Report head, std::vector<uint8_t> payload, std::s
         limit);
 }
 
-// While a message waits, the mouse may have changed the bytes again or the program may have; what was read
-// would then undo that.
+// The bytes are brought up to date at the moment of the call: the mouse or the program may have changed them
+// while the message waited, and the older values would revert that.
 void Connection::deliverFlash(wire::Report head, uint16_t address, std::vector<uint8_t> bytes)
 {
     callbackQueue().post([self = shared_from_this(), head, address, bytes = std::move(bytes)]() mutable {
         {
             const std::lock_guard lock(self->mutex_);
-            self->mirror_.tell(address, bytes.data(), bytes.size());
+            self->mirror_.publish(address, bytes.data(), bytes.size());
         }
         self->call(head, std::move(bytes));
     });
 }
 
-// On the thread of the callbacks.
+// Runs on the callback thread.
 void Connection::call(wire::Report head, std::vector<uint8_t> payload)
 {
     const auto size = static_cast<uint32_t>(payload.size());

@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Connection: the one open device of the program. An I/O thread carries out its orders in their order and
-// writes, in front of each, what the record has changed; answers and notices go to the callback on the
-// process-wide callback thread. A connection that has ended writes nothing more and calls nobody.
+// Connection: the one open device of the program. An I/O thread carries out its orders first in, first out,
+// and writes the changes of the record before each of them; answers and notices go to the callback on the
+// process-wide callback thread. A connection that has ended writes nothing more and makes no more calls.
 //
-// A record says nothing about a mouse whose flash has not been read: the program's change is then not
-// written but answered by a whole read. The same goes for a device that was unplugged and came back under
-// its old path, and for a mouse that was out of reach when the whole read was asked for.
+// A record is written only to a mouse whose flash has been read, since it would otherwise overwrite the mouse
+// with another one's settings: until then a record is answered by a full read. The same holds for a device
+// that was unplugged and came back under its old path, and for a mouse that was out of reach during the full
+// read.
 #pragma once
 
 #include "device/hidusb/Channel.h"
@@ -19,7 +20,7 @@
 namespace hidusb
 {
 
-// What the program asks of an open connection.
+// A request of the program to an open connection.
 struct Order {
     wire::Command command;
     uint8_t argument = 0; // for a flash read the number of bytes, 0 for the whole flash
@@ -40,7 +41,7 @@ public:
     void lost() override;
 
     const std::string &path() const { return path_; }
-    // When a write rests unanswered, has it tried once more. True when none rests then. At most 170 ms.
+    // Has a suspended write tried once more. True when none is suspended then. Takes at most 170 ms.
     bool finishWrites();
 
 private:
@@ -48,15 +49,15 @@ private:
 
     void work();
     bool hasWork() const;
-    bool reach(Lock &lock);
-    void owe();
+    bool ensureChannel(Lock &lock);
+    void requireFullRead();
     bool awaitsProfile() const;
     void carryOut(Lock &lock, const Order &order);
     void writeNext(Lock &lock, int tries);
     bool readFlash(Lock &lock, uint16_t address, std::size_t size);
     bool request(const Order &order);
     std::optional<wire::Report> ask(const wire::Report &request, int tries = UsualTries);
-    // `limit`: with so many messages waiting for the program this one is dropped.
+    // Drops the message when `limit` others wait for the program.
     void deliver(wire::Report head, std::vector<uint8_t> payload, std::size_t limit = SIZE_MAX);
     void deliverFlash(wire::Report head, uint16_t address, std::vector<uint8_t> bytes);
     void call(wire::Report head, std::vector<uint8_t> payload);
@@ -71,20 +72,20 @@ private:
     std::condition_variable changed_;
     std::deque<Order> orders_;
     FlashMirror mirror_;
-    std::optional<FlashImage> later_; // wanted once the profile orders in the row are carried out
-    bool resting_ = false;            // the last write stayed without a good answer
-    bool retry_ = false;              // it is to be tried once more
-    bool readOwed_ = false;           // the whole flash was asked for and did not come
-    bool returned_ = false;           // the mouse came back since the last read began
-    bool lost_ = false;               // the channel died and has not been let go of
+    std::optional<FlashImage> deferred_; // the record to apply behind the queued profile orders
+    bool suspended_ = false;             // the last write was not acknowledged; no other is sent
+    bool retry_ = false;                 // try the suspended write once
+    bool fullReadMissing_ = false;       // a full read was ordered and has failed
+    bool returned_ = false;              // the mouse came back since the last read or write began
+    bool lost_ = false;                  // the channel is dead and not replaced yet
 };
 
 // The open connection of the process; null when there is none.
 std::shared_ptr<Connection> currentConnection();
-// Each ends the one before.
+// Each ends the connection before.
 void openConnection(const char *path, ProtocolCallback_t callback);
 void closeConnection();
-// Connection::finishWrites of the open connection, if it is to this path; else true.
+// Connection::finishWrites of the open connection when that is to this path; else true.
 bool finishWrites(const char *path);
 
 } // namespace hidusb

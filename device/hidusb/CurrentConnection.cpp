@@ -10,7 +10,7 @@ namespace hidusb
 namespace
 {
 
-struct Current {
+struct ConnectionState {
     std::mutex mutex;
     std::shared_ptr<Connection> connection;
     uint64_t generation = 0;
@@ -18,9 +18,9 @@ struct Current {
 
 } // namespace
 
-static Current &current()
+static ConnectionState &current()
 {
-    static auto *state = new Current;
+    static auto *state = new ConnectionState;
     return *state;
 }
 

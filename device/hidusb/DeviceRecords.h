@@ -1,16 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The small records that cross the boundary of the device layer by layout. All fields are bytes or
-// little-endian integers without padding.
+// The small records that the exported functions take and fill. Their layout is part of the interface: all
+// fields are bytes or little-endian integers without padding.
 #pragma once
 
-#include "FlashDataMap.h"
+#include "device/hidusb/FlashDataMap.h"
 
 struct DeviceIdentity {
     uint8_t Cid;        // customer id; with Mid 0 the device is not ready yet
     uint8_t Mid;        // model id
-    uint8_t DeviceKind; // 0, 4, 1, 5: receiver of 1, 2, 4, 8 kHz; others: on a cable
+    uint8_t DeviceKind; // 0, 4, 1, 5: receiver of 1, 2, 4, 8 kHz; others: wired mouse
 };
 
 struct UsbAttribute {
@@ -33,7 +33,7 @@ struct BatteryStatus {
     uint8_t Unused[2];
 };
 
-// Each byte above 0 says that this item changed on the device.
+// A byte above 0: this item has changed on the device.
 struct DeviceStatusChange {
     uint8_t CurrentDpi;
     uint8_t ReportRate;
@@ -61,7 +61,7 @@ struct DongleIndicator {
     uint8_t Choice[3]; // one list index for each indicator
 };
 
-// What a mouse is told about the receiver it shall answer to.
+// Sent to a mouse on its cable: the receiver to which it is paired from now on.
 struct DonglePairing {
     uint8_t Address[3]; // the bytes of OnlineAddress in reverse order
     uint8_t Zero;

@@ -21,7 +21,7 @@ std::optional<Firmware> readFirmware(const uint8_t *image)
     if (image == nullptr)
         return std::nullopt;
     wire::FirmwareHead head;
-    std::memcpy(&head, image, offsetof(wire::FirmwareHead, Unused12));
+    std::memcpy(&head, image, SPAN_SIZE(wire::FirmwareHead, Magic, Crc32));
     const std::size_t size = head.FileLength.get();
     if (head.Magic.get() != wire::FirmwareMagic || size < sizeof head || size > wire::FirmwareSizeLimit)
         return std::nullopt;
@@ -55,7 +55,7 @@ bool Firmware::fitsBootLoader(const wire::BootIdentityReply &identity) const
 
 bool Firmware::fitsDevice(const DeviceIdentity &identity) const
 {
-    constexpr uint8_t receiverKinds = 0x05; // 0, 1, 4 and 5 are receivers, the others are on a cable
+    constexpr uint8_t receiverKinds = 0x05; // 0, 1, 4 and 5 are receivers, other kinds are wired
     const bool mouse = (identity.DeviceKind & ~receiverKinds) != 0;
     return identity.Cid == fits.Cid && identity.Mid == fits.Mid &&
            mouse == (fits.Target == wire::TargetMouse);

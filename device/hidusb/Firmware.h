@@ -25,7 +25,7 @@ struct Firmware {
     bool fitsDevice(const DeviceIdentity &identity) const;
 };
 
-// `image` is readable for the length that its head gives. Empty when it is no whole firmware file.
+// `image` is readable for the length that its head gives. Empty when it is not a complete, undamaged file.
 std::optional<Firmware> readFirmware(const uint8_t *image);
 
 } // namespace hidusb

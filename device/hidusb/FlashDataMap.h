@@ -1,15 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// FlashDataMap: everything that a mouse keeps in its flash, in the form that the program edits,
-// that is cached on disk and that an exported image carries. Every type here has alignment 1 and
-// little-endian fields, so the struct is the byte layout. Offsets, sizes and gaps are a file format:
-// change nothing.
+// FlashDataMap: all settings that a mouse keeps in its flash, in the form that the program edits, caches on
+// disk and exports. Every type here has alignment 1 and little-endian fields, so the struct is the byte
+// layout. Offsets, sizes and gaps are a file format: a change makes existing files unreadable.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
+
+// The bytes of a struct from the first one of `first` to the last one of `last`.
+#define SPAN_SIZE(Struct, first, last)                                                                       \
+    (offsetof(Struct, last) + sizeof(Struct::last) - offsetof(Struct, first))
 
 // A little-endian integer of N bytes with alignment 1.
 template <typename Value, std::size_t N> struct LittleEndian {

@@ -10,29 +10,29 @@
 namespace hidusb
 {
 
-bool FlashMirror::want(const FlashImage &image)
+bool FlashMirror::setWanted(const FlashImage &image)
 {
     if (!known_)
         return false;
-    if (!told_)
-        return true; // of what was before the load, which is on its way to the program
+    if (!published_)
+        return true; // this record is older than the full read that is on its way to the program
     const Owner *owners = flashOwners();
     for (std::size_t at = 0; at < FlashSize; ++at) {
-        if (owners[at] == Owner::Mouse || bytesOf(image)[at] == bytesOf(given_)[at])
+        if (owners[at] == Owner::Mouse || bytesOf(image)[at] == bytesOf(programRecord_)[at])
             continue;
         bytesOf(wanted_)[at] = bytesOf(image)[at];
-        bytesOf(given_)[at] = bytesOf(image)[at];
+        bytesOf(programRecord_)[at] = bytesOf(image)[at];
     }
     return true;
 }
 
-void FlashMirror::tell(uint16_t address, uint8_t *bytes, std::size_t size)
+void FlashMirror::publish(uint16_t address, uint8_t *bytes, std::size_t size)
 {
     if (!known_)
         return;
     std::memcpy(bytes, bytesOf(wanted_) + address, size);
-    std::memcpy(bytesOf(given_) + address, bytes, size);
-    told_ = told_ || size == FlashSize;
+    std::memcpy(bytesOf(programRecord_) + address, bytes, size);
+    published_ = published_ || size == FlashSize;
 }
 
 void FlashMirror::learn(uint16_t address, const uint8_t *bytes, std::size_t size)
@@ -42,16 +42,16 @@ void FlashMirror::learn(uint16_t address, const uint8_t *bytes, std::size_t size
     if (!known_) {
         known_.emplace();
         wanted_ = *known_;
-        doubtful_.reset();
-        told_ = false;
+        uncertain_.reset();
+        published_ = false;
     }
     uint8_t *known = bytesOf(*known_) + address;
     uint8_t *wanted = bytesOf(wanted_) + address;
     for (std::size_t i = 0; i < size; ++i) {
-        if (wanted[i] == known[i] && !doubtful_[address + i])
+        if (wanted[i] == known[i] && !uncertain_[address + i])
             wanted[i] = bytes[i];
         known[i] = bytes[i];
-        doubtful_.reset(address + i);
+        uncertain_.reset(address + i);
     }
 }
 
@@ -61,31 +61,31 @@ void FlashMirror::acknowledge(const FlashRange &range, const uint8_t *bytes)
         return;
     std::memcpy(bytesOf(*known_) + range.address, bytes, range.size);
     for (std::size_t i = 0; i < range.size; ++i)
-        doubtful_.reset(range.address + i);
+        uncertain_.reset(range.address + i);
 }
 
-void FlashMirror::doubt(const FlashRange &range)
+void FlashMirror::markUncertain(const FlashRange &range)
 {
     for (std::size_t i = 0; i < range.size; ++i)
-        doubtful_.set(range.address + i);
+        uncertain_.set(range.address + i);
 }
 
-void FlashMirror::settle()
+void FlashMirror::discardPending()
 {
     if (known_)
         wanted_ = *known_;
-    doubtful_.reset();
+    uncertain_.reset();
 }
 
 void FlashMirror::forget()
 {
     known_.reset();
-    doubtful_.reset();
+    uncertain_.reset();
 }
 
 bool FlashMirror::differs(std::size_t address) const
 {
-    return bytesOf(wanted_)[address] != bytesOf(*known_)[address] || doubtful_[address];
+    return bytesOf(wanted_)[address] != bytesOf(*known_)[address] || uncertain_[address];
 }
 
 std::optional<FlashRange> FlashMirror::next() const
@@ -94,7 +94,7 @@ std::optional<FlashRange> FlashMirror::next() const
         return std::nullopt;
     const std::size_t tail = FlashSize;
     std::size_t first = 0;
-    if (doubtful_.none()) {
+    if (uncertain_.none()) {
         const auto pair = std::mismatch(bytesOf(wanted_), bytesOf(wanted_) + tail, bytesOf(*known_));
         first = static_cast<std::size_t>(pair.first - bytesOf(wanted_));
     } else {
@@ -103,8 +103,8 @@ std::optional<FlashRange> FlashMirror::next() const
     }
     if (first == tail)
         return std::nullopt;
-    // Equal bytes in between are sent along, except those that a button on the mouse may have changed
-    // since they were read.
+    // Equal bytes between two changed ones are sent too, which saves a report, but none that the mouse itself
+    // may have changed since they were read: the write would revert it.
     const Owner *owners = flashOwners();
     std::size_t last = first;
     const std::size_t limit = std::min(first + wire::PayloadSize, tail);

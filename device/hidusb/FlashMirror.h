@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// FlashMirror: what a mouse is known to hold beside what the program wants it to hold, and the next report
-// that brings the one to the other. Before the first load nothing is known, and then nothing is wanted
-// either: a record from before the load describes another device or another profile. The program's record
-// lags behind what was read, since it is told of a read only later; so what counts as its change is what
-// differs from what it last gave or was told, not from what is known; and until it is told of the load it has
-// changed nothing. Not thread-safe.
+// FlashMirror: two copies of a mouse's flash, the known and the wanted content, and the next range to write
+// so that they become equal. Before the first full read nothing is known and nothing is accepted as wanted:
+// the program's record then describes another device or another profile. The program learns of a read later
+// than the mirror does. Its changes are therefore found by comparing its record with the one that it last
+// passed or received, never with the known content; and until it has received the full read it has changed
+// nothing. Not thread-safe.
 #pragma once
 
 #include "device/hidusb/wire/FlashLayout.h"
@@ -26,26 +26,28 @@ struct FlashRange {
 class FlashMirror
 {
 public:
-    // The program's record as it stands; of `image` only the bytes that a record describes count, and of
-    // these the changed ones. False: nothing is known yet, the state is not kept.
-    bool want(const FlashImage &image);
-    // What the program is now to be told of a range that was read: the newest that is known of it, and the
-    // program's own changes since. Without a load the bytes stay as they are.
-    void tell(uint16_t address, uint8_t *bytes, std::size_t size);
-    // The device was read: at `address` it holds these bytes. What nobody has changed meanwhile is wanted as
-    // it was read. The range lies within the flash; a part is ignored before the whole is known.
+    // Takes over the bytes that the program has changed since its last record; bytes of `image` that no
+    // record describes are ignored. False, and nothing is taken over, before the first full read.
+    bool setWanted(const FlashImage &image);
+    // Called before a range that was read goes to the program: replaces `bytes` by the newest known content
+    // with the program's own later changes. Before the first full read it leaves them as they are.
+    void publish(uint16_t address, uint8_t *bytes, std::size_t size);
+    // The device was read: at `address` it holds these bytes. A byte without a pending change is wanted as it
+    // was read. The range lies within the flash; a partial read is ignored before the first full read.
     void learn(uint16_t address, const uint8_t *bytes, std::size_t size);
     // The device acknowledged these bytes.
     void acknowledge(const FlashRange &range, const uint8_t *bytes);
-    // A write stayed without a good answer: the device may hold the old bytes or the new ones.
-    void doubt(const FlashRange &range);
-    // Gives up what is wanted and not yet written.
-    void settle();
-    // Nothing is known any more.
+    // A write was not acknowledged: the device may hold the old bytes or the new ones, so the range is
+    // written again even if the old bytes are wanted by then.
+    void markUncertain(const FlashRange &range);
+    // Drops the changes that are not written yet.
+    void discardPending();
+    // Back to the state before the first full read.
     void forget();
 
     bool isLoaded() const { return known_.has_value(); }
-    // The first bytes to write, neighbours joined; empty when the device holds what is wanted.
+    // The first range to write, as long as one report carries; empty when the device holds the wanted
+    // content.
     std::optional<FlashRange> next() const;
     const uint8_t *wanted(uint16_t address) const { return bytesOf(wanted_) + address; }
 
@@ -59,9 +61,9 @@ private:
 
     std::optional<FlashImage> known_;
     FlashImage wanted_{};
-    FlashImage given_{}; // the program's record, as it last gave it or was told
-    bool told_ = false;  // of the load
-    std::bitset<FlashSize> doubtful_;
+    FlashImage programRecord_{}; // as the program last passed or received it
+    bool published_ = false;     // the program has received the full read
+    std::bitset<FlashSize> uncertain_;
 };
 
 } // namespace hidusb

@@ -17,7 +17,7 @@
 using namespace hidusb;
 using wire::Command;
 
-// No exception leaves the library; what fails here is a lack of memory or of threads.
+// No exception may pass the C functions. Those that occur are for lack of memory or threads.
 template <typename Result, typename Body> static Result guarded(Result failure, Body body) noexcept
 {
     try {
@@ -143,7 +143,7 @@ void UsbServerC_Start(const char *path, const char * /*same_path*/, ProtocolCall
 
 void UsbServer_Exit(void) { guarded(closeConnection); }
 
-static void give(Command command, uint8_t argument = 0, uint16_t address = 0)
+static void postOrder(Command command, uint8_t argument = 0, uint16_t address = 0)
 {
     guarded([command, argument, address] {
         if (const auto connection = currentConnection())
@@ -151,33 +151,33 @@ static void give(Command command, uint8_t argument = 0, uint16_t address = 0)
     });
 }
 
-void UsbServer_SetPCDriverStatus(uint8_t in_charge) { give(Command::DriverStatus, in_charge); }
+void UsbServer_SetPCDriverStatus(uint8_t in_charge) { postOrder(Command::DriverStatus, in_charge); }
 
-void UsbServer_ReadAllFlashData(void) { give(Command::FlashRead); }
+void UsbServer_ReadAllFlashData(void) { postOrder(Command::FlashRead); }
 
-void UsbServer_ReadCurrentDPI(void) { give(Command::FlashRead, 1, FlashCurrentStageAddress); }
+void UsbServer_ReadCurrentDPI(void) { postOrder(Command::FlashRead, 1, FlashCurrentStageAddress); }
 
-void UsbServer_ReadReportRate(void) { give(Command::FlashRead, 1, FlashReportRateAddress); }
+void UsbServer_ReadReportRate(void) { postOrder(Command::FlashRead, 1, FlashReportRateAddress); }
 
-void UsbServer_ReadDPILed(void) { give(Command::FlashRead, FlashDpiLedSize, FlashDpiLedAddress); }
+void UsbServer_ReadDPILed(void) { postOrder(Command::FlashRead, FlashDpiLedSize, FlashDpiLedAddress); }
 
-void UsbServer_ReadLedBar(void) { give(Command::FlashRead, FlashLedBarSize, FlashLedBarAddress); }
+void UsbServer_ReadLedBar(void) { postOrder(Command::FlashRead, FlashLedBarSize, FlashLedBarAddress); }
 
-void UsbServer_ReadBatteryLevel(void) { give(Command::Battery); }
+void UsbServer_ReadBatteryLevel(void) { postOrder(Command::Battery); }
 
-void UsbServer_ReadVersion(void) { give(Command::Version); }
+void UsbServer_ReadVersion(void) { postOrder(Command::Version); }
 
-void UsbServer_ReadConfig(void) { give(Command::Config); }
+void UsbServer_ReadConfig(void) { postOrder(Command::Config); }
 
-void UsbServer_SetCurrentConfig(uint8_t index) { give(Command::ConfigSelect, index); }
+void UsbServer_SetCurrentConfig(uint8_t index) { postOrder(Command::ConfigSelect, index); }
 
-void UsbServer_SetClearSetting(void) { give(Command::ClearSettings); }
+void UsbServer_SetClearSetting(void) { postOrder(Command::ClearSettings); }
 
-void UsbServer_SetBatteryOptimizeEnable(uint8_t enable) { give(Command::BatteryOptimize, enable); }
+void UsbServer_SetBatteryOptimizeEnable(uint8_t enable) { postOrder(Command::BatteryOptimize, enable); }
 
-void UsbServer_EnterDonglePairOnlyCid(uint8_t cid) { give(Command::PairEnter, cid); }
+void UsbServer_EnterDonglePairOnlyCid(uint8_t cid) { postOrder(Command::PairEnter, cid); }
 
-void UsbServer_ReadDonglePairStatus(void) { give(Command::PairStatus); }
+void UsbServer_ReadDonglePairStatus(void) { postOrder(Command::PairStatus); }
 
 void ProtocolDataUpdate(const FlashDataMap *record)
 {
@@ -207,14 +207,12 @@ template <std::size_t Size> static void copyBytes(const uint8_t *payload, void *
 
 void BufferToDPILed(const uint8_t *payload, uint8_t *record_byte_84)
 {
-    copyBytes<offsetof(FlashDataMap, LedBarMode) - offsetof(FlashDataMap, DpiLedMode)>(payload,
-                                                                                       record_byte_84);
+    copyBytes<SPAN_SIZE(FlashDataMap, DpiLedMode, DpiLedEnable)>(payload, record_byte_84);
 }
 
 void BufferToLedBar(const uint8_t *payload, uint8_t *record_byte_88)
 {
-    copyBytes<offsetof(FlashDataMap, KeyBindings) - offsetof(FlashDataMap, LedBarMode)>(payload,
-                                                                                        record_byte_88);
+    copyBytes<SPAN_SIZE(FlashDataMap, LedBarMode, LedBarEnable)>(payload, record_byte_88);
 }
 
 void GetDeviceBatteryStatus(const uint8_t *payload, BatteryStatus *status)

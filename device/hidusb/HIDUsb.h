@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// HIDUsb: the whole face of the device layer. Plain functions with C linkage; the program links to
-// these names alone, so another library with the same exports can stand in its place.
+// HIDUsb: the public interface of the device layer. Plain functions with C linkage; the program links to
+// these names alone, so another library with the same exports can replace it.
 //
 // Common to all functions:
 // - Any thread may call any function, also from inside a callback. No function throws.
@@ -14,13 +14,13 @@
 //   exceptions are named below. The first question in three seconds opens the device, for which the kernel
 //   takes some 60 ms, and more when it has to wake it up. Functions that start something return at once.
 // - Callbacks come on threads of the library's own, never on a caller's thread, and no lock of the
-//   library is held meanwhile. They may block; only the callbacks behind them in the same row wait.
+//   library is held meanwhile. They may block; only later callbacks of the same queue wait.
 //
 // HIDUSB_BUS in the environment, read at the first call, names the folder of an emulated bus. Without
-// it the library speaks to /dev/hidraw*.
+// it the library uses /dev/hidraw*. HIDUSB_LOG, read at the same time, names the file of a log.
 #pragma once
 
-#include "DeviceRecords.h"
+#include "device/hidusb/DeviceRecords.h"
 
 #if defined(__GNUC__)
 #define HIDUSB_API __attribute__((visibility("default")))
@@ -55,15 +55,15 @@ HIDUSB_API const char *const *UsbFinderC_FindHidDevicesByDeviceId(const char *ve
                                                                   const char *product_id,
                                                                   int32_t interface_number, int32_t usage,
                                                                   int32_t *count);
-// Who the device says it is; all zero when it does not answer. `reserved` is 0. One try, so that the
-// caller's own repetitions stay bounded.
+// The identity that the device reports; all zero when it does not answer. `reserved` is 0. Asked once only,
+// because its callers repeat it themselves.
 HIDUSB_API DeviceIdentity UsbFinderC_GetDeviceInfo(const char *path, int32_t reserved);
 // Ids and release number from the USB descriptor; the device is not asked.
 HIDUSB_API void UsbFinderC_GetUsbDeviceAttribute(const char *path, UsbAttribute *attribute);
 // True when the mouse itself answers, by cable or radio. False also for a mouse whose last write
 // stayed unanswered, until that write has been acknowledged after all.
 HIDUSB_API uint8_t UsbFinderC_GetDeviceOnLine(const char *path);
-// The same question, with the address of the paired mouse. `record` is left alone on no answer.
+// The same, with the address of the paired mouse. Without an answer `record` is unchanged.
 HIDUSB_API uint8_t UsbFinderC_GetDeviceOnLineWithUsbAddress(const char *path, OnlineAddress *record);
 // Firmware of the mouse: bits 8..15 major, bits 0..7 minor; 0 when it does not answer.
 HIDUSB_API uint32_t UsbFinderC_GetVersion(const char *path);
@@ -75,7 +75,7 @@ HIDUSB_API uint8_t UsbFinderC_GetSlaveVersion(const char *path, uint32_t *versio
 // Opens the one connection, in place of the one before. `path` is given twice. Answers come to
 // `callback`, one at a time, in order. The old connection's callback is not called any more once a
 // running call of it has returned, and what it had left to write is dropped. Returns at once; a path
-// that cannot be opened gives a connection that answers nothing.
+// that cannot be opened gives a connection without answers.
 HIDUSB_API void UsbServerC_Start(const char *path, const char *same_path, ProtocolCallback_t callback);
 // Ends the connection, if there is one. Never waits for a running callback.
 HIDUSB_API void UsbServer_Exit(void);
@@ -143,7 +143,7 @@ HIDUSB_API void UsbFinderC_ReadWriteDeviceData(const uint8_t *write_buffer, uint
 // An attached boot loader that is silent costs 0.3 s.
 HIDUSB_API void UsbUpgradeC_FindBootDevices(const uint8_t *image, int32_t *count);
 // Starts flashing and returns: true when the file is whole and one device that it fits (in its boot
-// loader, or to be sent there) is attached, and no other upgrade runs. `timeout_ms` is how long the boot
+// loader or not) is attached, and no other upgrade runs. `timeout_ms` is how long the boot
 // loader may take to appear and the device to come back. The image is copied. The callback has a thread
 // of its own. An attached device that is silent costs 0.3 s.
 HIDUSB_API uint8_t UsbUpgrade_Start(const uint8_t *image, UpgradeCallback_t callback, int32_t timeout_ms);

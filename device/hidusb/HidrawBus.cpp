@@ -5,6 +5,7 @@
 #include "device/hidusb/ReportWriter.h"
 #include "device/hidusb/Udev.h"
 #include "device/hidusb/WaitableFile.h"
+#include "device/hidusb/WireLog.h"
 
 #include <atomic>
 #include <cerrno>
@@ -24,7 +25,7 @@ namespace
 
 class UdevChanges;
 
-// The watches of this process, for what is known of a device before udev says it.
+// The watches of this process. A read that fails reports a removal to them, often before udev does.
 struct Watches {
     std::mutex mutex;
     std::set<UdevChanges *> all;
@@ -36,24 +37,24 @@ Watches &watches()
     return *all;
 }
 
-void sayThatANodeIsGone();
+void notifyNodeGone();
 
-// A descriptor that no child process inherits.
+// A duplicate that child processes do not inherit.
 int copyOf(int file) { return fcntl(file, F_DUPFD_CLOEXEC, 0); }
 
 class HidrawPort : public ReportPort
 {
 public:
-    explicit HidrawPort(int node) : node_(node), writer_(copyOf(node)) {}
+    HidrawPort(int node, const std::string &path) : path_(path), node_(node), writer_(copyOf(node), path) {}
 
     bool write(const uint8_t *bytes, std::size_t size) override { return writer_.post(bytes, size); }
 
-    // A read error is a removal, which udev may tell seconds later.
+    // A read error is a removal, which udev may announce seconds later.
     Received read(uint8_t *bytes, std::size_t capacity, int timeoutMs) override
     {
         const Received received = readNode(bytes, capacity, timeoutMs);
-        if (received.outcome == Outcome::Gone && !toldGone_.exchange(true))
-            sayThatANodeIsGone();
+        if (received.outcome == Outcome::Gone && !notifiedGone_.exchange(true))
+            notifyNodeGone();
         return received;
     }
 
@@ -74,13 +75,16 @@ private:
         const ssize_t size = ::read(node_.file(), bytes, capacity);
         if (size >= 0)
             return {Outcome::Report, static_cast<std::size_t>(size)};
-        const bool again = errno == EAGAIN || errno == EINTR;
-        return {again ? Outcome::Nothing : Outcome::Gone, 0};
+        if (errno == EAGAIN || errno == EINTR)
+            return {Outcome::Nothing, 0};
+        logFailure(path_, "read", errno);
+        return {Outcome::Gone, 0};
     }
 
+    const std::string path_;
     WaitableFile node_;
     ReportWriter writer_;
-    std::atomic<bool> toldGone_{false};
+    std::atomic<bool> notifiedGone_{false};
 };
 
 class UdevChanges : public ChangeSource
@@ -134,7 +138,7 @@ private:
     std::atomic<bool> nodeGone_{false};
 };
 
-void sayThatANodeIsGone()
+void notifyNodeGone()
 {
     const std::lock_guard lock(watches().mutex);
     for (UdevChanges *watch : watches().all)
@@ -145,14 +149,16 @@ void sayThatANodeIsGone()
 
 std::vector<InterfaceInfo> HidrawBus::enumerate() { return nodes_.list(); }
 
-// A node that opens may belong to a device that went in that very moment, and then says nothing of itself.
+// A device may be unplugged while its node is opened: open() then succeeds, but no request to the node does.
 static int openNode(const std::string &path)
 {
     const int node = ::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     int descriptorSize = 0;
-    if (node < 0 || ::ioctl(node, HIDIOCGRDESCSIZE, &descriptorSize) >= 0)
+    if (node >= 0 && ::ioctl(node, HIDIOCGRDESCSIZE, &descriptorSize) >= 0)
         return node;
-    ::close(node);
+    logFailure(path, node < 0 ? "open" : "HIDIOCGRDESCSIZE", errno);
+    if (node >= 0)
+        ::close(node);
     return -1;
 }
 
@@ -162,22 +168,26 @@ std::unique_ptr<ReportPort> HidrawBus::open(const std::string &path)
     if (path.compare(0, nodes.size(), nodes) != 0)
         return nullptr;
     const int node = openNode(path);
-    return node >= 0 ? std::make_unique<HidrawPort>(node) : nullptr;
+    return node >= 0 ? std::make_unique<HidrawPort>(node, path) : nullptr;
 }
 
 std::unique_ptr<ChangeSource> HidrawBus::watch()
 {
     const auto lock = lockUdev();
     UdevHandle<udev> context(udev_new());
-    if (!context)
+    if (!context) {
+        logFailure({}, "udev_new", errno);
         return nullptr;
-    // Where no udev daemon runs, as in a container, the kernel's own events are all there is. With one they
-    // would come before the node has its access rights.
+    }
+    // Where no udev daemon runs, as in a container, there are only the kernel's own events. With a daemon
+    // these would come too early: the node does not have its permissions yet.
     UdevHandle<udev_monitor> monitor(
         udev_monitor_new_from_netlink(context.get(), udevRuns() ? "udev" : "kernel"));
     if (!monitor || udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), "hidraw", nullptr) < 0 ||
-        udev_monitor_enable_receiving(monitor.get()) < 0)
+        udev_monitor_enable_receiving(monitor.get()) < 0) {
+        logFailure({}, "udev_monitor", errno);
         return nullptr;
+    }
     return std::make_unique<UdevChanges>(std::move(context), std::move(monitor));
 }
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // HidrawBus: the machine's own HID devices, listed and watched through udev. A path is that of a hidraw node;
-// a node with several usage pages is listed once for each. Without hidapi, whose release 0.13 reaches into
-// freed memory when a device goes while it is listed or opened.
+// a node with several usage pages is listed once for each. It does not use hidapi, whose release 0.13
+// accesses freed memory when a device is unplugged while it is listed or opened.
 #pragma once
 
 #include "device/hidusb/Bus.h"

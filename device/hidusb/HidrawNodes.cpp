@@ -4,6 +4,7 @@
 
 #include "device/hidusb/ReportDescriptor.h"
 #include "device/hidusb/Udev.h"
+#include "device/hidusb/WireLog.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -28,7 +29,7 @@ static int hexadecimal(udev_device *parent, const char *attribute, int missing)
     return text != nullptr ? static_cast<int>(std::strtol(text, nullptr, 16)) : missing;
 }
 
-// Nothing for a node that is on its way out, which no longer says what it is.
+// Empty for a node whose device is being removed: its attributes are gone already.
 static std::vector<InterfaceInfo> interfacesOf(udev_device *node)
 {
     const char *path = udev_device_get_devnode(node);
@@ -53,7 +54,7 @@ static std::vector<InterfaceInfo> interfacesOf(udev_device *node)
     return interfaces;
 }
 
-static std::vector<InterfaceInfo> askUdev(const std::string &name)
+static std::vector<InterfaceInfo> readInterfaces(const std::string &name)
 {
     const auto lock = lockUdev();
     const UdevHandle<udev> context(udev_new());
@@ -61,8 +62,8 @@ static std::vector<InterfaceInfo> askUdev(const std::string &name)
         return {};
     const UdevHandle<udev_device> node(
         udev_device_new_from_subsystem_sysname(context.get(), "hidraw", name.c_str()));
-    // Until the daemon has dealt with a node, nobody but root may open it. Then it says that there is a
-    // change.
+    // Until the daemon has set the permissions of a node, only root can open it; the daemon then sends an
+    // event.
     if (!node || (udevRuns() && udev_device_get_is_initialized(node.get()) == 0))
         return {};
     return interfacesOf(node.get());
@@ -79,14 +80,16 @@ std::vector<InterfaceInfo> HidrawNodes::list()
     std::filesystem::directory_iterator at("/sys/class/hidraw", error);
     for (; !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
         std::error_code gone;
-        const std::string place = std::filesystem::read_symlink(at->path(), gone).string();
-        const auto before = known->find(place);
-        std::vector<InterfaceInfo> its =
-            before != known->end() ? before->second : askUdev(at->path().filename().string());
-        found.insert(found.end(), its.begin(), its.end());
-        if (!gone && !its.empty())
-            present->emplace(place, std::move(its));
+        const std::string sysfsPath = std::filesystem::read_symlink(at->path(), gone).string();
+        const auto before = known->find(sysfsPath);
+        std::vector<InterfaceInfo> interfaces =
+            before != known->end() ? before->second : readInterfaces(at->path().filename().string());
+        found.insert(found.end(), interfaces.begin(), interfaces.end());
+        if (!gone && !interfaces.empty())
+            present->emplace(sysfsPath, std::move(interfaces));
     }
+    if (error)
+        logFailure({}, "list /sys/class/hidraw", error.value());
     std::stable_sort(found.begin(), found.end(), [](const InterfaceInfo &a, const InterfaceInfo &b) {
         return a.path.size() != b.path.size() ? a.path.size() < b.path.size() : a.path < b.path;
     });

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// HidrawNodes: the HID interfaces for which the kernel has a hidraw node now, with its access rights. A
-// search asks once for each product that may be there, and udev reads all of a node's parents each time, so
-// what a node is gets asked only once.
+// HidrawNodes: the HID interfaces that have a hidraw node with its permissions set. A search lists them once
+// for each product of the catalogue, and udev would read all parents of each node every time; the result is
+// therefore kept for as long as the node exists.
 #pragma once
 
 #include "device/hidusb/Bus.h"
@@ -25,10 +25,10 @@ public:
     std::vector<InterfaceInfo> list();
 
 private:
-    // By the place of the device in sysfs, which ends in a number that the kernel gives to no other device.
+    // By sysfs path, which ends in a number that the kernel does not give to a second device.
     using Nodes = std::map<std::string, std::vector<InterfaceInfo>>;
 
-    std::mutex mutex_; // held for the pointer only, never while the kernel is asked
+    std::mutex mutex_; // guards the pointer; never held during a system call
     std::shared_ptr<const Nodes> known_ = std::make_shared<Nodes>();
 };
 

@@ -12,7 +12,7 @@
 namespace hidusb
 {
 
-// One device brings several interfaces, a few milliseconds apart.
+// The interfaces of one device come a few milliseconds apart.
 constexpr int JoinMs = 30;
 
 namespace
@@ -37,7 +37,7 @@ public:
     }
 
 private:
-    // The watch stands before the first call, so nothing that call misses goes unseen.
+    // The watch is set up before the first call: a change during that call makes another one.
     void run()
     {
         const std::shared_ptr<ChangeSource> changes = bus().watch();
@@ -74,7 +74,7 @@ private:
     std::shared_ptr<ChangeSource> changes_;
 };
 
-struct Current {
+struct WatchState {
     std::mutex mutex;
     std::shared_ptr<Watch> watch;
 };
@@ -83,7 +83,7 @@ struct Current {
 
 static void replaceWatch(std::shared_ptr<Watch> watch)
 {
-    static auto *current = new Current;
+    static auto *current = new WatchState;
     const std::lock_guard lock(current->mutex);
     if (current->watch)
         current->watch->end();

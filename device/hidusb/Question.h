@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Questions to a device by its path: one request, its reply. Null, unknown and stale paths have no answer.
+// One request to a device by its path, and its reply. Null, unknown and stale paths have no reply.
 #pragma once
 
 #include "device/hidusb/Channel.h"
@@ -11,7 +11,7 @@
 namespace hidusb
 {
 
-// The payload of a good reply of exactly `size` bytes goes to `payload`.
+// True, with the reply's bytes in `payload`, when the status is Ok and the reply has exactly `size` bytes.
 bool ask(const char *path, const wire::Report &request, void *payload, std::size_t size,
          int tries = UsualTries);
 
@@ -27,7 +27,7 @@ template <typename Record> bool store(const char *path, wire::Command command, c
 }
 
 constexpr int OnLineTries = 2;
-// The on-line question. A mouse whose last write stayed unanswered counts as away.
+// Asks whether the mouse is on line. A mouse that has not acknowledged its last write counts as off line.
 std::optional<wire::OnLineReply> askOnLine(const char *path);
 
 } // namespace hidusb

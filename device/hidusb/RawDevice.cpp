@@ -4,6 +4,7 @@
 
 #include "device/hidusb/Bus.h"
 #include "device/hidusb/Channel.h"
+#include "device/hidusb/WireLog.h"
 
 #include <algorithm>
 #include <cstring>
@@ -15,22 +16,26 @@ namespace
 {
 
 struct RawDevice {
-    explicit RawDevice(std::unique_ptr<ReportPort> opened) : port(std::move(opened)) {}
+    RawDevice(std::string openedPath, std::unique_ptr<ReportPort> opened)
+        : path(std::move(openedPath)), port(std::move(opened))
+    {
+    }
 
     std::mutex mutex; // one exchange at a time
+    const std::string path;
     const std::unique_ptr<ReportPort> port;
 };
 
-struct Current {
+struct RawState {
     std::mutex mutex;
     std::shared_ptr<RawDevice> device;
 };
 
 } // namespace
 
-static Current &current()
+static RawState &current()
 {
-    static auto *state = new Current;
+    static auto *state = new RawState;
     return *state;
 }
 
@@ -39,7 +44,7 @@ bool openRaw(const char *path)
     std::unique_ptr<ReportPort> port = path != nullptr ? bus().open(path) : nullptr;
     const bool opened = port != nullptr;
     const std::lock_guard lock(current().mutex);
-    current().device = opened ? std::make_shared<RawDevice>(std::move(port)) : nullptr;
+    current().device = opened ? std::make_shared<RawDevice>(path, std::move(port)) : nullptr;
     return opened;
 }
 
@@ -49,28 +54,30 @@ static std::shared_ptr<RawDevice> openedDevice()
     return current().device;
 }
 
-// An open node keeps its number, so one whose device has gone is let go of.
-static void forget(const std::shared_ptr<RawDevice> &gone)
+// Closes the interface of a device that has gone: an open node keeps its number, and the device would come
+// back under another one.
+static void closeGone(const std::shared_ptr<RawDevice> &gone)
 {
     const std::lock_guard lock(current().mutex);
     if (current().device == gone)
         current().device.reset();
 }
 
-// The next report with this id; 0 when none comes in time. Other collections of the interface, which others
-// may be talking to, report under ids of their own.
-static std::size_t readAnswer(ReportPort &port, uint8_t id, uint8_t (&report)[wire::ReportSize])
+// Size of the next report with this id; 0 when none comes in time. Reports of the interface's other
+// collections have other ids and may answer other processes.
+static std::size_t readAnswer(const RawDevice &device, uint8_t id, uint8_t (&report)[wire::ReportSize])
 {
     const Clock::time_point end = Clock::now() + ReplyTimeout;
     for (Clock::time_point now = Clock::now(); now < end; now = Clock::now()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - now);
         const ReportPort::Received received =
-            port.read(report, sizeof report, static_cast<int>(left.count()));
+            device.port->read(report, sizeof report, static_cast<int>(left.count()));
         if (received.outcome == ReportPort::Outcome::Gone)
             return 0;
         if (received.outcome == ReportPort::Outcome::Report && received.size > 0 && report[0] == id)
             return std::min(received.size, sizeof report);
     }
+    logLine(device.path, [] { return "no answer in time to a raw report"; });
     return 0;
 }
 
@@ -82,16 +89,17 @@ void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size)
         return;
     const std::lock_guard lock(device->mutex);
     uint8_t report[wire::ReportSize];
-    // An answer that came after its time would pass for this one's. A flood isn't drained for ever.
+    // A late answer to the request before would be taken for the answer to this one. At most 64 are dropped,
+    // so that a flood cannot hold the caller.
     for (int i = 0; i < 64; ++i) {
         if (device->port->read(report, sizeof report, 0).outcome != ReportPort::Outcome::Report)
             break;
     }
     const bool written = device->port->write(request, size);
-    const std::size_t got = written ? readAnswer(*device->port, request[0], report) : 0;
+    const std::size_t got = written ? readAnswer(*device, request[0], report) : 0;
     std::memcpy(reply, report, std::min(got, size));
     if (device->port->isGone())
-        forget(device);
+        closeGone(device);
 }
 
 } // namespace hidusb

@@ -11,15 +11,15 @@ namespace hidusb
 namespace
 {
 
-// The first byte of a short item without its two bits of size.
+// The first byte of a short item without the two bits of its size.
 enum Tag : uint8_t { UsagePage = 0x04, Collection = 0xA0, EndCollection = 0xC0 };
 
-// An item of its own layout: its size in the next byte, then a tag that nobody uses.
+// A long item: the next byte is its size, the one behind it a tag. No defined long item exists.
 constexpr uint8_t LongItem = 0xFE;
 
 } // namespace
 
-// Bytes that follow the first one of the item at `at`.
+// Number of bytes behind the first one of the item at `at`.
 static std::size_t sizeOfData(const std::vector<uint8_t> &descriptor, std::size_t at)
 {
     const uint8_t item = descriptor[at];

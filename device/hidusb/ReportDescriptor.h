@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What a HID report descriptor says of an interface. The bytes come from the device and may be anything.
+// The usage pages of a HID report descriptor. The bytes come from the device and are not trusted.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,8 @@
 namespace hidusb
 {
 
-// The usage page of each top-level collection, in their order and each page once. What follows an item that
-// the descriptor cuts off is not looked at.
+// The usage page of each top-level collection, in their order and each page once. An item that is cut off
+// ends the evaluation.
 std::vector<uint16_t> usagePages(const std::vector<uint8_t> &descriptor);
 
 } // namespace hidusb

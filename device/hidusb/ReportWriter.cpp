@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "device/hidusb/ReportWriter.h"
 
+#include "device/hidusb/WireLog.h"
+
+#include <cerrno>
 #include <unistd.h>
 #include <vector>
 
@@ -10,7 +13,9 @@ namespace hidusb
 
 constexpr std::size_t WaitingReports = 32;
 
-ReportWriter::ReportWriter(int node) : node_(std::make_shared<Node>(node)) {}
+ReportWriter::ReportWriter(int node, std::string path) : node_(std::make_shared<Node>(node, std::move(path)))
+{
+}
 
 ReportWriter::~ReportWriter() { node_->closed = true; }
 
@@ -19,8 +24,9 @@ bool ReportWriter::post(const uint8_t *bytes, std::size_t size)
     const auto write = [node = node_, report = std::vector<uint8_t>(bytes, bytes + size)] {
         if (node->closed)
             return;
-        // A report that does not go out is one that stays unanswered.
-        [[maybe_unused]] const ssize_t written = ::write(node->file.file(), report.data(), report.size());
+        // The caller needs no result: a report that is not written stays unanswered.
+        if (::write(node->file.file(), report.data(), report.size()) < 0)
+            logFailure(node->path, "write", errno);
     };
     return queue_.post(write, WaitingReports);
 }

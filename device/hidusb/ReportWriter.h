@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// ReportWriter: writes reports to a node on a thread of its own, since the kernel may hold a writer for
-// seconds while a device hangs. Nobody waits for it, not even its end: the descriptor closes when the write
-// that is under way returns, and what still waits then is dropped. It would reach the device after whatever
-// is asked of it by the next one who opens it.
+// ReportWriter: writes reports to a node on a thread of its own, since the kernel may block a writer for
+// seconds while a device hangs. Its destructor does not wait either: the descriptor closes when the running
+// write returns, and reports that still wait then are dropped. They would otherwise reach the device after
+// the requests of whoever opens it next.
 #pragma once
 
 #include "device/hidusb/Thread.h"
@@ -13,6 +13,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace hidusb
 {
@@ -20,18 +21,20 @@ namespace hidusb
 class ReportWriter
 {
 public:
-    explicit ReportWriter(int node); // takes ownership
+    // Takes ownership of `node`; `path` is how the log names it.
+    ReportWriter(int node, std::string path);
     ~ReportWriter();
     ReportWriter(const ReportWriter &) = delete;
     ReportWriter &operator=(const ReportWriter &) = delete;
 
-    // From any thread. False: too many wait already, this one is dropped.
+    // From any thread. False when 32 reports wait already; this one is dropped.
     bool post(const uint8_t *bytes, std::size_t size);
 
 private:
     struct Node {
-        explicit Node(int node) : file(node) {}
+        Node(int node, std::string nodePath) : file(node), path(std::move(nodePath)) {}
         const WaitableFile file;
+        const std::string path;
         std::atomic<bool> closed{false};
     };
 

@@ -10,7 +10,7 @@ namespace hidusb
 
 bool startThread(std::function<void()> body)
 {
-    // A fault must still reach the handler that the program has for it.
+    // Faults stay unblocked, so that the program's crash handler runs.
     sigset_t blocked;
     sigset_t before;
     sigfillset(&blocked);

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The library's own threads. None is ever joined: a thread may be inside a callback that waits for the
-// very thread that would join it.
+// thread that would join it.
 #pragma once
 
 #include <condition_variable>
@@ -14,12 +14,12 @@
 namespace hidusb
 {
 
-// Runs `body` on a detached thread that takes none of the process's signals except its own faults.
-// False when no thread can be had. `body` does not throw.
+// Runs `body` on a detached thread on which all signals are blocked except those of its own faults.
+// False when the system gives no thread. `body` does not throw.
 bool startThread(std::function<void()> body);
 
-// A row of tasks for one thread of its own, one at a time, in order. The thread starts with the first
-// task. Destroying the queue does not wait; tasks already posted still run, then the thread ends.
+// Runs tasks one at a time, in order, on one thread of its own, which starts with the first task. The
+// destructor does not wait; tasks already posted still run, then the thread ends.
 class TaskQueue
 {
 public:
@@ -28,7 +28,7 @@ public:
     TaskQueue(const TaskQueue &) = delete;
     TaskQueue &operator=(const TaskQueue &) = delete;
 
-    // False: `limit` tasks wait already, this one is dropped.
+    // False when `limit` tasks wait already; this one is dropped.
     bool post(std::function<void()> task, std::size_t limit = SIZE_MAX);
 
 private:

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Handles of libudev that release themselves, and the lock under which it is called. What it gives out
-// belongs to one thread, but even calls about unrelated things write to something that the library keeps for
-// all of them.
+// Handles of libudev that release themselves, and the lock for all calls to it: even calls on unrelated
+// objects write to data that the library shares between them.
 #pragma once
 
 #include <libudev.h>
@@ -21,14 +20,14 @@ struct UdevRelease {
 };
 template <typename Object> using UdevHandle = std::unique_ptr<Object, UdevRelease>;
 
-// Held for calls that do not wait, and released before anybody is told of what they gave.
+// Held for calls that do not block, and released before a callback is called.
 [[nodiscard]] inline std::unique_lock<std::mutex> lockUdev()
 {
     static auto *const mutex = new std::mutex;
     return std::unique_lock(*mutex);
 }
 
-// Whether udev's daemon looks after this machine's nodes; in a container it may be missing.
+// Whether udev's daemon runs; in a container it may be missing.
 inline bool udevRuns() { return ::access("/run/udev/control", F_OK) == 0; }
 
 } // namespace hidusb

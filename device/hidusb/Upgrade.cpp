@@ -17,8 +17,8 @@ using wire::Command;
 constexpr int IdentityTries = 2;
 constexpr int SlowTries = 20; // 3 s: a boot loader erases before its first block and checks at the end
 constexpr std::size_t BlockWindow = 8;   // blocks in flight
-constexpr std::size_t BlocksAtOnce = 16; // between two looks at the progress
-constexpr int AskAgainMs = 200;          // for a device that is attached but does not answer yet
+constexpr std::size_t BlocksAtOnce = 16; // between two progress reports
+constexpr int AskAgainMs = 200; // pause before an attached device that does not answer is asked again
 
 static bool fitsBootLoader(const Firmware &firmware, const std::string &path)
 {
@@ -80,7 +80,7 @@ private:
     TaskQueue callbacks_;
 };
 
-// A device that waits in its boot loader goes first: it needs this file to be of any use.
+// A device in its boot loader has precedence: without this file it does not work.
 bool Upgrade::findTarget()
 {
     std::vector<std::string> paths = findFitting(firmware_, wire::BootUsagePage, fitsBootLoader);
@@ -93,7 +93,7 @@ bool Upgrade::findTarget()
     return true;
 }
 
-// The program may be slow to take a report, the boot loader must not wait for it.
+// Reports go through a queue, so that a slow callback does not stop the transfer.
 void Upgrade::report(uint8_t what, uint8_t value)
 {
     callbacks_.post([callback = callback_, what, value] {
@@ -103,7 +103,7 @@ void Upgrade::report(uint8_t what, uint8_t value)
     });
 }
 
-// The path of the one fitting interface, once it is there; empty when it does not come in time.
+// Waits for a fitting interface and returns its path; empty when none comes in time.
 std::string Upgrade::waitFor(ChangeSource *changes, uint16_t usagePage, Fits *fits) const
 {
     const Clock::time_point end = Clock::now() + std::chrono::milliseconds(timeoutMs_);
@@ -130,7 +130,7 @@ bool Upgrade::enterBootLoader(ChangeSource *changes)
 {
     if (inBootLoader_)
         return true;
-    // The device may be gone before its answer is out; the boot loader that comes is answer enough.
+    // The answer is ignored: the device may leave before it is sent. Success shows by the boot loader.
     ask(path_.c_str(), makeRequest(Command::BootEnter, 0, &firmware_.fits.Target, 1), nullptr, 0);
     path_ = waitFor(changes, wire::BootUsagePage, fitsBootLoader);
     return !path_.empty();
@@ -163,7 +163,7 @@ bool Upgrade::flash()
         askSlowly(*channel, makeRequest(Command::BootBegin, 0, &begin, sizeof begin)) != wire::Status::Ok ||
         !sendBlocks(*channel))
         return false;
-    // The device may be gone before its answer is out; then its return tells how it went.
+    // The device may leave before its answer is sent; its return then shows whether the upgrade succeeded.
     const std::optional<wire::Status> end = askSlowly(*channel, makeRequest(Command::BootEnd));
     return !end || *end == wire::Status::Ok;
 }

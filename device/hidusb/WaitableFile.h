@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// WaitableFile: a file descriptor that one thread waits on and any thread can call off.
+// WaitableFile: a file descriptor on which one thread waits; any thread can interrupt that wait.
 #pragma once
 
 namespace hidusb
@@ -18,16 +18,17 @@ public:
     WaitableFile &operator=(const WaitableFile &) = delete;
 
     int file() const { return file_; }
-    // `timeoutMs` below 0 waits without end. What can still be read comes before Gone.
+    // `timeoutMs` below 0 waits without end. Readable has precedence over Gone, so that no received data is
+    // lost.
     Outcome wait(int timeoutMs);
-    // True when the other side has hung up, even if there is something left to read. From any thread.
+    // True when the other side has hung up, even while received data is left. From any thread.
     bool isHungUp() const;
     // Ends the running wait, or the next one.
     void interrupt();
 
 private:
     const int file_;
-    const int call_;
+    const int wakeup_; // an eventfd
 };
 
 } // namespace hidusb

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// FakeDevice: one interface on a bus folder of the test's own, with a small mouse behind it. A script may
-// answer any request in its own way: with nothing, with several datagrams, with nonsense. The device has a
+// FakeDevice: one interface on a bus folder of the test's own, with a simple mouse behind it. A script may
+// replace the answer to any request: by none, by several datagrams, by invalid ones. The device has a
 // thread; all functions may be called from any thread.
 #pragma once
 
@@ -22,7 +22,7 @@ namespace support
 
 using Datagram = std::vector<uint8_t>;
 using Answers = std::vector<Datagram>;
-// Nothing: the device answers as a healthy one does.
+// Empty: the device gives its usual answer.
 using Script = std::function<std::optional<Answers>(const wire::Report &request)>;
 
 // The bus folder of this process, made at the first call and removed at the end. HIDUSB_BUS names it.
@@ -44,7 +44,7 @@ public:
 
     const std::string &path() const { return path_; }
     void setScript(Script script);
-    void send(const Datagram &bytes); // to everyone who has the interface open
+    void send(const Datagram &bytes); // to all who have the interface open
 
     void setIdentity(const DeviceIdentity &identity);
     void setFlash(const FlashImage &image);
@@ -54,7 +54,7 @@ public:
     std::vector<wire::Report> requests() const;
     std::size_t count(wire::Command command) const;
     // The requests without their repeats, in the order in which they came. On a busy machine an answer may be
-    // late, and the layer then sends the same report again; a second request has a number of its own.
+    // late, and the layer then sends the same report again; another request has another sequence number.
     std::vector<wire::Report> asked() const;
     std::size_t asked(wire::Command command) const;
     std::size_t tries(const wire::Report &request) const; // how often it came

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A reply reaches its own request or nobody; what is late, doubled, unsound or foreign does no harm.
+// A reply goes to its own request only; late, doubled, unsound and foreign reports are dropped.
 #include "device/hidusb/Channel.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeDevice.h"
@@ -14,7 +14,7 @@ using namespace hidusb;
 using namespace support;
 using wire::Command;
 
-// What a device may do to a reply.
+// Faults of a reply.
 struct Fault {
     const char *name;
     Answers (*answers)(const wire::Report &good);
@@ -93,7 +93,7 @@ protected:
         const uint8_t bytes[] = {1, 2, 3, 4, 5, 6, 7, 8};
         return replyTo(request, bytes, sizeof bytes);
     }
-    // For a machine on which an answer takes longer than a try.
+    // For a busy machine, on which an answer may take longer than one try.
     static Limits patient()
     {
         Limits limits;
@@ -113,7 +113,8 @@ TEST_F(ChannelTest, ABadReplyIsNoReplyAndTheNextTryCounts)
 {
     for (const Fault &fault : Faults) {
         tries = 0;
-        // Only the second try is answered well: one more, sent while that answer is on its way, is not.
+        // Only the second try gets a good answer; a third one, sent while that answer is on its way, gets
+        // none.
         device.setScript([&fault, this](const wire::Report &request) {
             const wire::Report good = goodReply(request);
             const int number = ++tries;
@@ -158,7 +159,7 @@ TEST_F(ChannelTest, ALateReplyIsNotTakenForTheNextOne)
     std::vector<Datagram> held;
     device.setScript([&held](const wire::Report &request) {
         Answers answers;
-        if (request.AddressLow == 1) // asked first, answered behind the next question
+        if (request.AddressLow == 1) // asked first, answered after the next request
             held.push_back(datagram(replyTo(request, "oldoldol", 8)));
         else {
             answers = held;
@@ -194,7 +195,7 @@ TEST_F(ChannelTest, ARefusalIsAnAnswer)
     EXPECT_EQ(device.asked(Command::FlashRead), 1U);
 }
 
-static std::vector<Exchange> wholeRead()
+static std::vector<Exchange> fullRead()
 {
     std::vector<Exchange> batch(FlashSize / 54);
     for (std::size_t i = 0; i < batch.size(); ++i) {
@@ -204,13 +205,13 @@ static std::vector<Exchange> wholeRead()
     return batch;
 }
 
-TEST_F(ChannelTest, ManyInFlightComeHomeInAnyOrder)
+TEST_F(ChannelTest, RepliesOfManyRequestsMayComeInAnyOrder)
 {
     const FlashImage image = anyImage(4);
     device.setFlash(image);
     std::vector<Datagram> held;
     int seen = 0;
-    // Answers in pairs, the second one first, and swallows each ninth request once.
+    // Answers in pairs, the second request first, and ignores each ninth request once.
     device.setScript([&](const wire::Report &request) -> std::optional<Answers> {
         if (++seen % 9 == 0)
             return Answers{};
@@ -222,7 +223,7 @@ TEST_F(ChannelTest, ManyInFlightComeHomeInAnyOrder)
         answers.swap(held);
         return answers;
     });
-    std::vector<Exchange> batch = wholeRead();
+    std::vector<Exchange> batch = fullRead();
     Limits limits = patient();
     limits.window = 8;
     ASSERT_TRUE(acquireChannel(device.path())->exchange(batch, limits));
@@ -238,14 +239,14 @@ TEST_F(ChannelTest, ABadStatusInTheMiddleEndsTheBatch)
             return std::nullopt;
         return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::OffLine))};
     });
-    std::vector<Exchange> batch = wholeRead();
+    std::vector<Exchange> batch = fullRead();
     Limits limits;
     limits.window = 8;
     EXPECT_FALSE(acquireChannel(device.path())->exchange(batch, limits));
     EXPECT_LE(device.asked(Command::FlashRead), 10U + 8U);
 }
 
-TEST_F(ChannelTest, UsersOfOnePathShareAChannelAndItsRepliesStayApart)
+TEST_F(ChannelTest, CallersOfOnePathShareAChannelAndGetTheirOwnReplies)
 {
     const auto channel = acquireChannel(device.path());
     EXPECT_EQ(acquireChannel(device.path()).get(), channel.get());
@@ -279,14 +280,14 @@ TEST_F(ChannelTest, NoticesGoToTheNewestSubscriberInWhateverOrderTheyCome)
     const auto newer = std::make_shared<CountingSink>();
     const auto older = std::make_shared<CountingSink>();
     channel->subscribe(newer, 2);
-    channel->subscribe(older, 1); // a connection that has been replaced gets to it late
+    channel->subscribe(older, 1); // a replaced connection may subscribe late
     ASSERT_TRUE(channel->ask(makeRequest(Command::Identity)));
     device.send(datagram(noticeOf(Command::ClearSettings)));
     EXPECT_TRUE(eventually([&newer] { return newer->count == 1; }));
     EXPECT_EQ(older->count, 0);
 }
 
-TEST(ChannelLife, ASubscriberHearsOfTheEnd)
+TEST(ChannelLife, ASubscriberIsNotifiedOfTheEnd)
 {
     auto device = std::make_unique<FakeDevice>();
     const auto channel = acquireChannel(device->path());
@@ -312,7 +313,7 @@ TEST(ChannelLife, ADeviceThatComesBackGetsANewChannel)
     EXPECT_TRUE(other->ask(makeRequest(Command::Identity)));
 }
 
-TEST(ChannelLife, ADeviceThatLeavesInTheMiddleOfAQuestionEndsIt)
+TEST(ChannelLife, UnpluggingEndsAWaitingRequest)
 {
     auto device = std::make_unique<FakeDevice>();
     device->setScript([](const wire::Report &) { return Answers{}; });
@@ -327,7 +328,7 @@ TEST(ChannelLife, ADeviceThatLeavesInTheMiddleOfAQuestionEndsIt)
     EXPECT_TRUE(channel->isDead());
 }
 
-TEST(ChannelLife, WhatIsNoInterfaceCannotBeOpened)
+TEST(ChannelLife, OtherPathsThanInterfacesCannotBeOpened)
 {
     for (const std::string &path : {std::string(), busFolder(), busFolder() + "/", busFolder() + "/control",
                                     busFolder() + "/../1209-0005-0103-1-ff05-a", std::string("/dev/null"),

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The record and the flash image: golden bytes both ways, any record there and back, images full of nonsense.
+// The record and the flash image: golden bytes both ways, random records there and back, invalid images.
 #include "device/hidusb/Codec.h"
 #include "tests/support/Records.h"
 
@@ -14,7 +14,7 @@ using namespace support;
 static std::unique_ptr<FlashDataMap> decoded(const FlashImage &image)
 {
     auto record = std::make_unique<FlashDataMap>();
-    std::memset(record.get(), 0x5A, sizeof *record); // what the parser leaves out would show
+    std::memset(record.get(), 0x5A, sizeof *record); // shows bytes that decode() does not set
     hidusb::decode(image, *record);
     return record;
 }
@@ -36,7 +36,7 @@ static const Place Places[] = {
     {976, 0x300}, {977, 0x301}, {1006, 0x31E}, {1007, 0x31F},
 };
 
-TEST(Codec, EachByteHasItsPlace)
+TEST(Codec, EachByteHasItsAddress)
 {
     for (const Place &place : Places) {
         FlashDataMap record{};
@@ -63,7 +63,7 @@ TEST(Codec, EventIsFiveBytes)
     EXPECT_TRUE(same(*decoded(image), record));
 }
 
-TEST(Codec, MacroLiesAsDocumented)
+TEST(Codec, MacroHasTheDocumentedLayout)
 {
     FlashDataMap record{};
     MacroBlock &macro = record.MacroBlocks[15];
@@ -92,7 +92,7 @@ TEST(Codec, AnyRecordComesBack)
     }
 }
 
-TEST(Codec, EncodingLeavesTheMousesOwnBytes)
+TEST(Codec, EncodingPreservesTheMousesOwnBytes)
 {
     const FlashImage before = anyImage(7);
     FlashImage after = before;
@@ -110,7 +110,7 @@ TEST(Codec, EncodingLeavesTheMousesOwnBytes)
     EXPECT_EQ(kept, 112U + 16U + 32U);
 }
 
-TEST(Codec, WhatTheFlashCannotHoldIsCut)
+TEST(Codec, ValuesThatTheFlashCannotHoldAreCut)
 {
     FlashDataMap record{};
     record.DpiStageCount = 200;
@@ -133,7 +133,7 @@ TEST(Codec, WhatTheFlashCannotHoldIsCut)
     EXPECT_EQ(image.MacroBlocks[0].EventCount, 70);
 }
 
-static void expectSane(const FlashDataMap &record)
+static void expectValid(const FlashDataMap &record)
 {
     EXPECT_LE(record.DpiStageCount, DpiStageLimit);
     EXPECT_LT(record.CurrentDpiStage, DpiStageLimit);
@@ -146,11 +146,11 @@ static void expectSane(const FlashDataMap &record)
     }
 }
 
-TEST(Codec, NonsenseInTheImageIsCut)
+TEST(Codec, InvalidValuesOfTheImageAreCut)
 {
     FlashImage erased;
     std::memset(&erased, 0xFF, sizeof erased);
-    expectSane(*decoded(erased));
+    expectValid(*decoded(erased));
     for (uint32_t seed = 1; seed <= 50; ++seed)
-        expectSane(*decoded(anyImage(seed)));
+        expectValid(*decoded(anyImage(seed)));
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The connection: orders and their messages, notices, ends and replacements.
+// The connection: orders and their messages, notices, its end and its replacement.
 #include "tests/support/ConnectionFixture.h"
 #include "tests/support/Records.h"
 
@@ -79,7 +79,7 @@ TEST_F(Connection, AnswersComeInTheOrderOfTheOrders)
     EXPECT_EQ(all[3].payload, (std::vector<uint8_t>{1}));
 }
 
-TEST_F(Connection, OrdersWithAnArgumentSendItAndSayNothing)
+TEST_F(Connection, OrdersWithAnArgumentSendItAndGiveNoMessage)
 {
     start();
     UsbServer_SetPCDriverStatus(1);
@@ -106,7 +106,7 @@ TEST_F(Connection, OrdersWithAnArgumentSendItAndSayNothing)
     EXPECT_EQ(messages.size(), 1U);
 }
 
-TEST_F(Connection, AFailedReadIsNoMessageAndTheNextOrderGoesOn)
+TEST_F(Connection, AFailedReadGivesNoMessageAndTheNextOrderIsCarriedOut)
 {
     device.setScript([](const wire::Report &request) -> std::optional<Answers> {
         if (request.command() == Command::FlashRead && request.address() == 56 * 60)
@@ -160,7 +160,7 @@ TEST_F(Connection, NoticesOfTheirExactSizeAreMessages)
     const uint8_t payload[wire::PayloadSize] = {1, 2, 3};
     for (const NoticeRow &row : Notices) {
         device.send(datagram(noticeOf(row.command, payload, row.size)));
-        UsbServer_ReadVersion(); // stands behind the notice
+        UsbServer_ReadVersion(); // its message comes after the notice
         expected += row.forwarded ? 2 : 1;
         ASSERT_TRUE(messages.waitFor(expected));
         EXPECT_EQ(messages.size(), expected);
@@ -192,7 +192,7 @@ TEST_F(Connection, AnEndDropsWhatIsLeftToWrite)
     start();
     UsbServer_ReadVersion();
     ASSERT_TRUE(messages.waitFor(1));
-    EXPECT_EQ(writes(), 1U) << "no more than the report that was on its way";
+    EXPECT_EQ(writes(), 1U) << "more than the report that was being sent";
 }
 
 TEST_F(Connection, AReplacedCallbackIsCalledNoMore)
@@ -207,7 +207,8 @@ TEST_F(Connection, AReplacedCallbackIsCalledNoMore)
     for (int i = 0; i < 5; ++i)
         UsbServer_ReadVersion();
     ASSERT_TRUE(eventually([&inside] { return inside.load(); }));
-    UsbServerC_Start(device.path().c_str(), device.path().c_str(), logMessage<1>); // does not wait for it
+    UsbServerC_Start(device.path().c_str(), device.path().c_str(),
+                     logMessage<1>); // does not wait for the running call
     UsbServer_ReadConfig();
     leave = true;
     ASSERT_TRUE(messageLog<1>().waitFor(1));
@@ -274,7 +275,7 @@ TEST_F(Connection, EverythingMayBeCalledFromInsideTheCallback)
     messages.setHook(nullptr);
 }
 
-TEST_F(Connection, AFloodOfNoticesDoesNotGrowWithoutEnd)
+TEST_F(Connection, TheQueueOfNoticesIsBounded)
 {
     load();
     std::atomic<bool> leave{false};
@@ -284,9 +285,9 @@ TEST_F(Connection, AFloodOfNoticesDoesNotGrowWithoutEnd)
     for (int i = 0; i < 2000; ++i) {
         device.send(datagram(noticeOf(Command::ClearSettings)));
         if (i % 50 == 0)
-            UsbFinderC_GetVersion(device.path().c_str()); // the reader has taken the ones before
+            UsbFinderC_GetVersion(device.path().c_str()); // the layer has read the notices before it
     }
-    // Its answer stands behind all notices, so that none can come while the queue is emptied.
+    // Its answer comes after all notices, so that none is added while the queue is emptied.
     ASSERT_NE(UsbFinderC_GetVersion(device.path().c_str()), 0U);
     const std::size_t asked = device.asked(Command::Version);
     UsbServer_ReadVersion();
@@ -320,7 +321,7 @@ TEST_F(Connection, ManyThreadsMayCallAtOnce)
         thread.join();
     UsbServerC_Start(device.path().c_str(), device.path().c_str(), logMessage<1>);
     UsbServer_ReadVersion();
-    ASSERT_TRUE(messageLog<1>().waitFor(1)); // the last message of the others is through
+    ASSERT_TRUE(messageLog<1>().waitFor(1)); // no message of the other connections comes later
     messages.clear();
     load();
     edit(201);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The usage pages of report descriptors: sound ones, cut ones, and bytes that are none.
+// The usage pages of report descriptors: valid ones, truncated ones and random bytes.
 #include "device/hidusb/ReportDescriptor.h"
 
 #include <algorithm>
@@ -35,11 +35,13 @@ static const DescriptorRow Descriptors[] = {
     {"EachPageOnce",
      {0x05, 0x01, 0xA1, 0x01, 0xC0, 0x05, 0x0C, 0xA1, 0x01, 0xC0, 0x05, 0x01, 0xA1, 0x01, 0xC0},
      {0x0001, 0x000C}},
-    {"WhatIsInsideDoesNotCount",
+    {"NestedCollectionsDoNotCount",
      {0x05, 0x01, 0xA1, 0x01, 0x05, 0x09, 0xA1, 0x00, 0x81, 0x02, 0xC0, 0xC0},
      {0x0001}},
-    {"ThePageInsideStays", {0x05, 0x01, 0xA1, 0x01, 0x05, 0x09, 0xC0, 0xA1, 0x01, 0xC0}, {0x0001, 0x0009}},
-    // Its three bytes would be a page and a collection to those who take it for a short item.
+    {"APageOfANestedItemStaysInForce",
+     {0x05, 0x01, 0xA1, 0x01, 0x05, 0x09, 0xC0, 0xA1, 0x01, 0xC0},
+     {0x0001, 0x0009}},
+    // A parser that took it for a short item would read a page and a collection from its three bytes.
     {"ALongItem", {0xFE, 0x03, 0x00, 0x05, 0x0C, 0xA1, 0x05, 0x01, 0xA1, 0x01, 0xC0}, {0x0001}},
     {"ALongItemThatIsCut",
      {0x05, 0x01, 0xA1, 0x01, 0xC0, 0xFE, 0x30, 0x00, 0x05, 0x0C, 0xA1, 0x01},
@@ -54,9 +56,9 @@ class Descriptor : public testing::TestWithParam<DescriptorRow>
 {
 };
 
-TEST_P(Descriptor, SaysItsPages) { EXPECT_EQ(hidusb::usagePages(GetParam().descriptor), GetParam().pages); }
+TEST_P(Descriptor, GivesItsPages) { EXPECT_EQ(hidusb::usagePages(GetParam().descriptor), GetParam().pages); }
 
-TEST_P(Descriptor, CutAnywhereItSaysNoOthers)
+TEST_P(Descriptor, TruncatedItGivesNoOtherPages)
 {
     Bytes cut = GetParam().descriptor;
     for (; !cut.empty(); cut.pop_back()) {
@@ -69,7 +71,7 @@ TEST_P(Descriptor, CutAnywhereItSaysNoOthers)
 INSTANTIATE_TEST_SUITE_P(Rows, Descriptor, testing::ValuesIn(Descriptors),
                          [](const auto &row) { return std::string(row.param.name); });
 
-TEST(DescriptorOfAnyBytes, EndsAndSaysEachPageOnce)
+TEST(DescriptorOfAnyBytes, EndsAndGivesEachPageOnce)
 {
     std::mt19937 random(7);
     for (int round = 0; round < 2000; ++round) {

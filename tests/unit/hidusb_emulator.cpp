@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The layer against the emulator: every fault at many places of a load and of an edit, both upgrades,
-// pacing, and a long run of random events that ends with equal record and flash.
+// pacing, and a long run of random events after which record and flash are equal.
 #include "device/hidusb/Codec.h"
 #include "device/hidusb/HIDUsb.h"
 #include "emulator/Emulator.h"
@@ -48,7 +48,7 @@ protected:
     }
 
     void order(const std::string &line) { ASSERT_EQ(emulator.order(line), "ok\n") << line; }
-    // An unplug that has happened by itself may be asked for again.
+    // For orders that may be refused, such as to plug in a device that a fault has not unplugged.
     void maybeOrder(const std::string &line) { emulator.order(line); }
 
     static std::string pathOf(const char *product)
@@ -65,15 +65,15 @@ protected:
         UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
         UsbServer_SetPCDriverStatus(1);
     }
-    // One load from the start: true when the image came, which is then in `record`. The answer to the
-    // question behind the read tells that it is over, and is waited for so that it is not the next one's.
-    // `patience` is longer than the layer's own for a read; where a load may fail it need not be.
+    // Connects and reads the flash: true when the image came, which is then in `record`. The answer to the
+    // version order behind the read marks its end; waiting for it keeps it out of the next load. `patience`
+    // is longer than the layer's own limit for a read; where a load may fail it need not be.
     bool load(const std::string &path, std::chrono::seconds patience = std::chrono::seconds(20))
     {
         connect(path);
         messages.clear();
         UsbServer_ReadAllFlashData();
-        UsbServer_ReadVersion(); // comes or not, as the read before it
+        UsbServer_ReadVersion(); // answered after the read, whether that succeeds or not
         const auto end = std::chrono::steady_clock::now() + patience;
         bool over = false;
         while (!over && std::chrono::steady_clock::now() < end) {
@@ -109,7 +109,7 @@ TEST_F(WithEmulator, LoadsAndEditsByAirAndByCable)
     const std::pair<std::string, const char *> devices[] = {{receiver(), "air"}, {wired(), "wired"}};
     uint8_t rate = 2;
     for (const auto &[path, mouse] : devices) {
-        // Asked once only, so that a busy machine may miss the answer.
+        // GetDeviceInfo asks once only, and a busy machine may answer too late.
         EXPECT_TRUE(
             eventually([&, &path = path] { return UsbFinderC_GetDeviceInfo(path.c_str(), 0).Cid == 18; }));
         EXPECT_EQ(UsbFinderC_GetDeviceOnLine(path.c_str()), 1);
@@ -143,7 +143,7 @@ TEST_F(WithEmulator, LoadsUnderPacing)
     EXPECT_TRUE(flashHolds("air"));
 }
 
-TEST_F(WithEmulator, ALostRadioHoldsTheWriteAndItsReturnLetsItGo)
+TEST_F(WithEmulator, AWriteIsHeldWhileTheRadioIsOff)
 {
     ASSERT_TRUE(load(receiver()));
     order("radio air off");
@@ -166,7 +166,7 @@ TEST_F(WithEmulator, ChangesOnTheMouseAreAnnouncedAndRead)
             UsbServer_ReadCurrentDPI();
     });
     order("press air dpi");
-    // The answer to the last order of the load may still come in between.
+    // The answer to the last order of the load may come before it.
     Message read;
     ASSERT_TRUE(eventually([this, &read] {
         const auto all = messages.all();
@@ -216,7 +216,7 @@ TEST_F(WithEmulator, AnotherProfileKeepsItsContent)
 static const char *const FaultKinds[] = {"noreply",  "late 60", "late 400", "doubled", "short", "oversized",
                                          "wrongseq", "flipbit", "refuse",   "unplug",  "radio"};
 
-TEST_F(WithEmulator, EachFaultAtAnyReportOfALoadLeavesTheNextLoadRight)
+TEST_F(WithEmulator, AfterEachFaultAtAnyReportOfALoadTheNextLoadIsRight)
 {
     for (const char *kind : FaultKinds) {
         for (const int at : {1, 2, 3, 9, 60, 125}) {
@@ -233,7 +233,7 @@ TEST_F(WithEmulator, EachFaultAtAnyReportOfALoadLeavesTheNextLoadRight)
     }
 }
 
-TEST_F(WithEmulator, EachFaultOfAnEditEndsInTheWantedFlashOrAnHonestOffLine)
+TEST_F(WithEmulator, EachFaultOfAnEditEndsInTheWantedFlashOrOffLine)
 {
     for (const char *kind : FaultKinds) {
         ASSERT_TRUE(load(receiver())) << kind;
@@ -253,7 +253,7 @@ TEST_F(WithEmulator, EachFaultOfAnEditEndsInTheWantedFlashOrAnHonestOffLine)
     }
 }
 
-TEST_F(WithEmulator, ARandomThirdOfAllFaultsOnlySlowsThingsDown)
+TEST_F(WithEmulator, RandomFaultsDelayAnEditButDoNotPreventIt)
 {
     ASSERT_TRUE(load(receiver()));
     for (const char *kind : {"noreply", "doubled", "short", "wrongseq", "flipbit"})
@@ -262,7 +262,7 @@ TEST_F(WithEmulator, ARandomThirdOfAllFaultsOnlySlowsThingsDown)
         record->DebounceTime = value;
         ProtocolDataUpdate(record.get());
         EXPECT_TRUE(eventually([this] {
-            UsbFinderC_GetDeviceOnLine(receiver().c_str()); // wakes a writer that has given up
+            UsbFinderC_GetDeviceOnLine(receiver().c_str()); // resumes a suspended writer
             return flashHolds("air");
         })) << int{value};
     }
@@ -270,7 +270,7 @@ TEST_F(WithEmulator, ARandomThirdOfAllFaultsOnlySlowsThingsDown)
 
 // ---- A long run
 
-TEST_F(WithEmulator, RandomEventsWithEditsGoingOnEndInEqualRecordAndFlash)
+TEST_F(WithEmulator, AfterRandomEventsAndEditsRecordAndFlashAreEqual)
 {
     std::mt19937 random(20);
     ASSERT_TRUE(load(receiver()));
@@ -335,7 +335,7 @@ TEST_F(WithEmulator, UpgradesMouseAndReceiver)
     EXPECT_EQ(UsbFinderC_GetVersion(wired().c_str()), 0x0203U);
 }
 
-TEST_F(WithEmulator, AFileForAnotherModelIsRefusedAndTheDeviceCanBeRepaired)
+TEST_F(WithEmulator, AFileForAnotherModelIsRefusedAndABootLoaderCanBeFlashedAgain)
 {
     order("boot wired enter");
     auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);

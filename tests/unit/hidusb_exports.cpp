@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The library exports the functions of its header, and nothing else.
+// The library exports the functions of its header and nothing else.
 #include <cstdio>
 #include <fstream>
 #include <gtest/gtest.h>

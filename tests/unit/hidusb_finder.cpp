@@ -46,7 +46,7 @@ TEST_F(Finder, FindsByIdsInterfaceAndUsagePage)
     EXPECT_EQ(paths[0], screen.path());
 }
 
-TEST_F(Finder, NonsenseFindsNothing)
+TEST_F(Finder, InvalidIdsFindNothing)
 {
     const FakeDevice mouse;
     for (const char *text : {"", "0x", "xyz", "12095", "-1", " 1209", "1209 ", "1209g", "0x12 09"})
@@ -78,7 +78,7 @@ TEST_F(Finder, AsksTheDevice)
     const FakeDevice mouse;
     const char *path = mouse.path().c_str();
     DeviceIdentity identity{};
-    // Asked once only, so that a busy machine may miss the answer.
+    // GetDeviceInfo asks once only, and a busy machine may answer too late.
     ASSERT_TRUE(eventually([&] { return (identity = UsbFinderC_GetDeviceInfo(path, 0)).Cid != 0; }));
     EXPECT_EQ(identity.Cid, 0x1A);
     EXPECT_EQ(identity.Mid, 0x03);
@@ -101,7 +101,7 @@ TEST_F(Finder, AsksTheDevice)
     EXPECT_EQ(mode, 1);
 }
 
-TEST_F(Finder, AnAbsentMouseIsOffLineWithItsAddress)
+TEST_F(Finder, AnOffLineMouseStillHasItsAddress)
 {
     FakeDevice receiver;
     receiver.setScript([](const wire::Report &request) {
@@ -115,24 +115,24 @@ TEST_F(Finder, AnAbsentMouseIsOffLineWithItsAddress)
     EXPECT_EQ(address.Address[2], 9);
 }
 
-// A receiver that keeps what it is told and says it again.
-TEST_F(Finder, ReceiverRecordsGoThereAndBack)
+// The receiver stores what is written and returns it.
+TEST_F(Finder, ReceiverRecordsAreWrittenAndReadBack)
 {
     FakeDevice receiver;
-    std::map<uint8_t, Datagram> kept;
-    receiver.setScript([&kept](const wire::Report &request) {
-        const auto payload = kept[request.CommandCode - 1];
+    std::map<uint8_t, Datagram> stored;
+    receiver.setScript([&stored](const wire::Report &request) {
+        const auto payload = stored[request.CommandCode - 1];
         switch (request.command()) {
         case Command::DongleColorWrite:
-            kept[static_cast<uint8_t>(Command::DongleColor)] = {request.Payload,
-                                                                request.Payload + request.Length};
+            stored[static_cast<uint8_t>(Command::DongleColor)] = {request.Payload,
+                                                                  request.Payload + request.Length};
             return Answers{datagram(replyTo(request))};
         case Command::DongleBarWrite:
         case Command::IndicatorWrite:
-            kept[request.CommandCode - 1U] = {request.Payload, request.Payload + request.Length};
+            stored[request.CommandCode - 1U] = {request.Payload, request.Payload + request.Length};
             return Answers{datagram(replyTo(request))};
         default: {
-            const Datagram &record = kept[request.CommandCode];
+            const Datagram &record = stored[request.CommandCode];
             return Answers{datagram(replyTo(request, record.data(), record.size()))};
         }
         }
@@ -189,7 +189,7 @@ TEST_F(Finder, AStalePathFailsQuietly)
     expectQuietFailure(path.c_str());
 }
 
-TEST_F(Finder, ASilentDeviceIsAskedAsOftenAsStated)
+TEST_F(Finder, ASilentDeviceIsAskedAsOftenAsDocumented)
 {
     struct Row {
         uint32_t (*ask)(const char *path);
@@ -204,7 +204,7 @@ TEST_F(Finder, ASilentDeviceIsAskedAsOftenAsStated)
     device.setScript([](const wire::Report &) { return Answers{}; });
     for (const Row &row : rows) {
         std::size_t tries = 0;
-        // The time for all tries is fixed, so that a busy machine may leave one out.
+        // The time for all tries is fixed, so that a busy machine may skip one.
         for (int round = 0; round < 10 && tries < row.tries; ++round) {
             const std::size_t before = device.asked().size();
             EXPECT_EQ(row.ask(device.path().c_str()), 0U);
@@ -215,12 +215,12 @@ TEST_F(Finder, ASilentDeviceIsAskedAsOftenAsStated)
     }
 }
 
-TEST_F(Finder, RepliesOfAnotherSizeAreNone)
+TEST_F(Finder, RepliesOfAnotherSizeAreIgnored)
 {
     FakeDevice device;
     device.setScript([](const wire::Report &request) {
-        const Datagram nonsense(wire::PayloadSize, 0xEE);
-        return Answers{datagram(replyTo(request, nonsense.data(), nonsense.size()))};
+        const Datagram wrong(wire::PayloadSize, 0xEE);
+        return Answers{datagram(replyTo(request, wrong.data(), wrong.size()))};
     });
     const char *path = device.path().c_str();
     EXPECT_EQ(UsbFinderC_GetDeviceInfo(path, 0).Cid, 0);
@@ -249,7 +249,7 @@ TEST_F(Finder, RawReportsPassUnchanged)
 {
     FakeDevice screen({0x1209, 0x0005, 0x0103, 1, wire::ScreenUsagePage, "mouse"});
     screen.setScript([](const wire::Report &request) {
-        // In front of it the report of another collection, and one of nothing.
+        // Before the answer, a report of another collection and one with id 0.
         return Answers{{static_cast<uint8_t>(request.Id + 1), 9, 9, 9}, {0}, {request.Id, 2, 3, 4}};
     });
     uint8_t reply[4] = {};

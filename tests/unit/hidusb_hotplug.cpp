@@ -51,9 +51,9 @@ protected:
     {
         hold = false;
         StopUsbChanged();
-        EXPECT_TRUE(eventually([] { return watchCount() == 0; })); // none calls into the next test
+        EXPECT_TRUE(eventually([] { return watchCount() == 0; })); // no call comes during the next test
     }
-    // The watches that still look: each holds a descriptor, which it gives back behind its last call.
+    // The running watches: each holds an inotify descriptor, which it closes after its last call.
     static int watchCount()
     {
         int count = 0;
@@ -79,8 +79,8 @@ TEST_F(HotPlug, CallsAtOnceAndAfterEachChange)
     ASSERT_TRUE(reaches(firstCalls, 3));
 }
 
-// On a busy machine there may be pauses between the changes, and a call in each. Without joining there would
-// be one in every round.
+// A busy machine may pause between the changes, and each pause makes a call. Without joining, every round
+// would have a call for each change.
 TEST_F(HotPlug, ChangesCloseTogetherMakeOneCall)
 {
     bool joins = false;
@@ -113,7 +113,7 @@ TEST_F(HotPlug, AChangeDuringACallIsNotLost)
     EXPECT_TRUE(reaches(firstCalls, 3));
 }
 
-TEST_F(HotPlug, AReplacedWatchIsCalledNoMore)
+TEST_F(HotPlug, AReplacedWatchMakesNoMoreCalls)
 {
     hold = true;
     StartUsbChanged(first, 600);
@@ -126,7 +126,7 @@ TEST_F(HotPlug, AReplacedWatchIsCalledNoMore)
     EXPECT_EQ(firstCalls, 1);
 }
 
-TEST_F(HotPlug, AStoppedWatchIsCalledNoMore)
+TEST_F(HotPlug, AStoppedWatchMakesNoMoreCalls)
 {
     StartUsbChanged(first, 600);
     ASSERT_TRUE(reaches(firstCalls, 1));
@@ -146,7 +146,7 @@ TEST_F(HotPlug, MayBeReplacedFromInsideItsCall)
     EXPECT_TRUE(reaches(firstCalls, 5));
 }
 
-TEST_F(HotPlug, OddArgumentsAreTaken)
+TEST_F(HotPlug, OddArgumentsAreAccepted)
 {
     StartUsbChanged(nullptr, 600);
     StartUsbChanged(second, -1);
@@ -155,7 +155,7 @@ TEST_F(HotPlug, OddArgumentsAreTaken)
     EXPECT_TRUE(reaches(secondCalls, 2));
 }
 
-TEST_F(HotPlug, SeesAChangeWhateverTheFilesAroundIt)
+TEST_F(HotPlug, EachChangeOfASeriesMakesACall)
 {
     StartUsbChanged(first, 0);
     ASSERT_TRUE(reaches(firstCalls, 1));

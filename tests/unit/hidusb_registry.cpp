@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Opening a device may take long. Who asks another one does not wait for it, and all who ask the same one
-// share a channel.
+// Opening a device may take long. Requests to another device do not wait for it, and all callers for one
+// device share a channel.
 #include "device/hidusb/ChannelRegistry.h"
 #include "tests/support/Eventually.h"
 
@@ -16,18 +16,18 @@ using support::eventually;
 namespace
 {
 
-// What the test sees and says of all ports.
+// The state that the test and all ports share.
 struct Ports {
     std::mutex mutex;
     std::condition_variable changed;
     int open = 0;
     int reads = 0;
-    int interruptions = 0; // that have not ended a wait yet
+    int interruptions = 0; // those that have not ended a wait yet
     bool endless = false;  // the last wait has no limit
     bool unplugged = false;
 };
 
-// Silent until it is unplugged; its waits end by interruption alone.
+// A device without reports. Its waits end by interruption or unplugging, never by time.
 class SilentPort : public ReportPort
 {
 public:
@@ -70,8 +70,8 @@ private:
     Ports &ports_;
 };
 
-// "slow" opens once it is told to, everything else at once, "none" never.
-class SlowBus : public Bus
+// "slow" opens once the test lets it, "none" never, every other path at once.
+class SlowOpeningBus : public Bus
 {
 public:
     std::vector<InterfaceInfo> enumerate() override { return {}; }
@@ -102,7 +102,7 @@ protected:
             ports.changed.notify_all();
             return 0;
         });
-        // A channel's reader lets go of its port last.
+        // The reader thread destroys the port at its end.
         EXPECT_TRUE(eventually([this] { return ports(&Ports::open) == 0; }));
     }
     template <typename Look> int ports(Look look)
@@ -114,13 +114,13 @@ protected:
     {
         return std::async(std::launch::async, [this] { return registry_.acquire("slow"); });
     }
-    SlowBus bus_;
+    SlowOpeningBus bus_;
     ChannelRegistry registry_{bus_};
 };
 
 } // namespace
 
-TEST_F(Registry, NobodyWaitsForAnothersOpening)
+TEST_F(Registry, OpeningOneDeviceDoesNotDelayAnother)
 {
     auto slow = acquireSlow();
     ASSERT_TRUE(eventually([this] { return bus_.opening == 1; }));
@@ -131,7 +131,7 @@ TEST_F(Registry, NobodyWaitsForAnothersOpening)
     EXPECT_TRUE(slow.get());
 }
 
-TEST_F(Registry, WhoOpensAtTheSameTimeSharesAChannel)
+TEST_F(Registry, CallersThatOpenAtTheSameTimeShareAChannel)
 {
     auto first = acquireSlow();
     auto second = acquireSlow();
@@ -145,16 +145,15 @@ TEST_F(Registry, WhoOpensAtTheSameTimeSharesAChannel)
     EXPECT_EQ(bus_.opening, 2);
 }
 
-TEST_F(Registry, WhatDoesNotOpenIsAskedForAgain)
+TEST_F(Registry, AFailedOpeningIsTriedAgain)
 {
     EXPECT_FALSE(registry_.acquire("none"));
     EXPECT_FALSE(registry_.acquire("none"));
     EXPECT_EQ(bus_.opening, 2);
 }
 
-// The kernel takes a twentieth of a second to open a node, so questions that follow each other share one
-// opening.
-TEST_F(Registry, AnInterruptionThatComesLateClosesNothing)
+// The kernel takes 50 ms to open a node, so requests that follow each other share one opening.
+TEST_F(Registry, ALateInterruptionClosesNothing)
 {
     const Channel *first = registry_.acquire("quick").get(); // held for this moment only
     ASSERT_TRUE(eventually([this] { return ports(&Ports::reads) > 0 && !ports(&Ports::endless); }));

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Reports leave in order and off the caller's thread, and none leaves after its writer's end. A pipe that
-// nobody reads takes the place of a device that hangs.
+// Reports are written in order on another thread, and none after the writer's end. A full pipe stands for a
+// device that hangs.
 #include "device/hidusb/ReportWriter.h"
 #include "tests/support/Eventually.h"
 
@@ -16,7 +16,7 @@
 using hidusb::ReportWriter;
 using support::eventually;
 
-class Writing : public testing::Test
+class NodeWriter : public testing::Test
 {
 protected:
     void SetUp() override
@@ -25,7 +25,7 @@ protected:
         ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
         read_ = ends[0];
         capacity_ = static_cast<std::size_t>(::fcntl(ends[1], F_SETPIPE_SZ, 4096));
-        writer_.emplace(ends[1]);
+        writer_.emplace(ends[1], "pipe");
     }
     void TearDown() override { ::close(read_); }
 
@@ -34,7 +34,7 @@ protected:
         const std::vector<uint8_t> report(size, static_cast<uint8_t>(letter));
         return writer_->post(report.data(), report.size());
     }
-    // Until the other end is closed.
+    // Returns when the other end is closed.
     std::string readAll() const
     {
         std::string all;
@@ -43,7 +43,7 @@ protected:
             all.append(bytes, static_cast<std::size_t>(size));
         return all;
     }
-    // From here on a write returns only when somebody reads.
+    // Fills the pipe: later writes block until it is read.
     void fill()
     {
         ASSERT_TRUE(post('a', capacity_));
@@ -60,7 +60,7 @@ protected:
     std::optional<ReportWriter> writer_;
 };
 
-TEST_F(Writing, InOrder)
+TEST_F(NodeWriter, InOrder)
 {
     for (const char letter : {'1', '2', '3'})
         EXPECT_TRUE(post(letter));
@@ -69,7 +69,7 @@ TEST_F(Writing, InOrder)
     EXPECT_EQ(readAll(), "123");
 }
 
-TEST_F(Writing, WhatWaitsAtTheEndIsDropped)
+TEST_F(NodeWriter, ReportsThatWaitAtTheEndAreDropped)
 {
     fill();
     EXPECT_TRUE(post('b')); // may be under way
@@ -80,7 +80,7 @@ TEST_F(Writing, WhatWaitsAtTheEndIsDropped)
     EXPECT_EQ(all.substr(0, capacity_), std::string(capacity_, 'a'));
 }
 
-TEST_F(Writing, ADeviceThatHangsGathersNoEndlessRow)
+TEST_F(NodeWriter, TheQueueForADeviceThatHangsIsBounded)
 {
     fill();
     int taken = 0;

@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A connection to a device that comes, goes or returns in the one moment in which nobody looks. The bus is
-// the test's own: each opening waits for the test's word.
+// A connection to a device that is plugged in, unplugged or back on line while the connection is opening it
+// or reading it. The bus is the test's own: each opening waits until the test decides on it.
 #include "device/hidusb/Connection.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/Messages.h"
 
+#include <atomic>
 #include <cstring>
 #include <deque>
 #include <gtest/gtest.h>
@@ -19,7 +20,7 @@ using wire::Command;
 namespace
 {
 
-// Answers each request with what the script makes of it.
+// Answers each request with the answers of the script.
 class ScriptedPort : public ReportPort
 {
 public:
@@ -68,8 +69,8 @@ private:
     bool interrupted_ = false;
 };
 
-// A device that is there or not at each opening, as the test says it.
-class ToldBus : public Bus
+// At each opening the test decides whether the device is attached.
+class GatedBus : public Bus
 {
 public:
     std::vector<InterfaceInfo> enumerate() override { return {}; }
@@ -79,15 +80,15 @@ public:
         std::unique_lock lock(mutex_);
         ++asked_;
         changed_.notify_all();
-        changed_.wait(lock, [this] { return !told_.empty(); });
-        const bool there = told_.front();
-        told_.pop_front();
+        changed_.wait(lock, [this] { return !decisions_.empty(); });
+        const bool there = decisions_.front();
+        decisions_.pop_front();
         return there ? std::make_unique<ScriptedPort>(script) : nullptr;
     }
-    void tell(bool there)
+    void decide(bool there)
     {
         const std::lock_guard lock(mutex_);
-        told_.push_back(there);
+        decisions_.push_back(there);
         changed_.notify_all();
     }
     int asked()
@@ -101,13 +102,13 @@ public:
 private:
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::deque<bool> told_;
+    std::deque<bool> decisions_;
     int asked_ = 0;
 };
 
-ToldBus &theBus()
+GatedBus &theBus()
 {
-    static auto *made = new ToldBus;
+    static auto *made = new GatedBus;
     return *made;
 }
 
@@ -122,16 +123,16 @@ Datagram healthy(const wire::Report &request)
 
 Bus &hidusb::bus() { return theBus(); }
 
-class SlowBus : public testing::Test
+class GatedOpening : public testing::Test
 {
 protected:
-    SlowBus()
+    GatedOpening()
     {
         messageLog<0>().clear();
         theBus().script = [](const wire::Report &request) { return Answers{healthy(request)}; };
     }
-    ~SlowBus() override { connection_->end(); }
-    // Each test has a path of its own, and so no channel of another's.
+    ~GatedOpening() override { connection_->end(); }
+    // Each test has a path of its own, so that it does not share the channel of another test.
     void start(const char *path)
     {
         connection_ = std::make_shared<hidusb::Connection>(path, logMessage<0>, 1);
@@ -148,21 +149,21 @@ protected:
     int asked_ = 0;
 };
 
-TEST_F(SlowBus, AnOrderForADeviceThatHasJustComeIsCarriedOut)
+TEST_F(GatedOpening, AnOrderForADeviceThatHasJustComeIsCarriedOut)
 {
     start("comes");
     ASSERT_TRUE(opens(1));
-    theBus().tell(false);
-    connection_->order({Command::Battery}); // of the one that is not there
+    theBus().decide(false);
+    connection_->order({Command::Battery}); // for the device that is not attached
     ASSERT_TRUE(opens(2));
-    connection_->order({Command::Battery}); // it has come since
-    theBus().tell(false);
-    theBus().tell(true);
+    connection_->order({Command::Battery}); // for the one that is plugged in meanwhile
+    theBus().decide(false);
+    theBus().decide(true);
     ASSERT_TRUE(messages_.waitFor(1));
     EXPECT_EQ(messages_.all().at(0).code(), 4);
 }
 
-TEST_F(SlowBus, AMouseThatReturnsWhileItIsSaidToBeAwayIsReadAgain)
+TEST_F(GatedOpening, AMouseThatReturnsWhileItIsReportedOffLineIsReadAgain)
 {
     bool away = true;
     theBus().script = [&away](const wire::Report &request) {
@@ -173,9 +174,32 @@ TEST_F(SlowBus, AMouseThatReturnsWhileItIsSaidToBeAwayIsReadAgain)
         return Answers{datagram(noticeOf(Command::OnLineChanged, online, sizeof online)),
                        datagram(replyTo(request, nullptr, 0, wire::Status::OffLine))};
     };
-    theBus().tell(true);
+    theBus().decide(true);
     start("returns");
     connection_->order({Command::FlashRead});
     ASSERT_TRUE(messages_.waitFor(1));
     EXPECT_EQ(messages_.all().at(0).payload.size(), FlashSize);
+}
+
+TEST_F(GatedOpening, AMouseThatReturnsWhileItsWriteFailsIsWrittenAgain)
+{
+    std::atomic<int> writes{0};
+    theBus().script = [&writes](const wire::Report &request) {
+        if (request.command() != Command::FlashWrite)
+            return Answers{healthy(request)};
+        if (writes++ > 0)
+            return Answers{datagram(replyTo(request))};
+        const uint8_t online[sizeof(wire::OnLineReply)] = {1};
+        return Answers{datagram(noticeOf(Command::OnLineChanged, online, sizeof online)),
+                       datagram(replyTo(request, nullptr, 0, wire::Status::OffLine))};
+    };
+    theBus().decide(true);
+    start("returns during a write");
+    connection_->order({Command::FlashRead});
+    ASSERT_TRUE(messages_.waitFor(1));
+    FlashImage wanted;
+    std::memcpy(&wanted, messages_.all().at(0).payload.data(), sizeof wanted);
+    wanted.DebounceTime ^= 1;
+    connection_->update(wanted);
+    EXPECT_TRUE(eventually([&writes] { return writes == 2; }));
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Firmware upgrade: a healthy one, a repair, and each way to fail.
+// Firmware upgrade: a complete one, one from the boot loader, and each failure.
 #include "device/hidusb/HIDUsb.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeDevice.h"
@@ -69,7 +69,7 @@ protected:
         device->setIdentity({0x1A, 0x03, kind});
     }
 
-    // The boot loader of a mouse that takes everything, unless `fault` answers instead.
+    // A boot loader of a mouse that accepts everything; `fault` may answer in its place.
     void plugBootLoader(const Script &fault = nullptr)
     {
         blocks.clear();
@@ -148,7 +148,7 @@ TEST_F(Upgrade, GoesThroughTheBootLoaderAndBack)
     EXPECT_EQ(percentages.back(), 100);
 }
 
-TEST_F(Upgrade, RepairsADeviceThatWaitsInItsBootLoader)
+TEST_F(Upgrade, FlashesADeviceInItsBootLoader)
 {
     plugBootLoader();
     int32_t count = 5;
@@ -178,7 +178,7 @@ TEST_F(Upgrade, SurvivesLostAndBusyAnswers)
     ASSERT_TRUE(start());
     ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
     ASSERT_TRUE(eventually([this] { return flashed() == firmware; }));
-    // The last answer may be one of the lost ones.
+    // The answer to the last request may be lost as well.
     ASSERT_TRUE(eventually([this] { return bootLoader->requests().back().command() == Command::BootEnd; }));
     bootLoader.reset();
     plugMouse();
@@ -197,7 +197,7 @@ static const FailureRow Failures[] = {
 
 TEST_F(Upgrade, ARefusalEndsIt)
 {
-    plugMouse(); // a healthy one beside it must not pass for the flashed one
+    plugMouse(); // it must not be taken for the flashed device
     for (const FailureRow &row : Failures) {
         upgradeLog().ends.clear();
         plugBootLoader([&row](const wire::Report &request) -> std::optional<Answers> {
@@ -240,7 +240,7 @@ TEST_F(Upgrade, ADeviceThatDoesNotComeBackEndsIt)
     EXPECT_TRUE(endsWith(0));
 }
 
-TEST_F(Upgrade, TheNextOneMayStartFromTheEndOfTheLast)
+TEST_F(Upgrade, TheNextUpgradeMayStartFromTheEndCallback)
 {
     plugBootLoader([](const wire::Report &request) -> std::optional<Answers> {
         if (request.command() != Command::BootBegin)
@@ -253,12 +253,12 @@ TEST_F(Upgrade, TheNextOneMayStartFromTheEndOfTheLast)
         upgradeLog().atEnd = [&] { started = start() ? 1 : 0; };
     }
     ASSERT_TRUE(start());
-    // The second may end before the first one's thread is back from its start.
+    // The second upgrade may end before the call that started it has returned.
     EXPECT_TRUE(eventually([&started] { return started != -1 && ends().size() == 2; }));
     EXPECT_EQ(started, 1);
 }
 
-// ---- What does not begin
+// ---- Upgrades that do not start
 
 TEST_F(Upgrade, NeedsExactlyOneFittingDevice)
 {
@@ -287,7 +287,7 @@ TEST_F(Upgrade, EachReceiverKindTakesAReceiversFile)
     }
 }
 
-TEST_F(Upgrade, BadFilesFitNothing)
+TEST_F(Upgrade, DamagedFilesFitNothing)
 {
     plugBootLoader();
     const auto refused = [this](const char *name) {
@@ -314,7 +314,7 @@ TEST_F(Upgrade, BadFilesFitNothing)
     refused("the other target");
 }
 
-TEST_F(Upgrade, NullAndOddArgumentsAreTaken)
+TEST_F(Upgrade, NullAndOddArgumentsAreAccepted)
 {
     int32_t count = 5;
     UsbUpgradeC_FindBootDevices(nullptr, &count);

@@ -22,7 +22,7 @@ TEST(BusName, ComesBackFromItsText)
     EXPECT_EQ(parsed->serial, "rx8k");
 }
 
-TEST(BusName, OtherFilesAreNoInterfaces)
+TEST(BusName, OtherFilesAreNotInterfaces)
 {
     for (const char *text :
          {"", ".", "..", "control", "1209-0005-0103-1-ff05-", "1209-0005-0103-1-ff05",
@@ -48,7 +48,7 @@ TEST(Report, IsSealedByItsLastByte)
     EXPECT_EQ(wire::checksum(reinterpret_cast<const uint8_t *>("123456789"), 9), 0xF4);
 }
 
-TEST(Report, EveryFlippedBitShows)
+TEST(Report, EveryFlippedBitIsDetected)
 {
     wire::Report report{};
     report.Id = wire::ReportId;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The writer in the background: what goes out for a record, and a mouse that does not take it.
+// The background writer: the reports for a record, and a mouse that does not acknowledge them.
 #include "tests/support/ConnectionFixture.h"
 #include "tests/support/Records.h"
 
@@ -43,7 +43,7 @@ TEST_F(Writer, AnUpdateBeforeTheFirstReadIsAnsweredByARead)
     EXPECT_TRUE(rateBecomes(32));
 }
 
-TEST_F(Writer, ADeviceThatComesBackUnderItsPathIsReadBeforeItIsWrittenTo)
+TEST_F(Writer, ADeviceThatComesBackUnderItsPathIsReadBeforeItIsWritten)
 {
     auto first = std::make_unique<FakeDevice>(mouseName("other"));
     const std::string path = first->path();
@@ -53,7 +53,7 @@ TEST_F(Writer, ADeviceThatComesBackUnderItsPathIsReadBeforeItIsWrittenTo)
     ProtocolDataParser(messages.all()[0].payload.data(), record.get());
     first.reset();
     messages.clear();
-    edit(64); // of what the first one held, and nobody is there
+    edit(64); // of the first device's record, while none is attached
     FakeDevice second(mouseName("other"));
     UsbServer_ReadAllFlashData();
     ASSERT_TRUE(eventually([this] { return !lastFullRead().empty(); }));
@@ -62,8 +62,8 @@ TEST_F(Writer, ADeviceThatComesBackUnderItsPathIsReadBeforeItIsWrittenTo)
     EXPECT_EQ(std::memcmp(lastFullRead().data(), &held, FlashSize), 0);
 }
 
-// The program has the record of the first one until its callback hears of the second.
-TEST_F(Writer, ARecordOfTheDeviceBeforeIsNotWrittenWhileTheLoadIsOnItsWay)
+// The program has the record of the first device until its callback has received that of the second.
+TEST_F(Writer, ARecordOfTheDeviceBeforeIsNotWrittenDuringTheLoad)
 {
     auto first = std::make_unique<FakeDevice>(mouseName("other"));
     const std::string path = first->path();
@@ -74,16 +74,16 @@ TEST_F(Writer, ARecordOfTheDeviceBeforeIsNotWrittenWhileTheLoadIsOnItsWay)
     std::promise<void> goOn;
     messages.setHook([held = goOn.get_future().share()](const Message &) { held.wait(); });
     UsbServer_ReadBatteryLevel();
-    ASSERT_TRUE(messages.waitFor(2)); // the callback holds up all that follow
+    ASSERT_TRUE(messages.waitFor(2)); // the callback blocks the messages that follow
     first.reset();
     FakeDevice second(mouseName("other"));
     second.setFlash(anyImage(2));
     const FlashImage before = second.flash();
     UsbServer_ReadAllFlashData();
-    UsbServer_SetBatteryOptimizeEnable(1); // the next order: the load is done
+    UsbServer_SetBatteryOptimizeEnable(1); // carried out after the full read
     ASSERT_TRUE(eventually([&second] { return second.count(Command::BatteryOptimize) > 0; }));
     edit(64);
-    UsbServer_ReadVersion(); // behind what the edit would write
+    UsbServer_ReadVersion(); // carried out after a write of the edit
     ASSERT_TRUE(eventually([&second] { return second.count(Command::Version) > 0; }));
     const FlashImage after = second.flash();
     EXPECT_EQ(std::memcmp(&before, &after, FlashSize), 0);
@@ -101,7 +101,7 @@ TEST_F(Writer, ABurstEndsWithItsLastValueInFewReports)
     std::atomic<bool> gate{false};
     device.setScript([&gate](const wire::Report &request) -> std::optional<Answers> {
         if (request.command() == Command::FlashWrite && !gate)
-            eventually([&gate] { return gate.load(); }); // the first answer takes its time
+            eventually([&gate] { return gate.load(); }); // delays the first answer
         return std::nullopt;
     });
     for (int value = 1; value <= 100; ++value)
@@ -112,7 +112,7 @@ TEST_F(Writer, ABurstEndsWithItsLastValueInFewReports)
     heal();
 }
 
-TEST_F(Writer, AWholeRecordArrives)
+TEST_F(Writer, EveryByteOfARecordArrives)
 {
     load();
     *record = anyRecord(11);
@@ -135,7 +135,7 @@ TEST_F(Writer, WritesGivenBeforeAReadGoOutBeforeIt)
     EXPECT_EQ(messages.all()[0].payload[0], 32);
 }
 
-TEST_F(Writer, WhatTheMouseChangedIsNotWrittenBack)
+TEST_F(Writer, ChangesOfTheMouseAreNotReverted)
 {
     load();
     device.setFlashByte(FlashCurrentStageAddress, 3);
@@ -148,11 +148,11 @@ TEST_F(Writer, WhatTheMouseChangedIsNotWrittenBack)
     EXPECT_EQ(writes(), 0U);
 }
 
-TEST_F(Writer, AnotherProfileGetsNothingOfTheOld)
+TEST_F(Writer, AnotherProfileGetsNoChangesOfTheOldOne)
 {
     load();
     spoilWrites(wire::Status::OffLine);
-    edit(16); // waits for a mouse that is away
+    edit(16); // waits for a mouse that is off line
     ASSERT_TRUE(eventually([this] { return writes() > 0; }));
     heal();
     device.setScript([this](const wire::Report &request) -> std::optional<Answers> {
@@ -162,19 +162,19 @@ TEST_F(Writer, AnotherProfileGetsNothingOfTheOld)
     });
     device.clearRequests();
     UsbServer_SetCurrentConfig(1);
-    ProtocolDataUpdate(record.get()); // may still be the old profile's whole record
+    ProtocolDataUpdate(record.get()); // may still be the old profile's record
     record->DebounceTime = 9;
     ProtocolDataUpdate(record.get());
     EXPECT_TRUE(eventually([this] { return device.flash().DebounceTime == 9; }));
     FlashImage expected = anyImage(12);
     expected.DebounceTime = 9;
-    expected.ReportRate = device.flash().ReportRate; // either value was given
+    expected.ReportRate = device.flash().ReportRate; // the program gave both values
     const FlashImage held = device.flash();
     EXPECT_EQ(std::memcmp(&held, &expected, sizeof held), 0);
     heal();
 }
 
-TEST_F(Writer, WhatWaitedForTheOldProfileIsDropped)
+TEST_F(Writer, PendingChangesOfTheOldProfileAreDropped)
 {
     load();
     spoilWrites(wire::Status::OffLine);
@@ -186,7 +186,7 @@ TEST_F(Writer, WhatWaitedForTheOldProfileIsDropped)
     EXPECT_TRUE(eventually([this] { return isOnLine(); }));
     UsbServer_ReadConfig();
     ASSERT_TRUE(messages.waitFor(2));
-    // The last try for the old profile may have come late, but still in front of the order.
+    // The last try for the old profile may have come late, but before the order.
     const auto asked = device.asked();
     const auto isOf = [](Command command) {
         return [command](const wire::Report &request) { return request.command() == command; };
@@ -211,7 +211,7 @@ TEST_F(Writer, AfterAResetNothingIsWrittenBeforeTheNextFullRead)
     EXPECT_TRUE(rateBecomes(32));
 }
 
-// ---- A mouse that does not take a write
+// ---- A mouse that does not acknowledge a write
 
 struct SpoilRow {
     const char *name;
@@ -227,7 +227,7 @@ static const SpoilRow Spoils[] = {
 class SpoiledWriter : public ConnectionFixture
 {
 protected:
-    // Edits, and says how often its report came before the writer gave it up.
+    // Edits, and returns how often the report was sent before the writer was suspended.
     std::size_t triesOfAnEdit()
     {
         const std::size_t before = device.asked().size();
@@ -246,7 +246,7 @@ TEST_F(SpoiledWriter, AFailedWriteShowsAsOffLineUntilItIsDone)
     for (const SpoilRow &row : Spoils) {
         load();
         spoilWrites(row.status);
-        // A busy machine leaves out a try of a fixed time, or adds one when the answer is late.
+        // The time for all tries is fixed: a busy machine may skip a try, or add one when the answer is late.
         std::size_t tries = 0;
         for (int round = 0; round < 10 && tries != row.tries; ++round)
             tries = triesOfAnEdit();
@@ -260,7 +260,7 @@ TEST_F(SpoiledWriter, AFailedWriteShowsAsOffLineUntilItIsDone)
     }
 }
 
-TEST_F(Writer, ARestingWriterDoesNotSpin)
+TEST_F(Writer, ASuspendedWriterSendsNothingByItself)
 {
     load();
     spoilWrites(wire::Status::OffLine);
@@ -271,14 +271,14 @@ TEST_F(Writer, ARestingWriterDoesNotSpin)
     const std::size_t before = writes();
     for (int i = 0; i < 50; ++i)
         UsbFinderC_GetVersion(device.path().c_str());
-    // The try of a question may be on its way when that question has had its answer.
+    // The write that a question caused may still be sent after the answer to that question.
     EXPECT_LE(writes(), 1 + questions);
     EXPECT_TRUE(eventually([&] { return isAway() && writes() > before; }));
-    EXPECT_LE(writes(), 1 + questions) << "an on-line question tries once more, not oftener";
+    EXPECT_LE(writes(), 1 + questions) << "an on-line question tries the write once only";
     heal();
 }
 
-TEST_F(Writer, AReturningMouseWakesTheWriter)
+TEST_F(Writer, TheReturnOfTheMouseResumesTheWriter)
 {
     load();
     spoilWrites(wire::Status::OffLine);
@@ -291,7 +291,7 @@ TEST_F(Writer, AReturningMouseWakesTheWriter)
     EXPECT_TRUE(eventually([this] { return isOnLine(); }));
 }
 
-TEST_F(Writer, ANewerUpdateWakesTheWriter)
+TEST_F(Writer, ANewerRecordResumesTheWriter)
 {
     load();
     spoilWrites(wire::Status::OffLine);
@@ -319,7 +319,7 @@ TEST_F(Writer, ALostAcknowledgementIsAskedForAgain)
     heal();
 }
 
-TEST_F(Writer, AnUnpluggedDeviceLeavesNoMarkOnTheNextOne)
+TEST_F(Writer, WritesForAnUnpluggedDeviceAreNotSentToTheNextOne)
 {
     auto first = std::make_unique<FakeDevice>(mouseName("other"));
     const std::string path = first->path();

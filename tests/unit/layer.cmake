@@ -9,6 +9,7 @@ add_morlen_test(hidusb_core_test
     hidusb_channel.cpp
     hidusb_codec.cpp
     hidusb_descriptor.cpp
+    hidusb_log.cpp
     hidusb_mirror.cpp
     hidusb_registry.cpp
     hidusb_wire.cpp

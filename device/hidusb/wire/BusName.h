@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The emulator's bus is a folder with one SEQPACKET socket for each HID interface; one datagram is one
-// report. Everything that enumeration needs stands in the socket's name:
+// report. The socket's name holds everything that enumeration needs:
 //
 //     1209-0005-0103-1-ff05-rx8k
 //     vid  pid  rel  i usage serial

@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The 728-byte head of a firmware file. The layer gets a file as a bare pointer, so the first 16 bytes
-// say how long it is and what its CRC is; whoever hands a file to the layer has checked its real size
-// against FileLength first.
+// The 728-byte head of a firmware file. The layer gets a file as a pointer without a length, so it relies on
+// the length in the first 16 bytes; the caller has compared FileLength with the real size of the file before.
 #pragma once
 
-#include "../FlashDataMap.h"
+#include "device/hidusb/FlashDataMap.h"
 
 namespace wire
 {

@@ -1,22 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// FlashImage: the 6,912 bytes of a mouse's flash as they lie in the device. Four addresses are
-// fixed by the partial reads (report rate, current stage, indicator light, light bar); the rest is
-// packed around them. Unused bytes belong to the mouse and are carried.
+// FlashImage: the 6,912 bytes of a mouse's flash as they lie in the device. The partial reads (report rate,
+// current stage, indicator light, light bar) fix four addresses; the other fields are packed around them.
+// Unused bytes belong to the mouse and are preserved.
 #pragma once
 
-#include "../FlashDataMap.h"
+#include "device/hidusb/FlashDataMap.h"
 
 constexpr std::size_t FlashSize = 6912;
 constexpr uint16_t FlashReportRateAddress = 0x0000;
 constexpr uint16_t FlashCurrentStageAddress = 0x0004;
 constexpr uint16_t FlashDpiLedAddress = 0x004C;
 constexpr uint16_t FlashLedBarAddress = 0x00A0;
-constexpr std::size_t FlashDpiLedSize = 8;
-constexpr std::size_t FlashLedBarSize = 9;
 
-// Five bytes for an event: delays end at 65,535 ms, direction and kind share a byte.
+// An event in five bytes: its delay is at most 65,535 ms, direction and kind share a byte.
 struct FlashEvent {
     uint8_t DirectionAndKind; // bit 7: release; bits 0..6: kind
     LittleU16 Code;
@@ -61,7 +59,7 @@ struct FlashImage {
     uint8_t DpiLedBrightness;
     uint8_t DpiLedSpeed;
     uint8_t DpiLedEnable;
-    uint8_t Unused50[4];
+    uint8_t Unused50[4]; // read with the indicator light
     KeyBinding KeyBindings[KeySlotCount];
     uint8_t Unused84[28];
     uint8_t LedBarMode;
@@ -69,14 +67,20 @@ struct FlashImage {
     uint8_t LedBarSpeed;
     uint8_t LedBarBrightness;
     uint8_t LedBarEnable;
-    uint8_t UnusedA7[9];
-    uint8_t MouseOwn[19]; // bytes 17..35 of the record
-    uint8_t Gap143;       // byte 143 of the record
+    uint8_t UnusedA7[2]; // read with the light bar
+    uint8_t UnusedA9[7];
+    uint8_t MouseOwn[sizeof(FlashDataMap::Untouched17)];
+    uint8_t Gap143;
     uint8_t UnusedC4[60];
     FlashSequence KeySequences[KeySlotCount];
     FlashMacro MacroBlocks[KeySlotCount];
 };
 
+// The sizes of the partial reads of both lights.
+constexpr std::size_t FlashDpiLedSize = SPAN_SIZE(FlashImage, DpiLedMode, Unused50);
+constexpr std::size_t FlashLedBarSize = SPAN_SIZE(FlashImage, LedBarMode, UnusedA7);
+
+static_assert(FlashDpiLedSize == 8 && FlashLedBarSize == 9);
 static_assert(sizeof(FlashEvent) == 5 && sizeof(FlashSequence) == 32 && sizeof(FlashMacro) == 384);
 static_assert(sizeof(FlashImage) == FlashSize && alignof(FlashImage) == 1);
 static_assert(std::is_trivially_copyable_v<FlashImage> && std::is_standard_layout_v<FlashImage>);
@@ -84,7 +88,7 @@ static_assert(offsetof(FlashImage, ReportRate) == FlashReportRateAddress);
 static_assert(offsetof(FlashImage, CurrentDpiStage) == FlashCurrentStageAddress);
 static_assert(offsetof(FlashImage, DpiStages) == 0x1C);
 static_assert(offsetof(FlashImage, DpiLedMode) == FlashDpiLedAddress);
-static_assert(offsetof(FlashImage, KeyBindings) == FlashDpiLedAddress + FlashDpiLedSize);
+static_assert(offsetof(FlashImage, KeyBindings) == 0x54);
 static_assert(offsetof(FlashImage, LedBarMode) == FlashLedBarAddress);
 static_assert(offsetof(FlashImage, MouseOwn) == 0xB0 && offsetof(FlashImage, Gap143) == 0xC3);
 static_assert(offsetof(FlashImage, KeySequences) == 0x100 && offsetof(FlashImage, MacroBlocks) == 0x300);

@@ -3,10 +3,11 @@
 //
 // The 64-byte report of the vendor interface, both directions. docs/protocol.md has a table for
 // every packet. The host numbers its requests 1..255; the device answers each with one report of the
-// same command and sequence number. What the device sends unasked (a notice) has sequence number 0.
+// same command and sequence number. A report that the device sends unasked is a notice, with sequence number
+// 0.
 #pragma once
 
-#include "../DeviceRecords.h"
+#include "device/hidusb/DeviceRecords.h"
 
 namespace wire
 {
@@ -106,7 +107,7 @@ struct BootBeginRequest {
     LittleU32 Crc32;  // of the whole image
 };
 
-// CRC-8, polynomial 0x07, start value 0: every single flipped bit and every burst up to 8 bits shows.
+// CRC-8, polynomial 0x07, start value 0: detects every flipped bit and every burst of up to 8 bits.
 inline uint8_t checksum(const uint8_t *bytes, std::size_t count)
 {
     uint8_t crc = 0;
@@ -123,7 +124,7 @@ inline void seal(Report &report)
     report.Checksum = checksum(reinterpret_cast<const uint8_t *>(&report), ReportSize - 1);
 }
 
-// True for a report that may be looked at: full size, own id, length in range, checksum right.
+// True for a report that may be evaluated: full size, own id, length in range, checksum right.
 inline bool isSound(const uint8_t *bytes, std::size_t size)
 {
     return size == ReportSize && bytes[0] == ReportId && bytes[5] <= PayloadSize &&
