@@ -116,8 +116,8 @@ void LoggedBus::logChanges(const std::vector<InterfaceInfo> &before, const std::
 std::vector<InterfaceInfo> LoggedBus::enumerate()
 {
     std::vector<InterfaceInfo> found = bus_.enumerate();
-    const std::lock_guard lock(
-        mutex_); // held while lines are queued, so that they keep the order of the searches
+    // Held while the lines are queued, so that they keep the order of the searches.
+    const std::lock_guard lock(mutex_);
     logChanges(present_, found);
     present_ = found;
     return found;

@@ -75,9 +75,9 @@ void WireLog::introduce(const InterfaceInfo &info)
 {
     char ids[16];
     std::snprintf(ids, sizeof ids, " %04x:%04x", info.vendorId, info.productId);
-    queue_.post([this, path = info.path, name = info.path.substr(info.path.rfind('/') + 1) + ids] {
-        names_[path] = name;
-    });
+    queue_.post([this, path = info.path,
+                 name = info.path.substr(info.path.rfind('/') + 1) + ids] { names_[path] = name; },
+                QueueLimit);
 }
 
 void WireLog::flush()

@@ -50,11 +50,11 @@ static WireLog &makeLog(const std::string &path, std::size_t limit = WireLog::Fi
     return *all->back();
 }
 
-class Log : public testing::Test
+class LayerLog : public testing::Test
 {
 protected:
-    Log() { processLog = &log; }
-    ~Log() override { processLog = nullptr; }
+    LayerLog() { processLog = &log; }
+    ~LayerLog() override { processLog = nullptr; }
 
     // The lines about `name`, or all, without their times and without heads.
     std::vector<std::string> texts(const std::string &name = {})
@@ -93,7 +93,7 @@ static std::string hexOf(const Datagram &bytes)
     return text;
 }
 
-class LoggedExchange : public Log
+class LoggedExchange : public LayerLog
 {
 protected:
     // Returns when the reader thread does not use the registry any more.
@@ -175,7 +175,7 @@ TEST_F(LoggedExchange, DroppedReportsAreLoggedWithTheReason)
     unplug();
 }
 
-TEST_F(Log, FailuresHaveTheirErrno)
+TEST_F(LayerLog, FailuresHaveTheirErrno)
 {
     SocketBus sockets(busFolder());
     LoggedBus emulated(sockets, log);
@@ -197,7 +197,7 @@ TEST_F(Log, FailuresHaveTheirErrno)
     EXPECT_TRUE(eventually([this] { return contains("a node write: EPIPE (Broken pipe)"); }));
 }
 
-TEST_F(Log, EachRunHasItsHeadAndItsTimes)
+TEST_F(LayerLog, EachRunHasItsHeadAndItsTimes)
 {
     log.add("node", [] { return "first"; });
     log.flush();
@@ -212,7 +212,7 @@ TEST_F(Log, EachRunHasItsHeadAndItsTimes)
     EXPECT_LT(time, 60);
 }
 
-TEST_F(Log, APathCannotAddALine)
+TEST_F(LayerLog, APathCannotAddALine)
 {
     log.add("a\nHIDUsb log\x1B[2J" + std::string(5000, 'x'), [] { return "said"; });
     log.flush();
@@ -224,7 +224,7 @@ TEST_F(Log, APathCannotAddALine)
 // ---- Callers
 
 // Holds the log's thread until `letGo`.
-class HeldLog : public Log
+class HeldLog : public LayerLog
 {
 protected:
     HeldLog()
@@ -264,7 +264,7 @@ TEST_F(HeldLog, AFlushEndsWhileTheThreadIsBlocked)
     EXPECT_TRUE(contains("held let go"));
 }
 
-TEST_F(Log, ManyThreadsMayLogAtOnce)
+TEST_F(LayerLog, ManyThreadsMayLogAtOnce)
 {
     constexpr int each = 500;
     std::vector<std::thread> threads;
@@ -366,7 +366,7 @@ private:
     rlimit before_{};
 };
 
-TEST_F(Log, OnAFullDiskWholeLinesAreLostAndCounted)
+TEST_F(LayerLog, OnAFullDiskWholeLinesAreLostAndCounted)
 {
     log.add("disk", [] { return "before"; });
     log.flush();
@@ -387,14 +387,14 @@ TEST_F(Log, OnAFullDiskWholeLinesAreLostAndCounted)
 
 // ---- Files that are refused
 
-struct Target {
+struct RefusedTarget {
     const char *name;
     void (*make)(const std::string &path);
 };
 
 static void write(const std::string &path, const char *text) { std::ofstream(path) << text; }
 
-static const Target Targets[] = {
+static const RefusedTarget Targets[] = {
     {"AFolder", [](const std::string &path) { ASSERT_EQ(::mkdir(path.c_str(), 0700), 0); }},
     {"AFifo", [](const std::string &path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); }},
     {"ALinkToALog",
@@ -409,7 +409,7 @@ static const Target Targets[] = {
     {"AShortFile", [](const std::string &path) { write(path, "H"); }},
 };
 
-class Refused : public testing::TestWithParam<Target>
+class Refused : public testing::TestWithParam<RefusedTarget>
 {
 };
 
