@@ -1,7 +1,8 @@
 # What start-up, the stores, the language tables and the product's own data promise. These tests are full
 # of texts, which are easier to read unwrapped.
 function(add_core_test name)
-  add_morlen_test(${name} SOURCES ${name}.cpp LINKS ${ARGN} Qt5::Test)
+  file(GLOB source CONFIGURE_DEPENDS */${name}.cpp)
+  add_morlen_test(${name} SOURCES ${source} LINKS ${ARGN} Qt5::Test)
   target_compile_options(${name} PRIVATE -UQT_NO_CAST_FROM_ASCII)
 endfunction()
 

@@ -2,18 +2,18 @@
 find_package(GTest REQUIRED)
 add_morlen_test(emulator_test
   SOURCES
-    emulator_boot.cpp
-    emulator_bus.cpp
-    emulator_commands.cpp
-    emulator_events.cpp
-    emulator_faults.cpp
-    emulator_orders.cpp
-    emulator_pace.cpp
-    emulator_program.cpp
-    emulator_scenario.cpp
-    emulator_scene.cpp
-    emulator_usb.cpp
-    emulator_words.cpp
+    emulator/emulator_boot.cpp
+    emulator/emulator_bus.cpp
+    emulator/emulator_commands.cpp
+    emulator/emulator_events.cpp
+    emulator/emulator_faults.cpp
+    emulator/emulator_orders.cpp
+    emulator/emulator_pace.cpp
+    emulator/emulator_program.cpp
+    emulator/emulator_scenario.cpp
+    emulator/emulator_scene.cpp
+    emulator/emulator_usb.cpp
+    emulator/emulator_words.cpp
   LINKS emulator GTest::gtest_main)
 set_target_properties(emulator_test PROPERTIES AUTOMOC OFF)
 target_compile_definitions(emulator_test PRIVATE
