@@ -16,6 +16,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/EmulatedBus.h"
 #include "tests/support/Leftovers.h"
+#include "tests/support/TestMain.h"
 #include "tour/Script.h"
 #include "tour/Windows.h"
 
@@ -120,17 +121,27 @@ inline bool quietState()
            !SkipReceiverQuery && !AwaitingMouse && !RestartWorker;
 }
 
-// main() of a test that drives the program: a bus, a home and the product's own data.
+// The set-up of a test that drives the program: a bus, a home and the product's own data.
+struct ProgramHome {
+    ProgramHome()
+    {
+        EmulatedBus::folder(); // before the layer's first call
+        qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+        setApplicationFolder(QStringLiteral(PRODUCT_DIR));
+        prepareStart();
+    }
+    QTemporaryDir home;
+};
+struct ProgramSetUp : private ProgramHome, testmain::WidgetApplication {
+    ProgramSetUp(int &argc, char **argv) : WidgetApplication(argc, argv)
+    {
+        QApplication::setQuitOnLastWindowClosed(false);
+        prepareApplication();
+    }
+};
+
+// main() of a program that holds one such test.
 template <typename Test> int runProgramTest(int argc, char **argv)
 {
-    EmulatedBus::folder(); // before the layer's first call
-    QTemporaryDir home;
-    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-    setApplicationFolder(QStringLiteral(PRODUCT_DIR));
-    prepareStart();
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    prepareApplication();
-    Test test;
-    return QTest::qExec(&test, argc, argv);
+    return testmain::run<Test, ProgramSetUp>(argc, argv);
 }

@@ -7,6 +7,7 @@
 #include "sensor/StopCloseTime.h"
 #include "sensor/plots/RotatableWidget.h"
 #include "tests/e2e/Program.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <QCheckBox>
@@ -264,5 +265,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_advancedpage>(argc, argv); }
+TEST_CLASS(tst_advancedpage, ProgramSetUp)
 #include "tst_advancedpage.moc"

@@ -5,6 +5,7 @@
 // what becomes of both when the mouse is lost on the way.
 #include "tests/e2e/CoreFixture.h"
 #include "tests/support/ProductFolder.h"
+#include "tests/support/TestMain.h"
 
 #include <QRandomGenerator>
 
@@ -381,11 +382,5 @@ private:
     }
 };
 
-int main(int argc, char **argv)
-{
-    EmulatedBus::folder(); // before the layer's first call
-    QCoreApplication application(argc, argv);
-    tst_core test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_core, CoreSetUp)
 #include "tst_core.moc"

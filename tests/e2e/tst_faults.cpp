@@ -6,6 +6,7 @@
 // data tag, each fault can have a process of its own.
 #include "tests/e2e/CoreFixture.h"
 #include "tests/support/ProductFolder.h"
+#include "tests/support/TestMain.h"
 
 namespace
 {
@@ -176,11 +177,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    EmulatedBus::folder(); // before the layer's first call
-    QCoreApplication application(argc, argv);
-    tst_faults test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_faults, CoreSetUp)
 #include "tst_faults.moc"

@@ -9,6 +9,7 @@
 #include "environment/DataRoot.h"
 #include "hub/PostMsg.h"
 #include "tests/e2e/Program.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <QDataStream>
@@ -366,5 +367,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_operations>(argc, argv); }
+TEST_CLASS(tst_operations, ProgramSetUp)
 #include "tst_operations.moc"

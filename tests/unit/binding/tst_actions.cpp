@@ -4,6 +4,7 @@
 // The actions of the buttons: the table, each widget's bytes, and the defaults.
 #include "binding/actions/DefaultActions.h"
 #include "tests/support/Actions.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 
@@ -289,5 +290,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_actions)
+TEST_CLASS(tst_actions, testmain::CoreApplication)
 #include "tst_actions.moc"

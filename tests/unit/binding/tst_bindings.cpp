@@ -4,6 +4,7 @@
 // What a slot shows, by rules written down here, whatever bytes it holds; and that what is encoded is read
 // back as what it was.
 #include "tests/support/Actions.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 #include <random>
@@ -317,5 +318,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_bindings)
+TEST_CLASS(tst_bindings, testmain::CoreApplication)
 #include "tst_bindings.moc"

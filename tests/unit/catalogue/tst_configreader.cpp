@@ -5,13 +5,14 @@
 #include "catalogue/DeviceCatalogue.h"
 #include "catalogue/EncodedKeys.h"
 #include "environment/DataRoot.h"
+#include "tests/support/TestMain.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <thread>
 
-class TestConfigReader : public QObject
+class tst_ConfigReader : public QObject
 {
     Q_OBJECT
 
@@ -237,5 +238,5 @@ private:
     std::unique_ptr<QTemporaryDir> folder_;
 };
 
-QTEST_GUILESS_MAIN(TestConfigReader)
+TEST_CLASS(tst_ConfigReader, testmain::CoreApplication)
 #include "tst_configreader.moc"

@@ -6,6 +6,7 @@
 #include "catalogue/FirmwareSearch.h"
 #include "device/hidusb/wire/FirmwareFile.h"
 #include "tests/support/ProductFolder.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 #include <cstring>
@@ -126,5 +127,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_FirmwareSearch)
+TEST_CLASS(tst_FirmwareSearch, testmain::NoApplication)
 #include "tst_firmwaresearch.moc"

@@ -3,6 +3,7 @@
 
 #include "catalogue/IniDocument.h"
 #include "catalogue/IniValue.h"
+#include "tests/support/TestMain.h"
 
 #include <QRandomGenerator>
 #include <QSettings>
@@ -10,7 +11,7 @@
 #include <QtTest>
 
 // QSettings itself is the measure: both must read the same values from the same bytes.
-class TestIniDocument : public QObject
+class tst_IniDocument : public QObject
 {
     Q_OBJECT
 
@@ -244,5 +245,5 @@ private:
     std::unique_ptr<QTemporaryDir> folder_ = std::make_unique<QTemporaryDir>();
 };
 
-QTEST_GUILESS_MAIN(TestIniDocument)
+TEST_CLASS(tst_IniDocument, testmain::CoreApplication)
 #include "tst_inidocument.moc"

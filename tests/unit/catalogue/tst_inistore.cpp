@@ -6,6 +6,7 @@
 #include "catalogue/UserStore.h"
 #include "environment/DataRoot.h"
 #include "environment/FileLock.h"
+#include "tests/support/TestMain.h"
 
 #include <QProcess>
 #include <QSettings>
@@ -33,7 +34,7 @@ QString storedText(const QString &path, const QString &section, const QString &k
 }
 
 // A process that writes to the stores and ends at once, as the exit entry of the tray does.
-int writeAndExit()
+int writeAndExit(int, char **)
 {
     UserStore::instance().WriteValue("AutoStart", "Enable", "1");
     RegistryStore::instance().setValue(registry::RunGroup, applicationName(), "/opt/program");
@@ -42,7 +43,7 @@ int writeAndExit()
 
 } // namespace
 
-class TestIniStore : public QObject
+class tst_IniStore : public QObject
 {
     Q_OBJECT
 
@@ -264,7 +265,7 @@ private slots:
     void writesWhatWaitsWhenTheProcessExits()
     {
         QProcess child;
-        child.start(QCoreApplication::applicationFilePath(), {"--exit"});
+        child.start(QCoreApplication::applicationFilePath(), {"writeAndExit"});
         QVERIFY(child.waitForFinished(60000));
         QCOMPARE(child.exitCode(), 0);
         QCOMPARE(storedText(dataRoot() + "/Macro.ini", "AutoStart", "Enable"), QString("1"));
@@ -347,12 +348,6 @@ private:
     std::unique_ptr<QTemporaryDir> folder_;
 };
 
-int main(int argc, char **argv)
-{
-    if (argc == 2 && QByteArray(argv[1]) == "--exit")
-        return writeAndExit();
-    QCoreApplication application(argc, argv);
-    TestIniStore test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CHILD(writeAndExit)
+TEST_CLASS(tst_IniStore, testmain::CoreApplication)
 #include "tst_inistore.moc"

@@ -5,6 +5,7 @@
 #include "environment/DataRoot.h"
 #include "environment/SafeFile.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 #include <cmath>
@@ -34,7 +35,7 @@ double contrast(const QString &a, const QString &b)
 
 } // namespace
 
-class TestProductData : public QObject
+class tst_ProductData : public QObject
 {
     Q_OBJECT
 
@@ -226,5 +227,5 @@ private:
     }
 };
 
-QTEST_GUILESS_MAIN(TestProductData)
+TEST_CLASS(tst_ProductData, testmain::CoreApplication)
 #include "tst_productdata.moc"

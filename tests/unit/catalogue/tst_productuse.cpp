@@ -7,6 +7,7 @@
 #include "environment/DataRoot.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/ProgramSources.h"
+#include "tests/support/TestMain.h"
 
 #include <QSettings>
 #include <QtTest>
@@ -152,7 +153,7 @@ bool isButtonDefault(const QString &key)
 
 } // namespace
 
-class TestProductUse : public QObject
+class tst_ProductUse : public QObject
 {
     Q_OBJECT
 
@@ -323,5 +324,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestProductUse)
+TEST_CLASS(tst_ProductUse, testmain::CoreApplication)
 #include "tst_productuse.moc"

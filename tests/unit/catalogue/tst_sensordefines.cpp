@@ -7,6 +7,7 @@
 #include "catalogue/SensorDefines.h"
 #include "environment/DataRoot.h"
 #include "environment/SafeFile.h"
+#include "tests/support/TestMain.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -77,7 +78,7 @@ QByteArray randomLines(std::mt19937 *random)
 
 } // namespace
 
-class TestSensorDefines : public QObject
+class tst_SensorDefines : public QObject
 {
     Q_OBJECT
 
@@ -351,5 +352,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSensorDefines)
+TEST_CLASS(tst_SensorDefines, testmain::CoreApplication)
 #include "tst_sensordefines.moc"

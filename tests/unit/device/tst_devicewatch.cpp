@@ -8,6 +8,7 @@
 #include "device/Worker.h"
 #include "tests/support/DeviceFixture.h"
 #include "tests/support/OtherThread.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 
@@ -284,5 +285,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_devicewatch)
+TEST_CLASS(tst_devicewatch, testmain::CoreApplication)
 #include "tst_devicewatch.moc"

@@ -5,6 +5,7 @@
 #include "catalogue/RegistryStore.h"
 #include "device/DeviceRecord.h"
 #include "tests/support/OtherThread.h"
+#include "tests/support/TestMain.h"
 #include "tests/unit/device/DispatchFixture.h"
 
 #include <cstring>
@@ -238,5 +239,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_dispatch)
+TEST_CLASS(tst_dispatch, testmain::CoreApplication)
 #include "tst_dispatch.moc"

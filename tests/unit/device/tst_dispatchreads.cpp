@@ -4,6 +4,7 @@
 // Full reads and resets: what they store, feed to the pages and ask of the receiver.
 #include "catalogue/RegistryStore.h"
 #include "device/DeviceRecord.h"
+#include "tests/support/TestMain.h"
 #include "tests/unit/device/DispatchFixture.h"
 
 #include <cstring>
@@ -155,5 +156,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_dispatchreads)
+TEST_CLASS(tst_dispatchreads, testmain::CoreApplication)
 #include "tst_dispatchreads.moc"

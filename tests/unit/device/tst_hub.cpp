@@ -4,6 +4,7 @@
 // The hub: its signals, and the blocking delivery of types that no queue could carry.
 #include "hub/PostMsg.h"
 #include "tests/support/OtherThread.h"
+#include "tests/support/TestMain.h"
 
 #include <QMetaMethod>
 #include <QSet>
@@ -184,5 +185,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_hub)
+TEST_CLASS(tst_hub, testmain::CoreApplication)
 #include "tst_hub.moc"

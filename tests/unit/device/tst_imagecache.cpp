@@ -5,6 +5,7 @@
 #include "device/DeviceState.h"
 #include "device/ImageCache.h"
 #include "tests/support/ProductFolder.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 #include <cstring>
@@ -107,5 +108,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_imagecache)
+TEST_CLASS(tst_imagecache, testmain::CoreApplication)
 #include "tst_imagecache.moc"

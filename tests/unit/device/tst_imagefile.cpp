@@ -5,6 +5,7 @@
 #include "device/ImageFile.h"
 #include "tests/support/ProductFolder.h"
 #include "tests/support/Records.h"
+#include "tests/support/TestMain.h"
 
 #include <QDataStream>
 #include <QtTest>
@@ -251,5 +252,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_imagefile)
+TEST_CLASS(tst_imagefile, testmain::CoreApplication)
 #include "tst_imagefile.moc"

@@ -10,6 +10,7 @@
 #include "device/WriteFamily.h"
 #include "environment/DataRoot.h"
 #include "tests/support/FakeHidUsb.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 #include <limits>
@@ -73,7 +74,7 @@ QVector<int> steps(int dpi, const DpiRanges &ranges)
 
 } // namespace
 
-class TestSensorDpi : public QObject
+class tst_SensorDpi : public QObject
 {
     Q_OBJECT
 
@@ -396,5 +397,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSensorDpi)
+TEST_CLASS(tst_SensorDpi, testmain::CoreApplication)
 #include "tst_sensordpi.moc"

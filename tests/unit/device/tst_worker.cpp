@@ -8,6 +8,7 @@
 #include "device/ImageCache.h"
 #include "device/Worker.h"
 #include "tests/support/DeviceFixture.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 #include <cstring>
@@ -261,5 +262,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_worker)
+TEST_CLASS(tst_worker, testmain::CoreApplication)
 #include "tst_worker.moc"

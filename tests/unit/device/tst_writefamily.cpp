@@ -7,6 +7,7 @@
 #include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
 #include "tests/support/FakeHidUsb.h"
+#include "tests/support/TestMain.h"
 
 #include <QSignalSpy>
 #include <QtTest>
@@ -250,5 +251,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_writefamily)
+TEST_CLASS(tst_writefamily, testmain::CoreApplication)
 #include "tst_writefamily.moc"

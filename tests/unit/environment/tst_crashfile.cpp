@@ -4,6 +4,7 @@
 #include "environment/CrashFile.h"
 #include "environment/CrashName.h"
 #include "environment/DataRoot.h"
+#include "tests/support/TestMain.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -29,8 +30,9 @@ __attribute__((noinline)) void writeAtAddress16()
 }
 
 // The part that a child process plays: it never returns when the crash works.
-int crash(const QByteArray &kind)
+int crash(int, char **arguments)
 {
+    const QByteArray kind = arguments[1];
     installCrashFilter();
     if (kind == "noFolder")
         QDir(dataRoot() + "/Exception").removeRecursively();
@@ -51,7 +53,7 @@ int crash(const QByteArray &kind)
 
 } // namespace
 
-class TestCrashFile : public QObject
+class tst_CrashFile : public QObject
 {
     Q_OBJECT
 
@@ -134,7 +136,7 @@ private:
     static int runCrash(const QByteArray &kind)
     {
         QProcess child;
-        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--crash"), QString(kind)});
+        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("crash"), QString(kind)});
         if (!child.waitForFinished(60000))
             return 0;
         return child.exitStatus() == QProcess::NormalExit ? child.exitCode() : -1;
@@ -155,18 +157,12 @@ private:
         QVERIFY(lines.value(2).startsWith("process "));
         QCOMPARE(lines.value(3), QByteArray("backtrace"));
         QVERIFY(lines.size() > 6);
-        QVERIFY(lines.mid(4).join().contains("tst_crashfile"));
+        QVERIFY(lines.mid(4).join().contains(QCoreApplication::applicationFilePath().toLocal8Bit()));
     }
 
     QTemporaryDir home_;
 };
 
-int main(int argc, char **argv)
-{
-    if (argc == 3 && QByteArray(argv[1]) == "--crash")
-        return crash(argv[2]);
-    QCoreApplication application(argc, argv);
-    TestCrashFile test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CHILD(crash)
+TEST_CLASS(tst_CrashFile, testmain::CoreApplication)
 #include "tst_crashfile.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "environment/DataRoot.h"
+#include "tests/support/TestMain.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -9,7 +10,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-class TestDataRoot : public QObject
+class tst_DataRoot : public QObject
 {
     Q_OBJECT
 
@@ -160,5 +161,5 @@ private:
     std::unique_ptr<QTemporaryDir> home_;
 };
 
-QTEST_GUILESS_MAIN(TestDataRoot)
+TEST_CLASS(tst_DataRoot, testmain::CoreApplication)
 #include "tst_dataroot.moc"

@@ -3,12 +3,13 @@
 
 #include "environment/DataRoot.h"
 #include "environment/LogWriter.h"
+#include "tests/support/TestMain.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
 #include <thread>
 
-class TestLogWriter : public QObject
+class tst_LogWriter : public QObject
 {
     Q_OBJECT
 
@@ -97,5 +98,5 @@ private:
     std::unique_ptr<QTemporaryDir> home_;
 };
 
-QTEST_GUILESS_MAIN(TestLogWriter)
+TEST_CLASS(tst_LogWriter, testmain::CoreApplication)
 #include "tst_logwriter.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "environment/SafeFile.h"
+#include "tests/support/TestMain.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
@@ -40,7 +41,7 @@ int exitCode(pid_t child)
 
 } // namespace
 
-class TestSafeFile : public QObject
+class tst_SafeFile : public QObject
 {
     Q_OBJECT
 
@@ -147,5 +148,5 @@ private:
     QTemporaryDir folder_;
 };
 
-QTEST_GUILESS_MAIN(TestSafeFile)
+TEST_CLASS(tst_SafeFile, testmain::CoreApplication)
 #include "tst_safefile.moc"

@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "environment/Scale.h"
+#include "tests/support/TestMain.h"
 
 #include <QProcess>
 #include <QtTest>
 
-class TestScale : public QObject
+class tst_Scale : public QObject
 {
     Q_OBJECT
 
@@ -73,5 +74,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestScale)
+TEST_CLASS(tst_Scale, testmain::CoreApplication)
 #include "tst_scale.moc"

@@ -3,6 +3,7 @@
 
 #include "environment/DataRoot.h"
 #include "environment/SingleInstance.h"
+#include "tests/support/TestMain.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -12,7 +13,7 @@ namespace
 {
 
 // A copy of the program: says whether it is the first, and stays until its input ends.
-int playCopy()
+int playCopy(int, char **)
 {
     SingleInstance instance;
     QTextStream out(stdout);
@@ -25,7 +26,7 @@ int playCopy()
 class Copy
 {
 public:
-    Copy() { process_.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--copy")}); }
+    Copy() { process_.start(QCoreApplication::applicationFilePath(), {QStringLiteral("playCopy")}); }
     ~Copy() { end(); }
     QByteArray verdict()
     {
@@ -50,7 +51,7 @@ private:
 
 } // namespace
 
-class TestSingleInstance : public QObject
+class tst_SingleInstance : public QObject
 {
     Q_OBJECT
 
@@ -123,12 +124,6 @@ private:
     QTemporaryDir home_;
 };
 
-int main(int argc, char **argv)
-{
-    if (argc == 2 && QByteArray(argv[1]) == "--copy")
-        return playCopy();
-    QCoreApplication application(argc, argv);
-    TestSingleInstance test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CHILD(playCopy)
+TEST_CLASS(tst_SingleInstance, testmain::CoreApplication)
 #include "tst_singleinstance.moc"

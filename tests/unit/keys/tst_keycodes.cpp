@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // What each name becomes in a macro's file, in an event of a macro and in a combination.
+#include "tests/support/TestMain.h"
 #include "tests/unit/keys/ExpectedKeys.h"
 
 #include <cstring>
@@ -216,6 +217,6 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_KeyCodes)
+TEST_CLASS(tst_KeyCodes, testmain::NoApplication)
 
 #include "tst_keycodes.moc"

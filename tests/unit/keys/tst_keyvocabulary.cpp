@@ -3,6 +3,7 @@
 //
 // What each code, kind and virtual key is called, walked whole against tests/data/keys.tsv and the deviations
 // as they are listed here.
+#include "tests/support/TestMain.h"
 #include "tests/unit/keys/ExpectedKeys.h"
 
 #include <set>
@@ -186,6 +187,6 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_KeyVocabulary)
+TEST_CLASS(tst_KeyVocabulary, testmain::NoApplication)
 
 #include "tst_keyvocabulary.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "presentation/FontScale.h"
+#include "tests/support/TestMain.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -9,7 +10,7 @@
 #include <QVBoxLayout>
 #include <QtTest>
 
-class TestFontScale : public QObject
+class tst_FontScale : public QObject
 {
     Q_OBJECT
 
@@ -87,5 +88,5 @@ private:
     std::unique_ptr<QWidget> window_;
 };
 
-QTEST_MAIN(TestFontScale)
+TEST_CLASS(tst_FontScale, testmain::WidgetApplication)
 #include "tst_fontscale.moc"

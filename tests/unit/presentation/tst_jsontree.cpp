@@ -3,10 +3,11 @@
 //
 // What is JSON and what is not, and how deep it may go.
 #include "presentation/language/JsonTree.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 
-class TestJsonTree : public QObject
+class tst_JsonTree : public QObject
 {
     Q_OBJECT
 
@@ -79,5 +80,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(TestJsonTree)
+TEST_CLASS(tst_JsonTree, testmain::NoApplication)
 #include "tst_jsontree.moc"

@@ -4,6 +4,7 @@
 #include "environment/DataRoot.h"
 #include "presentation/language/CompanyLabels.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -11,7 +12,7 @@
 
 using namespace language;
 
-class TestLanguage : public QObject
+class tst_Language : public QObject
 {
     Q_OBJECT
 
@@ -378,5 +379,5 @@ private:
     std::unique_ptr<QTemporaryDir> folder_;
 };
 
-QTEST_GUILESS_MAIN(TestLanguage)
+TEST_CLASS(tst_Language, testmain::CoreApplication)
 #include "tst_language.moc"

@@ -4,6 +4,7 @@
 // Duplicates, hidden receivers, the pictures of a tile, and what a click on a silent mouse's tile means.
 #include "presentation/ModelPicture.h"
 #include "selection/AttachedList.h"
+#include "tests/support/TestMain.h"
 
 #include <QtTest>
 
@@ -139,5 +140,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_AttachedList)
+TEST_CLASS(tst_AttachedList, testmain::NoApplication)
 #include "tst_attachedlist.moc"

@@ -3,6 +3,8 @@
 //
 // The rendered skin: every picture in both sizes, the sizes that the pages count on, states that a person
 // who sees no colour can tell apart, and grounds on which the skin's text can be read.
+#include "tests/support/TestMain.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QImage>
@@ -279,5 +281,5 @@ void tst_skin::textCanBeRead()
     QVERIFY2(!dimToo || dimInk >= 4.5, qPrintable(QStringLiteral("dim ink: %1 to 1").arg(dimInk)));
 }
 
-QTEST_GUILESS_MAIN(tst_skin)
+TEST_CLASS(tst_skin, testmain::CoreApplication)
 #include "tst_skin.moc"

@@ -3,6 +3,7 @@
 
 #include "catalogue/ConfigReader.h"
 #include "catalogue/EncodedKeys.h"
+#include "tests/support/TestMain.h"
 #include "tools/encode/CatalogueSource.h"
 #include "tools/encode/UdevRules.h"
 
@@ -11,7 +12,7 @@
 #include <QtTest>
 #include <sstream>
 
-class TestEncodeCatalogue : public QObject
+class tst_EncodeCatalogue : public QObject
 {
     Q_OBJECT
 
@@ -168,5 +169,5 @@ private:
     QByteArray errors_;
 };
 
-QTEST_GUILESS_MAIN(TestEncodeCatalogue)
+TEST_CLASS(tst_EncodeCatalogue, testmain::CoreApplication)
 #include "tst_encodecatalogue.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Palettes for the pictures of the skin: nothing changes where 256 colours do, little where they nearly do.
+#include "tests/support/TestMain.h"
 #include "tools/pack/Palette.h"
 
 #include <QtTest>
@@ -103,5 +104,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_Palette)
+TEST_CLASS(tst_Palette, testmain::NoApplication)
 #include "tst_palette.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The device page's frame: the column that leads to its pages, the battery, the connection, the background.
+#include "tests/support/TestMain.h"
 #include "tests/widget/app/MainWindow.h"
 
 #include <QLabel>
@@ -168,14 +169,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    tst_DevicePage test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_DevicePage, fixture::ShippedLooks)
 
 #include "tst_devicepage.moc"

@@ -7,6 +7,7 @@
 #include "app/DialogMain.h"
 #include "device/ImageCache.h"
 #include "device/WriteFamily.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QStackedWidget>
@@ -285,14 +286,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    tst_Ending test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_Ending, fixture::ShippedLooks)
 
 #include "tst_ending.moc"

@@ -7,6 +7,7 @@
 #include "device/Worker.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/app/Emitter.h"
 
@@ -362,14 +363,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    tst_HubDelivery test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_HubDelivery, fixture::ShippedLooks)
 
 #include "tst_hubdelivery.moc"

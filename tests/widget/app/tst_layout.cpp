@@ -17,6 +17,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/selection/RefusedNodes.h"
 
@@ -356,17 +357,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    QTemporaryDir home;
-    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-    setApplicationFolder(QString::fromLocal8Bit(PRODUCT_FOLDER));
-    makeDataFolders();
-    QApplication application(argc, argv);
-    application.setFont(QFont("DejaVu Sans", 9));
-    applySkin();
-    tst_Layout test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_Layout, fixture::ShippedProduct)
 
 #include "tst_layout.moc"

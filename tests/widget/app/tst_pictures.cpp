@@ -14,6 +14,7 @@
 #include "presentation/Widgets.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/ProgramSources.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QStackedWidget>
@@ -212,16 +213,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    QTemporaryDir home;
-    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-    setApplicationFolder(QString::fromLocal8Bit(PRODUCT_FOLDER));
-    makeDataFolders();
-    QApplication application(argc, argv);
-    applySkin();
-    tst_Pictures test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_Pictures, fixture::ShippedProduct)
 
 #include "tst_pictures.moc"

@@ -5,6 +5,7 @@
 // the program.
 #include "catalogue/LanguageChoice.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/TrayHost.h"
 #include "tests/widget/app/MainWindow.h"
 
@@ -47,7 +48,7 @@ class tst_Tray : public MainWindow
     }
 
 public:
-    TrayHost *tray = nullptr;
+    static inline TrayHost *tray = nullptr;
 
     // The program's end by the menu, in a process of its own; tells what the layer heard of it.
     int endByMenu()
@@ -127,7 +128,7 @@ private slots:
     void theSecondEntryEndsAtOnce()
     {
         QProcess program;
-        program.start(QCoreApplication::applicationFilePath(), {"--end"});
+        program.start(QCoreApplication::applicationFilePath(), {"endByMenu"});
         QVERIFY(program.waitForFinished());
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
         QCOMPARE(program.exitCode(), 0);
@@ -135,18 +136,25 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
+namespace
 {
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    qputenv("QT_XCB_GL_INTEGRATION", "none");
-    const bool ends = argc > 1 && qstrcmp(argv[1], "--end") == 0;
+
+struct TrayDesktop {
+    TrayDesktop(int &argc, char **argv) : looks(argc, argv) { tst_Tray::tray = &tray; }
+
     TrayHost tray;
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    tst_Tray test;
-    test.tray = &tray;
-    return ends ? test.endByMenu() : QTest::qExec(&test, argc, argv);
+    fixture::ShippedLooks looks;
+};
+
+int endByMenu(int argc, char **argv)
+{
+    const TrayDesktop setUp(argc, argv);
+    return tst_Tray().endByMenu();
 }
+
+} // namespace
+
+TEST_CHILD(endByMenu)
+TEST_CLASS(tst_Tray, TrayDesktop)
 
 #include "tst_tray.moc"

@@ -12,6 +12,7 @@
 #include "selection/AttachedDevices.h"
 #include "sensor/Sensor.h"
 #include "sensor/SensorRate.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 #include "tests/widget/app/MainWindow.h"
 
@@ -300,14 +301,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    tst_Windows test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_Windows, fixture::ShippedLooks)
 
 #include "tst_windows.moc"

@@ -157,14 +157,9 @@ private:
     std::unique_ptr<ButtonPage> made;
 };
 
-// main() of a test of the page.
-template <typename Test> int runButtonPageTest(int argc, char **argv)
-{
-    const ProductFolder product(ButtonPage::catalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    application.setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
-    LoadLanguageTables();
-    Test test;
-    return QTest::qExec(&test, argc, argv);
-}
+struct ButtonPageSetUp : fixture::ShippedLooks {
+    ButtonPageSetUp(int &argc, char **argv) : ShippedLooks(argc, argv, ButtonPage::catalogue())
+    {
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+    }
+};

@@ -7,6 +7,7 @@
 #include "presentation/dialogs/FireKey.h"
 #include "presentation/dialogs/GroupKey.h"
 #include "tests/support/ButtonActions.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
 #include <cstring>
@@ -345,6 +346,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runButtonPageTest<tst_ButtonBinding>(argc, argv); }
+TEST_CLASS(tst_ButtonBinding, ButtonPageSetUp)
 
 #include "tst_buttonbinding.moc"

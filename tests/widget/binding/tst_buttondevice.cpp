@@ -3,6 +3,7 @@
 //
 // What the binding page does to the whole device: the choice of its profile, reset, import and export.
 #include "presentation/Notices.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
 #include <QComboBox>
@@ -187,6 +188,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runButtonPageTest<tst_ButtonDevice>(argc, argv); }
+TEST_CLASS(tst_ButtonDevice, ButtonPageSetUp)
 
 #include "tst_buttondevice.moc"

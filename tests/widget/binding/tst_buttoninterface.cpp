@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The binding page: what stands on it, what it shows of a record, and that showing is no edit.
+#include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
 #include "device/ImageCache.h"
@@ -219,6 +220,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runButtonPageTest<tst_Buttoninterface>(argc, argv); }
+TEST_CLASS(tst_Buttoninterface, ButtonPageSetUp)
 
 #include "tst_buttoninterface.moc"

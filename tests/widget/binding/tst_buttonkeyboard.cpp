@@ -3,6 +3,7 @@
 //
 // The binding page without a mouse: the way of the keyboard over it and what each key does.
 #include "presentation/FocusRing.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
 class tst_ButtonKeyboard : public ButtonPageTest
@@ -149,6 +150,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runButtonPageTest<tst_ButtonKeyboard>(argc, argv); }
+TEST_CLASS(tst_ButtonKeyboard, ButtonPageSetUp)
 
 #include "tst_buttonkeyboard.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The binding page's picture and rows: the marks on each model's mouse, and what a click on one does.
+#include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
 #include "presentation/StyleSheets.h"
@@ -141,6 +142,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runButtonPageTest<tst_ButtonMarks>(argc, argv); }
+TEST_CLASS(tst_ButtonMarks, ButtonPageSetUp)
 
 #include "tst_buttonmarks.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // A button of the binding page that is opened: what stands checked, which panel shows, and the way back.
+#include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
 #include <QComboBox>
@@ -170,6 +171,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runButtonPageTest<tst_ButtonOpening>(argc, argv); }
+TEST_CLASS(tst_ButtonOpening, ButtonPageSetUp)
 
 #include "tst_buttonopening.moc"

@@ -5,6 +5,7 @@
 #include "binding/DebounceTime.h"
 #include "presentation/Notices.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QComboBox>
@@ -151,13 +152,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    tst_DebounceTime test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_DebounceTime, fixture::ShippedLooks)
 
 #include "tst_debouncetime.moc"

@@ -8,6 +8,7 @@
 #include "emulator/panel/PanelLook.h"
 #include "emulator/panel/PanelWindow.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TestMain.h"
 
 #include <QApplication>
 #include <QtTest>
@@ -96,4 +97,12 @@ receiver rx class 8k mouse air version 1.02 address a10001
 mouse wired name "A name of many letters" cid 18 mid 8 battery 100
 plug rx
 )";
+};
+
+struct PanelSetUp : testmain::WidgetApplication {
+    PanelSetUp(int &argc, char **argv) : WidgetApplication(argc, argv)
+    {
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+        look::apply(application);
+    }
 };

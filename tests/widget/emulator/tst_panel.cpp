@@ -4,6 +4,7 @@
 // The emulator's panel on an emulator in this process: what it shows and what it does.
 #include "device/hidusb/wire/FlashLayout.h"
 #include "tests/support/RawClient.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/emulator/PanelFixture.h"
 
 #include <QAbstractSpinBox>
@@ -321,13 +322,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    QApplication application(argc, argv);
-    application.setFont(QFont("DejaVu Sans", 9));
-    look::apply(application);
-    tst_Panel test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_Panel, PanelSetUp)
 
 #include "tst_panel.moc"

@@ -4,6 +4,7 @@
 // The panel's link: an emulator that goes and comes, one that refuses, and an impostor that answers what it
 // likes.
 #include "emulator/BusFolder.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/emulator/PanelFixture.h"
 
 #include <atomic>
@@ -168,13 +169,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    QApplication application(argc, argv);
-    application.setFont(QFont("DejaVu Sans", 9));
-    look::apply(application);
-    tst_PanelLink test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_PanelLink, PanelSetUp)
 
 #include "tst_panellink.moc"

@@ -6,6 +6,7 @@
 #include "keys/KeySource.h"
 #include "keys/KeyVocabulary.h"
 #include "tests/support/KeysFile.h"
+#include "tests/support/TestMain.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -374,6 +375,6 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_KeySource)
+TEST_CLASS(tst_KeySource, testmain::WidgetApplication)
 
 #include "tst_keysource.moc"

@@ -5,6 +5,7 @@
 // the keyboard taken away.
 #include "keys/KeySource.h"
 #include "tests/support/KeysFile.h"
+#include "tests/support/TestMain.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -17,7 +18,6 @@ namespace
 constexpr int Offset = 8;
 constexpr int LastOfServer = 255; // the server knows no key above it
 constexpr int Backtick = 41, A = 30, LeftShift = 42, RightShift = 54, LeftAlt = 56, RightAlt = 100;
-const char OtherWindow[] = "--other";
 
 struct Key {
     int evdev;
@@ -48,6 +48,24 @@ void up(int evdev) { run("xdotool", {"keyup", "--delay", "0", serverKey(evdev)})
 
 QString downText(int key) { return QString("+%1").arg(key, 0, 16); }
 QString upText(int key) { return QString("-%1").arg(key, 0, 16); }
+
+// The toolkit's own input method, whichever the desktop has.
+struct ComposingInput {
+    ComposingInput() { qputenv("QT_IM_MODULE", "compose"); }
+};
+struct ComposingApplication : private ComposingInput, testmain::WidgetApplication {
+    using WidgetApplication::WidgetApplication;
+};
+
+// Another program, which takes the keyboard.
+int otherWindow(int argc, char **argv)
+{
+    const ComposingApplication setUp(argc, argv);
+    QLineEdit other;
+    other.show();
+    other.activateWindow();
+    return QApplication::exec();
+}
 
 } // namespace
 
@@ -186,7 +204,7 @@ private slots:
         down(A);
         QTRY_VERIFY(log.contains("+41"));
         QProcess other;
-        other.start(QCoreApplication::applicationFilePath(), {OtherWindow});
+        other.start(QCoreApplication::applicationFilePath(), {"otherWindow"});
         // It is a whole process that has to start.
         QTRY_COMPARE_WITH_TIMEOUT(log.mid(log.size() - 2), QStringList({"-41", "-a0"}), 30000);
         log.clear();
@@ -204,19 +222,7 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    qputenv("QT_XCB_GL_INTEGRATION", "none");
-    qputenv("QT_IM_MODULE", "compose");
-    QApplication application(argc, argv);
-    if (application.arguments().contains(OtherWindow)) {
-        QLineEdit other;
-        other.show();
-        other.activateWindow();
-        return application.exec();
-    }
-    tst_RealKeys test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CHILD(otherWindow)
+TEST_CLASS(tst_RealKeys, ComposingApplication)
 
 #include "tst_realkeys.moc"

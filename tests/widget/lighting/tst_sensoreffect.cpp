@@ -5,6 +5,7 @@
 #include "lighting/LampLight.h"
 #include "lighting/SensorEffect.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QComboBox>
@@ -314,13 +315,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    tst_SensorEffect test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_SensorEffect, fixture::ShippedLooks)
 
 #include "tst_sensoreffect.moc"

@@ -6,6 +6,7 @@
 
 #include "keys/KeyVocabulary.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 class tst_Macro : public QObject
@@ -47,14 +48,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    tst_Macro test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_Macro, fixture::ShippedLooks)
 
 #include "tst_macro.moc"

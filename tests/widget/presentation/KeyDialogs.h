@@ -33,14 +33,4 @@ inline void open(QWidget &dialog)
     QApplication::setActiveWindow(&dialog);
 }
 
-template <typename Test> int run(int argc, char **argv)
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    Test test;
-    return QTest::qExec(&test, argc, argv);
-}
-
 } // namespace keydialogs

@@ -10,6 +10,7 @@
 #include "presentation/dialogs/GroupKey.h"
 #include "presentation/dialogs/addKey.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QLabel>
@@ -262,14 +263,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    tst_BindingDialogs test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_BindingDialogs, fixture::ShippedLooks)
 
 #include "tst_bindingdialogs.moc"

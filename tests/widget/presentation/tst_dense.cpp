@@ -6,6 +6,7 @@
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QCheckBox>
@@ -41,6 +42,13 @@ bool shows(const QImage &shot, const QImage &picture)
                 return true;
     return false;
 }
+
+struct TwoPixels {
+    TwoPixels() { qputenv("QT_SCALE_FACTOR", "2"); }
+};
+struct DenseScreen : private TwoPixels, fixture::ShippedLooks {
+    using ShippedLooks::ShippedLooks;
+};
 
 } // namespace
 
@@ -116,14 +124,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    qputenv("QT_SCALE_FACTOR", "2");
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    tst_Dense test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_Dense, DenseScreen)
 
 #include "tst_dense.moc"

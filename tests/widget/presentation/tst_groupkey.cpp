@@ -3,6 +3,7 @@
 //
 // The dialog that asks for a combination: how it grows, its time, its limit and its result.
 #include "presentation/Notices.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/presentation/KeyDialogs.h"
 
 #include <QCheckBox>
@@ -192,6 +193,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return run<tst_GroupKey>(argc, argv); }
+TEST_CLASS(tst_GroupKey, fixture::ShippedLooks)
 
 #include "tst_groupkey.moc"

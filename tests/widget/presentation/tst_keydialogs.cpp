@@ -3,6 +3,7 @@
 //
 // The dialogs that ask for a combination and for a key: what they make of the keyboard, and how long they
 // listen.
+#include "tests/support/TestMain.h"
 #include "tests/widget/presentation/KeyDialogs.h"
 
 #include <QCheckBox>
@@ -223,6 +224,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return run<tst_KeyDialogs>(argc, argv); }
+TEST_CLASS(tst_KeyDialogs, fixture::ShippedLooks)
 
 #include "tst_keydialogs.moc"

@@ -6,10 +6,24 @@
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QTemporaryDir>
 #include <QVBoxLayout>
+
+namespace
+{
+
+struct SmallCatalogue {
+    const ProductFolder product{smallCatalogue()};
+};
+// Without the skin, for which the test has a folder of its own.
+struct BareCatalogue : private SmallCatalogue, testmain::WidgetApplication {
+    using WidgetApplication::WidgetApplication;
+};
+
+} // namespace
 
 class tst_Looks : public QObject
 {
@@ -261,12 +275,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    QApplication application(argc, argv);
-    tst_Looks test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_Looks, BareCatalogue)
 
 #include "tst_looks.moc"

@@ -5,6 +5,7 @@
 // window behind is activated, and gives it back.
 #include "presentation/Notices.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QWindow>
@@ -52,14 +53,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    qputenv("QT_XCB_GL_INTEGRATION", "none");
-    QApplication application(argc, argv);
-    tst_NoticeFocus test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_NoticeFocus, fixture::ShippedLooks)
 
 #include "tst_noticefocus.moc"

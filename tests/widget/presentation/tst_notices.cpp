@@ -9,6 +9,7 @@
 #include "presentation/QuestionDialog.h"
 #include "presentation/UpDataParam.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QLabel>
@@ -340,14 +341,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    tst_Notices test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_Notices, fixture::ShippedLooks)
 
 #include "tst_notices.moc"

@@ -8,6 +8,7 @@
 #include "presentation/dialogs/KeyField.h"
 #include "presentation/dialogs/addKey.h"
 #include "presentation/language/LanguageTables.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QCheckBox>
@@ -146,15 +147,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    qputenv("QT_XCB_GL_INTEGRATION", "none");
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    tst_RealKeyDialogs test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_RealKeyDialogs, fixture::ShippedLooks)
 
 #include "tst_realkeydialogs.moc"

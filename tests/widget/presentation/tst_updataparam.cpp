@@ -6,6 +6,7 @@
 #include "device/ImageFile.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QDataStream>
@@ -235,13 +236,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    tst_UpDataParam test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_UpDataParam, fixture::ShippedLooks)
 
 #include "tst_updataparam.moc"

@@ -104,15 +104,3 @@ protected:
         QDir(applicationFolder() + "/bin").removeRecursively();
     }
 };
-
-// main() of a test of the page, on the shipped looks.
-template <typename Test>
-int runSelectionTest(int argc, char **argv, const QByteArray &catalogue = smallCatalogue())
-{
-    const ProductFolder product(catalogue);
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    Test test;
-    return QTest::qExec(&test, argc, argv);
-}

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The selection page: its tiles for any set of devices, the carousel and the texts.
+#include "tests/support/TestMain.h"
 #include "tests/widget/selection/SelectionPage.h"
 
 #include <QCheckBox>
@@ -306,6 +307,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runSelectionTest<tst_DialogChange>(argc, argv); }
+TEST_CLASS(tst_DialogChange, fixture::ShippedLooks)
 
 #include "tst_dialogchange.moc"

@@ -4,6 +4,7 @@
 // Devices that are there and may not be opened: the selection page says so, says what is missing and which
 // command adds it, and forgets it by itself when the right is there.
 #include "selection/PermissionHint.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/selection/RefusedNodes.h"
 #include "tests/widget/selection/SelectionPage.h"
 
@@ -12,7 +13,7 @@
 
 using fixture::RefusedNodes;
 
-class tst_RightHint : public SelectionPage
+class tst_PermissionHint : public SelectionPage
 {
     Q_OBJECT
 
@@ -311,6 +312,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runSelectionTest<tst_RightHint>(argc, argv); }
+TEST_CLASS(tst_PermissionHint, fixture::ShippedLooks)
 
 #include "tst_permissionhint.moc"

@@ -3,6 +3,7 @@
 //
 // What a search brings to the selection page, and what becomes of one that comes late, in a crowd or for
 // nobody.
+#include "tests/support/TestMain.h"
 #include "tests/widget/selection/SelectionPage.h"
 
 class tst_SelectionSearch : public SelectionPage
@@ -122,6 +123,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runSelectionTest<tst_SelectionSearch>(argc, argv); }
+TEST_CLASS(tst_SelectionSearch, fixture::ShippedLooks)
 
 #include "tst_selectionsearch.moc"

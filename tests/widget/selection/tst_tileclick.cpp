@@ -3,6 +3,7 @@
 //
 // The selection page: the road of a click on a tile, and the other controls.
 #include "device/hidusb/wire/FirmwareFile.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/selection/SelectionPage.h"
 
 using fixture::CableKind;
@@ -369,17 +370,23 @@ private slots:
     }
 };
 
+namespace
+{
+
 // The first model's files have names of their own.
-static QByteArray catalogueWithFirmware()
+QByteArray catalogueWithFirmware()
 {
     const auto code = ProductFolder::code;
     return smallCatalogue() + "[Drive1]\nMM=" + code("six") + "\nDM=" + code("six-1k") +
            "\nD8M=" + code("six-8k") + '\n';
 }
 
-int main(int argc, char *argv[])
-{
-    return runSelectionTest<tst_TileClick>(argc, argv, catalogueWithFirmware());
-}
+struct FirmwareCatalogue : fixture::ShippedLooks {
+    FirmwareCatalogue(int &argc, char **argv) : ShippedLooks(argc, argv, catalogueWithFirmware()) {}
+};
+
+} // namespace
+
+TEST_CLASS(tst_TileClick, FirmwareCatalogue)
 
 #include "tst_tileclick.moc"

@@ -120,13 +120,6 @@ public:
     }
 };
 
-// main() of a test of this page.
-template <typename Test> int runAdvancedTest(int argc, char **argv)
-{
-    const ProductFolder product(advanced::catalogue());
-    fixture::useShippedLooks(product);
-    LoadLanguageTables();
-    QApplication application(argc, argv);
-    Test test;
-    return QTest::qExec(&test, argc, argv);
-}
+struct AdvancedSetUp : fixture::ShippedLooks {
+    AdvancedSetUp(int &argc, char **argv) : ShippedLooks(argc, argv, advanced::catalogue()) {}
+};

@@ -175,16 +175,6 @@ private:
 // Models of the product's catalogue, by index.
 enum Model { WideModel, FastModel, TableModel, PlainModel, ModelCount };
 
-template <typename Test> int runDpiTest(int argc, char *argv[])
-{
-    QTemporaryDir home;
-    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-    setApplicationFolder(QString::fromLocal8Bit(PRODUCT_FOLDER));
-    makeDataFolders();
-    QApplication application(argc, argv);
-    application.setFont(QFont("DejaVu Sans", 9));
-    applySkin();
-    ReadSensorDefines();
-    Test test;
-    return QTest::qExec(&test, argc, argv);
-}
+struct DpiSetUp : fixture::ShippedProduct {
+    DpiSetUp(int &argc, char **argv) : ShippedProduct(argc, argv) { ReadSensorDefines(); }
+};

@@ -178,15 +178,10 @@ private:
     }
 };
 
-// main() of a test of the page: its own catalogue, the shipped looks and texts.
-template <typename Test> int runSensorTest(int argc, char **argv)
-{
-    const ProductFolder product(sensorCatalogue());
-    fixture::useShippedLooks(product);
-    QFile::link(QStringLiteral(PRODUCT_FOLDER "/driver_sensor.h"),
-                product.path(QStringLiteral("driver_sensor.h")));
-    QApplication application(argc, argv);
-    LoadLanguageTables();
-    Test test;
-    return QTest::qExec(&test, argc, argv);
-}
+// The page's own catalogue, and the sensor table that ships.
+struct SensorSetUp : fixture::ShippedLooks {
+    SensorSetUp(int &argc, char **argv) : ShippedLooks(argc, argv, sensorCatalogue())
+    {
+        product.take(QStringLiteral("driver_sensor.h"));
+    }
+};

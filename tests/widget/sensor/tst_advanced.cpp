@@ -3,6 +3,7 @@
 //
 // The advanced page: what it shows of a record, what each control writes, and the way back when the mouse
 // does not answer.
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/AdvancedPage.h"
 
 using namespace advanced;
@@ -322,5 +323,5 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runAdvancedTest<tst_Advanced>(argc, argv); }
+TEST_CLASS(tst_Advanced, AdvancedSetUp)
 #include "tst_advanced.moc"

@@ -3,6 +3,7 @@
 //
 // The groups of the advanced page: which of them a model and its link show, where they stand, what they
 // say, and the tab that is kept out of view.
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/AdvancedPage.h"
 
 using namespace advanced;
@@ -395,5 +396,5 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runAdvancedTest<tst_AdvancedGroups>(argc, argv); }
+TEST_CLASS(tst_AdvancedGroups, AdvancedSetUp)
 #include "tst_advancedgroups.moc"

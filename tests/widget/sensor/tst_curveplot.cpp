@@ -3,6 +3,7 @@
 //
 // The curve: its coordinates, its spline, the pointer on it, and what covers what.
 #include "sensor/plots/CurvePlotWidget.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/Drawn.h"
 
 using namespace drawn;
@@ -302,5 +303,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_CurvePlot)
+TEST_CLASS(tst_CurvePlot, testmain::WidgetApplication)
 #include "tst_curveplot.moc"

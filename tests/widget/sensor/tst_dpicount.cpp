@@ -3,6 +3,7 @@
 //
 // The number of DPI stages, the exchange when the current one would vanish, and a long mixed run of edits.
 #include "sensor/DpiSteps.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/DpiFixture.h"
 
 #include <QAbstractItemView>
@@ -235,6 +236,6 @@ private:
     }
 };
 
-int main(int argc, char *argv[]) { return runDpiTest<tst_DpiCount>(argc, argv); }
+TEST_CLASS(tst_DpiCount, DpiSetUp)
 
 #include "tst_dpicount.moc"

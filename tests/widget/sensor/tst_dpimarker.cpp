@@ -3,6 +3,7 @@
 //
 // The marker under the stages, dragged with the pointer: every edge of every band, the limits, and a mouse
 // that does not answer.
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/DpiFixture.h"
 
 class tst_DpiMarker : public QObject
@@ -206,6 +207,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runDpiTest<tst_DpiMarker>(argc, argv); }
+TEST_CLASS(tst_DpiMarker, DpiSetUp)
 
 #include "tst_dpimarker.moc"

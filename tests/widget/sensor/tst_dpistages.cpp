@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The stages of the DPI editor: how they look, what selecting one does, their colours and their keys.
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/DpiFixture.h"
 
 class tst_DpiStages : public QObject
@@ -306,6 +307,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runDpiTest<tst_DpiStages>(argc, argv); }
+TEST_CLASS(tst_DpiStages, DpiSetUp)
 
 #include "tst_dpistages.moc"

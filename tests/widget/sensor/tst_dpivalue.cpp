@@ -4,6 +4,7 @@
 // The value of the current stage: the ranges of every model, the slider with its armed writes, the step
 // buttons, and the way back when the mouse does not answer.
 #include "sensor/DpiSteps.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/DpiFixture.h"
 
 #include <QButtonGroup>
@@ -342,6 +343,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runDpiTest<tst_DpiValue>(argc, argv); }
+TEST_CLASS(tst_DpiValue, DpiSetUp)
 
 #include "tst_dpivalue.moc"

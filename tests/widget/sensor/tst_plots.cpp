@@ -5,6 +5,7 @@
 // and what it paints.
 #include "sensor/plots/PieChartWidget.h"
 #include "sensor/plots/RotatableWidget.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/Drawn.h"
 
 #include <QHBoxLayout>
@@ -301,5 +302,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_Plots)
+TEST_CLASS(tst_Plots, testmain::WidgetApplication)
 #include "tst_plots.moc"

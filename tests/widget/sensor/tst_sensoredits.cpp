@@ -3,6 +3,7 @@
 //
 // What the sensor page writes, the way back of each of its controls, and what it does when the device or the
 // rates speak.
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/SensorFixture.h"
 
 namespace
@@ -276,6 +277,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runSensorTest<tst_SensorEdits>(argc, argv); }
+TEST_CLASS(tst_SensorEdits, SensorSetUp)
 
 #include "tst_sensoredits.moc"

@@ -5,6 +5,7 @@
 // and the way back.
 #include "presentation/language/LanguageTables.h"
 #include "sensor/SensorLOD.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QComboBox>
@@ -202,13 +203,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    tst_SensorLOD test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_SensorLOD, fixture::ShippedLooks)
 
 #include "tst_sensorlod.moc"

@@ -3,6 +3,7 @@
 //
 // What the sensor page shows of a record: each step, each model, and every value that a byte can have. A
 // refresh is no edit: nothing is asked and nothing is written.
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/SensorFixture.h"
 
 namespace
@@ -366,6 +367,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runSensorTest<tst_SensorPaint>(argc, argv); }
+TEST_CLASS(tst_SensorPaint, SensorSetUp)
 
 #include "tst_sensorpaint.moc"

@@ -4,6 +4,7 @@
 // The report rates: what a click writes, what the panel shows of a record, and the way back.
 #include "sensor/Sensor.h"
 #include "sensor/SensorRate.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QLabel>
@@ -198,13 +199,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    tst_SensorRate test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_SensorRate, fixture::ShippedLooks)
 
 #include "tst_sensorrate.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The sensor page without a device, at its start, its texts and the places of its objects.
+#include "tests/support/TestMain.h"
 #include "tests/widget/sensor/SensorFixture.h"
 
 #include <QDir>
@@ -171,6 +172,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[]) { return runSensorTest<tst_SensorStart>(argc, argv); }
+TEST_CLASS(tst_SensorStart, SensorSetUp)
 
 #include "tst_sensorstart.moc"

@@ -6,6 +6,7 @@
 #include "sensor/MotionSync.h"
 #include "sensor/RippeControl.h"
 #include "sensor/StraightLine.h"
+#include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QLabel>
@@ -198,13 +199,6 @@ private slots:
     }
 };
 
-int main(int argc, char *argv[])
-{
-    const ProductFolder product(smallCatalogue());
-    fixture::useShippedLooks(product);
-    QApplication application(argc, argv);
-    tst_SwitchPanels test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_SwitchPanels, fixture::ShippedLooks)
 
 #include "tst_switchpanels.moc"
