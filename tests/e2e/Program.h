@@ -24,13 +24,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-inline const char Family[] =
-    "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
-    "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
-    "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
-    "mouse m2 cid 18 mid 7 version 1.05 battery 10\n"
-    "receiver r2 class 8k mouse m2 version 1.02 address a10002\n"
-    "plug r1\nplug r2\n";
+inline const char Family[] = "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
+                             "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
+                             "mouse m2 cid 18 mid 7 version 1.05 battery 10\n"
+                             "receiver r2 class 8k mouse m2 version 1.02 address a10002\n"
+                             "plug r1\nplug r2\n";
 
 inline bool always() { return true; }
 

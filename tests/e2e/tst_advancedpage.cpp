@@ -18,9 +18,7 @@
 namespace
 {
 
-const char Wired[] =
-    "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
-    "mouse m1 cid 18 mid 6 version 1.05 battery 80\nplug m1\n";
+const char Wired[] = "mouse m1 cid 18 mid 6 version 1.05 battery 80\nplug m1\n";
 
 constexpr int RandomEdits = 2000;
 

@@ -12,14 +12,10 @@
 namespace
 {
 
-const char Receiver1k[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
-                          "receiverboot 0007\n"
-                          "mouse m cid 18 mid 6 version 1.05 battery 80\n"
+const char Receiver1k[] = "mouse m cid 18 mid 6 version 1.05 battery 80\n"
                           "receiver r class 1k mouse m version 1.02 address a10001\n"
                           "plug r\n";
-const char Wired[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
-                     "receiverboot 0007\n"
-                     "mouse m cid 18 mid 8 version 1.05 battery 80\n"
+const char Wired[] = "mouse m cid 18 mid 8 version 1.05 battery 80\n"
                      "plug m\n";
 
 } // namespace

@@ -11,9 +11,7 @@
 namespace
 {
 
-const char Scenario[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
-                        "receiverboot 0007\n"
-                        "mouse m cid 18 mid 6 version 1.05 battery 80\n"
+const char Scenario[] = "mouse m cid 18 mid 6 version 1.05 battery 80\n"
                         "receiver r class 1k mouse m version 1.02 address a10001\n"
                         "plug r\n";
 

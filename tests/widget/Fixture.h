@@ -125,6 +125,14 @@ inline void clean()
     DeviceRecord::edit([](FlashDataMap &map) { map = FlashDataMap{}; });
 }
 
+// A clean state beside one device, "dev", which is the selected one.
+inline void beginWithDevice(int driveIndex = 0, uint16_t kind = Receiver8K)
+{
+    clean();
+    FakeHidUsb::instance().addDevice(device("dev", uint8_t(6 + driveIndex), uint8_t(kind)));
+    select(info("dev", kind, driveIndex));
+}
+
 // Emits what must not be emitted on the main thread, and turns the event loop until it has been taken.
 inline void emitOnOtherThread(const std::function<void()> &emission) { runOnOtherThread(emission); }
 

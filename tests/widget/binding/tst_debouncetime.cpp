@@ -53,9 +53,7 @@ private slots:
     }
     void init()
     {
-        fixture::clean();
-        fake.addDevice(fixture::device("dev", 6, Receiver8K));
-        fixture::select(fixture::info("dev", Receiver8K));
+        fixture::beginWithDevice();
         notices.clear();
         panel = std::make_unique<DebounceTime>();
         panel->move(500, 300);

@@ -9,6 +9,7 @@
 #include "emulator/panel/PanelWindow.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestMain.h"
+#include "tests/support/UsbIds.h"
 
 #include <QApplication>
 #include <QtTest>
@@ -39,7 +40,7 @@ protected:
     {
         emulated = std::make_unique<emulator::Emulator>();
         std::string error;
-        QVERIFY2(emulated->loadText(Scenario, "scenario", error), error.c_str());
+        QVERIFY2(emulated->loadText(std::string(UsbIds) + Scenario, "scenario", error), error.c_str());
         QVERIFY2(emulated->start(folder->path(), error), error.c_str());
     }
     void openOnEmulator()
@@ -91,7 +92,6 @@ protected:
 
 private:
     static constexpr const char *Scenario = R"(
-usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007
 mouse air name "Six" cid 18 mid 6 version 1.05 battery 80
 receiver rx class 8k mouse air version 1.02 address a10001
 mouse wired name "A name of many letters" cid 18 mid 8 battery 100

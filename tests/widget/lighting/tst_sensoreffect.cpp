@@ -109,9 +109,7 @@ private slots:
     void initTestCase() { LoadLanguageTables(); }
     void init()
     {
-        fixture::clean();
-        fake.addDevice(fixture::device("dev", 6, Receiver8K));
-        fixture::select(fixture::info("dev", Receiver8K));
+        fixture::beginWithDevice();
         page = std::make_unique<LampLight>();
         page->show();
     }

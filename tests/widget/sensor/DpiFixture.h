@@ -11,6 +11,7 @@
 #include "presentation/SkinPalette.h"
 #include "sensor/MarkerTrack.h"
 #include "sensor/SensorDPI.h"
+#include "tests/support/StageNames.h"
 #include "tests/widget/Fixture.h"
 
 #include <QColorDialog>
@@ -19,9 +20,6 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QToolButton>
-
-constexpr const char *StageNames[DpiStageLimit] = {"Blue",  "BrightRed", "Red",       "Yellow",
-                                                   "Green", "Purple",    "LightBlue", "LightYellow"};
 
 inline QString colorText(const DpiStage &stage)
 {
@@ -34,9 +32,7 @@ public:
     // All eight stages shown, or as many as told.
     explicit DpiEditor(int model, int current = 0, int count = DpiStageLimit)
     {
-        fixture::clean();
-        fake().addDevice(fixture::device("dev", uint8_t(6 + model), Receiver8K));
-        fixture::select(fixture::info("dev", Receiver8K, model));
+        fixture::beginWithDevice(model);
         SensorName = DeviceCatalogue().text(model, "Sensor");
         ReadDpiRange(model);
         DeviceRecord::edit([&](FlashDataMap &map) { fill(&map, model, current, count); });

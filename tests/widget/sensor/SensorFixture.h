@@ -11,6 +11,7 @@
 #include "sensor/Sensor.h"
 #include "sensor/SensorDPI.h"
 #include "sensor/SensorRate.h"
+#include "tests/support/StageNames.h"
 #include "tests/widget/Fixture.h"
 
 #include <QCheckBox>
@@ -84,9 +85,7 @@ class SensorFixture
 public:
     explicit SensorFixture(int model = M3395, uint16_t kind = Receiver8K)
     {
-        fixture::clean();
-        fake().addDevice(fixture::device("dev", uint8_t(6 + model), uint8_t(kind)));
-        choose(model, kind);
+        fixture::beginWithDevice(model, kind);
         page = std::make_unique<Sensor>();
         show(sensorRecord());
         page->show();
@@ -162,12 +161,7 @@ public:
     std::unique_ptr<Sensor> page;
 
 private:
-    static QByteArray stageName(int index)
-    {
-        static const char *const names[] = {"Blue",  "BrightRed", "Red",       "Yellow",
-                                            "Green", "Purple",    "LightBlue", "LightYellow"};
-        return names[index];
-    }
+    static QByteArray stageName(int index) { return StageNames[index]; }
     template <typename Button> static int checked(int count, Button button)
     {
         int found = -1;

@@ -59,9 +59,7 @@ private slots:
     void initTestCase() { LoadLanguageTables(); }
     void init()
     {
-        fixture::clean();
-        fake.addDevice(fixture::device("dev", 6, Receiver8K));
-        fixture::select(fixture::info("dev", Receiver8K));
+        fixture::beginWithDevice();
         panel = std::make_unique<SensorLOD>();
         panel->show();
     }

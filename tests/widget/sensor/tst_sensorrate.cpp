@@ -41,9 +41,7 @@ private:
 private slots:
     void init()
     {
-        fixture::clean();
-        FakeHidUsb::instance().addDevice(fixture::device("dev", 6, Receiver8K));
-        fixture::select(fixture::info("dev", Receiver8K));
+        fixture::beginWithDevice();
         page = std::make_unique<Sensor>();
         page->SlotUpDataSenSorUIB(recordWith(2));
         page->show();

@@ -78,12 +78,7 @@ private:
 
 private slots:
     void initTestCase() { LoadLanguageTables(); }
-    void init()
-    {
-        fixture::clean();
-        fake.addDevice(fixture::device("dev", 6, Receiver8K));
-        fixture::select(fixture::info("dev", Receiver8K));
-    }
+    void init() { fixture::beginWithDevice(); }
 
     void clickWritesTheByteAlone_data() { eachPanel(); }
     void clickWritesTheByteAlone()
