@@ -14,6 +14,7 @@
 #include "tests/support/EmulatedBus.h"
 #include "tests/support/HubLog.h"
 #include "tests/support/Leftovers.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <QtTest>
@@ -101,4 +102,11 @@ public:
     HubLog hub;
     Watchdog watchdog;
     std::unique_ptr<Worker> worker;
+};
+
+struct CoreFolder {
+    CoreFolder() { EmulatedBus::folder(); } // before the layer's first call
+};
+struct CoreSetUp : private CoreFolder, testmain::CoreApplication {
+    using CoreApplication::CoreApplication;
 };

@@ -16,6 +16,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/EmulatedBus.h"
 #include "tests/support/Leftovers.h"
+#include "tests/support/TestMain.h"
 #include "tour/Script.h"
 #include "tour/Windows.h"
 
@@ -23,13 +24,11 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-inline const char Family[] =
-    "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
-    "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
-    "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
-    "mouse m2 cid 18 mid 7 version 1.05 battery 10\n"
-    "receiver r2 class 8k mouse m2 version 1.02 address a10002\n"
-    "plug r1\nplug r2\n";
+inline const char Family[] = "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
+                             "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
+                             "mouse m2 cid 18 mid 7 version 1.05 battery 10\n"
+                             "receiver r2 class 8k mouse m2 version 1.02 address a10002\n"
+                             "plug r1\nplug r2\n";
 
 inline bool always() { return true; }
 
@@ -120,17 +119,27 @@ inline bool quietState()
            !SkipReceiverQuery && !AwaitingMouse && !RestartWorker;
 }
 
-// main() of a test that drives the program: a bus, a home and the product's own data.
+// The set-up of a test that drives the program: a bus, a home and the product's own data.
+struct ProgramHome {
+    ProgramHome()
+    {
+        EmulatedBus::folder(); // before the layer's first call
+        qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+        setApplicationFolder(QStringLiteral(PRODUCT_DIR));
+        prepareStart();
+    }
+    QTemporaryDir home;
+};
+struct ProgramSetUp : private ProgramHome, testmain::WidgetApplication {
+    ProgramSetUp(int &argc, char **argv) : WidgetApplication(argc, argv)
+    {
+        QApplication::setQuitOnLastWindowClosed(false);
+        prepareApplication();
+    }
+};
+
+// main() of a program that holds one such test.
 template <typename Test> int runProgramTest(int argc, char **argv)
 {
-    EmulatedBus::folder(); // before the layer's first call
-    QTemporaryDir home;
-    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-    setApplicationFolder(QStringLiteral(PRODUCT_DIR));
-    prepareStart();
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    prepareApplication();
-    Test test;
-    return QTest::qExec(&test, argc, argv);
+    return testmain::run<Test, ProgramSetUp>(argc, argv);
 }

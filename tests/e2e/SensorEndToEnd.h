@@ -14,6 +14,7 @@
 #include "sensor/SensorRate.h"
 #include "tests/e2e/Program.h"
 #include "tests/e2e/ProgramSettled.h"
+#include "tests/support/StageNames.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -148,17 +149,10 @@ public:
     Program program;
 
 private:
-    static QByteArray name(int stage)
-    {
-        static const char *const names[] = {"Blue",  "BrightRed", "Red",       "Yellow",
-                                            "Green", "Purple",    "LightBlue", "LightYellow"};
-        return names[stage];
-    }
+    static QByteArray name(int stage) { return StageNames[stage]; }
     static QByteArray scenario(const SensorModel &model, const SensorLink &link)
     {
-        QByteArray text = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
-                          "receiverboot 0007\nmouse m cid 18 mid " +
-                          QByteArray::number(model.mid) + " version 1.05";
+        QByteArray text = "mouse m cid 18 mid " + QByteArray::number(model.mid) + " version 1.05";
         if (!link.device)
             text += " kind " + QByteArray::number(link.kind);
         else

@@ -7,6 +7,7 @@
 #include "sensor/StopCloseTime.h"
 #include "sensor/plots/RotatableWidget.h"
 #include "tests/e2e/Program.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <QCheckBox>
@@ -17,9 +18,7 @@
 namespace
 {
 
-const char Wired[] =
-    "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
-    "mouse m1 cid 18 mid 6 version 1.05 battery 80\nplug m1\n";
+const char Wired[] = "mouse m1 cid 18 mid 6 version 1.05 battery 80\nplug m1\n";
 
 constexpr int RandomEdits = 2000;
 
@@ -264,5 +263,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_advancedpage>(argc, argv); }
+TEST_CLASS(tst_advancedpage, ProgramSetUp)
 #include "tst_advancedpage.moc"

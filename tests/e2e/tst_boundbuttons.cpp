@@ -9,6 +9,7 @@
 #include "presentation/dialogs/GroupKey.h"
 #include "tests/e2e/Program.h"
 #include "tests/support/ButtonActions.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <QComboBox>
@@ -344,5 +345,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_boundbuttons>(argc, argv); }
+TEST_CLASS(tst_boundbuttons, ProgramSetUp)
 #include "tst_boundbuttons.moc"

@@ -5,20 +5,17 @@
 // what becomes of both when the mouse is lost on the way.
 #include "tests/e2e/CoreFixture.h"
 #include "tests/support/ProductFolder.h"
+#include "tests/support/TestMain.h"
 
 #include <QRandomGenerator>
 
 namespace
 {
 
-const char Receiver1k[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
-                          "receiverboot 0007\n"
-                          "mouse m cid 18 mid 6 version 1.05 battery 80\n"
+const char Receiver1k[] = "mouse m cid 18 mid 6 version 1.05 battery 80\n"
                           "receiver r class 1k mouse m version 1.02 address a10001\n"
                           "plug r\n";
-const char Wired[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
-                     "receiverboot 0007\n"
-                     "mouse m cid 18 mid 8 version 1.05 battery 80\n"
+const char Wired[] = "mouse m cid 18 mid 8 version 1.05 battery 80\n"
                      "plug m\n";
 
 } // namespace
@@ -381,11 +378,5 @@ private:
     }
 };
 
-int main(int argc, char **argv)
-{
-    EmulatedBus::folder(); // before the layer's first call
-    QCoreApplication application(argc, argv);
-    tst_core test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_core, CoreSetUp)
 #include "tst_core.moc"

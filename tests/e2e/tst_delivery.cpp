@@ -4,6 +4,8 @@
 // The program as it is delivered: from an installed tree, through its link, beside the emulator from the
 // same tree; with another device library in the place of ours; started twice; and with a catalogue that is
 // none.
+#include "tests/support/TestMain.h"
+
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -234,5 +236,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_delivery)
+TEST_CLASS(tst_delivery, testmain::CoreApplication)
 #include "tst_delivery.moc"

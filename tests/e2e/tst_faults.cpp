@@ -6,13 +6,12 @@
 // data tag, each fault can have a process of its own.
 #include "tests/e2e/CoreFixture.h"
 #include "tests/support/ProductFolder.h"
+#include "tests/support/TestMain.h"
 
 namespace
 {
 
-const char Scenario[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 "
-                        "receiverboot 0007\n"
-                        "mouse m cid 18 mid 6 version 1.05 battery 80\n"
+const char Scenario[] = "mouse m cid 18 mid 6 version 1.05 battery 80\n"
                         "receiver r class 1k mouse m version 1.02 address a10001\n"
                         "plug r\n";
 
@@ -176,11 +175,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    EmulatedBus::folder(); // before the layer's first call
-    QCoreApplication application(argc, argv);
-    tst_faults test;
-    return QTest::qExec(&test, argc, argv);
-}
+TEST_CLASS(tst_faults, CoreSetUp)
 #include "tst_faults.moc"

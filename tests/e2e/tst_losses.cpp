@@ -6,6 +6,7 @@
 #include "environment/DataRoot.h"
 #include "hub/PostMsg.h"
 #include "tests/e2e/Program.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <QTemporaryDir>
@@ -163,5 +164,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_losses>(argc, argv); }
+TEST_CLASS(tst_losses, ProgramSetUp)
 #include "tst_losses.moc"

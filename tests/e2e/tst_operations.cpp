@@ -9,6 +9,7 @@
 #include "environment/DataRoot.h"
 #include "hub/PostMsg.h"
 #include "tests/e2e/Program.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <QDataStream>
@@ -21,13 +22,11 @@ namespace
 {
 
 // Two mice of one model, the second one off line.
-const char Twins[] =
-    "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007\n"
-    "mouse m1 cid 18 mid 6 version 1.05\n"
-    "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
-    "mouse m3 cid 18 mid 6 version 1.05\n"
-    "receiver r3 class 1k mouse m3 version 1.02 address a10003\n"
-    "radio m3 off\nplug r1\n";
+const char Twins[] = "mouse m1 cid 18 mid 6 version 1.05\n"
+                     "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
+                     "mouse m3 cid 18 mid 6 version 1.05\n"
+                     "receiver r3 class 1k mouse m3 version 1.02 address a10003\n"
+                     "radio m3 off\nplug r1\n";
 
 const QString CacheOfM1 = QStringLiteral("Device_CID12_MID06.bin");
 
@@ -366,5 +365,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_operations>(argc, argv); }
+TEST_CLASS(tst_operations, ProgramSetUp)
 #include "tst_operations.moc"

@@ -8,6 +8,7 @@
 #include "presentation/Notices.h"
 #include "tests/e2e/Program.h"
 #include "tests/e2e/ProgramSettled.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <QRandomGenerator>
@@ -249,5 +250,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_program>(argc, argv); }
+TEST_CLASS(tst_program, ProgramSetUp)
 #include "tst_program.moc"

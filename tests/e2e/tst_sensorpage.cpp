@@ -6,6 +6,7 @@
 // mouse does not answer.
 #include "sensor/MarkerTrack.h"
 #include "tests/e2e/SensorEndToEnd.h"
+#include "tests/support/TestMain.h"
 
 #include <QColorDialog>
 
@@ -317,5 +318,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_sensorpage>(argc, argv); }
+TEST_CLASS(tst_sensorpage, ProgramSetUp)
 #include "tst_sensorpage.moc"

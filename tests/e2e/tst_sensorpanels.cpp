@@ -7,6 +7,7 @@
 #include "lighting/SensorEffect.h"
 #include "sensor/StopCloseTime.h"
 #include "tests/e2e/SensorEndToEnd.h"
+#include "tests/support/TestMain.h"
 
 namespace
 {
@@ -179,5 +180,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_sensorpanels>(argc, argv); }
+TEST_CLASS(tst_sensorpanels, ProgramSetUp)
 #include "tst_sensorpanels.moc"

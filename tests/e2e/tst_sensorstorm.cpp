@@ -5,6 +5,7 @@
 // thousand edits and presses for one model and a shorter one for another. Record, flash and page come to say
 // the same.
 #include "tests/e2e/SensorEndToEnd.h"
+#include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <random>
@@ -146,5 +147,5 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<tst_sensorstorm>(argc, argv); }
+TEST_CLASS(tst_sensorstorm, ProgramSetUp)
 #include "tst_sensorstorm.moc"

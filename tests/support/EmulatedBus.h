@@ -9,6 +9,7 @@
 
 #include "device/hidusb/HIDUsb.h"
 #include "emulator/Emulator.h"
+#include "tests/support/UsbIds.h"
 #include "tests/support/UsbNodes.h"
 
 #include <QCoreApplication>
@@ -34,12 +35,13 @@ public:
         return isUsb() ? QString::fromStdString(usbnodes::nodeOf(id.toStdString())) : id;
     }
 
-    // Serves a scenario; aborts on a scenario that is wrong, which is a mistake of the test.
+    // Serves a scenario, whose line of USB ids is put before it; aborts on a scenario that is wrong, which is
+    // a mistake of the test.
     explicit EmulatedBus(const char *scenario)
     {
         std::string error;
         const auto kind = isUsb() ? emulator::BusKind::Usb : emulator::BusKind::Sockets;
-        if (!emulated.loadText(scenario, "test", error) ||
+        if (!emulated.loadText(std::string(UsbIds) + scenario, "test", error) ||
             !emulated.start(folder().toStdString(), error, kind))
             qFatal("%s", error.c_str());
         settle(emulated.interfaces());

@@ -10,13 +10,13 @@
 
 #include "tests/support/RawClient.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/UsbIds.h"
 
 #include "emulator/Emulator.h"
 
 #include <gtest/gtest.h>
 
-constexpr const char *FamilyScenario = R"(
-usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot 0006 receiverboot 0007
+inline const std::string FamilyScenario = std::string(UsbIds) + R"(
 mouse air1 cid 18 mid 6 version 1.05 battery 80
 mouse air2 cid 18 mid 7 version 1.06 battery 60
 mouse air4 cid 18 mid 8 version 1.07 battery 40

@@ -13,7 +13,7 @@
 #include <thread>
 
 // A thread that runs what it is given, one after the other.
-class Row
+class JobThread
 {
 public:
     void post(std::function<void()> job)
@@ -75,7 +75,7 @@ struct FakeHidUsb::State {
     bool watchRunsAtStart = true;
     int32_t bootDevices = 0;
     bool upgradeStarts = false;
-    Row protocolRow, watchRow, upgradeRow;
+    JobThread protocolRow, watchRow, upgradeRow;
 
     void note(const std::string &name, const std::string &arguments = {})
     {

@@ -12,8 +12,8 @@
 inline QString programSources(const QStringList &endings = {QStringLiteral("*.cpp"), QStringLiteral("*.h")})
 {
     QString all;
-    for (const char *module : {"app", "binding", "catalogue", "device", "lighting", "macro", "presentation",
-                               "sensor", "service"}) {
+    for (const char *module : {"app", "binding", "catalogue", "device", "environment", "hub", "keys",
+                               "lighting", "macro", "presentation", "selection", "sensor", "service"}) {
         QDirIterator files(QStringLiteral(SOURCE_FOLDER "/") + QLatin1String(module), endings, QDir::Files,
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {

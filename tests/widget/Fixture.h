@@ -8,9 +8,12 @@
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "hub/PostMsg.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/language/LanguageTables.h"
 #include "tests/support/FakeHidUsb.h"
 #include "tests/support/OtherThread.h"
 #include "tests/support/ProductFolder.h"
+#include "tests/support/TestMain.h"
 
 #include <QApplication>
 #include <QSignalSpy>
@@ -62,13 +65,49 @@ inline DeviceAllInfo info(const QString &path, uint16_t kind, int driveIndex = 0
     return made;
 }
 
-// The skin and the texts that ship with the program, under a catalogue of the test's own.
-inline void useShippedLooks(const ProductFolder &product)
-{
-    for (const char *folder : {"Picture", "Language"})
-        QFile::link(QString::fromLocal8Bit(PRODUCT_FOLDER) + '/' + QLatin1String(folder),
-                    product.path(QLatin1String(folder)));
-}
+// A catalogue of the test's own, beside what is taken from the files that ship with the program.
+struct LinkedFolder : ProductFolder {
+    explicit LinkedFolder(const QByteArray &catalogue) : ProductFolder(catalogue)
+    {
+        take(QStringLiteral("Picture"));
+        take(QStringLiteral("Language"));
+    }
+    void take(const QString &name) const
+    {
+        QFile::link(QStringLiteral(PRODUCT_FOLDER "/") + name, path(name));
+    }
+};
+
+// The set-up of most tests: the skin and the texts that ship, under a catalogue of the test's own.
+struct ShippedLooks {
+    ShippedLooks(int &argc, char **argv, const QByteArray &catalogue = smallCatalogue())
+        : product(catalogue), application(argc, argv)
+    {
+        QApplication::setQuitOnLastWindowClosed(false);
+        LoadLanguageTables();
+    }
+
+    LinkedFolder product;
+    QApplication application;
+};
+
+// The set-up with everything that ships, the catalogue included, and a home of the test's own.
+struct ShippedHome {
+    ShippedHome()
+    {
+        qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+        setApplicationFolder(QStringLiteral(PRODUCT_FOLDER));
+        makeDataFolders();
+    }
+    QTemporaryDir home;
+};
+struct ShippedProduct : private ShippedHome, testmain::WidgetApplication {
+    ShippedProduct(int &argc, char **argv) : WidgetApplication(argc, argv)
+    {
+        QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+        applySkin();
+    }
+};
 
 // Makes the device at `path` the selected one, with the windows open for input.
 inline void select(const DeviceAllInfo &selected)
@@ -84,6 +123,14 @@ inline void clean()
     FakeHidUsb::instance().reset();
     resetDeviceState();
     DeviceRecord::edit([](FlashDataMap &map) { map = FlashDataMap{}; });
+}
+
+// A clean state beside one device, "dev", which is the selected one.
+inline void beginWithDevice(int driveIndex = 0, uint16_t kind = Receiver8K)
+{
+    clean();
+    FakeHidUsb::instance().addDevice(device("dev", uint8_t(6 + driveIndex), uint8_t(kind)));
+    select(info("dev", kind, driveIndex));
 }
 
 // Emits what must not be emitted on the main thread, and turns the event loop until it has been taken.

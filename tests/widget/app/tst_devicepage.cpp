@@ -1,0 +1,174 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The device page's frame: the column that leads to its pages, the battery, the connection, the background.
+#include "tests/support/TestMain.h"
+#include "tests/widget/app/MainWindow.h"
+
+#include <QLabel>
+#include <QProgressBar>
+
+class tst_DevicePage : public MainWindow
+{
+    Q_OBJECT
+
+private slots:
+    void init() { begin(); }
+    void cleanup() { window.reset(); }
+
+    void theColumnShowsWhereOneIs_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("pageClass");
+        const char *const ways[][2] = {{"ButtonMain", "Buttoninterface"}, {"SensorButton", "Sensor"},
+                                       {"MacroButton", "Macro"},          {"LightsButton", "LampLight"},
+                                       {"Advanced", "Advanced"},          {"FormSetting", "FormSetting"}};
+        for (const auto &way : ways)
+            QTest::newRow(way[0]) << way[0] << way[1];
+    }
+    void theColumnShowsWhereOneIs()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, pageClass);
+        openDevicePage();
+        button(name)->click();
+        button(name)->click(); // a second click must not let it go
+        QCOMPARE(QString(pages()->currentWidget()->metaObject()->className()), pageClass);
+        for (const char *way :
+             {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"})
+            QCOMPARE(button(way)->isChecked(), name == way);
+        QCOMPARE(button("PreButton")->isChecked(), name == "ButtonMain");
+    }
+
+    void recordingLocksTheColumn()
+    {
+        openDevicePage();
+        const QStringList locked = {"PreButton",    "Advanced",    "ButtonMain", "SensorButton",
+                                    "LightsButton", "MacroButton", "FormSetting"};
+        for (const int index : {0, 5, 1}) {
+            emit PostMsg::instance()->SigStartRecord(index);
+            for (const QString &name : locked)
+                QCOMPARE(button(name)->isEnabled(), index == 1);
+            QVERIFY(button("UpArrow")->isEnabled());
+            for (const char *way : {"MacroButton", "SensorButton"})
+                QVERIFY(button(way)->styleSheet().contains(
+                    QString("disabled{border-image: url(%1Dialog/%2Off.png)")
+                        .arg(applicationFolder() + "/Picture/", way)));
+        }
+    }
+
+    void battery_data()
+    {
+        QTest::addColumn<int>("level");
+        QTest::addColumn<bool>("asText");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("color");
+        QTest::newRow("15") << 15 << true << "15%"
+                            << "152, 43, 34";
+        QTest::newRow("16") << 16 << true << "16%"
+                            << "0, 255, 153";
+        QTest::newRow("100") << 100 << false << "100"
+                             << "0, 255, 153";
+    }
+    void battery()
+    {
+        QFETCH(int, level);
+        QFETCH(bool, asText);
+        QFETCH(QString, text);
+        QFETCH(QString, color);
+        fixture::emitOnOtherThread([=] { emit PostMsg::instance()->SigBattery(level == 15, level, asText); });
+        auto *bar = dialog()->findChild<QProgressBar *>("progressBar");
+        QCOMPARE(bar->value(), level);
+        QCOMPARE(bar->styleSheet(),
+                 QString("#progressBar{border: none;background-color: transparent;}#progressBar::chunk "
+                         "{background-color: rgb(%1);}")
+                     .arg(color));
+        QCOMPARE(dialog()->findChild<QLabel *>("label_2")->text(), text);
+        QCOMPARE(dialog()->findChild<QLabel *>("label")->isHidden(), level != 15);
+    }
+
+    void theConnectionsIcon()
+    {
+        auto *icon = dialog()->findChild<QLabel *>("label_4");
+        emit PostMsg::instance()->SigIsUsb(true, true);
+        QVERIFY(icon->styleSheet().contains("OnLineUsb.png"));
+        emit PostMsg::instance()->SigIsUsb(false, false);
+        QVERIFY(icon->styleSheet().contains("OnLineWifi.png"));
+    }
+
+    void aPageBringsTheBackgroundBack()
+    {
+        openDevicePage();
+        auto *ground = dialog()->findChild<QFrame *>("frame_2");
+        const QString sheet = ground->styleSheet();
+        QVERIFY(sheet.contains("BackGround.png"));
+        for (const char *way : {"SensorButton", "LightsButton"}) {
+            ground->setStyleSheet({});
+            button("UpArrow")->hide();
+            button(way)->click();
+            QCOMPARE(ground->styleSheet(), sheet);
+            QVERIFY(button("UpArrow")->isVisible());
+        }
+    }
+
+    // They are reached by name.
+    void slotsThatDoNothing()
+    {
+        openDevicePage();
+        const QWidget *shown = pages()->currentWidget();
+        fake.clearCalls();
+        for (const char *slot :
+             {"on_SetButton_clicked", "on_MouseB_clicked", "on_MouseC_clicked", "on_PreButton_clicked"})
+            QVERIFY2(QMetaObject::invokeMethod(dialog(), slot), slot);
+        QVERIFY(QMetaObject::invokeMethod(dialog(), "SlotMouseIndex", Q_ARG(int, 7)));
+        QVERIFY(QMetaObject::invokeMethod(window.get(), "SlotUpPageLight"));
+        QVERIFY(QMetaObject::invokeMethod(window->findChild<DialogChange *>(), "on_label_linkHovered",
+                                          Q_ARG(QString, "x")));
+        QCOMPARE(pages()->currentWidget(), shown);
+        QVERIFY(fake.calls().empty());
+    }
+
+    void whatThePagesTellEachOther_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("said");
+        QTest::newRow("buttons") << "ButtonMain" << QByteArray(SIGNAL(SigAddMacroButton()));
+        QTest::newRow("advanced") << "Advanced" << QByteArray(SIGNAL(SigtVis(int)));
+        QTest::newRow("minimise") << "MinButton" << QByteArray(SIGNAL(SigChangeSize(int)));
+    }
+    void whatThePagesTellEachOther()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, said);
+        openDevicePage();
+        QSignalSpy spy(PostMsg::instance(), said.constData());
+        button(name)->click();
+        QCOMPARE(spy.count(), 1);
+        QVERIFY(spy.first().isEmpty() || spy.first().first().toInt() == 0);
+    }
+
+    // Leaving tells the device first, then lets go, then changes the page.
+    void leavingKeepsItsOrder()
+    {
+        openDevicePage();
+        SelectedDevice::setImageName("left.bin");
+        fake.clearCalls();
+        QStringList said;
+        QObject context;
+        const auto note = [this, &said](const QString &name) {
+            said << name + '/' + QString::number(fake.count("UsbServer_Exit"));
+        };
+        connect(PostMsg::instance(), &PostMsg::SigChangeMainDialog, &context,
+                [note](int index) { note(QString("page %1").arg(index)); });
+        connect(PostMsg::instance(), &PostMsg::SigSetMacroPage, &context, [note] { note("macro page"); });
+        button("UpArrow")->click();
+        QCOMPARE(fake.calls().front(), std::string("UsbServer_SetPCDriverStatus 0"));
+        QCOMPARE(said, (QStringList{"page 0/2", "macro page/2"}));
+        QVERIFY(QFile::exists(dataRoot() + "/Device_Info/left.bin"));
+        QTRY_VERIFY(fake.idle());
+    }
+};
+
+TEST_CLASS(tst_DevicePage, fixture::ShippedLooks)
+
+#include "tst_devicepage.moc"

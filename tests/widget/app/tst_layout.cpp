@@ -1,0 +1,362 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What a person would see at a glance, over every page and notice with the product's own catalogue, texts
+// and skin: no text is cut, no control stands on another, and each that can be used has a name.
+#include "app/Dialog.h"
+#include "app/DialogMain.h"
+#include "presentation/Notices.h"
+#include "presentation/QuestionDialog.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/UpDataParam.h"
+#include "presentation/Widgets.h"
+#include "presentation/dialogs/AddDelayTime.h"
+#include "presentation/dialogs/FireKey.h"
+#include "presentation/dialogs/GroupKey.h"
+#include "presentation/dialogs/addKey.h"
+#include "presentation/language/LanguageTables.h"
+#include "selection/NodePermission.h"
+#include "selection/PermissionHint.h"
+#include "tests/support/TestMain.h"
+#include "tests/widget/Fixture.h"
+#include "tests/widget/selection/RefusedNodes.h"
+
+#include <QAbstractButton>
+#include <QAbstractSlider>
+#include <QComboBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStackedWidget>
+#include <QToolButton>
+
+namespace
+{
+
+QString place(const QWidget *widget)
+{
+    return QString("%1 in %2").arg(widget->objectName(), widget->window()->metaObject()->className());
+}
+
+bool textFits(const QString &text, const QWidget *widget, bool wraps, int room)
+{
+    if (text.isEmpty())
+        return true;
+    const QFontMetrics metrics(widget->font());
+    const int flags = wraps ? int(Qt::TextWordWrap) : 0;
+    const QRect needed = metrics.boundingRect(QRect(0, 0, widget->width() - room, 4000), flags, text);
+    return needed.width() <= widget->width() - room && needed.height() <= widget->height();
+}
+
+bool isControl(const QWidget *widget)
+{
+    return (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
+            qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QPlainTextEdit *>(widget)) &&
+           widget->focusPolicy() != Qt::NoFocus;
+}
+
+// What a list has scrolled away is neither seen nor in the way.
+bool isScrolledAway(const QWidget *widget) { return widget->visibleRegion().isEmpty(); }
+
+bool isInList(const QWidget *widget)
+{
+    for (const QWidget *each = widget->parentWidget(); each; each = each->parentWidget())
+        if (qobject_cast<const QScrollArea *>(each))
+            return true;
+    return false;
+}
+
+QStringList faults(QWidget *window)
+{
+    QStringList found;
+    QList<QWidget *> controls;
+    for (QWidget *widget : window->findChildren<QWidget *>()) {
+        if (!widget->isVisible() || isScrolledAway(widget))
+            continue;
+        if (const auto *label = qobject_cast<QLabel *>(widget))
+            if (!textFits(label->text(), label, label->wordWrap(), 0))
+                found << "cut: " + place(widget);
+        if (const auto *button = qobject_cast<QAbstractButton *>(widget))
+            if (!textFits(button->text(), button, false, 8))
+                found << "cut: " + place(widget);
+        if (const auto *lines = qobject_cast<QPlainTextEdit *>(widget))
+            if (lines->verticalScrollBar()->maximum() > 0)
+                found << "cut: " + place(widget);
+        if (const auto *box = qobject_cast<QComboBox *>(widget))
+            if (!textFits(box->currentText(), box, false, 36))
+                found << "cut: " + place(widget);
+        if (!isInList(widget) &&
+            !window->rect().contains(QRect(widget->mapTo(window, QPoint()), widget->size())))
+            found << "outside: " + place(widget);
+        if (isControl(widget))
+            controls << widget;
+    }
+    for (int i = 0; i < controls.size(); ++i) {
+        const auto *button = qobject_cast<QAbstractButton *>(controls[i]);
+        if (controls[i]->accessibleName().isEmpty() && (!button || button->text().isEmpty()))
+            found << "no name: " + place(controls[i]);
+        for (int j = 0; j < i; ++j) {
+            const QRect a(controls[i]->mapTo(window, QPoint()), controls[i]->size());
+            const QRect b(controls[j]->mapTo(window, QPoint()), controls[j]->size());
+            if (a.intersects(b))
+                found << "overlap: " + place(controls[i]) + ", " + place(controls[j]);
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+class tst_Layout : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeHidUsb &fake = FakeHidUsb::instance();
+
+    static void check(QWidget *window) { QCOMPARE(faults(window).join('\n'), QString()); }
+
+private slots:
+    void init() { fixture::clean(); }
+
+    void selectionPage_data()
+    {
+        QTest::addColumn<int>("count");
+        for (int count = 0; count <= 4; ++count)
+            QTest::addRow("%d", count) << count;
+    }
+    void selectionPage()
+    {
+        QFETCH(int, count);
+        const std::vector<FakeDevice> all = {fixture::shipped(6, Receiver1K, "0x0002"),
+                                             fixture::shipped(7, Receiver8K, "0x0005", false),
+                                             fixture::shipped(8, fixture::CableKind, "0x0001"),
+                                             fixture::shipped(99, Receiver4K, "0x0004", false)};
+        fake.setDevices({all.begin(), all.begin() + count});
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        QTRY_COMPARE(window.findChildren<mytoolButtonEnter *>().size(), count);
+        check(&window);
+    }
+
+    // Nodes that keep the user out, beside tiles and alone, in each of the hint's wordings.
+    void rightHint_data()
+    {
+        QTest::addColumn<int>("tiles");
+        QTest::addColumn<int>("nodes");
+        QTest::addColumn<bool>("installed");
+        QTest::addColumn<int>("mode");
+        QTest::newRow("alone, without rules") << 0 << 1 << false << 0;
+        QTest::newRow("alone, rules that wait") << 0 << 1 << true << 0;
+        QTest::newRow("alone, of a group") << 0 << 1 << true << 060;
+        QTest::newRow("two beside three tiles") << 3 << 2 << false << 0;
+        QTest::newRow("five beside four tiles") << 4 << 5 << true << 0;
+    }
+    void rightHint()
+    {
+        QFETCH(int, tiles);
+        QFETCH(int, nodes);
+        QFETCH(bool, installed);
+        QFETCH(int, mode);
+        const fixture::RefusedNodes refused(installed);
+        std::vector<FakeDevice> devices = {fixture::shipped(6, Receiver1K, "0x0002"),
+                                           fixture::shipped(7, Receiver8K, "0x0005", false),
+                                           fixture::shipped(8, fixture::CableKind, "0x0001"),
+                                           fixture::shipped(99, Receiver4K, "0x0004", false)};
+        devices.resize(std::size_t(tiles));
+        for (int i = 0; i < nodes; ++i) {
+            devices.push_back(fixture::shipped(9, Receiver2K, "0x0003"));
+            devices.back().path = refused.add(QString("hidraw1%1").arg(i), mode).toStdString();
+        }
+        fake.setDevices(devices);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        QTRY_VERIFY(window.findChild<PermissionHint *>()->isVisible());
+        QCOMPARE(window.findChildren<mytoolButtonEnter *>().size(), tiles);
+        check(&window);
+    }
+
+    void devicePages()
+    {
+        fake.setDevices({fixture::shipped(6, Receiver8K, "0x0005")});
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("0x0005/6", Receiver8K));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        emit PostMsg::instance()->SigUpDataSensorUIB(FlashDataMap{});
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigUpDataConfigUI(4, 2, true); });
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigBattery(true, 100, true); });
+        auto *dialog = window.findChild<Dialog *>();
+        for (const char *way :
+             {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"}) {
+            dialog->findChild<QToolButton *>(way)->click();
+            QVERIFY(dialog->findChild<QToolButton *>(way)->isVisible());
+            check(&window);
+        }
+        QTRY_VERIFY(fake.idle());
+    }
+
+    // Each model with all of its stages, each of them in turn the current one, and its longest number on all.
+    void sensorPage_data()
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<int>("stages");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("flags");
+        QTest::addColumn<QString>("largest");
+        QTest::newRow("6") << 0 << 6 << 0x07 << 0x88 << "26000";
+        QTest::newRow("7") << 1 << 8 << 0xA3 << 0x66 << "42000";
+        QTest::newRow("8") << 2 << 5 << 0x8F << 0x11 << "12000";
+        QTest::newRow("9") << 3 << 4 << 0xC7 << 0x00 << "10000";
+    }
+    void sensorPage()
+    {
+        QFETCH(int, model);
+        QFETCH(int, stages);
+        QFETCH(int, code);
+        QFETCH(int, flags);
+        QFETCH(QString, largest);
+        fake.setDevices({fixture::shipped(uint8_t(6 + model), Receiver8K, "0x0005")});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("dev", Receiver8K, model));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        auto *dialog = window.findChild<Dialog *>();
+        dialog->findChild<QToolButton *>("SensorButton")->click();
+        FlashDataMap map{};
+        map.DpiStageCount = uint8_t(stages);
+        map.Performance = 1;
+        for (DpiStage &stage : map.DpiStages)
+            stage = {uint8_t(code), uint8_t(code), uint8_t(flags), 255, 128, 0};
+        for (int stage = 0; stage < stages; ++stage) {
+            map.CurrentDpiStage = uint8_t(stage);
+            emit PostMsg::instance()->SigUpDataSensorUIB(map);
+            QCOMPARE(dialog->findChild<QToolButton *>("BlueButton")->text(), largest);
+            check(&window);
+        }
+        QCOMPARE(dialog->findChild<QToolButton *>("LightYellowButton")->isVisible(), stages == 8);
+        QTRY_VERIFY(fake.idle());
+    }
+
+    // Each model on cable and radio, with what it has of the groups, and without any device.
+    void advancedPage()
+    {
+        fake.setDevices({fixture::shipped(6, Receiver8K, "0x0005")});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        auto *open = window.findChild<Dialog *>()->findChild<QToolButton *>("Advanced");
+        FlashDataMap map{};
+        map.StopCloseTime = 60;
+        map.AngleSet = 256 - 30;
+        for (int model = 0; model < 4; ++model) {
+            for (const uint16_t kind : {uint16_t(Receiver8K), uint16_t(fixture::CableKind)}) {
+                fixture::select(fixture::info("dev", kind, model));
+                emit PostMsg::instance()->SigChangeMainDialog(1);
+                emit PostMsg::instance()->SigUpDataSensorUIB(map);
+                emit PostMsg::instance()->SigFormB();
+                open->click();
+                QVERIFY(open->isVisible());
+                check(&window);
+            }
+        }
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
+        open->click();
+        check(&window);
+        QTRY_VERIFY(fake.idle());
+    }
+
+    // Each model's page, and each panel that a button can open.
+    void bindingPage_data()
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<QString>("opener");
+        for (int model = 0; model < 4; ++model)
+            QTest::addRow("model %d", model) << model << QString();
+        for (const char *opener :
+             {"MidKey", "DPI_12", "DPI_4", "DPI_9", "DPI_7", "DPI_11", "DPI_13", "DPI_10"})
+            QTest::newRow(opener) << 1 << QString(opener);
+    }
+    void bindingPage()
+    {
+        QFETCH(int, model);
+        QFETCH(QString, opener);
+        fake.setDevices({fixture::shipped(uint8_t(6 + model), Receiver8K, "0x0005")});
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("dev", Receiver8K, model));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        emit PostMsg::instance()->SigMouseIndex(6 + model);
+        FlashDataMap map{};
+        map.KeyBindings[0] = map.KeyBindings[1] = {1, 1, 0};
+        map.KeyBindings[2] = {6, 2, 1};
+        qstrncpy(map.MacroBlocks[2].Name, "Reload", MacroNameSize);
+        DeviceRecord::edit([&](FlashDataMap &record) { record = map; });
+        emit PostMsg::instance()->SigUpDataButtonUIC(map);
+        const auto click = [&](const char *name) { window.findChild<QToolButton *>(name)->click(); };
+        if (!opener.isEmpty())
+            click("RightKey");
+        if (opener.startsWith("DPI"))
+            click(opener.toLatin1());
+        check(&window);
+        QTRY_VERIFY(fake.idle());
+    }
+
+    void notices()
+    {
+        LoadLanguageTables();
+        const auto shown = [](NoticeDialog &&notice) {
+            notice.show();
+            check(&notice);
+        };
+        shown(MouseOffLine());
+        OffLineKind = 1;
+        shown(MouseOffLine());
+        shown(QuestiondialogB());
+        shown(ContainReset());
+        shown(InportFail());
+        ImportResult = 2;
+        shown(InportFail());
+        shown(LeftButtonOnly());
+        shown(MakeMacro());
+        shown(SameMacro());
+        shown(GroupMaxThree());
+        shown(KeyNumberLimit());
+        shown(DeleteConfirm());
+        shown(LessThree());
+        shown(RePair());
+        shown(QuestionDialog(QuestionDialog::Mode::Create));
+        UpDateWarning warning;
+        warning.setText(language::text(language::Section::home, "WiredMode", 0));
+        shown(std::move(warning));
+        shown(ExeIsRun());
+        shown(UpDataParam());
+    }
+
+    void inputDialogs()
+    {
+        LoadLanguageTables();
+        const auto shown = [](InputDialog &&dialog) {
+            dialog.show();
+            check(&dialog);
+            emit PostMsg::instance()->SigAllLanguage(99); // the forms' own texts
+            check(&dialog);
+        };
+        shown(GroupKey());
+        shown(FireKey());
+        shown(addKey());
+        shown(AddDelayTime());
+    }
+};
+
+TEST_CLASS(tst_Layout, fixture::ShippedProduct)
+
+#include "tst_layout.moc"

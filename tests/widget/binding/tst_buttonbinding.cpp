@@ -1,0 +1,351 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What a click on the binding page writes, what it says when it cannot, and the rule of the left button.
+#include "presentation/FontScale.h"
+#include "presentation/Notices.h"
+#include "presentation/dialogs/FireKey.h"
+#include "presentation/dialogs/GroupKey.h"
+#include "tests/support/ButtonActions.h"
+#include "tests/support/TestMain.h"
+#include "tests/widget/binding/ButtonPage.h"
+
+#include <cstring>
+
+namespace
+{
+
+bool same(const FlashDataMap &a, const FlashDataMap &b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+void nameMacro(MacroBlock *block, const char *name)
+{
+    block->NameLength = uint8_t(qstrlen(name));
+    std::memcpy(block->Name, name, qstrlen(name));
+    block->EventCount = 1;
+    block->Events[0].Code.set(0x04);
+}
+
+} // namespace
+
+class tst_ButtonBinding : public ButtonPageTest
+{
+    Q_OBJECT
+
+private:
+    static std::size_t updates() { return FakeHidUsb::instance().updates().size(); }
+    void open(const char *caption, const ButtonAction &action)
+    {
+        page().click(caption);
+        if (action.opener)
+            page().click(action.opener);
+    }
+    template <typename Dialog> void whereIs(const char *button, const QPoint &offset)
+    {
+        QPoint stood(-1, -1), wanted;
+        fixture::whenModal<Dialog>([&](Dialog *dialog) {
+            stood = dialog->pos();
+            wanted = page().middleFor(dialog, offset);
+            dialog->on_CloseButton_clicked();
+        });
+        page().click(button);
+        QCOMPARE(stood, wanted);
+    }
+    static void eachAction()
+    {
+        QTest::addColumn<int>("row");
+        for (std::size_t i = 0; i < std::size(ButtonActions); ++i)
+            QTest::newRow(ButtonActions[i].widget) << int(i);
+    }
+private slots:
+    void init()
+    {
+        begin();
+        page().show(ButtonPage::plainRecord());
+    }
+    void cleanup() { end(); }
+
+    // ---- Functions
+
+    void aClickBinds_data() { eachAction(); }
+    void aClickBinds()
+    {
+        QFETCH(int, row);
+        const ButtonAction &action = ButtonActions[row];
+        FlashDataMap wanted = DeviceRecord::copy();
+        wanted.KeyBindings[3] = action.binding;
+        if (action.usage)
+            wanted.KeySequences[3] = pressAndRelease(action.usage);
+        open("TopMusic", action);
+        page().click(action.widget);
+        QVERIFY(same(DeviceRecord::copy(), wanted));
+        QCOMPARE(int(updates()), 1);
+        QCOMPARE(page().button("TopMusic")->text(), action.caption);
+        QCOMPARE(page().shownPage(), "page");
+        // Opened again, it stands on what was bound.
+        page().click("TopMusic");
+        QVERIFY(page().button(action.widget)->isChecked());
+    }
+
+    void aSilentMouseKeepsEverything_data() { eachAction(); }
+    void aSilentMouseKeepsEverything()
+    {
+        QFETCH(int, row);
+        const FlashDataMap before = DeviceRecord::copy();
+        FakeHidUsb::instance().setOnline("dev", false);
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        open("TopMusic", ButtonActions[row]);
+        page().click(ButtonActions[row].widget);
+        QVERIFY(same(DeviceRecord::copy(), before));
+        QVERIFY(updates() == 0);
+        QCOMPARE(notice.count(), 1);
+        QCOMPARE(notice[0][0].toInt(), 0);
+        QCOMPARE(page().button("TopMusic")->text(), "Back button");
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    void withoutAButtonNothingIsBound()
+    {
+        page().click("MidKey");
+        QVERIFY(updates() == 0);
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    void aMediaKeyByItsCode()
+    {
+        QVERIFY(page().form.SetMediaAction(6, 0x23));
+        QCOMPARE(page().button("Button7")->text(), "Browser home");
+        QVERIFY(!page().form.SetMediaAction(6, 0x01));
+        QCOMPARE(int(updates()), 1);
+    }
+
+    void dialogsStandBesideTheMiddle()
+    {
+        page().click("RightKey");
+        whereIs<FireKey>("DPI_6", {-50, -70});
+        whereIs<GroupKey>("DPI_8", {-50, -70});
+        whereIs<MakeMacro>("DPI_10", {-100, -50});
+        page().leave();
+        whereIs<LeftButtonOnly>("FireKey", {-100, -50});
+    }
+
+    // ---- Fire key
+
+    void theFireKeyAsksForItsValues_data()
+    {
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<int>("interval");
+        QTest::addColumn<int>("count");
+        QTest::newRow("of another action") << "RightKey" << 10 << 3;
+        QTest::newRow("of a fire key") << "Button11" << 77 << 1;
+    }
+    void theFireKeyAsksForItsValues()
+    {
+        QFETCH(QString, caption);
+        QFETCH(int, interval);
+        QFETCH(int, count);
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[10] = {4, 77, 1};
+        page().show(map);
+        page().click(caption);
+        QList<int> offered;
+        fixture::whenModal<FireKey>([&](FireKey *dialog) {
+            offered << dialog->interval() << dialog->count();
+            dialog->setValues(200, 0);
+            dialog->on_NewHong_clicked();
+        });
+        page().click("DPI_6");
+        QCOMPARE(offered, QList<int>({interval, count}));
+        const KeyBinding bound = DeviceRecord::copy().KeyBindings[caption == "Button11" ? 10 : 1];
+        QCOMPARE(int(bound.Class), 4);
+        QCOMPARE(int(bound.First), 200);
+        QCOMPARE(int(bound.Second), 0);
+        QCOMPARE(page().button(caption)->text(), "Rapid fire");
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    void aDismissedFireKeyBindsNothing()
+    {
+        page().click("RightKey");
+        fixture::whenModal<FireKey>([](FireKey *dialog) { dialog->on_CloseButton_clicked(); });
+        page().click("DPI_6");
+        QVERIFY(updates() == 0);
+        QVERIFY(page().button("RightKey_3")->isChecked()); // not the function that was not taken
+    }
+
+    void aSilentMouseIsNotAskedForAFireKey()
+    {
+        page().click("RightKey");
+        page().click("DPI_7");
+        FakeHidUsb::instance().setOnline("dev", false);
+        page().click("DPI_6"); // would not return from a dialog
+        QCOMPARE(page().shownPage(), "page");
+        QCOMPARE(page().shownPanel(), "page_9");
+        QVERIFY(updates() == 0);
+    }
+
+    // ---- Combination
+
+    void theCombinationAsksForItsKeys()
+    {
+        page().click("RightKey");
+        fixture::whenModal<GroupKey>([](GroupKey *dialog) {
+            dialog->findChild<QAbstractButton *>("Ctrl")->setChecked(true);
+            dialog->UpdateCapslockTip('A', true, false);
+            dialog->on_NewHong_clicked();
+        });
+        page().click("DPI_8");
+        const FlashDataMap record = DeviceRecord::copy();
+        QCOMPARE(int(record.KeyBindings[1].Class), 5);
+        QCOMPARE(int(record.KeySequences[1].Count.get()), 4);
+        QCOMPARE(int(record.KeySequences[1].Events[1].Code.get()), 0x04);
+        QCOMPARE(page().button("RightKey")->text(), "Ctrl+A");
+        QCOMPARE(int(updates()), 1);
+    }
+
+    void aCombinationForASilentMouseBindsNothing()
+    {
+        page().click("RightKey");
+        FakeHidUsb::instance().setOnline("dev", false);
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        fixture::whenModal<GroupKey>([](GroupKey *dialog) {
+            dialog->UpdateCapslockTip('A', true, false);
+            dialog->on_NewHong_clicked();
+        });
+        page().click("DPI_8");
+        QCOMPARE(notice.count(), 1);
+        QVERIFY(updates() == 0);
+        QCOMPARE(page().button("RightKey")->text(), "Right button");
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    void aDismissedCombinationBindsNothing()
+    {
+        page().click("RightKey");
+        fixture::whenModal<GroupKey>([](GroupKey *dialog) { dialog->on_NewHong_2_clicked(); });
+        page().click("DPI_8");
+        QVERIFY(updates() == 0);
+        QVERIFY(page().button("RightKey_3")->isChecked());
+    }
+
+    // ---- The left button
+
+    void theLastLeftButtonCannotBeOpened()
+    {
+        page().click("RightKey");
+        page().leave();
+        bool told = false;
+        fixture::whenModal<LeftButtonOnly>([&](LeftButtonOnly *notice) {
+            told = true;
+            notice->on_CloseButton_clicked();
+        });
+        page().click("FireKey");
+        QVERIFY(told);
+        QCOMPARE(page().shownPage(), "page");
+        QCOMPARE(page().shownPanel(), "page_9");
+        QCOMPARE(page().checkedCaption(), "");
+        page().click("RightKey"); // the group works on
+        page().click("BackKey");
+        QCOMPARE(page().checkedCaption(), "BackKey");
+    }
+
+    void ofTwoLeftButtonsOneCanBeChanged()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[8] = {1, 1, 0};
+        page().show(map);
+        page().click("FireKey");
+        page().click("MidKey");
+        QCOMPARE(page().button("FireKey")->text(), "Middle button");
+        bool told = false;
+        fixture::whenModal<LeftButtonOnly>([&](LeftButtonOnly *notice) {
+            told = true;
+            notice->on_CloseButton_clicked();
+        });
+        page().click("Button9");
+        QVERIFY(told);
+        QCOMPARE(page().shownPage(), "page");
+    }
+
+    void theCaptionIsWhatCounts()
+    {
+        page().button("TopMusic")->setText("Left button");
+        page().click("FireKey");
+        QCOMPARE(page().shownPage(), "page_2");
+    }
+
+    void aButtonThatTheMouseHasNotDoesNotCount()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[8] = {1, 1, 0};
+        page().show(map);
+        SelectedDevice::set(fixture::info("dev", Receiver8K, 1)); // six buttons
+        page().show(ButtonPage::plainRecord());
+        QCOMPARE(page().button("Button9")->text(), "Left button");
+        bool told = false;
+        fixture::whenModal<LeftButtonOnly>([&](LeftButtonOnly *notice) {
+            told = true;
+            notice->on_CloseButton_clicked();
+        });
+        page().click("FireKey");
+        QVERIFY(told);
+    }
+
+    // ---- Macros
+
+    void withoutMacrosThereIsANotice()
+    {
+        page().click("RightKey");
+        bool told = false;
+        fixture::whenModal<MakeMacro>([&](MakeMacro *notice) {
+            told = true;
+            notice->on_NewHong_clicked();
+        });
+        page().click("DPI_10");
+        QVERIFY(told);
+        QCOMPARE(page().shownPanel(), "page_9");
+        QVERIFY(updates() == 0);
+    }
+
+    void aMacrosTextIsAsLargeAsTheOthers()
+    {
+        scaleFonts(&page().form, 0.5);
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[7] = {6, 7, 1};
+        nameMacro(&map.MacroBlocks[7], "Burst");
+        page().show(map);
+        page().click("Button8");
+        const auto *const macro = page().form.findChild<QWidget *>("page_5")->findChild<ActionButton *>();
+        QCOMPARE(macro->font().pointSizeF(), page().button("Mute")->font().pointSizeF());
+        QCOMPARE(macro->font().pointSizeF(), 4.5);
+    }
+
+    void aMacroOfOneButtonGoesToAnother()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[7] = {6, 7, 254};
+        nameMacro(&map.MacroBlocks[7], "Burst");
+        page().show(map);
+        QCOMPARE(page().button("Button8")->text(), "Macro: Burst");
+        page().click("Button8");
+        QCOMPARE(page().shownPanel(), "page_5");
+        const QList<ActionButton *> offered =
+            page().form.findChild<QWidget *>("page_5")->findChildren<ActionButton *>();
+        QCOMPARE(offered.size(), 1);
+        QCOMPARE(offered[0]->text(), "Burst");
+        QVERIFY(offered[0]->isChecked());
+        page().leave();
+        page().click("RightKey");
+        page().click("DPI_10");
+        QCOMPARE(page().shownPanel(), "page_5");
+        offered[0]->click();
+        map.KeyBindings[1] = {6, 1, 254};
+        map.MacroBlocks[1] = map.MacroBlocks[7];
+        QVERIFY(same(DeviceRecord::copy(), map));
+        QCOMPARE(page().button("RightKey")->text(), "Macro: Burst");
+        QCOMPARE(page().shownPage(), "page");
+    }
+};
+
+TEST_CLASS(tst_ButtonBinding, ButtonPageSetUp)
+
+#include "tst_buttonbinding.moc"

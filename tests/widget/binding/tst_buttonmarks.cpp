@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The binding page's picture and rows: the marks on each model's mouse, and what a click on one does.
+#include "tests/support/TestMain.h"
+#include "tests/widget/binding/ButtonPage.h"
+
+#include "presentation/StyleSheets.h"
+
+#include <QScrollArea>
+#include <QScrollBar>
+
+namespace
+{
+
+struct MarkerRow {
+    int index;
+    int places[6][2]; // -1: not moved
+};
+constexpr MarkerRow Markers[] = {
+    {6, {{149, 65}, {249, 65}, {199, 65}, {98, 132}, {98, 185}, {199, 122}}},
+    {7, {{149, 67}, {249, 67}, {199, 67}, {98, 135}, {98, 183}, {-1, -1}}},
+    {8, {{149, 72}, {249, 72}, {199, 72}, {100, 140}, {100, 188}, {-1, -1}}},
+    {9, {{149, 77}, {249, 77}, {199, 77}, {103, 135}, {103, 185}, {-1, -1}}},
+};
+
+} // namespace
+
+class tst_ButtonMarks : public ButtonPageTest
+{
+    Q_OBJECT
+
+private slots:
+    void init() { begin(); }
+    void cleanup() { end(); }
+
+    void marksStandAsTheModelWants_data()
+    {
+        QTest::addColumn<int>("row");
+        for (std::size_t i = 0; i < std::size(Markers); ++i)
+            QTest::addRow("%d", Markers[i].index) << int(i);
+    }
+    void marksStandAsTheModelWants()
+    {
+        QFETCH(int, row);
+        const MarkerRow &wanted = Markers[row];
+        emit PostMsg::instance()->SigMouseIndex(wanted.index);
+        for (int i = 0; i < 6; ++i)
+            if (wanted.places[i][0] >= 0)
+                QCOMPARE(page().button(ButtonPageRows[i].marker)->pos(),
+                         QPoint(wanted.places[i][0], wanted.places[i][1]));
+        QCOMPARE(!page().button("Number6")->isHidden(), wanted.index == 6);
+        QCOMPARE(!page().button("BackMusic")->isHidden(), wanted.index == 6);
+        QVERIFY(page().picture().contains(QString("mouse%1.png").arg(wanted.index - 6)));
+    }
+
+    // The picture is empty but for a faint glow where there is no mouse.
+    void marksStandOnTheMouse_data()
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<int>("buttons"); // as the product's catalogue has it
+        QTest::newRow("6") << 0 << 8;
+        QTest::newRow("7") << 1 << 12;
+        QTest::newRow("8") << 2 << 7;
+        QTest::newRow("9") << 3 << 6;
+    }
+    void marksStandOnTheMouse()
+    {
+        QFETCH(int, model);
+        QFETCH(int, buttons);
+        const QImage mouse(style::pictureFolder("Buttoninterface") + QString("mouse%1.png").arg(model));
+        page().form.SlotMouseIndex(6 + model);
+        QVector<QRect> taken;
+        for (const Row &row : ButtonPageRows) {
+            const QRect mark = page().button(row.marker)->geometry();
+            if (row.button >= buttons || page().button(row.marker)->isHidden())
+                continue;
+            QVERIFY2(qAlpha(mouse.pixel(mark.center())) > 200, row.marker);
+            for (const QRect &other : qAsConst(taken))
+                QVERIFY2(!mark.intersects(other), row.marker);
+            taken << mark;
+        }
+        QVERIFY(taken.size() >= 5);
+    }
+
+    void anotherIndexMovesNothing()
+    {
+        page().form.SlotMouseIndex(8);
+        const QPoint before = page().button("Number1")->pos();
+        for (const int index : {5, 10, -1, 255}) {
+            page().form.SlotMouseIndex(index);
+            QCOMPARE(page().button("Number1")->pos(), before);
+            QVERIFY(page().picture().contains(QString("mouse%1.png").arg(index - 6)));
+            QVERIFY(page().button("Number6")->isHidden());
+        }
+    }
+
+    void anotherDeviceStartsWithTheButtons()
+    {
+        page().show(ButtonPage::plainRecord());
+        page().click("RightKey");
+        page().click("DPI_9");
+        emit PostMsg::instance()->SigMouseIndex(7);
+        QCOMPARE(page().shownPage(), "page");
+        QCOMPARE(page().shownPanel(), "page_9");
+        QCOMPARE(page().checkedCaption(), "");
+    }
+
+    void aMarkChecksAndScrolls_data() { eachButtonRow(); }
+    void aMarkChecksAndScrolls()
+    {
+        QFETCH(int, row);
+        page().show(ButtonPage::plainRecord());
+        page().click(ButtonPageRows[row].marker);
+        QCOMPARE(page().checkedCaption(), ButtonPageRows[row].caption);
+        QCOMPARE(page().form.findChild<QScrollArea *>("scrollArea_11")->verticalScrollBar()->value(),
+                 ButtonPageRows[row].scroll);
+        QCOMPARE(page().shownPage(), "page");
+        for (const Row &each : ButtonPageRows)
+            QCOMPARE(page().button(each.marker)->isChecked(), &each == &ButtonPageRows[row]);
+        QVERIFY(FakeHidUsb::instance().updates().empty());
+    }
+
+    void aMarkOfASilentMouseChecksAllTheSame()
+    {
+        page().show(ButtonPage::plainRecord());
+        FakeHidUsb::instance().setOnline("dev", false);
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        page().click("Number4");
+        QCOMPARE(notice.count(), 1);
+        QCOMPARE(page().checkedCaption(), "StartPause");
+    }
+
+    void theModelsButtonsAreTheRows()
+    {
+        SelectedDevice::set(fixture::info("dev", Receiver8K, 1));
+        page().show(ButtonPage::plainRecord());
+        for (const Row &row : ButtonPageRows) {
+            QCOMPARE(!page().button(row.caption)->isHidden(), row.button < 6);
+            QCOMPARE(!page().button(row.marker)->isHidden(), row.button < 6);
+        }
+    }
+};
+
+TEST_CLASS(tst_ButtonMarks, ButtonPageSetUp)
+
+#include "tst_buttonmarks.moc"

@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// A button of the binding page that is opened: what stands checked, which panel shows, and the way back.
+#include "tests/support/TestMain.h"
+#include "tests/widget/binding/ButtonPage.h"
+
+#include <QComboBox>
+#include <QLabel>
+
+namespace
+{
+
+struct ChoiceRow {
+    const char *name;
+    int bytes[3];
+    int kind, code; // of a sequence's first event
+    const char *panel;
+    const char *checked; // on the list and on the panel
+};
+constexpr ChoiceRow Choices[] = {
+    {"left", {1, 1, 0}, 0, 0, "page_9", "LeftKey_3"},
+    {"right", {1, 2, 0}, 0, 0, "page_9", "RightKey_3"},
+    {"middle", {1, 4, 0}, 0, 0, "page_9", "MidKey"},
+    {"back", {1, 8, 0}, 0, 0, "page_9", "BackKey_2"},
+    {"forward", {1, 16, 0}, 0, 0, "page_9", "ForWardKey"},
+    {"disabled", {0, 0, 0}, 0, 0, "page_9", "DPI_5"},
+    {"dpi cycle", {2, 1, 0}, 0, 0, "page_7", "DPI_7 VolumeUp_8"},
+    {"dpi up", {2, 2, 0}, 0, 0, "page_7", "DPI_7 VolumeUp_9"},
+    {"dpi down", {2, 3, 0}, 0, 0, "page_7", "DPI_7 VolumeUp_10"},
+    {"scroll left", {3, 1, 0}, 0, 0, "page_4", "DPI_11 VolumeUp_2"},
+    {"scroll right", {3, 2, 0}, 0, 0, "page_4", "DPI_11 VolumeDown_2"},
+    {"fire", {4, 20, 2}, 0, 0, "page_9", "DPI_6"},
+    {"media", {5, 0, 0}, 2, 0xE9, "page_3", "DPI_12 VolumeDown"},
+    {"combination", {5, 0, 0}, 1, 0x04, "page_9", "DPI_8"},
+    {"rate", {7, 0, 0}, 0, 0, "page_9", "DPI_2"},
+    {"lights", {8, 0, 0}, 0, 0, "page_6", "DPI_9 VolumeUp_4"},
+    {"dpi light", {8, 1, 0}, 0, 0, "page_6", "DPI_9 VolumeUp_5"},
+    {"strip", {8, 3, 0}, 0, 0, "page_6", "DPI_9 VolumeUp_6"},
+    {"strip effect", {8, 4, 0}, 0, 0, "page_6", "DPI_9 VolumeUp_7"},
+    {"profile", {9, 0, 0}, 0, 0, "page_9", "DPI_3"},
+    {"lock 100", {10, 1, 0}, 0, 0, "page_8", "DPI_4 VolumeUp_11"},
+    {"lock 800", {10, 15, 0}, 0, 0, "page_8", "DPI_4 VolumeUp_22"},
+    {"scroll up", {11, 1, 0}, 0, 0, "page_10", "DPI_13 VolumeUp_14"},
+    {"scroll down", {11, 2, 0}, 0, 0, "page_10", "DPI_13 VolumeDown_14"},
+    {"unknown class", {99, 1, 0}, 0, 0, "page_9", ""},
+};
+
+} // namespace
+
+class tst_ButtonOpening : public ButtonPageTest
+{
+    Q_OBJECT
+
+private slots:
+    void init() { begin(); }
+    void cleanup() { end(); }
+
+    void aButtonOpensOnItsAction_data()
+    {
+        QTest::addColumn<int>("row");
+        for (std::size_t i = 0; i < std::size(Choices); ++i)
+            QTest::newRow(Choices[i].name) << int(i);
+    }
+    void aButtonOpensOnItsAction()
+    {
+        QFETCH(int, row);
+        const ChoiceRow &choice = Choices[row];
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[4] = {uint8_t(choice.bytes[0]), uint8_t(choice.bytes[1]), uint8_t(choice.bytes[2])};
+        map.KeySequences[4].Count.set(2);
+        map.KeySequences[4].Events[0].Kind = uint8_t(choice.kind);
+        map.KeySequences[4].Events[0].Code.set(uint16_t(choice.code));
+        page().show(map);
+        page().click("RightKey"); // leaves something checked
+        page().leave();
+        page().click("StartPause");
+        QCOMPARE(page().shownPage(), "page_2");
+        QCOMPARE(page().shownPanel(), choice.panel);
+        QCOMPARE(page().checkedWidgets(), choice.checked);
+        QCOMPARE(page().checkedCaption(), "StartPause");
+        QVERIFY(!page().button("FireKey")->isVisible()); // covered, and out of the keyboard's way
+        QVERIFY(FakeHidUsb::instance().updates().empty());
+    }
+
+    // The button's caption stands above its functions, also when it changes.
+    void theTitleFollowsTheCaption()
+    {
+        MouseOnline = true;
+        page().show(ButtonPage::plainRecord());
+        page().click("RightKey");
+        const auto *const title = page().form.findChild<QLabel *>("FunctionsTitle");
+        QCOMPARE(title->text(), "Button 2: Right button");
+        page().setLanguage(1);
+        QCOMPARE(title->text(), QString::fromUtf8("Button 2: 右键"));
+        page().setLanguage(0);
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[1] = {9, 0, 0};
+        page().show(map);
+        QCOMPARE(title->text(), "Button 2: Switch profile");
+    }
+
+    void everyRowOpens_data() { eachButtonRow(); }
+    void everyRowOpens()
+    {
+        QFETCH(int, row);
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[9] = {1, 1, 0}; // a second left button
+        page().show(map);
+        page().click(ButtonPageRows[row].caption);
+        QCOMPARE(page().shownPage(), "page_2");
+        QCOMPARE(page().checkedCaption(), ButtonPageRows[row].caption);
+    }
+
+    void openersShowTheirPanel_data()
+    {
+        QTest::addColumn<QString>("panel");
+        QTest::newRow("DPI_12") << "page_3";
+        QTest::newRow("DPI_9") << "page_6";
+        QTest::newRow("DPI_4") << "page_8";
+        QTest::newRow("DPI_11") << "page_4";
+        QTest::newRow("DPI_7") << "page_7";
+        QTest::newRow("DPI_13") << "page_10";
+    }
+    void openersShowTheirPanel()
+    {
+        QFETCH(QString, panel);
+        page().show(ButtonPage::plainRecord());
+        page().click("RightKey");
+        page().click(QTest::currentDataTag());
+        QCOMPARE(page().shownPanel(), panel);
+        QCOMPARE(page().shownPage(), "page_2");
+        QVERIFY(FakeHidUsb::instance().updates().empty());
+        page().leave();
+        QCOMPARE(page().shownPage(), "page");
+        QCOMPARE(page().shownPanel(), "page_9");
+    }
+
+    void aResetSetsTheDefaults()
+    {
+        page().show(ButtonPage::plainRecord());
+        page().click("RightKey");
+        const QStringList before = page().captions();
+        QSignalSpy sleep(PostMsg::instance(), &PostMsg::SigLightToFrom);
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
+        QCOMPARE(page().shownPage(), "page");
+        QCOMPARE(page().shownPanel(), "page_9");
+        QCOMPARE(sleep.count(), 1);
+        QCOMPARE(sleep[0][0].toInt(), 60);
+        QCOMPARE(page().form.findChild<QComboBox *>("Debunce")->currentIndex(), 0);
+        QCOMPARE(page().captions(), before);
+        const char *const checked[] = {"",
+                                       "RightKey_3",
+                                       "MidKey",
+                                       "ForWardKey",
+                                       "BackKey_2",
+                                       "DPI_7 VolumeUp_8",
+                                       "DPI_7 VolumeUp_9",
+                                       "DPI_7 VolumeUp_10",
+                                       "DPI_2",
+                                       "DPI_2",
+                                       "DPI_6",
+                                       "DPI_5"};
+        for (int row = 1; row < 12; ++row) {
+            page().click(ButtonPageRows[row].caption);
+            QCOMPARE(page().checkedWidgets(), checked[row]);
+            page().leave();
+        }
+        QVERIFY(FakeHidUsb::instance().updates().empty());
+        QVERIFY(!ButtonPageBusy);
+    }
+};
+
+TEST_CLASS(tst_ButtonOpening, ButtonPageSetUp)
+
+#include "tst_buttonopening.moc"

@@ -1,0 +1,280 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The style sheets letter by letter, and the small widgets.
+#include "presentation/FocusRing.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/StyleSheets.h"
+#include "presentation/Widgets.h"
+#include "tests/support/TestMain.h"
+#include "tests/widget/Fixture.h"
+
+#include <QTemporaryDir>
+#include <QVBoxLayout>
+
+namespace
+{
+
+struct SmallCatalogue {
+    const ProductFolder product{smallCatalogue()};
+};
+// Without the skin, for which the test has a folder of its own.
+struct BareCatalogue : private SmallCatalogue, testmain::WidgetApplication {
+    using WidgetApplication::WidgetApplication;
+};
+
+} // namespace
+
+class tst_Looks : public QObject
+{
+    Q_OBJECT
+
+private:
+    static void drawMark(const QString &file, const QColor &color)
+    {
+        QPixmap mark(16, 16);
+        mark.fill(color);
+        QVERIFY(mark.save(file));
+    }
+    static int pixelsOf(QWidget *widget, const QColor &color)
+    {
+        const QImage image = widget->grab().toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                count += image.pixelColor(x, y) == color;
+        return count;
+    }
+
+private slots:
+    void sheets_data()
+    {
+        QTest::addColumn<QString>("made");
+        QTest::addColumn<QString>("wanted");
+        const QString p = "/app/Picture/Dialog/";
+        const QString c = "255,0,0";
+        const QString url = "url(/app/Picture/Dialog/";
+        const QString centred = "background-position:center;background-repeat:no-repeat;";
+        QTest::newRow("window") << style::windowBackground(p, "frameChange")
+                                << "#frameChange{border-image: " + url + "MainBack.png);}";
+        QTest::newRow("dialog") << style::dialogBackground(p, "frame_2")
+                                << "#frame_2{border:0px;" + centred + "background-image: " + url +
+                                       "BackGround.png);}";
+        QTest::newRow("title button")
+            << style::titleButton(p, "Close")
+            << "QToolButton{border:0px;background-image: " + url +
+                   "Close.png);background-position:center;background-repeat:no-repeat;}QToolButton:hover{"
+                   "background-image: " +
+                   url + "CloseHover.png);}QToolButton:pressed{background-image: " + url +
+                   "CloseClick.png);}";
+        QTest::newRow("arrow") << style::arrow(p, "Right")
+                               << "QToolButton{border-image: " + url +
+                                      "Right.png);}QToolButton:hover{border-image: " + url +
+                                      "RightClick.png);}";
+        QTest::newRow("text button") << style::textButton(p, c, "Confirm")
+                                     << "QToolButton{border:0px;" + centred +
+                                            "color: rgb(255,0,0;);border-image: " + url +
+                                            "Confirm.png);}QToolButton:pressed{border-image: " + url +
+                                            "ConfirmClick.png); }";
+        QTest::newRow("text button hover")
+            << style::textButtonHover(p, "Cancel")
+            << "QToolButton:hover:!pressed{border-image: " + url + "CancelHover.png);}";
+        QTest::newRow("label") << style::label(c) << "QLabel{color: rgb(255,0,0;);}";
+        QTest::newRow("label picture")
+            << style::labelPicture(p, "Warn.png")
+            << "QLabel{border:0px;" + centred + "background-image: " + url + "Warn.png);}";
+        QTest::newRow("tile") << style::tile(p, "OnLine0.png")
+                              << "QToolButton{border:0px;" + centred + "background-image: " + url +
+                                     "OnLine0.png);color: rgb(255, 255, 255);}";
+        QTest::newRow("check box")
+            << style::checkBox(p, c).left(style::checkBox(p, c).indexOf("QCheckBox::indicator{width"))
+            << "QCheckBox{color: rgb(255,0,0;);}QCheckBox::indicator:checked {image: " + url +
+                   "CheckBoxCheck.png);}QCheckBox::indicator:unchecked {image: " + url + "CheckBox.png);}";
+        QTest::newRow("combo list") << style::comboList(c).left(
+                                           style::comboList(c).indexOf("QListView::item:selected{color"))
+                                    << "QListView::item:selected{background-color: "
+                                       "rgb(255,0,0;);}QListView::item:hover{background-color: "
+                                       "rgb(255,0,0;);}";
+        QTest::newRow("section title") << style::sectionTitle(p, "TitleButton_2")
+                                       << "#TitleButton_2{border-image: " + url + "Title.png);}";
+        QTest::newRow("flat link") << style::flatLink(c)
+                                   << "QPushButton{border:none;background:transparent;color: rgb(255,0,0;);}";
+        QTest::newRow("thumb slider")
+            << style::thumbSlider(p)
+            << "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: " + url +
+                   "Groove.png);}QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px "
+                   "0px;" +
+                   centred + "background-image: " + url +
+                   "Thumb.png);}QSlider::handle:horizontal:hover{background-image: " + url +
+                   "ThumbHover.png);}QSlider::handle:horizontal:pressed{background-image: " + url +
+                   "ThumbClick.png);}QSlider::handle:horizontal:disabled{background-image: " + url +
+                   "ThumbOff.png);}";
+        QTest::newRow("connection") << style::stretchedPicture(p, "OnLineUsb.png")
+                                    << "QLabel{border-image: " + url + "OnLineUsb.png);}";
+    }
+    void sheets()
+    {
+        QFETCH(QString, made);
+        QFETCH(QString, wanted);
+        QCOMPARE(made, wanted);
+    }
+
+    void comboBoxBeginsWithTheTemplate()
+    {
+        QVERIFY(
+            style::comboBox("/p/", "1,2,3", "4,5,6")
+                .startsWith("QComboBox{border: 1px solid gray; color: rgb(1,2,3); border-image: "
+                            "url(/p/ComboboxBack.png);}QComboBox::drop-down:button{border-radius:5px; "
+                            "background:rgb(215,219, 222);} QComboBox::down-arrow{image: url(/p/Menu.png); "
+                            "right: 8px; }QComboBox::down-arrow:on{ image: url(/p/MenuClicked.png);}"
+                            "QComboBox QAbstractItemView::item{height:25px;}QComboBox QAbstractItemView "
+                            "{outline: 0px solid gray; border: 1px  solid gray;color: rgb(4,5,6); "
+                            "border-image: url(/p/ComboboxTextBack.png);selection-background-color: "
+                            "rgb(4,5,6); }"));
+    }
+
+    void theArrowTellsWhetherTheBoxIsOpen()
+    {
+        const QTemporaryDir folder;
+        drawMark(folder.filePath("Menu.png"), Qt::red);
+        drawMark(folder.filePath("MenuClicked.png"), Qt::blue);
+        MyConmboBox box;
+        box.addItems({"one", "two"});
+        box.resize(130, 30);
+        styleComboBox(&box, folder.path() + '/');
+        box.show();
+        QCOMPARE(pixelsOf(&box, Qt::red), 16 * 16);
+        QCOMPARE(pixelsOf(&box, Qt::blue), 0);
+        box.showPopup();
+        QCOMPARE(pixelsOf(&box, Qt::red), 0);
+        QCOMPARE(pixelsOf(&box, Qt::blue), 16 * 16);
+        box.hidePopup();
+        QTRY_COMPARE(pixelsOf(&box, Qt::red), 16 * 16);
+        box.setEnabled(false);
+        QCOMPARE(pixelsOf(&box, Qt::red) + pixelsOf(&box, Qt::blue), 0);
+    }
+
+    // A folder may hold what looks like a mark of the templates.
+    void foldersAreTakenAsTheyStand()
+    {
+        QCOMPARE(style::labelPicture("/a%1b%P/", "x.png").count("/a%1b%P/x.png"), 1);
+    }
+
+    void aColorThatIsNoneIsReplaced()
+    {
+        const QStringList parts = style::color("NoSuchColor").split(',');
+        QCOMPARE(parts.size(), 3);
+    }
+
+    void sliderJumpsToThePress()
+    {
+        QWidget ground;
+        MySlider slider(Qt::Horizontal, &ground);
+        slider.resize(200, 20);
+        slider.setRange(0, 100);
+        QTest::mousePress(&slider, Qt::LeftButton, {}, QPoint(100, 10));
+        QCOMPARE(slider.value(), 50);
+        slider.setRange(10, 20);
+        QTest::mousePress(&slider, Qt::LeftButton, {}, QPoint(199, 10));
+        QCOMPARE(slider.value(), 19);
+    }
+
+    void comboBoxRemembersWhereItWasPressed()
+    {
+        MyConmboBox box;
+        box.addItems({"one", "two", "three"});
+        box.setCurrentIndex(1);
+        QCOMPARE(box.pressedIndex(), -1);
+        QMouseEvent press(QEvent::MouseButtonPress, {4, 4}, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&box, &press);
+        box.hidePopup();
+        box.setCurrentIndex(2);
+        QCOMPARE(box.pressedIndex(), 1);
+    }
+
+    void toolButtonActsOnThePress()
+    {
+        MyToolButton button;
+        button.setCheckable(true);
+        QSignalSpy clicked(&button, SIGNAL(clicked(bool)));
+        QTest::mousePress(&button, Qt::RightButton);
+        QVERIFY(!button.isChecked());
+        QTest::mousePress(&button, Qt::LeftButton);
+        QVERIFY(button.isChecked());
+        QTest::mouseRelease(&button, Qt::LeftButton);
+        QCOMPARE(clicked.count(), 1);
+        QCOMPARE(clicked[0][0].toBool(), false);
+        QTest::mouseDClick(&button, Qt::LeftButton);
+        QCOMPARE(clicked.last()[0].toBool(), true);
+    }
+
+    void progressWalksToItsTargets()
+    {
+        MyProgressBar bar;
+        bar.setRange(0, 10);
+        bar.setValue(0);
+        QList<int> seen;
+        connect(&bar, &QProgressBar::valueChanged, &bar, [&seen](int value) { seen << value; });
+        bar.addTarget(3);
+        bar.addTarget(400);
+        QTRY_VERIFY(!bar.isWalking());
+        QCOMPARE(seen, (QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
+        bar.addTarget(2);
+        QTRY_VERIFY(!bar.isWalking());
+        QCOMPARE(bar.value(), 10);
+    }
+
+    void typingDoesNothingToAShowOnlyField()
+    {
+        MyLineEdit field;
+        field.setText("A");
+        QTest::keyClicks(&field, "bc");
+        QTest::keyClick(&field, Qt::Key_Backspace);
+        QCOMPARE(field.text(), QString("A"));
+    }
+
+    void theHandComesAndGoesWithThePointer()
+    {
+        MyButton button;
+        QEvent enter(QEvent::Enter), leave(QEvent::Leave);
+        QCoreApplication::sendEvent(&button, &enter);
+        QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
+        QCoreApplication::sendEvent(&button, &leave);
+        QCOMPARE(button.cursor().shape(), Qt::ArrowCursor);
+    }
+
+    void tileKnowsItsNumber()
+    {
+        mytoolButtonEnter tile;
+        QCOMPARE(tile.deviceIndex(), -1);
+        tile.setObjectName("btn12");
+        QCOMPARE(tile.deviceIndex(), 12);
+    }
+
+    void focusRingFollowsTheKeyboardAlone()
+    {
+        FocusRing::install(Qt::green);
+        auto ground = std::make_unique<QWidget>();
+        ground->resize(300, 100);
+        QToolButton first(ground.get());
+        QToolButton second(ground.get());
+        first.setGeometry(20, 20, 80, 30);
+        second.setGeometry(150, 20, 80, 30);
+        ground->show();
+        QApplication::setActiveWindow(ground.get());
+        second.setFocus(Qt::MouseFocusReason);
+        QVERIFY(!ground->findChild<QWidget *>("FocusOutline"));
+        first.setFocus(Qt::TabFocusReason);
+        auto *outline = ground->findChild<QWidget *>("FocusOutline");
+        QVERIFY(outline && outline->isVisible());
+        QVERIFY(outline->geometry().contains(first.geometry()));
+        first.move(20, 50);
+        QVERIFY(outline->geometry().contains(first.geometry()));
+        second.setFocus(Qt::MouseFocusReason);
+        QVERIFY(!outline->isVisible());
+    }
+};
+
+TEST_CLASS(tst_Looks, BareCatalogue)
+
+#include "tst_looks.moc"
