@@ -68,14 +68,15 @@ install_packages()
     apt install --no-install-recommends $missing
 }
 
-# build_tree folder target cmake-option… : configures the tree and builds the target.
+# build_tree folder targets cmake-option… : configures the tree and builds the targets, a list of words.
 build_tree()
 {
-    local tree=$1 target=$2 launcher=
+    local tree=$1 targets=$2 launcher=
     shift 2
     command -v ccache >/dev/null && launcher=ccache
+    # shellcheck disable=SC2086 # a list of words
     cmake -S "$top" -B "$tree" -G Ninja -DCMAKE_CXX_COMPILER_LAUNCHER="$launcher" "$@" &&
-        cmake --build "$tree" --target "$target" --parallel "$(nproc)"
+        cmake --build "$tree" --target $targets --parallel "$(nproc)"
 }
 
 # wait_until seconds command… : true once the command is, false when the time is over.
