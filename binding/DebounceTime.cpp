@@ -5,6 +5,7 @@
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
@@ -47,12 +48,12 @@ void DebounceTime::SetDebounce(int index)
 
 void DebounceTime::on_Debunce_currentIndexChanged(int index)
 {
-    if (!UiArmed || index < 0)
+    if (index < 0)
         return;
-    if (!SetDebounceTime(uint8_t(index))) {
-        showIndex(lastIndex_);
+    if (edit(
+            ui->Debunce, [index] { return SetDebounceTime(uint8_t(index)); },
+            [this] { showIndex(lastIndex_); }) != EditResult::Written)
         return;
-    }
     lastIndex_ = index;
     tellShown();
     if (index < SafeDebounce && !ButtonPageBusy)

@@ -4,6 +4,7 @@
 
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -15,7 +16,7 @@ namespace
 
 enum Mode { Off, Steady, Breathing };
 
-void say(QLabel *label, const QString &text)
+void setTextOf(QLabel *label, const QString &text)
 {
     if (!text.isEmpty())
         label->setText(text);
@@ -102,46 +103,35 @@ void SensorEffect::SetEffect(const FlashDataMap &map)
     SetLight(brightnessOf(map.DpiLedBrightness));
 }
 
-// ---- What the person changes --------------------------------------------------------------------
+// ---- What the user changes --------------------------------------------------------------------
 
 void SensorEffect::on_Model_currentIndexChanged(int index)
 {
-    if (UiArmed && !SensorPageBusy) {
-        if (!SetDpiLedMode(uint8_t(index))) {
-            SetModel(lastMode_);
-            return;
-        }
+    const EditResult result = edit(
+        SensorPageBusy, ui->Model, [index] { return SetDpiLedMode(uint8_t(index)); },
+        [this] { SetModel(lastMode_); });
+    if (result == EditResult::Written)
         lastMode_ = index;
-    }
-    showMode(index);
+    if (result != EditResult::Refused)
+        showMode(index);
 }
 
 void SensorEffect::follow(const Scale &scale, int position)
 {
-    if (CheckOnline()) {
+    if (CheckOnline())
         scale.spinBox->setValue(position);
-        return;
-    }
-    // Disabled first, so that the change back is no edit.
-    scale.slider->setEnabled(false);
-    scale.slider->setValue(scale.spinBox->value());
+    else
+        scale.slider->giveBack(scale.spinBox->value());
 }
 
 void SensorEffect::change(const Scale &scale, int value, bool (*write)(int value))
 {
-    if (!scale.slider->isEnabled()) {
-        scale.slider->setValue(scale.spinBox->value());
-        return;
-    }
-    if (!UiArmed || SensorPageBusy)
-        return;
-    if (write(value)) {
+    const auto giveBack = [&scale] { scale.slider->giveBack(scale.spinBox->value()); };
+    if (!scale.slider->isEnabled())
+        giveBack();
+    else if (edit(
+                 SensorPageBusy, scale.slider, [=] { return write(value); }, giveBack) == EditResult::Written)
         scale.spinBox->setValue(value);
-        return;
-    }
-    const QSignalBlocker silent(scale.slider);
-    scale.slider->setEnabled(false);
-    scale.slider->setValue(scale.spinBox->value());
 }
 
 void SensorEffect::on_SpeedH_sliderMoved(int position) { follow(speed_, position); }
@@ -154,9 +144,9 @@ void SensorEffect::on_LightH_valueChanged(int value) { change(light_, value, wri
 void SensorEffect::SlotAllLanguage(int index)
 {
     using namespace language;
-    say(ui->title, text(Section::light, "DPIEffect", index));
-    say(ui->lightCaption, text(Section::light, "Brightness", index));
-    say(ui->speedCaption, text(Section::light, "Speed", index));
+    setTextOf(ui->title, text(Section::light, "DPIEffect", index));
+    setTextOf(ui->lightCaption, text(Section::light, "Brightness", index));
+    setTextOf(ui->speedCaption, text(Section::light, "Speed", index));
     for (int i = 0; i < ui->Model->count(); ++i) {
         const QString mode = choice("DPIEffectOptions", QString::number(i), index);
         if (!mode.isEmpty())

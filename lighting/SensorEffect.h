@@ -12,8 +12,8 @@
 #include <array>
 #include <memory>
 
+class MySlider;
 class QLabel;
-class QSlider;
 class QSpinBox;
 
 namespace Ui
@@ -52,7 +52,7 @@ public slots:
 private:
     struct Scale {
         QLabel *caption;
-        QSlider *slider;
+        MySlider *slider;
         QSpinBox *spinBox;
         QLabel *placeholder;
         int shownInMode;

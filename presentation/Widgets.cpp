@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QMouseEvent>
+#include <QSignalBlocker>
 #include <QStyleOptionButton>
 #include <QStylePainter>
 
@@ -14,11 +15,42 @@ constexpr int ProgressStepMs = 20;
 
 void MySlider::mousePressEvent(QMouseEvent *event)
 {
+    pressEnded_ = false;
     QSlider::mousePressEvent(event);
-    const double share = width() > 0 ? double(event->x()) / width() : 0;
-    setValue(int(minimum() + (maximum() - minimum()) * share));
+    if (!pressEnded_) {
+        const double share = width() > 0 ? double(event->x()) / width() : 0;
+        setValue(int(minimum() + (maximum() - minimum()) * share));
+    }
+    if (pressEnded_)
+        endPress(); // the base class goes on with its press after the signal that disabled the slider
     if (parentWidget())
         QCoreApplication::postEvent(parentWidget(), new QEvent(Jumped));
+}
+
+void MySlider::changeEvent(QEvent *event)
+{
+    QSlider::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange && !isEnabled())
+        endPress();
+}
+
+// Only a release clears what the base class keeps of a press; setSliderDown(false) leaves the pressed handle
+// and the repeated steps of a press beside it.
+void MySlider::endPress()
+{
+    pressEnded_ = true;
+    const QSignalBlocker silent(this);
+    setSliderPosition(value()); // a release takes over the position of the drag
+    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(), Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QSlider::mouseReleaseEvent(&release);
+    setRepeatAction(SliderNoAction);
+}
+
+void MySlider::giveBack(int value)
+{
+    const QSignalBlocker silent(this);
+    setEnabled(false);
+    setValue(value);
 }
 
 void MyConmboBox::mousePressEvent(QMouseEvent *event)

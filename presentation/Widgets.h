@@ -14,7 +14,9 @@
 #include <QTimer>
 #include <QToolButton>
 
-// A press jumps to the place under the pointer; the parent then gets an event of type Jumped.
+// A press jumps to the place under the pointer; the parent then gets an event of type Jumped. Being disabled
+// ends a press: the release that follows never arrives at a disabled slider, and with the press kept, a
+// pointer that passes over the slider later would drag it.
 class MySlider : public QSlider
 {
     Q_OBJECT
@@ -22,9 +24,18 @@ class MySlider : public QSlider
 public:
     static constexpr QEvent::Type Jumped = QEvent::Type(1001);
     using QSlider::QSlider;
+    // For a value that the device did not take: back to `value` without a signal, and disabled until the
+    // page is filled again.
+    void giveBack(int value);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void endPress();
+
+    bool pressEnded_ = false; // while mousePressEvent runs: the slider was disabled meanwhile
 };
 
 // Remembers the index at each press, and paints its item without the native look.

@@ -7,6 +7,7 @@
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
 #include "hub/PostMsg.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/ModelPicture.h"
 #include "presentation/SkinPalette.h"
@@ -73,6 +74,17 @@ bool offersLongRange()
 {
     const int model = SelectedDevice::info().DriveIndex;
     return DeviceCatalogue().list(model, "Adveanced").value(0) != QLatin1String(NoLongRange);
+}
+
+// The mode belongs to the receiver and is not in the record; the receiver's answer is not tested.
+bool writeLongRange(bool on)
+{
+    if (!UsbFinderC_GetDeviceOnLine(CurrentDevicePath())) {
+        emit PostMsg::instance()->SigMouseOffLineo(0);
+        return false;
+    }
+    UsbFinderC_SetLongRangeMode(CurrentDevicePath(), on ? 1 : 0);
+    return true;
 }
 
 } // namespace
@@ -158,13 +170,12 @@ void Advanced::applyStyle()
     ui->AngleSet->setStyleSheet(style::thumbSlider(PicturePath_));
 }
 
-// ---- What the device says -----------------------------------------------------------------------
+// ---- What a record shows ------------------------------------------------------------------------
 
 void Advanced::paint(const FlashDataMap &map)
 {
     ui->AngleSet->setEnabled(true);
-    Angle_ = int8_t(map.AngleSet);
-    takeBackAngle();
+    paintAngle(int8_t(map.AngleSet));
     ui->SleepPanel->SetStopClose(sleepIndexOf(map.StopCloseTime));
     ui->KFPS->setChecked(map.KFps == 1);
     ShowKfps_ = showKfpsCaption_ = true;
@@ -195,8 +206,7 @@ void Advanced::SlotFormReset()
     ui->checkBox->setChecked(false);
     ui->SleepPanel->SetStopClose(SleepAfterReset);
     ui->KFPS->setChecked(false);
-    Angle_ = 0;
-    takeBackAngle();
+    paintAngle(0);
     ShowKfps_ = ShowLongRange_ = true;
     showKfpsCaption_ = showLongRangeCaption_ = false;
     SetPos(0);
@@ -210,11 +220,12 @@ void Advanced::showAngle(int degrees)
     ui->AngleText->setText(degreesText(degrees));
 }
 
-void Advanced::takeBackAngle()
+void Advanced::paintAngle(int degrees)
 {
     const QSignalBlocker silent(ui->AngleSet);
-    ui->AngleSet->setValue(Angle_);
-    showAngle(Angle_);
+    ui->AngleSet->setValue(degrees);
+    showAngle(degrees);
+    Angle_ = degrees;
 }
 
 void Advanced::on_AngleSet_sliderMoved(int position) { showAngle(position); }
@@ -222,39 +233,30 @@ void Advanced::on_AngleSet_sliderMoved(int position) { showAngle(position); }
 void Advanced::on_AngleSet_valueChanged(int value)
 {
     showAngle(value);
-    if (!ui->AngleSet->isEnabled()) {
-        takeBackAngle();
-        return;
-    }
-    if (!UiArmed || SensorPageBusy)
-        return;
-    if (SetAngleSet(uint8_t(value))) {
+    const auto giveBack = [this] {
+        ui->AngleSet->giveBack(Angle_);
+        showAngle(Angle_);
+    };
+    if (!ui->AngleSet->isEnabled())
+        giveBack();
+    else if (edit(
+                 SensorPageBusy, ui->AngleSet, [value] { return SetAngleSet(uint8_t(value)); }, giveBack) ==
+             EditResult::Written)
         Angle_ = value;
-        return;
-    }
-    const QSignalBlocker silent(ui->AngleSet);
-    ui->AngleSet->setEnabled(false);
-    takeBackAngle();
 }
 
+// Written whether or not the pages take input.
 void Advanced::on_KFPS_clicked(bool checked)
 {
     if (!SetKFps(checked ? 1 : 0))
         ui->KFPS->setChecked(!checked);
 }
 
-// The mode is the receiver's own and no part of the record.
 void Advanced::on_checkBox_toggled(bool checked)
 {
-    if (!UiArmed)
-        return;
-    if (UsbFinderC_GetDeviceOnLine(CurrentDevicePath())) {
-        UsbFinderC_SetLongRangeMode(CurrentDevicePath(), checked ? 1 : 0);
-        return;
-    }
-    emit PostMsg::instance()->SigMouseOffLineo(0);
-    const QSignalBlocker silent(ui->checkBox);
-    ui->checkBox->setChecked(!checked);
+    edit(
+        ui->checkBox, [checked] { return writeLongRange(checked); },
+        [this, checked] { ui->checkBox->setChecked(!checked); });
 }
 
 void Advanced::on_checkBox_2_toggled(bool checked)

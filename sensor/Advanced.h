@@ -60,7 +60,7 @@ private:
     void paint(const FlashDataMap &map);
     void setHiddenTexts(int index);
     void showAngle(int degrees);
-    void takeBackAngle();
+    void paintAngle(int degrees);
     static void place(std::initializer_list<Placed> group, int top);
 
     std::unique_ptr<Ui::Advanced> ui;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/Sensor.h"
 
+#include "catalogue/DeviceCatalogue.h"
 #include "catalogue/DpiCodes.h"
 #include "catalogue/LevelFile.h"
 #include "device/DeviceRecord.h"
@@ -9,7 +10,9 @@
 #include "device/WriteFamily.h"
 #include "environment/DataRoot.h"
 #include "hub/PostMsg.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
+#include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
@@ -22,11 +25,31 @@
 #include <QListView>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
+#include <algorithm>
 
 namespace
 {
 
-constexpr int TipGap = 8; // pixels between a caption and its tip
+constexpr int TipGap = 8;     // pixels between a caption and its tip
+constexpr int PlainModel = 2; // of the key XIn1: rates and stages are all that this model has
+constexpr int ResetTimeIndex = 2;
+constexpr int ResetTimeFallback = 1;
+constexpr char SmallLodSensor[] = "3950";
+
+// A mouse on its cable does not run at these, whatever its flash holds.
+constexpr bool tooFastForCable(uint8_t code) { return code == 16 || code == 32; }
+
+bool fixesMode(uint8_t code)
+{
+    const int index = rateIndexOf(code);
+    return index >= 0 && RateRows[std::size_t(index)].hidesModel;
+}
+
+// No record holds more than DpiStageLimit, whatever the catalogue claims.
+int stagesOf(const DeviceAllInfo &info)
+{
+    return qBound(0, DeviceCatalogue().number(info.DriveIndex, "DPIMaxGrade"), DpiStageLimit);
+}
 
 QString sensorText(const char *key, int index)
 {
@@ -36,7 +59,7 @@ QString sensorText(const char *key, int index)
 bool isFastReceiver(uint16_t deviceKind) { return connectionKind(deviceKind) > 1; }
 
 // Empty texts leave the defaults of the form.
-template <typename Widget> void say(Widget *widget, const QString &text)
+template <typename Widget> void setTextOf(Widget *widget, const QString &text)
 {
     if (!text.isEmpty())
         widget->setText(text);
@@ -102,39 +125,36 @@ void Sensor::connectSignals()
 
 void Sensor::on_ModelChoose_currentIndexChanged(int index)
 {
-    if (!UiArmed || SensorPageBusy || index < 0 || index == Corded)
+    if (index < 0 || index == Corded)
         return;
-    if (SetModelChoose(uint8_t(index))) {
+    if (edit(
+            SensorPageBusy, ui->ModelChoose, [index] { return SetModelChoose(uint8_t(index)); },
+            [this] { ui->ModelChoose->setCurrentIndex(ModeIndex_); }) == EditResult::Written)
         ModeIndex_ = index;
-        return;
-    }
-    const QSignalBlocker quiet(ui->ModelChoose);
-    ui->ModelChoose->setCurrentIndex(ModeIndex_);
 }
 
 void Sensor::on_Performance_clicked(bool checked)
 {
-    if (!UiArmed)
-        return;
-    if (SetPerformance(checked ? 1 : 0)) {
+    const auto restore = [this, checked] {
+        ui->Performance->setChecked(!checked);
+        ui->PerformanceOpen->setEnabled(!checked);
+    };
+    if (edit(
+            ui->Performance, [checked] { return SetPerformance(checked ? 1 : 0); }, restore) ==
+        EditResult::Written)
         emit PostMsg::instance()->Sig20KOpen(checked);
-        return;
-    }
-    const QSignalBlocker quiet(ui->Performance);
-    ui->Performance->setChecked(!checked);
-    ui->PerformanceOpen->setEnabled(!checked);
 }
 
 void Sensor::on_Performance_toggled(bool checked) { ui->PerformanceOpen->setEnabled(checked); }
 
 void Sensor::on_PerformanceOpen_currentIndexChanged(int index)
 {
-    if (!UiArmed || SensorPageBusy || index < 0 || index >= int(PerformanceTimes.size()))
+    if (index < 0 || index >= int(PerformanceTimes.size()))
         return;
-    if (SetPerformanceOpen(PerformanceTimes[std::size_t(index)]))
-        return;
-    const QSignalBlocker quiet(ui->PerformanceOpen);
-    ui->PerformanceOpen->setCurrentIndex(PerformanceIndex_);
+    edit(
+        SensorPageBusy, ui->PerformanceOpen,
+        [index] { return SetPerformanceOpen(PerformanceTimes[std::size_t(index)]); },
+        [this] { ui->PerformanceOpen->setCurrentIndex(PerformanceIndex_); });
 }
 
 void Sensor::on_RippeControl_clicked(bool checked)
@@ -177,7 +197,7 @@ void Sensor::lockMode()
     ui->ModelChoose->setEnabled(false);
 }
 
-// Quietly: what the device has decided is not written back to it.
+// Blocked: what the device decided is not written back to it.
 void Sensor::setMode(int index)
 {
     const QSignalBlocker quiet(ui->ModelChoose);
@@ -205,7 +225,7 @@ void Sensor::SlotHideModel(int state)
         lockMode();
 }
 
-// ---- What the device says -----------------------------------------------------------------------
+// ---- What the device reports --------------------------------------------------------------------
 
 void Sensor::SlotUpDataReportRate(int code)
 {
@@ -224,11 +244,7 @@ void Sensor::SlotUpDataReportRate(int code)
 void Sensor::SlotUpDataDPI(int stage)
 {
     UiArmed = false;
-    if (stage >= 0 && stage < DpiStageLimit) {
-        ui->sensorDPI->SetCurrentStage(stage + 1);
-        ui->sensorDPI->SelectStage(stage);
-        ui->sensorDPI->SetCurrentStage(stage);
-    }
+    ui->sensorDPI->SelectStage(stage); // a number beyond the last stage changes nothing
     UiArmed = true;
 }
 
@@ -241,15 +257,137 @@ void Sensor::SlotUpDataSenSorUISensor(FlashDataMap DataMap)
 
 void Sensor::SlotUpDataSenSorUIB(FlashDataMap DataMap) { paint(DataMap); }
 
+// ---- A record on the page -----------------------------------------------------------------------
+
+// The order of the steps counts: a later one overrides an earlier one.
+void Sensor::paint(const FlashDataMap &map)
+{
+    const DeviceAllInfo info = SelectedDevice::info();
+    const DeviceCatalogue catalogue;
+    const PageFilling filling(SensorPageBusy);
+    paintRate(map.ReportRate, info.Usb);
+    SensorName = catalogue.text(info.DriveIndex, "Sensor");
+    offerSmallLod(SensorName == QLatin1String(SmallLodSensor));
+    paintMode(map, info);
+    ui->sensorLOD->SetLod(map.LiftOffDistance - 1);
+    paintPerformance(map);
+    ui->rippeControl->SetChecked(map.RippeControl != 0);
+    ui->straightLine->SetChecked(map.StraightLine != 0);
+    ui->motionSync->SetChecked(map.MotionSync != 0);
+    showSettings(catalogue.number(info.DriveIndex, "XIn1") != PlainModel);
+    ReadDpiRange(info.DriveIndex);
+    ui->sensorDPI->paint(map, stagesOf(info));
+    ui->sensorRate->SetRateVisibility(rateLevelOf(info.DeviceKind));
+    gateByCapability();
+}
+
+void Sensor::paintRate(uint8_t code, bool wired)
+{
+    ui->sensorRate->SetRate(rateIndexOf(code));
+    if (wired && tooFastForCable(code))
+        ui->sensorRate->SetRate(Rate1000);
+}
+
+void Sensor::offerSmallLod(bool offered)
+{
+    if (offered)
+        ui->sensorLOD->AddSmallLod();
+    else
+        ui->sensorLOD->RemoveSmallLod();
+}
+
+void Sensor::paintMode(const FlashDataMap &map, const DeviceAllInfo &info)
+{
+    if (!modeSelectable()) {
+        ui->sensorDPI->SetChoice(0);
+        ui->ModelChoose->setEnabled(false);
+    } else if (info.Usb || (connectionKind(info.DeviceKind) > 1 && fixesMode(map.ReportRate))) {
+        lockMode();
+    } else {
+        freeMode(map.ModelChoose);
+    }
+}
+
+void Sensor::paintPerformance(const FlashDataMap &map)
+{
+    const bool on = map.Performance != 0;
+    ui->Performance->setChecked(on);
+    ui->PerformanceOpen->setEnabled(on);
+    emit PostMsg::instance()->Sig20KOpen(on);
+    const int index = performanceIndexOf(map.PerformanceOpen);
+    if (index < 0)
+        return;
+    ui->PerformanceOpen->setCurrentIndex(index);
+    PerformanceIndex_ = index;
+}
+
+// ---- Which settings there are -------------------------------------------------------------------
+
+void Sensor::showSettings(bool shown)
+{
+    for (QWidget *widget : settings())
+        widget->setVisible(shown);
+}
+
+// Runs after showSettings(): what a sensor cannot do stays hidden, whatever the model shows.
+void Sensor::gateByCapability()
+{
+    ui->sensorLOD->setLodEnabled(capabilities_.LodSupport.contains(SensorName));
+    ui->rippeControl->setVisible(capabilities_.RippleSupport.contains(SensorName));
+    ui->straightLine->setVisible(capabilities_.FixLineSupport.contains(SensorName));
+    ui->motionSync->setVisible(capabilities_.MotionSyncSupport.contains(SensorName));
+    const auto all = settings();
+    ui->settingsCard->setVisible(
+        std::any_of(all.begin(), all.end(), [](const QWidget *widget) { return !widget->isHidden(); }));
+}
+
+std::array<QWidget *, 12> Sensor::settings() const
+{
+    return {ui->TitleButton_3,   ui->label_10,     ui->TitleButton_4, ui->label_11,
+            ui->ModelChoose,     ui->sensorLOD,    ui->Performance,   ui->performanceTip,
+            ui->PerformanceOpen, ui->rippeControl, ui->straightLine,  ui->motionSync};
+}
+
+// ---- Without a device ---------------------------------------------------------------------------
+
+void Sensor::SlotFormReset()
+{
+    const PageFilling filling(SensorPageBusy);
+    ui->sensorDPI->reset();
+    resetByKind(SelectedDevice::info());
+    ui->PerformanceOpen->setCurrentIndex(ResetTimeIndex);
+    PerformanceIndex_ = ResetTimeFallback;
+    ui->sensorLOD->SetLod(0);
+    ui->Performance->setEnabled(true);
+    ui->Performance->setChecked(false);
+    emit PostMsg::instance()->Sig20KOpen(false);
+    ui->PerformanceOpen->setEnabled(false);
+    ui->motionSync->SetChecked(true);
+    ui->straightLine->SetChecked(false);
+    ui->rippeControl->SetChecked(false);
+}
+
+void Sensor::resetByKind(const DeviceAllInfo &info)
+{
+    const int level = rateLevelOf(info.DeviceKind);
+    if (level >= 0) {
+        ui->sensorRate->SetRateVisibility(level);
+        setMode(level == 0 ? LowPower : Corded);
+        ui->sensorRate->SetRate(Rate1000);
+    }
+    if (info.Usb)
+        setMode(Corded);
+}
+
 // ---- Texts --------------------------------------------------------------------------------------
 
 void Sensor::SlotAllLanguage(int index)
 {
     ui->sensorDPI->setTitle(sensorText("DPISetting", index));
     ui->sensorRate->setTitle(sensorText("ReportRate", index));
-    say(ui->label_10, sensorText("SensorSetting", index));
-    say(ui->label_11, sensorText("SensorMode", index));
-    say(ui->Performance, sensorText("Performance", index));
+    setTextOf(ui->label_10, sensorText("SensorSetting", index));
+    setTextOf(ui->label_11, sensorText("SensorMode", index));
+    setTextOf(ui->Performance, sensorText("Performance", index));
     for (int i = 0; i < ShownPerformanceTimes; ++i) {
         const QString key = QString::number(PerformanceTimes[std::size_t(i)]);
         const QString time = language::choice("PerformanceOptions", key, index);

@@ -62,18 +62,13 @@ private:
     void placeTips();
 
     void paint(const FlashDataMap &map);
-    void silenceStages(bool silent);
     void paintRate(uint8_t code, bool wired);
     void offerSmallLod(bool offered);
     void paintMode(const FlashDataMap &map, const DeviceAllInfo &info);
     void paintPerformance(const FlashDataMap &map);
-    void paintStageColors(const FlashDataMap &map, int stages);
-    void paintStageValues(const FlashDataMap &map, int stages);
-    void showDpi(int shown, int announced);
     std::array<QWidget *, 12> settings() const;
     void showSettings(bool shown);
     void gateByCapability();
-    void resetStages();
     void resetByKind(const DeviceAllInfo &info);
 
     bool modeSelectable() const;

@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/SensorDPI.h"
 
+#include "catalogue/DeviceCatalogue.h"
 #include "catalogue/DpiCodes.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -24,11 +26,20 @@ namespace
 {
 
 constexpr int FreeSlider = 5000;
+constexpr int StopRadius = 4; // of the track's stops, each at the middle of a stage
 
-// A question without a notice, for what the user may try and try again with the pointer.
+// Without a device.
+constexpr int ResetMinimum = 50;
+constexpr int ResetMaximum = 42000;
+constexpr int ResetStages = 6;
+constexpr int ResetStage = 1;
+constexpr int ResetDpi = 2400;
+constexpr int ResetOverviewDpi = 800; // differs from the slider: the overview shows what a new mouse has
+
+// Asks without a notice, for what a pointer does many times in a second.
 bool mouseAnswers() { return UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0; }
 
-bool isEdit() { return UiArmed && !SensorPageBusy; }
+QString nameOf(const DpiStage &stage) { return QColor(stage.Red, stage.Green, stage.Blue).name(); }
 
 QColor colorOf(const QString &color)
 {
@@ -38,7 +49,7 @@ QColor colorOf(const QString &color)
 
 } // namespace
 
-SensorDPI::SensorDPI(QWidget *parent) : StageSlots(parent), ui(std::make_unique<Ui::SensorDPI>())
+SensorDPI::SensorDPI(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::SensorDPI>())
 {
     ui->setupUi(this);
     row_ = std::make_unique<StageRow>(
@@ -80,24 +91,153 @@ void SensorDPI::applyStyle()
                                    style::comboBoxBack(PicturePath_, QStringLiteral("CountBack.png")));
 }
 
+// ---- What the page shows
+
+// The slider may be blocked and disabled by an edit that was refused; from here on it is usable again.
+void SensorDPI::paintSilently(const std::function<void()> &paint)
+{
+    const auto quiet = row_->silence();
+    const QSignalBlocker quietChoice(ui->ChooseEvent);
+    ui->horizontalSliderC->blockSignals(true);
+    paint();
+    ui->horizontalSliderC->setEnabled(true);
+    ui->horizontalSliderC->blockSignals(false);
+}
+
+void SensorDPI::paint(const FlashDataMap &map, int offered)
+{
+    paintSilently([&] {
+        SetStageCount(map.DpiStageCount);
+        if (isStage(map.CurrentDpiStage))
+            SetCurrentStage(map.CurrentDpiStage);
+        for (int i = 0; i < offered; ++i)
+            SetStageColor(i, nameOf(map.DpiStages[i]));
+        offerChoices(offered);
+        row_->selectOnly(CurrentStage_);
+        showRange(SensorRanges.DpiSliderMin, SensorRanges.DpiSliderMax);
+        for (int i = 0; i < offered; ++i) {
+            const DpiStage &stage = map.DpiStages[i];
+            const int dpi = SensorDpiDecode(stage.LevelX, stage.LevelFlags);
+            SetStageText(i, QString::number(dpi));
+            if (i == map.CurrentDpiStage) {
+                emit PostMsg::instance()->SigAddSensor(dpi);
+                showDpi(dpi);
+            }
+        }
+        ShowStages(map.DpiStageCount - 1);
+        SetChoice(map.DpiStageCount - 1);
+        SelectStage(map.CurrentDpiStage);
+    });
+}
+
+void SensorDPI::reset()
+{
+    paintSilently([this] {
+        showRange(ResetMinimum, ResetMaximum);
+        ResetDefaults();
+        offerChoices(ResetStages);
+        ShowStages(ResetStages - 1);
+        SetChoice(ResetStages - 1);
+        SelectStage(ResetStage);
+        emit PostMsg::instance()->SigAddSensor(ResetOverviewDpi);
+        showDpi(ResetDpi);
+    });
+}
+
+void SensorDPI::showRange(int minimum, int maximum)
+{
+    ui->horizontalSliderC->setMaximum(maximum);
+    ui->horizontalSliderC->setMinimum(minimum);
+}
+
+void SensorDPI::offerChoices(int count)
+{
+    ui->ChooseEvent->clear();
+    for (int i = 0; i < count; ++i)
+        ui->ChooseEvent->insertItem(i, QString::number(i + 1));
+}
+
+void SensorDPI::showDpi(int dpi)
+{
+    ui->horizontalSliderC->setValue(dpi);
+    ui->spinBoxA->setValue(dpi);
+}
+
+void SensorDPI::setTitle(const QString &title) { ui->label->setText(title); }
+
+void SensorDPI::SetStageText(int stage, const QString &text)
+{
+    if (isStage(stage))
+        row_->setText(stage, text);
+}
+
+void SensorDPI::SetStageColor(int stage, const QString &color)
+{
+    if (isStage(stage))
+        row_->setColor(stage, listedColor(QColor(color)));
+}
+
+void SensorDPI::ShowStages(int lastIndex)
+{
+    const int last = qBound(0, lastIndex, DpiStageLimit - 1);
+    row_->show(last);
+    ui->groove->resize(MarkerPitch * last + 2 * StopRadius, ui->groove->height());
+}
+
+void SensorDPI::SelectStage(int stage)
+{
+    if (!isStage(stage))
+        return;
+    CurrentStage_ = LastStage_ = stage;
+    showStage(stage);
+    ArmWrite_ = true; // nothing of this was sent, so the slider's next change is the user's
+}
+
+void SensorDPI::ResetDefaults()
+{
+    const DeviceCatalogue catalogue;
+    const int model = SelectedDevice::info().DriveIndex;
+    const QStringList colors = catalogue.list(model, "DPIColor");
+    for (int stage = 0; stage < DpiStageLimit && 3 * stage + 2 < colors.size(); ++stage)
+        row_->setColor(stage, QStringList(colors.mid(3 * stage, 3)).join(QLatin1Char(',')));
+    const QStringList texts = catalogue.list(model, "DPIGrade");
+    if (texts.size() < DpiStageLimit)
+        return;
+    for (int stage = 0; stage < DpiStageLimit; ++stage) {
+        row_->selectButton(stage, false);
+        row_->setText(stage, texts[stage]);
+    }
+}
+
+void SensorDPI::SetChoice(int index)
+{
+    const QSignalBlocker quiet(ui->ChooseEvent);
+    ui->ChooseEvent->setCurrentIndex(index);
+    ChooseIndex_ = ui->ChooseEvent->currentIndex();
+}
+
 // ---- Selecting a stage
 
 void SensorDPI::stageToggled(int stage, bool checked)
 {
     row_->selectButton(stage, checked);
-    if (checked && isEdit())
+    if (checked)
         takeStage(stage);
 }
 
 void SensorDPI::takeStage(int stage)
 {
-    LastStage_ = CurrentStage_;
-    CurrentStage_ = stage;
-    if (!SetCurrentDpiStage(uint8_t(stage))) {
+    const auto write = [this, stage] {
+        LastStage_ = CurrentStage_;
+        CurrentStage_ = stage;
+        return SetCurrentDpiStage(uint8_t(stage));
+    };
+    const auto restore = [this] {
         CurrentStage_ = LastStage_;
         showStage(LastStage_);
+    };
+    if (edit(SensorPageBusy, row_->button(stage), write, restore) != EditResult::Written)
         return;
-    }
     for (int other = 0; other < DpiStageLimit; ++other)
         if (other != stage)
             row_->selectButton(other, false);
@@ -107,8 +247,6 @@ void SensorDPI::takeStage(int stage)
     ui->label_8->move(StagePoint[std::size_t(stage)]);
     emit PostMsg::instance()->SigAddSensor(row_->number(stage));
 }
-
-void SensorDPI::stageClicked() { showStage(LastStage_); }
 
 void SensorDPI::showStage(int stage)
 {
@@ -178,9 +316,11 @@ void SensorDPI::SetColor(QColor color)
     const int stage = row_->checkedBar();
     if (!mouseAnswers() || stage < 0)
         return;
-    if (isEdit() && !SetDpiColor(stage, uint8_t(color.red()), uint8_t(color.green()), uint8_t(color.blue())))
-        return;
-    row_->setColor(stage, listedColor(color));
+    const auto write = [stage, color] {
+        return SetDpiColor(stage, uint8_t(color.red()), uint8_t(color.green()), uint8_t(color.blue()));
+    };
+    if (edit(SensorPageBusy, row_->bar(stage), write, [] {}) != EditResult::Refused)
+        row_->setColor(stage, listedColor(color));
 }
 
 // ---- The value of the current stage
@@ -195,13 +335,11 @@ int SensorDPI::rest(int dpi)
     return found.dpi;
 }
 
-// Until the next load: a drag goes on sending positions.
+// Stays blocked until the page is filled again, so that a stage selected meanwhile moves it silently.
 void SensorDPI::returnSlider()
 {
     ui->horizontalSliderC->blockSignals(true);
-    ui->horizontalSliderC->setEnabled(false);
-    ui->horizontalSliderC->setSliderDown(false); // a disabled one hears no release
-    ui->horizontalSliderC->setValue(ui->spinBoxA->value());
+    ui->horizontalSliderC->giveBack(ui->spinBoxA->value());
 }
 
 void SensorDPI::showValue(int stage, int dpi)
@@ -222,7 +360,7 @@ void SensorDPI::on_horizontalSliderC_sliderMoved(int position)
 
 void SensorDPI::on_horizontalSliderC_valueChanged(int value)
 {
-    if (isEdit() && !mouseAnswers()) {
+    if (UiArmed && !SensorPageBusy && !mouseAnswers()) {
         returnSlider();
         emit PostMsg::instance()->SigMouseOffLineo(0);
         return;
@@ -235,14 +373,15 @@ void SensorDPI::on_horizontalSliderC_valueChanged(int value)
         ArmWrite_ = true;
         return;
     }
-    if (SettingsBusy || !isEdit())
+    if (SettingsBusy)
         return;
-    if (stage >= 0 && !SensorDpiEncode(stage, dpi)) {
-        showValue(stage, before);
+    const EditResult result = edit(
+        SensorPageBusy, ui->horizontalSliderC, [=] { return stage < 0 || SensorDpiEncode(stage, dpi); },
+        [=] { showValue(stage, before); });
+    if (result == EditResult::Refused)
         returnSlider();
-        return;
-    }
-    emit PostMsg::instance()->SigAddSensor(dpi);
+    if (result == EditResult::Written)
+        emit PostMsg::instance()->SigAddSensor(dpi);
 }
 
 void SensorDPI::stepTo(int dpi)
@@ -281,26 +420,32 @@ void SensorDPI::on_ChooseEvent_currentIndexChanged(int index)
         return;
     }
     const bool vanishes = isStage(CurrentStage_) && CurrentStage_ > index;
-    if (!(vanishes ? exchangeWith(index) : !UiArmed || SetDpiStageCount(uint8_t(index + 1)))) {
-        SetChoice(ChooseIndex_);
+    const EditResult result = edit(
+        ui->ChooseEvent,
+        [=] { return vanishes ? writeExchange(index) : SetDpiStageCount(uint8_t(index + 1)); },
+        [this] { SetChoice(ChooseIndex_); });
+    if (result == EditResult::Refused)
         return;
-    }
+    if (vanishes)
+        exchangeWith(index);
     ChooseIndex_ = index;
     StageCount_ = index + 1;
     ShowStages(index);
 }
 
 // The current stage takes the last place that stays, so that nothing of either is lost.
-bool SensorDPI::exchangeWith(int index)
+bool SensorDPI::writeExchange(int index) const
 {
     const FlashDataMap record = DeviceRecord::copy();
-    if (UiArmed && !SetDpiStages(record.DpiStages[index], record.DpiStages[CurrentStage_], CurrentStage_,
-                                 index, uint8_t(index)))
-        return false;
+    return SetDpiStages(record.DpiStages[index], record.DpiStages[CurrentStage_], CurrentStage_, index,
+                        uint8_t(index));
+}
+
+void SensorDPI::exchangeWith(int index)
+{
     row_->swap(index, CurrentStage_);
     CurrentStage_ = LastStage_ = index;
     showStage(index);
-    return true;
 }
 
 // ---- The marker

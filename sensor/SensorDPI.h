@@ -3,16 +3,16 @@
 //
 // SensorDPI: the editor of the DPI stages: how many there are, the DPI and the colour of each, and which one
 // is current. Stages are counted from 0. What the user changes is written at once; when the mouse does not
-// answer, the panel goes back to what it showed. The sensor page paints it from a record, and while it does
-// so nothing here writes. Main thread.
+// answer, the panel goes back to what it showed. While the sensor page fills it from a record, nothing here
+// writes. Main thread.
 #pragma once
 
 #include "sensor/StageRow.h"
-#include "sensor/StageSlots.h"
 
+#include <QFrame>
+#include <functional>
 #include <memory>
 
-class QButtonGroup;
 class QColorDialog;
 
 namespace Ui
@@ -20,7 +20,7 @@ namespace Ui
 class SensorDPI;
 }
 
-class SensorDPI : public StageSlots
+class SensorDPI : public QFrame
 {
     Q_OBJECT
 
@@ -28,8 +28,14 @@ public:
     explicit SensorDPI(QWidget *parent = nullptr);
     ~SensorDPI() override;
 
-    // ---- What the page paints; none of it writes
+    // Shows the stages of a record in the codes of the current sensor. `offered`: how many of them the model
+    // has; no more than 8.
+    void paint(const FlashDataMap &map, int offered);
+    // What is shown without a device.
+    void reset();
     void setTitle(const QString &title);
+
+    // The parts of that. None of them writes.
     void SetStageCount(int count) { StageCount_ = count; }
     void SetCurrentStage(int stage) { CurrentStage_ = stage; }
     void SetStageText(int stage, const QString &text);
@@ -37,23 +43,9 @@ public:
     void ShowStages(int lastIndex);
     // Makes the stage the shown one, with slider, spin box and marker, and the one to go back to.
     void SelectStage(int stage);
-    // The looks of the row for the current stage.
-    void RestyleStages();
     // Colours and texts of the model's catalogue entry.
     void ResetDefaults();
-
-    void setMaximum(int dpi);
-    void setMinimum(int dpi);
-    void SetSliderValue(int dpi);
-    void SetSpinValue(int dpi);
-    void SetSliderEnabled(bool enabled);
-    void BlockSlider(bool blocked);
-    void BlockStages(bool blocked);
-
-    void BlockChoice(bool blocked);
-    void ClearChoices();
-    void InsertChoice(int index, const QString &text);
-    void SetChoice(int index); // also the one to go back to
+    void SetChoice(int index); // of the box with the number of stages; also the one to go back to
 
     int stageCount() const { return StageCount_; }
     int currentStage() const { return CurrentStage_; }
@@ -69,23 +61,64 @@ public slots:
     void on_AddLevelA_clicked();
     void SetColor(QColor color);
 
+    // The names are those of the widgets and tell nothing of a stage's colour.
+    void on_BlueButton_toggled(bool checked) { stageToggled(0, checked); }
+    void on_BrightRedButton_toggled(bool checked) { stageToggled(1, checked); }
+    void on_RedButton_toggled(bool checked) { stageToggled(2, checked); }
+    void on_YellowButton_toggled(bool checked) { stageToggled(3, checked); }
+    void on_GreenButton_toggled(bool checked) { stageToggled(4, checked); }
+    void on_PurpleButton_toggled(bool checked) { stageToggled(5, checked); }
+    void on_LightBlueButton_toggled(bool checked) { stageToggled(6, checked); }
+    void on_LightYellowButton_toggled(bool checked) { stageToggled(7, checked); }
+
+    void on_BlueButton_clicked() { showStage(LastStage_); }
+    void on_BrightRedButton_clicked() { showStage(LastStage_); }
+    void on_RedButton_clicked() { showStage(LastStage_); }
+    void on_YellowButton_clicked() { showStage(LastStage_); }
+    void on_GreenButton_clicked() { showStage(LastStage_); }
+    void on_PurpleButton_clicked() { showStage(LastStage_); }
+    void on_LightBlueButton_clicked() { showStage(LastStage_); }
+    void on_LightYellowButton_clicked() { showStage(LastStage_); }
+
+    void on_BlueButtonA_toggled(bool checked) { barToggled(0, checked); }
+    void on_BrightRedButtonA_toggled(bool checked) { barToggled(1, checked); }
+    void on_RedButtonA_toggled(bool checked) { barToggled(2, checked); }
+    void on_YellowButtonA_toggled(bool checked) { barToggled(3, checked); }
+    void on_GreenButtonA_toggled(bool checked) { barToggled(4, checked); }
+    void on_PurpleButtonA_toggled(bool checked) { barToggled(5, checked); }
+    void on_LightBlueButtonA_toggled(bool checked) { barToggled(6, checked); }
+    void on_LightYellowButtonA_toggled(bool checked) { barToggled(7, checked); }
+
+    void on_BlueButtonA_clicked() { barClicked(0); }
+    void on_BrightRedButtonA_clicked() { barClicked(1); }
+    void on_RedButtonA_clicked() { barClicked(2); }
+    void on_YellowButtonA_clicked() { barClicked(3); }
+    void on_GreenButtonA_clicked() { barClicked(4); }
+    void on_PurpleButtonA_clicked() { barClicked(5); }
+    void on_LightBlueButtonA_clicked() { barClicked(6); }
+    void on_LightYellowButtonA_clicked() { barClicked(7); }
+
 protected:
-    void stageToggled(int stage, bool checked) override;
-    void stageClicked() override;
-    void barToggled(int stage, bool checked) override;
-    void barClicked(int stage) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void stageToggled(int stage, bool checked);
+    void barToggled(int stage, bool checked);
+    void barClicked(int stage);
+    void paintSilently(const std::function<void()> &paint);
+    void showRange(int minimum, int maximum);
+    void offerChoices(int count);
+    void showDpi(int dpi);
     void applyStyle();
     void makeGroups();
     void makePicker();
     void showStage(int stage);
     void takeStage(int stage);
-    bool exchangeWith(int index);
+    bool writeExchange(int index) const;
+    void exchangeWith(int index);
     int rest(int dpi);
     void showValue(int stage, int dpi);
     void returnSlider();

@@ -5,6 +5,7 @@
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -84,13 +85,13 @@ void SensorLOD::SetLod(int value)
 
 void SensorLOD::on_LOD_currentIndexChanged(int index)
 {
-    if (!UiArmed || SensorPageBusy || index < 0)
+    if (index < 0)
         return;
     const LodRow &row = LodRows[std::size_t(firstRow() + index)];
-    if (!SetLiftOffDistance(row.code)) {
-        showIndex(indexOf(lastValue_));
+    if (edit(
+            SensorPageBusy, ui->LOD, [&row] { return SetLiftOffDistance(row.code); },
+            [this] { showIndex(indexOf(lastValue_)); }) != EditResult::Written)
         return;
-    }
     lastValue_ = row.code - 1;
     emit PostMsg::instance()->SigAddLOD(QLatin1String(row.text));
 }

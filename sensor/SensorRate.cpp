@@ -5,6 +5,7 @@
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
 #include "ui_SensorRate.h"
@@ -92,13 +93,13 @@ void SensorRate::SetRateVisibility(int level)
 
 void SensorRate::choose(int index, bool checked)
 {
-    if (!checked || !UiArmed || SensorPageBusy)
+    if (!checked)
         return;
     const RateRow &row = RateRows[std::size_t(index)];
-    if (!SetReportRate(row.code)) {
-        SetRate(lastIndex_);
+    if (edit(
+            SensorPageBusy, button(index), [&row] { return SetReportRate(row.code); },
+            [this] { SetRate(lastIndex_); }) != EditResult::Written)
         return;
-    }
     lastIndex_ = index;
     emit PostMsg::instance()->SigAddReport(row.hertz);
     emit PostMsg::instance()->SigHideModel(row.hidesModel);

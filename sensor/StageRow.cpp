@@ -22,7 +22,7 @@ void place(QWidget *widget, const QRect &plain, const Growth &growth, bool selec
     widget->setGeometry(selected ? QRect(plain.topLeft() + QPoint(growth.x, growth.y), growth.size) : plain);
 }
 
-void wear(QWidget *widget, const QString &sheet)
+void setSheet(QWidget *widget, const QString &sheet)
 {
     if (widget->styleSheet() != sheet)
         widget->setStyleSheet(sheet);
@@ -70,7 +70,7 @@ void StageRow::styleButton(int stage)
     const auto i = std::size_t(stage);
     place(buttons_[i], BigRect_[i], ButtonGrowth, buttonSelected_[i]);
     if (!folder_.isEmpty())
-        wear(buttons_[i], style::stageButton(folder_, ink_, buttonSelected_[i]));
+        setSheet(buttons_[i], style::stageButton(folder_, ink_, buttonSelected_[i]));
 }
 
 void StageRow::styleBar(int stage)
@@ -78,7 +78,7 @@ void StageRow::styleBar(int stage)
     const auto i = std::size_t(stage);
     place(bars_[i], BarRect_[i], BarGrowth, barSelected_[i]);
     if (!folder_.isEmpty())
-        wear(bars_[i], style::colorBar(folder_, StageColor_[i], barSelected_[i]));
+        setSheet(bars_[i], style::colorBar(folder_, StageColor_[i], barSelected_[i]));
 }
 
 void StageRow::setText(int stage, const QString &text)

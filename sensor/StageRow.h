@@ -65,5 +65,5 @@ private:
     std::array<QRect, DpiStageLimit> BigRect_, BarRect_;
     std::array<QString, DpiStageLimit> StageColor_;
     std::array<bool, DpiStageLimit> buttonSelected_{}, barSelected_{};
-    QString folder_, ink_; // of the pictures, of the numbers; empty until the row is dressed
+    QString folder_, ink_; // of the pictures, of the numbers; empty before applyStyle()
 };

@@ -4,6 +4,7 @@
 
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -45,13 +46,14 @@ void StopCloseTime::setItemText(int index, const QString &text)
 
 QComboBox *StopCloseTime::box() const { return ui->StopClose; }
 
-// The flag is that of the page on which this panel once lay.
+// Tests the flag of the page of buttons although the panel lies on the advanced page.
 void StopCloseTime::on_StopClose_activated(int index)
 {
-    if (!UiArmed || ButtonPageBusy || index < 0 || index >= int(SleepCodes.size()))
+    if (index < 0 || index >= int(SleepCodes.size()))
         return;
-    if (SetStopCloseTime(SleepCodes[std::size_t(index)]))
+    if (edit(
+            ButtonPageBusy, ui->StopClose,
+            [index] { return SetStopCloseTime(SleepCodes[std::size_t(index)]); },
+            [this] { SetStopClose(lastIndex_); }) == EditResult::Written)
         lastIndex_ = index;
-    else
-        SetStopClose(lastIndex_);
 }

@@ -3,6 +3,7 @@
 #include "sensor/SwitchPanel.h"
 
 #include "device/DeviceState.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
@@ -47,10 +48,9 @@ void SwitchPanel::SetChecked(bool checked)
 
 void SwitchPanel::choose(bool checked)
 {
-    if (!UiArmed || SensorPageBusy)
-        return;
-    if (!row_.write(checked ? 1 : 0))
-        SetChecked(!checked);
+    edit(
+        SensorPageBusy, ui->button, [this, checked] { return row_.write(checked ? 1 : 0); },
+        [this, checked] { SetChecked(!checked); });
 }
 
 void SwitchPanel::SlotAllLanguage(int index)

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The debounce time: what a choice writes, when it warns, and the way back.
+// The debounce time: what a choice writes and when it warns.
 #include "binding/DebounceTime.h"
 #include "presentation/Notices.h"
 #include "presentation/language/LanguageTables.h"
@@ -85,32 +85,6 @@ private slots:
         fake.setOnline("dev", false);
         box()->setCurrentIndex((index + 1) % DebounceItems);
         QCOMPARE(box()->currentIndex(), index);
-    }
-
-    void silentMouseTakesTheChoiceBack_data() { eachTime(); }
-    void silentMouseTakesTheChoiceBack()
-    {
-        QFETCH(int, index);
-        panel->SetDebounce(index);
-        fake.setOnline("dev", false);
-        QSignalSpy shown(PostMsg::instance(), &PostMsg::SigDebunce);
-        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
-        for (int other = 0; other < DebounceItems; ++other)
-            if (other != index) {
-                box()->setCurrentIndex(other);
-                QCOMPARE(box()->currentIndex(), index);
-            }
-        QVERIFY(fake.updates().empty());
-        QCOMPARE(notice.count(), DebounceItems - 1);
-        QCOMPARE(shown.count(), 0);
-        QVERIFY(notices.isEmpty());
-    }
-
-    void notArmedWritesNothing()
-    {
-        UiArmed = false;
-        choose(9);
-        QVERIFY(fake.calls().empty());
     }
 
     // The page that carries the panel fills itself: no notice, whatever the time.

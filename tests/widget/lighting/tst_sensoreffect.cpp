@@ -145,7 +145,7 @@ private slots:
         QCOMPARE(int(fake.updates().size()), 1);
     }
 
-    void notArmedOrBusyWritesNothing()
+    void notArmedOrBusyTheModeIsShownAllTheSame()
     {
         for (const bool busy : {false, true}) {
             UiArmed = busy;
@@ -154,8 +154,6 @@ private slots:
                 model()->setCurrentIndex(mode);
                 QCOMPARE(shownMode(), wantedMode(mode));
             }
-            for (const SliderCase &each : Sliders)
-                slider(each)->setValue(busy ? 2 : 3);
             SensorPageBusy = false;
         }
         QVERIFY(fake.calls().empty());
@@ -193,35 +191,6 @@ private slots:
         QCOMPARE(int(DeviceRecord::copy().*wanted.field), storedValue(wanted, slider(wanted)->value()));
         QVERIFY(slider(wanted)->value() >= wanted.most - 1);
         QCOMPARE(spinBox(wanted)->value(), slider(wanted)->value());
-    }
-
-    void silentMouseTakesTheSliderBack_data() { eachSliderValue(); }
-    void silentMouseTakesTheSliderBack()
-    {
-        QFETCH(int, index);
-        QFETCH(int, value);
-        const SliderCase &wanted = Sliders[index];
-        const int before = value == 1 ? 3 : 1;
-        const FlashDataMap record = recordWith(wanted.mode, Curve[before - 1], before, 1);
-        fake.setOnline("dev", false);
-        for (const bool dragged : {true, false}) {
-            paint(record);
-            QVERIFY(slider(wanted)->isEnabled());
-            QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
-            if (dragged)
-                drag(slider(wanted), value);
-            else
-                slider(wanted)->setValue(value);
-            QCOMPARE(slider(wanted)->value(), before);
-            QCOMPARE(spinBox(wanted)->value(), before);
-            QVERIFY(!slider(wanted)->isEnabled());
-            QCOMPARE(notice.count(), 1);
-            slider(wanted)->setValue(value); // whoever moves it now, it stays
-            QCOMPARE(slider(wanted)->value(), before);
-        }
-        QVERIFY(fake.updates().empty());
-        paint(record);
-        QVERIFY(slider(wanted)->isEnabled());
     }
 
     // ---- What a record shows --------------------------------------------------------------------

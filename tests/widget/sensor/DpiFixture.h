@@ -36,8 +36,6 @@ public:
         SensorName = DeviceCatalogue().text(model, "Sensor");
         ReadDpiRange(model);
         DeviceRecord::edit([&](FlashDataMap &map) { fill(&map, model, current, count); });
-        panel.setMaximum(SensorRanges.DpiSliderMax);
-        panel.setMinimum(SensorRanges.DpiSliderMin);
         paint();
         panel.show();
         fake().clearCalls();
@@ -46,30 +44,11 @@ public:
     // The record into the panel, as the page does it.
     void paint()
     {
-        const FlashDataMap map = DeviceRecord::copy();
         const PageFilling filling(SensorPageBusy);
-        panel.SetSliderEnabled(true);
-        panel.BlockSlider(true);
-        panel.BlockStages(true);
-        panel.BlockChoice(true);
-        panel.ClearChoices();
-        for (int i = 0; i < DpiStageLimit; ++i) {
-            const DpiStage &stage = map.DpiStages[i];
-            panel.InsertChoice(i, QString::number(i + 1));
-            panel.SetStageColor(i, QColor(stage.Red, stage.Green, stage.Blue).name());
-            panel.SetStageText(i, QString::number(SensorDpiDecode(stage.LevelX, stage.LevelFlags)));
-        }
-        panel.BlockChoice(false);
-        panel.SetStageCount(map.DpiStageCount);
-        panel.SetCurrentStage(map.CurrentDpiStage);
-        panel.ShowStages(map.DpiStageCount - 1);
-        panel.SetChoice(map.DpiStageCount - 1);
-        panel.SelectStage(map.CurrentDpiStage);
-        panel.BlockStages(false);
-        panel.BlockSlider(false);
+        panel.paint(DeviceRecord::copy(), DpiStageLimit);
     }
 
-    // Empty when record and page say the same.
+    // Empty when record and page agree.
     QString difference() const
     {
         const FlashDataMap map = DeviceRecord::copy();

@@ -196,27 +196,6 @@ private slots:
         QCOMPARE(updates(), std::size_t(2));
     }
 
-    void theFrameRateAsksForNoOpenPage()
-    {
-        UiArmed = false;
-        SensorPageBusy = true;
-        kfps()->click();
-        QCOMPARE(int(DeviceRecord::copy().KFps), 1);
-    }
-
-    void aSilentMouseTakesTheFrameRateBack()
-    {
-        for (const bool on : {false, true}) {
-            paint(recordWith(on, 6, 0));
-            fake.setOnline("dev", false);
-            QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
-            kfps()->click();
-            QCOMPARE(kfps()->isChecked(), on);
-            QCOMPARE(notice.count(), 1);
-            QCOMPARE(updates(), std::size_t(0));
-        }
-    }
-
     void eachSleepTimeIsWritten()
     {
         for (int index = 0; index < 8; ++index) {
@@ -243,34 +222,17 @@ private slots:
         QCOMPARE(int(DeviceRecord::copy().StopCloseTime), 12);
     }
 
-    void aSilentMouseTakesTheSleepTimeBack()
+    void theSleepTimeGoesBackToTheLastOneThatWasTaken()
     {
         chooseSleep(4);
         fake.setOnline("dev", false);
-        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
         for (int index = 0; index < 8; ++index) {
             chooseSleep(index);
             QCOMPARE(sleep()->currentIndex(), 4);
         }
-        QCOMPARE(notice.count(), 8);
-        QCOMPARE(updates(), std::size_t(1));
         paint(recordWith(0, 1, 0));
         chooseSleep(6);
         QCOMPARE(sleep()->currentIndex(), 0); // the painted one is what the mouse has
-    }
-
-    void theSleepTimeNeedsTheOpenPage()
-    {
-        UiArmed = false;
-        chooseSleep(1);
-        UiArmed = true;
-        ButtonPageBusy = true;
-        chooseSleep(2);
-        ButtonPageBusy = false;
-        SensorPageBusy = true; // is not asked
-        QCOMPARE(updates(), std::size_t(0));
-        chooseSleep(3);
-        QCOMPARE(updates(), std::size_t(1));
     }
 
     void theSilentSetterKeepsToItsItems()

@@ -109,13 +109,13 @@ private slots:
         {
             const PageFilling filling(SensorPageBusy);
             editor.choice()->setCurrentIndex(2);
-            editor.panel.ClearChoices();
+            editor.choice()->clear();
         }
         QVERIFY(editor.nothingWritten());
         QCOMPARE(editor.panel.currentStage(), 4);
         editor.paint();
         QCOMPARE(editor.difference(), QString());
-        editor.panel.ClearChoices(); // an empty box says nothing about the stages
+        editor.choice()->clear(); // an empty box says nothing about the stages
         QVERIFY(editor.nothingWritten());
     }
 

@@ -184,11 +184,11 @@ private slots:
         QCOMPARE(editor.difference(), QString());
     }
 
-    void aColorWithoutTheRightToWriteIsOnlyShown_data()
+    void aColorWithoutPermissionToWriteIsOnlyShown_data()
     {
         withoutPermissionToWriteAStageOnlyLooksSelected_data();
     }
-    void aColorWithoutTheRightToWriteIsOnlyShown()
+    void aColorWithoutPermissionToWriteIsOnlyShown()
     {
         QFETCH(bool, armed);
         QFETCH(bool, busy);
@@ -201,7 +201,7 @@ private slots:
         SensorPageBusy = false;
     }
 
-    void thePickerWearsTheSkin()
+    void thePickerHasTheSkin()
     {
         DpiEditor editor(FastModel);
         editor.clickBar(0);

@@ -1,47 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What the sensor page writes, the way back of each of its controls, and what it does when the device or the
-// rates speak.
+// What the sensor page does beyond the rule of an edit: its times, its modes, and what a rate or a report of
+// the device changes.
 #include "tests/support/TestMain.h"
 #include "tests/widget/sensor/SensorFixture.h"
 
 namespace
 {
 
-// An edit of one control, and the byte of the record that it makes.
-struct EditRow {
-    const char *name;
-    void (*act)(const SensorFixture &);
-    std::size_t offset;
-    int value;
-};
-
 template <typename Button> void click(const Button *button)
 {
     QTest::mouseClick(const_cast<Button *>(button), Qt::LeftButton, {}, QPoint(9, button->height() / 2));
 }
-
-const EditRow EditRows[] = {
-    {"mode", [](const SensorFixture &page) { page.mode()->setCurrentIndex(1); },
-     offsetof(FlashDataMap, ModelChoose), 1},
-    {"performance", [](const SensorFixture &page) { click(page.performance()); },
-     offsetof(FlashDataMap, Performance), 0},
-    {"time", [](const SensorFixture &page) { page.time()->setCurrentIndex(7); },
-     offsetof(FlashDataMap, PerformanceOpen), 90},
-    {"rate", [](const SensorFixture &page) { click(page.rate(6)); }, offsetof(FlashDataMap, ReportRate), 64},
-    {"lift-off", [](const SensorFixture &page) { page.lod()->setCurrentIndex(1); },
-     offsetof(FlashDataMap, LiftOffDistance), 2},
-    {"ripple", [](const SensorFixture &page) { click(page.ripple()); }, offsetof(FlashDataMap, RippeControl),
-     1},
-    {"snapping", [](const SensorFixture &page) { click(page.snapping()); },
-     offsetof(FlashDataMap, StraightLine), 1},
-    {"sync", [](const SensorFixture &page) { click(page.sync()); }, offsetof(FlashDataMap, MotionSync), 0},
-    {"stage", [](const SensorFixture &page) { click(page.stage(3)); },
-     offsetof(FlashDataMap, CurrentDpiStage), 3},
-    {"count", [](const SensorFixture &page) { page.choice()->setCurrentIndex(3); },
-     offsetof(FlashDataMap, DpiStageCount), 4},
-};
 
 } // namespace
 
@@ -50,69 +21,11 @@ class tst_SensorEdits : public QObject
     Q_OBJECT
 
 private:
-    static void eachEdit()
-    {
-        QTest::addColumn<int>("row");
-        for (std::size_t i = 0; i < std::size(EditRows); ++i)
-            QTest::newRow(EditRows[i].name) << int(i);
-    }
     static std::vector<FlashDataMap> updates() { return FakeHidUsb::instance().updates(); }
     static int questions() { return FakeHidUsb::instance().count("UsbFinderC_GetDeviceOnLine"); }
-    static bool same(const FlashDataMap &a, const FlashDataMap &b)
-    {
-        return std::memcmp(&a, &b, sizeof a) == 0;
-    }
 
 private slots:
     // ---- Edits
-
-    void anEditWritesItsByteAlone_data() { eachEdit(); }
-    void anEditWritesItsByteAlone()
-    {
-        QFETCH(int, row);
-        SensorFixture page;
-        page.show(editedRecord());
-        EditRows[row].act(page);
-        FlashDataMap wanted = editedRecord();
-        reinterpret_cast<uint8_t *>(&wanted)[EditRows[row].offset] = uint8_t(EditRows[row].value);
-        QVERIFY(same(DeviceRecord::copy(), wanted));
-        QCOMPARE(int(updates().size()), 1);
-        QVERIFY(same(updates().front(), wanted));
-    }
-
-    void aSilentMouseTakesTheControlBack_data() { eachEdit(); }
-    void aSilentMouseTakesTheControlBack()
-    {
-        QFETCH(int, row);
-        SensorFixture page;
-        page.show(editedRecord());
-        const QStringList before = page.state();
-        FakeHidUsb::instance().setOnline("dev", false);
-        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
-        EditRows[row].act(page);
-        QCOMPARE(page.state(), before);
-        QVERIFY(same(DeviceRecord::copy(), editedRecord()));
-        QVERIFY(updates().empty());
-        QVERIFY(notice.count() <= 1);
-        for (const QList<QVariant> &said : notice)
-            QCOMPARE(said[0].toInt(), 0);
-        QCOMPARE(notice.count(), QByteArray(EditRows[row].name) == "count" ? 0 : 1);
-        FakeHidUsb::instance().setOnline("dev", true);
-        EditRows[row].act(page); // and it works again
-        QCOMPARE(int(updates().size()), 1);
-    }
-
-    void anUnarmedPageWritesNothing_data() { eachEdit(); }
-    void anUnarmedPageWritesNothing()
-    {
-        QFETCH(int, row);
-        SensorFixture page;
-        page.show(editedRecord());
-        UiArmed = false;
-        EditRows[row].act(page);
-        QVERIFY(updates().empty());
-        QVERIFY(same(DeviceRecord::copy(), editedRecord()));
-    }
 
     void everyTimeHasItsByte()
     {
@@ -191,7 +104,7 @@ private slots:
         QCOMPARE(page.lod()->count(), 2);
     }
 
-    // ---- What the rates and the device say
+    // ---- What the rates and the device change
 
     void aRateFixesTheMode_data()
     {

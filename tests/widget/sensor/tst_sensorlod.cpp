@@ -88,39 +88,6 @@ private slots:
         QCOMPARE(box()->currentText(), text);
     }
 
-    void silentMouseTakesTheChoiceBack_data() { eachChoice(); }
-    void silentMouseTakesTheChoiceBack()
-    {
-        QFETCH(int, count);
-        QFETCH(int, index);
-        QFETCH(int, byte);
-        QFETCH(QString, text);
-        offer(count);
-        panel->SetLod(byte - 1);
-        fake.setOnline("dev", false);
-        QSignalSpy shown(PostMsg::instance(), &PostMsg::SigAddLOD);
-        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
-        for (int other = 0; other < count; ++other)
-            if (other != index) {
-                box()->setCurrentIndex(other);
-                QCOMPARE(box()->currentText(), text);
-            }
-        QVERIFY(fake.updates().empty());
-        QCOMPARE(shown.count(), 0);
-        QCOMPARE(notice.count(), count - 1);
-    }
-
-    void notArmedOrBusyWritesNothing()
-    {
-        UiArmed = false;
-        choose(1);
-        UiArmed = true;
-        SensorPageBusy = true;
-        choose(0);
-        SensorPageBusy = false;
-        QVERIFY(fake.calls().empty());
-    }
-
     void smallHeightComesAndGoes()
     {
         const QStringList two = {"1mm", "2mm"};

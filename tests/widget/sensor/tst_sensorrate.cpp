@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The report rates: what a click writes, what the panel shows of a record, and the way back.
+// The report rates: what a click writes and what the panel shows of a record.
 #include "sensor/Sensor.h"
 #include "sensor/SensorRate.h"
 #include "tests/support/TestMain.h"
@@ -63,40 +63,6 @@ private slots:
         QCOMPARE(shown[0][0].toInt(), row.hertz);
         QCOMPARE(model.count(), 1);
         QCOMPARE(model[0][0].toInt(), row.hertz > 1000 ? 1 : 0);
-    }
-
-    void silentMouseTakesTheButtonBack_data() { eachRate(); }
-    void silentMouseTakesTheButtonBack()
-    {
-        QFETCH(int, index);
-        const int before = index == 2 ? 1 : 2;
-        page->SlotUpDataSenSorUIB(recordWith(RateRows[std::size_t(before)].code));
-        FakeHidUsb::instance().setOnline("dev", false);
-        QSignalSpy model(PostMsg::instance(), &PostMsg::SigHideModel);
-        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
-        QTest::mouseClick(panel()->button(index), Qt::LeftButton);
-        QCOMPARE(checkedIndex(), before);
-        QCOMPARE(int(DeviceRecord::copy().ReportRate), 0);
-        QVERIFY(FakeHidUsb::instance().updates().empty());
-        QCOMPARE(model.count(), 0);
-        QCOMPARE(notice.count(), 1);
-        QCOMPARE(notice[0][0].toInt(), 0);
-    }
-
-    void notArmedWritesNothing()
-    {
-        UiArmed = false;
-        QTest::mouseClick(panel()->button(3), Qt::LeftButton);
-        QVERIFY(FakeHidUsb::instance().updates().empty());
-        QCOMPARE(FakeHidUsb::instance().count("UsbFinderC_GetDeviceOnLine"), 0);
-    }
-
-    void busyPageWritesNothing()
-    {
-        SensorPageBusy = true;
-        QTest::mouseClick(panel()->button(3), Qt::LeftButton);
-        QVERIFY(FakeHidUsb::instance().updates().empty());
-        SensorPageBusy = false;
     }
 
     void refreshIsNoEdit()

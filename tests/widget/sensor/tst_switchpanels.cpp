@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The three panels with one switch each: what a click writes, the way back, texts and tips.
+// The three panels with one switch each: what a click writes, texts and tips.
 #include "presentation/language/LanguageTables.h"
 #include "sensor/MotionSync.h"
 #include "sensor/RippeControl.h"
@@ -96,36 +96,6 @@ private slots:
         QCOMPARE(int(fake.updates().size()), 3);
         QTest::keyClick(panel->button(), Qt::Key_Space);
         QCOMPARE(int(DeviceRecord::copy().*wanted.field), 0);
-    }
-
-    void silentMouseTakesTheSwitchBack_data() { eachPanel(); }
-    void silentMouseTakesTheSwitchBack()
-    {
-        QFETCH(int, index);
-        show(index);
-        fake.setOnline("dev", false);
-        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
-        for (const bool on : {false, true}) {
-            panel->SetChecked(on);
-            click();
-            QCOMPARE(panel->button()->isChecked(), on);
-        }
-        QVERIFY(fake.updates().empty());
-        QCOMPARE(notice.count(), 2);
-    }
-
-    void notArmedOrBusyWritesNothing_data() { eachPanel(); }
-    void notArmedOrBusyWritesNothing()
-    {
-        QFETCH(int, index);
-        show(index);
-        UiArmed = false;
-        click();
-        UiArmed = true;
-        SensorPageBusy = true;
-        click();
-        SensorPageBusy = false;
-        QVERIFY(fake.calls().empty());
     }
 
     void settingItIsNoEdit_data() { eachPanel(); }
