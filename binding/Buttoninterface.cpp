@@ -36,11 +36,11 @@ namespace
 constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
 constexpr QPoint NoticeOffset{-100, -50};
-constexpr int FireButton = 10; // has the dialog's first values by default
+constexpr int FireButton = 10; // its default binding holds the dialog's initial values
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
 
-// Whose keyboard it is: a control that goes out of sight must not keep it.
+// Whether a control inside the widget has the keyboard focus, which must move before the widget is hidden.
 bool hasFocusIn(const QWidget *widget)
 {
     const QWidget *focus = widget->window()->focusWidget();
@@ -57,7 +57,7 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     list_ = new ButtonList(ui->scrollArea_11, ui->widget);
     profiles_ = std::make_unique<ProfileBox>(ui->ProjectChoose);
     functions_ = new FunctionPages(ui->stackedWidget, ui->stackedWidget_2);
-    QMetaObject::connectSlotsByName(this); // the form leaves it to us, as some of its widgets are made here
+    QMetaObject::connectSlotsByName(this); // after the widgets that are made here exist
     connect(list_, &ButtonList::checkedChanged, this, &Buttoninterface::nameChosenRow);
     connect(functions_, &FunctionPages::chosen, this, &Buttoninterface::choose);
     connect(functions_, &FunctionPages::macroChosen, this, &Buttoninterface::slotButtonClicked);
@@ -69,7 +69,7 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     SlotAllLanguage(LanguageIndex);
 }
 
-// A pass may be delivering to this very thread, so the end of it is waited for with the event loop turning.
+// shutDown() runs the event loop until the pass has ended, because the pass may be delivering to this thread.
 Buttoninterface::~Buttoninterface()
 {
     worker_->shutDown();
@@ -101,7 +101,7 @@ void Buttoninterface::stylePicture()
     ui->widget->setStyleSheet(style::areaPicture(folder, ui->widget->objectName(), picture_));
 }
 
-// As the eye reads: the line on top, the picture's marks, the list, the panel below.
+// Tab order: the top line, the markers on the picture, the list, the panel below.
 void Buttoninterface::arrangeTabs()
 {
     QList<QWidget *> order = {ui->ProjectChoose, ui->OutputData, ui->ImportData, ui->Reset};
@@ -187,7 +187,7 @@ void Buttoninterface::SlotMouseIndex(int index)
     if (styled_)
         stylePicture();
     list_->setModel(model);
-    // A device has just been chosen; what was open belonged to another one.
+    // Another device was chosen; the open row belonged to the previous one.
     list_->uncheckAll();
     leaveFunctions();
 }
@@ -209,7 +209,7 @@ void Buttoninterface::on_OutputData_clicked() { runImageExport(this); }
 
 // ---- Buttons ------------------------------------------------------------------------------------
 
-// The mouse must keep a left button, or the user has none to go on with.
+// Refuses to open the last left button: without one the user could not click any more.
 void Buttoninterface::openRow(std::size_t row)
 {
     const QString left = leftText();
@@ -269,7 +269,7 @@ void Buttoninterface::leaveFunctions()
     functions_->showPanel(Panel::Debounce);
 }
 
-// The toolkit's buttons know the space bar alone.
+// Enter clicks as well; the toolkit's buttons react to the space bar only.
 void Buttoninterface::keyPressEvent(QKeyEvent *event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

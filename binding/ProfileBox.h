@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// ProfileBox: the choice of the mouse's profile in a combo box that the page owns. It names the shown profile
-// to the hub and goes back to the mouse's own when the mouse does not answer. Main thread.
+// ProfileBox: the choice of the mouse's profile in a combo box that the page owns. It publishes the name of
+// the shown profile on the hub and restores the profile in use when the mouse does not answer. Main thread.
 #pragma once
 
 #include <QString>
@@ -14,8 +14,8 @@ class ProfileBox
 public:
     explicit ProfileBox(QComboBox *box) : box_(box) {}
 
-    // What the mouse reports: how many profiles, which one is in use, whether it may change. A mouse without
-    // profiles shows one.
+    // The mouse's report: number of profiles, index in use, whether it may change. A count of 0 shows one
+    // profile.
     void show(int count, int selected, bool enabled);
     // The user chose a profile.
     void choose(int index);
@@ -28,5 +28,5 @@ private:
 
     QComboBox *box_;
     QString prefix_; // of each profile's name
-    int used_ = 0;   // by the mouse, as far as it is known
+    int used_ = 0;   // the last index that the mouse reported or was sent
 };
