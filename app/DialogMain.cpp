@@ -106,7 +106,7 @@ void DialogMain::SlotMouseOffLine(int index)
     QTimer::singleShot(0, this, [this] {
         // What happened since may have brought the mouse back.
         if (AwaitingMouse)
-            MouseOffLine().openOver(this, NoticeOffset);
+            notice::ask<MouseOffLine>(this, NoticeOffset);
         noticeUp_ = false;
     });
 }

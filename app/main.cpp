@@ -17,7 +17,7 @@ int main(int argc, char *argv[])
 
     SingleInstance instance;
     if (!instance.acquire()) {
-        ExeIsRun().exec();
+        notice::ask<ExeIsRun>();
         return 0;
     }
     DialogMain window;

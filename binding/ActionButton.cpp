@@ -9,19 +9,19 @@
 namespace
 {
 
-constexpr int TextLeft = 14; // behind the bar of a checked button
+constexpr int TextLeft = 14; // right of the bar that marks a checked button
 constexpr int TextRight = 6;
 
-// How far `to` lies from `from` in the direction of an arrow key, the way aside counting double; negative
-// when it does not lie there.
+// Distance of `to` from `from` in the direction of an arrow key, sideways offset counted twice; negative
+// when `to` lies in another direction.
 int distance(const QPoint &from, const QPoint &to, int key)
 {
-    const QPoint way = to - from;
-    const int along = key == Qt::Key_Up     ? -way.y()
-                      : key == Qt::Key_Down ? way.y()
-                      : key == Qt::Key_Left ? -way.x()
-                                            : way.x();
-    const int aside = key == Qt::Key_Up || key == Qt::Key_Down ? qAbs(way.x()) : qAbs(way.y());
+    const QPoint offset = to - from;
+    const int along = key == Qt::Key_Up     ? -offset.y()
+                      : key == Qt::Key_Down ? offset.y()
+                      : key == Qt::Key_Left ? -offset.x()
+                                            : offset.x();
+    const int aside = key == Qt::Key_Up || key == Qt::Key_Down ? qAbs(offset.x()) : qAbs(offset.y());
     return along > 0 ? along + 2 * aside : -1;
 }
 
@@ -65,7 +65,7 @@ void ActionButton::keyPressEvent(QKeyEvent *event)
         next->setFocus(Qt::TabFocusReason);
 }
 
-// The base would take the tab stop from all others of the group, also from those on other panels.
+// QToolButton would remove all other buttons of the group from the tab order, also those on other panels.
 void ActionButton::focusInEvent(QFocusEvent *event) { QWidget::focusInEvent(event); }
 
 ActionButton *ActionButton::neighbour(int key) const

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// ActionButton: one entry of the page's lists. Its text stands at the left and is elided when a macro's name
-// or a combination is too long for it. The arrow keys go to the neighbour without choosing it, since here
-// choosing writes to the mouse; and a group keeps all its members in the tab order. Main thread.
+// ActionButton: one entry of the page's lists. Its text is left-aligned and elided when a macro's name or a
+// combination is too long. The arrow keys focus the neighbour without checking it, since checking writes to
+// the mouse; all buttons of a group stay in the tab order. Main thread.
 #pragma once
 
 #include <QToolButton>

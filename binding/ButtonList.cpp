@@ -63,12 +63,12 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
         marker->setChecked(checked);
         emit checkedChanged();
     });
-    // A mark does not choose by itself.
+    // A click would toggle the marker; only its row decides whether it is checked.
     connect(marker, &QToolButton::clicked, this,
             [marker, caption] { marker->setChecked(caption->isChecked()); });
 }
 
-// The keyboard must not lead out of sight.
+// Scrolls to the row that gets the keyboard focus.
 bool ButtonList::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn)
@@ -115,7 +115,7 @@ int ButtonList::checkedRow() const { return group_->checkedId(); }
 
 void ButtonList::check(std::size_t row) { rows_[row].caption->setChecked(true); }
 
-// An exclusive group would keep its last one.
+// An exclusive group does not uncheck its last button.
 void ButtonList::uncheckAll()
 {
     group_->setExclusive(false);
@@ -144,7 +144,7 @@ void ButtonList::setButtonCount(int count)
     showRows();
 }
 
-// A stale caption of a button that this mouse has not must neither be seen nor counted.
+// Hides rows of buttons that this mouse does not have: their captions are stale and must not be counted.
 bool ButtonList::isShown(std::size_t row) const
 {
     return (hasSixth_ || row != SixthRow) && (buttonCount_ <= 0 || ButtonRows[row].button < buttonCount_);

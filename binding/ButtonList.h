@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// ButtonList: the rows of the mouse's buttons, each a number and a caption that says what the button does,
-// and the marks on the picture that stand for them. A mark shows whether its row is the chosen one. Made in
-// widgets of the page, which owns them. Main thread.
+// ButtonList: one row for each button of the mouse, with a number and a caption that names the button's
+// function, and a marker on the picture for each row. A marker is checked while its row is. The page owns the
+// widgets. Main thread.
 #pragma once
 
 #include "binding/ButtonTable.h"
@@ -23,14 +23,14 @@ class ButtonList : public QObject
     Q_OBJECT
 
 public:
-    // Rows go into the scroll area, marks onto the picture.
+    // Adds the rows to the scroll area and the markers to the picture.
     ButtonList(QScrollArea *area, QWidget *picture);
 
     void applyStyle(const QString &folder);
 
     ActionButton *caption(std::size_t row) const { return rows_[row].caption; }
     QToolButton *marker(std::size_t row) const { return rows_[row].marker; }
-    static std::size_t rowOf(int button); // of a button 0..11
+    static std::size_t rowOf(int button); // button: 0..11
 
     QString text(int button) const;
     void setText(int button, const QString &text);
@@ -40,12 +40,12 @@ public:
     void uncheckAll();
     void scrollTo(std::size_t row);
 
-    // Places the marks, and says whether the model has the sixth row. Another model number moves nothing.
+    // Places the markers and shows the sixth row on model 0 only. An unknown model number changes nothing.
     void setModel(int model);
-    // Buttons that the model has; 0 when the catalogue does not say.
+    // Number of buttons of the model; 0 when the catalogue has no number.
     void setButtonCount(int count);
     bool isShown(std::size_t row) const;
-    // Among the rows that are there.
+    // Counts the shown rows with this caption.
     int countOf(const QString &text) const;
 
 signals:

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The buttons of a mouse as the page shows them. Whatever walks the buttons walks them in the order of these
-// rows, in which 4 stands before 3.
+// The buttons of a mouse as the page shows them. Every loop over the buttons uses the order of these rows, in
+// which 4 stands before 3.
 #pragma once
 
 #include <QPoint>
@@ -11,8 +11,8 @@
 struct ButtonRow {
     int button;          // index into the record
     const char *caption; // object name of the row's widget
-    const char *marker;  // object name of the mark on the picture
-    int scroll;          // of the list, for the row to be seen
+    const char *marker;  // object name of the marker on the picture
+    int scroll;          // position of the list's scroll bar that shows the row
 };
 constexpr std::array<ButtonRow, 12> ButtonRows = {{
     {0, "FireKey", "Number1", 0},
@@ -28,13 +28,13 @@ constexpr std::array<ButtonRow, 12> ButtonRows = {{
     {10, "Button11", "Number11", 200},
     {11, "Button12", "Number12", 220},
 }};
-constexpr std::size_t SixthRow = 5; // there on the first model alone
+constexpr std::size_t SixthRow = 5; // exists on the first model only
 
 // Models by the number of their picture, from 0; the index of the catalogue's models starts at 6.
 constexpr int FirstModelIndex = 6;
 constexpr int ModelCount = 4;
 
-// Where the marks stand on a model's picture, by row: the top left corner of each, in pixels.
+// Top left corners of the markers on a model's picture, by row, in pixels.
 using MarkerPlaces = std::array<QPoint, ButtonRows.size()>;
 constexpr QPoint Unmoved{-1, -1};
 constexpr std::array<MarkerPlaces, ModelCount> PlacesByModel = {{

@@ -5,25 +5,28 @@
 #include "binding/ActionButton.h"
 #include "binding/ButtonList.h"
 #include "binding/FunctionPages.h"
-#include "binding/actions/BindingDecoder.h"
+#include "binding/ProfileBox.h"
 #include "binding/actions/DefaultActions.h"
 #include "catalogue/DeviceCatalogue.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/ImageCache.h"
-#include "device/ImageFile.h"
 #include "device/Worker.h"
+#include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
+#include "presentation/Notices.h"
 #include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/dialogs/FireKey.h"
+#include "presentation/dialogs/GroupKey.h"
 #include "presentation/language/LanguageTables.h"
 #include "ui_Buttoninterface.h"
 
-#include <QFileDialog>
-#include <QStandardPaths>
+#include <QAbstractButton>
+#include <QKeyEvent>
 
 using namespace binding;
 
@@ -32,6 +35,17 @@ namespace
 
 constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
+constexpr QPoint NoticeOffset{-100, -50};
+constexpr int FireButton = 10; // its default binding holds the dialog's initial values
+
+QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
+
+// Whether a control inside the widget has the keyboard focus, which must move before the widget is hidden.
+bool hasFocusIn(const QWidget *widget)
+{
+    const QWidget *focus = widget->window()->focusWidget();
+    return focus && widget->isAncestorOf(focus);
+}
 
 } // namespace
 
@@ -41,8 +55,9 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     ui->setupUi(this);
     setAccessibleName(QStringLiteral("Buttons"));
     list_ = new ButtonList(ui->scrollArea_11, ui->widget);
+    profiles_ = std::make_unique<ProfileBox>(ui->ProjectChoose);
     functions_ = new FunctionPages(ui->stackedWidget, ui->stackedWidget_2);
-    QMetaObject::connectSlotsByName(this); // the form leaves it to us, as some of its widgets are made here
+    QMetaObject::connectSlotsByName(this); // after the widgets that are made here exist
     connect(list_, &ButtonList::checkedChanged, this, &Buttoninterface::nameChosenRow);
     connect(functions_, &FunctionPages::chosen, this, &Buttoninterface::choose);
     connect(functions_, &FunctionPages::macroChosen, this, &Buttoninterface::slotButtonClicked);
@@ -54,7 +69,7 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     SlotAllLanguage(LanguageIndex);
 }
 
-// A pass may be delivering to this very thread, so the end of it is waited for with the event loop turning.
+// shutDown() runs the event loop until the pass has ended, because the pass may be delivering to this thread.
 Buttoninterface::~Buttoninterface()
 {
     worker_->shutDown();
@@ -65,9 +80,7 @@ Buttoninterface::~Buttoninterface()
 void Buttoninterface::applyStyle()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
-    const QString stem = QStringLiteral("Button");
-    const QString button =
-        style::textButton(folder, style::color("ButtonColor"), stem) + style::textButtonHover(folder, stem);
+    const QString button = style::textButton(folder, style::color("ButtonColor"), QStringLiteral("Button"));
     const QString label = style::label(style::color("LabelColor"));
     ui->frameButton->setStyleSheet(style::dialogBackground(folder, QStringLiteral("frameButton")));
     for (QLabel *each : {ui->label_8, ui->label_3})
@@ -78,7 +91,7 @@ void Buttoninterface::applyStyle()
     styleComboBox(ui->ProjectChoose, folder);
     ui->scrollArea_11->setStyleSheet(style::scrollArea());
     list_->applyStyle(folder);
-    dressed_ = true;
+    styled_ = true;
     stylePicture();
 }
 
@@ -88,7 +101,7 @@ void Buttoninterface::stylePicture()
     ui->widget->setStyleSheet(style::areaPicture(folder, ui->widget->objectName(), picture_));
 }
 
-// As the eye reads: the line on top, the picture's marks, the list, the panel below.
+// Tab order: the top line, the markers on the picture, the list, the panel below.
 void Buttoninterface::arrangeTabs()
 {
     QList<QWidget *> order = {ui->ProjectChoose, ui->OutputData, ui->ImportData, ui->Reset};
@@ -132,10 +145,7 @@ void Buttoninterface::SlotUpDataButtonUIB(FlashDataMap DataMap) { showRecord(Dat
 void Buttoninterface::showRecord(const FlashDataMap &map)
 {
     const PageFilling filling(ButtonPageBusy);
-    if (sensor_.names.isEmpty())
-        ReadSensorDefines(&sensor_.names, &sensor_.values);
-    sensor_.sensor = DeviceCatalogue().text(SelectedDevice::info().DriveIndex, "Sensor");
-    SensorName = sensor_.sensor;
+    bindings_.readSensor();
     emit PostMsg::instance()->SigLightToFrom(map.StopCloseTime * SleepUnitSeconds);
     showBindings(map);
     ui->DebunceButton->SetDebounce(map.DebounceTime);
@@ -145,14 +155,10 @@ void Buttoninterface::showBindings(const FlashDataMap &map)
 {
     const int count = DeviceCatalogue().number(SelectedDevice::info().DriveIndex, "KeyNumber");
     list_->setButtonCount(count);
-    KeyClass_.clear();
-    KeyParamA_.clear();
-    KeyParamB_.clear();
-    for (int k = 0; k < qBound(0, count, KeySlotCount); ++k)
-        RecordBinding(k, map.KeyBindings[k]);
-    for (int k = 0; k < qMin(KeyClass_.size(), ButtonCount); ++k)
-        ShowBinding(k, KeyClass_[k], KeyParamA_[k], KeyParamB_[k], map);
-    showMacros(map);
+    bindings_.load(map, count);
+    for (int k = 0; k < bindings_.count(); ++k)
+        ShowBinding(k, map.KeyBindings[k].Class, map.KeyBindings[k].First, map.KeyBindings[k].Second, map);
+    functions_->setMacros(bindings_.macroNames(map));
     nameChosenRow();
 }
 
@@ -160,15 +166,8 @@ void Buttoninterface::ShowBinding(int button, int actionClass, int first, int se
                                   const FlashDataMap &record)
 {
     const KeyBinding binding{uint8_t(actionClass), uint8_t(first), uint8_t(second)};
-    if (const auto caption = decoded(button, binding, record).caption)
+    if (const auto caption = bindings_.decoded(button, binding, record).caption)
         list_->setText(button, *caption);
-}
-
-DecodedBinding Buttoninterface::decoded(int button, const KeyBinding &binding,
-                                        const FlashDataMap &record) const
-{
-    return decodeBinding({binding, record.KeySequences[button], record.MacroBlocks[button]}, sensor_,
-                         LanguageIndex);
 }
 
 void Buttoninterface::SlotFormResetButton()
@@ -176,14 +175,7 @@ void Buttoninterface::SlotFormResetButton()
     const PageFilling filling(ButtonPageBusy);
     showButtons();
     functions_->showPanel(Panel::Debounce);
-    KeyClass_.clear();
-    KeyParamA_.clear();
-    for (int k = 0; k < ButtonCount; ++k) {
-        const KeyBinding binding = builtInAction(k)->binding;
-        KeyClass_ << binding.Class;
-        KeyParamA_ << binding.First;
-    }
-    KeyParamB_.clear();
+    bindings_.loadBuiltIn();
     ui->DebunceButton->SetDebounce(0);
     emit PostMsg::instance()->SigLightToFrom(DefaultSleepSeconds);
 }
@@ -192,64 +184,224 @@ void Buttoninterface::SlotMouseIndex(int index)
 {
     const int model = index - FirstModelIndex;
     picture_ = QStringLiteral("mouse%1.png").arg(model);
-    if (dressed_)
+    if (styled_)
         stylePicture();
     list_->setModel(model);
-    // A device has just been chosen; what was open belonged to another one.
+    // Another device was chosen; the open row belonged to the previous one.
     list_->uncheckAll();
     leaveFunctions();
 }
 
-// ---- Profiles -----------------------------------------------------------------------------------
-
-void Buttoninterface::fillProfiles(int count)
-{
-    ui->ProjectChoose->clear();
-    for (int i = 1; i <= qMax(count, 1); ++i)
-        ui->ProjectChoose->addItem(ConfigPrefix_ + QString::number(i));
-}
+// ---- Profiles and the whole device ---------------------------------------------------------------
 
 void Buttoninterface::SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool ItemEnable)
 {
-    const QSignalBlocker silent(ui->ProjectChoose);
-    fillProfiles(ToTalItem);
-    ui->ProjectChoose->setEnabled(ItemEnable);
-    if (ToTalItem > 0)
-        ui->ProjectChoose->setCurrentIndex(SelectIndex);
-    profile_ = ui->ProjectChoose->currentIndex();
-    emit PostMsg::instance()->SigAddConfig(ui->ProjectChoose->currentText());
+    profiles_->show(ToTalItem, SelectIndex, ItemEnable);
 }
 
-void Buttoninterface::on_ProjectChoose_activated(int index)
-{
-    if (!ButtonPageBusy && !UsbFinderC_GetDeviceOnLine(CurrentDevicePath())) {
-        const QSignalBlocker silent(ui->ProjectChoose);
-        ui->ProjectChoose->setCurrentIndex(profile_);
-        emit PostMsg::instance()->SigMouseOffLineo(0);
-        return;
-    }
-    UsbServer_SetCurrentConfig(uint8_t(index));
-    profile_ = index;
-    emit PostMsg::instance()->SigAddConfig(ui->ProjectChoose->currentText());
-}
-
-// ---- The whole device ---------------------------------------------------------------------------
+void Buttoninterface::on_ProjectChoose_activated(int index) { profiles_->choose(index); }
 
 void Buttoninterface::on_Reset_clicked() { runFactoryReset(this); }
 
 void Buttoninterface::on_ImportData_clicked() { runImageImport(this); }
 
-void Buttoninterface::on_OutputData_clicked()
+void Buttoninterface::on_OutputData_clicked() { runImageExport(this); }
+
+// ---- Buttons ------------------------------------------------------------------------------------
+
+// Refuses to open the last left button: without one the user could not click any more.
+void Buttoninterface::openRow(std::size_t row)
 {
-    QFileDialog dialog(this, QStringLiteral("FileSave"),
-                       QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation),
-                       QStringLiteral("File(*.bin)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("bin"));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    const QString left = leftText();
+    if (list_->isShown(row) && list_->caption(row)->text() == left && list_->countOf(left) == 1) {
+        showButtons();
+        functions_->showPanel(Panel::Debounce);
+        list_->uncheckAll();
+        notice::ask<LeftButtonOnly>(this, NoticeOffset);
         return;
-    writeImageFile(dialog.selectedFiles().first(), driveSection(SelectedDevice::info()),
-                   DeviceRecord::copy());
+    }
+    list_->check(row);
+    preselect(ButtonRows[row].button);
+    showFunctions();
+}
+
+void Buttoninterface::pointAt(std::size_t row)
+{
+    CheckOnline();
+    list_->check(row);
+    list_->scrollTo(row);
+}
+
+void Buttoninterface::preselect(int button)
+{
+    const std::optional<KeyBinding> binding = bindings_.at(button);
+    if (!binding)
+        return;
+    const FlashDataMap record = DeviceRecord::copy();
+    functions_->preselect(bindings_.decoded(button, *binding, record), macroName(record.MacroBlocks[button]));
+}
+
+void Buttoninterface::showFunctions()
+{
+    const bool byKeyboard = hasFocusIn(ui->scrollArea_11);
+    ui->stackedWidget->setCurrentWidget(ui->page_2);
+    ui->stackedWidget->raise();
+    ui->scrollArea_11->hide();
+    nameChosenRow();
+    if (byKeyboard)
+        functions_->focusChosen();
+}
+
+void Buttoninterface::showButtons()
+{
+    const bool byKeyboard = hasFocusIn(ui->stackedWidget) || hasFocusIn(ui->stackedWidget_2);
+    const bool wasOpen = ui->scrollArea_11->isHidden();
+    ui->scrollArea_11->show();
+    ui->stackedWidget->setCurrentWidget(ui->page);
+    ui->scrollArea_11->raise();
+    if (byKeyboard && wasOpen && list_->checkedRow() >= 0)
+        list_->caption(std::size_t(list_->checkedRow()))->setFocus(Qt::TabFocusReason);
+}
+
+void Buttoninterface::leaveFunctions()
+{
+    showButtons();
+    functions_->showPanel(Panel::Debounce);
+}
+
+// Enter clicks as well; the toolkit's buttons react to the space bar only.
+void Buttoninterface::keyPressEvent(QKeyEvent *event)
+{
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto *const button = qobject_cast<QAbstractButton *>(focusWidget());
+    if (event->key() == Qt::Key_Escape && ui->stackedWidget->currentWidget() == ui->page_2)
+        leaveFunctions();
+    else if (enter && button)
+        button->click();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void Buttoninterface::nameChosenRow()
+{
+    const int row = list_->checkedRow();
+    functions_->setTitle(row < 0 ? QString() : list_->caption(std::size_t(row))->accessibleName());
+}
+
+int Buttoninterface::chosenButton() const
+{
+    const int row = list_->checkedRow();
+    return row < 0 ? -1 : ButtonRows[std::size_t(row)].button;
+}
+
+// ---- Functions ----------------------------------------------------------------------------------
+
+void Buttoninterface::choose(const ActionRow &row)
+{
+    if (row.form == Form::Opener && row.shows != Panel::Macros)
+        openPanel(row.shows);
+    else if (row.form != Form::Fire)
+        if (const auto action = encodeAction(row, bindings_.sensor()))
+            bindChosen(*action);
+}
+
+void Buttoninterface::openPanel(Panel panel)
+{
+    functions_->showPanel(panel);
+    if (hasFocusIn(ui->stackedWidget))
+        functions_->focusPanel();
+}
+
+void Buttoninterface::bindChosen(const EncodedAction &action)
+{
+    const int button = chosenButton();
+    functions_->clearDetails();
+    if (button >= 0)
+        bind(button, action);
+    leaveFunctions();
+}
+
+void Buttoninterface::on_DPI_6_clicked()
+{
+    const int button = chosenButton();
+    if (!ButtonPageBusy && !CheckOnline()) {
+        leaveFunctions();
+        return;
+    }
+    functions_->showPanel(Panel::Debounce);
+    const std::optional<KeyBinding> bound = bindings_.at(button);
+    const bool isFire = bound && bound->Class == FireKeyClass;
+    const KeyBinding shown = isFire ? *bound : builtInAction(FireButton)->binding;
+    FireKey dialog;
+    dialog.setValues(shown.First, shown.Second);
+    dialog.openOver(this, InputDialogOffset);
+    if (!dialog.isAccepted()) {
+        preselect(button);
+        return;
+    }
+    bindChosen(encodeFireKey(dialog.interval(), dialog.count()));
+}
+
+void Buttoninterface::on_DPI_8_clicked()
+{
+    functions_->showPanel(Panel::Debounce);
+    GroupKey dialog;
+    dialog.openOver(this, InputDialogOffset);
+    if (dialog.isAccepted())
+        bindChosen(encodeCombination(dialog.text()));
+    else
+        preselect(chosenButton());
+}
+
+bool Buttoninterface::bind(int button, const EncodedAction &action)
+{
+    const bool taken = bindings_.write(button, action);
+    if (taken)
+        showWritten(button);
+    return taken;
+}
+
+void Buttoninterface::showWritten(int button)
+{
+    const KeyBinding binding = *bindings_.at(button);
+    ShowBinding(button, binding.Class, binding.First, binding.Second, DeviceRecord::copy());
+}
+
+bool Buttoninterface::SetMediaAction(int button, uint8_t code)
+{
+    const ActionRow *row = mediaAction(code);
+    return row && bind(button, encodeMedia(row->value));
+}
+
+bool Buttoninterface::SetComboAction(int button, const QString &keys)
+{
+    return bind(button, encodeCombination(keys));
+}
+
+// ---- Macros -------------------------------------------------------------------------------------
+
+void Buttoninterface::SlotAddMacroButton()
+{
+    functions_->setMacros(bindings_.macroNames(DeviceRecord::copy()));
+}
+
+void Buttoninterface::on_DPI_10_clicked()
+{
+    if (functions_->hasMacros()) {
+        openPanel(Panel::Macros);
+        return;
+    }
+    functions_->showPanel(Panel::Debounce);
+    notice::ask<MakeMacro>(this, NoticeOffset);
+}
+
+void Buttoninterface::slotButtonClicked(const QString &macro)
+{
+    const int button = chosenButton();
+    functions_->clearDetails();
+    if (button >= 0 && bindings_.writeMacro(button, macro))
+        showWritten(button);
+    leaveFunctions();
 }
 
 // ---- Texts --------------------------------------------------------------------------------------
@@ -258,7 +410,6 @@ void Buttoninterface::SlotAllLanguage(int index)
 {
     using language::Section;
     using language::text;
-    ConfigPrefix_ = language::choice("ProfileOptions", QStringLiteral("0"), index).remove(QLatin1Char('1'));
     ui->label_8->setText(text(Section::key, "configName", index));
     ui->OutputData->setText(text(Section::key, "Export", index));
     ui->ImportData->setText(text(Section::key, "Import", index));
@@ -267,12 +418,8 @@ void Buttoninterface::SlotAllLanguage(int index)
     ui->DebounceNote->setText(text(Section::key, "DialogDebounceTips", index));
     ui->DebunceButton->SlotAllLanguage(index);
     functions_->setLanguage(index);
-    {
-        const QSignalBlocker silent(ui->ProjectChoose);
-        fillProfiles(ui->ProjectChoose->count());
-        ui->ProjectChoose->setCurrentIndex(profile_);
-    }
-    // Captions are texts. A mouse that is away is shown by its kept image.
+    profiles_->setLanguage(index);
+    // Captions are translated. The cached image stands in for a mouse that is off line.
     FlashDataMap record = DeviceRecord::copy();
     if (!MouseOnline && !ImageCacheRead(SelectedDevice::cacheName(), &record))
         return;

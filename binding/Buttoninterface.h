@@ -1,34 +1,27 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Buttoninterface: the page of the button bindings. A picture of the mouse with marks and a list of its
-// buttons; a click on a button lays the list of functions over it, a click on a function binds. With it what
-// concerns the whole device: the choice of its profile, export, import and factory reset, and the debounce
-// time. It makes the one Worker and ends it. Main thread; the slots of records from a read are reached with
-// the emitting thread waiting.
+// Buttoninterface: the page of the button bindings. It shows a picture of the mouse with markers and a list
+// of its buttons; a click on a button covers the list with the functions, a click on a function binds it. The
+// page also hosts the profile box, the debounce time and the buttons of export, import and factory reset. It
+// owns the one Worker. Main thread; the slots that take a record from a read run while the emitting thread
+// waits.
 #pragma once
 
-#include "catalogue/DpiCodes.h"
-#include "device/hidusb/FlashDataMap.h"
+#include "binding/ButtonBindings.h"
 
 #include <QWidget>
 #include <memory>
 
 class ButtonList;
 class FunctionPages;
+class ProfileBox;
 class Worker;
 
 namespace Ui
 {
 class Buttoninterface;
 }
-namespace binding
-{
-struct ActionRow;
-struct DecodedBinding;
-struct EncodedAction;
-enum class Panel : uint8_t;
-} // namespace binding
 
 class Buttoninterface : public QWidget
 {
@@ -40,7 +33,7 @@ public:
 
     bool SetMediaAction(int button, uint8_t code);
     bool SetComboAction(int button, const QString &keys);
-    // The caption of a button from its bytes; the record is asked for what does not fit into them.
+    // Sets the caption of a button from its three bytes and from the record's key sequence and macro.
     void ShowBinding(int button, int actionClass, int first, int second, const FlashDataMap &record);
 
 public slots:
@@ -84,7 +77,7 @@ public slots:
     void slotButtonClicked(const QString &macro);
 
     void on_ProjectChoose_activated(int index);
-    void on_ProjectChoose_currentIndexChanged(int) {} // filling the box is no choice
+    void on_ProjectChoose_currentIndexChanged(int) {} // the program fills the box, the user chose nothing
     void on_Reset_clicked();
     void on_OutputData_clicked();
     void on_ImportData_clicked();
@@ -100,8 +93,6 @@ private:
 
     void showRecord(const FlashDataMap &map);
     void showBindings(const FlashDataMap &map);
-    void showMacros(const FlashDataMap &map);
-    void fillProfiles(int count);
 
     void openRow(std::size_t row);
     void pointAt(std::size_t row);
@@ -115,19 +106,15 @@ private:
     void openPanel(binding::Panel panel);
     void bindChosen(const binding::EncodedAction &action);
     bool bind(int button, const binding::EncodedAction &action);
+    void showWritten(int button);
     int chosenButton() const; // -1 for none
-    void RecordBinding(int button, const KeyBinding &binding);
-    binding::DecodedBinding decoded(int button, const KeyBinding &binding, const FlashDataMap &record) const;
 
     std::unique_ptr<Ui::Buttoninterface> ui;
     ButtonList *list_ = nullptr;
     FunctionPages *functions_ = nullptr;
-    QList<int> KeyClass_, KeyParamA_, KeyParamB_; // by button; the bytes of the record that shows
-    int FireInterval_ = 10, FireCount_ = 3;       // as last accepted
-    SensorCodes sensor_;                          // of the device that shows
-    QString ConfigPrefix_;                        // of each profile's name
+    ButtonBindings bindings_;
+    std::unique_ptr<ProfileBox> profiles_;
     QString picture_ = QStringLiteral("mouse0.png");
-    int profile_ = 0; // the device's own choice, as far as it is known
-    bool dressed_ = false;
+    bool styled_ = false;
     std::unique_ptr<Worker> worker_;
 };

@@ -60,11 +60,7 @@ void DebounceTime::on_Debunce_currentIndexChanged(int index)
         warnOfDoubleClicks();
 }
 
-void DebounceTime::warnOfDoubleClicks()
-{
-    LessThree notice;
-    notice.openOver(this, NoticeOffset);
-}
+void DebounceTime::warnOfDoubleClicks() { notice::ask<LessThree>(this, NoticeOffset); }
 
 void DebounceTime::SlotAllLanguage(int index)
 {

@@ -20,7 +20,7 @@ namespace
 {
 
 constexpr QSize FunctionSize{192, 32};
-constexpr QSize DetailSize{130, 32}; // where there are many
+constexpr QSize DetailSize{130, 32}; // of a panel with more than FewDetails buttons
 constexpr int FunctionTop = 40;
 constexpr int FunctionPitch = 36;
 constexpr int Columns = 2;
@@ -29,7 +29,7 @@ constexpr QPoint DetailPlace{16, 42};
 constexpr int PanelWidth = 820;
 constexpr int Gap = 8;
 constexpr int DetailPitch = 36;
-constexpr int FewDetails = 8; // of a panel whose buttons may be wide
+constexpr int FewDetails = 8; // the most buttons of a panel with wide ones
 
 constexpr Panel Panels[] = {Panel::Media,      Panel::Lights,   Panel::DpiLocks,
                             Panel::SideScroll, Panel::DpiSteps, Panel::Scroll};
@@ -130,7 +130,7 @@ void FunctionPages::addMacroPanel()
     area->setWidget(list);
     onFirstShow(ground, [this, ground, area] {
         area->setStyleSheet(style::scrollArea());
-        macrosDressed_ = true;
+        macrosStyled_ = true;
         stylePanel(ground);
     });
 }
@@ -163,7 +163,7 @@ void FunctionPages::setLanguage(int index)
 
 void FunctionPages::setTitle(const QString &text) { title_->setText(text); }
 
-// ---- What shows ---------------------------------------------------------------------------------
+// ---- Selection ----------------------------------------------------------------------------------
 
 Panel FunctionPages::panel() const
 {
@@ -206,20 +206,20 @@ void FunctionPages::preselect(const DecodedBinding &decoded, const QString &macr
 
 void FunctionPages::focusChosen()
 {
-    QAbstractButton *chosenOne = functionGroup_->checkedButton();
-    if (!chosenOne)
-        chosenOne = button(ActionRows.front());
-    chosenOne->setFocus(Qt::TabFocusReason);
+    QAbstractButton *target = functionGroup_->checkedButton();
+    if (!target)
+        target = button(ActionRows.front());
+    target->setFocus(Qt::TabFocusReason);
 }
 
 void FunctionPages::focusPanel()
 {
-    QAbstractButton *chosenOne = detailGroup_->checkedButton();
+    QAbstractButton *target = detailGroup_->checkedButton();
     const auto offered = panelStack_->currentWidget()->findChildren<ActionButton *>();
-    if ((!chosenOne || !chosenOne->isVisible()) && !offered.isEmpty())
-        chosenOne = offered.first();
-    if (chosenOne)
-        chosenOne->setFocus(Qt::TabFocusReason);
+    if ((!target || !target->isVisible()) && !offered.isEmpty())
+        target = offered.first();
+    if (target)
+        target->setFocus(Qt::TabFocusReason);
 }
 
 // ---- Macros -------------------------------------------------------------------------------------
@@ -227,9 +227,9 @@ void FunctionPages::focusPanel()
 void FunctionPages::setMacros(const QStringList &names)
 {
     if (names == macroNames_)
-        return; // who stands on one of them keeps it
+        return; // a rebuild would drop the keyboard focus
     macroNames_ = names;
-    // A read may arrive while the click on one of them waits in a notice.
+    // A read may arrive while a click handler of one of them runs a modal notice.
     for (ActionButton *each : qAsConst(macros_)) {
         detailGroup_->removeButton(each);
         each->hide();
@@ -241,7 +241,7 @@ void FunctionPages::setMacros(const QStringList &names)
     for (const QString &name : names) {
         auto *made = new ActionButton(QString(), list);
         made->setText(name);
-        made->setFont(back_->font()); // as the screen made it for all that were there at the start
+        made->setFont(back_->font()); // the font as scaled for the screen when the page was built
         made->setFixedSize(FunctionSize);
         detailGroup_->addButton(made);
         macroGrid_->addWidget(made, macros_.size() / columns, macros_.size() % columns);
@@ -250,6 +250,6 @@ void FunctionPages::setMacros(const QStringList &names)
         macros_ << made;
     }
     list->adjustSize();
-    if (macrosDressed_)
+    if (macrosStyled_)
         stylePanel(page(Panel::Macros));
 }

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// FunctionPages: the widgets that offer the actions: the list of functions, which lies over the list of
-// buttons, and the panels beside it. Made from the table of actions in the pages of two stacks, which own
-// them. It shows and checks; what a click means is the page's. Main thread.
+// FunctionPages: the widgets that offer the actions: the list of functions, which covers the list of buttons,
+// and the panels beside it. It makes them from the table of actions; the pages of two stacks own them. It
+// shows and checks widgets; the binding page decides what a click does. Main thread.
 #pragma once
 
 #include "binding/actions/ActionTable.h"
@@ -40,10 +40,10 @@ public:
 
     binding::Panel panel() const;
     void showPanel(binding::Panel panel);
-    // What stands for a stored action is shown and checked, and nothing else is.
+    // Shows and checks the widgets of a stored action and unchecks all others.
     void preselect(const binding::DecodedBinding &decoded, const QString &macro);
     void clearDetails();
-    // For who came by the keyboard: to the checked function, and from there to the panel that it shows.
+    // Keyboard focus: focusChosen() sets it to the checked function, focusPanel() to the panel beside it.
     void focusChosen();
     void focusPanel();
 
@@ -73,5 +73,5 @@ private:
     QGridLayout *macroGrid_ = nullptr;
     QList<ActionButton *> macros_;
     QStringList macroNames_;
-    bool macrosDressed_ = false;
+    bool macrosStyled_ = false;
 };

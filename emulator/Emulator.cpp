@@ -4,7 +4,7 @@
 
 #include "emulator/Orders.h"
 #include "emulator/Scenario.h"
-#include "emulator/SocketBus.h"
+#include "emulator/BusSockets.h"
 #include "emulator/usb/UsbBus.h"
 #include "emulator/usb/VirtualHub.h"
 
@@ -69,7 +69,7 @@ bool Emulator::start(const std::string &folder, std::string &error, BusKind kind
     if (kind == BusKind::Usb)
         bus_ = std::make_unique<UsbBus>(plugIntoKernel);
     else
-        bus_ = std::make_unique<SocketBus>(folder_);
+        bus_ = std::make_unique<BusSockets>(folder_);
     eventfd_t before = 0;
     ::eventfd_read(ended_.get(), &before);
     world_.quit = false;

@@ -4,6 +4,7 @@
 
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
+#include "device/ImageFile.h"
 #include "device/Worker.h"
 #include "hub/PostMsg.h"
 #include "presentation/Notices.h"
@@ -22,6 +23,8 @@ bool reachable()
     emit PostMsg::instance()->SigMouseOffLineo(0);
     return false;
 }
+
+QString documentsFolder() { return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); }
 
 // The offline watch would start the worker under a reset.
 class QuietWatch
@@ -43,18 +46,11 @@ public:
     QuietWatch &operator=(const QuietWatch &) = delete;
 };
 
-bool resetConfirmed(QWidget *page)
-{
-    ContainReset question;
-    question.openOver(page, PageNoticeOffset);
-    return question.confirmed();
-}
-
 } // namespace
 
 void runFactoryReset(QWidget *page)
 {
-    if (!reachable() || !resetConfirmed(page))
+    if (!reachable() || !notice::ask<ContainReset>(page, PageNoticeOffset))
         return;
     const QuietWatch quiet;
     UsbServer_SetBatteryOptimizeEnable(0);
@@ -73,9 +69,8 @@ void runImageImport(QWidget *page)
     if (!reachable())
         return;
     SettingsBusy = true;
-    const QString path = QFileDialog::getOpenFileName(
-        page, QStringLiteral("SelectFile"),
-        QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), QStringLiteral("File(*.bin)"));
+    const QString path = QFileDialog::getOpenFileName(page, QStringLiteral("SelectFile"), documentsFolder(),
+                                                      QStringLiteral("File(*.bin)"));
     if (!path.isEmpty())
         importImage(page, path);
     SettingsBusy = false;
@@ -87,4 +82,14 @@ void importImage(QWidget *page, const QString &path)
     wait.startTimer();
     wait.setImport(path);
     wait.openOver(page, PageNoticeOffset);
+}
+
+void runImageExport(QWidget *page)
+{
+    QFileDialog dialog(page, QStringLiteral("FileSave"), documentsFolder(), QStringLiteral("File(*.bin)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("bin"));
+    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty())
+        writeImageFile(dialog.selectedFiles().first(), driveSection(SelectedDevice::info()),
+                       DeviceRecord::copy());
 }

@@ -1,18 +1,21 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What the binding page and the settings page both offer for the whole device. Main thread; each runs its
-// own dialogs, placed over `page`, and returns when they have ended. Both need the mouse on line and raise
-// the off-line notice otherwise.
+// The operations of the binding page and the settings page on the whole device. Main thread; each runs its
+// own dialogs over `page` and returns when they have ended. Reset and import need the mouse on line and raise
+// the off-line notice otherwise; the export works without a mouse.
 #pragma once
 
 class QString;
 class QWidget;
 
-// Factory reset, after the user has confirmed it; the device is read anew.
+// Resets the device to its factory settings after the user has confirmed it, then reads it again.
 void runFactoryReset(QWidget *page);
 
-// Asks for an image file and, when it fits, makes it the device's record.
+// Asks for an image file and makes it the device's record when it fits.
 void runImageImport(QWidget *page);
-// The same for a file that is known.
+// The same for a known file.
 void importImage(QWidget *page, const QString &path);
+
+// Asks for a file and writes the record to it as an image file.
+void runImageExport(QWidget *page);

@@ -42,9 +42,10 @@ NoticeDialog::~NoticeDialog() = default;
 void NoticeDialog::applyStyle()
 {
     const QString folder = style::pictureFolder(QStringLiteral("WarningDialog"));
+    const bool isWait = kind_.buttons == NoticeButtons::None;
     const QString buttonColor = style::color("ButtonColor");
     const auto button = [&folder, &buttonColor](const QString &stem) {
-        return style::textButton(folder, buttonColor, stem) + style::textButtonHover(folder, stem);
+        return style::textButton(folder, buttonColor, stem);
     };
     ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
     ui->NewHong->setStyleSheet(button(QStringLiteral("Confirm")));
@@ -52,7 +53,7 @@ void NoticeDialog::applyStyle()
     ui->Cancel->setStyleSheet(button(QStringLiteral("Cancel")));
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
     ui->footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
-    ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(kind_.picture)));
+    ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(isWait ? "Wait.png" : "Warn.png")));
     findChild<QFrame *>(QLatin1String(kind_.frameName))
         ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind_.frameName)));
 }
@@ -81,12 +82,12 @@ void NoticeDialog::SlotAllLanguage(int index)
 
 void NoticeDialog::setTexts(const QString &text, const QString &confirm, const QString &cancel)
 {
-    const QString said = orDefault(ownText_.isEmpty() ? text : ownText_, kind_.defaultText);
-    ui->label->setText(said);
+    const QString shown = orDefault(ownText_.isEmpty() ? text : ownText_, kind_.defaultText);
+    ui->label->setText(shown);
     ui->NewHong->setText(orDefault(confirm, "OK"));
     ui->OK->setText(ui->NewHong->text());
     ui->Cancel->setText(orDefault(cancel, "Cancel"));
-    setAccessibleName(said.trimmed());
+    setAccessibleName(shown.trimmed());
 }
 
 void NoticeDialog::setText(const QString &text)
@@ -97,13 +98,19 @@ void NoticeDialog::setText(const QString &text)
 
 QWidget *NoticeDialog::content() const { return ui->label; }
 
-void NoticeDialog::on_CloseButton_clicked() { close(); }
+void NoticeDialog::end(bool confirmed)
+{
+    confirmed_ = confirmed;
+    close();
+}
 
-void NoticeDialog::on_NewHong_clicked() { close(); }
+void NoticeDialog::on_CloseButton_clicked() { end(false); }
 
-void NoticeDialog::on_OK_clicked() { close(); }
+void NoticeDialog::on_NewHong_clicked() { end(true); }
 
-void NoticeDialog::on_Cancel_clicked() { close(); }
+void NoticeDialog::on_OK_clicked() { end(true); }
+
+void NoticeDialog::on_Cancel_clicked() { end(false); }
 
 // Nothing goes to the base class: there Escape would close a wait that has no button.
 void NoticeDialog::keyPressEvent(QKeyEvent *event)

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// NoticeDialog: the base of every notice, question and short wait: a window of one form with a text and up
-// to two buttons, run modally. Main thread.
+// NoticeDialog: the base of every notice, question and short wait: one form with a picture, a text and up to
+// two buttons, run modally. Main thread.
 #pragma once
 
 #include "presentation/NoticeWindow.h"
@@ -16,20 +16,19 @@ class NoticeDialog;
 }
 
 enum class NoticeButtons : uint8_t {
-    None,     // closes by itself
+    None,     // a wait: the program closes it
     Close,    // the close button alone
     Confirm,  // NewHong, which Enter presses, and the close button, which Escape presses
     Question, // OK and Cancel with the same keys, and the close button
 };
 
-// One row for each notice. An empty default text stands for none.
+// One row for each notice. An empty default text leaves the label empty.
 struct NoticeKind {
     const char *frameName;
     language::Section section;
     const char *textKey;
     const char *defaultText;
     NoticeButtons buttons;
-    const char *picture;
 };
 
 class NoticeDialog : public NoticeWindow
@@ -40,8 +39,11 @@ public:
     explicit NoticeDialog(const NoticeKind &kind);
     ~NoticeDialog() override;
 
-    // What the caller has to say instead of the row's text; it stays over a change of language.
+    // Replaces the row's text; a change of language keeps it.
     void setText(const QString &text);
+
+    // True when NewHong or OK ended the dialog.
+    bool isConfirmed() const { return confirmed_; }
 
 public slots:
     virtual void SlotAllLanguage(int index);
@@ -52,22 +54,24 @@ public slots:
     virtual void on_Cancel_clicked();
 
 protected:
-    // The row's key, unless what the notice says depends on something.
+    // The row's key, unless the text depends on a state.
     virtual const char *textKey() const { return kind_.textKey; }
     // Empty texts give way to the defaults.
     void setTexts(const QString &text, const QString &confirm, const QString &cancel);
 
     void keyPressEvent(QKeyEvent *event) override;
 
-    // Where the notice speaks, for one that has more to show there.
+    // The label of the text, for a notice that adds widgets beside it.
     QWidget *content() const;
 
 private:
+    void end(bool confirmed);
     void arrangeButtons();
     void applyStyle();
 
     const NoticeKind &kind_;
     QString ownText_;
+    bool confirmed_ = false;
     std::unique_ptr<Ui::NoticeDialog> ui;
 };
 

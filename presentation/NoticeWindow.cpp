@@ -35,7 +35,8 @@ void NoticeWindow::placeOver(const QWidget *widget, const QPoint &offset)
 
 int NoticeWindow::openOver(const QWidget *widget, const QPoint &offset)
 {
-    placeOver(widget, offset);
+    if (widget)
+        placeOver(widget, offset);
     return exec();
 }
 

@@ -16,6 +16,7 @@ class NoticeWindow : public QDialog
 public:
     // Stands over the middle of `widget`, moved by `offset`.
     void placeOver(const QWidget *widget, const QPoint &offset = {});
+    // Runs the dialog there, or in the middle of the screen without a widget.
     int openOver(const QWidget *widget, const QPoint &offset = {});
 
 protected:

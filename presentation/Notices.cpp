@@ -40,3 +40,37 @@ void ExeIsRun::SlotChangeLanguage(int index)
     setTexts(file.section(language::Word::Mouse, language::Section::home).value(QStringLiteral("OnRun")),
              file.section(language::Word::Mouse, language::Section::common).value(QStringLiteral("OK")), {});
 }
+
+namespace notice
+{
+namespace
+{
+
+QList<ScriptedAnswer *> &script()
+{
+    static QList<ScriptedAnswer *> answers; // oldest first
+    return answers;
+}
+
+} // namespace
+
+ScriptedAnswer::ScriptedAnswer(const NoticeKind &kind, bool confirmed) : kind_(kind), confirmed_(confirmed)
+{
+    script() << this;
+}
+
+ScriptedAnswer::~ScriptedAnswer() { script().removeOne(this); }
+
+std::optional<bool> ScriptedAnswer::take(const NoticeKind &kind, const QString &text)
+{
+    for (ScriptedAnswer *each : qAsConst(script())) {
+        if (each->taken_ || &each->kind_ != &kind)
+            continue;
+        each->taken_ = true;
+        each->text_ = text;
+        return each->confirmed_;
+    }
+    return std::nullopt;
+}
+
+} // namespace notice

@@ -202,12 +202,7 @@ QString arrow(const QString &folder, const QString &stem) { return compose(Arrow
 
 QString textButton(const QString &folder, const QString &color, const QString &stem)
 {
-    return compose(TextButton, folder, {stem, color});
-}
-
-QString textButtonHover(const QString &folder, const QString &stem)
-{
-    return compose(TextButtonHover, folder, {stem});
+    return compose(TextButton, folder, {stem, color}) + compose(TextButtonHover, folder, {stem});
 }
 
 QString label(const QString &color) { return compose(Label, {}, {color}); }

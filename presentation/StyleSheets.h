@@ -23,10 +23,8 @@ QString dialogBackground(const QString &folder, const QString &frameName);
 QString titleButton(const QString &folder, const QString &stem);
 // Stem and stem + "Click", which is shown under the pointer.
 QString arrow(const QString &folder, const QString &stem);
-// Stem and stem + "Click".
+// Stem, stem + "Hover", stem + "Click".
 QString textButton(const QString &folder, const QString &color, const QString &stem);
-// Goes behind the sheet of a text button: the pointer is over it, stem + "Hover".
-QString textButtonHover(const QString &folder, const QString &stem);
 QString label(const QString &color);
 QString labelPicture(const QString &folder, const QString &name);
 QString tile(const QString &folder, const QString &name);

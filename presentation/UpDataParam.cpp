@@ -15,9 +15,8 @@
 namespace
 {
 
-constexpr NoticeKind WaitRow = {"UpDataParamA",      language::Section::infoTips,
-                                "DialogUpdating",    "Please wait, we are updating the setting",
-                                NoticeButtons::None, "Wait.png"};
+constexpr NoticeKind WaitRow = {"UpDataParamA", language::Section::infoTips, "DialogUpdating",
+                                "Please wait, we are updating the setting", NoticeButtons::None};
 
 constexpr int TimerMs = 2500;
 constexpr int PageRounds = 12;
@@ -97,7 +96,7 @@ void UpDataParam::endImport()
         for (int round = 0; round < ImportRounds; ++round)
             spinEventLoop(RoundMs);
     } else {
-        InportFail().openOver(this);
+        notice::ask<InportFail>(this);
     }
     Importing_ = false;
     close();

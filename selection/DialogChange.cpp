@@ -64,8 +64,7 @@ void DialogChange::applyStyle()
     const QString notices = style::pictureFolder(QStringLiteral("WarningDialog"));
     const QString labelSheet = style::label(style::color("LabelColor"));
     const auto confirm = [color = style::color("ButtonColor")](const QString &folder) {
-        const QString stem = QStringLiteral("Confirm");
-        return style::textButton(folder, color, stem) + style::textButtonHover(folder, stem);
+        return style::textButton(folder, color, QStringLiteral("Confirm"));
     };
     ui->frameChange->setStyleSheet(style::windowBackground(pictures_, QStringLiteral("frameChange")));
     ui->MinButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Min")));
@@ -148,7 +147,7 @@ void DialogChange::warnOfDuplicates()
     if (warning_)
         return;
     warning_ = true;
-    QuestiondialogB().openOver(this);
+    notice::ask<QuestiondialogB>(this);
     warning_ = false;
 }
 

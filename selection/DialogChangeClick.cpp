@@ -62,19 +62,14 @@ bool DialogChange::settleOfflineTile(const DeviceAllInfo &device)
     switch (offlineTileDecision(device)) {
     case TileDecision::EnterReceiver:
         return true;
-    case TileDecision::WarnToWire: {
-        UpDateWarning warning;
-        warning.setText(language::text(language::Section::home, "WiredMode", LanguageIndex));
-        warning.openOver(this, WarningOffset);
+    case TileDecision::WarnToWire:
+        notice::ask<UpDateWarning>(this, WarningOffset,
+                                   language::text(language::Section::home, "WiredMode", LanguageIndex));
         return false;
-    }
-    case TileDecision::AskForPairing: {
-        RePair question;
-        question.openOver(this);
-        if (question.confirmed())
+    case TileDecision::AskForPairing:
+        if (notice::ask<RePair>(this))
             choosePairingTarget(device);
         return false;
-    }
     case TileDecision::Pair:
         choosePairingTarget(device);
         return false;

@@ -58,15 +58,14 @@ PermissionHint::~PermissionHint() = default;
 void PermissionHint::applyStyle()
 {
     const QString pictures = style::pictureFolder(QStringLiteral("DialogChange"));
-    const QString copy = QStringLiteral("Copy");
     setStyleSheet(style::areaPicture(pictures, QStringLiteral("rightHint"), QStringLiteral("Hint.png")));
     ui->hintSign->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Locked.png")));
     ui->hintTitle->setStyleSheet(style::label(style::color("LabelColor")));
     ui->hintText->setStyleSheet(style::label(style::color("LinEditColorSecond")));
     ui->hintCommand->setStyleSheet(style::quotedText());
     ui->hintCommand->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    ui->hintCopy->setStyleSheet(style::textButton(pictures, style::color("ButtonColor"), copy) +
-                                style::textButtonHover(pictures, copy));
+    ui->hintCopy->setStyleSheet(
+        style::textButton(pictures, style::color("ButtonColor"), QStringLiteral("Copy")));
 }
 
 // The folder is watched, since a node that refuses to be read refuses to be watched as well.

@@ -25,7 +25,7 @@ constexpr ActionRow function(const char *widget, Form form, KeyBinding binding, 
     return {widget, Panel::Functions, Panel::Debounce, form, binding, 0, text, Functions, key};
 }
 
-// Bits and words are those that a macro has for the same buttons.
+// The bits and texts of the mouse buttons come from the key vocabulary, as in macros.
 constexpr ActionRow mouse(const char *widget, std::size_t button)
 {
     const MouseButtonRow &row = MouseButtonTable[button];
@@ -130,7 +130,7 @@ constexpr std::array<ActionRow, ActionCount> ActionRows = {{
 namespace
 {
 
-// A media key is known by the low byte of its usage alone.
+// The low byte of the usage identifies a media key.
 constexpr bool mediaCodesDiffer()
 {
     for (std::size_t i = 0; i < ActionRows.size(); ++i)

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Every action that a button of the mouse can do, and every widget that offers one, as one table. The
-// binding page makes its widgets' texts and its groups from it, the encoder the bytes, the decoder the
-// captions. Immutable; any thread, but for the texts, which come from the language tables.
+// One table of all actions of a mouse button and of the widgets that offer them. The binding page takes texts
+// and button groups from it, the encoder bytes, the decoder captions. Immutable and usable on any thread; the
+// texts need loaded language tables.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
@@ -20,7 +20,7 @@ enum ActionClass : uint8_t {
     DpiSwitch = 2,
     HorizontalScroll = 3,
     FireKeyClass = 4,
-    SequenceClass = 5, // a media key or a combination of keys, as its KeySequence says
+    SequenceClass = 5, // a media key or a combination of keys; its KeySequence tells which
     MacroClass = 6,
     ReportRateSwitch = 7,
     LightSwitch = 8,
@@ -29,7 +29,7 @@ enum ActionClass : uint8_t {
     VerticalScroll = 11,
 };
 
-// Where a widget stands: on the list of functions, or on one of the panels beside it.
+// Place of a widget: the list of functions or one of the panels beside it.
 enum class Panel : uint8_t {
     Functions,
     Debounce,
@@ -45,7 +45,7 @@ constexpr int PanelCount = 9;
 // The object name of the panel's page; "page_2" for the functions.
 QString panelName(Panel panel);
 
-// What says which bytes a widget stands for.
+// Which bytes identify the action of a widget.
 enum class Form : uint8_t {
     Class,       // its class alone; a stored binding of the class is this action whatever its parameters
     ClassFirst,  // its class and first parameter
@@ -59,11 +59,11 @@ enum class Form : uint8_t {
 struct ActionRow {
     const char *widget; // object name
     Panel place;
-    Panel shows; // the panel to its side while it is chosen
+    Panel shows; // panel that is shown while the function is chosen
     Form form;
     KeyBinding binding;
     uint16_t value;      // consumer usage or DPI, else 0
-    const char *text;    // until a language gives one, in UTF-8; null: `value` in decimal
+    const char *text;    // UTF-8, used when the language has none; null: `value` in decimal
     const char *choices; // the language's choice table; null: the text is the same in every language
     const char *key;     // of the text; null: the usage as "0x0183"
 };
@@ -73,10 +73,10 @@ constexpr std::size_t ActionCount = 58;
 extern const std::array<ActionRow, ActionCount> ActionRows;
 
 const ActionRow *actionOf(const QString &widget); // null for a widget that has no row
-// The function behind which the panel lies; null for Functions and Debounce, which need none.
+// The function that opens the panel; null for Functions and Debounce.
 const ActionRow *openerOf(Panel panel);
 QString actionText(const ActionRow &row, int language);
-// The low byte of the usage, by which a media key is known.
+// The low byte of the usage, which identifies a media key.
 constexpr uint8_t mediaCode(uint16_t usage) { return uint8_t(usage & 0xFF); }
 const ActionRow *mediaAction(uint8_t code); // null when no media key has it
 const ActionRow *lockAction(int dpi);       // null when no widget offers it

@@ -26,8 +26,8 @@ bool matches(const ActionRow &row, const KeyBinding &binding)
     return row.form != Form::ClassFirst || row.binding.First == binding.First;
 }
 
-// The classes whose meaning lies in the binding's own bytes. A class with an unknown first parameter still
-// has its panel; an unknown class has nothing.
+// Decodes the classes that need only the three bytes of the binding. A known class with an unknown first
+// parameter still gives its panel; an unknown class gives nothing.
 DecodedBinding decodePlain(const KeyBinding &binding, int language)
 {
     DecodedBinding decoded;

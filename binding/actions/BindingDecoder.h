@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// From the bytes of a button's slot to what the page shows: the button's caption, and the panel and the
-// widgets that stand for the action when the button is opened. The bytes come from a device or a file:
-// whatever they hold, nothing behind a block is read.
+// Decodes the bytes of a button's slot for the page: the caption, and the panel and widgets to select when
+// the button is opened. The bytes come from a device or a file and are not trusted: no read passes the end of
+// a block.
 #pragma once
 
 #include "binding/actions/ActionTable.h"
@@ -15,7 +15,7 @@ struct SensorCodes;
 namespace binding
 {
 
-struct SlotView { // of a record that outlives it
+struct SlotView { // refers into a record, which must outlive it
     KeyBinding binding;
     const KeySequence &sequence;
     const MacroBlock &macro;
@@ -32,7 +32,7 @@ DecodedBinding decodeBinding(const SlotView &slot, const SensorCodes &sensor, in
 
 // The names of the sequence's keys joined by "+", of at most the six events that a sequence has.
 QString combinationText(const KeySequence &sequence);
-// All of the name's bytes, as a rename may leave the tail of a longer name, without NUL characters.
+// All bytes of the name field without NUL characters: a rename may leave the tail of a longer name.
 QString macroName(const MacroBlock &macro);
 
 } // namespace binding

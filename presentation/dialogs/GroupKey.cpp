@@ -82,7 +82,7 @@ void GroupKey::on_NewHong_clicked()
     const QStringList checked = modifiers();
     const int count = checked.size() + (keys.isEmpty() ? 0 : keys.count(Plus) + 1);
     if (count > KeyLimit) {
-        GroupMaxThree().openOver(this, NoticeOffset);
+        notice::ask<GroupMaxThree>(this, NoticeOffset);
         PlusCount_ = 0;
         LastGroupKey_ = -1;
         ui->lineEdit->clear();

@@ -61,9 +61,7 @@ void InputDialog::applyStyle()
     const QString buttonColor = style::color("ButtonColor");
     const QString inkColor = style::color("LabelColor");
     const auto button = [&](const char *name, const QString &stem) {
-        named(this, name)
-            ->setStyleSheet(style::textButton(folder, buttonColor, stem) +
-                            style::textButtonHover(folder, stem));
+        named(this, name)->setStyleSheet(style::textButton(folder, buttonColor, stem));
     };
     button("NewHong", QStringLiteral("Confirm"));
     button("NewHong_2", QStringLiteral("Cancel"));

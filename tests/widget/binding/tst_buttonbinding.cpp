@@ -233,13 +233,9 @@ private slots:
     {
         page().click("RightKey");
         page().leave();
-        bool told = false;
-        fixture::whenModal<LeftButtonOnly>([&](LeftButtonOnly *notice) {
-            told = true;
-            notice->on_CloseButton_clicked();
-        });
+        const notice::NextAnswer<LeftButtonOnly> closed(false);
         page().click("FireKey");
-        QVERIFY(told);
+        QVERIFY(closed.isTaken());
         QCOMPARE(page().shownPage(), "page");
         QCOMPARE(page().shownPanel(), "page_9");
         QCOMPARE(page().checkedCaption(), "");
@@ -256,13 +252,9 @@ private slots:
         page().click("FireKey");
         page().click("MidKey");
         QCOMPARE(page().button("FireKey")->text(), "Middle button");
-        bool told = false;
-        fixture::whenModal<LeftButtonOnly>([&](LeftButtonOnly *notice) {
-            told = true;
-            notice->on_CloseButton_clicked();
-        });
+        const notice::NextAnswer<LeftButtonOnly> closed(false);
         page().click("Button9");
-        QVERIFY(told);
+        QVERIFY(closed.isTaken());
         QCOMPARE(page().shownPage(), "page");
     }
 
@@ -281,13 +273,9 @@ private slots:
         SelectedDevice::set(fixture::info("dev", Receiver8K, 1)); // six buttons
         page().show(ButtonPage::plainRecord());
         QCOMPARE(page().button("Button9")->text(), "Left button");
-        bool told = false;
-        fixture::whenModal<LeftButtonOnly>([&](LeftButtonOnly *notice) {
-            told = true;
-            notice->on_CloseButton_clicked();
-        });
+        const notice::NextAnswer<LeftButtonOnly> closed(false);
         page().click("FireKey");
-        QVERIFY(told);
+        QVERIFY(closed.isTaken());
     }
 
     // ---- Macros
@@ -295,13 +283,9 @@ private slots:
     void withoutMacrosThereIsANotice()
     {
         page().click("RightKey");
-        bool told = false;
-        fixture::whenModal<MakeMacro>([&](MakeMacro *notice) {
-            told = true;
-            notice->on_NewHong_clicked();
-        });
+        const notice::NextAnswer<MakeMacro> confirmed(true);
         page().click("DPI_10");
-        QVERIFY(told);
+        QVERIFY(confirmed.isTaken());
         QCOMPARE(page().shownPanel(), "page_9");
         QVERIFY(updates() == 0);
     }

@@ -75,10 +75,8 @@ private slots:
                                      << "QToolButton{border:0px;" + centred +
                                             "color: rgb(255,0,0;);border-image: " + url +
                                             "Confirm.png);}QToolButton:pressed{border-image: " + url +
-                                            "ConfirmClick.png); }";
-        QTest::newRow("text button hover")
-            << style::textButtonHover(p, "Cancel")
-            << "QToolButton:hover:!pressed{border-image: " + url + "CancelHover.png);}";
+                                            "ConfirmClick.png); }QToolButton:hover:!pressed{border-image: " +
+                                            url + "ConfirmHover.png);}";
         QTest::newRow("label") << style::label(c) << "QLabel{color: rgb(255,0,0;);}";
         QTest::newRow("label picture")
             << style::labelPicture(p, "Warn.png")

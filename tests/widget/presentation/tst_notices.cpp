@@ -99,7 +99,7 @@ class tst_Notices : public QObject
         QFETCH(int, key);
         QFETCH(bool, yes);
         Question question;
-        QVERIFY(!question.confirmed());
+        QVERIFY(!question.isConfirmed());
         question.show();
         auto *pressed = question.template findChild<QToolButton *>(button);
         if (key != 0)
@@ -109,7 +109,7 @@ class tst_Notices : public QObject
         else
             return; // another question's button
         QVERIFY(!question.isVisible());
-        QCOMPARE(question.confirmed(), yes);
+        QCOMPARE(question.isConfirmed(), yes);
     }
 
 private slots:
@@ -207,6 +207,48 @@ private slots:
         checkAnswer<ContainReset>();
         checkAnswer<RePair>();
         checkAnswer<DeleteConfirm>();
+    }
+
+    void aScriptedAnswerOpensNothing_data()
+    {
+        QTest::addColumn<bool>("yes");
+        QTest::newRow("yes") << true;
+        QTest::newRow("no") << false;
+    }
+    void aScriptedAnswerOpensNothing()
+    {
+        QFETCH(bool, yes);
+        const notice::NextAnswer<RePair> ofAnother(!yes);
+        const notice::NextAnswer<ContainReset> first(yes);
+        const notice::NextAnswer<ContainReset> second(!yes);
+        QCOMPARE(notice::ask<ContainReset>(), yes);
+        QVERIFY(first.isTaken() && !second.isTaken() && !ofAnother.isTaken());
+        QCOMPARE(notice::ask<ContainReset>(), !yes);
+        QVERIFY(second.isTaken() && !ofAnother.isTaken());
+    }
+
+    void aScriptedAnswerKeepsTheCallersText()
+    {
+        const notice::NextAnswer<UpDateWarning> answer(true);
+        notice::ask<UpDateWarning>(nullptr, {}, "Plug in the cable");
+        QCOMPARE(answer.text(), QString("Plug in the cable"));
+    }
+
+    void withoutAScriptedAnswerTheDialogOpens_data() { aScriptedAnswerOpensNothing_data(); }
+    void withoutAScriptedAnswerTheDialogOpens()
+    {
+        QFETCH(bool, yes);
+        {
+            const notice::NextAnswer<RePair> unused(!yes); // ends with its scope
+        }
+        const QWidget page;
+        QString shown;
+        fixture::whenModal<RePair>([&](RePair *question) {
+            shown = said(*question);
+            yes ? question->on_OK_clicked() : question->on_Cancel_clicked();
+        });
+        QCOMPARE(notice::ask<RePair>(&page, {5, 7}, "Pair it?"), yes);
+        QCOMPARE(shown, QString("Pair it?"));
     }
 
     void eachDefaultStandsForAMissingText()

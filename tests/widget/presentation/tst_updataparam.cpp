@@ -218,16 +218,12 @@ private slots:
         QFETCH(QByteArray, sensorName);
         QFETCH(int, stages);
         QFETCH(int, result);
-        bool told = false;
-        fixture::whenModal<InportFail>([&told](InportFail *notice) {
-            told = true;
-            notice->on_NewHong_clicked();
-        });
+        const notice::NextAnswer<InportFail> confirmed(true);
         UpDataParam wait;
         wait.setImport(imageFile(marker, sensorName, uint8_t(stages)));
         wait.show();
         wait.onTimeupDestroy();
-        QVERIFY(told);
+        QVERIFY(confirmed.isTaken());
         QCOMPARE(int(ImportResult), result);
         QCOMPARE(int(DeviceRecord::copy().ReportRate), 0);
         QVERIFY(FakeHidUsb::instance().updates().empty());

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "emulator/SocketBus.h"
+#include "emulator/BusSockets.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,7 +12,7 @@ namespace emulator
 static constexpr std::size_t ClientLimit = 64; // of one interface
 static constexpr std::size_t DatagramLimit = 4096;
 
-void SocketBus::sync(const std::vector<Interface> &wanted, const Closed &closed)
+void BusSockets::sync(const std::vector<Interface> &wanted, const Closed &closed)
 {
     std::map<std::string, Interface> missing;
     for (const Interface &face : wanted)
@@ -33,7 +33,7 @@ void SocketBus::sync(const std::vector<Interface> &wanted, const Closed &closed)
     }
 }
 
-void SocketBus::addTo(std::vector<pollfd> &polled, const Filter &reads) const
+void BusSockets::addTo(std::vector<pollfd> &polled, const Filter &reads) const
 {
     for (const auto &[name, port] : ports_) {
         polled.push_back({port.listener.get(), POLLIN, 0});
@@ -44,7 +44,7 @@ void SocketBus::addTo(std::vector<pollfd> &polled, const Filter &reads) const
     }
 }
 
-void SocketBus::service(const ReadyMap &ready, const Handler &handler)
+void BusSockets::service(const ReadyMap &ready, const Handler &handler)
 {
     for (auto &[name, port] : ports_) {
         const auto gone = [&ready, &port = port, &handler](const FileDescriptor &client) {
@@ -57,7 +57,7 @@ void SocketBus::service(const ReadyMap &ready, const Handler &handler)
     }
 }
 
-void SocketBus::accept(Port &port)
+void BusSockets::accept(Port &port)
 {
     for (;;) {
         FileDescriptor client(::accept4(port.listener.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
@@ -68,7 +68,7 @@ void SocketBus::accept(Port &port)
     }
 }
 
-bool SocketBus::receive(const Port &port, int client, const Handler &handler)
+bool BusSockets::receive(const Port &port, int client, const Handler &handler)
 {
     uint8_t bytes[DatagramLimit];
     const ssize_t size = ::recv(client, bytes, sizeof bytes, MSG_DONTWAIT);
@@ -83,7 +83,7 @@ bool SocketBus::receive(const Port &port, int client, const Handler &handler)
     return true;
 }
 
-void SocketBus::send(const std::string &device, uint16_t usagePage, const std::vector<uint8_t> &bytes)
+void BusSockets::send(const std::string &device, uint16_t usagePage, const std::vector<uint8_t> &bytes)
 {
     for (auto &[name, port] : ports_) {
         if (port.face.device != device || port.face.name.usagePage != usagePage)
@@ -94,7 +94,7 @@ void SocketBus::send(const std::string &device, uint16_t usagePage, const std::v
     }
 }
 
-std::size_t SocketBus::clientCount() const
+std::size_t BusSockets::clientCount() const
 {
     std::size_t count = 0;
     for (const auto &[name, port] : ports_)

@@ -12,11 +12,11 @@
 namespace emulator
 {
 
-class SocketBus final : public Bus
+class BusSockets final : public Bus
 {
 public:
     // The folder is the caller's and outlives the bus.
-    explicit SocketBus(const BusFolder &folder) : folder_(folder) {}
+    explicit BusSockets(const BusFolder &folder) : folder_(folder) {}
 
     void sync(const std::vector<Interface> &wanted, const Closed &closed) override;
     void addTo(std::vector<pollfd> &polled, const Filter &reads) const override;

@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "binding/ButtonBindings.h"
+
+#include "binding/actions/DefaultActions.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/WriteFamily.h"
+#include "presentation/language/LanguageTables.h"
+
+using namespace binding;
+
+void ButtonBindings::readSensor()
+{
+    if (sensor_.names.isEmpty())
+        ReadSensorDefines(&sensor_.names, &sensor_.values);
+    sensor_.sensor = DeviceCatalogue().text(SelectedDevice::info().DriveIndex, "Sensor");
+    SensorName = sensor_.sensor;
+}
+
+void ButtonBindings::load(const FlashDataMap &record, int count)
+{
+    bindings_.clear();
+    for (int k = 0; k < qBound(0, count, KeySlotCount); ++k)
+        set(k, record.KeyBindings[k]);
+}
+
+void ButtonBindings::loadBuiltIn()
+{
+    bindings_.clear();
+    for (int k = 0; k < ButtonCount; ++k) {
+        const KeyBinding binding = builtInAction(k)->binding;
+        set(k, {binding.Class, binding.First, 0});
+    }
+}
+
+int ButtonBindings::count() const { return qMin(bindings_.size(), ButtonCount); }
+
+std::optional<KeyBinding> ButtonBindings::at(int button) const
+{
+    if (button < 0 || button >= bindings_.size())
+        return std::nullopt;
+    return bindings_[button];
+}
+
+DecodedBinding ButtonBindings::decoded(int button, const KeyBinding &binding,
+                                       const FlashDataMap &record) const
+{
+    return decodeBinding({binding, record.KeySequences[button], record.MacroBlocks[button]}, sensor_,
+                         LanguageIndex);
+}
+
+QStringList ButtonBindings::macroNames(const FlashDataMap &record) const
+{
+    QStringList names;
+    for (int k = 0; k < count(); ++k)
+        if (const QString name = macroName(record.MacroBlocks[k]);
+            record.KeyBindings[k].Class == MacroClass && !name.isEmpty() && !names.contains(name))
+            names << name;
+    names.sort(Qt::CaseInsensitive);
+    return names;
+}
+
+bool ButtonBindings::write(int button, const EncodedAction &action)
+{
+    const bool taken = action.sequence ? SetKeySequence(button, action.binding, *action.sequence)
+                                       : SetBinding(button, action.binding);
+    if (taken)
+        set(button, action.binding);
+    return taken;
+}
+
+bool ButtonBindings::writeMacro(int button, const QString &name)
+{
+    const FlashDataMap record = DeviceRecord::copy();
+    for (int k = 0; k < ButtonCount; ++k) {
+        if (record.KeyBindings[k].Class != MacroClass || macroName(record.MacroBlocks[k]) != name)
+            continue;
+        const KeyBinding binding = macroBinding(button, record.KeyBindings[k].Second);
+        if (!SetMacroBinding(button, binding, record.MacroBlocks[k]))
+            return false;
+        set(button, binding);
+        return true;
+    }
+    return false;
+}
+
+void ButtonBindings::set(int button, const KeyBinding &binding)
+{
+    while (bindings_.size() <= button)
+        bindings_ << KeyBinding{};
+    bindings_[button] = binding;
+}

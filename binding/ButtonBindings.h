@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// ButtonBindings: the bindings of the buttons that the page shows. It decodes them for the page and writes
+// new ones to the mouse; a binding that the mouse does not take leaves the old one. Buttons are 0..11. Main
+// thread.
+#pragma once
+
+#include "binding/actions/BindingDecoder.h"
+#include "binding/actions/BindingEncoder.h"
+#include "catalogue/DpiCodes.h"
+
+#include <QVector>
+
+class ButtonBindings
+{
+public:
+    // Reads the sensor of the selected device, on which the DPI locks depend.
+    void readSensor();
+    const SensorCodes &sensor() const { return sensor_; }
+
+    // `count`: buttons of the model.
+    void load(const FlashDataMap &record, int count);
+    void loadBuiltIn();
+    int count() const;
+    std::optional<KeyBinding> at(int button) const;
+
+    // The record supplies the key sequence and the macro, which do not fit into the binding.
+    binding::DecodedBinding decoded(int button, const KeyBinding &binding, const FlashDataMap &record) const;
+    // Names of the macros that are bound, sorted, each once. The mouse keeps a macro in its button's slot.
+    QStringList macroNames(const FlashDataMap &record) const;
+
+    bool write(int button, const binding::EncodedAction &action);
+    // Copies the macro of that name from the button that has it.
+    bool writeMacro(int button, const QString &name);
+
+private:
+    void set(int button, const KeyBinding &binding);
+
+    QVector<KeyBinding> bindings_; // by button
+    SensorCodes sensor_;
+};
