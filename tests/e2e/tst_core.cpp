@@ -28,7 +28,7 @@ private:
     ProductFolder product{smallCatalogue()};
 
 private slots:
-    void theRoadOfADevice_data()
+    void aDeviceIsLoaded_data()
     {
         QTest::addColumn<QString>("scenario");
         QTest::newRow("behind a receiver") << QString::fromLatin1(Receiver1k);
