@@ -59,7 +59,8 @@ public:
     }
 
 private:
-    QTemporaryDir folder;
+    // A short name of its own, since a hint names several of its files in one line.
+    QTemporaryDir folder{QDir::tempPath() + "/node-XXXXXX"};
 };
 
 } // namespace fixture
