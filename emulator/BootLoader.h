@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The boot loader of a mouse or receiver: takes a firmware image in blocks of 56 bytes and accepts it
-// when it is complete, its CRC is right and its head says that it is meant for this device. What had
-// been received is lost with the power.
+// The boot loader of a mouse or receiver: receives a firmware image in blocks of 56 bytes and accepts it when
+// it is complete, its CRC matches and its header names this device. A loss of power drops the received
+// blocks.
 #pragma once
 
 #include "emulator/Protocol.h"

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Bus: where the devices meet their hosts. One back end for each kind of bus; the devices are the same
-// behind all of them. One thread.
+// Bus: carries reports between devices and hosts, with one back end for each kind of bus. One thread.
 #pragma once
 
 #include "emulator/Scene.h"
@@ -14,7 +13,7 @@
 namespace emulator
 {
 
-// What poll() found, by file descriptor.
+// Results of poll() by file descriptor.
 using ReadyMap = std::map<int, short>;
 
 class Bus
@@ -25,17 +24,17 @@ public:
     using Closed = std::function<void(const Interface &)>;
 
     virtual ~Bus() = default;
-    // Opens the interfaces that are missing and closes those that are no longer wanted, with whoever reads
-    // them. `closed` hears of each interface that went.
+    // Opens missing interfaces and closes those that are not wanted, with their clients. Calls `closed` for
+    // each closed interface.
     virtual void sync(const std::vector<Interface> &wanted, const Closed &closed) = 0;
-    // What is to be polled. The host of an interface for which `reads` is false is left to wait.
+    // Adds the descriptors to poll. Hosts of interfaces for which `reads` is false have to wait.
     virtual void addTo(std::vector<pollfd> &polled, const Filter &reads) const = 0;
     // Hands each report that the host has sent to `handler`.
     virtual void service(const ReadyMap &ready, const Handler &handler) = 0;
     virtual void send(const std::string &device, uint16_t usagePage, const std::vector<uint8_t> &bytes) = 0;
-    // Who reads, over all interfaces.
+    // Number of readers of all interfaces.
     virtual std::size_t clientCount() const = 0;
-    // When sync() is worth another call although nothing has changed.
+    // When to call sync() again without a change.
     virtual std::optional<Clock::time_point> nextDue() const { return std::nullopt; }
 };
 

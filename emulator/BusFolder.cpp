@@ -56,7 +56,7 @@ bool BusFolder::open(const std::string &path, std::string &error)
 
 void BusFolder::removeStale() const
 {
-    // The stream takes its descriptor along when it closes.
+    // Closing the stream also closes its descriptor.
     DIR *stream = ::fdopendir(::fcntl(folder_.get(), F_DUPFD_CLOEXEC, 0));
     if (stream == nullptr)
         return;

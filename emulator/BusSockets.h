@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The sockets of a bus folder: a port for each interface, and its clients. What a device sends goes to all
-// clients of the interface, as all readers of a hidraw node get it; a client that does not read loses
-// reports and holds up nobody. One thread.
+// BusSockets: the sockets of a bus folder, a listening port and its clients for each interface. A device's
+// report goes to all clients of the interface, as to all readers of a hidraw node; a client that does not
+// read loses reports and delays nobody. One thread.
 #pragma once
 
 #include "emulator/Bus.h"
@@ -15,7 +15,7 @@ namespace emulator
 class BusSockets final : public Bus
 {
 public:
-    // The folder is the caller's and outlives the bus.
+    // The caller owns the folder, which must outlive the bus.
     explicit BusSockets(const BusFolder &folder) : folder_(folder) {}
 
     void sync(const std::vector<Interface> &wanted, const Closed &closed) override;
@@ -31,7 +31,7 @@ private:
         std::vector<FileDescriptor> clients;
     };
     static void accept(Port &port);
-    // One datagram at a time, so that no client keeps the others waiting. False when the client has gone.
+    // One datagram per call, so that no client delays the others. False when the client disconnected.
     static bool receive(const Port &port, int client, const Handler &handler);
 
     const BusFolder &folder_;

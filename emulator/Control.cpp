@@ -11,7 +11,7 @@ namespace emulator
 
 static constexpr std::size_t LineLimit = 65536; // a whole flash fits
 static constexpr std::size_t OutputLimit = 1048576;
-static constexpr std::size_t FollowLimit = 65536; // waiting for one follower
+static constexpr std::size_t FollowLimit = 65536; // bytes that wait for one follower
 static constexpr std::size_t ClientLimit = 16;
 
 bool Control::open(const BusFolder &folder)
@@ -31,7 +31,7 @@ void Control::addTo(std::vector<pollfd> &polled) const
 {
     polled.push_back({listener_.get(), POLLIN, 0});
     for (const Client &client : clients_) {
-        // Who does not fetch its answers is asked for no more orders.
+        // Reads no further orders from a client that does not read its answers.
         const short events = client.output.empty() ? POLLIN : POLLOUT;
         polled.push_back({client.socket.get(), events, 0});
     }

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The control socket: a stream of order lines in, their answers out, and lines for those who follow a
-// device. Nothing here waits for a client. One thread.
+// The control socket: order lines in, answers out, and report lines for clients that follow a device. Never
+// blocks on a client. One thread.
 #pragma once
 
 #include "emulator/Bus.h"
@@ -17,7 +17,7 @@ class Control
 public:
     struct Answer {
         std::string text;
-        std::string followed; // what its sender wants to follow from now on, if it is not empty
+        std::string followed; // the device that the sender follows from now on; empty: no change
     };
     using Runner = std::function<Answer(const std::string &)>;
 
@@ -26,8 +26,7 @@ public:
     void addTo(std::vector<pollfd> &polled) const;
     void service(const ReadyMap &ready, const Runner &run);
     bool hasFollowers() const;
-    // Hands a line to all who follow the device. Who fetches them too slowly loses lines and is told how
-    // many.
+    // Sends a line to all followers of the device. A slow follower loses lines and gets their number.
     void publish(const std::string &device, const std::string &line);
 
 private:
@@ -37,7 +36,7 @@ private:
         std::string output;
         bool gone = false;
         std::string followed;
-        std::size_t lost = 0; // lines for which there was no room since the last one that had it
+        std::size_t lost = 0; // lines dropped since the last one sent
     };
     void accept();
     static void read(Client &client, const Runner &run);
@@ -47,7 +46,7 @@ private:
     std::vector<Client> clients_;
 };
 
-// Sends one order to the emulator of a bus folder and waits for its answer. Nothing when there is none.
+// Sends one order to the emulator of a bus folder and waits for its answer. None without an emulator.
 std::optional<std::string> sendOrder(const std::string &folder, const std::string &line);
 // Whether the last line of an answer is an error.
 bool isErrorAnswer(const std::string &answer);

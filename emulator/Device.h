@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Anything that can be plugged into the bus: what a mouse on its cable and a receiver have in common.
-// Devices know nothing of sockets, threads or each other; the Scene moves reports between them. One
-// thread at a time.
+// Base of the devices that can be plugged into the bus: a mouse on its cable, a receiver. Devices do not know
+// sockets, threads or each other; the Scene routes reports between them. One thread at a time.
 #pragma once
 
 #include "emulator/BootLoader.h"
@@ -16,11 +15,11 @@ namespace emulator
 
 enum class Mode : uint8_t {
     Normal,
-    Absent, // between itself and its boot loader: not on the bus, not on the air
+    Absent, // switching to or from its boot loader: neither on the bus nor on the air
     Boot,
 };
 
-// What has to follow an answer once it has been sent.
+// The action to take after an answer has been sent.
 enum class After : uint8_t { Nothing, EnterBoot, LeaveBoot, ClearDone };
 
 class Device
@@ -31,7 +30,7 @@ public:
     Device(const Device &) = delete;
     Device &operator=(const Device &) = delete;
 
-    // Answers a request that reached this device as itself; the argument's length has been checked.
+    // Answers a request addressed to this device; the argument's length has been checked.
     virtual wire::Report answer(const wire::Report &request) = 0;
     virtual wire::BootIdentityReply bootIdentity() const = 0;
     virtual uint8_t bootTarget() const = 0;
@@ -48,7 +47,7 @@ public:
     Mode mode = Mode::Normal;
     uint16_t version = 0x0100; // high byte major, low byte minor
     BootLoader boot;
-    std::vector<wire::Report> notices; // to be sent through whatever link is live
+    std::vector<wire::Report> notices; // to send over the live link
 
 protected:
     wire::Report enterBoot(const wire::Report &request)
@@ -62,7 +61,7 @@ protected:
     {
         return makeReply(request, done ? wire::Status::Ok : wire::Status::Refused);
     }
-    // Keeps an argument of one byte that is at most `most`.
+    // Stores an argument of one byte, at most `most`.
     static wire::Report keep(const wire::Report &request, uint8_t &value, uint8_t most)
     {
         const bool fits = request.Payload[0] <= most;

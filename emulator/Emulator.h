@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The emulator: a scene on a bus, served by one thread of its own. It runs inside a test as well as in
-// mouse-emulator. All public functions may be called from any thread but the emulator's; they are
-// carried out on that thread, one at a time, and have taken effect on the bus when they return. start()
-// and stop() belong to one owner.
+// The emulator: a scene on a bus with a thread of its own, used by tests and by mouse-emulator. Any other
+// thread may call the public functions; the emulator's thread runs them one at a time, and their effect is on
+// the bus when they return. Only the owner calls start() and stop().
 #pragma once
 
 #include "emulator/Control.h"
@@ -26,39 +25,38 @@ enum class BusKind {
 class Emulator
 {
 public:
-    // `logFile` gets the report dump; it is the caller's and must outlive the emulator.
+    // `logFile` gets the report dump; the caller owns it, and it must outlive the emulator.
     explicit Emulator(std::FILE *logFile = stderr);
     ~Emulator();
     Emulator(const Emulator &) = delete;
     Emulator &operator=(const Emulator &) = delete;
 
-    // A scenario file, or its text; `name` is what errors call it. False with a reason in `error`.
+    // A scenario file, or its text; `name` stands in error messages. False with a reason in `error`.
     bool load(const std::string &file, std::string &error);
     bool loadText(const std::string &text, const std::string &name, std::string &error);
-    // Takes the bus folder and begins to serve: all plugged devices are there on return. With Usb only the
-    // control socket stands in the folder, and the kernel may take some moments to know the devices.
+    // Locks the bus folder and starts serving; all plugged devices exist on return. With Usb the folder has
+    // only the control socket, and the kernel may take some moments to enumerate the devices.
     bool start(const std::string &folder, std::string &error, BusKind kind = BusKind::Sockets);
     // Ends serving; no socket is left in the folder. Also after the order "quit", which ends it too.
     void stop();
-    // Readable once serving has ended.
+    // Becomes readable when serving ends.
     int endDescriptor() const { return ended_.get(); }
 
     // One order; see runOrder.
     std::string order(const std::string &line);
 
-    // Copies of what the devices hold; nothing for an unknown id.
+    // Copies of the devices' states; none for an unknown id.
     std::optional<MouseState> mouse(const std::string &id);
     std::optional<ReceiverState> receiver(const std::string &id);
     // Of the current profile when none is given.
     std::optional<FlashImage> flash(const std::string &id, std::optional<int> profile = std::nullopt);
-    // Sound reports that the host has sent to this plug, all or of one command; 0 for an unknown id.
+    // Valid reports from the host to this plug, all or of one command; 0 for an unknown id.
     uint64_t reportCount(const std::string &id);
     uint64_t reportCount(const std::string &id, wire::Command command);
-    // Of these, without the ones that came again under a number still in use, since the answer was not there
-    // in time.
+    // The same without repeats, which reuse a recent sequence number because the answer was late.
     uint64_t requestCount(const std::string &id, wire::Command command);
     std::size_t clientCount();
-    // What is on the bus now.
+    // The interfaces on the bus now.
     std::vector<Interface> interfaces();
 
 private:
@@ -84,7 +82,7 @@ private:
     std::optional<TimePoint> nextDue() const;
     void show(const char *arrow, const std::string &id, const uint8_t *bytes, std::size_t size);
 
-    // The emulator thread's alone while it runs.
+    // Used by the emulator's thread only while it runs.
     World world_;
     BusFolder folder_;
     std::unique_ptr<Bus> bus_;
@@ -95,7 +93,7 @@ private:
     FileDescriptor wake_;
     FileDescriptor ended_;
     std::thread thread_;
-    std::mutex mutex_; // guards what follows
+    std::mutex mutex_; // guards the members below
     std::condition_variable done_;
     std::vector<Job *> jobs_;
     bool serving_ = false;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-// The thread of the emulator: one poll over all sockets, then what has come and what has fallen due.
+// The thread of the emulator: polls all sockets, then handles received reports and due events.
 #include "emulator/Emulator.h"
 
 #include "emulator/Orders.h"
@@ -14,10 +14,10 @@ namespace emulator
 
 void Emulator::loop()
 {
-    // The default slack of 50 us would be a twentieth of the pace.
+    // The default timer slack of 50 us is 5 % of the pace of 1 ms.
     ::prctl(PR_SET_TIMERSLACK, 1000UL);
     for (bool ends = false; !ends;) {
-        // Before the look at the sockets: who had connected when an order was given hears what comes of it.
+        // Taken before poll(): clients that connected before an order then receive the reports it causes.
         const std::vector<Job *> jobs = takeJobs();
         poll(!jobs.empty());
         for (const Job *job : jobs)
@@ -115,7 +115,7 @@ void Emulator::take(const Interface &face, const uint8_t *bytes, std::size_t siz
     const uint16_t page = face.name.usagePage;
     const TimePoint now = world_.scene.now();
     if (page == wire::ScreenUsagePage) {
-        // A screen answers a report with itself, in a whole report: hosts drop shorter ones.
+        // A screen echoes a report, padded to full size: hosts drop shorter ones.
         show("->", face.device, bytes, size);
         Bytes answer(bytes, bytes + size);
         answer.resize(wire::ReportSize);
@@ -123,8 +123,8 @@ void Emulator::take(const Interface &face, const uint8_t *bytes, std::size_t siz
             traffic.out.push({page, std::move(answer)}, now);
         return;
     }
-    const bool spoken = page == wire::SettingsUsagePage || page == wire::BootUsagePage;
-    if (!spoken || !wire::isSound(bytes, size))
+    const bool known = page == wire::SettingsUsagePage || page == wire::BootUsagePage;
+    if (!known || !wire::isSound(bytes, size))
         return show("-> ignored", face.device, bytes, size);
     show("->", face.device, bytes, size);
     wire::Report report;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The flash of a mouse as it leaves the factory.
+// The factory settings of a mouse's flash.
 #pragma once
 
 #include "device/hidusb/wire/FlashLayout.h"

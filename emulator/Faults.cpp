@@ -25,7 +25,7 @@ constexpr KindRow Kinds[] = {
 constexpr uint32_t LateLimitMs = 60000;
 constexpr uint32_t CountLimit = 1000000;
 
-// Takes the words of a rule one after the other.
+// Parses the words of a rule in order.
 class RuleReader
 {
 public:

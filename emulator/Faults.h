@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Faults by table: each row says what goes wrong, at which of the host's reports, and for which command.
+// A table of faults: each row has a kind, the report of the host at which it fires, and a command.
 #pragma once
 
 #include "emulator/Words.h"
@@ -21,7 +21,7 @@ enum class FaultKind : uint8_t {
     FlipBit,   // one bit of the answer is flipped
     Refuse,    // not carried out, the answer is a refusal
     Unplug,    // not carried out, the device leaves the bus
-    Radio,     // the mouse leaves the air before the request is looked at
+    Radio,     // the mouse loses its radio link before the request is handled
 };
 
 enum class FaultWhere : uint8_t { At, Random, Always };
@@ -39,7 +39,7 @@ struct FaultRule {
 struct FaultHit {
     FaultKind kind;
     uint32_t lateMs;
-    uint32_t chance; // any number; FlipBit chooses its bit by it
+    uint32_t chance; // any number; selects the bit of FlipBit
 };
 
 class FaultTable
@@ -49,14 +49,14 @@ public:
     void clear() { rules_.clear(); }
     bool empty() const { return rules_.empty(); }
     std::size_t size() const { return rules_.size(); }
-    // Counts one report of the host in every row. The first row that fires is the one that happens.
+    // Counts one report of the host in every row. Returns the first row that fires.
     std::optional<FaultHit> match(uint8_t command);
 
 private:
     std::vector<FaultRule> rules_;
 };
 
-// The names of all kinds, as orders call them.
+// The names of all kinds in orders.
 std::vector<std::string> faultKindNames();
 // "KIND [MS] at N|random SEED PERCENT|always [command NAME|CODE]" from word `first` on; `error` is set
 // when there is no rule in it.

@@ -55,7 +55,7 @@ static bool isInReach(const Scene &scene, const Mouse &mouse)
     });
 }
 
-// What every device has, up to its `online`.
+// The words that all devices share, up to `online`.
 static std::string describePlug(const World &world, const Device &device, const std::string &kind)
 {
     const auto traffic = world.traffic.find(device.id);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What orders show of the scene, as text.
+// Text output of the orders that show the scene.
 #pragma once
 
 #include "emulator/World.h"
@@ -11,10 +11,10 @@ namespace emulator
 
 // A line for each device.
 std::string listScene(const Scene &scene);
-// The same for a program: lines of key=value words, first the switches, then each device. Keys are never
-// taken away; new ones may come.
+// The same for programs: lines of key=value words, first the switches, then each device. Keys may be added
+// but not removed.
 std::string describeWorld(const World &world);
-// Lines of 16 bytes with their address in front; the range lies in the flash.
+// Lines of an address and 16 bytes; the range must lie in the flash.
 std::string dumpFlash(const FlashImage &image, std::size_t address, std::size_t count);
 
 } // namespace emulator

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A mouse: four profiles of flash, a battery, a radio, buttons. The same object answers on its cable
-// and behind a receiver.
+// A mouse: four profiles of flash, a battery, a radio, buttons. The same object answers on its cable and
+// through a receiver.
 #pragma once
 
 #include "emulator/Device.h"
@@ -20,30 +20,30 @@ namespace emulator
 using Clock = std::chrono::steady_clock;
 
 constexpr int ProfileCount = 4;
-constexpr uint8_t CableKind = 3; // DeviceKind on the cable, unless the scenario says 2
+constexpr uint8_t CableKind = 3; // DeviceKind on the cable, unless the scenario sets 2
 
 enum class Button : uint8_t { Dpi, Rate, Profile, Light, Bar };
 
-// Everything that can be looked at from outside; plain data.
+// The state that tests and orders read.
 struct MouseState {
     std::string name;
     uint8_t cid = 0;
     uint8_t mid = 0;
     uint8_t cableKind = CableKind;
     bool screen = false;
-    Address address{}; // the receiver with the same address is its own
+    Address address{}; // the receiver with the same address is paired with it
     uint8_t battery = 100;
     bool charging = false;
     bool radio = true;
     bool asleep = false;
-    bool pairing = false; // looks for a receiver that pairs
+    bool pairing = false; // searches for a pairing receiver
     uint8_t profile = 0;
     uint8_t driverStatus = 0;
     uint8_t batteryOptimize = 1;
     std::array<FlashImage, ProfileCount> flash;
 };
 
-// Of a report rate as the flash holds it; 0 for a code that is none.
+// Hz of a report rate code in the flash; 0 for an unknown code.
 int hertzOf(uint8_t rateCode);
 
 class Mouse final : public Device
@@ -55,22 +55,22 @@ public:
     wire::BootIdentityReply bootIdentity() const override;
     uint8_t bootTarget() const override { return wire::TargetMouse; }
 
-    // A person's hand on the mouse; topRate is the highest rate of the live link in Hz.
+    // A press of a button by the user; topRate: highest rate of the live link in Hz.
     void press(Button button, int topRate);
     void selectProfile(uint8_t index);
     void setBattery(uint8_t level, bool charging);
     void restoreFactory();
-    // A notice that item `index` of DeviceStatusChange changed.
+    // Queues the notice that item `index` of DeviceStatusChange changed.
     void announce(std::size_t index);
-    // Silent, as a host's write: false when the range leaves the flash.
+    // Writes without a notice, like a host's write; false when the range exceeds the flash.
     bool setFlash(std::size_t address, const uint8_t *bytes, std::size_t count);
 
     bool onAir() const { return mode == Mode::Normal && !plugged && state.radio && !state.asleep; }
     wire::OnLineReply onLineReply(bool online) const;
 
-    // Sleeping by itself after StopCloseTime units without a press; no value: never.
+    // When the mouse falls asleep after StopCloseTime units without a press; none: never.
     void setAutoSleep(std::optional<Clock::duration> unit, Clock::time_point now);
-    void use(Clock::time_point now); // wakes it and begins the time to sleep anew
+    void use(Clock::time_point now); // wakes the mouse and restarts the time to sleep
     std::optional<Clock::time_point> sleepTime() const;
 
     MouseState state;

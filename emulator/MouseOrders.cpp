@@ -152,7 +152,7 @@ void pair(Order &order)
         mouse->state.pairing = true;
 }
 
-// The mouse's own reset: what follows is a change of everything, not the end of a host's order.
+// A reset on the mouse itself: it sends a notice that everything changed, not the answer to a host's reset.
 void reset(Order &order)
 {
     Mouse *mouse = order.mouse();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Order: one order while it is carried out. The orders of a mouse have a file of their own.
+// Order: one order while it runs. MouseOrders.cpp has the orders of a mouse.
 #pragma once
 
 #include "emulator/World.h"

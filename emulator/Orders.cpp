@@ -19,7 +19,7 @@ constexpr uint32_t ColorLimit = 3;
 void listDevices(Order &order) { order.answer = listScene(order.scene()); }
 void showState(Order &order) { order.answer = describeWorld(order.world); }
 
-// The sender streams the reports; an order that comes by another way has nobody to stream to.
+// The control socket streams the reports to the sender; other sources of orders have no receiver for them.
 void follow(Order &order)
 {
     if (order.arg(1) == Everything || order.device() != nullptr)

@@ -10,8 +10,8 @@
 namespace emulator
 {
 
-// Carries out one line. The answer is lines, the last of them "ok" or "error" and a reason; nothing is
-// changed by an order that ends in an error. An empty line is "ok".
+// Runs one line. The last line of the answer is "ok", or "error" and a reason; an order that ends in an error
+// changes nothing. An empty line is "ok".
 std::string runOrder(World &world, const std::string &line);
 bool isOrder(const std::string &word);
 

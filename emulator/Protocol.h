@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What every device of the emulator needs of the wire: which commands there are, who behind a USB plug
-// answers them, how long their arguments are, and the making of replies and notices.
+// The wire protocol for the emulator's devices: commands, who behind a USB plug answers each, argument
+// lengths, and construction of replies and notices.
 #pragma once
 
 #include "device/hidusb/wire/Report.h"
@@ -20,7 +20,7 @@ enum class Route : uint8_t {
 };
 
 struct CommandRow {
-    const char *name; // as orders and logs call it
+    const char *name; // in orders and logs
     wire::Command command;
     uint8_t least; // bytes of argument in a request
     uint8_t most;

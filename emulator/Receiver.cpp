@@ -11,7 +11,7 @@ namespace emulator
 using wire::Command;
 using wire::PairState;
 
-// What the three lights can show; a value above is refused.
+// Largest values of the three lights; a value above is refused.
 static constexpr uint8_t ColorSchemeLimit = 3;
 static constexpr uint8_t BarModeLimit = 6;
 static constexpr uint8_t BarStepLimit = 10;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A receiver: its own lights and radio settings, and the pairing with one mouse. Commands for the mouse
-// do not reach it; the Scene asks the mouse itself.
+// A receiver: its lights and radio settings, and the pairing with one mouse. The Scene routes commands for
+// the mouse to the mouse itself.
 #pragma once
 
 #include "emulator/Device.h"
@@ -28,12 +28,12 @@ struct PairedMouse {
     uint8_t mid;
 };
 
-// Everything that can be looked at from outside; plain data.
+// The state that tests and orders read.
 struct ReceiverState {
     std::size_t classIndex = 0; // in ReceiverClasses
     uint8_t cid = 0;            // its own
     uint8_t mid = 0;            // of the mouse that it is sold with
-    Address address{};          // a mouse with this address belongs to it
+    Address address{};          // a mouse with this address is paired with it
     std::optional<PairedMouse> paired;
     bool mouseInReach = false;
     uint8_t driverStatus = 0;
@@ -55,8 +55,8 @@ public:
     uint8_t bootTarget() const override { return wire::TargetReceiver; }
 
     void endPairing(wire::PairState result); // with its notice
-    void changeColor(uint8_t scheme);        // by itself, with its notice
-    void changeLongRange(bool on);           // by itself, with its notice
+    void changeColor(uint8_t scheme);        // on the receiver itself, with its notice
+    void changeLongRange(bool on);           // on the receiver itself, with its notice
     void setReach(bool inReach);             // a notice when it changed
     int topRate() const { return ReceiverClasses[state.classIndex].topRate; }
     bool pairs() const { return state.pairState == wire::PairState::Working; }

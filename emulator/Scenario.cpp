@@ -13,10 +13,10 @@ namespace emulator
 namespace
 {
 
-constexpr uint8_t OwnAddressPrefix = 0xE0; // of addresses that the scenario leaves to us
+constexpr uint8_t OwnAddressPrefix = 0xE0; // of addresses that the scenario does not set
 constexpr std::size_t DeviceLimit = 200;
 
-// Puts a parsed number where it belongs; false when there was none.
+// Stores a parsed number; false when there is none.
 template <typename Parsed, typename Target> bool put(const std::optional<Parsed> &parsed, Target &target)
 {
     if (parsed)

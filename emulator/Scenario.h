@@ -12,7 +12,7 @@ namespace emulator
 {
 
 // Adds what the text describes to the world. False at the first bad line, with "NAME:LINE: reason" in
-// `error`; the lines in front of it have been taken.
+// `error`; the lines before it have taken effect.
 bool loadScenario(World &world, std::istream &text, const std::string &name, std::string &error);
 
 } // namespace emulator

@@ -75,7 +75,7 @@ void Scene::follow(Device &device, After what)
     }
 }
 
-// A request may have been repeated, so that the device has gone already.
+// A repeated request may find the device gone already.
 void Scene::changeMode(Device &device, Mode from, Mode over, Mode to)
 {
     if (device.mode != from)
@@ -161,7 +161,7 @@ std::vector<RoutedNotice> Scene::settle()
     pairWaiting();
     for (const auto &receiver : receivers_) {
         const Mouse *mouse = mouseInReach(*receiver);
-        // A mouse that was given this address on its cable makes itself known over the air.
+        // A mouse that got this address over its cable announces itself over the air.
         if (mouse != nullptr)
             receiver->state.paired = PairedMouse{mouse->state.cid, mouse->state.mid};
         receiver->setReach(mouse != nullptr);

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The scene: all mice and receivers, who reaches whom over the air, and what falls due later. It
-// carries requests from a USB plug to the device that answers them and notices back to the plug that is
-// live. It knows no socket and takes the time from outside. One thread at a time.
+// The scene: all mice and receivers, their radio links, and scheduled events. It routes requests from a USB
+// plug to the device that answers, and notices to the live plug. It has no sockets, and its caller sets the
+// time. One thread at a time.
 #pragma once
 
 #include "emulator/Mouse.h"
@@ -38,7 +38,7 @@ struct Interface {
 };
 
 struct RoutedNotice {
-    std::string device; // at whose plug it goes out
+    std::string device; // whose plug sends it
     wire::Report report;
 };
 
@@ -53,19 +53,20 @@ public:
     const std::vector<std::unique_ptr<Mouse>> &mice() const { return mice_; }
     const std::vector<std::unique_ptr<Receiver>> &receivers() const { return receivers_; }
 
-    // The answer to a sound request that came in at the plug of `device`.
+    // The answer to a valid request at the plug of `device`.
     wire::Report answer(Device &device, const wire::Report &request);
-    // Brings pairing and reach up to date after a change and hands over the notices that are due.
+    // Updates pairing and reach after a change and returns the due notices.
     std::vector<RoutedNotice> settle();
     std::vector<Interface> interfaces() const;
 
     Mouse *mouseInReach(const Receiver &receiver) const;
     int topRate(const Mouse &mouse) const; // of its live link, in Hz; 1000 without one
     void setBoot(Device &device, bool inBoot);
-    // A cable in the mouse wakes it and takes it off the air; what a boot loader had received is lost.
+    // Plugging in the cable wakes the mouse and turns its radio off; a boot loader loses what it had
+    // received.
     void setPlugged(Device &device, bool plugged);
 
-    // Time. run() does what has fallen due.
+    // Time. run() handles due events.
     void run(Clock::time_point now);
     void after(Clock::duration delay, std::function<void()> what);
     std::optional<Clock::time_point> nextDue() const;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The reports of one USB device on their way: what the host has sent and the device has not looked at
-// yet, and what waits to go out. With pacing each direction carries one report per millisecond, as an
+// The queues of one USB device: reports that the host has sent and the device has not processed yet, and
+// reports that wait to go out. With pacing each direction carries one report per millisecond, as an
 // interface with a 1 ms interval does; without it nothing waits.
 #pragma once
 
@@ -29,12 +29,12 @@ template <typename Item> class Lane
 public:
     void push(Item item, Clock::time_point now)
     {
-        // One interval of credit: a report that comes a little late does not delay all behind it.
+        // One interval of credit: a report that is a little late does not delay all later ones.
         if (items_.empty())
             due_ = std::max(due_, now - PaceInterval);
         items_.push_back(std::move(item));
     }
-    // The next report that may go now.
+    // The next report that may be sent now.
     std::optional<Item> take(Clock::time_point now, bool paced)
     {
         if (items_.empty() || (paced && due_ > now))
@@ -59,21 +59,21 @@ private:
 };
 
 struct Incoming {
-    uint16_t usagePage; // of the interface that it came by
+    uint16_t usagePage; // of the receiving interface
     wire::Report report;
 };
 
 struct Outgoing {
-    uint16_t usagePage; // of the interface that it leaves by
+    uint16_t usagePage; // of the sending interface
     Bytes bytes;
 };
 
 class Traffic
 {
 public:
-    // Above this the host's reports wait in its own socket, as they wait for a slow endpoint.
+    // From this length on, the host's reports stay in its own socket, as with a slow endpoint.
     static constexpr std::size_t InLimit = 16;
-    // So many requests a host may have on the way at once, and any of them may come again.
+    // Requests that a host may have outstanding; any of them may be repeated.
     static constexpr std::size_t Window = 8;
 
     void count(const wire::Report &report)
@@ -86,10 +86,9 @@ public:
     }
     uint64_t total() const { return total_; }
     uint64_t countOf(uint8_t command) const { return counts_[command].reports; }
-    // The same without those that had the number of a request shortly before: the host had not had its answer
-    // in time.
+    // The same without repeats, which reuse a recent sequence number because the answer was late.
     uint64_t requestsOf(uint8_t command) const { return counts_[command].requests; }
-    // The device left the bus: nothing of before may reach the next connection.
+    // The device left the bus: drops all reports, so that none reaches the next connection.
     void clear()
     {
         in.clear();
@@ -109,11 +108,11 @@ private:
         std::array<uint8_t, Window> numbers{}; // of the last requests; none has the number 0
     };
 
-    uint64_t total_ = 0; // sound reports from the host
+    uint64_t total_ = 0; // valid reports from the host
     std::array<CommandCount, 256> counts_{};
 };
 
-// What a fault makes of a sound answer; the table of FaultKind says what.
+// Applies a fault to a valid answer, as FaultKind describes.
 Bytes spoil(const wire::Report &reply, const FaultHit &hit);
 Bytes bytesOf(const wire::Report &report);
 

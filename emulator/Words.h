@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The words of an order or of a scenario line, and the few forms that a word can have. Every parser
-// gives nothing for a text that is not wholly of its form or out of range.
+// Splits orders and scenario lines into words and parses words. A parser returns none for a text that does
+// not match its form completely or is out of range.
 #pragma once
 
 #include <array>
@@ -17,8 +17,8 @@ namespace emulator
 using Words = std::vector<std::string>;
 using Address = std::array<uint8_t, 3>;
 
-// Words are parted by blanks; "..." holds a word together; # outside quotes starts a comment. Nothing
-// for a quote that does not end.
+// Blanks separate words; quotes ("...") enclose a word with blanks; # outside quotes starts a comment. None
+// for an unclosed quote.
 std::optional<Words> splitWords(const std::string &line);
 
 // Decimal, or hexadecimal with 0x in front; least..most.
@@ -33,7 +33,7 @@ std::optional<Address> parseAddress(const std::string &text);
 std::string formatAddress(const Address &address);
 // "on" or "off".
 std::optional<bool> parseSwitch(const std::string &text);
-// 1..32 of [a-z0-9_]: what can stand as the serial in a bus name.
+// 1..32 of [a-z0-9_]: valid as the serial in a bus name.
 bool isDeviceId(const std::string &text);
 
 } // namespace emulator

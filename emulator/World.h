@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Everything that an order can act on.
+// The state that orders act on.
 #pragma once
 
 #include "emulator/Scene.h"
@@ -10,7 +10,7 @@
 namespace emulator
 {
 
-// What follows all devices at once.
+// The name that follows all devices at once.
 constexpr const char *Everything = "all";
 
 struct World {

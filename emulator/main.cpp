@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// mouse-emulator: the emulator as a program, and "send", which gives orders to a running one.
+// mouse-emulator: runs the emulator; "send" sends orders to a running one.
 #include "emulator/Emulator.h"
 
 #include <csignal>
@@ -125,7 +125,7 @@ void sayReady(int fd)
     ::close(fd);
 }
 
-// Orders from the standard input, until it ends; false then.
+// Runs orders from the standard input; false at its end.
 bool readConsole(emulator::Emulator &emulator, std::string &rest)
 {
     char bytes[4096];
@@ -141,7 +141,7 @@ bool readConsole(emulator::Emulator &emulator, std::string &rest)
     return true;
 }
 
-// Until the order "quit", SIGINT or SIGTERM.
+// Serves until the order "quit", SIGINT or SIGTERM.
 void wait(emulator::Emulator &emulator, int signals)
 {
     pollfd polled[] = {
@@ -151,7 +151,7 @@ void wait(emulator::Emulator &emulator, int signals)
         ::poll(polled, 3, -1);
         if (polled[0].revents != 0 || polled[1].revents != 0)
             return;
-        // A program in the background has no console; poll passes over a negative descriptor.
+        // A background program has no console; poll() ignores a negative descriptor.
         if (polled[2].revents != 0 && !readConsole(emulator, rest))
             polled[2].fd = -1;
     }

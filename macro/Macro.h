@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Macro: the page of the macros. It gives the mouse buttons their names, which the macros' events have in
-// common with whatever shows keys. Main thread.
+// Macro: the page of the macros. It also sets the translated names of the mouse buttons, which the key
+// vocabulary shares with the other pages. Main thread.
 #pragma once
 
 #include "presentation/PageSurface.h"

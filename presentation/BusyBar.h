@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// BusyBar: a light that runs along a line for as long as it is seen.
+// BusyBar: an indeterminate progress line, animated while it is visible.
 #pragma once
 
 #include <QVariantAnimation>
@@ -20,5 +20,5 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    QVariantAnimation run_; // 0 to 1, again and again
+    QVariantAnimation run_; // 0 to 1, repeating
 };

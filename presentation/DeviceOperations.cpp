@@ -26,7 +26,7 @@ bool reachable()
 
 QString documentsFolder() { return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); }
 
-// The offline watch would start the worker under a reset.
+// Stops the off-line watch, which would start the worker during a reset.
 class QuietWatch
 {
 public:

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A style sheet decodes its pictures when it is set, and most pages are never opened in a run. So a page
-// is dressed when it is first shown. Main thread.
+// Setting a style sheet decodes its pictures, and most pages are never opened in a run. So a page gets its
+// style sheets when it is first shown. Main thread.
 #pragma once
 
 #include <functional>

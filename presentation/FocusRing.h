@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// FocusRing: one outline that stands around whichever control has the keyboard's focus, and only when the
-// keyboard brought it there. The pictures of a control know no focused state, and a sheet per control
-// would have to be set anew at each change.
+// FocusRing: one outline around the control that got the focus by the keyboard. The skin has no pictures for
+// the focused state, and a style sheet per control would be parsed again at each focus change.
 #pragma once
 
 #include <QColor>
@@ -26,5 +25,5 @@ private:
 
     QColor ink_;
     QPointer<QWidget> control_;
-    QPointer<QWidget> outline_; // a sibling of the control, so it goes where the window goes
+    QPointer<QWidget> outline_; // a sibling of the control, so that it moves with the window
 };

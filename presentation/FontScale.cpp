@@ -13,7 +13,7 @@ namespace
 
 using ScaledFonts = std::vector<std::pair<QWidget *, QFont>>;
 
-// All fonts are read before the first is set, since setting a parent's font changes its children's.
+// Reads all fonts before it sets the first, because setting a parent's font changes its children's.
 void collect(QWidget *widget, double factor, ScaledFonts *fonts)
 {
     QFont font = widget->font();

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Which of the skin's pictures shows a model. Pictures tied to a model carry this number in their names.
+// The number of a model in the names of the skin's pictures.
 #pragma once
 
-// The model ids from 6 up have a picture each; the first one stands for every other model.
+// Model ids from 6 have a picture each; every other model gets the first one.
 constexpr int FirstPictureMid = 6;
 constexpr int PictureCount = 4;
 

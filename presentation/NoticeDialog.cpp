@@ -67,7 +67,7 @@ void NoticeDialog::arrangeButtons()
     ui->Cancel->setVisible(kind_.buttons == NoticeButtons::Question);
     if (kind_.buttons != NoticeButtons::Close)
         return;
-    // Without a row of buttons the middle is lower.
+    // Centres picture and text in the space that the footer leaves.
     ui->footer->hide();
     ui->label_2->move(ui->label_2->x(), ui->label_2->y() + FooterHalf);
     ui->label->move(ui->label->x(), ui->label->y() + FooterHalf);
@@ -112,7 +112,7 @@ void NoticeDialog::on_OK_clicked() { end(true); }
 
 void NoticeDialog::on_Cancel_clicked() { end(false); }
 
-// Nothing goes to the base class: there Escape would close a wait that has no button.
+// Does not call QDialog::keyPressEvent(), which closes a wait on Escape.
 void NoticeDialog::keyPressEvent(QKeyEvent *event)
 {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

@@ -56,7 +56,7 @@ public slots:
 protected:
     // The row's key, unless the text depends on a state.
     virtual const char *textKey() const { return kind_.textKey; }
-    // Empty texts give way to the defaults.
+    // An empty text selects the default.
     void setTexts(const QString &text, const QString &confirm, const QString &cancel);
 
     void keyPressEvent(QKeyEvent *event) override;
@@ -75,5 +75,5 @@ private:
     std::unique_ptr<Ui::NoticeDialog> ui;
 };
 
-// Every page is moved away from the window's middle by the navigation; its notices stand there anyway.
+// From the middle of a page to the middle of the window: the navigation shifts every page.
 constexpr QPoint PageNoticeOffset{-75, -65};

@@ -22,7 +22,7 @@ void NoticeWindow::becomeNotice()
     setWindowFlags(NoticeFlags);
     setFixedSize(size());
     roundCorners(this);
-    // While the window is in the tray, the end of a notice is not the end of the program.
+    // Closing a notice must not quit the program while its main window is hidden in the tray.
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(applicationName());
 }
@@ -55,8 +55,8 @@ void NoticeWindow::hideEvent(QHideEvent *event)
         before_->activateWindow();
 }
 
-// The toolkit hands the keyboard on when the window behind is activated, but the window manager may have
-// raised that window, which would hide the notice and leave both dead.
+// A click on the window behind activates the notice again, but the window manager may have raised that window
+// above the notice: both would then ignore the user.
 void NoticeWindow::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);

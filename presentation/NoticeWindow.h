@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// NoticeWindow: the window of every notice and small dialog: frameless, round, run modally. It has no
-// parent, since a parent would make it an embedded child with these window flags; and no window manager
-// looks after it, so it takes the keyboard by itself and gives it back. Main thread.
+// NoticeWindow: the window of every notice and small dialog: frameless, with round corners, run modally. It
+// has no parent, which with these window flags would embed it as a child. It bypasses the window manager, so
+// it activates itself and then the previous window. Main thread.
 #pragma once
 
 #include <QDialog>
@@ -14,14 +14,14 @@ class NoticeWindow : public QDialog
     Q_OBJECT
 
 public:
-    // Stands over the middle of `widget`, moved by `offset`.
+    // Moves the dialog over the middle of `widget`, plus `offset`.
     void placeOver(const QWidget *widget, const QPoint &offset = {});
     // Runs the dialog there, or in the middle of the screen without a widget.
     int openOver(const QWidget *widget, const QPoint &offset = {});
 
 protected:
     NoticeWindow() = default;
-    // To be called when the form has been built: its size is the window's.
+    // Call after setupUi(): fixes the window to the form's size.
     void becomeNotice();
 
     void showEvent(QShowEvent *event) override;
@@ -29,5 +29,5 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    QPointer<QWidget> before_; // had the keyboard
+    QPointer<QWidget> before_; // the window to activate at the end
 };

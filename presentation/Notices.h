@@ -49,12 +49,12 @@ using SameMacro = PlainNotice<notice::SameName>;
 using GroupMaxThree = PlainNotice<notice::ThreeKeys>;    // more keys than a combination holds
 using KeyNumberLimit = PlainNotice<notice::MacroLength>; // more events than a macro holds
 using LessThree = PlainNotice<notice::Debounce>;         // a short debounce makes double clicks
-using UpDateWarning = PlainNotice<notice::Firmware>;     // says what setText() gives
+using UpDateWarning = PlainNotice<notice::Firmware>;     // with the caller's text
 using DeleteConfirm = PlainNotice<notice::Delete>;
 using ContainReset = PlainNotice<notice::Reset>; // before a factory reset
-using RePair = PlainNotice<notice::Pairing>;     // before a pairing that nobody asked for
+using RePair = PlainNotice<notice::Pairing>;     // before a pairing that the program offers
 
-// The mouse does not answer. Closes by itself when it does again. OffLineKind chooses the text.
+// The mouse does not answer. Closes itself when the mouse answers again. OffLineKind selects the text.
 class MouseOffLine : public NoticeDialog
 {
     Q_OBJECT
@@ -67,7 +67,7 @@ protected:
     const char *textKey() const override;
 };
 
-// An image file was not taken. ImportResult chooses the text.
+// An image file was refused. ImportResult selects the text.
 class InportFail : public NoticeDialog
 {
     Q_OBJECT
@@ -80,7 +80,7 @@ protected:
     const char *textKey() const override;
 };
 
-// Another copy of the program runs. No tables are loaded yet, so it reads its texts by itself.
+// Another copy of the program runs. It reads its own texts, because no language tables are loaded yet.
 class ExeIsRun : public NoticeDialog
 {
     Q_OBJECT
@@ -96,8 +96,8 @@ public slots:
 namespace notice
 {
 
-// Answers the next notice of one kind, which then does not open. For tests: needs no timer and no window, and
-// an answer that nobody asked for ends with its object. Main thread.
+// Answers the next notice of one kind, which then does not open. For tests: no timer and no window needed.
+// The object's end removes an unused answer. Main thread.
 class ScriptedAnswer
 {
 public:

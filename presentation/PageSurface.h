@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What the pages of a device have in common: their size, the surface they stand on, and the flag that
-// says that a page fills its widgets from a record, so that no change handler takes this for an edit.
+// Shared by the pages of a device: size, background surface, and the busy flag of a page that fills its
+// widgets from a record. Change handlers ignore changes while the flag is set.
 #pragma once
 
 #include <QWidget>
@@ -10,7 +10,7 @@
 
 constexpr QSize DevicePageSize{883, 630};
 
-// A page that is its surface. `pictures` names the page's picture folder.
+// A page that is nothing but its surface. `pictures` names the page's picture folder.
 class PageSurface : public QWidget
 {
 public:

@@ -8,8 +8,8 @@
 
 class QLineEdit;
 
-// What is left of a name that was typed: a blank at the end takes all blanks away, and the rest is cut to
-// what the device can hold, 30 bytes in the local encoding, never within a character.
+// The typed name as the device can store it: a trailing blank removes all blanks, and the rest is cut to 30
+// bytes in the local encoding at a character's end.
 QString fittingMacroName(const QString &typed);
 
 class QuestionDialog : public NoticeDialog
@@ -20,7 +20,7 @@ public:
     enum class Mode : uint8_t { Create, Rename };
     explicit QuestionDialog(Mode mode);
 
-    // Empty unless the dialog was ended with OK.
+    // Empty unless OK ended the dialog.
     QString name() const { return accepted_; }
 
 public slots:

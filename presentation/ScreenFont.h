@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The forms are laid out in pixels for 96 dots per inch; on a desktop with another value their fonts are
-// scaled back so that every text keeps its place. Each window does this once, when it has been built.
+// scaled back so that every text fits. Each window does this once, after it was built.
 #pragma once
 
 class QWidget;

@@ -48,14 +48,14 @@ void styleComboBox(QComboBox *box, const QString &folder)
     const QString selectColor = style::color("ComboxSelectColor");
     auto *list = new QListView(box);
     list->setStyleSheet(style::comboList(selectColor));
-    // Before the view: a box asks its style once whether the list of a view gets a scroll bar.
+    // Set before the view: QComboBox asks its style only once whether the list gets a scroll bar.
     box->setStyleSheet(style::comboBox(folder, style::color("ComboxTextColor"), selectColor));
     box->setView(list);
     box->setMaxVisibleItems(VisibleItems);
 }
 
-// Row by row, alike in all four corners: a polygon loses half a pixel at the right and below. A pixel that
-// the curve only touches stays, so that the outline of the background is whole.
+// Built row by row, because a polygon region loses half a pixel at the right and bottom edges. Pixels that
+// the curve touches stay in the region, so that the background's outline is complete.
 void roundCorners(QWidget *window)
 {
     const int width = window->width();

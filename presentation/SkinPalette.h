@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What the pictures of the skin do not cover: menus, lists and tool tips follow the skin's colours, and a
-// frameless window gets the round corners of its background.
+// The looks that the skin's pictures do not cover: colours of menus, lists and tool tips, and the round
+// corners of frameless windows.
 #pragma once
 
 #include <QColor>
@@ -14,11 +14,11 @@ class QWidget;
 // A colour of the catalogue's general section.
 QColor skinColor(const char *key);
 
-// One toolkit style and the skin's colours for the whole application. Main thread, before any window.
+// Sets the toolkit style and the skin's colours of the application. Main thread, before any window.
 void applySkin();
 
-// A choice box with its list, from the pictures in `folder`.
+// Styles a combo box and its list with the pictures in `folder`.
 void styleComboBox(QComboBox *box, const QString &folder);
 
-// The corners outside the radius of the background's picture are no part of the window.
+// Masks the window's corners outside the radius of the background picture.
 void roundCorners(QWidget *window);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Waiting on the main thread. The event loop turns meanwhile, because threads that deliver to the main
-// thread stand still until it has taken what they bring.
+// Waiting on the main thread with the event loop running, because threads with blocking connections to the
+// main thread stop until their signal is delivered.
 #pragma once
 
 #include <QEventLoop>

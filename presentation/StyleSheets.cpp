@@ -10,7 +10,7 @@
 namespace
 {
 
-// In the templates P is the picture folder, and the numbered marks are names and colours.
+// In the templates %P is the picture folder, and %1, %2, … are names and colours.
 QString compose(const char *text, const QString &folder, std::initializer_list<QString> values)
 {
     QString sheet = QLatin1String(text);
@@ -43,7 +43,7 @@ constexpr char TileHover[] = "QToolButton:hover{border: 2px solid rgb(%1);border
 constexpr char CheckBox[] = "QCheckBox{color: rgb(%1;);}"
                             "QCheckBox::indicator:checked {image: url(%PCheckBoxCheck.png);}"
                             "QCheckBox::indicator:unchecked {image: url(%PCheckBox.png);}";
-// A dense screen gets its double pictures for backgrounds and border images alone, so no mark is an `image`.
+// The toolkit loads @2x pictures for background-image and border-image but not for `image`.
 constexpr char CheckBoxMarks[] =
     "QCheckBox::indicator{width: 18px;height: 18px;background-position: center;"
     "background-repeat: no-repeat;}"
@@ -60,8 +60,8 @@ constexpr char ComboBox[] =
     "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
     "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
 constexpr char Groove[] = "66,76,83";
-// The arrow stands alone at the right, and the text keeps away from the rounded end. The pictures bring their
-// own outline. The list is one that scrolls, since a menu would show all of its rows.
+// Removes the drop-down button's frame and keeps the text off the rounded end. The pictures contain the
+// outline. combobox-popup: 0 gives a list that scrolls; a menu would show all rows.
 constexpr char ComboBoxFinish[] =
     "QComboBox{border: 0px;padding-left: 9px;combobox-popup: 0;}"
     "QComboBox::drop-down:button{border: 0px;width: 28px;background-color: transparent;"
@@ -72,7 +72,7 @@ constexpr char ComboBoxFinish[] =
     "QComboBox QAbstractItemView{border: 0px;color: rgb(%1);padding: 5px;}"
     "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;color: rgb(%2);padding-left: 8px;}";
 constexpr char ComboBoxBack[] = "QComboBox{border-image: url(%P%1);}";
-// Dark on the selection's colour, since light on it would be hard to read.
+// Dark text on the selection's colour, for contrast.
 constexpr char ComboListFinish[] = "QListView::item:selected{color: rgb(%1);border-radius: 4px;}"
                                    "QListView::item:hover{color: rgb(%1);border-radius: 4px;}";
 constexpr char ComboListScroll[] =
@@ -92,7 +92,7 @@ constexpr char StateButton[] = "QToolButton{border:0px;color: rgb(%2);border-ima
 constexpr char AreaPicture[] = "#%1{border:0px;background-position:center;background-repeat:no-repeat;"
                                "background-image: url(%P%2);}";
 constexpr char LabelPlate[] = "QLabel{color: rgb(%2);border-image: url(%P%1);}";
-// The icon is a picture of the whole button's size, so that it can lie on the plate.
+// The icon picture has the button's size, so that border-image draws it over the plate.
 constexpr char NavigationButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%PNavButton.png);border-image: url(%P%1.png);}"
@@ -110,7 +110,7 @@ constexpr char ThumbSlider[] =
     "QSlider::handle:horizontal:hover{background-image: url(%PThumbHover.png);}"
     "QSlider::handle:horizontal:pressed{background-image: url(%PThumbClick.png);}"
     "QSlider::handle:horizontal:disabled{background-image: url(%PThumbOff.png);}";
-// Nothing but the handle, so that it needs no ground of its own.
+// Shows the handle only; the scroll bar needs no background.
 constexpr char ScrollArea[] =
     "QScrollArea,QScrollArea>QWidget>QWidget{border:0px;background: transparent;}"
     "QScrollBar:vertical{width: 10px;margin: 0px;border: 0px;background: transparent;}"
@@ -125,7 +125,7 @@ constexpr char SwitchButton[] =
     "QToolButton:checked{background-image: url(%POpen.png);}"
     "QToolButton:checked:hover{background-image: url(%POpenHover.png);}"
     "QToolButton:checked:pressed{background-image: url(%POpenClick.png);}";
-// %1 the filled part, %2 the handle, %3 the ground, %4 what cannot be used.
+// %1 filled part, %2 handle, %3 background, %4 groove and disabled parts.
 constexpr char Slider[] =
     "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background: rgba(%4,90);}"
     "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background: rgb(%1);}"

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The look of the program: every style sheet there is, composed from a page's picture folder, colours of
-// the catalogue and names of pictures. Replacing the pictures and the colour keys gives another skin.
-// `folder` ends with "/", a colour is the text "r,g,b". The ";" behind a colour is part of the templates.
-// Sheets go on leaves before they are shown: a sheet on a whole window restyles all that is in it.
+// The style sheets of the program, composed from a page's picture folder, colours of the catalogue and names
+// of pictures. Replacing the pictures and the colour keys gives another skin. `folder` ends with "/", a
+// colour is the text "r,g,b". The templates contain the ";" after a colour. Set sheets on leaf widgets before
+// they are shown: a sheet on a window restyles all of its children.
 #pragma once
 
 #include <QString>
@@ -28,57 +28,57 @@ QString textButton(const QString &folder, const QString &color, const QString &s
 QString label(const QString &color);
 QString labelPicture(const QString &folder, const QString &name);
 QString tile(const QString &folder, const QString &name);
-// Goes behind the sheet of a tile: the pointer is over it, or presses it.
+// Append to tile(): its hovered and pressed states.
 QString tileHover();
 QString checkBox(const QString &folder, const QString &color);
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor);
-// Goes behind the sheet of a combo box of another size than most: the picture that fits it.
+// Append to comboBox() for a box of another size: its background picture.
 QString comboBoxBack(const QString &folder, const QString &name);
 QString comboList(const QString &selectColor);
 QString sectionTitle(const QString &folder, const QString &objectName);
 QString flatLink(const QString &color);
 
-// A label that is nothing but a picture, stretched to it.
+// A label that shows only a picture, stretched to its size.
 QString stretchedPicture(const QString &folder, const QString &name);
-// One of several choices: stem, stem + "Hover", "Check" while it is the chosen one, "Click" while pressed.
+// One of several choices: stem, and stem + "Hover", + "Check" while checked, + "Click" while pressed.
 QString stateButton(const QString &folder, const QString &stem, const QString &color,
                     const QString &checkedColor);
-// The named frame with a picture in its middle, as it is.
+// The named frame with an unscaled picture in its middle.
 QString areaPicture(const QString &folder, const QString &frameName, const QString &name);
 // A text on a picture of the label's size.
 QString labelPlate(const QString &folder, const QString &color, const QString &name);
-// A scrolling list: a slim handle on the ground that is there.
+// A scroll area with a transparent background and a slim scroll handle.
 QString scrollArea();
-// A way to a page: its own icon on the plates that all ways share.
+// A navigation button: its own icon over the plates that all of them share.
 QString navigationButton(const QString &folder, const QString &icon);
 // The filled part of the battery's bar.
 QString batteryBar(const QString &chunkColor);
 // A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
-// A thumb on a bar of which no side counts as filled: Groove; Thumb, ThumbHover, ThumbClick, ThumbOff.
+// A slider without a filled part: Groove; Thumb, ThumbHover, ThumbClick, ThumbOff.
 QString thumbSlider(const QString &folder);
 // A switch: "Close" and, while it is on, "Open", each + "Hover" and + "Click".
 QString switchButton(const QString &folder);
-// A horizontal slider whose way so far is filled.
+// A horizontal slider with a filled part left of the handle.
 QString slider();
-// What stands in the place of such a slider of 24 pixels that has nothing to set.
+// A label of 24 pixels in place of a slider that has nothing to set.
 QString emptySlider();
-// What a control is called, dim while there is nothing to set.
+// The caption of a control, dim while disabled.
 QString caption();
 // A number beside a slider, and one in a frame of its own.
 QString readout();
 QString framedReadout();
-// Several lines to read and to copy, such as a command.
+// Read-only lines to copy, such as a command.
 QString quotedText();
 // A field to type in.
 QString lineEdit();
 // A number to type or to step: "Up" and "Down".
 QString spinBox(const QString &folder);
 
-// A DPI stage, and the bar in its colour `fill` below it; the selected ones have pictures of their own.
+// A DPI stage, and below it the bar in its colour `fill`; selected ones use other pictures.
 QString stageButton(const QString &folder, const QString &color, bool selected);
 QString colorBar(const QString &folder, const QString &fill, bool selected);
-// A label with a picture that repeats to the right.
+// A label with a horizontally repeated picture.
 QString tiledPicture(const QString &folder, const QString &name);
 
 } // namespace style

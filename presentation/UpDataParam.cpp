@@ -26,7 +26,7 @@ constexpr int RefreshHoldMs = 2000;
 
 bool pagesLoaded() { return LightPageLoaded && SensorPageLoaded && ButtonPageLoaded; }
 
-// On the main thread the receivers run in the emitter's call, so a copy of the record is enough.
+// The receivers run inside these emissions, since they live on the main thread as well.
 void feedPages(const FlashDataMap &record)
 {
     PostMsg *hub = PostMsg::instance();
@@ -75,7 +75,7 @@ bool UpDataParam::waitForPages()
     return false;
 }
 
-// The device writes its flash for a while after a reset; a question in that time would be lost.
+// The device writes its flash after a reset and drops requests during that time.
 void UpDataParam::endRefresh()
 {
     const bool loaded = waitForPages();

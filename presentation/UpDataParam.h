@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// UpDataParam: the wait that stands over a load, an import or a reset. Its end decides whether the load
-// worked: the timer runs out once, then onTimeupDestroy() gives the pages their time, and the cache or the
-// off-line notice takes over when they were not fed. Main thread.
+// UpDataParam: the wait dialog during a load, an import or a reset. When its timer runs out,
+// onTimeupDestroy() waits for the pages and decides whether the load succeeded; otherwise it shows the cached
+// image or raises the off-line notice. Main thread.
 #pragma once
 
 #include "presentation/NoticeDialog.h"
@@ -19,9 +19,9 @@ public:
 
     // Starts the timer of 2,500 ms.
     void startTimer();
-    // From now on the load is a refresh of what the pages show already. Never taken back.
+    // Marks the load as a refresh of pages that show a record already. Permanent.
     void setRefreshing() { Refreshing_ = true; }
-    // The next end takes this image file for the device.
+    // The next time-out imports this image file.
     void setImport(const QString &path);
 
 public slots:

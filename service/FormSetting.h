@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// FormSetting: the page of the program's and the device's own settings. Main thread.
+// FormSetting: the page of the program's and the device's settings. Main thread.
 #pragma once
 
 #include "presentation/PageSurface.h"

@@ -29,7 +29,7 @@ bool ControlLine::open()
 
 void ControlLine::close()
 {
-    // A notifier may be what has called.
+    // A notifier may be the caller, so it is deleted later.
     for (auto *notifier : {&readable_, &writable_}) {
         if (!*notifier)
             continue;
@@ -56,7 +56,7 @@ void ControlLine::write()
         output_.remove(0, int(size));
     const bool broken = size < 0 && errno != EAGAIN && errno != EINTR;
     if (broken || output_.size() > OutputLimit) {
-        // Later, so that nobody loses the connection in the midst of giving an order.
+        // Queued, so that the connection does not close inside the caller's send.
         QMetaObject::invokeMethod(this, &ControlLine::lose, Qt::QueuedConnection);
         output_.clear();
     }
@@ -71,7 +71,7 @@ void ControlLine::lose()
     emit lost();
 }
 
-// One piece for each turn of the event loop, so that a flood leaves room for everything else.
+// One block per turn of the event loop, so that a flood does not starve other events.
 void ControlLine::read()
 {
     char bytes[16384];

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// One connection to an emulator's control socket, without a blocking call: what it says comes as lines by
-// the event loop. Who answers is not trusted: a line without an end breaks the connection. Main thread.
+// One non-blocking connection to an emulator's control socket; the event loop delivers received lines. The
+// peer is not trusted: an overlong line closes the connection. Main thread.
 #pragma once
 
 #include "emulator/FileDescriptor.h"
@@ -23,7 +23,7 @@ public:
     explicit ControlLine(QString folder, QObject *parent = nullptr);
     ~ControlLine() override;
 
-    // False when nobody listens.
+    // False without a listener.
     bool open();
     void close();
     bool isOpen() const { return socket_.valid(); }
@@ -32,7 +32,7 @@ public:
 
 signals:
     void received(const QByteArray &line);
-    // The other side has gone or cannot be understood; not after close().
+    // The peer disconnected or sent invalid data; not emitted after close().
     void lost();
 
 private:

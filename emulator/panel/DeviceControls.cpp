@@ -15,7 +15,7 @@ namespace
 
 struct PressRow {
     const char *name;
-    const char *button; // as the order calls it
+    const char *button; // in the order
     const char *text;
     const char *accessibleName;
 };

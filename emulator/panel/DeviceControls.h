@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What a person does to the chosen device: its plug, and the radio, battery and buttons of its mouse. Each
-// control gives one order; what it shows is what the emulator says.
+// Controls of the selected device: its plug, and the radio, battery and buttons of its mouse. Each control
+// sends one order and shows the emulator's state.
 #pragma once
 
 #include "emulator/panel/PanelState.h"
@@ -22,7 +22,7 @@ class DeviceControls : public QGroupBox
 public:
     explicit DeviceControls(QWidget *parent = nullptr);
 
-    // Nothing for a device or mouse that there is not.
+    // Null for a device or mouse that does not exist.
     void show(const PanelDevice *device, const PanelDevice *mouse);
     using QGroupBox::show;
 

@@ -84,7 +84,7 @@ void EmulatorLink::askState()
     stateAsked_ = true;
     askedAt_ = changes_;
     send(QStringLiteral("state"), [this, at = changes_](const Lines &lines) {
-        // An older answer would show a control as it was before the hand that moved it.
+        // An answer from before the last order would reset the control that the user has just moved.
         if (at == changes_)
             takeState(parseState(lines));
     });

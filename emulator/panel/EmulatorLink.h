@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The panel's way to the emulator of a bus folder: orders with their answers in turn, the state of all
-// devices while somebody watches, and the reports as they pass. It finds an emulator that comes later, and
-// gives one up that does not answer. Nothing here waits. Main thread.
+// The panel's connection to the emulator of a bus folder: orders and answers in order, the state of all
+// devices while watched, and the stream of reports. It connects to an emulator that starts later and drops
+// one that does not answer. Never blocks. Main thread.
 #pragma once
 
 #include "emulator/panel/ControlLine.h"
@@ -24,17 +24,17 @@ public:
     explicit EmulatorLink(const QString &folder, QObject *parent = nullptr);
 
     bool isRunning() const { return running_; }
-    // Changes something: what devices are then follows of itself.
+    // Sends an order that changes something, then asks for the new state.
     void change(const QString &order);
-    // Asks something; `taken` gets the lines of the answer unless it is an error. One that cannot be sent
-    // is forgotten.
+    // Sends a query; `taken` gets the lines of the answer unless it is an error. A query that cannot be sent
+    // is dropped.
     void ask(const QString &order, const Taken &taken);
-    // While nobody watches, nothing is asked.
+    // Asks for the state only while watched.
     void setWatching(bool watching);
 
 signals:
     void runningChanged(bool running);
-    // Each time that the state has come, and an empty one when the emulator has gone.
+    // A new state, or an empty one when the emulator has gone.
     void stateChanged(const PanelState &state);
     void reported(const QByteArray &line);
     void refused(const QString &reason);
@@ -62,5 +62,5 @@ private:
     bool running_ = false;
     bool stateAsked_ = false;
     quint64 changes_ = 0; // ordered so far
-    quint64 askedAt_ = 0; // how many when the state was asked last
+    quint64 askedAt_ = 0; // value of changes_ at the last state query
 };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Choosing a fault for the chosen device: what goes wrong, where, and for which command.
+// Controls to add a fault to the selected device: its kind, when it fires, and for which command.
 #pragma once
 
 #include "emulator/panel/PanelState.h"

@@ -208,7 +208,7 @@ FlashView::FlashView(QWidget *parent)
     layout->addWidget(fields_, 1);
 }
 
-// A byte of which a digit is missing is none: the table is as wide as its columns.
+// A byte with a missing digit is invalid: the table has fixed columns.
 void FlashView::showWholeBytes()
 {
     const int width = QFontMetrics(bytes_->font()).horizontalAdvance(QStringLiteral("00")) + 8;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A mouse's flash: its bytes, those that changed highlighted for a moment, and its known fields by name.
-// Choosing a field shows its bytes, choosing a byte its field.
+// View of a mouse's flash: bytes, with changed ones highlighted briefly, and known fields by name. Selecting
+// a field shows its bytes, selecting a byte its field.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -17,7 +17,7 @@ struct FlashField {
 };
 // All known fields by rising address.
 const QVector<FlashField> &flashFields();
-// The row in flashFields() that holds the byte; -1 for a byte that the mouse keeps for itself.
+// The row in flashFields() that holds the byte; -1 for a byte outside all known fields.
 int flashFieldAt(int address);
 
 class FlashModel : public QAbstractTableModel

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What the emulator says of its devices, as the panel shows it. Read from text that is not trusted: what
-// is not of its form is passed over, numbers are brought into range and texts are cut.
+// The state of the devices as the panel shows it, parsed from the emulator's text. The text is not trusted:
+// invalid parts are skipped, numbers clamped and texts cut.
 #pragma once
 
 #include <QList>

@@ -43,7 +43,7 @@ QLayout *PanelWindow::makeHead(const QString &folder)
     stateLabel_->setObjectName(QStringLiteral("stateLabel"));
     stateLabel_->setToolTip(folder);
     message_->setObjectName(QStringLiteral("messageLabel"));
-    // A reason is the emulator's text.
+    // The reason is text from the emulator.
     message_->setTextFormat(Qt::PlainText);
     pace_->setObjectName(QStringLiteral("paceCheck"));
     pace_->setAccessibleName(QStringLiteral("Pacing of one report per millisecond"));
@@ -149,7 +149,7 @@ void PanelWindow::showChosen()
     askFlash();
 }
 
-// With each state, so that a write shows; only while it can be seen, and one question at a time.
+// Refreshes the flash with each state while it is visible, one query at a time.
 void PanelWindow::askFlash()
 {
     const PanelDevice *mouse = state_.mouseOf(chosen_);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The panel's window: the devices on the left, what can be done to the chosen one and what passes on the
-// right. While it is hidden it asks the emulator nothing.
+// The panel's window: the devices on the left, the controls of the selected one and the reports on the right.
+// It sends no queries while it is hidden.
 #pragma once
 
 #include "emulator/panel/DeviceControls.h"

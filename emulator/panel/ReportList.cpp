@@ -101,7 +101,7 @@ ReportList::ReportList(QWidget *parent)
     setTabOrder(clear_, list_);
     connect(pause_, &QPushButton::toggled, this, &ReportList::setPaused);
     connect(clear_, &QPushButton::clicked, model_, &ReportModel::clear);
-    // Who has scrolled up to read is left there.
+    // Keeps the position of a user who has scrolled up.
     connect(model_, &ReportModel::rowsAboutToBeInserted, this, [this] {
         const QScrollBar *bar = list_->verticalScrollBar();
         atEnd_ = bar->value() >= bar->maximum() - 1;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The reports as they pass, the newest last. It keeps as many as a person can look through; what comes in
-// a rush is shown in one go. While it is paused, what passes is only counted.
+// The list of reports, newest last, limited to the latest ones. Reports that arrive in quick succession are
+// added together. While paused it only counts.
 #pragma once
 
 #include <QAbstractListModel>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// emulator-panel: a window on the emulator of a bus folder.
+// emulator-panel: a window that controls the emulator of a bus folder.
 #include "emulator/panel/PanelLook.h"
 #include "emulator/panel/PanelWindow.h"
 
@@ -16,7 +16,7 @@ namespace
 constexpr int LookMs = 200;
 constexpr int QuietLooks = 5;
 
-// Saves the window once reports have gone by and none has come for a second, and ends the program.
+// Saves a picture of the window after reports arrived and a second passed without one, then ends the program.
 void takePicture(QWidget &window, const QString &file)
 {
     auto *timer = new QTimer(&window);
@@ -35,7 +35,7 @@ void takePicture(QWidget &window, const QString &file)
 
 int main(int argc, char *argv[])
 {
-    // Nothing here draws by GL, and its plug-in costs more than all the rest of the start.
+    // The panel does not use GL, and loading its plug-in takes longer than the rest of the start.
     if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
         qputenv("QT_XCB_GL_INTEGRATION", "none");
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);

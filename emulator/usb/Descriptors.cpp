@@ -14,7 +14,7 @@ namespace
 
 using Bytes = std::vector<uint8_t>;
 
-constexpr uint8_t ScreenReportId = 0x0A; // what the clock of a screen begins with
+constexpr uint8_t ScreenReportId = 0x0A; // first byte of a screen's clock packet
 
 constexpr uint8_t low(std::size_t value) { return static_cast<uint8_t>(value & 0xFF); }
 constexpr uint8_t high(std::size_t value) { return static_cast<uint8_t>(value >> 8 & 0xFF); }
@@ -37,7 +37,7 @@ Bytes mouseReport()
             0xC0, 0xC0};
 }
 
-// A vendor's collection: reports of 63 bytes behind their id, both ways.
+// A vendor-defined collection: input and output reports of 63 bytes after their id.
 void appendVendorReport(Bytes &bytes, uint16_t usagePage)
 {
     append(bytes, {0x06, low(usagePage), high(usagePage), 0x09, 0x01, 0xA1, 0x01});

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What a device says of itself when it is plugged into USB: the descriptors of one full-speed device with
-// an HID interface for each interface number.
+// USB descriptors of one full-speed device with an HID interface for each interface number.
 #pragma once
 
 #include "emulator/Scene.h"
@@ -10,7 +9,7 @@
 namespace emulator
 {
 
-// One HID interface of the device, with everything that shares its number.
+// One HID interface of the device, with all collections of its number.
 struct UsbFace {
     int number = 0;
     std::vector<Interface> collections; // told apart by their report ids
@@ -20,7 +19,7 @@ struct UsbFace {
 struct UsbDescription {
     std::vector<uint8_t> device;
     std::vector<uint8_t> configuration;
-    std::vector<UsbFace> faces;                // by their place in the configuration, as the host counts
+    std::vector<UsbFace> faces;                // in the order of the configuration descriptor
     std::vector<std::vector<uint8_t>> strings; // descriptors by index; 0 lists the languages
 };
 

@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds RetryTime{50};
 
 using DeviceMap = std::map<std::string, std::vector<Interface>>;
 
-// A device that says something else of itself, as a boot loader does, is another device.
+// A device with other descriptors, such as a boot loader, is another device.
 DeviceMap devicesOf(const std::vector<Interface> &interfaces)
 {
     std::map<std::string, std::vector<Interface>> byId;
@@ -65,7 +65,7 @@ void UsbBus::addTo(std::vector<pollfd> &polled, const Filter &reads) const
     }
 }
 
-// A controller that lets go leaves a plug that sync() puts back in, as the device is still wanted.
+// When the controller closes a socket, sync() plugs the device in again, because it is still wanted.
 void UsbBus::service(const ReadyMap &ready, const Handler &handler)
 {
     for (auto plug = plugs_.begin(); plug != plugs_.end();) {

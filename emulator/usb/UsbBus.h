@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// UsbBus: the devices as real USB devices of this machine's kernel, which finds, names and drives them as any
-// others. What has the right to a node reads and writes them there. One thread.
+// UsbBus: the devices as USB devices of the running kernel, which enumerates and drives them like any others.
+// Programs with permission for a node read and write there. One thread.
 #pragma once
 
 #include "emulator/Bus.h"

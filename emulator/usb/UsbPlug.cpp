@@ -14,7 +14,7 @@ namespace emulator
 namespace
 {
 
-// The URB messages of USB/IP, which the controller speaks: 48 bytes of big-endian words, then the data of an
+// The URB messages of USB/IP, the controller's protocol: 48 bytes of big-endian words, then the data of an
 // OUT request or of the answer to an IN request.
 constexpr std::size_t HeadSize = 48;
 constexpr std::size_t SetupAt = 40;
@@ -175,7 +175,7 @@ void UsbPlug::takeReport(const UsbFace &face, const Request &request, const Bus:
         if (reportIdOf(each.name.usagePage) == id)
             return handler(each, request.data, request.length);
     }
-    // None that the interface knows: the one that speaks for it throws it away.
+    // An unknown report id: the first collection discards the report.
     handler(face.collections.front(), request.data, request.length);
 }
 
@@ -241,7 +241,7 @@ void UsbPlug::complete(const Request &request, const std::vector<uint8_t> &data)
 
 void UsbPlug::refuse(const Request &request) { answer(Submitted, request.sequence, -EPIPE, 0, {}); }
 
-// The controller's thread takes what is written here at once, so this waits for nobody.
+// The controller's thread reads at once, so this write does not block.
 void UsbPlug::answer(uint32_t command, uint32_t sequence, int32_t status, std::size_t length,
                      const std::vector<uint8_t> &data)
 {

@@ -23,10 +23,10 @@ public:
 
     const std::vector<Interface> &interfaces() const { return interfaces_; }
     int file() const { return socket_.get(); }
-    // Answers what has come; reports go to `handler`. False when the controller has let go.
+    // Answers received requests; reports go to `handler`. False when the controller closed the socket.
     bool service(const Bus::Handler &handler);
-    // A report for whoever reads the interface. Nobody polls an endpoint that nobody has opened, so such a
-    // report is lost, as is one for which there is no room.
+    // Sends a report to the readers of the interface. Without a reader the host does not poll the endpoint
+    // and the report is lost, as is one that exceeds the queue.
     void send(uint16_t usagePage, const std::vector<uint8_t> &bytes);
     // Interfaces that the host polls.
     std::size_t readerCount() const;

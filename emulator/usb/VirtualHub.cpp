@@ -18,7 +18,7 @@ namespace
 
 constexpr const char *Controller = "/sys/devices/platform/vhci_hcd.0";
 
-// Numbers of the ports for devices of up to high speed that hold none. The lines of a status file are
+// Numbers of the free ports for devices of up to high speed. The lines of a status file are
 // "hs 0000 004 …": hub, port, state.
 std::vector<int> freePorts()
 {

@@ -9,9 +9,9 @@
 namespace emulator
 {
 
-// Plugs a full-speed device into a free port and returns the device's end of its socket. Not valid when there
-// is no controller, no right to use it, or no free port; a port is free again some time after its device
-// went.
+// Plugs a full-speed device into a free port and returns the device's end of its socket. Not valid without
+// a controller, permission to use it, or a free port; a port becomes free some time after its device was
+// unplugged.
 FileDescriptor plugIntoKernel();
 
 } // namespace emulator

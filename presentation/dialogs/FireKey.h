@@ -21,8 +21,8 @@ public:
     FireKey();
     ~FireKey() override;
 
-    // What the dialog begins with: an interval of 10 to 255 and 0 to 3 shots, 0 for as long as the button
-    // is held. Others are brought into range.
+    // Initial values, clamped: interval 10 to 255 ms, count 0 to 3 shots, where 0 fires while the button is
+    // held.
     void setValues(int interval, int count);
     int interval() const;
     int count() const;

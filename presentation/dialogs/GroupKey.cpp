@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr qint64 EntryLimitMs = 2000;
-constexpr int KeyLimit = 3; // places of a key sequence, by press and release
+constexpr int KeyLimit = 3; // a key sequence holds a press and a release of each
 constexpr QPoint NoticeOffset{-100, -50};
 constexpr QLatin1Char Plus('+');
 
@@ -36,7 +36,7 @@ void GroupKey::UpdateCapslockTip(int keyCode, bool downOrUp, bool)
     add(keyCode, GroupKeyNameFromVirtualKey(keyCode));
 }
 
-// The time counts from the first key of an entry, not from the last one.
+// The time limit counts from the first key of an entry.
 void GroupKey::beginOrExpire()
 {
     if (!FirstGroupKey_ && entryAge() <= EntryLimitMs)
@@ -49,7 +49,7 @@ void GroupKey::beginOrExpire()
     GroupTimer_.start();
 }
 
-// A fourth key starts over. A name that is a part of what stands there is taken for a repetition.
+// A fourth key starts a new entry. A name that the text contains already counts as a repetition.
 void GroupKey::add(int keyCode, const QString &name)
 {
     const QString text = ui->lineEdit->text();

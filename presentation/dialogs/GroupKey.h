@@ -30,7 +30,7 @@ public slots:
     void UpdateCapslockTip(int keyCode, bool downOrUp, bool aotu) override;
 
 public:
-    // No slot of its own: the form would connect the button to it twice.
+    // Not declared as a slot again: connectSlotsByName() would connect the button twice.
     void on_NewHong_clicked() override;
 
 protected:

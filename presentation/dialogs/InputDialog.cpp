@@ -24,7 +24,7 @@ constexpr FormText Buttons[] = {
     {"NewHong_2", language::Section::common, "Cancel"},
 };
 
-// The notices have the same ground behind their buttons.
+// As in the notices' form.
 constexpr QRect FooterPlace{1, 132, 358, 67};
 
 QWidget *named(const QWidget *form, const char *name)

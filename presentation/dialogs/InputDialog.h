@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// InputDialog: what the small dialogs share that ask for a value: a form with CloseButton, NewHong for OK
-// and NewHong_2 for cancel, in the look of the notices. It is built where it is used, run with openOver()
-// and asked for its result after that. exec() gives 1 only with OK. Main thread.
+// InputDialog: the base of the small dialogs that ask for a value: a form with CloseButton, NewHong (OK) and
+// NewHong_2 (cancel) in the style of the notices. The caller builds it on the stack, runs openOver() and
+// reads the result. exec() returns 1 only for OK. Main thread.
 #pragma once
 
 #include "presentation/NoticeWindow.h"
@@ -14,7 +14,7 @@
 
 class QLabel;
 
-// A text of the form; a label's text is also the name of what it is the buddy of.
+// A text of the form; a label's text is also the accessible name of its buddy.
 struct FormText {
     const char *widget;
     language::Section section;
@@ -36,9 +36,9 @@ public slots:
     void on_CloseButton_clicked();
 
 protected:
-    // `texts` are those beside OK and cancel.
+    // `texts`: all texts of the form except OK and cancel.
     explicit InputDialog(std::vector<FormText> texts);
-    // To be called when the form has been built; its texts are the defaults for those that are missing.
+    // Call after setupUi(): the form's texts become the defaults for missing ones.
     void finishForm();
 
     void keyPressEvent(QKeyEvent *event) override;
@@ -47,9 +47,9 @@ private:
     void applyStyle();
 
     std::vector<FormText> texts_;
-    QStringList defaults_; // of each
+    QStringList defaults_; // by index of texts_
     QLabel *footer_ = nullptr;
 };
 
-// How far from the middle of its page a dialog stands.
+// Offset of a dialog from the middle of its page.
 constexpr QPoint InputDialogOffset{-50, -70};

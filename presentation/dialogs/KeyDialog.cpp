@@ -25,13 +25,13 @@ void KeyDialog::finishKeyForm()
     finishForm();
     findChild<KeyField *>()->setFocus();
     connect(&source_, &KeySource::keyEvent, this, &KeyDialog::take);
-    // The source ends before the window does, which gives the focus away while it is destroyed.
+    // The source is the context: it is destroyed before the window, whose destruction moves the focus.
     connect(qApp, &QApplication::focusChanged, &source_,
             [this](const QWidget *, const QWidget *focused) { follow(focused); });
     source_.start();
 }
 
-// A notice in front of the dialog, or another program, leaves it as it is.
+// Focus in a notice or in another program does not start or stop the source.
 void KeyDialog::follow(const QWidget *focused)
 {
     if (!isVisible() || !focused || focused->window() != this)

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// KeyDialog: an InputDialog that listens to the keyboard from its construction until it is closed, as long
-// as its KeyField has the focus. The mouse does not take the focus away; the keyboard does with Shift+Tab,
-// and then works the buttons. Main thread.
+// KeyDialog: an InputDialog that receives all key events while its KeyField has the focus, from construction
+// until it is closed. A mouse click leaves the focus in the field; Shift+Tab moves it to the buttons. Main
+// thread.
 #pragma once
 
 #include "keys/KeySource.h"
@@ -21,10 +21,10 @@ public slots:
 
 protected:
     explicit KeyDialog(std::vector<FormText> texts);
-    // Instead of finishForm().
+    // Call instead of finishForm().
     void finishKeyForm();
 
-    // Shift+Tab leads out of the field; the Shift in front of it was none that was meant.
+    // Shift+Tab leaves the field: the Shift before the Tab was no input.
     virtual void fieldLeft() {}
 
 private:

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// KeyField: shows the keys that are pressed while it has the focus. None of them acts there, Tab included,
-// since each may be the one that is meant; Shift+Tab alone leads out of it.
+// KeyField: shows the keys that are pressed while it has the focus. Tab is a key like the others, so that it
+// can be entered; only Shift+Tab leaves the field.
 #pragma once
 
 #include "presentation/Widgets.h"
@@ -15,7 +15,7 @@ public:
     using MyLineEdit::MyLineEdit;
 
 protected:
-    // A selection would say that the next key replaces what stands there.
+    // A selection would suggest that the next key replaces the text.
     void focusInEvent(QFocusEvent *event) override
     {
         MyLineEdit::focusInEvent(event);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// addKey: asks for one key, a modifier or another: the last one that was touched. Main thread.
+// addKey: asks for one key, modifiers included; the last key pressed or released counts. Main thread.
 #pragma once
 
 #include "presentation/dialogs/KeyDialog.h"
@@ -21,7 +21,7 @@ public:
     addKey();
     ~addKey() override;
 
-    // Empty when no key was touched.
+    // Empty without a key event.
     QString keyName() const { return name_; }
 
 public slots:
@@ -33,5 +33,5 @@ protected:
 private:
     std::unique_ptr<Ui::addKey> ui;
     QString name_;
-    QString before_; // the name in front of it
+    QString before_; // the previous name
 };

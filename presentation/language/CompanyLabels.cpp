@@ -51,7 +51,7 @@ private:
     }
     void takeLabel()
     {
-        labels_ << xml_.readElementText(); // takes the end of the element along
+        labels_ << xml_.readElementText(); // also reads the end element
         --depth_;
     }
 

@@ -7,7 +7,7 @@
 namespace
 {
 
-// Each function takes its part from the front and says whether it was one.
+// Each function consumes one element at the front and returns whether it was valid.
 class Parser
 {
 public:
@@ -70,7 +70,7 @@ private:
             return takeWord("true") || takeWord("false") || takeWord("null") || number(value);
         }
     }
-    // The parts between two brackets, with commas between them.
+    // Comma-separated elements between two brackets.
     template <typename Part> bool nested(char end, Part part)
     {
         ++at_;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// JSON that keeps what a language file needs and QJsonObject loses: the order of the members, and members
-// of one name side by side.
+// A JSON reader that keeps the order of members and members of equal names, which QJsonObject loses and
+// language files need.
 #pragma once
 
 #include <QByteArray>
@@ -29,5 +29,5 @@ struct JsonMember {
     JsonValue value;
 };
 
-// Nothing when the bytes are no JSON in UTF-8, or objects and arrays lie more than `maxDepth` deep.
+// None for bytes that are not JSON in UTF-8 or nest objects and arrays deeper than `maxDepth`.
 std::optional<JsonValue> parseJson(const QByteArray &json, int maxDepth);

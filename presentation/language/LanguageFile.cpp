@@ -30,7 +30,7 @@ public:
     }
 
 private:
-    // A word and a section hold until the next one, wherever that stands in the tree.
+    // A word and a section apply until the next one, at any depth of the tree.
     void enter(const QString &name)
     {
         if (name == QLatin1String("keyboard"))

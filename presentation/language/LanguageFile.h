@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// One language file, read: the texts by device word, section and key, and the choice lists by name. The
-// two tables below are the whole schema. Reading is pure; a read file never changes.
+// The contents of one language file: texts by device word, section and key, and choice lists by name. The two
+// tables below are the whole schema. Reading has no side effects; the result is immutable.
 #pragma once
 
 #include <QByteArray>
@@ -102,10 +102,10 @@ struct LanguageFile {
 
 constexpr qint64 LanguageSizeLimit = 4194304; // bytes
 
-// Members are taken in the file's order, since a section's name holds until the next one. Empty when the
-// bytes are no JSON.
+// Reads members in the file's order, because a section's name applies until the next one. Empty for bytes
+// that are not JSON.
 LanguageFile readLanguage(const QByteArray &json);
-// Empty when the file is missing, too large or no JSON.
+// Empty for a file that is missing, too large or not JSON.
 LanguageFile readLanguageFile(const QString &path);
 
 } // namespace language

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Every text that the user reads, by language index. The tables are filled once on the main thread before
-// another thread starts, and only read after that. A look-up never fails: an unknown key or index gives
-// the empty text.
+// All texts of the program by language index. The main thread fills the tables once before another thread
+// starts; after that they are read-only. An unknown key or index gives an empty text.
 #pragma once
 
 #include "presentation/language/LanguageFile.h"
@@ -26,8 +25,8 @@ QString choice(const char *name, const QString &key, int index, Word word = Word
 // Item 0 is the company's name, item 1 its address on the web.
 QStringList companyLabels(int index);
 
-// The file that the notice "already running" reads by itself, below the application's folder. All of them
-// hold JSON, also those that are called ".xml".
+// The file from which the notice "already running" reads its texts, below the application's folder. All of
+// these files contain JSON, also those named ".xml".
 QString noticeLanguageFile(int index);
 
 } // namespace language
