@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // SensorEffect: the light that shows the DPI stage: its mode, and for a steady one its brightness, for a
-// breathing one its speed. The spin boxes hold what the mouse took last; a slider that the mouse did not
-// follow goes back and stays disabled until the next record. Main thread.
+// breathing one its speed. The spin boxes hold the last values that the mouse took; a slider whose value
+// was refused goes back and stays disabled until the next record. Main thread.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
@@ -34,7 +34,7 @@ public:
     explicit SensorEffect(QWidget *parent = nullptr);
     ~SensorEffect() override;
 
-    // The four bytes of the light in the record. Writes nothing, as the setters.
+    // Shows the four bytes of the light in the record. Like the setters, it writes nothing.
     void SetEffect(const FlashDataMap &map);
     void SetModel(int mode);  // 0 off, 1 steady, 2 breathing
     void SetSpeed(int value); // 1 to 5

@@ -61,7 +61,7 @@ QString advancedText(const char *key, int index)
     return language::text(language::Section::AdvancedSettings, key, index);
 }
 
-// The built-in text stays where the language has none.
+// An empty text leaves the default of the form.
 void setTextOf(QLabel *label, const QString &text)
 {
     if (!text.isEmpty())
@@ -199,7 +199,7 @@ void Advanced::SlotForm()
     SetPos(0);
 }
 
-// The captions alone go: that is how the page shows that it knows no device.
+// Hides the captions and leaves the rest of the groups, which marks the page as having no device.
 void Advanced::SlotFormReset()
 {
     const QSignalBlocker silent(ui->checkBox);

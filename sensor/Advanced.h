@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Advanced: the page of the settings that most people leave alone: sleep time, high frame rate, long-range
-// mode of the receiver and angle of the sensor. It paints a device's record into them, and each goes back
-// to what the mouse took last when the mouse does not answer. Its second tab, with a curve for each mode of
-// sensitivity, is built and kept out of view. Main thread; the slots of signals from the device are reached
-// with the emitting thread waiting.
+// Advanced: the page of the rarely changed settings: sleep time, high frame rate, long-range mode of the
+// receiver and angle of the sensor. It paints a device's record into them, and each goes back to the last
+// value that the mouse took when the mouse does not answer. Its second tab, with a curve for each mode of
+// sensitivity, is built and never shown. Main thread; the emitting thread waits while a slot takes a signal
+// of the device.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
@@ -73,5 +73,5 @@ private:
     bool showKfpsCaption_ = true;
     bool showLongRangeCaption_ = true;
     int languageIndex_ = 0;
-    int Angle_ = 0; // what the mouse took last, in degrees
+    int Angle_ = 0; // last value that the mouse took, in degrees
 };

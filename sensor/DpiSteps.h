@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// How a DPI value keeps to the ranges of a model: where the slider may rest, and where its two step buttons
-// lead. Values in DPI; ranges ascend. Without ranges every value stands for itself.
+// Rounds a DPI value to the ranges of a model, for the slider and its two step buttons. Values in DPI; ranges
+// ascend. Without ranges a value stays as it is.
 #pragma once
 
 #include "catalogue/DpiRange.h"
@@ -15,5 +15,5 @@ struct DpiRest {
 // A value in a gap goes to the range above it.
 DpiRest dpiRestAt(int dpi, const DpiRanges &ranges);
 int dpiAbove(int dpi, const DpiRanges &ranges);
-// From a gap this one too goes up, to the range above.
+// A value in a gap goes up here too, to the range above.
 int dpiBelow(int dpi, const DpiRanges &ranges);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Where the marker under the stages stands, and which stage a drop means. Pixels of the panel. The bands are
-// as wide as the stages look, so they are uneven, and a drop between two of them means no stage.
+// Positions of the marker under the stages, and the stage that a drop selects, in pixels of the panel. The
+// bands follow the drawn widths of the stages, so they are uneven; a drop between two bands selects none.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
@@ -23,14 +23,14 @@ constexpr std::array<QPoint, DpiStageLimit> StagePoint = {{
 }};
 constexpr int MarkerPitch = 91; // of the stages
 
-// The pointer may be dropped at this x and to the left of the other one.
+// A drop selects a stage only at MarkerLeftLimit <= x < MarkerRightLimit.
 constexpr int MarkerLeftLimit = 15;
 constexpr int MarkerRightLimit = 707;
-// With that many stages less one shown: the last x of a drop. With all of them there is none.
+// Last x at which a drop selects a stage, by the number of shown stages minus 1; no limit with all 8.
 constexpr std::array<int, DpiStageLimit - 1> PermissionLimits = {{69, 160, 251, 342, 433, 524, 612}};
 
 struct MarkerBand {
-    int shift; // in stages, to the right; to the left it is the mirrored row
+    int shift; // in stages
     int rightFrom, rightTo;
     int leftFrom, leftTo;
 };
@@ -46,5 +46,5 @@ constexpr std::array<MarkerBand, DpiStageLimit - 1> MarkerBands = {{
 
 bool isBesideTrack(int x);
 bool isBehindLastStage(int x, int lastStage);
-// By how many stages a pointer that far right of the marker's own place moves it.
+// Stages by which a drop moves the marker; distance: pixels to the right of the marker's position.
 std::optional<int> markerShift(int distance);

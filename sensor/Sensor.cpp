@@ -58,7 +58,7 @@ QString sensorText(const char *key, int index)
 
 bool isFastReceiver(uint16_t deviceKind) { return connectionKind(deviceKind) > 1; }
 
-// Empty texts leave the defaults of the form.
+// An empty text leaves the default of the form.
 template <typename Widget> void setTextOf(Widget *widget, const QString &text)
 {
     if (!text.isEmpty())
@@ -77,7 +77,7 @@ Sensor::Sensor(QWidget *parent)
 {
     ui->setupUi(this);
     setAccessibleName(QStringLiteral("Sensor"));
-    ui->sensorDPI->raise(); // its marker reaches into the rates
+    ui->sensorDPI->raise(); // its marker overlaps the rate panel
     QDir().mkpath(SavePath_);
     ui->sensorDPI->SetStageCount(LoadDpiStageCount());
     onFirstShow(this, [this] { applyStyle(); });
@@ -102,7 +102,7 @@ void Sensor::applyStyle()
     ui->Performance->setStyleSheet(style::checkBox(PicturePath_, labelColor));
     const bool corded = !modeView()->isRowHidden(Corded);
     styleComboBox(ui->ModelChoose, PicturePath_);
-    showCorded(corded); // in the list that it has now
+    showCorded(corded); // styleComboBox() has replaced the list
     styleComboBox(ui->PerformanceOpen, PicturePath_);
     placeTips(); // the fonts are final only now
 }
@@ -197,7 +197,7 @@ void Sensor::lockMode()
     ui->ModelChoose->setEnabled(false);
 }
 
-// Blocked: what the device decided is not written back to it.
+// With signals blocked, so that a mode that the device reported is not written back to it.
 void Sensor::setMode(int index)
 {
     const QSignalBlocker quiet(ui->ModelChoose);
@@ -259,7 +259,7 @@ void Sensor::SlotUpDataSenSorUIB(FlashDataMap DataMap) { paint(DataMap); }
 
 // ---- A record on the page -----------------------------------------------------------------------
 
-// The order of the steps counts: a later one overrides an earlier one.
+// Steps run in this order because a later one overrides an earlier one.
 void Sensor::paint(const FlashDataMap &map)
 {
     const DeviceAllInfo info = SelectedDevice::info();
@@ -408,7 +408,7 @@ void Sensor::setTips(int index)
     setTip(ui->performanceTip, ui->Performance, sensorText("PerformanceTips", index));
 }
 
-// Behind the captions, whatever their length.
+// Places the tips behind the captions, whose lengths differ by language.
 void Sensor::placeTips()
 {
     const int mode = ui->label_11->x() + ui->label_11->sizeHint().width();

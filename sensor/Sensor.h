@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Sensor: the page of the sensor's settings. It paints a device's record into its panels, shows of them what
-// the present sensor can do, and carries sensor mode and full performance itself. Main thread; the slots of
-// records from a read are reached with the emitting thread waiting.
+// Sensor: the page of the sensor's settings. It paints a device's record into its panels, hides those that
+// the present sensor does not support, and holds the controls of sensor mode and full performance itself.
+// Main thread; the emitting thread waits while a slot takes a record from a read.
 #pragma once
 
 #include "catalogue/SensorDefines.h"
@@ -33,7 +33,7 @@ public:
     explicit Sensor(QWidget *parent = nullptr);
     ~Sensor() override;
 
-    // The form has no control of these names that could be clicked; the panels do this work.
+    // Never called by the form, which has no buttons of these names; the panels write these settings.
     void on_RippeControl_clicked(bool checked);
     void on_StraightLine_clicked(bool checked);
     void on_MotionSync_clicked(bool checked);
@@ -84,6 +84,6 @@ private:
     const QString SavePath_;
     const QString PicturePath_;
     SensorCapabilities capabilities_;
-    int ModeIndex_ = 0;        // last accepted one of ModelChoose
-    int PerformanceIndex_ = 0; // of PerformanceOpen: the last one painted, not the last one written
+    int ModeIndex_ = 0;        // last accepted index of ModelChoose
+    int PerformanceIndex_ = 0; // index of PerformanceOpen painted last, not the one written last
 };

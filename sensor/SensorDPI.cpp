@@ -34,7 +34,7 @@ constexpr int ResetMaximum = 42000;
 constexpr int ResetStages = 6;
 constexpr int ResetStage = 1;
 constexpr int ResetDpi = 2400;
-constexpr int ResetOverviewDpi = 800; // differs from the slider: the overview shows what a new mouse has
+constexpr int ResetOverviewDpi = 800; // differs from the slider: the overview shows a new mouse's value
 
 // Asks without a notice, for what a pointer does many times in a second.
 bool mouseAnswers() { return UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0; }
@@ -93,7 +93,7 @@ void SensorDPI::applyStyle()
 
 // ---- What the page shows
 
-// The slider may be blocked and disabled by an edit that was refused; from here on it is usable again.
+// An edit that was refused left the slider blocked and disabled; the paint makes it usable again.
 void SensorDPI::paintSilently(const std::function<void()> &paint)
 {
     const auto quiet = row_->silence();
@@ -190,7 +190,7 @@ void SensorDPI::SelectStage(int stage)
         return;
     CurrentStage_ = LastStage_ = stage;
     showStage(stage);
-    ArmWrite_ = true; // nothing of this was sent, so the slider's next change is the user's
+    ArmWrite_ = true; // showStage() blocked the slider, so its next change is the user's
 }
 
 void SensorDPI::ResetDefaults()
@@ -271,19 +271,19 @@ void SensorDPI::barToggled(int stage, bool checked)
     row_->button(stage)->setChecked(true);
     if (row_->checkedButton() != stage)
         return; // the mouse did not take the stage
-    // A slider that stands there already sends nothing that would arm it again.
+    // A slider with that value already emits no change that would set ArmWrite_ again.
     const int dpi = row_->number(stage);
     ArmWrite_ = ui->horizontalSliderC->value() == dpi;
     ui->horizontalSliderC->setValue(dpi);
 }
 
-// Made when first asked for: it costs more than the whole panel.
+// Created at its first use, since it takes longer to build than the whole panel.
 void SensorDPI::makePicker()
 {
     ColorPicker_ = new QColorDialog(this);
     ColorPicker_->setOption(QColorDialog::DontUseNativeDialog);
     for (QAbstractButton *button : ColorPicker_->findChild<QDialogButtonBox *>()->buttons())
-        button->setIcon(QIcon()); // no other button of the program has one
+        button->setIcon(QIcon()); // the program's other buttons have no icons
     connect(ColorPicker_, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
 }
 
@@ -352,10 +352,15 @@ void SensorDPI::showValue(int stage, int dpi)
 void SensorDPI::on_horizontalSliderC_sliderMoved(int position)
 {
     const int dpi = rest(position);
-    if (!SensorPageBusy && !mouseAnswers())
-        returnSlider();
-    else
+    if (SensorPageBusy || mouseAnswers()) {
         ui->spinBoxA->setValue(dpi);
+        return;
+    }
+    returnSlider();
+    // As the notice would do it, which does not come up here: the mouse is polled for and then read, so that
+    // the page is filled again and the slider is usable.
+    AwaitingMouse = true;
+    RestartWorker = true;
 }
 
 void SensorDPI::on_horizontalSliderC_valueChanged(int value)

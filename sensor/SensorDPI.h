@@ -35,7 +35,7 @@ public:
     void reset();
     void setTitle(const QString &title);
 
-    // The parts of that. None of them writes.
+    // Setters for single parts; none of them writes.
     void SetStageCount(int count) { StageCount_ = count; }
     void SetCurrentStage(int stage) { CurrentStage_ = stage; }
     void SetStageText(int stage, const QString &text);
@@ -50,7 +50,7 @@ public:
     int stageCount() const { return StageCount_; }
     int currentStage() const { return CurrentStage_; }
 
-    // No slot, since the form has no such button to connect: the slider silently at a middle value.
+    // Sets the slider silently to a middle value. Not a slot: the form has no such button to connect.
     void on_pushButton_clicked();
 
 public slots:
@@ -61,7 +61,7 @@ public slots:
     void on_AddLevelA_clicked();
     void SetColor(QColor color);
 
-    // The names are those of the widgets and tell nothing of a stage's colour.
+    // The names are those of the widgets; a stage may have any colour.
     void on_BlueButton_toggled(bool checked) { stageToggled(0, checked); }
     void on_BrightRedButton_toggled(bool checked) { stageToggled(1, checked); }
     void on_RedButton_toggled(bool checked) { stageToggled(2, checked); }

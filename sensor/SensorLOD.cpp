@@ -37,10 +37,10 @@ void SensorLOD::applyStyle()
     styleTip(ui->tip);
 }
 
-// Of LodRows, for the first item of the box.
+// Index into LodRows of the first item of the box.
 int SensorLOD::firstRow() const { return AllHeights - ui->LOD->count(); }
 
-// -1, or an index behind the last one, for a height that the box does not offer.
+// A height that the box does not offer gives -1 or an index behind the last item.
 int SensorLOD::indexOf(int value) const
 {
     if (ui->LOD->count() < AllHeights)

@@ -28,7 +28,7 @@ public:
     using Widgets = std::array<QAbstractButton *, DpiStageLimit>;
 
     StageRow(const Widgets &stageButtons, const Widgets &colorBars);
-    // From now on the looks are painted.
+    // Before the first call, no style sheet is set.
     void applyStyle();
 
     void setText(int stage, const QString &text);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The small mark beside a control whose tool tip tells what the control is for. Whoever does not use a
-// pointer gets the same text as the control's description. Main thread.
+// The small mark beside a control, whose tool tip explains the control. Screen readers get the same text as
+// the control's accessible description. Main thread.
 #pragma once
 
 class QLabel;

@@ -9,6 +9,8 @@
 #include "tests/e2e/SensorEndToEnd.h"
 #include "tests/support/TestMain.h"
 
+#include <QStyleOptionSlider>
+
 namespace
 {
 
@@ -177,6 +179,37 @@ private slots:
         QVERIFY(!isShown<LessThree>());
         QVERIFY(sameBytes(road.flash(), before));
         QVERIFY(sameBytes(DeviceRecord::copy(), before));
+    }
+
+    // Moves of the DPI slider bring no notice, and yet the page is filled when the mouse is back.
+    void aPressOnTheHandleOfASilentMouseLeavesNoDeadSlider()
+    {
+        SensorEndToEnd road(SensorModels[0], SensorLinks[2]);
+        QCOMPARE(road.open(), QString());
+        QSlider *const slider = road.slider();
+        const int value = slider->value();
+        road.program.bus.order("radio m off");
+        QTRY_VERIFY(!UsbFinderC_GetDeviceOnLine(CurrentDevicePath()));
+        QStyleOptionSlider option;
+        option.initFrom(slider);
+        option.orientation = Qt::Horizontal;
+        option.minimum = slider->minimum();
+        option.maximum = slider->maximum();
+        option.sliderPosition = option.sliderValue = value;
+        const QPoint handle =
+            slider->style()
+                ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider)
+                .center();
+        QTest::mousePress(slider, Qt::LeftButton, {}, handle);
+        QTest::mouseRelease(slider, Qt::LeftButton, {}, handle);
+        QVERIFY(!slider->isEnabled());
+        QCOMPARE(slider->value(), value);
+        road.program.bus.order("radio m on");
+        QTRY_VERIFY_WITH_TIMEOUT(slider->isEnabled(), 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), 20000);
+        const FlashDataMap before = road.flash();
+        QTest::keyClick(slider, Qt::Key_Right);
+        QTRY_VERIFY(!sameBytes(road.flash(), before) && road.program.agrees("m"));
     }
 };
 

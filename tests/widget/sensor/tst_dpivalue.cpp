@@ -232,6 +232,7 @@ private slots:
         QCOMPARE(editor.slider()->value(), before);
         QVERIFY(editor.nothingWritten());
         QCOMPARE(editor.difference(), QString());
+        QVERIFY(AwaitingMouse && RestartWorker); // so that a load comes with the mouse
         // The next load lets it go.
         editor.slider()->setSliderDown(false);
         editor.goOffline(false);
