@@ -3,6 +3,7 @@
 #include "device/DeviceSearch.h"
 
 #include "catalogue/DeviceCatalogue.h"
+#include "catalogue/DeviceKinds.h"
 #include "device/hidusb/HIDUsb.h"
 
 #include <algorithm>
@@ -14,9 +15,6 @@ constexpr int IdentityTries = 10;
 constexpr int32_t PathsPerPair = 5;
 constexpr int32_t SettingsInterface = 1;
 constexpr int32_t SettingsUsage = 5;
-
-const char *const ProductIdKeys[] = {"USB_PID", "Wireless_PID", "Wireless2_PID", "Wireless4_PID",
-                                     "Wireless8_PID"};
 
 QStringList optionList(const char *key)
 {
@@ -112,9 +110,9 @@ DeviceMatch refreshDevice(DeviceAllInfo &device)
 
 QStringList searchedProductIds()
 {
-    QStringList ids;
-    for (const char *key : ProductIdKeys)
-        ids += optionList(key);
+    QStringList ids = optionList(OtherCable.productIdKey);
+    for (std::size_t i = 0; i < ReceiverKinds; ++i)
+        ids += optionList(DeviceKinds[i].productIdKey);
     return ids;
 }
 
