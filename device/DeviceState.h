@@ -6,9 +6,9 @@
 // atomic, the record has one lock (DeviceRecord), the selection another (SelectedDevice).
 #pragma once
 
+#include "device/DeviceFlag.h"
 #include "device/record/DeviceAllInfo.h"
 
-#include <atomic>
 #include <mutex>
 
 #include <QString>
@@ -17,34 +17,34 @@
 // Milliseconds within which changes of the attached devices become one call of a watch.
 constexpr int UsbSettleMs = 600;
 
-inline std::atomic<bool> MouseOnline{false};          // last answer to the on-line question
-inline std::atomic<bool> ReadStartedOnline{false};    // MouseOnline when the last connection was started
-inline std::atomic<bool> DataLoaded{false};           // a full read has been distributed
-inline std::atomic<bool> WorkerArmed{false};          // a pass of the worker may do something
-inline std::atomic<bool> RestartWorker{false};        // start the worker as soon as the mouse is on line
-inline std::atomic<bool> AwaitingMouse{false};        // the mouse is away and is polled for
-inline std::atomic<bool> ConfigChanged{false};        // the device asked for a whole new read
-inline std::atomic<bool> SettingsBusy{false};         // an import or reset runs its own wait dialog
-inline std::atomic<bool> ClearBlocksAfterRead{false}; // the next full read follows a reset: clear blocks
-inline std::atomic<bool> SkipReceiverQuery{false};    // the same: do not ask the receiver
-inline std::atomic<bool> FullReadPending{false};      // the pages are being fed
-inline std::atomic<bool> DeviceMatched{false};        // the hot-plug rebuild met the selected device
-inline std::atomic<int32_t> OnDevicePage{0};          // 1 while the device page shows
-inline std::atomic<bool> UiArmed{false};              // page slots act on input
-inline std::atomic<bool> NotUpgrading{true};          // false while firmware is being written
-inline std::atomic<bool> UpdateBusy{false};           // an upgrade is under way
-inline std::atomic<bool> UpgradeDialogOpen{false};    // the upgrade dialog shows
-inline std::atomic<bool> MacroRecording{false};       // keys belong to the macro being recorded
-inline std::atomic<bool> SensorPageBusy{false};       // the page fills its widgets from a record
-inline std::atomic<bool> LightPageBusy{false};
-inline std::atomic<bool> ButtonPageBusy{false};
-inline std::atomic<bool> SensorPageLoaded{false}; // the page has finished a load from a full read
-inline std::atomic<bool> LightPageLoaded{false};
-inline std::atomic<bool> ButtonPageLoaded{false};
-inline std::atomic<int32_t> BatteryAsNumber{0}; // 1: the battery is shown as a number
-inline std::atomic<int32_t> OffLineKind{0};     // which text the off-line notice shows
-inline std::atomic<int32_t> ImportResult{0};    // of the last check of an image file
-inline std::atomic<int32_t> LanguageIndex{0};   // current language
+inline DeviceFlag<bool> MouseOnline{false};          // last answer to the on-line question
+inline DeviceFlag<bool> ReadStartedOnline{false};    // MouseOnline when the last connection was started
+inline DeviceFlag<bool> DataLoaded{false};           // a full read has been distributed
+inline DeviceFlag<bool> WorkerArmed{false};          // a pass of the worker may do something
+inline DeviceFlag<bool> RestartWorker{false};        // start the worker as soon as the mouse is on line
+inline DeviceFlag<bool> AwaitingMouse{false};        // the mouse is away and is polled for
+inline DeviceFlag<bool> ConfigChanged{false};        // the device asked for a whole new read
+inline DeviceFlag<bool> SettingsBusy{false};         // an import or reset runs its own wait dialog
+inline DeviceFlag<bool> ClearBlocksAfterRead{false}; // the next full read follows a reset: clear blocks
+inline DeviceFlag<bool> SkipReceiverQuery{false};    // the same: do not ask the receiver
+inline DeviceFlag<bool> FullReadPending{false};      // the pages are being fed
+inline DeviceFlag<bool> DeviceMatched{false};        // the hot-plug rebuild met the selected device
+inline DeviceFlag<int32_t> OnDevicePage{0};          // 1 while the device page shows
+inline DeviceFlag<bool> UiArmed{false};              // page slots act on input
+inline DeviceFlag<bool> NotUpgrading{true};          // false while firmware is being written
+inline DeviceFlag<bool> UpdateBusy{false};           // an upgrade is under way
+inline DeviceFlag<bool> UpgradeDialogOpen{false};    // the upgrade dialog shows
+inline DeviceFlag<bool> MacroRecording{false};       // keys belong to the macro being recorded
+inline DeviceFlag<bool> SensorPageBusy{false};       // the page fills its widgets from a record
+inline DeviceFlag<bool> LightPageBusy{false};
+inline DeviceFlag<bool> ButtonPageBusy{false};
+inline DeviceFlag<bool> SensorPageLoaded{false}; // the page has finished a load from a full read
+inline DeviceFlag<bool> LightPageLoaded{false};
+inline DeviceFlag<bool> ButtonPageLoaded{false};
+inline DeviceFlag<int32_t> BatteryAsNumber{0}; // 1: the battery is shown as a number
+inline DeviceFlag<int32_t> OffLineKind{0};     // which text the off-line notice shows
+inline DeviceFlag<int32_t> ImportResult{0};    // of the last check of an image file
+inline DeviceFlag<int32_t> LanguageIndex{0};   // current language
 
 // The device in use and the cache names that go with it. Copies in, copies out.
 class SelectedDevice

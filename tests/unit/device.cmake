@@ -1,5 +1,5 @@
 # The device core against the scripted layer.
-foreach(test tst_hub tst_writefamily tst_dispatch tst_dispatchreads tst_worker tst_devicewatch
+foreach(test tst_hub tst_devicestate tst_writefamily tst_dispatch tst_dispatchreads tst_worker tst_devicewatch
     tst_imagecache tst_imagefile)
   add_morlen_test(${test} SOURCES ${test}.cpp ${PROJECT_SOURCE_DIR}/tests/support/HubLog.h
     LINKS device fakehidusb Qt5::Test)
