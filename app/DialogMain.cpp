@@ -231,7 +231,7 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Space:
         if (ui->stackedWidget->currentWidget() == dialogChange_)
-            dialogChange_->askOnlyDevice();
+            dialogChange_->openOnlyReceiver();
         else
             pairSelected();
         break;

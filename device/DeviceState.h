@@ -45,6 +45,8 @@ inline DeviceFlag<int32_t> BatteryAsNumber{0}; // 1: the battery is shown as a n
 inline DeviceFlag<int32_t> OffLineKind{0};     // which text the off-line notice shows
 inline DeviceFlag<int32_t> ImportResult{0};    // of the last check of an image file
 inline DeviceFlag<int32_t> LanguageIndex{0};   // current language
+// The class of the receiver that was opened last: 1, 2, 4 or 8; 0 before any. A cable leaves it as it was.
+inline DeviceFlag<int32_t> CurrentConnectionKind{0};
 
 // The device in use and the cache names that go with it. Copies in, copies out.
 class SelectedDevice

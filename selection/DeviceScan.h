@@ -5,7 +5,7 @@
 // main thread and its result is a value.
 #pragma once
 
-#include "selection/AttachedList.h"
+#include "selection/LinkTally.h"
 
 #include <QStringList>
 

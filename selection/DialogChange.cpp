@@ -12,7 +12,6 @@
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
-#include "selection/AttachedDevices.h"
 #include "ui_DialogChange.h"
 
 #include <QPointer>
@@ -32,13 +31,6 @@ QObject *mainThread()
 
 QString homeText(const char *key, int index) { return language::text(language::Section::home, key, index); }
 
-void replaceIn(std::vector<DeviceAllInfo> &list, const DeviceAllInfo &device)
-{
-    for (DeviceAllInfo &entry : list)
-        if (entry.DevicePath == device.DevicePath)
-            entry = device;
-}
-
 } // namespace
 
 DialogChange::DialogChange(QWidget *parent)
@@ -46,6 +38,7 @@ DialogChange::DialogChange(QWidget *parent)
     , ui(std::make_unique<Ui::DialogChange>())
     , pictures_(style::pictureFolder(QStringLiteral("DialogChange")))
     , board_((ui->setupUi(this), ui->stackedWidget), pictures_)
+    , click_(this, attached_)
 {
     applyStyle();
     connectSignals();
@@ -91,7 +84,6 @@ void DialogChange::connectSignals()
     connect(hub, SIGNAL(SigLanguageSameA(int)), this, SLOT(SlotSameLanguageA(int)));
     connect(hub, SIGNAL(SigUpDateButton(bool)), this, SLOT(SlotUpDateButton(bool)));
     connect(hub, SIGNAL(SigEnterKey()), this, SLOT(SlotEnterKey()));
-    connect(hub, &PostMsg::SigChangeMainDialog, this, [this](int index) { leftAgain_ = index == 0; });
     connect(ui->rightHint, &PermissionHint::rightsChanged, this, [this] {
         if (!isHidden())
             std::thread(&DialogChange::UsbChanged).detach();
@@ -130,9 +122,10 @@ void DialogChange::take(const DeviceScan &scan)
 
 void DialogChange::rebuild(const DeviceScan &scan)
 {
-    AttachedDevices = AttachedDevicesCopy = scan.devices;
-    const bool duplicates = scan.tally.settle(AttachedDevices, unknownIndex());
-    if (!AttachedDevices.empty() && !duplicates) {
+    std::vector<DeviceAllInfo> tiles = scan.devices;
+    const bool duplicates = scan.tally.settle(tiles, unknownIndex());
+    attached_.set(scan.devices, std::move(tiles));
+    if (!attached_.tiles().empty() && !duplicates) {
         showCarousel();
         return;
     }
@@ -167,7 +160,7 @@ void DialogChange::showCarousel()
     ui->label->hide();
     ui->label_2->hide();
     ui->label_3->show();
-    board_.build(AttachedDevices);
+    board_.build(attached_.tiles());
     for (const TileBoard::Tile &tile : board_.tiles()) {
         connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()), Qt::UniqueConnection);
         connect(tile.button, &mytoolButtonEnter::entered, this, &DialogChange::refreshTile,
@@ -175,7 +168,7 @@ void DialogChange::showCarousel()
     }
     orderTabs();
     ui->stackedWidget->show();
-    ui->RightButton->setVisible(AttachedDevices.size() > 3);
+    ui->RightButton->setVisible(attached_.tiles().size() > 3);
     ui->LeftButton->hide();
 }
 
@@ -194,9 +187,9 @@ void DialogChange::orderTabs()
 // thread of its own and nobody waits for it.
 void DialogChange::refreshTile(int index)
 {
-    if (index < 0 || index >= int(AttachedDevices.size()))
+    if (index < 0 || index >= int(attached_.tiles().size()))
         return;
-    std::thread([device = AttachedDevices[std::size_t(index)]]() mutable {
+    std::thread([device = attached_.tiles()[std::size_t(index)]]() mutable {
         refreshDevice(device);
         QMetaObject::invokeMethod(
             mainThread(),
@@ -210,11 +203,8 @@ void DialogChange::refreshTile(int index)
 
 void DialogChange::takeRefreshed(const DeviceAllInfo &device)
 {
-    replaceIn(AttachedDevices, device);
-    replaceIn(AttachedDevicesCopy, device);
-    for (std::size_t i = 0; i < AttachedDevices.size(); ++i)
-        if (AttachedDevices[i].DevicePath == device.DevicePath)
-            board_.show(int(i), device);
+    attached_.update(device);
+    board_.refresh(device);
 }
 
 // ---- Buttons ------------------------------------------------------------------------------------
@@ -250,6 +240,12 @@ void DialogChange::on_LeftButton_clicked()
         ui->RightButton->show();
     }
     ui->stackedWidget->setCurrentIndex(page - 1);
+}
+
+void DialogChange::slotButtonClicked()
+{
+    if (const auto *tile = qobject_cast<mytoolButtonEnter *>(sender()))
+        click_.open(tile->deviceIndex());
 }
 
 void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }

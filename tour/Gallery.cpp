@@ -13,7 +13,6 @@
 #include "presentation/dialogs/FireKey.h"
 #include "presentation/dialogs/GroupKey.h"
 #include "presentation/dialogs/addKey.h"
-#include "selection/AttachedDevices.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
 #include "tour/Windows.h"
@@ -130,7 +129,7 @@ void Gallery::plugScene(const Scene &scene)
     script_.step(
         scene.name, [] { return true; }, [this, scene] { plug(scene.devices); });
     script_.step(scene.name, [count] {
-        return AttachedDevices.size() == count && (count == 0) == !windows::visible(QStringLiteral("btn0"));
+        return windows::attached().size() == count && (count == 0) == !windows::visible(QStringLiteral("btn0"));
     });
 }
 
@@ -171,7 +170,7 @@ void Gallery::shootDevicePage(const Scene &scene, const QString &button, const s
         scene.name, [] { return true; }, [this, scene] { plug(scene.devices); });
     script_.step(
         scene.name,
-        [plugName] { return AttachedDevices.size() == 1 && windows::visible(windows::tileOf(plugName)); },
+        [plugName] { return windows::attached().size() == 1 && windows::visible(windows::tileOf(plugName)); },
         [plugName] { windows::click(windows::tileOf(plugName)); });
     script_.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
     script_.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });

@@ -5,7 +5,7 @@
 // real program. Main thread.
 #pragma once
 
-#include "selection/AttachedDevices.h"
+#include "selection/DialogChange.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -48,13 +48,23 @@ inline bool isChecked(const QString &name)
     return button && button->isChecked();
 }
 
+// The devices that have a tile on the selection page; empty before the page is built.
+inline std::vector<DeviceAllInfo> attached()
+{
+    for (const QWidget *const top : QApplication::topLevelWidgets())
+        if (const auto *const page = top->findChild<DialogChange *>())
+            return page->attached().tiles();
+    return {};
+}
+
 // The tile of the attached device whose path holds this text; empty without one.
 inline QString tileOf(const QString &pathPart)
 {
     if (pathPart.isEmpty())
         return {}; // which any path holds
-    for (std::size_t i = 0; i < AttachedDevices.size(); ++i)
-        if (AttachedDevices[i].DevicePath.contains(pathPart))
+    const std::vector<DeviceAllInfo> devices = attached();
+    for (std::size_t i = 0; i < devices.size(); ++i)
+        if (devices[i].DevicePath.contains(pathPart))
             return QStringLiteral("btn%1").arg(i);
     return QString();
 }

@@ -96,7 +96,7 @@ bool Tour::flashByteIs(const char *value)
 void Tour::enterDevice()
 {
     const auto tilesAreThere = [] {
-        return AttachedDevices.size() == 4 && windows::visible(QStringLiteral("btn0"));
+        return windows::attached().size() == 4 && windows::visible(QStringLiteral("btn0"));
     };
     script_.step("tiles", tilesAreThere);
     shoot("selection");

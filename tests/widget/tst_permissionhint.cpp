@@ -59,7 +59,7 @@ private slots:
         QCOMPARE(prompt(), homeText("PermissionPrompt"));
         QVERIFY(prompt() != homeText("PleaseEnter"));
         QCOMPARE(tileCount(), 0);
-        QVERIFY(AttachedDevices.empty());
+        QVERIFY(attached().empty());
         QCOMPARE(fake.count("UsbFinderC_GetDeviceInfo"), 0);
         plug({});
         QVERIFY(!shows("rightHint"));
