@@ -59,7 +59,7 @@ public:
     }
 
 private:
-    QTemporaryDir folder;
+    QTemporaryDir folder{QDir::tempPath() + "/nodes"}; // short, so that two nodes fit the title
 };
 
 } // namespace fixture
