@@ -20,9 +20,9 @@
 namespace
 {
 
-QPointer<DialogChange> thePage; // main thread
+QPointer<DialogChange> thePage; // read on the main thread only
 
-// What other threads hand over to the main thread goes through an object that outlives every page.
+// The receiver of what other threads pass to the main thread; it outlives every page.
 QObject *mainThread()
 {
     static QObject *const object = new QObject;
@@ -84,7 +84,7 @@ void DialogChange::connectSignals()
     connect(hub, SIGNAL(SigLanguageSameA(int)), this, SLOT(SlotSameLanguageA(int)));
     connect(hub, SIGNAL(SigUpDateButton(bool)), this, SLOT(SlotUpDateButton(bool)));
     connect(hub, SIGNAL(SigEnterKey()), this, SLOT(SlotEnterKey()));
-    connect(ui->rightHint, &PermissionHint::rightsChanged, this, [this] {
+    connect(ui->permissionHint, &PermissionHint::permissionGranted, this, [this] {
         if (!isHidden())
             std::thread(&DialogChange::UsbChanged).detach();
     });
@@ -104,18 +104,19 @@ void DialogChange::UsbChanged()
         Qt::QueuedConnection);
 }
 
-// While the device page shows, its own watch follows the devices; coming back asks anew.
+// Drops results while the device page shows, which has a watch of its own; the return to this page starts a
+// search.
 void DialogChange::take(const DeviceScan &scan)
 {
     if (scan.generation < takenGeneration_ || isHidden())
         return;
     takenGeneration_ = scan.generation;
-    ui->rightHint->setNodes(scan.refused);
+    ui->permissionHint->setNodes(scan.refused);
     SlotUpDateButton(RegistryStore::instance()
                          .value(registry::BaseGroup, QString::fromLatin1(registry::UpdateFailInfo))
                          .isEmpty());
     rebuild(scan);
-    // What the upgrade offers depends on what is attached.
+    // The offers of the upgrade dialog depend on the attached devices.
     if (UpgradeDialogOpen && !UpdateBusy)
         emit PostMsg::instance()->SigRepairCheckUpdate();
 }
@@ -135,7 +136,7 @@ void DialogChange::rebuild(const DeviceScan &scan)
         warnOfDuplicates();
 }
 
-// A search that ends while the notice stands needs no second one.
+// A search that ends while the notice is open opens no second one.
 void DialogChange::warnOfDuplicates()
 {
     if (warning_)
@@ -172,7 +173,7 @@ void DialogChange::showCarousel()
     ui->LeftButton->hide();
 }
 
-// The tab key goes as the eye does: arrow, tiles, arrow.
+// The tab order follows the layout: left arrow, tiles, right arrow.
 void DialogChange::orderTabs()
 {
     QWidget *before = ui->LeftButton;
@@ -183,8 +184,8 @@ void DialogChange::orderTabs()
     setTabOrder(before, ui->RightButton);
 }
 
-// The pointer may wander over many tiles while a silent one is still being asked, so each question has a
-// thread of its own and nobody waits for it.
+// The pointer may cross further tiles while a silent device is still being asked, so each question has a
+// detached thread of its own.
 void DialogChange::refreshTile(int index)
 {
     if (index < 0 || index >= int(attached_.tiles().size()))
@@ -217,7 +218,7 @@ void DialogChange::on_MinButton_clicked() { emit PostMsg::instance()->SigChangeS
 
 void DialogChange::on_CloseButton_clicked() { emit PostMsg::instance()->SigChangeSize(1); }
 
-// With three pages or more the arrows never show both ways at once.
+// With three pages or more only one of the two arrows is ever visible.
 void DialogChange::on_RightButton_clicked()
 {
     ui->label_2->hide();
@@ -250,11 +251,11 @@ void DialogChange::slotButtonClicked()
 
 void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }
 
-// Who has plugged a device in is not asked to do so.
+// A device without permission is plugged in already, so the prompt does not ask for one.
 void DialogChange::SlotUpDateButton(bool IsHide)
 {
     ui->Repair->setVisible(!IsHide);
-    ui->label_2->setText(!IsHide ? repairDevice_ : ui->rightHint->isNeeded() ? notOpen_ : pleaseEnter_);
+    ui->label_2->setText(!IsHide ? repairDevice_ : ui->permissionHint->isNeeded() ? notOpen_ : pleaseEnter_);
 }
 
 void DialogChange::SlotEnterKey()
@@ -299,7 +300,7 @@ void DialogChange::SlotAllLanguage(int index)
     newVersion_ = homeText("NewVerTips", index);
     pairTips_ = homeText("PairTips_z", index);
     dialogOffline_ = language::text(language::Section::infoTips, "DialogOffline", index);
-    ui->rightHint->setLanguage(index);
+    ui->permissionHint->setLanguage(index);
     SlotUpDateButton(ui->Repair->isHidden());
     ui->label_3->setText(homeText("ClickIn", index));
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));

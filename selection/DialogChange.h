@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // DialogChange: the selection page. It shows a tile for each attached device and refuses to go on with two
-// identical ones. The devices are searched for on the layer's hot-plug thread; the page lives on the main thread,
-// takes the results there and drops those that are older than the last one taken.
+// identical ones. The devices are searched for on the layer's hot-plug thread; the page lives on the main
+// thread, takes the results there and drops those that are older than the last one taken.
 #pragma once
 
 #include "device/AttachedDevices.h"

@@ -30,9 +30,8 @@ OfflineTileAction offlineTileAction(const DeviceAllInfo &device)
     };
     const char *receiverKey = deviceKind(device.DeviceKind).firmwareKey;
     const bool receiverHasName = !config.ReadConfig(section, QLatin1String(receiverKey)).isEmpty();
-    return offlineTileAction(
-        mouseVersion, isNew(TargetMouse, mouseVersion, OtherCable.firmwareKey),
-        receiverHasName && isNew(TargetReceiver, device.DongleVersion, receiverKey));
+    return offlineTileAction(mouseVersion, isNew(TargetMouse, mouseVersion, OtherCable.firmwareKey),
+                             receiverHasName && isNew(TargetReceiver, device.DongleVersion, receiverKey));
 }
 
 bool isSilentTwin(const std::vector<DeviceAllInfo> &devices, int clicked, TwinAnswers online)

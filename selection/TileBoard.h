@@ -25,8 +25,8 @@ public:
         QLabel *link;
         QLabel *badge;
         QString devicePath;
-        bool wired;    // link and kind of the device when the tile was built, which never change their pictures
-        uint16_t kind;
+        bool wired;    // the link of the device when the tile was built, which chose the indicator
+        uint16_t kind; // its kind at that time, which chose the badge
     };
 
     // Builds its pages into `stack`, which owns them.

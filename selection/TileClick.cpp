@@ -37,8 +37,7 @@ void announceReceiverFirmware(const DeviceAllInfo &device)
         return;
     const bool isNew = checkForNew(TargetReceiver, device.DongleVersion, connectionKind(device.DeviceKind),
                                    driveSection(device));
-    emit PostMsg::instance()->SigLabelTextB(device.DongleVersion,
-                                            isNew ? QStringLiteral("true") : QString());
+    emit PostMsg::instance()->SigLabelTextB(device.DongleVersion, isNew ? QStringLiteral("true") : QString());
 }
 
 } // namespace
@@ -56,8 +55,7 @@ void TileClick::open(int index)
     emit PostMsg::instance()->SigIsUsb(false, true);
     emit PostMsg::instance()->SigSetver(6);
     const DeviceAllInfo device = devices_.tiles()[std::size_t(index)];
-    const int mid =
-        ConfigReader::instance().ReadConfig(driveSection(device), QStringLiteral("MID")).toInt();
+    const int mid = ConfigReader::instance().ReadConfig(driveSection(device), QStringLiteral("MID")).toInt();
     if (hasScreenClass(mid))
         emit PostMsg::instance()->SigMouseIndex(mid);
     if (isOfflineTile(index) && !settleOfflineTile(device))
