@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// AttachedDevices: the result of the last search, and the receiver chosen for pairing. The selection page owns the
-// one object of the program; other pages get it by reference. Main thread.
+// AttachedDevices: the result of the last search, and the receiver chosen for pairing. The selection page
+// owns the one object of the program; other pages get it by reference. Main thread.
 #pragma once
 
 #include "device/record/DeviceAllInfo.h"

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A process-wide atomic value that returns to its start value with all others of its type. Each adds itself to the
-// list when it is constructed, before main(); any thread may read and write it afterwards.
+// A process-wide atomic value that returns to its start value with all others of its type. Each adds itself
+// to the list when it is constructed, before main(); any thread may read and write it afterwards.
 #pragma once
 
 #include <atomic>

@@ -11,7 +11,7 @@
 namespace
 {
 
-const char NoDevice[] = "a"; // names no device, so that every question about it answers false
+const char NoDevice[] = "a"; // no device has this path, so every question about it is answered with false
 
 struct Selection {
     std::mutex lock;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// DeviceAllInfo: what the program knows of one attached device. A plain value; the selected device's
+// DeviceAllInfo: one attached device. A plain value; the selected device's
 // copy is kept by SelectedDevice.
 #pragma once
 
@@ -18,12 +18,12 @@ struct DeviceAllInfo {
     uint8_t Cid = 0;
     uint8_t Mid = 0;
     uint16_t DeviceKind = 0; // a code of DeviceKinds, or another cable
-    int32_t DriveIndex = 0; // zero-based catalogue position; DeviceTotal for an unknown device
-    bool Online = false;    // the mouse answers now
-    bool Usb = false;       // connected by cable
-    QString DongleVersion;  // of the connected interface, such as "v1.0A"
-    QString MouseVersion;   // read from the mouse, same form
-    QByteArray UsbAddress;  // three bytes, address of the paired mouse; empty when unknown
+    int32_t DriveIndex = 0;  // zero-based catalogue position; DeviceTotal for an unknown device
+    bool Online = false;     // the mouse answers now
+    bool Usb = false;        // connected by cable
+    QString DongleVersion;   // of the connected interface, such as "v1.0A"
+    QString MouseVersion;    // read from the mouse, same form
+    QByteArray UsbAddress;   // three bytes, address of the paired mouse; empty when unknown
 };
 
 // "v" + major in decimal + "." + minor in two upper-case hexadecimal digits.
