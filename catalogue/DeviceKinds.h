@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What follows from the kind that a device reports: its link, its fastest report rate, and the catalogue keys and
-// the tile's badge that go with them.
+// What follows from the kind that a device reports: its link, its fastest report rate, and the catalogue keys
+// and the tile's badge that go with them.
 #pragma once
 
 #include <array>

@@ -34,7 +34,7 @@ bool sameNumber(const QString &left, const QString &right)
     return leftIsNumber && rightIsNumber && leftNumber == rightNumber;
 }
 
-// A file shorter than a head reads as zeros, which no device asks for.
+// A file shorter than a head gives zeros, which match no device.
 bool readHead(const QString &path, wire::FirmwareHead &head)
 {
     QFile file(path);
