@@ -17,10 +17,8 @@ struct LevelRow {
     int kHz;       // the fastest rate of the device
     bool shows[3]; // 2000, 4000, 8000
 };
-constexpr LevelRow LevelRows[] = {{1, {false, false, false}},
-                                  {4, {true, true, false}},
-                                  {2, {true, false, false}},
-                                  {8, {true, true, true}}};
+constexpr LevelRow LevelRows[] = {
+    {1, {false, false, false}}, {4, {true, true, false}}, {2, {true, false, false}}, {8, {true, true, true}}};
 constexpr int FirstFastRate = 4;
 
 } // namespace

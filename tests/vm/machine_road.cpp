@@ -149,10 +149,9 @@ private slots:
         });
         program.expect("each known and on line", [] {
             const std::vector<DeviceAllInfo> devices = windows::attached();
-            return std::all_of(devices.begin(), devices.end(),
-                               [](const DeviceAllInfo &device) {
-                                   return device.Online && device.DriveIndex == device.Mid - 6;
-                               });
+            return std::all_of(devices.begin(), devices.end(), [](const DeviceAllInfo &device) {
+                return device.Online && device.DriveIndex == device.Mid - 6;
+            });
         });
         program.script.step("all out, as with a hub", always, [&] {
             for (int i = 0; i < Receivers; ++i)
