@@ -47,12 +47,12 @@ Dialog::Dialog(QWidget *parent)
     ui->setupUi(this);
     buildPages();
     upDataParam_ = std::make_unique<UpDataParam>();
-    ways_ = {{{ui->ButtonMain, buttons_},
-              {ui->SensorButton, sensor_},
-              {ui->MacroButton, macro_},
-              {ui->LightsButton, lights_},
-              {ui->Advanced, advanced_},
-              {ui->FormSetting, setting_}}};
+    navigation_ = {{{ui->ButtonMain, buttons_},
+                    {ui->SensorButton, sensor_},
+                    {ui->MacroButton, macro_},
+                    {ui->LightsButton, lights_},
+                    {ui->Advanced, advanced_},
+                    {ui->FormSetting, setting_}}};
     onFirstShow(this, [this] {
         applyStyle();
         styleNavigation();
@@ -99,7 +99,7 @@ void Dialog::applyStyle()
         line->setStyleSheet(style::hairline(labelColor, LineOpacity));
 }
 
-// A sheet on this frame styles anew all that stands on it, so one that is there already is left alone.
+// A sheet on this frame restyles every child, so it is only set when it differs.
 void Dialog::styleBackground()
 {
     const QString sheet = style::dialogBackground(pictures_, QStringLiteral("frame_2"));
@@ -109,8 +109,8 @@ void Dialog::styleBackground()
 
 void Dialog::styleNavigation()
 {
-    for (const Way &way : ways_)
-        way.button->setStyleSheet(style::navigationButton(pictures_, way.button->objectName()));
+    for (const Navigation &entry : navigation_)
+        entry.button->setStyleSheet(style::navigationButton(pictures_, entry.button->objectName()));
 }
 
 void Dialog::connectSignals()
@@ -128,11 +128,11 @@ void Dialog::connectSignals()
 
 // ---- Navigation ---------------------------------------------------------------------------------
 
-// PreButton is not to be seen: it stands checked for the binding page, for those who ask.
+// PreButton is invisible; its check state tells whether the binding page shows.
 void Dialog::showPage(QWidget *page)
 {
-    for (const Way &way : ways_)
-        way.button->setChecked(way.page == page);
+    for (const Navigation &entry : navigation_)
+        entry.button->setChecked(entry.page == page);
     ui->PreButton->setChecked(page == buttons_);
     ui->stackedWidgetDialog->setCurrentWidget(page);
 }
@@ -171,8 +171,8 @@ void Dialog::SlotStartRecord(int index)
     if (index != 0 && index != 1)
         return;
     ui->PreButton->setEnabled(index == 1);
-    for (const Way &way : ways_)
-        way.button->setEnabled(index == 1);
+    for (const Navigation &entry : navigation_)
+        entry.button->setEnabled(index == 1);
 }
 
 // ---- Leaving ------------------------------------------------------------------------------------
@@ -200,7 +200,7 @@ void Dialog::on_UpArrow_clicked()
     emit PostMsg::instance()->SigSetMacroPage();
 }
 
-// ---- What the device says -----------------------------------------------------------------------
+// ---- State of the device -------------------------------------------------------------------------
 
 void Dialog::SlotIsUsb(bool Usb, bool)
 {
@@ -216,7 +216,7 @@ void Dialog::SlotBattery(bool IsCharg, int Number, bool IsText)
     ui->progressBar->setStyleSheet(style::batteryBar(Number < LowBattery ? LowColor : FullColor));
 }
 
-// A load that begins while the wait for another one stands is waited for with that one.
+// A load that begins while the wait dialog is open is covered by the same dialog.
 void Dialog::SlotUpDataParam(int index)
 {
     if (index == 1)
@@ -227,5 +227,5 @@ void Dialog::SlotUpDataParam(int index)
     upDataParam_->openOver(this, WaitOffset);
 }
 
-// The keys that work anywhere are the window's; to a dialog Escape would mean that it goes.
+// Leaves the keys to the window; QDialog would close on Escape.
 void Dialog::keyPressEvent(QKeyEvent *event) { event->ignore(); }

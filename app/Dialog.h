@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Dialog: the device page. It holds the working pages with the column that leads to them, the battery, the
-// connection's icon and the wait that stands over a load. Main thread.
+// Dialog: the device page. It holds the working pages, the column of navigation buttons, the battery, the
+// icon of the connection and the wait dialog of a load. Main thread.
 #pragma once
 
 #include <QDialog>
@@ -67,7 +67,7 @@ private:
     void showPage(QWidget *page);
     void writeCache();
 
-    struct Way {
+    struct Navigation {
         QToolButton *button;
         QWidget *page;
     };
@@ -83,5 +83,5 @@ private:
     FormSetting *setting_;
     std::unique_ptr<UpDataParam> upDataParam_;
     QString pictures_;
-    std::array<Way, 6> ways_; // in the order of the column
+    std::array<Navigation, 6> navigation_; // in the order of the column
 };

@@ -93,8 +93,8 @@ void DialogMain::SlotChangeMainDialog(int index)
     }
 }
 
-// The page that found the mouse silent puts its control back first, so the notice waits for its slot to
-// return. One notice at a time: the state is the same.
+// Opens the notice after the caller's slot has returned, so that the page that found the mouse off line
+// resets its control first. Only one notice is open at a time.
 void DialogMain::SlotMouseOffLine(int index)
 {
     OffLineKind = index;
@@ -104,14 +104,14 @@ void DialogMain::SlotMouseOffLine(int index)
         return;
     noticeUp_ = true;
     QTimer::singleShot(0, this, [this] {
-        // What happened since may have brought the mouse back.
+        // The mouse may have answered meanwhile.
         if (AwaitingMouse)
             notice::ask<MouseOffLine>(this, NoticeOffset);
         noticeUp_ = false;
     });
 }
 
-// ---- The three ways to end ----------------------------------------------------------------------
+// ---- Hiding and closing -------------------------------------------------------------------------
 
 void DialogMain::SlotChangeSize(int index)
 {
@@ -123,7 +123,7 @@ void DialogMain::SlotChangeSize(int index)
         endProgram();
 }
 
-// Where there is no tray the hidden window could never be found again.
+// Without a tray the user could not open a hidden window again, so it is minimised.
 void DialogMain::hideToTray()
 {
     if (!QSystemTrayIcon::isSystemTrayAvailable()) {
@@ -158,7 +158,7 @@ void DialogMain::on_pushButton_clicked() { close(); }
 
 // ---- Tray ---------------------------------------------------------------------------------------
 
-// A double click leaves the device without the program in charge; a click and the menu take it back.
+// A click and the menu set the driver status again; a double click does not.
 void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reason)
 {
     switch (reason) {
@@ -189,7 +189,7 @@ void DialogMain::takeCharge()
         UsbServer_SetPCDriverStatus(1);
 }
 
-// The task bar then does what a click on the tray's icon would.
+// Without a tray a click in the task bar does what one on the tray icon would.
 void DialogMain::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);
@@ -199,7 +199,7 @@ void DialogMain::changeEvent(QEvent *event)
     takeCharge();
 }
 
-// The icon goes when its own event is over: hiding it takes down the window in which it was clicked.
+// Hides the icon after its own event, since hiding destroys the window that received the click.
 void DialogMain::comeBack()
 {
     show();
@@ -231,7 +231,7 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Space:
         if (ui->stackedWidget->currentWidget() == dialogChange_)
-            dialogChange_->askOnlyDevice();
+            dialogChange_->openOnlyReceiver();
         else
             pairSelected();
         break;
@@ -248,7 +248,7 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
     }
 }
 
-// A pairing has the connection to itself; what the device says afterwards is for this page again.
+// Pairing takes the connection over; the callback of this page is set again afterwards.
 void DialogMain::pairSelected()
 {
     UsbServerC_Start(CurrentDevicePath(), CurrentDevicePath(), &ProtocolCallback);

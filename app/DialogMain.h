@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // DialogMain: the one top-level window, a stack of the selection page and the device page. It owns the
-// tray icon and decides what closing means. Main thread.
+// tray icon and ends or hides the program. Main thread.
 #pragma once
 
 #include <QDialog>
@@ -64,8 +64,8 @@ private:
     DialogChange *dialogChange_;
     QString openText_;
     QString exitText_;
-    QPoint grip_; // where the mouse holds the window
+    QPoint grip_; // of the pointer within the window while it is dragged
     bool held_ = false;
-    bool hiddenInTaskBar_ = false; // for want of a tray
-    bool noticeUp_ = false;        // the off-line notice, or its way there
+    bool hiddenInTaskBar_ = false; // instead of in the tray, where there is none
+    bool noticeUp_ = false;        // the off-line notice is open or about to open
 };

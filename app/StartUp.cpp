@@ -11,7 +11,7 @@
 
 namespace
 {
-constexpr int SkinCacheKiB = 64 * 1024; // every picture of the skin, so that none is decoded twice
+constexpr int SkinCacheKiB = 64 * 1024; // holds every picture of the skin, so none is decoded twice
 }
 
 void prepareStart()
@@ -20,7 +20,7 @@ void prepareStart()
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, false);
     applyScaleFactor();
-    // Nothing here draws with GL, and loading it costs more than all the rest of the start.
+    // The program does not draw with GL, and loading it takes longer than the rest of the start.
     if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
         qputenv("QT_XCB_GL_INTEGRATION", "none");
     pruneOldFiles();

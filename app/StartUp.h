@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What comes before the first window. Main thread.
+// The start-up before the first window. Main thread.
 #pragma once
 
-// Folders, scale and old files, and what Qt reads when the application object is made. Before that object.
+// Folders, scale, old files and the variables that Qt reads. Before the application object is constructed.
 void prepareStart();
 
-// Name, caches and colours of the application, right after its object was made.
+// Name, caches and colours of the application, directly after its object is constructed.
 void prepareApplication();

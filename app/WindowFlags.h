@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The window and the device page have one shape: no frame, a system menu and a minimise button.
+// The flags of the window and of the device page: no frame, a system menu and a minimise button.
 #pragma once
 
 #include <QtCore/qnamespace.h>

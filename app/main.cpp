@@ -22,7 +22,7 @@ int main(int argc, char *argv[])
     }
     DialogMain window;
     scaleFontsToScreen(&window);
-    // Some window managers place a frameless window without telling, and notices would miss its middle.
+    // Some window managers place a frameless window without an event, and notices would not be centred on it.
     window.move(QGuiApplication::primaryScreen()->availableGeometry().center() - window.rect().center());
     window.show();
     return QApplication::exec();

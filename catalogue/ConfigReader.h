@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Reader of the catalogue, "usersetting/Config.ini" beside the program: which devices to look for, which
-// models exist, what each can do. The file is read at the first question; one that is missing, too large
-// or nonsense is an empty catalogue. Any thread.
+// Reader of the catalogue, "usersetting/Config.ini" beside the program: the ids to search for, the models and
+// their capabilities. The file is read at the first call; a missing, oversized or malformed file is an empty
+// catalogue. Any thread.
 #pragma once
 
 #include "catalogue/IniDocument.h"
@@ -29,14 +29,14 @@ public:
     bool WriteConfig(const QString &section, const QString &key, const QString &value);
     bool RemoveConfig(const QString &section, const QString &key);
 
-    // Takes the file at `path` for all later questions, for tests.
+    // Reads the file at `path` from now on, for tests.
     void open(const QString &path);
 
 private:
-    IniDocument &document() const; // mutex_ held
+    IniDocument &document() const; // the caller holds mutex_
 
     mutable std::mutex mutex_;
     QString path_;
-    mutable std::optional<IniDocument> document_; // read when first asked for
-    const int encodedValues_ = 1;                 // other values would leave single values as they are stored
+    mutable std::optional<IniDocument> document_; // read at the first call
+    const int encodedValues_ = 1; // any other value: single values are returned as they are stored
 };

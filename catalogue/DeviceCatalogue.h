@@ -3,7 +3,7 @@
 //
 // The models of the catalogue by their index, counted from 0, and its general values. A model's section is
 // "Drive" + (index + 1); the index `total()` stands for a device that no section describes. Numbers are
-// decimal, nonsense and missing values are 0. Any thread.
+// decimal; malformed and missing ones are 0. Any thread.
 #pragma once
 
 #include "catalogue/ConfigReader.h"
@@ -13,7 +13,7 @@ class DeviceCatalogue
 public:
     explicit DeviceCatalogue(const ConfigReader &reader = ConfigReader::instance()) : reader_(reader) {}
 
-    // At most 255, since a model id is one byte; a catalogue may claim anything.
+    // Clamped to 255, since a model id is one byte.
     int total() const;
     static QString section(int driveIndex);
     // The first model with these ids, or total().

@@ -7,11 +7,11 @@
 namespace
 {
 
-constexpr int Step = 50;              // DPI of one count
-constexpr uint8_t Doubles = 0x11;     // the DPI counts twice
-constexpr uint8_t DoublesStep = 0x22; // each count is worth two steps
-constexpr uint8_t FourTimes = 0x33;   // both
-constexpr uint8_t HighBits = 0xC0;    // bits 8 and 9 of the code, two places down in the byte
+constexpr int Step = 50;                                // DPI of one count
+constexpr uint8_t Doubles = 0x11;                       // the DPI counts twice
+constexpr uint8_t DoublesStep = 0x22;                   // each count is worth two steps
+constexpr uint8_t FourTimes = 0x33;                     // both
+constexpr uint8_t HighBits = 0xC0;                      // bits 8 and 9 of the code, shifted right by two
 constexpr const char *WideSensors[] = {"3395", "3950"}; // their codes have ten bits
 
 struct Multiplier {
@@ -98,7 +98,7 @@ DpiStageCode encodeDpi(int dpi, uint8_t presentFlags, const SensorCodes &codes, 
 {
     const Multiplier multiplier = multiplierFor(dpi, ranges);
     if (codes.hasTable()) {
-        // By the step that the stage has now, which need not be the one of the new flags.
+        // Uses the step of the present flags, which may differ from that of the new ones.
         const int byStep = dpi / (presentFlags & DoublesStep ? 2 * Step : Step);
         return {codes.codeOf(dpi / multiplier.divisor).value_or(byStep), multiplier.flags};
     }
@@ -120,7 +120,7 @@ int decodeDpi(uint8_t xCode, uint8_t flags, const SensorCodes &codes)
         dpi *= 2;
     if (flags & Doubles)
         dpi *= 2;
-    // A table may name any number.
+    // A table may hold any number.
     return int(qBound<qint64>(std::numeric_limits<int>::min(), dpi, std::numeric_limits<int>::max()));
 }
 

@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <optional>
 
-// Of the device that was shown last, as the catalogue writes it.
+// The sensor of the device that was shown last, as the catalogue spells it.
 inline QString SensorName;
 
 // The codes of one sensor in a pair of lists.
@@ -32,12 +32,12 @@ struct DpiStageCode {
     uint8_t flags = 0;
 };
 
-// presentFlags: of the stage as it stands. A DPI that a table lacks gets a code by its step.
+// presentFlags: the stage's flags before the change. A DPI that the table lacks is encoded by its step.
 DpiStageCode encodeDpi(int dpi, uint8_t presentFlags, const SensorCodes &codes, const DpiRanges &ranges);
 // The DPI to show; 0 when the sensor's table has no such code.
 int decodeDpi(uint8_t xCode, uint8_t flags, const SensorCodes &codes);
 
-// Those of SensorName in the process-wide lists.
+// The codes of SensorName from the process-wide lists.
 SensorCodes currentCodes();
 // decodeDpi() with currentCodes(); SensorDpiEncode() of the write family is its counterpart.
 int SensorDpiDecode(uint8_t xCode, uint8_t flags);

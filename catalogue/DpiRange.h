@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The ranges in which a model's DPI can be set. The catalogue's list is min, max and step of one to four
-// ranges, ascending, and a last hexadecimal number that says how a value above the first range is stored.
-// Main thread.
+// ranges, ascending, and a last hexadecimal number, the flags with which a value above the first range is
+// stored. Main thread.
 #pragma once
 
 #include <QStringList>
@@ -13,11 +13,11 @@ constexpr int DpiRangeLimit = 4;
 
 struct DpiRanges {
     int DpiFlagValue = 0;  // 0x33, 0x22 or 0x11; anything else means nothing
-    int DpiRangeCount = 0; // as the last list gave it
-    // Those of the last list with 1 to DpiRangeLimit ranges, and so always of one length.
+    int DpiRangeCount = 0; // of the last list
+    // The ranges of the last list that had 1 to DpiRangeLimit of them; the three are always equally long.
     QVector<int> DpiRangeMins;
     QVector<int> DpiRangeMaxs;
-    QVector<int> DpiRangeSteps; // at least 1, so that one may divide by it
+    QVector<int> DpiRangeSteps; // at least 1, so that they can be divided by
     int DpiSliderMin = 50;
     int DpiSliderMax = 32000;
 
@@ -25,8 +25,8 @@ struct DpiRanges {
     void read(const QStringList &list);
 };
 
-// Those of the device that was shown last.
+// The ranges of the device that was shown last.
 inline DpiRanges SensorRanges;
 
-// Takes the key "DPIRange" of that model of the catalogue into SensorRanges.
+// Reads the model's key "DPIRange" into SensorRanges.
 void ReadDpiRange(int driveIndex);

@@ -3,6 +3,7 @@
 #include "catalogue/FirmwareSearch.h"
 
 #include "catalogue/ConfigReader.h"
+#include "catalogue/DeviceKinds.h"
 #include "device/hidusb/wire/FirmwareFile.h"
 #include "environment/DataRoot.h"
 
@@ -33,7 +34,7 @@ bool sameNumber(const QString &left, const QString &right)
     return leftIsNumber && rightIsNumber && leftNumber == rightNumber;
 }
 
-// A file shorter than a head reads as zeros, which no device asks for.
+// A file shorter than a head gives zeros, which match no device.
 bool readHead(const QString &path, wire::FirmwareHead &head)
 {
     QFile file(path);
@@ -77,19 +78,11 @@ bool hasNewFirmware(int target, const QString &version, const QString &baseName,
 QString firmwareKey(int target, int connectionKind)
 {
     if (target == TargetMouse)
-        return QStringLiteral("MM");
-    if (target != TargetReceiver)
-        return {};
-    switch (connectionKind) {
-    case 1:
-        return QStringLiteral("DM");
-    case 2:
-    case 4:
-    case 8:
-        return QStringLiteral("D%1M").arg(connectionKind);
-    default:
-        return {};
-    }
+        return QLatin1String(OtherCable.firmwareKey);
+    for (const DeviceKindRow &row : DeviceKinds)
+        if (target == TargetReceiver && !row.wired && row.kHz == connectionKind)
+            return QLatin1String(row.firmwareKey);
+    return {};
 }
 
 bool checkForNew(int target, const QString &version, int connectionKind, const QString &section)

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Whether the folder "/bin" beside the program holds firmware other than what a device runs. A version
-// that merely differs counts as new: the folder decides what a device should run. Any thread; the folder
-// is read at each call, of each file no more than its head.
+// that differs counts as new, also an older one: the folder decides what a device should run. Any thread;
+// each call reads the folder and the head of each file.
 #pragma once
 
 #include <QString>
@@ -15,9 +15,9 @@ constexpr int TargetReceiver = 211;
 // in the catalogue.
 bool hasNewFirmware(int target, const QString &version, const QString &baseName, int cid, int mid);
 
-// The key of the firmware's name in a model's catalogue section: "MM" for a mouse, "DM", "D2M", "D4M" or
-// "D8M" for the receiver of that kind (1, 2, 4 or 8); empty for any other.
+// The key of the firmware's name in a model's catalogue section: "MM" for a mouse, or that of the receiver of
+// the class (1, 2, 4 or 8); empty for any other.
 QString firmwareKey(int target, int connectionKind);
 
-// The same question with base name and ids from the catalogue; `section` is the model's.
+// hasNewFirmware() with base name and ids from the model's section of the catalogue.
 bool checkForNew(int target, const QString &version, int connectionKind, const QString &section);

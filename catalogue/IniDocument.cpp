@@ -10,8 +10,8 @@ namespace
 bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 bool isLineEnd(char c) { return c == '\n' || c == '\r'; }
 
-// Logical lines: a backslash takes the next character along, quotes may span line ends, and an unquoted
-// ";" begins a comment.
+// Splits into logical lines: a backslash escapes the next character, quotes may span line ends, and an
+// unquoted ";" begins a comment.
 class LineSplitter
 {
 public:
@@ -64,14 +64,14 @@ private:
     bool inQuotes_ = false;
 };
 
-// One slash between levels and none at the ends, whatever a file says.
+// Joins the levels with single slashes and removes those at the ends.
 QString path(const QString &section, const QString &key)
 {
     const QLatin1Char slash('/');
     return (section + slash + key).split(slash, Qt::SkipEmptyParts).join(slash);
 }
 
-// "General" is what the format calls the values without a section.
+// The format stores values without a section under "General".
 QString sectionName(const QByteArray &heading)
 {
     if (heading.compare("general", Qt::CaseInsensitive) == 0)

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The content of an ini file in the format of QSettings, in memory. Lines that make no sense and comments
-// are left out, serialised objects become empty. Not thread-safe.
+// The content of an ini file in the format of QSettings, in memory. Malformed lines and comments
+// are dropped, serialised objects become empty. Not thread-safe.
 #pragma once
 
 #include <QByteArray>

@@ -20,7 +20,7 @@ IniStore::~IniStore()
     flush();
 }
 
-// Read once: nobody else writes the file while the program runs.
+// Reads the file once; later changes by other programs are seen when this one writes.
 IniDocument &IniStore::document()
 {
     if (!document_)
@@ -76,14 +76,14 @@ bool IniStore::flush()
         return true;
     const std::lock_guard state(state_);
     for (auto edit = edits.cbegin(); edit != edits.cend(); ++edit) {
-        if (!waiting_.contains(edit.key())) // a newer value has come meanwhile
+        if (!waiting_.contains(edit.key())) // a newer edit replaces the failed one
             waiting_.insert(edit.key(), edit.value());
     }
     return false;
 }
 
-// Reads the file again under its lock: a second copy of the program may have changed other values. A file
-// that is there and cannot be read is left as it is.
+// Reads the file again under its lock, since a second copy of the program may have changed other values. A
+// file that exists and cannot be read is not replaced.
 bool IniStore::write(const Edits &edits)
 {
     const FileLock lock(path_ + QStringLiteral(".lock"), FileLockTimeMs);

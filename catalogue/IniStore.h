@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 //
 // A small ini file that the program reads and writes: the user's preferences, the values of the registry.
-// A value reads back at once; the file follows on a thread of the store's own, so that no caller waits for
-// the disk. The file holds its old content or the new one at any moment. When it cannot be written, the
-// values stay in memory and the next write tries again. Any thread.
+// A written value can be read at once; a thread of the store's own writes the file, so no caller waits for
+// the disk. The file holds its old content or the new one at any moment. After a failure the values stay in
+// memory and the next write includes them. Any thread.
 #pragma once
 
 #include "catalogue/IniDocument.h"
@@ -19,7 +19,7 @@ class IniStore
 {
 public:
     explicit IniStore(const QString &path);
-    ~IniStore(); // writes what waits
+    ~IniStore(); // writes the pending edits
     IniStore(const IniStore &) = delete;
     IniStore &operator=(const IniStore &) = delete;
 
@@ -29,21 +29,21 @@ public:
     void WriteValue(const QString &section, const QString &key, const QString &value);
     void Remove(const QString &section, const QString &key);
 
-    // Writes what waits before it returns. False when something could not be written.
+    // Writes the pending edits before it returns. False when the file could not be written.
     bool flush();
     QString path() const { return path_; }
 
 private:
     using Name = QPair<QString, QString>;
-    using Edits = QMap<Name, std::optional<QString>>; // without a text: to be removed
+    using Edits = QMap<Name, std::optional<QString>>; // without a text the value is removed
 
     static void apply(const Edits &edits, IniDocument *document);
-    IniDocument &document(); // state_ held
+    IniDocument &document(); // the caller holds state_
     void edit(const Name &name, const std::optional<QString> &value);
     bool write(const Edits &edits);
 
     const QString path_;
-    std::mutex state_; // guards the members up to the next mutex; held for microseconds
+    std::mutex state_; // guards document_, waiting_ and scheduled_; held for microseconds
     std::optional<IniDocument> document_;
     Edits waiting_;
     bool scheduled_ = false;

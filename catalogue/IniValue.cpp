@@ -9,7 +9,7 @@
 namespace
 {
 
-// The letter behind the backslash, and what it stands for.
+// The letter after the backslash, and the character that it means.
 constexpr char EscapeLetters[] = "abfnrtv\"?'\\";
 constexpr char EscapeValues[] = "\a\b\f\n\r\t\v\"?'\\";
 
@@ -140,7 +140,7 @@ private:
     QStringList items_;
     QString item_;
     QByteArray bytes_;
-    int keepLength_ = 0; // characters that came from escapes are no trailing blanks
+    int keepLength_ = 0; // length up to the last escaped character, which is never trimmed as a blank
     bool inQuotes_ = false;
     bool quoted_ = false;
 };
@@ -173,7 +173,7 @@ private:
     void appendNumber(uint character)
     {
         out_.append("\\x").append(QByteArray::number(character, 16));
-        afterNumber_ = true; // a hexadecimal digit next would read as part of this number
+        afterNumber_ = true; // a hexadecimal digit that follows would be read as part of this number
     }
     void appendPlain(uint character)
     {
@@ -188,7 +188,7 @@ private:
     bool afterNumber_ = false;
 };
 
-// The character behind a "%" as two digits, or as "U" and four; `used` is how many characters that took.
+// Decodes the digits after a "%": two, or "U" and four. `used` is the number of characters read.
 int percentCharacter(const QByteArray &stored, int at, int *used)
 {
     const bool wide = at < stored.size() && stored.at(at) == 'U';

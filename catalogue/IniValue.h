@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // One value of an ini file in the syntax of QSettings: items between commas, quotes, backslash escapes,
-// UTF-8. Serialised variants ("@Variant(…)" and its like) are never unpacked: from a file of somebody
-// else they reach readers that open files and load plug-ins.
+// UTF-8. Serialised variants ("@Variant(…)" and its like) are never unpacked: their readers open files
+// and load plug-ins that a foreign file names.
 #pragma once
 
 #include <QByteArray>

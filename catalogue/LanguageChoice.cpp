@@ -23,7 +23,7 @@ int migrateLanguage(RegistryStore &registry, UserStore &store)
     const int old = registry.value(registry::OldLanguageGroup, name).toInt();
     if (old != 0) {
         storeLanguage(store, old);
-        // The old value goes only when the new one is safe on the disk.
+        // Removes the old value only after the new one is on the disk.
         if (store.flush())
             registry.removeValue(registry::OldLanguageGroup, name);
     }

@@ -11,5 +11,5 @@ int storedLanguage(UserStore &store);
 void storeLanguage(UserStore &store, int index);
 
 // Moves the index that an older release left in the registry to the user's store, once, and returns the
-// current index. An old value of 0 means that there is nothing to move and stays.
+// current index. An old value of 0 is not moved and not removed.
 int migrateLanguage(RegistryStore &registry, UserStore &store);

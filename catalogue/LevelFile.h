@@ -9,7 +9,7 @@
 
 QString levelFilePath();
 
-// 1 when there is no file or its first line is empty. Nothing keeps the number within what a device has.
+// 1 when there is no file or its first line is empty. The number is not checked against the device's stages.
 int LoadDpiStageCount();
-// False when it could not be written; the file then stays as it was.
+// False when it could not be written; the file is then unchanged.
 bool SaveDpiStageCount(int count);

@@ -26,7 +26,7 @@ QString mouseVersionName(int cid, int mid);
 class RegistryStore : public IniStore
 {
 public:
-    // Made at the first use and never destroyed; what waits is written when the process ends.
+    // Made at the first use and never destroyed; pending edits are written when the process ends.
     static RegistryStore &instance();
 
     using IniStore::IniStore;

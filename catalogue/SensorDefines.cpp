@@ -73,7 +73,7 @@ private:
         }
     }
 
-    // A value behind a tab is decimal here, and whatever follows is a comment.
+    // A value after a tab is decimal; the rest of the line is a comment.
     void takeThree(const QString &second, const QString &third)
     {
         const QStringList parts = second.split(QLatin1Char('\t'));

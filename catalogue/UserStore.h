@@ -9,7 +9,7 @@
 class UserStore : public IniStore
 {
 public:
-    // Made at the first use and never destroyed; what waits is written when the process ends.
+    // Made at the first use and never destroyed; pending edits are written when the process ends.
     static UserStore &instance();
 
     using IniStore::IniStore;

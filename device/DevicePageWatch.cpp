@@ -17,7 +17,7 @@ namespace
 
 constexpr int AddressSize = 3;
 
-// The devices that may be the selected one or its cable; other models are dropped.
+// The found devices without those of other models.
 std::vector<DeviceAllInfo> rebuildDeviceList(const DeviceAllInfo &selected)
 {
     std::vector<DeviceAllInfo> kept;
@@ -34,7 +34,7 @@ std::vector<DeviceAllInfo> rebuildDeviceList(const DeviceAllInfo &selected)
     return kept;
 }
 
-// The selected mouse, so far behind its receiver, was plugged in by cable.
+// True when the entry is the cable of the selected mouse, which was used through its receiver so far.
 bool isCableOf(const DeviceAllInfo &entry, const DeviceAllInfo &selected)
 {
     return entry.DriveIndex == selected.DriveIndex && entry.Usb && entry.Online && !selected.Usb &&
@@ -97,7 +97,7 @@ void DevicePageUsbChanged()
     emit PostMsg::instance()->SigSetver(4);
     const DeviceAllInfo selected = SelectedDevice::info();
     const std::vector<DeviceAllInfo> list = rebuildDeviceList(selected);
-    // The user may have gone on to another device while slow ones were asked.
+    // The user may have selected another device while slow ones were asked.
     if (SelectedDevice::info().DevicePath != selected.DevicePath)
         return;
     setDeviceList(list);
@@ -107,7 +107,7 @@ void DevicePageUsbChanged()
         SelectedDevice::set(DeviceAllInfo());
         leavePage();
     } else {
-        return; // the upgrade took the device off the bus, and its labels stand until it is back
+        return; // an upgrade restarts the device; its labels stay until it is back
     }
     announceFirmware();
 }

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // DeviceRecord: the process's one FlashDataMap, zero at the start, behind the one lock. Pages work on
-// copies. A change and its hand-over to the layer happen under the lock, so that what the layer was
-// given last is what the record holds; ProtocolDataUpdate returns in microseconds and calls nobody.
+// copies. A change is passed to the layer under the same lock, so the layer's last copy always equals the
+// record; ProtocolDataUpdate returns in microseconds and makes no callback.
 #pragma once
 
 #include "device/hidusb/HIDUsb.h"

@@ -3,6 +3,7 @@
 #include "device/DeviceSearch.h"
 
 #include "catalogue/DeviceCatalogue.h"
+#include "catalogue/DeviceKinds.h"
 #include "device/hidusb/HIDUsb.h"
 
 #include <algorithm>
@@ -15,9 +16,6 @@ constexpr int32_t PathsPerPair = 5;
 constexpr int32_t SettingsInterface = 1;
 constexpr int32_t SettingsUsage = 5;
 
-const char *const ProductIdKeys[] = {"USB_PID", "Wireless_PID", "Wireless2_PID", "Wireless4_PID",
-                                     "Wireless8_PID"};
-
 QStringList optionList(const char *key)
 {
     QStringList list = DeviceCatalogue().optionList(key);
@@ -25,7 +23,7 @@ QStringList optionList(const char *key)
     return list;
 }
 
-// A device that has just been plugged in says nothing of itself for a while.
+// A device that has just been plugged in reports zeros for a while.
 bool askIdentity(const QByteArray &path, DeviceIdentity &identity)
 {
     for (int tries = 0; tries < IdentityTries; ++tries) {
@@ -49,7 +47,7 @@ bool holds(const std::vector<DeviceAllInfo> &found, const QString &path)
                        [&path](const DeviceAllInfo &device) { return device.DevicePath == path; });
 }
 
-// A product id may stand under several keys; the device behind it is one all the same.
+// A product id may stand under several keys; its device is listed once.
 void appendPair(std::vector<DeviceAllInfo> &found, DeviceFinder finder, const QString &vid,
                 const QString &pid)
 {
@@ -61,7 +59,7 @@ void appendPair(std::vector<DeviceAllInfo> &found, DeviceFinder finder, const QS
             ? UsbFinderC_FindHidDevicesByDefaultDeviceId(vidText.constData(), pidText.constData(), &count)
             : UsbFinderC_FindHidDevicesByDeviceId(vidText.constData(), pidText.constData(), SettingsInterface,
                                                   SettingsUsage, &count);
-    QList<QByteArray> copies; // the array is the layer's, and the next question may replace it
+    QList<QByteArray> copies; // the layer owns the array and may replace it at the next call
     for (int32_t i = 0; paths && i < qMin(count, PathsPerPair); ++i)
         copies.append(paths[i]);
     for (const QByteArray &path : copies) {
@@ -112,9 +110,9 @@ DeviceMatch refreshDevice(DeviceAllInfo &device)
 
 QStringList searchedProductIds()
 {
-    QStringList ids;
-    for (const char *key : ProductIdKeys)
-        ids += optionList(key);
+    QStringList ids = optionList(OtherCable.productIdKey);
+    for (std::size_t i = 0; i < ReceiverKinds; ++i)
+        ids += optionList(DeviceKinds[i].productIdKey);
     return ids;
 }
 

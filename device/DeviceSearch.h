@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Finding attached devices and recognising them against the catalogue. Any thread; the questions block
-// for as long as a device may stay silent.
+// Finds attached devices and identifies them by the catalogue. Any thread; a question blocks until the device
+// answers or its time-out ends.
 #pragma once
 
 #include "device/record/DeviceAllInfo.h"
@@ -24,7 +24,7 @@ enum class DeviceFinder {
 // DriveIndex of a device that no section of the catalogue describes.
 int unknownIndex();
 
-// Asks who the device is, up to ten times while it is not ready, and fills Cid, Mid, DeviceKind, Usb,
+// Asks for the identity, up to ten times while the device is not ready, and fills Cid, Mid, DeviceKind, Usb,
 // DriveIndex and, for a known one, Online.
 DeviceMatch identifyDevice(DeviceAllInfo &device);
 
@@ -34,6 +34,6 @@ DeviceMatch refreshDevice(DeviceAllInfo &device);
 // The PIDs of the catalogue: cable, then the receivers of 1, 2, 4 and 8 kHz.
 QStringList searchedProductIds();
 
-// Every path that answers to a VID and PID of the catalogue, in the catalogue's order, at most five for
+// Every path with a VID and PID of the catalogue, in the catalogue's order, at most five for
 // a pair, with path, ids and version filled in. No device is asked.
 std::vector<DeviceAllInfo> findDevices(DeviceFinder finder);

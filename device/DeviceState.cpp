@@ -11,7 +11,7 @@
 namespace
 {
 
-const char NoDevice[] = "a"; // names no device, so that every question about it answers false
+const char NoDevice[] = "a"; // no device has this path, so every question about it is answered with false
 
 struct Selection {
     std::mutex lock;
@@ -80,15 +80,8 @@ QString imageFileName(uint8_t cid, uint8_t mid)
 
 void resetDeviceState()
 {
-    for (std::atomic<bool> *flag :
-         {&MouseOnline,     &ReadStartedOnline, &DataLoaded,     &WorkerArmed,          &RestartWorker,
-          &AwaitingMouse,   &ConfigChanged,     &SettingsBusy,   &ClearBlocksAfterRead, &SkipReceiverQuery,
-          &FullReadPending, &DeviceMatched,     &UiArmed,        &UpdateBusy,           &UpgradeDialogOpen,
-          &SensorPageBusy,  &LightPageBusy,     &ButtonPageBusy, &SensorPageLoaded,     &LightPageLoaded,
-          &ButtonPageLoaded})
-        *flag = false;
-    NotUpgrading = true;
-    OnDevicePage = BatteryAsNumber = OffLineKind = ImportResult = LanguageIndex = 0;
+    for (ResettableFlag *flag = ResettableFlag::first(); flag; flag = flag->next())
+        flag->reset();
     SelectedDevice::set(DeviceAllInfo());
     SelectedDevice::setCacheName(QString());
     SelectedDevice::setImageName(QString());

@@ -1,57 +1,59 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Everything process-wide that describes the selected device. The main thread, the worker, the layer's
-// callback thread and its hot-plug thread all read and write it: each flag has one meaning and is an
-// atomic, the record has one lock (DeviceRecord), the selection another (SelectedDevice).
+// The process-wide state of the selected device. The main thread, the worker, the layer's callback thread and
+// its hot-plug thread read and write it: each flag is an atomic, the record has one lock (DeviceRecord), the
+// selection another (SelectedDevice).
 #pragma once
 
+#include "device/DeviceFlag.h"
 #include "device/record/DeviceAllInfo.h"
 
-#include <atomic>
 #include <mutex>
 
 #include <QString>
 #include <vector>
 
-// Milliseconds within which changes of the attached devices become one call of a watch.
+// Changes of the attached devices within this time, in milliseconds, cause one call of a watch.
 constexpr int UsbSettleMs = 600;
 
-inline std::atomic<bool> MouseOnline{false};          // last answer to the on-line question
-inline std::atomic<bool> ReadStartedOnline{false};    // MouseOnline when the last connection was started
-inline std::atomic<bool> DataLoaded{false};           // a full read has been distributed
-inline std::atomic<bool> WorkerArmed{false};          // a pass of the worker may do something
-inline std::atomic<bool> RestartWorker{false};        // start the worker as soon as the mouse is on line
-inline std::atomic<bool> AwaitingMouse{false};        // the mouse is away and is polled for
-inline std::atomic<bool> ConfigChanged{false};        // the device asked for a whole new read
-inline std::atomic<bool> SettingsBusy{false};         // an import or reset runs its own wait dialog
-inline std::atomic<bool> ClearBlocksAfterRead{false}; // the next full read follows a reset: clear blocks
-inline std::atomic<bool> SkipReceiverQuery{false};    // the same: do not ask the receiver
-inline std::atomic<bool> FullReadPending{false};      // the pages are being fed
-inline std::atomic<bool> DeviceMatched{false};        // the hot-plug rebuild met the selected device
-inline std::atomic<int32_t> OnDevicePage{0};          // 1 while the device page shows
-inline std::atomic<bool> UiArmed{false};              // page slots act on input
-inline std::atomic<bool> NotUpgrading{true};          // false while firmware is being written
-inline std::atomic<bool> UpdateBusy{false};           // an upgrade is under way
-inline std::atomic<bool> UpgradeDialogOpen{false};    // the upgrade dialog shows
-inline std::atomic<bool> MacroRecording{false};       // keys belong to the macro being recorded
-inline std::atomic<bool> SensorPageBusy{false};       // the page fills its widgets from a record
-inline std::atomic<bool> LightPageBusy{false};
-inline std::atomic<bool> ButtonPageBusy{false};
-inline std::atomic<bool> SensorPageLoaded{false}; // the page has finished a load from a full read
-inline std::atomic<bool> LightPageLoaded{false};
-inline std::atomic<bool> ButtonPageLoaded{false};
-inline std::atomic<int32_t> BatteryAsNumber{0}; // 1: the battery is shown as a number
-inline std::atomic<int32_t> OffLineKind{0};     // which text the off-line notice shows
-inline std::atomic<int32_t> ImportResult{0};    // of the last check of an image file
-inline std::atomic<int32_t> LanguageIndex{0};   // current language
+inline DeviceFlag<bool> MouseOnline{false};       // last answer to the on-line question
+inline DeviceFlag<bool> ReadStartedOnline{false}; // MouseOnline when the last connection was started
+inline DeviceFlag<bool> DataLoaded{false};        // a full read has been distributed
+inline DeviceFlag<bool> WorkerArmed{false}; // the worker's next pass does its work; clear, it returns at once
+inline DeviceFlag<bool> RestartWorker{false};        // start the worker as soon as the mouse is on line
+inline DeviceFlag<bool> AwaitingMouse{false};        // the mouse is away and is polled for
+inline DeviceFlag<bool> ConfigChanged{false};        // the device has asked for a whole new read
+inline DeviceFlag<bool> SettingsBusy{false};         // an import or reset runs its own wait dialog
+inline DeviceFlag<bool> ClearBlocksAfterRead{false}; // the next full read follows a reset and clears blocks
+inline DeviceFlag<bool> SkipReceiverQuery{false};    // the next full read does not ask the receiver
+inline DeviceFlag<bool> FullReadPending{false};      // the pages are being sent the record
+inline DeviceFlag<bool> DeviceMatched{false};        // the hot-plug search has found the selected device
+inline DeviceFlag<int32_t> OnDevicePage{0};          // 1 while the device page shows
+inline DeviceFlag<bool> UiArmed{false};              // page slots act on input
+inline DeviceFlag<bool> NotUpgrading{true};          // false while firmware is being written
+inline DeviceFlag<bool> UpdateBusy{false};           // an upgrade is under way
+inline DeviceFlag<bool> UpgradeDialogOpen{false};    // the upgrade dialog shows
+inline DeviceFlag<bool> MacroRecording{false};       // keys belong to the macro being recorded
+inline DeviceFlag<bool> SensorPageBusy{false};       // the page fills its widgets from a record
+inline DeviceFlag<bool> LightPageBusy{false};
+inline DeviceFlag<bool> ButtonPageBusy{false};
+inline DeviceFlag<bool> SensorPageLoaded{false}; // the page has finished a load from a full read
+inline DeviceFlag<bool> LightPageLoaded{false};
+inline DeviceFlag<bool> ButtonPageLoaded{false};
+inline DeviceFlag<int32_t> BatteryAsNumber{0}; // 1: the battery is shown as a number
+inline DeviceFlag<int32_t> OffLineKind{0};     // which text the off-line notice shows
+inline DeviceFlag<int32_t> ImportResult{0};    // of the last check of an image file
+inline DeviceFlag<int32_t> LanguageIndex{0};   // current language
+// The class of the receiver that was opened last: 1, 2, 4 or 8; 0 before any. A cable leaves it as it was.
+inline DeviceFlag<int32_t> CurrentConnectionKind{0};
 
 // The device in use and the cache names that go with it. Copies in, copies out.
 class SelectedDevice
 {
 public:
     static DeviceAllInfo info();
-    // Takes the whole entry; the handle of the layer stays where it points.
+    // Replaces the whole entry; CurrentDevicePath() is not changed.
     static void set(const DeviceAllInfo &info);
     static void setOnline(bool online);
     static void setMouseVersion(const QString &version);
@@ -72,9 +74,9 @@ void pointCurrentDeviceAtNothing();
 QString driveSection(const DeviceAllInfo &info);
 QString imageFileName(uint8_t cid, uint8_t mid);
 
-// DeviceList: what the device page's search found last. Copies in, copies out.
+// DeviceList: the result of the device page's last search. Copies in, copies out.
 std::vector<DeviceAllInfo> deviceList();
 void setDeviceList(const std::vector<DeviceAllInfo> &list);
 
-// Everything as at the start of the process.
+// Restores the state at the start of the process: every DeviceFlag, the selection and the record.
 void resetDeviceState();

@@ -16,11 +16,11 @@
 namespace
 {
 
-constexpr int WholeReadPauseMs = 3000; // a device may ask for a whole new read once in this time
+constexpr int WholeReadPauseMs = 3000; // least time between two whole new reads that the device asks for
 constexpr int ConfigTotal = 4;         // configurations of a device
 constexpr uint8_t NoAnswer = 's';      // preset of the long range question
 
-// A message of the device: the head as far as it reaches, missing fields 0.
+// A message of the device. Fields that a short head lacks are 0.
 struct Message {
     uint8_t code = 0;
     uint8_t addressHigh = 0;
@@ -29,7 +29,7 @@ struct Message {
     uint32_t length = 0;
 };
 
-// Made once and never freed: the pages are handed pointers to the colour record.
+// Never freed, since the pages keep pointers to the colour record.
 struct Allocations {
     BatteryStatus battery{};
     DeviceStatusChange change{};
@@ -85,7 +85,7 @@ void collectKeptSlots()
     }
 }
 
-// The first kept slot ends the clearing: the slots behind it stay as they are as well.
+// Clears the slots before the first kept one; those after it are not cleared either.
 void clearBlocks()
 {
     collectKeptSlots();
@@ -116,7 +116,7 @@ void feedPages()
 void onFullRead(const Message &message)
 {
     DeviceRecord::edit([&message](FlashDataMap &record) {
-        record = FlashDataMap(); // nothing of the device before survives
+        record = FlashDataMap(); // the parser may leave fields of the previous device unset
         ProtocolDataParser(message.payload, &record);
     });
     const DeviceAllInfo selected = SelectedDevice::info();
@@ -135,8 +135,8 @@ void onFullRead(const Message &message)
     feedPages();
 }
 
-// Takes the device's byte into the record and shows it. An edit that came between has the last word, and the
-// page, which was shown the device's value after it, is shown the edit again.
+// Stores the device's byte in the record and announces it to the page. An edit that the user makes meanwhile
+// wins: it is announced again, since the page has just been given the older value of the device.
 void followDevice(uint8_t FlashDataMap::*field, uint8_t value, void (PostMsg::*announce)(int))
 {
     DeviceRecord::edit([=](FlashDataMap &record) { record.*field = value; });
@@ -173,7 +173,7 @@ void onLedBar(const Message &message)
     emit hub()->SigUpDataLightLight(DeviceRecord::copy());
 }
 
-// What a read of device memory is follows from its address and length together.
+// The address and the length of a read of device memory together select its handler.
 struct MemoryRow {
     uint8_t addressLow;
     uint32_t length;
@@ -217,7 +217,7 @@ void onSettingsCleared(const Message &)
 {
     UsbServer_SetBatteryOptimizeEnable(1);
     restoreReceiverDefaults();
-    ClearBlocksAfterRead = true; // before the read that they are meant for can answer
+    ClearBlocksAfterRead = true; // set before the read that they apply to is requested
     SkipReceiverQuery = true;
     UsbServer_ReadAllFlashData();
 }
@@ -228,7 +228,7 @@ void askForWholeRead()
     if (timer.elapsed() <= WholeReadPauseMs)
         return;
     timer.restart();
-    ConfigChanged = true; // before the pass that it is meant for can start
+    ConfigChanged = true; // set before RestartWorker, which starts the pass that reads it
     RestartWorker = true;
 }
 
@@ -281,7 +281,7 @@ void onLongRangeOff(const Message &message)
 
 struct MessageRow {
     uint8_t code;
-    uint32_t payloadBytes; // that must be readable for the handler
+    uint32_t payloadBytes; // that the handler reads
     void (*handle)(const Message &);
 };
 constexpr MessageRow MessageRows[] = {

@@ -14,7 +14,7 @@ namespace
 
 constexpr int LengthSize = 4;
 
-// An empty name is the folder itself, which no open accepts.
+// With an empty name the path is the folder, which cannot be opened as a file.
 QString cachePath(const QString &fileName) { return dataRoot() + QStringLiteral("/Device_Info/") + fileName; }
 
 } // namespace

@@ -9,8 +9,8 @@
 
 class QString;
 
-// True when the file could be opened. The record takes what the file holds: a short one leaves the rest
-// as it was, what goes beyond the record is not read.
+// True when the file could be opened. A short file leaves the rest of the record unchanged; bytes beyond the
+// record are not read.
 bool ImageCacheRead(const QString &fileName, FlashDataMap *record);
-// The old content or the new stands in the file, whatever happens meanwhile.
+// A failure at any moment leaves the old content or the new one in the file.
 void ImageCacheWrite(const QString &fileName, const FlashDataMap &record);

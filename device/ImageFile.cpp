@@ -13,11 +13,11 @@
 namespace
 {
 
-constexpr int FileSizeLimit = 64 * 1024; // a sound file has some 10 KB
+constexpr int FileSizeLimit = 64 * 1024; // a valid file has some 10 KB
 constexpr int TextFieldSize = 12;
 constexpr char Marker[] = "Taigri";
 
-// Cut or filled with NULs, so that nothing of the memory beside the text goes into the file.
+// Cut or padded with NULs, so that no memory behind the text is written to the file.
 QByteArray textField(const QByteArray &text)
 {
     QByteArray field = text.left(TextFieldSize);
@@ -30,7 +30,8 @@ QByteArray sensorField(const QString &section)
     return textField(ConfigReader::instance().ReadConfig(section, QStringLiteral("Sensor")).toLocal8Bit());
 }
 
-// Takes one item, a 32-bit big-endian length and that many bytes, off the front. Null when cut short.
+// Removes one item, a 32-bit big-endian length and that many bytes, from the front. Null when it is cut
+// short.
 QByteArray takeItem(QByteArray &rest)
 {
     if (rest.size() < 4)
@@ -43,7 +44,7 @@ QByteArray takeItem(QByteArray &rest)
     return item;
 }
 
-// The text in front of the NUL, or the whole item when it holds none.
+// The text up to the first NUL, or the whole item without one.
 QByteArray text(const QByteArray &item)
 {
     return item.left(int(qstrnlen(item.constData(), uint(item.size()))));

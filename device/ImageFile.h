@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A record as a file that the user keeps or passes on: three items, each a 32-bit big-endian length and
+// A record as a file that the user exports and imports: three items, each a 32-bit big-endian length and
 // bytes: "Taigri" and the sensor's name, 12 bytes each, then the record; 10,484 bytes. `section` is the
 // device's catalogue section.
 #pragma once
@@ -16,7 +16,7 @@ enum ImageFileResult {
     ImageMismatch = 2,   // for another sensor, or with more stages than the model has
 };
 
-// False when nothing was written; what stood under the path before stands there still.
+// False when nothing was written; a file that existed is unchanged.
 bool writeImageFile(const QString &path, const QString &section, const FlashDataMap &record);
 // The record is filled only when the result is ImageAccepted.
 ImageFileResult checkImageFile(const QString &path, const QString &section, FlashDataMap *record);

@@ -30,7 +30,8 @@ Worker::Worker(QObject *parent) : QThread(parent)
     CheckTimer_.setInterval(CheckIntervalMs);
     connect(&CheckTimer_, &QTimer::timeout, this, &Worker::SlotCheckOnline);
     CheckTimer_.start();
-    // A pass that was asked for while the one before was on its way out would be lost otherwise.
+    // start() does nothing while a pass is ending, so a request that comes then is repeated when it has
+    // ended.
     connect(this, &QThread::finished, this, [this] {
         if (requestedPasses_ != begunPasses_)
             start(QThread::InheritPriority);
@@ -67,7 +68,8 @@ void Worker::shutDown()
 void Worker::SlotSelectMouseInfo(DeviceAllInfo SelectInfo)
 {
     SelectedDevice::set(SelectInfo);
-    pointCurrentDeviceAt(SelectInfo.DevicePath); // the device page's search may take longer than its wait
+    pointCurrentDeviceAt(
+        SelectInfo.DevicePath); // the pass may start before the device page's search has set the path
     SelectedDevice::setCacheName(imageFileName(SelectInfo.Cid, SelectInfo.Mid));
 }
 
@@ -135,7 +137,7 @@ void Worker::pass(const DeviceAllInfo &selected)
     qDebug("OnlinB");
 }
 
-// The wait dialog stands over the pages until they have been fed.
+// The wait dialog covers the pages until they have been sent the record.
 void Worker::announceLoad()
 {
     if (ConfigChanged.exchange(false))

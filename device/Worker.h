@@ -24,14 +24,14 @@ public:
     // The one worker, or null before and after its life.
     static Worker *instance();
 
-    // Main thread or a callback: arms a pass and starts the thread. A pass that runs goes on.
+    // Main thread or a callback: arms a pass and starts the thread. A running pass is not interrupted.
     void startPass();
 
-    // Main thread: ends the offline watch and waits for a running pass, turning the event loop meanwhile,
-    // since the pass may be delivering to it.
+    // Main thread: stops the off-line watch and waits for a running pass. The event loop runs meanwhile,
+    // since the pass may be blocked in a signal to this thread.
     void shutDown();
 
-    // The offline watch, 1,300 ms, main thread. A reset stops it for its time.
+    // The off-line watch, 1,300 ms, main thread. A reset stops it while it runs.
     QTimer &checkTimer() { return CheckTimer_; }
 
 public slots:

@@ -10,7 +10,7 @@
 namespace
 {
 
-// A page that fills its widgets from a record triggers change handlers; they stay silent.
+// Widgets that a page fills from a record call their change handlers; those open no notice.
 bool fromPerson() { return !ButtonPageBusy && !LightPageBusy && !SensorPageBusy; }
 
 template <typename Change> bool write(Change change)

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The write family: the only way in which a page changes a parameter. Main thread only. Each operation
-// asks whether the mouse answers; if it does, the record is changed and handed to the layer, and the
-// result is true. If not, the record stays, and unless a page is filling its widgets the off-line
-// notice comes up. Values are the bytes of FlashDataMap.
+// The write family: pages change parameters by these functions alone. Main thread only. Each function asks
+// whether the mouse is on line. If it is, the record is changed and passed to the layer, and the result is
+// true. If not, the record is unchanged, and the off-line notice opens unless a page is filling its widgets.
+// Values are the bytes of FlashDataMap.
 #pragma once
 
 #include "device/hidusb/DeviceRecords.h"
@@ -26,9 +26,9 @@ bool SetPerformanceOpen(uint8_t value);
 bool SetModelChoose(uint8_t value);
 bool SetAngleSet(uint8_t value); // also marks the angle as valid
 
-// Stages and keys are indices into the record; one outside it is refused without a question to the device.
+// Stages and keys are indices into the record; an index outside it is refused without asking the device.
 bool SetDpiLevel(int stage, uint8_t x, uint8_t y, uint8_t flags);
-// A DPI value in the code of the current sensor and its ranges.
+// Encodes the DPI value for the current sensor and its ranges.
 bool SensorDpiEncode(int stage, int dpi);
 bool SetDpiColor(int stage, uint8_t red, uint8_t green, uint8_t blue);
 // Writes both entries to their indices; `current` becomes the stage in use and the last one.
@@ -48,7 +48,7 @@ bool SetBinding(int key, const KeyBinding &binding);
 bool SetKeySequence(int key, const KeyBinding &binding, const KeySequence &sequence);
 bool SetMacroBinding(int key, const KeyBinding &binding, const MacroBlock &macro);
 
-// The question and the notice alone.
+// Asks whether the mouse is on line, with the notice; changes nothing.
 bool CheckOnline();
-// The record as it stands goes to the layer, without the question.
+// Passes the record to the layer without asking the mouse.
 void PushRecord();

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "emulator/Emulator.h"
 
+#include "emulator/BusSockets.h"
 #include "emulator/Orders.h"
 #include "emulator/Scenario.h"
-#include "emulator/BusSockets.h"
 #include "emulator/usb/UsbBus.h"
 #include "emulator/usb/VirtualHub.h"
 

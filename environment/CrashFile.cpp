@@ -33,9 +33,9 @@ constexpr FaultSignal FaultSignals[] = {
     {SIGSEGV, "SIGSEGV"}, {SIGABRT, "SIGABRT"}, {SIGBUS, "SIGBUS"}, {SIGILL, "SIGILL"}, {SIGFPE, "SIGFPE"},
 };
 
-// Written before the handlers stand, only read afterwards.
+// Written before the handlers are installed, only read afterwards.
 char crashPath[PATH_MAX];
-std::size_t crashFolderLength = 0; // of the part of crashPath up to and without the last "/"
+std::size_t crashFolderLength = 0; // of crashPath without the last "/" and the name
 long localOffsetSeconds = 0;
 alignas(16) char alternateStack[AlternateStackSize];
 
@@ -78,7 +78,7 @@ int openCrashFile()
     timespec now = {};
     clock_gettime(CLOCK_REALTIME, &now);
     formatCrashName(int64_t(now.tv_sec) + localOffsetSeconds, crashPath + crashFolderLength + 1);
-    // Always a new file: neither an old one nor a link that somebody put there is written through.
+    // O_EXCL: an existing file or link is never written to.
     unlink(crashPath);
     return open(crashPath, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
 }
@@ -113,15 +113,16 @@ void writeCrashFile(int file, int number, const siginfo_t *info)
 void onFault(int number, siginfo_t *info, void *)
 {
     const pid_t self = pid_t(syscall(SYS_gettid));
-    pid_t nobody = 0;
-    if (!crashingThread.compare_exchange_strong(nobody, self)) {
-        // A fault of the handler itself ends here; other threads wait for the first one to end it all.
-        if (nobody == self)
+    pid_t holder = 0;
+    if (!crashingThread.compare_exchange_strong(holder, self)) {
+        // A fault in the handler ends the process at once; other threads wait until the first one has ended
+        // it.
+        if (holder == self)
             _exit(128 + number);
         for (;;)
             pause();
     }
-    // The unwinder may wait for a lock that this very fault left taken.
+    // The unwinder may wait for a lock that the faulting thread holds; the alarm then ends the process.
     signal(SIGALRM, SIG_DFL);
     alarm(LongestHandlerSeconds);
     const int file = openCrashFile();

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The name of a crash file, made with arithmetic alone: a signal handler may not ask the C library for
-// the local time.
+// The name of a crash file, computed with arithmetic alone, since localtime() is not async-signal-safe.
 #pragma once
 
 #include <cstddef>

@@ -23,13 +23,13 @@ constexpr std::array<const char *, 7> DataFolders = {
     "/usersetting/MacroPage",
     "/usersetting/SensorPage",
 };
-constexpr int KeptDays = 7; // files of "/Log" and "/Exception" with more whole days go
+constexpr int KeptDays = 7; // files of "/Log" and "/Exception" with more whole days are removed
 
 QString applicationName();
 QString dataRoot(); // without a trailing "/"
 
-// Makes the folders and an empty Macro.ini where they are missing. What cannot be made is left out
-// quietly: the later file operations fail on their own.
+// Makes the missing folders and an empty Macro.ini. Failures are not reported here; later file operations
+// report their own.
 void makeDataFolders();
 
 // Removes the files of "/Log" and "/Exception" that are 8 days old or more at `now`. Folders stay, a
@@ -38,5 +38,5 @@ void pruneOldFiles(const QDateTime &now = QDateTime::currentDateTime());
 
 // The folder of the executable, without a trailing "/"; known before the application object exists.
 QString applicationFolder();
-// Another folder in its place, for tests; an empty text restores the real one.
+// Replaces it, for tests; an empty text restores the real folder.
 void setApplicationFolder(const QString &folder);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A lock between processes that the kernel takes back from a process that dies, at any moment and without
-// a trace. The file at `path` stays behind, empty. One object per thread.
+// A lock between processes. The kernel releases it when its process dies. The file at `path` stays behind,
+// empty. One object per thread.
 #pragma once
 
 #include <QString>

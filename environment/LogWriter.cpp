@@ -44,7 +44,7 @@ void logMessageHandler(QtMsgType type, const QMessageLogContext &context, const 
     const QString place = QStringLiteral("File:(%1) Line:(%2)")
                               .arg(QString::fromUtf8(context.file), QString::number(context.line));
     const QString time = QStringLiteral("(%1)").arg(now.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz")));
-    // The four at once: a "%4" inside the message stays text.
+    // One call for all arguments, so a "%4" inside the message is not replaced.
     const QString line = QStringLiteral("%1 %2 %3 %4").arg(level, place, message, time);
     QFile file(dataRoot() + QStringLiteral("/Log/") + now.toString(QStringLiteral("yyyy-MM-dd")) +
                QStringLiteral(".txt"));

@@ -41,7 +41,7 @@ private:
     int descriptor_;
 };
 
-// One byte more than allowed is asked for, so that a file that grows meanwhile is noticed.
+// Reads one byte more than allowed, so that a file that grows meanwhile is recognised.
 bool readUpTo(int descriptor, qint64 maxSize, QByteArray *content)
 {
     char buffer[16384];

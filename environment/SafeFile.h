@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Reading and writing whole files without surprises. Any thread; two writers of one file must agree
-// among themselves, the last one to finish wins.
+// Reads and writes whole files. Any thread; of two concurrent writers the last one to finish wins.
 #pragma once
 
 #include <QByteArray>
@@ -15,11 +14,11 @@ bool writeFileSafely(const QString &path, const QByteArray &bytes);
 
 enum class ReadResult : uint8_t {
     Read,
-    Missing, // there is no such file, so that a new one harms nothing
+    Missing, // there is no such file, so a new one destroys nothing
     Refused, // larger than allowed, no regular file, or not readable
 };
 
 // The whole content, of at most `maxSize` bytes. Never blocks on a FIFO or a device.
 ReadResult readFile(const QString &path, qint64 maxSize, QByteArray *content);
-// The same for callers to whom all failures are alike.
+// The same without the kind of failure.
 std::optional<QByteArray> readFile(const QString &path, qint64 maxSize);

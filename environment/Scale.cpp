@@ -28,7 +28,7 @@ struct CrtcFreer {
 
 int ignoreError(Display *, XErrorEvent *) { return 0; }
 
-// An output can vanish between two questions; Xlib's own handler would end the process then.
+// An output can disappear between two requests; Xlib's default handler would then end the process.
 class QuietErrors
 {
 public:
@@ -78,7 +78,7 @@ QByteArray scaleFactorText(int physicalWidth)
 {
     if (physicalWidth <= WidthOfOneScale)
         return {};
-    const int scale = physicalWidth / WidthOfOneScale; // whole: there are no half steps
+    const int scale = physicalWidth / WidthOfOneScale; // integer division; the scale has no fractions
     return QByteArray::number(double(scale), 'g', 6);
 }
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The scale of the user interface follows the physical width of the primary screen. It must be decided
-// before the application object exists, so the X server is asked on a connection of its own.
+// before the application object exists, so a separate connection asks the X server.
 #pragma once
 
 #include <QByteArray>
@@ -11,10 +11,10 @@
 // 1920, empty otherwise.
 QByteArray scaleFactorText(int physicalWidth);
 
-// Pixels of the primary output's mode; of the first lit output when none is primary; of the X screen
+// Width in pixels of the primary output; of the first active output when none is primary; of the X screen
 // when the server has no outputs. 0 without an X server.
 int physicalDesktopWidth();
 
-// Sets QT_SCALE_FACTOR when the width asks for it and leaves it alone otherwise. Main thread, before the
+// Sets QT_SCALE_FACTOR when the width asks for it and does nothing otherwise. Main thread, before the
 // application object.
 void applyScaleFactor();

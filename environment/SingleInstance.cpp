@@ -15,20 +15,21 @@ SingleInstance::SingleInstance() : memory_(applicationName()) {}
 
 bool SingleInstance::acquire()
 {
-    // Two copies started by one double click decide one after the other. Without the lock, on a data
-    // root that cannot be written, the decision is made all the same.
+    // The lock orders two copies that one double click started. On a data root that cannot be written there
+    // is no lock, and the check runs without it.
     const FileLock decision(dataRoot() + QStringLiteral("/Instance.lock"), DecisionTimeMs);
 
-    // A second try: the key of the memory is only known once its file is made, and under a new file's key
-    // may lie what a killed copy left under another's.
+    // Tries twice: the segment's key is known only once its file is made, and a killed copy may have left a
+    // segment under the same key.
     for (int tries = 0; tries < 2; ++tries) {
-        // The memory of a copy that was killed outlives it here. Whoever detaches last removes it, so this
-        // pair clears a dead copy's memory and leaves a living copy's alone.
+        // On Unix the segment of a killed copy survives it. The last process to detach removes it, so
+        // attaching and detaching removes a dead copy's segment and leaves that of a living one.
         if (memory_.attach(QSharedMemory::ReadWrite))
             memory_.detach();
 
         if (memory_.attach(QSharedMemory::ReadWrite)) {
-            memory_.detach(); // a notice left standing must not hold the place of a copy that has ended
+            memory_
+                .detach(); // a copy whose notice stays open must not keep the segment of one that has ended
             return false;
         }
         if (memory_.create(MemorySize, QSharedMemory::ReadWrite))

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The one running copy of the program holds a piece of shared memory with the application's name, from
-// acquire() until the object goes, which must not be before the process ends. Main thread.
+// The one running copy of the program holds a shared memory segment with the application's name from
+// acquire() until the object is destroyed, which must not happen before the process ends. Main thread.
 #pragma once
 
 #include <QSharedMemory>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// PostMsg: the one object through which the parts of the program speak. It holds no data.
+// PostMsg: the signals by which the worker, the callbacks and the pages reach each other. It holds no data.
 //
-// Delivery carries the thread design. A signal marked "blocking" is emitted off the main thread only,
+// The delivery is part of the thread design. A signal marked "blocking" is emitted off the main thread only,
 // and its receivers connect with Qt::BlockingQueuedConnection: the argument stays on the emitter's
 // stack while the main thread runs the slot. Emitting one on the main thread would wait for itself.
 // Receivers of all others connect with the default; those that cross threads carry int, bool or

@@ -14,10 +14,11 @@
 namespace
 {
 
-// The window systems number keys from 8, where the kernel numbers them from 0.
+// Scan codes of the window systems are the kernel's numbers + 8.
 constexpr int ScanCodeOffset = 8;
-// A repeating key goes up and down at the same time. Where the toolkit has not seen the press yet, it takes
-// the release for a real one; so that of a key that may repeat waits for its press. Milliseconds.
+// A repeating key sends a release and a press with one timestamp. When the press is not in the queue yet, the
+// toolkit reports the release as a real one, so the release of a key that may repeat waits for its press.
+// Milliseconds.
 constexpr ulong SoonestRepeat = 100;
 constexpr int PressPatience = 5;
 
@@ -26,7 +27,7 @@ constexpr int RightAlt = 0xA5;
 
 bool isAlt(int virtualKey) { return virtualKey == LeftAlt || virtualKey == RightAlt; }
 
-// The right Alt of many layouts chooses a third character, and is no Alt to the toolkit.
+// In many layouts the right Alt is a level shift, which the toolkit does not report as Alt.
 bool comesWithAlt(const QKeyEvent &event)
 {
     return event.modifiers() & (Qt::AltModifier | Qt::GroupSwitchModifier);
@@ -72,7 +73,7 @@ void KeySource::stop()
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
 
-// Each key comes to the window first and then to its widgets, one after the other.
+// A key event reaches the window first and then its widgets; only the window's is taken.
 bool KeySource::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::InputMethodQuery) {
@@ -105,7 +106,7 @@ void KeySource::take(const QKeyEvent &event)
     const bool isTaken = event.type() == QEvent::KeyPress && scanCode == offered_.scanCode &&
                          event.timestamp() == offered_.timestamp;
     offered_ = {};
-    // A key that repeats goes up in between only where the window system says so.
+    // Releases within a repeat are dropped.
     if (isTaken || scanCode <= ScanCodeOffset || (isUp && event.isAutoRepeat()))
         return;
     if (doubtful_ && !isUp && doubtful_->scanCode == scanCode && doubtful_->timestamp == event.timestamp())
@@ -171,7 +172,7 @@ std::vector<KeySource::HeldKey>::iterator KeySource::find(quint32 scanCode)
                         [=](const HeldKey &each) { return each.scanCode == scanCode; });
 }
 
-// The release of an Alt leaves the last key as it is, so that the next press of it counts as a repeat.
+// The release of an Alt does not clear lastKey_, so the next press of that Alt is reported as a repeat.
 void KeySource::report(int virtualKey, Message message)
 {
     repeats_ = virtualKey == lastKey_;

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 //
 // KeySource: every key that goes down or up while a window of the program has the keyboard, as a virtual
-// key. It goes by the physical key, so the layout does not matter and left and right modifiers are apart.
-// The keys reach the window all the same. While a source runs no input method may keep a key for itself,
-// as it would a dead one. Main thread.
+// key. It goes by the physical key, so the layout does not matter and left and right modifiers are distinct.
+// The window receives the keys as well. While a source runs input methods are off, since they would consume
+// dead keys. Main thread.
 #pragma once
 
 #include <QObject>
@@ -19,8 +19,8 @@ class KeySource : public QObject
     Q_OBJECT
 
 public:
-    // Keys that come with Alt, and Alt itself, are messages of their own. A user to whom they mean nothing
-    // still gets them, with the state that the last plain key left.
+    // Alt, and keys pressed with it, are separate messages. With Unknown they are reported with the state of
+    // the last plain key.
     enum class AltKeys : uint8_t { Known, Unknown };
 
     explicit KeySource(AltKeys altKeys, QObject *parent = nullptr);
@@ -31,9 +31,10 @@ public:
     bool isRunning() const { return running_; }
 
 signals:
-    // Arguments as users name them: the virtual key, down or up, and whether the key repeats.
-    // A key that was down before the start is not reported when it goes up. What is down when the keyboard
-    // leaves the program is reported as up, the last first. A slot may stop the source, not delete it.
+    // The virtual key, whether it is down, and whether it repeats.
+    // A key that was down before the start is not reported when it goes up. Keys that are down when the
+    // program loses the keyboard are reported as up, the last one first. A slot may stop the source, not
+    // delete it.
     void keyEvent(int keyCode, bool downOrUp, bool aotu);
 
 protected:
@@ -69,7 +70,7 @@ private:
     const AltKeys altKeys_;
     bool running_ = false;
     std::vector<HeldKey> held_;
-    Press offered_; // to the shortcuts, which may keep what follows
+    Press offered_; // seen as a shortcut override; its press may follow or not
     std::optional<Release> doubtful_;
     QTimer patience_;
     int lastKey_ = 0;

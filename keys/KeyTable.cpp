@@ -115,10 +115,10 @@ const std::array<KeyRow, OrdinaryKeyCount + ModifierCount> KeyTable = {{
 namespace
 {
 
-// A second physical key for a row.
+// A second physical key with the same row.
 struct Twin {
     uint16_t evdev;
-    uint16_t row; // by its own physical key
+    uint16_t row; // the row's own physical key
 };
 constexpr Twin Twins[] = {{KEY_KPENTER, KEY_ENTER}};
 

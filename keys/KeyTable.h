@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Every key that the program knows, once: what the pages show, what the device and the macro files hold,
-// and where it stands on a keyboard. Read-only, any thread.
+// Every key of the program in one table: the name that pages show, the code of the device and of macro files,
+// and the physical key. Read-only, any thread.
 #pragma once
 
 #include <QString>
@@ -20,7 +20,7 @@ struct KeyRow {
     const char *name;
     KeyKind kind;
     uint8_t code;
-    uint8_t virtualKey; // the number under which a key source reports it
+    uint8_t virtualKey; // as reported by KeySource
     uint16_t evdev;     // the kernel's number of the physical key
 };
 
@@ -32,7 +32,7 @@ extern const std::array<KeyRow, OrdinaryKeyCount + ModifierCount> KeyTable;
 struct MouseButtonRow {
     uint8_t bit;
     const char *textKey; // of its name in the choices InsertEventOptions
-    const char *text;    // until a language gives one, in UTF-8
+    const char *text;    // used until a language is loaded, in UTF-8
 };
 constexpr std::size_t MouseButtonCount = 5;
 constexpr std::array<MouseButtonRow, MouseButtonCount> MouseButtonTable = {{
@@ -43,7 +43,7 @@ constexpr std::array<MouseButtonRow, MouseButtonCount> MouseButtonTable = {{
     {16, "5", "前进键"},
 }};
 
-// The virtual key of a physical key, by the kernel's number. A key outside the vocabulary gets a number of
-// its own from UnnamedKeys on, which has no name.
+// The virtual key of a physical key, by the kernel's number. A key outside the table gets a number of its
+// own from UnnamedKeys on, which has no name.
 constexpr int UnnamedKeys = 0x100;
 int VirtualKeyFromEvdev(int evdev);

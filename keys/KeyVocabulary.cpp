@@ -12,11 +12,11 @@ MouseButtonTexts mouseNames;
 constexpr uint8_t KeypadEnter = 0x58;
 constexpr uint8_t Enter = 0x28;
 constexpr uint32_t ComboDelayMs = 10;
-// Devices in use hold this release of the key "F", and it is written as it was.
+// Devices in use hold this wrong release code of the key "F", so it is still written.
 constexpr uint8_t ComboF = 0x09;
 constexpr uint8_t ComboFRelease = 0x29;
 
-// How the bytes of a device are read where modifiers and keys share a code.
+// How a device's code that a modifier and a key share is read, by its kind.
 enum class Reading : uint8_t { Key, Modifier, Nothing };
 struct SharedCode {
     uint8_t code;
@@ -32,7 +32,7 @@ constexpr SharedCode SharedCodes[] = {
     {0x40, Reading::Modifier, Reading::Key, Reading::Key},
     {0x80, Reading::Modifier, Reading::Modifier, Reading::Modifier},
 };
-// A combination never shows the right Ctrl.
+// Combinations never name the right Ctrl.
 constexpr uint8_t ComboWithoutModifier = 0x10;
 
 Reading readingOf(int code, int kind)

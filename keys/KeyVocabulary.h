@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The conversions between the forms of a key: its name, which is what the pages work with, its code with
-// its kind, the same code as text, and the virtual key of a key source. A conversion gives the empty name
-// where there is none. All are total: any number and any text may come, since devices and files hold them.
-// Main thread, because the mouse buttons' names follow the language; pure but for these.
+// Conversions between the forms of a key: its name, with which the pages work, its code with its kind, the
+// same code as text, and the virtual key of a KeySource. The result is the empty name where there is none.
+// Any number and any text are accepted, since they come from devices and files. Main thread, because the
+// mouse buttons' names follow the language; otherwise pure.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
@@ -18,7 +18,7 @@ using MouseButtonTexts = std::array<QString, MouseButtonCount>;
 void SetMouseButtonNames(const MouseButtonTexts &names);
 const MouseButtonTexts &MouseButtonNames();
 
-// Nothing for a key that is to be ignored; the empty name stands for a key that does nothing.
+// No value for a key that is to be ignored, the empty name for a key without function.
 std::optional<QString> KeyNameFromVirtualKey(int virtualKey);
 // The same without the modifiers.
 QString GroupKeyNameFromVirtualKey(int virtualKey);
@@ -29,10 +29,10 @@ QString KeyNameFromCodeText(const QString &codeText, int kind);
 // For what a device holds: the kind matters only where a modifier and a key have the same code.
 QString KeyNameFromCode(int code, int kind);
 QString MouseNameFromBit(int bit);
-// The same as KeyNameFromCode but for the modifiers, whose side it does not say.
+// Like KeyNameFromCode, but the names of modifiers leave out their side.
 QString ComboNameFromCode(int code, int kind);
 
-// Code text and kind digit; empty for a name that is none.
+// Code text and kind digit; empty for an unknown name.
 QStringList KeyNameToCodeText(const QString &name);
 
 // Kind and code of one event; an unknown name gives a key with code 0. An index outside the block does

@@ -11,9 +11,9 @@
 namespace
 {
 
-// A device that is pulled in the course of a search looks like one that does not answer, and two of them like
-// duplicates. Whoever answered by name was there.
-void dropWhatHasGone(std::vector<DeviceAllInfo> &devices)
+// A device that is unplugged during the search does not answer and would be listed as unknown, and two of
+// them as duplicates. Only devices that were identified need no second look.
+void dropUnplugged(std::vector<DeviceAllInfo> &devices)
 {
     const auto isUnknown = [unknown = unknownIndex()](const DeviceAllInfo &device) {
         return device.DriveIndex == unknown;
@@ -41,7 +41,7 @@ DeviceScan scanDevices()
         else if (identifyDevice(device) != DeviceMatch::LeftOut)
             scan.devices.push_back(device);
     }
-    dropWhatHasGone(scan.devices);
+    dropUnplugged(scan.devices);
     for (DeviceAllInfo &device : scan.devices) {
         scan.tally.count(device);
         refreshDevice(device);

@@ -1,19 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// One search for devices with all its questions. Devices take their time to answer, so it runs off the
-// main thread and its result is a value.
+// One search for devices, with the questions to each. It blocks for as long as devices take to answer, so it
+// runs off the main thread and returns a value.
 #pragma once
 
-#include "selection/AttachedList.h"
+#include "selection/LinkTally.h"
 
 #include <QStringList>
 
 struct DeviceScan {
-    uint64_t generation; // grows with each search that begins, so that an older result can be told
+    uint64_t
+        generation; // counts the searches in the order of their start, so that an older result can be dropped
     std::vector<DeviceAllInfo> devices;
-    LinkTally tally;     // of the devices as they were found, before their second question
-    QStringList refused; // the nodes that keep this user out; nothing can be known of their devices
+    LinkTally tally;     // of the devices as first identified, before they are refreshed
+    QStringList refused; // nodes that this user may not open; their devices are not identified
 };
 
 DeviceScan scanDevices();

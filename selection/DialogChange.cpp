@@ -12,7 +12,6 @@
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
-#include "selection/AttachedDevices.h"
 #include "ui_DialogChange.h"
 
 #include <QPointer>
@@ -21,9 +20,9 @@
 namespace
 {
 
-QPointer<DialogChange> thePage; // main thread
+QPointer<DialogChange> thePage; // read on the main thread only
 
-// What other threads hand over to the main thread goes through an object that outlives every page.
+// The receiver of what other threads pass to the main thread; it outlives every page.
 QObject *mainThread()
 {
     static QObject *const object = new QObject;
@@ -32,13 +31,6 @@ QObject *mainThread()
 
 QString homeText(const char *key, int index) { return language::text(language::Section::home, key, index); }
 
-void replaceIn(std::vector<DeviceAllInfo> &list, const DeviceAllInfo &device)
-{
-    for (DeviceAllInfo &entry : list)
-        if (entry.DevicePath == device.DevicePath)
-            entry = device;
-}
-
 } // namespace
 
 DialogChange::DialogChange(QWidget *parent)
@@ -46,6 +38,7 @@ DialogChange::DialogChange(QWidget *parent)
     , ui(std::make_unique<Ui::DialogChange>())
     , pictures_(style::pictureFolder(QStringLiteral("DialogChange")))
     , board_((ui->setupUi(this), ui->stackedWidget), pictures_)
+    , click_(this, attached_)
 {
     applyStyle();
     connectSignals();
@@ -90,8 +83,7 @@ void DialogChange::connectSignals()
     connect(hub, SIGNAL(SigLanguageSameA(int)), this, SLOT(SlotSameLanguageA(int)));
     connect(hub, SIGNAL(SigUpDateButton(bool)), this, SLOT(SlotUpDateButton(bool)));
     connect(hub, SIGNAL(SigEnterKey()), this, SLOT(SlotEnterKey()));
-    connect(hub, &PostMsg::SigChangeMainDialog, this, [this](int index) { leftAgain_ = index == 0; });
-    connect(ui->rightHint, &PermissionHint::rightsChanged, this, [this] {
+    connect(ui->permissionHint, &PermissionHint::permissionGranted, this, [this] {
         if (!isHidden())
             std::thread(&DialogChange::UsbChanged).detach();
     });
@@ -111,27 +103,29 @@ void DialogChange::UsbChanged()
         Qt::QueuedConnection);
 }
 
-// While the device page shows, its own watch follows the devices; coming back asks anew.
+// Drops results while the device page shows, which has a watch of its own; the return to this page starts a
+// search.
 void DialogChange::take(const DeviceScan &scan)
 {
     if (scan.generation < takenGeneration_ || isHidden())
         return;
     takenGeneration_ = scan.generation;
-    ui->rightHint->setNodes(scan.refused);
+    ui->permissionHint->setNodes(scan.refused);
     SlotUpDateButton(RegistryStore::instance()
                          .value(registry::BaseGroup, QString::fromLatin1(registry::UpdateFailInfo))
                          .isEmpty());
     rebuild(scan);
-    // What the upgrade offers depends on what is attached.
+    // The offers of the upgrade dialog depend on the attached devices.
     if (UpgradeDialogOpen && !UpdateBusy)
         emit PostMsg::instance()->SigRepairCheckUpdate();
 }
 
 void DialogChange::rebuild(const DeviceScan &scan)
 {
-    AttachedDevices = AttachedDevicesCopy = scan.devices;
-    const bool duplicates = scan.tally.settle(AttachedDevices, unknownIndex());
-    if (!AttachedDevices.empty() && !duplicates) {
+    std::vector<DeviceAllInfo> tiles = scan.devices;
+    const bool duplicates = scan.tally.settle(tiles, unknownIndex());
+    attached_.set(scan.devices, std::move(tiles));
+    if (!attached_.tiles().empty() && !duplicates) {
         showCarousel();
         return;
     }
@@ -141,7 +135,7 @@ void DialogChange::rebuild(const DeviceScan &scan)
         warnOfDuplicates();
 }
 
-// A search that ends while the notice stands needs no second one.
+// A search that ends while the notice is open opens no second one.
 void DialogChange::warnOfDuplicates()
 {
     if (warning_)
@@ -166,7 +160,7 @@ void DialogChange::showCarousel()
     ui->label->hide();
     ui->label_2->hide();
     ui->label_3->show();
-    board_.build(AttachedDevices);
+    board_.build(attached_.tiles());
     for (const TileBoard::Tile &tile : board_.tiles()) {
         connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()), Qt::UniqueConnection);
         connect(tile.button, &mytoolButtonEnter::entered, this, &DialogChange::refreshTile,
@@ -174,11 +168,11 @@ void DialogChange::showCarousel()
     }
     orderTabs();
     ui->stackedWidget->show();
-    ui->RightButton->setVisible(AttachedDevices.size() > 3);
+    ui->RightButton->setVisible(attached_.tiles().size() > 3);
     ui->LeftButton->hide();
 }
 
-// The tab key goes as the eye does: arrow, tiles, arrow.
+// The tab order follows the layout: left arrow, tiles, right arrow.
 void DialogChange::orderTabs()
 {
     QWidget *before = ui->LeftButton;
@@ -189,13 +183,13 @@ void DialogChange::orderTabs()
     setTabOrder(before, ui->RightButton);
 }
 
-// The pointer may wander over many tiles while a silent one is still being asked, so each question has a
-// thread of its own and nobody waits for it.
+// The pointer may cross further tiles while a silent device is still being asked, so each question has a
+// detached thread of its own.
 void DialogChange::refreshTile(int index)
 {
-    if (index < 0 || index >= int(AttachedDevices.size()))
+    if (index < 0 || index >= int(attached_.tiles().size()))
         return;
-    std::thread([device = AttachedDevices[std::size_t(index)]]() mutable {
+    std::thread([device = attached_.tiles()[std::size_t(index)]]() mutable {
         refreshDevice(device);
         QMetaObject::invokeMethod(
             mainThread(),
@@ -209,11 +203,8 @@ void DialogChange::refreshTile(int index)
 
 void DialogChange::takeRefreshed(const DeviceAllInfo &device)
 {
-    replaceIn(AttachedDevices, device);
-    replaceIn(AttachedDevicesCopy, device);
-    for (std::size_t i = 0; i < AttachedDevices.size(); ++i)
-        if (AttachedDevices[i].DevicePath == device.DevicePath)
-            board_.show(int(i), device);
+    attached_.update(device);
+    board_.refresh(device);
 }
 
 // ---- Buttons ------------------------------------------------------------------------------------
@@ -226,7 +217,7 @@ void DialogChange::on_MinButton_clicked() { emit PostMsg::instance()->SigChangeS
 
 void DialogChange::on_CloseButton_clicked() { emit PostMsg::instance()->SigChangeSize(1); }
 
-// With three pages or more the arrows never show both ways at once.
+// With three pages or more only one of the two arrows is ever visible.
 void DialogChange::on_RightButton_clicked()
 {
     ui->label_2->hide();
@@ -251,13 +242,19 @@ void DialogChange::on_LeftButton_clicked()
     ui->stackedWidget->setCurrentIndex(page - 1);
 }
 
+void DialogChange::slotButtonClicked()
+{
+    if (const auto *tile = qobject_cast<mytoolButtonEnter *>(sender()))
+        click_.open(tile->deviceIndex());
+}
+
 void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }
 
-// Who has plugged a device in is not asked to do so.
+// A device without permission is plugged in already, so the prompt does not ask for one.
 void DialogChange::SlotUpDateButton(bool IsHide)
 {
     ui->Repair->setVisible(!IsHide);
-    ui->label_2->setText(!IsHide ? repairDevice_ : ui->rightHint->isNeeded() ? notOpen_ : pleaseEnter_);
+    ui->label_2->setText(!IsHide ? repairDevice_ : ui->permissionHint->isNeeded() ? notOpen_ : pleaseEnter_);
 }
 
 void DialogChange::SlotEnterKey()
@@ -302,7 +299,7 @@ void DialogChange::SlotAllLanguage(int index)
     newVersion_ = homeText("NewVerTips", index);
     pairTips_ = homeText("PairTips_z", index);
     dialogOffline_ = language::text(language::Section::infoTips, "DialogOffline", index);
-    ui->rightHint->setLanguage(index);
+    ui->permissionHint->setLanguage(index);
     SlotUpDateButton(ui->Repair->isHidden());
     ui->label_3->setText(homeText("ClickIn", index));
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));

@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// DialogChange: the selection page. It shows a tile for each attached device, refuses to go on with two
-// identical ones, and decides what a click on a tile means. The devices are asked on the layer's hot-plug
-// thread; the page itself lives on the main thread and takes the results there, the latest one winning.
+// DialogChange: the selection page. It shows a tile for each attached device and refuses to go on with two
+// identical ones. The devices are searched for on the layer's hot-plug thread; the page lives on the main
+// thread, takes the results there and drops those that are older than the last one taken.
 #pragma once
 
+#include "device/AttachedDevices.h"
 #include "selection/DeviceScan.h"
 #include "selection/TileBoard.h"
+#include "selection/TileClick.h"
 
 #include <QWidget>
 #include <memory>
@@ -28,8 +30,9 @@ public:
     // The hot-plug callback of this page, for StartUsbChanged.
     static void UsbChanged();
 
-    // Decides for the one device attached, unless it is on its cable, as a click on it when silent would.
-    void askOnlyDevice();
+    const AttachedDevices &attached() const { return attached_; }
+    // Opens the only attached receiver as if its off-line tile were clicked; ignores cables.
+    void openOnlyReceiver() { click_.openOnlyReceiver(); }
 
 public slots:
     void WindowClosedA();
@@ -64,18 +67,14 @@ private:
     void orderTabs();
     void refreshTile(int index);
     void takeRefreshed(const DeviceAllInfo &device);
-    void openDevice(int index);
-    void enterDevice(const DeviceAllInfo &device);
-    bool asksOfflineTile(int index) const;
-    // True when the device's pages are where it goes on.
-    bool settleOfflineTile(const DeviceAllInfo &device);
 
     std::unique_ptr<Ui::DialogChange> ui;
     QString pictures_;
     TileBoard board_;
+    AttachedDevices attached_;
+    TileClick click_;
     uint64_t takenGeneration_ = 0;
-    bool warning_ = false;
-    bool leftAgain_ = false; // the device page was left while a click still waited for it
+    bool warning_ = false; // the notice of duplicates is open
     QString pleaseEnter_;
     QString repairDevice_;
     QString notOpen_;

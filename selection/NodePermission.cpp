@@ -24,7 +24,7 @@ bool kernelRefuses(const QString &path)
 
 std::atomic<NodeProbe> probeInUse{&kernelRefuses};
 
-// Where udev looks for rules, the first one winning.
+// For tests; empty stands for udev's own folders.
 QStringList &rulesFolders()
 {
     static QStringList folders;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Whether this user may use the node of a device, and if not, what is missing and which command adds it.
-// The layer lists a node that it may not open like any other; asked, such a device would only seem silent.
-// Any thread; nothing here opens a node.
+// Whether this user may open the node of a device, and if not, what is missing and which command adds it. The
+// layer lists a node without permission like any other, and its device would seem not to answer. Any thread;
+// no function opens a node.
 #pragma once
 
 #include <QString>
@@ -12,13 +12,13 @@
 // The rules by which udev opens the devices of the catalogue to the user, as they are installed.
 constexpr char RulesFileName[] = "70-morlen.rules";
 
-// True when the node is there and keeps this user out. Only what lies below /dev/ is a node.
+// True when the node exists and this user may not read and write it. Paths outside /dev/ are no nodes.
 bool isRefused(const QString &path);
 
 enum class PermissionLack : uint8_t {
-    NoRules,     // udev does not know the devices
-    OldRules,    // those of another version, which may not know the device
-    NotInEffect, // the rules came after the node
+    NoRules,     // udev has no rules for the devices
+    OldRules,    // rules of another version of the program, which may lack the device
+    NotInEffect, // the rules were installed after the node was made
     NotInGroup,  // the node belongs to a group that this user is not in
 };
 
@@ -29,8 +29,8 @@ struct NodeRemedy {
 };
 NodeRemedy nodeRemedy(const QString &path);
 
-// Others in the place of the kernel's answer and of udev's folders, for tests; null and an empty list restore
-// them. Before a search begins.
+// Replace the kernel's answer and udev's folders, for tests; null and an empty list restore them. To be
+// called before a search begins.
 using NodeProbe = bool (*)(const QString &path);
 void setNodeProbe(NodeProbe probe);
 void setRulesFolders(const QStringList &folders);

@@ -15,12 +15,12 @@
 namespace
 {
 
-// Where the command stands: one line goes with the button's text.
+// The command's place, by the number of its lines.
 constexpr QRect OneLine{52, 92, 704, 32};
 constexpr QRect TwoLines{52, 84, 704, 48};
-constexpr int CommandEdges = 16; // left and right of its text
+constexpr int CommandEdges = 16; // left and right padding of its text
 
-// By what is missing.
+// By PermissionLack.
 constexpr const char *LackKeys[] = {"PermissionNoRules", "PermissionOldRules", "PermissionNotInEffect",
                                     "PermissionNotInGroup"};
 
@@ -49,7 +49,7 @@ PermissionHint::PermissionHint(QWidget *parent) : QFrame(parent), ui(std::make_u
     ui->setupUi(this);
     applyStyle();
     hide();
-    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &PermissionHint::look);
+    connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &PermissionHint::checkNodes);
     connect(ui->hintCopy, &QToolButton::clicked, this, &PermissionHint::copyCommand);
 }
 
@@ -58,7 +58,7 @@ PermissionHint::~PermissionHint() = default;
 void PermissionHint::applyStyle()
 {
     const QString pictures = style::pictureFolder(QStringLiteral("DialogChange"));
-    setStyleSheet(style::areaPicture(pictures, QStringLiteral("rightHint"), QStringLiteral("Hint.png")));
+    setStyleSheet(style::areaPicture(pictures, QStringLiteral("permissionHint"), QStringLiteral("Hint.png")));
     ui->hintSign->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Locked.png")));
     ui->hintTitle->setStyleSheet(style::label(style::color("LabelColor")));
     ui->hintText->setStyleSheet(style::label(style::color("LinEditColorSecond")));
@@ -68,29 +68,29 @@ void PermissionHint::applyStyle()
         style::textButton(pictures, style::color("ButtonColor"), QStringLiteral("Copy")));
 }
 
-// The folder is watched, since a node that refuses to be read refuses to be watched as well.
+// Watches the folder, since a node that may not be read may not be watched either.
 void PermissionHint::setNodes(const QStringList &refused)
 {
     nodes_ = refused;
-    told_ = false;
+    announced_ = false;
     if (!watcher_.directories().isEmpty())
         watcher_.removePaths(watcher_.directories());
     for (const QString &node : nodes_)
         watcher_.addPath(QFileInfo(node).path());
     writeTexts();
     setVisible(isNeeded());
-    look(); // the right may have come before the watch did
+    checkNodes(); // permission may have been granted before the watch began
 }
 
-void PermissionHint::look()
+void PermissionHint::checkNodes()
 {
-    if (told_)
+    if (announced_)
         return;
-    told_ = !std::all_of(nodes_.cbegin(), nodes_.cend(), isRefused);
-    if (told_)
-        emit rightsChanged();
+    announced_ = !std::all_of(nodes_.cbegin(), nodes_.cend(), isRefused);
+    if (announced_)
+        emit permissionGranted();
     else
-        writeTexts(); // another thing may be missing now
+        writeTexts(); // the reason for the refusal may have changed
 }
 
 void PermissionHint::setLanguage(int index)

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// PermissionHint: the card below the tiles that says which devices are attached but kept from this user, what
-// is missing, and the command that puts it right. It watches the nodes' folder for a right that comes without
-// the device being plugged in anew. Main thread.
+// PermissionHint: the card below the tiles that names the attached devices that this user may not open, what
+// is missing, and the command that adds it. It watches the nodes' folder, since permission may be granted
+// without the device being plugged in again. Main thread.
 #pragma once
 
 #include <QFileSystemWatcher>
@@ -23,24 +23,24 @@ public:
     explicit PermissionHint(QWidget *parent = nullptr);
     ~PermissionHint() override;
 
-    // The nodes that refuse this user; without any the card goes.
+    // The nodes that refuse this user; an empty list hides the card.
     void setNodes(const QStringList &refused);
     bool isNeeded() const { return !nodes_.isEmpty(); }
     void setLanguage(int index);
 
 signals:
-    // One of the nodes no longer refuses. Once for each setNodes().
-    void rightsChanged();
+    // One of the nodes no longer refuses. Emitted once for each setNodes().
+    void permissionGranted();
 
 private:
     void applyStyle();
     void copyCommand();
-    void look();
+    void checkNodes();
     void writeTexts();
 
     std::unique_ptr<Ui::PermissionHint> ui;
     QFileSystemWatcher watcher_;
     QStringList nodes_;
     int language_ = 0;
-    bool told_ = false;
+    bool announced_ = false;
 };

@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "selection/TileBoard.h"
 
+#include "catalogue/DeviceKinds.h"
 #include "device/DeviceSearch.h"
+#include "presentation/ModelPicture.h"
 #include "presentation/StyleSheets.h"
-#include "selection/AttachedList.h"
 
 #include <QStackedWidget>
 #include <algorithm>
@@ -33,6 +34,14 @@ constexpr TilePlace Places[TilesOnPage][TilesOnPage] = {
 
 } // namespace
 
+QString tilePicture(bool unknown, bool online, int mid)
+{
+    if (unknown)
+        return QStringLiteral("Unknow.png");
+    const QString stem = online ? QStringLiteral("OnLine") : QStringLiteral("DisOnlin");
+    return stem + QString::number(pictureNumber(mid)) + QStringLiteral(".png");
+}
+
 TileBoard::TileBoard(QStackedWidget *tileStack, const QString &pictures)
     : stack_(tileStack), folder_(pictures)
 {
@@ -43,8 +52,7 @@ void TileBoard::clear() { dropPagesFrom(0); }
 void TileBoard::dropPagesFrom(int first)
 {
     const auto tiles = std::min(all_.size(), std::size_t(first * TilesOnPage));
-    all_.resize(tiles);
-    links_.resize(tiles);
+    all_.erase(all_.begin() + std::ptrdiff_t(tiles), all_.end());
     while (stack_->count() > first) {
         QWidget *page = stack_->widget(first);
         stack_->removeWidget(page);
@@ -58,7 +66,8 @@ bool TileBoard::pageFits(const std::vector<DeviceAllInfo> &devices, int first, i
     const int tiles = qMin(TilesOnPage, int(all_.size()) - first);
     for (int i = first; tiles == count && i < first + count; ++i) {
         const DeviceAllInfo &device = devices[std::size_t(i)];
-        if (links_[std::size_t(i)].wired != device.Usb || links_[std::size_t(i)].kind != device.DeviceKind)
+        const Tile &tile = all_[std::size_t(i)];
+        if (tile.wired != device.Usb || tile.kind != device.DeviceKind)
             return false;
     }
     return tiles == count;
@@ -76,7 +85,7 @@ void TileBoard::build(const std::vector<DeviceAllInfo> &devices)
             addPage(devices, first, count);
         }
         for (int i = first; i < first + count; ++i)
-            show(i, devices[std::size_t(i)]);
+            show(all_[std::size_t(i)], i, devices[std::size_t(i)]);
     }
     dropPagesFrom((total + TilesOnPage - 1) / TilesOnPage);
     stack_->setCurrentIndex(0);
@@ -93,12 +102,11 @@ void TileBoard::addPage(const std::vector<DeviceAllInfo> &devices, int first, in
         tile.link->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
         tile.badge->setGeometry({{place.badgeX, BadgeY}, BadgeSize});
         all_.push_back(tile);
-        links_.push_back({devices[std::size_t(first + i)].Usb, devices[std::size_t(first + i)].DeviceKind});
     }
     stack_->addWidget(page);
 }
 
-// Hidden; without a picture it stays empty.
+// The label starts hidden; without a picture it stays empty.
 QLabel *TileBoard::addLabel(QWidget *page, const QString &name, const QString &picture) const
 {
     auto *label = new QLabel(page);
@@ -117,24 +125,33 @@ TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInf
     button->setCursor(Qt::PointingHandCursor);
     button->setFocusPolicy(Qt::TabFocus);
     const QString link = device.Usb ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png");
-    const QString badge = rateBadge(device.DeviceKind);
-    const Tile tile{button, addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
+    const QString badge = QLatin1String(deviceKind(device.DeviceKind).badge);
+    const Tile tile{button,
+                    addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
                     addLabel(page, QStringLiteral("UsbWifi") + number, link),
-                    addLabel(page, QStringLiteral("Rate") + number, badge)};
+                    addLabel(page, QStringLiteral("Rate") + number, badge),
+                    device.DevicePath,
+                    device.Usb,
+                    device.DeviceKind};
     tile.offline->setToolTip(offlineTip_);
     tile.offline->setFont(offlineFont_);
     tile.badge->setVisible(!badge.isEmpty());
-    // The tile is one thing to click on; the off-line label alone has something to say.
+    // Clicks on these labels reach the button below; the off-line label keeps them, for its tool tip.
     tile.link->setAttribute(Qt::WA_TransparentForMouseEvents);
     tile.badge->setAttribute(Qt::WA_TransparentForMouseEvents);
     return tile;
 }
 
-void TileBoard::show(int index, const DeviceAllInfo &device)
+void TileBoard::refresh(const DeviceAllInfo &device)
 {
-    if (index < 0 || index >= int(all_.size()))
-        return;
-    const Tile &tile = all_[std::size_t(index)];
+    for (std::size_t i = 0; i < all_.size(); ++i)
+        if (all_[i].devicePath == device.DevicePath)
+            show(all_[i], int(i), device);
+}
+
+void TileBoard::show(Tile &tile, int index, const DeviceAllInfo &device)
+{
+    tile.devicePath = device.DevicePath;
     const bool unknown = device.DriveIndex == unknownIndex();
     const bool linked = unknown || device.Online;
     const QString sheet =

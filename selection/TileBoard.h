@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // TileBoard: the carousel's pages with up to three tiles each. A tile is a button under a link indicator,
-// an off-line label and a rate badge, whose object names end in the number of the device.
+// an off-line label and a rate badge, whose object names end in the number of the device. Main thread.
 #pragma once
 
 #include "device/record/DeviceAllInfo.h"
@@ -13,6 +13,9 @@
 
 class QStackedWidget;
 
+// "OnLine1.png" and the like; mid: the model's.
+QString tilePicture(bool unknown, bool online, int mid);
+
 class TileBoard
 {
 public:
@@ -21,31 +24,29 @@ public:
         QLabel *offline;
         QLabel *link;
         QLabel *badge;
+        QString devicePath;
+        bool wired;    // the link of the device when the tile was built, which chose the indicator
+        uint16_t kind; // its kind at that time, which chose the badge
     };
 
     // Builds its pages into `stack`, which owns them.
     TileBoard(QStackedWidget *stack, const QString &pictures);
 
     void clear();
-    // Pages whose tiles differ in nothing but their pictures stay as they are.
+    // One tile for each device. Keeps the pages whose devices have the same links and kinds as before.
     void build(const std::vector<DeviceAllInfo> &devices);
-    // What a tile shows follows its device.
-    void show(int index, const DeviceAllInfo &device);
-    // Of the tiles there are and of those to come.
+    // Shows the state of the device on its tile, if it has one.
+    void refresh(const DeviceAllInfo &device);
+    // For the present tiles and for those built later.
     void setOfflineTip(const QString &tip, const QFont &font);
     const std::vector<Tile> &tiles() const { return all_; }
 
 private:
-    // What a tile shows once and for all.
-    struct Link {
-        bool wired;
-        uint16_t kind;
-    };
-
     bool pageFits(const std::vector<DeviceAllInfo> &devices, int first, int count) const;
     void dropPagesFrom(int page);
     void addPage(const std::vector<DeviceAllInfo> &devices, int first, int count);
     QLabel *addLabel(QWidget *page, const QString &name, const QString &picture) const;
+    void show(Tile &tile, int index, const DeviceAllInfo &device);
     Tile makeTile(QWidget *page, int index, const DeviceAllInfo &device);
 
     QStackedWidget *stack_;
@@ -53,5 +54,4 @@ private:
     QString offlineTip_;
     QFont offlineFont_;
     std::vector<Tile> all_;
-    std::vector<Link> links_; // of the tiles
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/SensorRate.h"
 
+#include "catalogue/DeviceKinds.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
@@ -14,10 +15,11 @@ namespace
 {
 
 struct LevelRow {
+    int kHz;       // the fastest rate of the device
     bool shows[3]; // 2000, 4000, 8000
 };
 constexpr LevelRow LevelRows[] = {
-    {{false, false, false}}, {{true, true, false}}, {{true, false, false}}, {{true, true, true}}};
+    {1, {false, false, false}}, {4, {true, true, false}}, {2, {true, false, false}}, {8, {true, true, true}}};
 constexpr int FirstFastRate = 4;
 
 } // namespace
@@ -30,22 +32,12 @@ int rateIndexOf(int code)
     return -1;
 }
 
-int rateLevelOf(int deviceKind)
+int rateLevelOf(int code)
 {
-    switch (deviceKind) {
-    case Receiver1K:
-    case 2:
-        return 0;
-    case Receiver4K:
-        return 1;
-    case Receiver2K:
-        return 2;
-    case 3:
-    case Receiver8K:
-        return 3;
-    default:
-        return -1;
-    }
+    for (std::size_t i = 0; i < std::size(LevelRows); ++i)
+        if (LevelRows[i].kHz == deviceKind(code).kHz)
+            return int(i);
+    return -1;
 }
 
 SensorRate::SensorRate(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::SensorRate>())

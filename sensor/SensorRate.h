@@ -36,7 +36,7 @@ constexpr int Rate1000 = 3;
 // Index into RateRows, or -1.
 int rateIndexOf(int code);
 // Which fast rates a kind of device can do: 0 none, 1 up to 4000, 2 up to 2000, 3 all; -1 for other kinds.
-int rateLevelOf(int deviceKind);
+int rateLevelOf(int code);
 
 class SensorRate : public QFrame
 {

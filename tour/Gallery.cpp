@@ -13,7 +13,6 @@
 #include "presentation/dialogs/FireKey.h"
 #include "presentation/dialogs/GroupKey.h"
 #include "presentation/dialogs/addKey.h"
-#include "selection/AttachedDevices.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
 #include "tour/Windows.h"
@@ -37,7 +36,7 @@ std::unique_ptr<NoticeWindow> updateWarning()
     return warning;
 }
 
-// A key dialog with keys that were pressed, by their virtual keys.
+// A key dialog and the virtual keys to press in it.
 template <typename Dialog> Maker withKeys(std::vector<int> keys)
 {
     return [keys = std::move(keys)] {
@@ -70,7 +69,7 @@ const std::pair<const char *, Maker> Notices[] = {
     {"AddDelayTime", maker<AddDelayTime>()},
 };
 
-// The button that is clicked after a row has been opened; without one the functions alone.
+// The button to click after a row has been opened; null for none.
 const std::pair<const char *, const char *> BindingPanels[] = {
     {"", "binding-functions"},    {"DPI_12", "binding-media"},    {"DPI_4", "binding-locks"},
     {"DPI_9", "binding-lights"},  {"DPI_11", "binding-sideways"}, {"DPI_7", "binding-dpi"},
@@ -89,7 +88,7 @@ Gallery::Gallery(QWidget &shown, const QString &folder) : window_(shown), screen
     QDir().mkpath(folder);
 }
 
-// A notice alone, or the window with what stands in front of it.
+// A picture of the notice alone, or of the window with everything in front of it.
 void Gallery::save(const QString &name) const
 {
     const NoticeWindow *notice = windows::shown<NoticeWindow>();
@@ -100,7 +99,7 @@ void Gallery::save(const QString &name) const
         .save(screens_.filePath(name + QStringLiteral(".png")));
 }
 
-// What was painted has reached the screen, and the pointer's hover has settled.
+// Waits until the painting has reached the screen and hover effects have ended.
 void Gallery::shoot(const char *name)
 {
     const auto since = std::make_shared<QElapsedTimer>();
@@ -130,7 +129,8 @@ void Gallery::plugScene(const Scene &scene)
     script_.step(
         scene.name, [] { return true; }, [this, scene] { plug(scene.devices); });
     script_.step(scene.name, [count] {
-        return AttachedDevices.size() == count && (count == 0) == !windows::visible(QStringLiteral("btn0"));
+        return windows::attached().size() == count &&
+               (count == 0) == !windows::visible(QStringLiteral("btn0"));
     });
 }
 
@@ -140,7 +140,7 @@ void Gallery::shootScene(const Scene &scene)
     shoot(scene.name);
 }
 
-// The hint for a node that a stock system would keep from the user, with an installed program.
+// The hint of an installed program for a node that the user may not open.
 void Gallery::shootPermissionHint(const Scene &scene)
 {
     const auto hint = [this] { return window_.findChild<PermissionHint *>(); };
@@ -163,7 +163,7 @@ void Gallery::shootPermissionHint(const Scene &scene)
         });
 }
 
-// One page of a device, and what `more` shoots there; the way back leads to the tiles.
+// One page of a device, with the pictures that `more` takes there; ends on the selection page.
 void Gallery::shootDevicePage(const Scene &scene, const QString &button, const std::function<void()> &more)
 {
     const QString plugName = QLatin1String(scene.devices);
@@ -171,7 +171,7 @@ void Gallery::shootDevicePage(const Scene &scene, const QString &button, const s
         scene.name, [] { return true; }, [this, scene] { plug(scene.devices); });
     script_.step(
         scene.name,
-        [plugName] { return AttachedDevices.size() == 1 && windows::visible(windows::tileOf(plugName)); },
+        [plugName] { return windows::attached().size() == 1 && windows::visible(windows::tileOf(plugName)); },
         [plugName] { windows::click(windows::tileOf(plugName)); });
     script_.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
     script_.step("loaded", [] { return DataLoaded && !windows::shown<UpDataParam>(); });
@@ -234,7 +234,7 @@ QString Gallery::run()
         shootDevicePage(scene, QStringLiteral("Advanced"));
     for (const Scene &scene : {Scene{"binding-6", "r1"}, {"binding-8", "r3"}, {"binding-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("ButtonMain"));
-    // The model with the most buttons shows what each of them can open.
+    // The model with the most buttons shows every dialog of the binding page.
     shootDevicePage({"binding-7", "r2"}, QStringLiteral("ButtonMain"), [this] {
         for (const auto &[opener, name] : BindingPanels)
             shootPanel(opener, name);

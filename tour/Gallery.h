@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Gallery: saves a picture of every state of the selection page, of the device page and of each notice,
-// each under a name of its own. It wants the bus of an emulator with gallery.scenario. Main thread.
+// each under a name of its own. It needs an emulator that runs gallery.scenario. Main thread.
 #pragma once
 
 #include "tour/Script.h"
@@ -15,13 +15,13 @@ class Gallery
 public:
     Gallery(QWidget &window, const QString &folder);
 
-    // The empty text, or the step that did not come.
+    // Empty on success, else the name of the step that timed out.
     QString run();
 
 private:
     struct Scene {
         const char *name;
-        const char *devices; // to be plugged, with a blank between
+        const char *devices; // to be plugged in, separated by blanks
     };
 
     void plug(const char *devices);

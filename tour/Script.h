@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Script: drives the real windows step by step. A step waits until its condition holds and then acts. The
-// condition is looked at from a timer and the action has a stack of its own, so that a script goes on
-// while an action stands in a modal dialog. Main thread.
+// Script: drives the real windows step by step. A step waits until its condition holds and then acts. A
+// timer checks the condition and the action runs in a nested call, so the script continues while an action is
+// inside a modal dialog. Main thread.
 #pragma once
 
 #include <QApplication>
@@ -26,7 +26,7 @@ public:
         return *this;
     }
 
-    // Runs all steps; the empty text on success, else the name of the step that did not come within
+    // Runs all steps; empty on success, else the name of the step whose condition did not hold within
     // `stepTimeoutMs`.
     QString run(int stepTimeoutMs = 20000)
     {
@@ -60,7 +60,7 @@ private:
             giveUp();
         }
     }
-    // A modal dialog that nobody will answer any more would keep run() from returning.
+    // run() could not return while a modal dialog of an abandoned step is open.
     void giveUp()
     {
         loop_.quit();
@@ -69,7 +69,7 @@ private:
             QTimer::singleShot(50, this, [this] { giveUp(); });
         }
     }
-    // The next step is looked at once this action has begun; it may not have returned by then.
+    // The next step is checked as soon as this action has begun, which may not have returned by then.
     void act(Action action)
     {
         acting_ = true;

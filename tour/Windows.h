@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Finding and using the controls of the program's windows by their object names, for whoever drives the
-// real program. Main thread.
+// Finds and uses the controls of the program's windows by their object names, for programs that drive the
+// real one. Main thread.
 #pragma once
 
-#include "selection/AttachedDevices.h"
+#include "selection/DialogChange.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -17,7 +17,7 @@ namespace windows
 template <typename Control = QWidget> Control *visible(const QString &name)
 {
     if (name.isEmpty())
-        return nullptr; // to Qt it would be any name
+        return nullptr; // findChildren() takes an empty name for any
     for (QWidget *const top : QApplication::topLevelWidgets())
         if (top->isVisible())
             for (Control *const control : top->findChildren<Control *>(name))
@@ -26,7 +26,7 @@ template <typename Control = QWidget> Control *visible(const QString &name)
     return nullptr;
 }
 
-// The top-level window of that class that shows, or null.
+// The visible top-level window of that class, or null.
 template <typename Window> Window *shown()
 {
     for (QWidget *const top : QApplication::topLevelWidgets())
@@ -48,13 +48,23 @@ inline bool isChecked(const QString &name)
     return button && button->isChecked();
 }
 
+// The devices that have a tile on the selection page; empty before the page is built.
+inline std::vector<DeviceAllInfo> attached()
+{
+    for (const QWidget *const top : QApplication::topLevelWidgets())
+        if (const auto *const page = top->findChild<DialogChange *>())
+            return page->attached().tiles();
+    return {};
+}
+
 // The tile of the attached device whose path holds this text; empty without one.
 inline QString tileOf(const QString &pathPart)
 {
     if (pathPart.isEmpty())
-        return {}; // which any path holds
-    for (std::size_t i = 0; i < AttachedDevices.size(); ++i)
-        if (AttachedDevices[i].DevicePath.contains(pathPart))
+        return {}; // any path contains it
+    const std::vector<DeviceAllInfo> devices = attached();
+    for (std::size_t i = 0; i < devices.size(); ++i)
+        if (devices[i].DevicePath.contains(pathPart))
             return QStringLiteral("btn%1").arg(i);
     return QString();
 }

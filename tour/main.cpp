@@ -1,14 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// morlen-tour: the real program, led through its two roads on an emulated bus: a tile to a loaded device
-// page, a click to a changed byte in the mouse's flash, the same click with the radio off, and back.
+// morlen-tour: drives the real program on an emulated bus: it opens a tile and waits for the loaded device
+// page, clicks a report rate and checks the byte in the mouse's flash, clicks again with the radio off, and
+// returns.
 //
 //   morlen-tour --screens FOLDER      with HIDUSB_BUS naming the folder of a running mouse-emulator
 //
 //   morlen-tour --gallery FOLDER      the same, with an emulator on gallery.scenario
 //
-// Saves a picture of each step, or of each state that the windows have. Ends with 0 when every step came.
+// Saves a picture of each step, or of each state of the windows. Exits with 0 when every step succeeded.
 #include "app/DialogMain.h"
 #include "app/StartUp.h"
 #include "device/DeviceState.h"
@@ -55,7 +56,7 @@ private:
     Script script_;
 };
 
-// The windows are drawn before the picture is taken, and the pointer's hover has settled.
+// Takes the picture after the windows are drawn and hover effects have ended.
 void Tour::shoot(const char *name)
 {
     const auto settled = std::make_shared<QElapsedTimer>();
@@ -69,7 +70,7 @@ void Tour::shoot(const char *name)
             const QString file = screens_.filePath(QStringLiteral("%1-%2.png")
                                                        .arg(++pictures_, 2, 10, QLatin1Char('0'))
                                                        .arg(QLatin1String(name)));
-            const QRect area = window_.frameGeometry(); // with what stands in front of it
+            const QRect area = window_.frameGeometry(); // with everything in front of it
             QGuiApplication::primaryScreen()
                 ->grabWindow(0, area.x(), area.y(), area.width(), area.height())
                 .save(file);
@@ -96,7 +97,7 @@ bool Tour::flashByteIs(const char *value)
 void Tour::enterDevice()
 {
     const auto tilesAreThere = [] {
-        return AttachedDevices.size() == 4 && windows::visible(QStringLiteral("btn0"));
+        return windows::attached().size() == 4 && windows::visible(QStringLiteral("btn0"));
     };
     script_.step("tiles", tilesAreThere);
     shoot("selection");
@@ -174,7 +175,7 @@ int main(int argc, char *argv[])
     }
     DialogMain window;
     scaleFontsToScreen(&window);
-    // A place of its own keeps the pictures alike; the pointer in the corner hovers over nothing.
+    // A fixed position keeps the pictures equal; in the corner the pointer hovers over no control.
     window.move(100, 80);
     QCursor::setPos(0, 0);
     window.show();

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// DeviceAllInfo: what the program knows of one attached device. A plain value; the selected device's
+// DeviceAllInfo: one attached device. A plain value; the selected device's
 // copy is kept by SelectedDevice.
 #pragma once
 
+#include "catalogue/DeviceKinds.h"
 #include "device/hidusb/DeviceRecords.h"
 
 #include <QByteArray>
@@ -16,36 +17,14 @@ struct DeviceAllInfo {
     QString Pid;        // as written in the catalogue
     uint8_t Cid = 0;
     uint8_t Mid = 0;
-    uint16_t DeviceKind = 0;
-    int32_t DriveIndex = 0; // zero-based catalogue position; DeviceTotal for an unknown device
-    bool Online = false;    // the mouse answers now
-    bool Usb = false;       // connected by cable
-    QString DongleVersion;  // of the connected interface, such as "v1.0A"
-    QString MouseVersion;   // read from the mouse, same form
-    QByteArray UsbAddress;  // three bytes, address of the paired mouse; empty when unknown
+    uint16_t DeviceKind = 0; // a code of DeviceKinds, or another cable
+    int32_t DriveIndex = 0;  // zero-based catalogue position; DeviceTotal for an unknown device
+    bool Online = false;     // the mouse answers now
+    bool Usb = false;        // connected by cable
+    QString DongleVersion;   // of the connected interface, such as "v1.0A"
+    QString MouseVersion;    // read from the mouse, same form
+    QByteArray UsbAddress;   // three bytes, address of the paired mouse; empty when unknown
 };
-
-// The kinds that name a receiver; every other kind is a cable.
-enum DeviceKindCode : uint16_t { Receiver1K = 0, Receiver4K = 1, Receiver2K = 4, Receiver8K = 5 };
-
-inline bool isWiredKind(uint16_t deviceKind) { return (deviceKind & 0xFA) != 0; }
-
-// 1, 2, 4 or 8 for a receiver of that many kHz, 0 for a cable.
-inline int connectionKind(uint16_t deviceKind)
-{
-    switch (deviceKind) {
-    case Receiver1K:
-        return 1;
-    case Receiver2K:
-        return 2;
-    case Receiver4K:
-        return 4;
-    case Receiver8K:
-        return 8;
-    default:
-        return 0;
-    }
-}
 
 // "v" + major in decimal + "." + minor in two upper-case hexadecimal digits.
 inline QString versionText(uint32_t version)

@@ -9,7 +9,7 @@
 #include "emulator/Emulator.h"
 #include "environment/DataRoot.h"
 #include "presentation/Widgets.h"
-#include "selection/AttachedDevices.h"
+#include "selection/DialogChange.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -52,6 +52,11 @@ private:
     double longest = 0;
 };
 
+std::size_t attachedTo(const QWidget &window)
+{
+    return window.findChild<DialogChange *>()->attached().tiles().size();
+}
+
 bool waitForTiles(const QWidget &window, std::size_t count)
 {
     QEventLoop loop;
@@ -60,12 +65,12 @@ bool waitForTiles(const QWidget &window, std::size_t count)
     since.start();
     QObject::connect(&look, &QTimer::timeout, &loop, [&] {
         const auto shown = std::size_t(window.findChildren<mytoolButtonEnter *>().size());
-        if ((AttachedDevices.size() == count && shown == count) || since.elapsed() > LimitMs)
+        if ((attachedTo(window) == count && shown == count) || since.elapsed() > LimitMs)
             QTimer::singleShot(SettleMs, &loop, &QEventLoop::quit);
     });
     look.start(LookMs);
     loop.exec();
-    return AttachedDevices.size() == count;
+    return attachedTo(window) == count;
 }
 
 QList<QPointer<QObject>> tiles(const QWidget &window)

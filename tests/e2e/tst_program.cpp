@@ -164,7 +164,7 @@ private slots:
         program.open(QStringLiteral("r1"));
         program.order("unplug r1");
         program.expect("back on the selection page", [] {
-            return windows::visible(windows::tileOf(QStringLiteral("r2"))) && AttachedDevices.size() == 1;
+            return windows::visible(windows::tileOf(QStringLiteral("r2"))) && windows::attached().size() == 1;
         });
         program.order("plug r1");
         program.expect("tile again", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); });

@@ -45,12 +45,12 @@ bool showsTiles(int first, int count)
     return true;
 }
 
-bool promptAlone() { return AttachedDevices.empty() && windows::visible(QStringLiteral("label_2")); }
+bool promptAlone() { return windows::attached().empty() && windows::visible(QStringLiteral("label_2")); }
 
 bool onSelectionPage(std::size_t tiles)
 {
     const auto *stack = windows::visible(QStringLiteral("stackedWidget"));
-    return OnDevicePage == 0 && stack && AttachedDevices.size() == tiles;
+    return OnDevicePage == 0 && stack && windows::attached().size() == tiles;
 }
 
 } // namespace
@@ -138,7 +138,7 @@ private slots:
             for (int i = 0; i < Receivers; ++i) // in a row, without a look at what comes of each
                 QCOMPARE(program.bus.emulated.order("plug r" + std::to_string(i)), std::string("ok\n"));
         });
-        program.expect("three", [] { return AttachedDevices.size() == Receivers && showsTiles(0, 3); });
+        program.expect("three", [] { return windows::attached().size() == Receivers && showsTiles(0, 3); });
         for (const int first : {3, 6, 9}) {
             program.click("RightButton");
             program.expect("the next page", [first] { return showsTiles(first, first < 9 ? 3 : 1); });
@@ -148,10 +148,10 @@ private slots:
                    !windows::visible(QStringLiteral("RightButton"));
         });
         program.expect("each known and on line", [] {
-            return std::all_of(AttachedDevices.begin(), AttachedDevices.end(),
-                               [](const DeviceAllInfo &device) {
-                                   return device.Online && device.DriveIndex == device.Mid - 6;
-                               });
+            const std::vector<DeviceAllInfo> devices = windows::attached();
+            return std::all_of(devices.begin(), devices.end(), [](const DeviceAllInfo &device) {
+                return device.Online && device.DriveIndex == device.Mid - 6;
+            });
         });
         program.script.step("all out, as with a hub", always, [&] {
             for (int i = 0; i < Receivers; ++i)
@@ -205,7 +205,8 @@ private slots:
             return onSelectionPage(2) && windows::visible(Program::tile(QStringLiteral("r3")));
         });
         program.expect("the other model's tile", [] {
-            return std::any_of(AttachedDevices.begin(), AttachedDevices.end(),
+            const std::vector<DeviceAllInfo> devices = windows::attached();
+            return std::any_of(devices.begin(), devices.end(),
                                [](const DeviceAllInfo &device) { return device.Mid == 8; });
         });
         program.script.step("nothing written", always, [&] {

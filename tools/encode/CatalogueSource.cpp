@@ -46,7 +46,7 @@ std::string encodeItems(const std::string &value, bool encoded)
 class Encoder
 {
 public:
-    // Each returns what is wrong, or nothing.
+    // Each returns its error text, empty for none.
     std::string line(const std::string &line)
     {
         if (line.empty() || line.front() == ';')

@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The readable source of the catalogue, and its encoded form. The source is stricter than what the program
-// reads: a mistake must show at build time, not as a device that is never found.
+// The readable source of the catalogue, and its encoded form. It is checked more
+// strictly than the program reads it, so that a mistake fails the build instead of hiding a device.
 //
 //     ; comment
 //     [Option]            the general values; DeviceTotal counts the models
 //     VID=0x1209, 0x1234  a list of plain items
 //     [Drive1]            the models, numbered from 1 without a gap
 //
-// A value is a row of items between commas. Quotes, backslashes, semicolons and "@" have a meaning in the
+// A value is a row of items between commas. Quotes, backslashes, semicolons and "@" are syntax of the
 // encoded file and are refused.
 #pragma once
 
@@ -18,7 +18,7 @@
 
 struct EncodedCatalogue {
     std::string text;  // the content of Config.ini
-    std::string error; // what is wrong with the source; empty when nothing is
+    std::string error; // of the source; empty without one
     int errorLine = 0; // counted from 1
 };
 

@@ -8,7 +8,7 @@
 namespace
 {
 
-// "0x1209" and "1209" as sysfs writes it, "1209"; empty for what is no id.
+// "0x1209" and "1209" become "1209", as sysfs writes it; empty for a malformed id.
 std::string sysfsId(std::string item)
 {
     item.erase(
@@ -27,7 +27,7 @@ bool endsWith(const std::string &text, const std::string &end)
     return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
-// Each once, in the order of the file.
+// Without repetitions, in the order of the file.
 void addIds(std::vector<std::string> &ids, const std::string &value)
 {
     for (std::size_t start = 0; start <= value.size();) {

@@ -10,7 +10,7 @@
 
 struct UdevRules {
     std::string text;
-    std::string error; // what the source lacks; empty when nothing
+    std::string error; // what the source lacks; empty for nothing
 };
 
 // `source` is the readable catalogue. Its general values name the ids: VID, the keys that end in "_PID" and,

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// encode-catalogue [--udev] SOURCE TARGET: writes the encoded catalogue, or udev's rules for its devices, or
-// says file:line of what is wrong.
+// encode-catalogue [--udev] SOURCE TARGET: writes the encoded catalogue, or the udev rules for its devices.
+// An error is reported with file and line.
 
 #include "tools/encode/CatalogueSource.h"
 #include "tools/encode/UdevRules.h"

@@ -12,12 +12,12 @@ namespace
 {
 
 constexpr int MostColours = 256;
-constexpr int FrequentColours = 192; // the others are chosen among the rare ones
+constexpr int FrequentColours = 192; // taken first; the rest of the table is chosen among the rare ones
 
 struct Colour {
     QRgb value;
     int count;
-    int place = 0; // of the nearest in the table
+    int place = 0; // index of the nearest colour in the table
     int away = 256;
 };
 
@@ -45,7 +45,7 @@ std::vector<Colour> coloursOf(const QImage &picture)
     return colours;
 }
 
-// The frequent colours, then again and again the one that is farthest from all in the table.
+// The frequent colours first, then repeatedly the colour that is farthest from all in the table.
 QVector<QRgb> tableFor(std::vector<Colour> &colours)
 {
     QVector<QRgb> table;

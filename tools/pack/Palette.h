@@ -1,16 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A picture with a palette is a quarter as much to decode as one with four bytes for each pixel, and the
-// large grounds of the pages hold few colours: those of their shades, and rare ones along the edges.
+// A picture with a palette decodes four times as fast as one with four bytes per pixel. The large backgrounds
+// of the pages have few colours: their shades, and rare ones along the edges.
 #pragma once
 
 #include <QImage>
 
-// How far each of a rare colour's red, green, blue and alpha may move, of 255.
+// The most by which red, green, blue and alpha of a rare colour may change, of 255.
 constexpr int PaletteTolerance = 8;
-// One pixel in so many may move. A shade that moved would show steps.
+// At most one pixel in so many may change its colour. Changed shades would show steps.
 constexpr int PaletteRarity = 100;
 
-// The picture in at most 256 colours, unchanged where it has no more; null where the limits do not do.
+// The picture in at most 256 colours, unchanged when it has no more; null when the limits cannot be kept.
 QImage withPalette(const QImage &picture);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// pack-picture FILE…: gives each PNG a palette where that does. Runs while building.
+// pack-picture FILE…: converts each PNG to a palette within the limits of Palette.h. Runs at build time.
 #include "tools/pack/Palette.h"
 
 #include <QSaveFile>

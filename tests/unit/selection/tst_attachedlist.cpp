@@ -3,7 +3,9 @@
 //
 // Duplicates, hidden receivers, the pictures of a tile, and what a click on a silent mouse's tile means.
 #include "presentation/ModelPicture.h"
-#include "selection/AttachedList.h"
+#include "selection/LinkTally.h"
+#include "selection/OfflineTile.h"
+#include "selection/TileBoard.h"
 #include "tests/support/TestMain.h"
 
 #include <QtTest>
@@ -92,12 +94,6 @@ private slots:
         QCOMPARE(tilePicture(false, true, 8), QStringLiteral("OnLine2.png"));
         QCOMPARE(tilePicture(false, false, 9), QStringLiteral("DisOnlin3.png"));
         QCOMPARE(tilePicture(true, true, 8), QStringLiteral("Unknow.png"));
-        QCOMPARE(rateBadge(0), QStringLiteral("1KHz.png"));
-        QCOMPARE(rateBadge(4), QStringLiteral("2KHz.png"));
-        QCOMPARE(rateBadge(1), QStringLiteral("4KHz.png"));
-        QCOMPARE(rateBadge(5), QStringLiteral("8KHz.png"));
-        QCOMPARE(rateBadge(3), QStringLiteral("8KHz.png"));
-        QCOMPARE(rateBadge(2), QString());
     }
 
     void offlineDecision_data()
@@ -109,12 +105,12 @@ private slots:
         for (const bool mouse : {false, true})
             for (const bool receiver : {false, true})
                 QTest::addRow("nothing known %d%d", mouse, receiver)
-                    << QString() << mouse << receiver << int(TileDecision::Pair);
+                    << QString() << mouse << receiver << int(OfflineTileAction::Pair);
         const QString version = QStringLiteral("v1.05");
-        QTest::newRow("both old") << version << false << false << int(TileDecision::AskForPairing);
-        QTest::newRow("both new") << version << true << true << int(TileDecision::AskForPairing);
-        QTest::newRow("receiver") << version << false << true << int(TileDecision::EnterReceiver);
-        QTest::newRow("mouse") << version << true << false << int(TileDecision::WarnToWire);
+        QTest::newRow("both old") << version << false << false << int(OfflineTileAction::AskForPairing);
+        QTest::newRow("both new") << version << true << true << int(OfflineTileAction::AskForPairing);
+        QTest::newRow("receiver") << version << false << true << int(OfflineTileAction::EnterReceiver);
+        QTest::newRow("mouse") << version << true << false << int(OfflineTileAction::WarnToWire);
     }
     void offlineDecision()
     {
@@ -122,7 +118,7 @@ private slots:
         QFETCH(bool, mouseIsNew);
         QFETCH(bool, receiverIsNew);
         QFETCH(int, decision);
-        QCOMPARE(int(decideOfflineTile(version, mouseIsNew, receiverIsNew)), decision);
+        QCOMPARE(int(offlineTileAction(version, mouseIsNew, receiverIsNew)), decision);
     }
 
     void silentTwin()

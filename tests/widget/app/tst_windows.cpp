@@ -9,7 +9,6 @@
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 #include "presentation/language/LanguageTables.h"
-#include "selection/AttachedDevices.h"
 #include "sensor/Sensor.h"
 #include "sensor/SensorRate.h"
 #include "tests/support/TestMain.h"
@@ -78,16 +77,16 @@ private slots:
 
     void spaceDecidesForTheOnlyDevice()
     {
-        PairingTarget.reset();
+        const AttachedDevices &attached = window->findChild<DialogChange *>()->attached();
         MacroRecording = true;
         QTest::keyClick(window.get(), Qt::Key_Space);
-        QVERIFY(!PairingTarget);
+        QVERIFY(!attached.pairingTarget());
         QSignalSpy enter(PostMsg::instance(), &PostMsg::SigEnterKey);
         QTest::keyClick(window.get(), Qt::Key_Return);
         QCOMPARE(enter.count(), 0);
         MacroRecording = false;
         QTest::keyClick(window.get(), Qt::Key_Space);
-        QVERIFY(PairingTarget && PairingTarget->DevicePath == "dev");
+        QVERIFY(attached.pairingTarget() && attached.pairingTarget()->DevicePath == "dev");
     }
 
     void theMouseMovesTheWindow()

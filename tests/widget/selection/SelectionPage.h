@@ -9,7 +9,6 @@
 #include "catalogue/UserStore.h"
 #include "presentation/Notices.h"
 #include "presentation/language/LanguageTables.h"
-#include "selection/AttachedDevices.h"
 #include "selection/DialogChange.h"
 #include "tests/widget/Fixture.h"
 
@@ -32,6 +31,7 @@ protected:
         return found;
     }
     QToolButton *tile(int index) const { return child<QToolButton>(QString("btn%1").arg(index)); }
+    const std::vector<DeviceAllInfo> &attached() const { return page->attached().tiles(); }
     QStackedWidget *stack() const { return child<QStackedWidget>("stackedWidget"); }
     int tileCount() const
     {
@@ -95,7 +95,6 @@ protected:
         fixture::clean();
         RegistryStore::instance().removeValue(registry::BaseGroup, registry::UpdateFailInfo);
         RegistryStore::instance().removeValue(registry::BaseGroup, "MouseVer186");
-        PairingTarget.reset();
         UiArmed = true;
     }
     void end()

@@ -54,8 +54,8 @@ private slots:
         QCOMPARE(this->arrows(), arrows);
         QCOMPARE(shows("label_2"), count == 0);
         QCOMPARE(shows("label_3"), count != 0);
-        QCOMPARE(int(AttachedDevices.size()), count);
-        QCOMPARE(int(AttachedDevicesCopy.size()), count);
+        QCOMPARE(int(attached().size()), count);
+        QCOMPARE(int(page->attached().all().size()), count);
     }
 
     void geometry_data()
@@ -127,8 +127,8 @@ private slots:
         QEvent enter(QEvent::Enter);
         QCoreApplication::sendEvent(tile(0), &enter);
         QTRY_VERIFY(tile(0)->styleSheet().contains("DisOnlin0.png"));
-        QVERIFY(!AttachedDevices[0].Online);
-        QVERIFY(!AttachedDevicesCopy[0].Online);
+        QVERIFY(!attached()[0].Online);
+        QVERIFY(!page->attached().all()[0].Online);
     }
 
     void twoIdenticalDevicesAreRefused()
@@ -158,8 +158,8 @@ private slots:
         build();
         plug({fixture::device("r", 6, Receiver8K), fixture::device("c", 6, CableKind)});
         QCOMPARE(tileCount(), 1);
-        QCOMPARE(AttachedDevices[0].DevicePath, QString("c"));
-        QCOMPARE(int(AttachedDevicesCopy.size()), 2);
+        QCOMPARE(attached()[0].DevicePath, QString("c"));
+        QCOMPARE(int(page->attached().all().size()), 2);
     }
 
     void theArrows()
@@ -230,7 +230,7 @@ private slots:
         QTRY_VERIFY(!QApplication::activeModalWidget());
         QStringList left;
         for (int i = 0; i < tileCount(); ++i)
-            left << AttachedDevices[std::size_t(i)].DevicePath.section('/', 1);
+            left << this->attached()[std::size_t(i)].DevicePath.section('/', 1);
         QStringList wanted = tiles == "!" ? QStringList() : tiles.split(' ');
         left.sort(); // the layer gives them by product id
         wanted.sort();

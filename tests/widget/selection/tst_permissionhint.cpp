@@ -51,19 +51,19 @@ private slots:
     void aNodeWithoutTheRightIsNoSilentDevice()
     {
         build();
-        QVERIFY(!shows("rightHint"));
+        QVERIFY(!shows("permissionHint"));
         const FakeDevice device = refused("hidraw3");
         plug({device});
-        QVERIFY(shows("rightHint"));
+        QVERIFY(shows("permissionHint"));
         QVERIFY2(title().contains(QString::fromStdString(device.path)), qPrintable(title()));
         QVERIFY(shows("label_2"));
         QCOMPARE(prompt(), homeText("PermissionPrompt"));
         QVERIFY(prompt() != homeText("PleaseEnter"));
         QCOMPARE(tileCount(), 0);
-        QVERIFY(AttachedDevices.empty());
+        QVERIFY(attached().empty());
         QCOMPARE(fake.count("UsbFinderC_GetDeviceInfo"), 0);
         plug({});
-        QVERIFY(!shows("rightHint"));
+        QVERIFY(!shows("permissionHint"));
         QCOMPARE(prompt(), homeText("PleaseEnter"));
     }
 
@@ -74,10 +74,10 @@ private slots:
         all.push_back(refused("hidraw3"));
         plug(all);
         QCOMPARE(tileCount(), 2);
-        QVERIFY(shows("rightHint"));
+        QVERIFY(shows("permissionHint"));
         QVERIFY(!shows("label_2"));
         plug(devices(2));
-        QVERIFY(!shows("rightHint"));
+        QVERIFY(!shows("permissionHint"));
         QCOMPARE(tileCount(), 2);
     }
 
@@ -100,11 +100,11 @@ private slots:
         build();
         const FakeDevice device = refused("hidraw3", 6);
         plug({device});
-        QVERIFY(shows("rightHint"));
+        QVERIFY(shows("permissionHint"));
         QCOMPARE(tileCount(), 0);
         RefusedNodes::setMode(QString::fromStdString(device.path), 0600);
         QTRY_COMPARE(tileCount(), 1);
-        QVERIFY(!shows("rightHint"));
+        QVERIFY(!shows("permissionHint"));
         QVERIFY(!shows("label_2"));
     }
 
@@ -120,7 +120,7 @@ private slots:
         });
         plug({device, other});
         QTRY_COMPARE(tileCount(), 2);
-        QVERIFY(!shows("rightHint"));
+        QVERIFY(!shows("permissionHint"));
     }
 
     void oneOfTwoIsOpened()
@@ -132,10 +132,10 @@ private slots:
         RefusedNodes::setMode(QString::fromStdString(first.path), 0600);
         QTRY_COMPARE(tileCount(), 1);
         QTRY_VERIFY(!title().contains("hidraw3"));
-        QVERIFY(shows("rightHint"));
+        QVERIFY(shows("permissionHint"));
         RefusedNodes::setMode(QString::fromStdString(second.path), 0600);
         QTRY_COMPARE(tileCount(), 2);
-        QVERIFY(!shows("rightHint"));
+        QVERIFY(!shows("permissionHint"));
     }
 
     void aHiddenPageAsksNobody()
@@ -150,7 +150,7 @@ private slots:
         QVERIFY(inOne > 0);
         page->hide();
         fake.clearCalls();
-        QSignalSpy changed(child<PermissionHint>("rightHint"), &PermissionHint::rightsChanged);
+        QSignalSpy changed(child<PermissionHint>("permissionHint"), &PermissionHint::permissionGranted);
         RefusedNodes::setMode(QString::fromStdString(device.path), 0600);
         QTRY_COMPARE(changed.count(), 1);
         for (int i = 1; i <= 3; ++i) { // which gives a search of its own the time to show
@@ -235,7 +235,7 @@ private slots:
         nodes->installRules();
         RefusedNodes::setMode(QString::fromStdString(device.path), 060);
         QTRY_VERIFY(command().startsWith("sudo usermod"));
-        QVERIFY(shows("rightHint"));
+        QVERIFY(shows("permissionHint"));
     }
 
     void aFolderThatTheShellWouldReadWrong()
@@ -296,8 +296,9 @@ private slots:
         plug({refused("hidraw3")});
         QCOMPARE(prompt(), homeText("RepairDevice"));
         QVERIFY(shows("Repair"));
-        QVERIFY(shows("rightHint"));
-        QVERIFY(!child<QWidget>("Repair")->geometry().intersects(child<QWidget>("rightHint")->geometry()));
+        QVERIFY(shows("permissionHint"));
+        QVERIFY(
+            !child<QWidget>("Repair")->geometry().intersects(child<QWidget>("permissionHint")->geometry()));
     }
 
     void aLanguageReachesTheHint()

@@ -58,7 +58,7 @@ private slots:
         });
         plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 7, Receiver1K), stays});
         QCOMPARE(tileCount(), 1);
-        QCOMPARE(AttachedDevices[0].DevicePath, QString("s"));
+        QCOMPARE(attached()[0].DevicePath, QString("s"));
         QVERIFY(!told);
     }
 
@@ -107,7 +107,7 @@ private slots:
         plug(devices(1));
         page->hide();
         plug(devices(3));
-        QCOMPARE(int(AttachedDevices.size()), 1);
+        QCOMPARE(int(attached().size()), 1);
         page->show();
         plug(devices(3));
         QCOMPARE(tileCount(), 3);

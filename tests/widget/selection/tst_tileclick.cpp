@@ -76,7 +76,7 @@ private slots:
         QCOMPARE(names(models), QStringList{"7"});
         QCOMPARE(names(versions), QStringList{"6"});
         QCOMPARE(int(OnDevicePage), 1);
-        QCOMPARE(CurrentConnectionKind, 1);
+        QCOMPARE(CurrentConnectionKind.load(), 1);
     }
 
     void aDeviceThatGoesMeanwhileIsNotEntered()
@@ -138,8 +138,8 @@ private slots:
         QTest::mouseClick(tile(1), Qt::LeftButton);
         QCOMPARE(asked, 1);
         QCOMPARE(place, middleFor(RePair()));
-        QCOMPARE(PairingTarget.has_value(), yes);
-        QVERIFY(!yes || PairingTarget->DevicePath == "b");
+        QCOMPARE(page->attached().pairingTarget().has_value(), yes);
+        QVERIFY(!yes || page->attached().pairingTarget()->DevicePath == "b");
     }
 
     void aSilentMouseWithNewFirmwareMustBeWired()
@@ -155,10 +155,10 @@ private slots:
             place = notice->pos();
             notice->on_NewHong_clicked();
         });
-        page->askOnlyDevice();
+        page->openOnlyReceiver();
         QCOMPARE(said, language::text(language::Section::home, "WiredMode", 0));
         QCOMPARE(place, middleFor(UpDateWarning()) - QPoint(20, 0));
-        QVERIFY(!PairingTarget);
+        QVERIFY(!page->attached().pairingTarget());
         QCOMPARE(int(OnDevicePage), 0);
     }
 
@@ -181,8 +181,8 @@ private slots:
         for (int i = 0; i < count; ++i)
             attached.push_back(fixture::device("d" + std::to_string(i), uint8_t(6 + i), uint8_t(kind)));
         plug(attached);
-        page->askOnlyDevice();
-        QTEST(PairingTarget.has_value(), "chosen");
+        page->openOnlyReceiver();
+        QTEST(page->attached().pairingTarget().has_value(), "chosen");
         QCOMPARE(int(OnDevicePage), 0);
     }
 
@@ -258,7 +258,7 @@ private slots:
         if (pages.count() == 1)
             seen += "enters";
         QCOMPARE(seen, happens);
-        QVERIFY(!PairingTarget);
+        QVERIFY(!page->attached().pairingTarget());
     }
 
     void aReceiversFirmwareIsAnnounced_data()
@@ -298,7 +298,7 @@ private slots:
         plug({fixture::device("c", 8, CableKind)});
         QTest::mouseClick(tile(0), Qt::LeftButton);
         QCOMPARE(int(OnDevicePage), 1);
-        QCOMPARE(CurrentConnectionKind, 4);
+        QCOMPARE(CurrentConnectionKind.load(), 4);
     }
 
     void eachModelTellsItsScreenClass()
@@ -318,7 +318,7 @@ private slots:
         build();
         plug({fixture::device("lone", 99, Receiver1K)});
         QTest::mouseClick(tile(0), Qt::LeftButton);
-        QVERIFY(PairingTarget && PairingTarget->DevicePath == "lone");
+        QVERIFY(page->attached().pairingTarget() && page->attached().pairingTarget()->DevicePath == "lone");
     }
 
     void enterPutsTheFrameAwayFirst()

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "selection/OfflineTile.h"
+
+#include "catalogue/ConfigReader.h"
+#include "catalogue/FirmwareSearch.h"
+#include "catalogue/RegistryStore.h"
+#include "device/DeviceState.h"
+
+OfflineTileAction offlineTileAction(const QString &mouseVersion, bool mouseIsNew, bool receiverIsNew)
+{
+    if (mouseVersion.isEmpty())
+        return OfflineTileAction::Pair;
+    if (mouseIsNew == receiverIsNew)
+        return OfflineTileAction::AskForPairing;
+    return receiverIsNew ? OfflineTileAction::EnterReceiver : OfflineTileAction::WarnToWire;
+}
+
+OfflineTileAction offlineTileAction(const DeviceAllInfo &device)
+{
+    ConfigReader &config = ConfigReader::instance();
+    const QString section = driveSection(device);
+    const QString cid = config.ReadConfig(QStringLiteral("Option"), QStringLiteral("CID"));
+    const QString mid = config.ReadConfig(section, QStringLiteral("MID"));
+    const QString mouseVersion =
+        RegistryStore::instance().value(registry::BaseGroup, QStringLiteral("MouseVer") + cid + mid);
+    const auto isNew = [&](int target, const QString &version, const char *key) {
+        const QString baseName = config.ReadConfig(section, QLatin1String(key));
+        return hasNewFirmware(target, version, baseName, cid.toInt(), mid.toInt());
+    };
+    const char *receiverKey = deviceKind(device.DeviceKind).firmwareKey;
+    const bool receiverHasName = !config.ReadConfig(section, QLatin1String(receiverKey)).isEmpty();
+    return offlineTileAction(mouseVersion, isNew(TargetMouse, mouseVersion, OtherCable.firmwareKey),
+                             receiverHasName && isNew(TargetReceiver, device.DongleVersion, receiverKey));
+}
+
+bool isSilentTwin(const std::vector<DeviceAllInfo> &devices, int clicked, TwinAnswers online)
+{
+    if (devices.size() != 2 || devices[0].Cid != devices[1].Cid || devices[0].Mid != devices[1].Mid)
+        return false;
+    return clicked == 1 ? online.first && !online.second : clicked == 0 && !online.first && online.second;
+}

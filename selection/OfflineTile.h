@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What a click on the tile of an off-line mouse does, and when a tile counts as one.
+#pragma once
+
+#include "device/record/DeviceAllInfo.h"
+
+#include <vector>
+
+enum class OfflineTileAction : uint8_t {
+    Pair,          // this computer has never read the mouse's version
+    AskForPairing, // neither or both of mouse and receiver have new firmware
+    EnterReceiver, // the receiver has, which its own pages offer
+    WarnToWire,    // the mouse has, for which it must be on its cable
+};
+
+// mouseVersion: as last read from a mouse of that model; empty when never.
+OfflineTileAction offlineTileAction(const QString &mouseVersion, bool mouseIsNew, bool receiverIsNew);
+
+// The same from the catalogue, the stored versions and the firmware folder.
+OfflineTileAction offlineTileAction(const DeviceAllInfo &device);
+
+// The answers of the first two attached devices to the on-line question.
+struct TwinAnswers {
+    bool first;
+    bool second;
+};
+// True when exactly two devices are attached, both of one model, and only the clicked one is off line.
+bool isSilentTwin(const std::vector<DeviceAllInfo> &devices, int clicked, TwinAnswers online);

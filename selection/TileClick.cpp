@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "selection/TileClick.h"
+
+#include "catalogue/ConfigReader.h"
+#include "catalogue/FirmwareSearch.h"
+#include "device/DeviceSearch.h"
+#include "device/DeviceState.h"
+#include "device/Worker.h"
+#include "device/hidusb/HIDUsb.h"
+#include "environment/DataRoot.h"
+#include "hub/PostMsg.h"
+#include "presentation/Notices.h"
+#include "presentation/Spin.h"
+#include "selection/OfflineTile.h"
+
+#include <QDir>
+
+namespace
+{
+
+constexpr int PageChangeMs = 150;
+constexpr QPoint WarningOffset{-20, 0};
+
+// The models that have pictures and a screen of their own.
+bool hasScreenClass(int mid) { return mid >= 6 && mid <= 9; }
+
+bool answers(const DeviceAllInfo &device)
+{
+    return UsbFinderC_GetDeviceOnLine(device.DevicePath.toLocal8Bit().constData()) != 0;
+}
+
+// Tells the settings page the receiver's version and whether the firmware folder holds another.
+void announceReceiverFirmware(const DeviceAllInfo &device)
+{
+    if (!QDir(applicationFolder() + QStringLiteral("/bin")).exists())
+        return;
+    const bool isNew = checkForNew(TargetReceiver, device.DongleVersion, connectionKind(device.DeviceKind),
+                                   driveSection(device));
+    emit PostMsg::instance()->SigLabelTextB(device.DongleVersion, isNew ? QStringLiteral("true") : QString());
+}
+
+} // namespace
+
+TileClick::TileClick(QWidget *page, AttachedDevices &devices) : page_(page), devices_(devices)
+{
+    connect(PostMsg::instance(), &PostMsg::SigChangeMainDialog, this,
+            [this](int index) { leftAgain_ = index == 0; });
+}
+
+void TileClick::open(int index)
+{
+    if (index < 0 || index >= int(devices_.tiles().size()))
+        return;
+    emit PostMsg::instance()->SigIsUsb(false, true);
+    emit PostMsg::instance()->SigSetver(6);
+    const DeviceAllInfo device = devices_.tiles()[std::size_t(index)];
+    const int mid = ConfigReader::instance().ReadConfig(driveSection(device), QStringLiteral("MID")).toInt();
+    if (hasScreenClass(mid))
+        emit PostMsg::instance()->SigMouseIndex(mid);
+    if (isOfflineTile(index) && !settleOfflineTile(device))
+        return;
+    if (device.DriveIndex != unknownIndex())
+        enter(device);
+}
+
+void TileClick::openOnlyReceiver()
+{
+    if (devices_.tiles().size() != 1 || devices_.tiles().front().Usb)
+        return;
+    const DeviceAllInfo device = devices_.tiles().front();
+    if (settleOfflineTile(device) && device.DriveIndex != unknownIndex())
+        enter(device);
+}
+
+bool TileClick::isOfflineTile(int index) const
+{
+    const std::vector<DeviceAllInfo> &tiles = devices_.tiles();
+    const DeviceAllInfo &device = tiles[std::size_t(index)];
+    if (device.DriveIndex == unknownIndex() && !device.Usb)
+        return true;
+    return tiles.size() == 2 && isSilentTwin(tiles, index, {answers(tiles[0]), answers(tiles[1])});
+}
+
+bool TileClick::settleOfflineTile(const DeviceAllInfo &device)
+{
+    switch (offlineTileAction(device)) {
+    case OfflineTileAction::EnterReceiver:
+        return true;
+    case OfflineTileAction::WarnToWire:
+        notice::ask<UpDateWarning>(page_, WarningOffset,
+                                   language::text(language::Section::home, "WiredMode", LanguageIndex));
+        return false;
+    case OfflineTileAction::AskForPairing:
+        if (notice::ask<RePair>(page_))
+            devices_.choosePairingTarget(device);
+        return false;
+    case OfflineTileAction::Pair:
+        devices_.choosePairingTarget(device);
+        return false;
+    }
+    return false;
+}
+
+void TileClick::enter(const DeviceAllInfo &device)
+{
+    PostMsg *hub = PostMsg::instance();
+    emit hub->SigSelectMouseInfo(device);
+    if (!isWiredKind(device.DeviceKind))
+        CurrentConnectionKind = connectionKind(device.DeviceKind);
+    announceReceiverFirmware(device);
+    emit hub->SigChangeMainDialog(1);
+    leftAgain_ = false;
+    spinEventLoop(PageChangeMs);
+    if (leftAgain_)
+        return;
+    OnDevicePage = 1;
+    if (Worker::instance())
+        Worker::instance()->startPass();
+}
