@@ -9,7 +9,7 @@
 
 #include "device/hidusb/HIDUsb.h"
 #include "emulator/Emulator.h"
-#include "tests/support/UsbIds.h"
+#include "tests/support/UsbIdsLine.h"
 #include "tests/support/UsbNodes.h"
 
 #include <QCoreApplication>
@@ -41,7 +41,7 @@ public:
     {
         std::string error;
         const auto kind = isUsb() ? emulator::BusKind::Usb : emulator::BusKind::Sockets;
-        if (!emulated.loadText(std::string(UsbIds) + scenario, "test", error) ||
+        if (!emulated.loadText(std::string(UsbIdsLine) + scenario, "test", error) ||
             !emulated.start(folder().toStdString(), error, kind))
             qFatal("%s", error.c_str());
         settle(emulated.interfaces());

@@ -10,13 +10,13 @@
 
 #include "tests/support/RawClient.h"
 #include "tests/support/TempFolder.h"
-#include "tests/support/UsbIds.h"
+#include "tests/support/UsbIdsLine.h"
 
 #include "emulator/Emulator.h"
 
 #include <gtest/gtest.h>
 
-inline const std::string FamilyScenario = std::string(UsbIds) + R"(
+inline const std::string FamilyScenario = std::string(UsbIdsLine) + R"(
 mouse air1 cid 18 mid 6 version 1.05 battery 80
 mouse air2 cid 18 mid 7 version 1.06 battery 60
 mouse air4 cid 18 mid 8 version 1.07 battery 40

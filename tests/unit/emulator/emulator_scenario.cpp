@@ -4,7 +4,7 @@
 // Scenario files: the two that are shipped, and lines that are none.
 #include "emulator/Emulator.h"
 #include "emulator/Scenario.h"
-#include "tests/support/UsbIds.h"
+#include "tests/support/UsbIdsLine.h"
 
 #include <gtest/gtest.h>
 #include <sstream>
@@ -70,7 +70,7 @@ TEST(EmulatorScenario, TenDevices)
 TEST(EmulatorScenario, EveryProperty)
 {
     World world;
-    std::istringstream text(std::string(UsbIds) +
+    std::istringstream text(std::string(UsbIdsLine) +
                             "mouse m name \"A b\" cid 1 mid 2 version 3.04 battery 5 address 010203 kind 2 "
                             "screen on # all\n"
                             "receiver r class 4k mouse m version 6.07 address 0a0b0c color 3\n"
@@ -101,7 +101,7 @@ TEST(EmulatorScenario, EveryProperty)
 TEST(EmulatorScenario, AddressesLeftOutDiffer)
 {
     World world;
-    std::istringstream text(std::string(UsbIds) +
+    std::istringstream text(std::string(UsbIdsLine) +
                             "mouse a\nmouse b\nreceiver c class 1k\nreceiver d class 1k\n");
     std::string error;
     ASSERT_TRUE(loadScenario(world, text, "file", error)) << error;
@@ -147,11 +147,11 @@ TEST(EmulatorScenario, BadLines)
         {"plug", "file:2: usage: plug DEVICE"},
     };
     for (const Row &row : rows)
-        EXPECT_EQ(failure(std::string(UsbIds) + row.line), row.error) << row.line;
+        EXPECT_EQ(failure(std::string(UsbIdsLine) + row.line), row.error) << row.line;
     EXPECT_EQ(failure("mouse m"), "file:1: the usb line must come first");
-    EXPECT_EQ(failure(std::string(UsbIds) + "mouse m\n\n# x\nreceiver m class 1k"),
+    EXPECT_EQ(failure(std::string(UsbIdsLine) + "mouse m\n\n# x\nreceiver m class 1k"),
               "file:5: there is a m already");
-    std::string many = UsbIds;
+    std::string many = UsbIdsLine;
     for (int i = 0; i <= 200; ++i)
         many += "mouse m" + std::to_string(i) + "\n";
     EXPECT_EQ(failure(many), "file:202: too many devices");

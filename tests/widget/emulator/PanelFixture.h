@@ -9,7 +9,7 @@
 #include "emulator/panel/PanelWindow.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestMain.h"
-#include "tests/support/UsbIds.h"
+#include "tests/support/UsbIdsLine.h"
 
 #include <QApplication>
 #include <QtTest>
@@ -40,7 +40,7 @@ protected:
     {
         emulated = std::make_unique<emulator::Emulator>();
         std::string error;
-        QVERIFY2(emulated->loadText(std::string(UsbIds) + Scenario, "scenario", error), error.c_str());
+        QVERIFY2(emulated->loadText(std::string(UsbIdsLine) + Scenario, "scenario", error), error.c_str());
         QVERIFY2(emulated->start(folder->path(), error), error.c_str());
     }
     void openOnEmulator()
