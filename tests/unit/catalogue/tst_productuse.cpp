@@ -127,9 +127,6 @@ constexpr CatalogueKey CatalogueKeys[] = {
 // transition lead to the same files. Boot_PID is for the rules of udev, which are made from the same file.
 constexpr const char *SilentKeys[] = {"InterfaceId", "DeviceId", "Transition", "Boot_PID"};
 
-// Names that the sources put together from pieces.
-const QHash<QString, QString> ComposedKeys = {{"D2M", "\"D%1M\""}, {"D4M", "\"D%1M\""}, {"D8M", "\"D%1M\""}};
-
 QStringList captured(const QString &sources, const QString &pattern)
 {
     QStringList found;
@@ -305,9 +302,13 @@ private slots:
 
     void everyCatalogueKeyIsRead()
     {
+        QFile encoded(SOURCE_FOLDER "/catalogue/EncodedKeys.h"); // names keys without reading them
+        QVERIFY(encoded.open(QIODevice::ReadOnly));
+        const QString list = QString::fromUtf8(encoded.readAll());
+        QVERIFY(sources.contains(list));
+        const QString readers = QString(sources).remove(list);
         for (const CatalogueKey &row : CatalogueKeys) {
-            const QString literal = ComposedKeys.value(row.key, '"' + QString(row.key) + '"');
-            QVERIFY2(row.page || sources.contains(literal), row.key);
+            QVERIFY2(row.page || readers.contains('"' + QString(row.key) + '"'), row.key);
         }
     }
 
