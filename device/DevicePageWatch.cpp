@@ -5,9 +5,9 @@
 // its cable, and leaves the page when it is gone.
 #include "device/EventDispatch.h"
 
-#include "catalogue/FirmwareSearch.h"
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
+#include "device/FirmwareSearch.h"
 #include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "hub/PostMsg.h"

@@ -3,9 +3,9 @@
 #include "selection/OfflineTile.h"
 
 #include "catalogue/ConfigReader.h"
-#include "catalogue/FirmwareSearch.h"
 #include "catalogue/RegistryStore.h"
 #include "device/DeviceState.h"
+#include "device/FirmwareSearch.h"
 
 OfflineTileAction offlineTileAction(const QString &mouseVersion, bool mouseIsNew, bool receiverIsNew)
 {

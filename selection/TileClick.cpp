@@ -3,9 +3,9 @@
 #include "selection/TileClick.h"
 
 #include "catalogue/ConfigReader.h"
-#include "catalogue/FirmwareSearch.h"
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
+#include "device/FirmwareSearch.h"
 #include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "environment/DataRoot.h"

@@ -14,12 +14,12 @@ class ProgramSettled
 public:
     ProgramSettled(EmulatedBus &bus, const std::string &mouse)
     {
-        QObject::connect(PostMsg::instance(), &PostMsg::SigBattery, &context, [this] { heard = true; });
+        QObject::connect(PostMsg::instance(), &PostMsg::SigBattery, &context, [this] { settled = true; });
         bus.order("battery " + mouse + " " + std::to_string(bus.emulated.mouse(mouse)->battery));
     }
-    operator bool() const { return heard; }
+    operator bool() const { return settled; }
 
 private:
-    bool heard = false;
+    bool settled = false;
     QObject context;
 };

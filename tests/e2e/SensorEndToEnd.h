@@ -132,9 +132,9 @@ public:
     // The device has spoken: record, flash and page come to say the same. The empty text when they do.
     QString settle()
     {
-        const ProgramSettled heard(program.bus, "m");
-        if (!QTest::qWaitFor([&heard] { return bool(heard); }, 20000))
-            return QStringLiteral("nothing heard of the battery");
+        const ProgramSettled settled(program.bus, "m");
+        if (!QTest::qWaitFor([&settled] { return bool(settled); }, 20000))
+            return QStringLiteral("the program does not show the battery");
 
         const auto agreed = [this] { return program.agrees("m") && shown(flash()).isEmpty(); };
         if (QTest::qWaitFor(agreed, 20000))

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The road of a device and the road of an edit through worker, dispatch, layer and emulated mouse, and
-// what becomes of both when the mouse is lost on the way.
+// A device and an edit pass through worker, dispatch, layer and emulated mouse; the mouse is lost at each of
+// these steps.
 #include "tests/e2e/CoreFixture.h"
 #include "tests/support/ProductFolder.h"
 #include "tests/support/TestMain.h"

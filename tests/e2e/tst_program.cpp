@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The real windows, worker and layer against emulated mice, with the product's own data: both roads from
-// click to flash and back.
+// The real windows, worker and layer against emulated mice, with the product's own data: from a click
+// to the flash, and from the mouse to the page.
 #include "device/ImageCache.h"
 #include "environment/DataRoot.h"
 #include "presentation/Notices.h"
@@ -111,10 +111,10 @@ private slots:
                     return code != 1 && windows::isChecked(QString::fromLatin1(row.button));
             return false;
         });
-        std::unique_ptr<ProgramSettled> heard;
+        std::unique_ptr<ProgramSettled> settled;
         program.script.step("a word behind", always,
-                            [&] { heard = std::make_unique<ProgramSettled>(program.bus, "m1"); });
-        program.expect("heard", [&] { return bool(*heard); });
+                            [&] { settled = std::make_unique<ProgramSettled>(program.bus, "m1"); });
+        program.expect("settled", [&] { return bool(*settled); });
         QCOMPARE(program.script.run(), QString());
         QCOMPARE(program.bus.emulated.reportCount("r1", wire::Command::FlashWrite), writes);
     }

@@ -62,11 +62,13 @@ struct Edit {
 class Edits
 {
 public:
-    Edits(SensorEndToEnd &sensorEndToEnd, const ModelRow &modelRow) : road(sensorEndToEnd), model(modelRow) {}
+    Edits(SensorEndToEnd &sensorEndToEnd, const ModelRow &modelRow) : scene(sensorEndToEnd), model(modelRow)
+    {
+    }
 
     std::vector<Edit> all()
     {
-        if (model.mode && road.find("ModelChoose")->isEnabled())
+        if (model.mode && scene.find("ModelChoose")->isEnabled())
             addBox("ModelChoose", &FlashDataMap::ModelChoose, {1, 0});
         if (model.settings)
             addSettings();
@@ -74,9 +76,9 @@ public:
         addSwitch("StraightLine_2", model.snapping, &FlashDataMap::StraightLine);
         addSwitch("MotionSync_2", model.sync, &FlashDataMap::MotionSync);
         addStages();
-        for (int i = 0; i < 4 + fastRates(road.link.kind); ++i)
-            addClick(road.rate(i), &FlashDataMap::ReportRate, RateRows[std::size_t(i)].code);
-        addClick(road.rate(Rate1000), &FlashDataMap::ReportRate, 1);
+        for (int i = 0; i < 4 + fastRates(scene.link.kind); ++i)
+            addClick(scene.rate(i), &FlashDataMap::ReportRate, RateRows[std::size_t(i)].code);
+        addClick(scene.rate(Rate1000), &FlashDataMap::ReportRate, 1);
         return edits;
     }
 
@@ -97,7 +99,7 @@ private:
     }
     void addSwitch(const char *name, bool there, Field field)
     {
-        auto *const button = road.find<QAbstractButton>(name);
+        auto *const button = scene.find<QAbstractButton>(name);
         const int before = button->isChecked();
         for (int i = 1; there && i <= 2; ++i)
             addClick(button, field, (before + i) % 2);
@@ -105,7 +107,7 @@ private:
     // One row for each index, in order; `values` are the bytes.
     void addBox(const char *name, Field field, const std::vector<int> &values)
     {
-        auto *const box = road.find<QComboBox>(name);
+        auto *const box = scene.find<QComboBox>(name);
         const bool fromLast = name == QByteArray("ModelChoose");
         for (int i = 0; i < int(values.size()); ++i)
             add(
@@ -119,29 +121,29 @@ private:
             addBox("LOD", &FlashDataMap::LiftOffDistance, {3, 1, 2});
         else
             addBox("LOD", &FlashDataMap::LiftOffDistance, {1, 2});
-        addClick(road.find<QAbstractButton>("Performance"), &FlashDataMap::Performance, 1);
+        addClick(scene.find<QAbstractButton>("Performance"), &FlashDataMap::Performance, 1);
         addBox("PerformanceOpen", &FlashDataMap::PerformanceOpen, {1, 3, 6, 12, 18, 30, 60, 90});
-        addClick(road.find<QAbstractButton>("Performance"), &FlashDataMap::Performance, 0);
+        addClick(scene.find<QAbstractButton>("Performance"), &FlashDataMap::Performance, 0);
     }
     void addStages()
     {
-        for (int i = 0; i < road.flash().DpiStageCount; ++i)
-            addClick(road.stage(i), &FlashDataMap::CurrentDpiStage, i);
-        addClick(road.stage(0), &FlashDataMap::CurrentDpiStage, 0);
-        for (int i = 1; i < road.flash().DpiStageCount; ++i) {
+        for (int i = 0; i < scene.flash().DpiStageCount; ++i)
+            addClick(scene.stage(i), &FlashDataMap::CurrentDpiStage, i);
+        addClick(scene.stage(0), &FlashDataMap::CurrentDpiStage, 0);
+        for (int i = 1; i < scene.flash().DpiStageCount; ++i) {
             const MarkerBand &band = MarkerBands[std::size_t(i - 1)];
             addDrop(i, 0, (band.rightFrom + band.rightTo) / 2);
             addDrop(0, i, qMax(band.leftFrom, MarkerLeftLimit - StagePoint[std::size_t(i)].x()));
         }
         addDrop(0, 0, 140); // between two bands
         addValue("slider", model.first, [this] { moveSlider(model.first.dpi); });
-        addValue("add", model.next, [this] { road.find<QAbstractButton>("AddLevelA")->click(); });
-        addValue("reduce", model.first, [this] { road.find<QAbstractButton>("ReduceLevelA")->click(); });
+        addValue("add", model.next, [this] { scene.find<QAbstractButton>("AddLevelA")->click(); });
+        addValue("reduce", model.first, [this] { scene.find<QAbstractButton>("ReduceLevelA")->click(); });
         addValue("largest", model.last, [this] { moveSlider(model.last.dpi); });
         for (int count = 1; count <= model.stages; ++count)
             add(
                 QStringLiteral("count %1").arg(count),
-                [=] { road.find<QComboBox>("ChooseEvent")->setCurrentIndex(count - 1); },
+                [=] { scene.find<QComboBox>("ChooseEvent")->setCurrentIndex(count - 1); },
                 [=](FlashDataMap &map) { map.DpiStageCount = uint8_t(count); });
         add(
             QStringLiteral("color"), [this] { chooseColor(QColor(1, 22, 133)); },
@@ -150,9 +152,9 @@ private:
                 map.DpiStages[0].Green = 22;
                 map.DpiStages[0].Blue = 133;
             });
-        addClick(road.stage(model.stages - 1), &FlashDataMap::CurrentDpiStage, model.stages - 1);
+        addClick(scene.stage(model.stages - 1), &FlashDataMap::CurrentDpiStage, model.stages - 1);
         add(
-            QStringLiteral("exchange"), [this] { road.find<QComboBox>("ChooseEvent")->setCurrentIndex(1); },
+            QStringLiteral("exchange"), [this] { scene.find<QComboBox>("ChooseEvent")->setCurrentIndex(1); },
             [this](FlashDataMap &map) {
                 std::swap(map.DpiStages[1], map.DpiStages[model.stages - 1]);
                 map.CurrentDpiStage = 1;
@@ -169,10 +171,10 @@ private:
     }
     void drag(int from, int distance)
     {
-        auto *const panel = road.page()->findChild<SensorDPI *>();
+        auto *const panel = scene.page()->findChild<SensorDPI *>();
         const QPoint grip = StagePoint[std::size_t(from)] + QPoint(14, 14);
         const QPoint end(StagePoint[std::size_t(from)].x() + distance, grip.y());
-        QWindow *const window = road.program.window->windowHandle();
+        QWindow *const window = scene.program.window->windowHandle();
         const auto inWindow = [&](const QPoint &point) { return panel->mapTo(panel->window(), point); };
         QTest::mousePress(window, Qt::LeftButton, {}, inWindow(grip));
         QTest::mouseMove(window, inWindow((grip + end) / 2));
@@ -189,18 +191,18 @@ private:
     // One that has gone back cannot be moved before the next load.
     void moveSlider(int dpi)
     {
-        if (road.slider()->isEnabled())
-            road.slider()->setValue(dpi);
+        if (scene.slider()->isEnabled())
+            scene.slider()->setValue(dpi);
     }
     void chooseColor(const QColor &color)
     {
-        road.bar(0)->click();
-        auto *const dialog = road.page()->findChild<QColorDialog *>();
+        scene.bar(0)->click();
+        auto *const dialog = scene.page()->findChild<QColorDialog *>();
         dialog->setCurrentColor(color);
         dialog->accept();
     }
 
-    SensorEndToEnd &road;
+    SensorEndToEnd &scene;
     const ModelRow &model;
     std::vector<Edit> edits;
 };
@@ -221,48 +223,48 @@ private:
                 if (wired || SensorLinks[link].device)
                     QTest::addRow("%d-%s", SensorModels[model].mid, SensorLinks[link].name) << model << link;
     }
-    static void checkGates(const SensorEndToEnd &road, const ModelRow &model)
+    static void checkGates(const SensorEndToEnd &scene, const ModelRow &model)
     {
-        const auto isThere = [&road](const char *name) { return !road.find(name)->isHidden(); };
+        const auto isThere = [&scene](const char *name) { return !scene.find(name)->isHidden(); };
         QCOMPARE(isThere("ModelChoose"), model.settings);
-        QCOMPARE(road.find("ModelChoose")->isEnabled(), model.mode && !SelectedDevice::info().Usb);
-        QCOMPARE(road.find<QComboBox>("ModelChoose")->currentIndex(),
+        QCOMPARE(scene.find("ModelChoose")->isEnabled(), model.mode && !SelectedDevice::info().Usb);
+        QCOMPARE(scene.find<QComboBox>("ModelChoose")->currentIndex(),
                  model.mode && SelectedDevice::info().Usb ? int(Corded) : 0);
-        QCOMPARE(road.find("LOD")->isEnabled(), model.lod);
-        QCOMPARE(road.find<QComboBox>("LOD")->count(), model.heights);
+        QCOMPARE(scene.find("LOD")->isEnabled(), model.lod);
+        QCOMPARE(scene.find<QComboBox>("LOD")->count(), model.heights);
         QCOMPARE(isThere("Performance"), model.settings);
         QCOMPARE(isThere("settingsCard"), model.settings);
         QCOMPARE(isThere("rippeControl"), model.ripple);
         QCOMPARE(isThere("straightLine"), model.snapping);
         QCOMPARE(isThere("motionSync"), model.sync);
-        QCOMPARE(road.find<QComboBox>("ChooseEvent")->count(), model.stages);
+        QCOMPARE(scene.find<QComboBox>("ChooseEvent")->count(), model.stages);
         for (int i = 0; i < 3; ++i)
-            QCOMPARE(!road.rate(4 + i)->isHidden(), i < fastRates(road.link.kind));
+            QCOMPARE(!scene.rate(4 + i)->isHidden(), i < fastRates(scene.link.kind));
     }
     // The page follows the mouse's own buttons and writes nothing.
-    static void pressButtons(SensorEndToEnd &road)
+    static void pressButtons(SensorEndToEnd &scene)
     {
-        const uint64_t writes = road.writes();
+        const uint64_t writes = scene.writes();
         for (int i = 0; i < 8; ++i)
             for (const char *button : {"press m dpi", "press m rate"}) {
-                const FlashDataMap before = road.flash();
-                road.program.bus.order(button);
-                QVERIFY(!sameBytes(road.flash(), before) || before.DpiStageCount == 1);
-                QCOMPARE(road.settle(), QString());
+                const FlashDataMap before = scene.flash();
+                scene.program.bus.order(button);
+                QVERIFY(!sameBytes(scene.flash(), before) || before.DpiStageCount == 1);
+                QCOMPARE(scene.settle(), QString());
             }
-        QCOMPARE(road.writes(), writes);
+        QCOMPARE(scene.writes(), writes);
     }
     // Without what stands in the colour dialog.
-    static QStringList state(const SensorEndToEnd &road)
+    static QStringList state(const SensorEndToEnd &scene)
     {
-        const auto isOfPage = [&road](const QWidget *widget) {
-            return widget->window() == road.page()->window();
+        const auto isOfPage = [&scene](const QWidget *widget) {
+            return widget->window() == scene.page()->window();
         };
-        QStringList all{QString::number(road.slider()->value())};
-        for (const QAbstractButton *button : road.page()->findChildren<QAbstractButton *>())
+        QStringList all{QString::number(scene.slider()->value())};
+        for (const QAbstractButton *button : scene.page()->findChildren<QAbstractButton *>())
             if (isOfPage(button))
                 all << QStringLiteral("%1 %2").arg(button->objectName()).arg(button->isChecked());
-        for (const QComboBox *box : road.page()->findChildren<QComboBox *>())
+        for (const QComboBox *box : scene.page()->findChildren<QComboBox *>())
             if (isOfPage(box))
                 all << QStringLiteral("%1 %2").arg(box->objectName()).arg(box->currentIndex());
         return all;
@@ -274,19 +276,19 @@ private slots:
     {
         QFETCH(int, model);
         QFETCH(int, link);
-        SensorEndToEnd road(SensorModels[model], SensorLinks[link]);
-        QCOMPARE(road.open(), QString());
-        QCOMPARE(road.settle(), QString());
-        checkGates(road, ModelRows[model]);
+        SensorEndToEnd scene(SensorModels[model], SensorLinks[link]);
+        QCOMPARE(scene.open(), QString());
+        QCOMPARE(scene.settle(), QString());
+        checkGates(scene, ModelRows[model]);
         if (QTest::currentTestFailed())
             return;
-        Edits edits(road, ModelRows[model]);
+        Edits edits(scene, ModelRows[model]);
         for (const Edit &edit : edits.all()) {
-            const QString wrong = road.edit(edit.act, edit.change, edit.reports);
+            const QString wrong = scene.edit(edit.act, edit.change, edit.reports);
             QVERIFY2(wrong.isEmpty(), qPrintable(edit.name + QStringLiteral(": ") + wrong));
-            QCOMPARE(road.shown(road.flash()), QString());
+            QCOMPARE(scene.shown(scene.flash()), QString());
         }
-        pressButtons(road);
+        pressButtons(scene);
     }
 
     void aSilentMouseTakesEveryControlBack_data() { eachModelAndLink(false); }
@@ -294,16 +296,16 @@ private slots:
     {
         QFETCH(int, model);
         QFETCH(int, link);
-        SensorEndToEnd road(SensorModels[model], SensorLinks[link]);
-        QCOMPARE(road.open(), QString());
-        Edits edits(road, ModelRows[model]);
+        SensorEndToEnd scene(SensorModels[model], SensorLinks[link]);
+        QCOMPARE(scene.open(), QString());
+        Edits edits(scene, ModelRows[model]);
         const std::vector<Edit> all = edits.all();
-        const FlashDataMap flash = road.flash();
+        const FlashDataMap flash = scene.flash();
         const FlashDataMap record = DeviceRecord::copy();
-        road.program.bus.order("radio m off");
+        scene.program.bus.order("radio m off");
         NoticeAnswer notice;
         for (const Edit &edit : all) {
-            const QStringList before = state(road);
+            const QStringList before = state(scene);
             edit.act();
             // The notice opens from a timer that has run out already; this one stands behind it.
             bool isBehind = false;
@@ -311,9 +313,9 @@ private slots:
             QTRY_VERIFY(isBehind && isGone<MouseOffLine>());
             const int notices = notice.taken();
             QVERIFY2(notices <= 1, qPrintable(edit.name));
-            QVERIFY2(state(road) == before, qPrintable(edit.name));
+            QVERIFY2(state(scene) == before, qPrintable(edit.name));
         }
-        QVERIFY(sameBytes(road.flash(), flash));
+        QVERIFY(sameBytes(scene.flash(), flash));
         QVERIFY(sameBytes(DeviceRecord::copy(), record));
     }
 };

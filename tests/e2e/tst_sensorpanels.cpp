@@ -49,14 +49,14 @@ private:
             qFatal("%s does not show", name);
         return found;
     }
-    static QString open(SensorEndToEnd &road, const char *way)
+    static QString open(SensorEndToEnd &scene, const char *way)
     {
-        const QString wrong = road.open();
+        const QString wrong = scene.open();
         if (!wrong.isEmpty())
             return wrong;
-        road.program.click(way);
-        road.program.expect("agreement", [&road] { return road.program.agrees("m"); });
-        return road.program.script.run();
+        scene.program.click(way);
+        scene.program.expect("agreement", [&scene] { return scene.program.agrees("m"); });
+        return scene.program.script.run();
     }
     static void eachLink()
     {
@@ -73,16 +73,16 @@ private slots:
     void everyDebounceTime()
     {
         QFETCH(int, link);
-        SensorEndToEnd road(SensorModels[0], SensorLinks[link]);
-        QCOMPARE(open(road, "ButtonMain"), QString());
+        SensorEndToEnd scene(SensorModels[0], SensorLinks[link]);
+        QCOMPARE(open(scene, "ButtonMain"), QString());
         Answers<LessThree> warning;
         int warnings = 0;
         for (const int offset : {1, 0}) // so that each time is a change at least once
             for (int i = 0; i < 16; ++i) {
                 const int time = (i + offset) % 16;
-                warnings += road.flash().DebounceTime != time && time < SafeTime;
-                QCOMPARE(road.edit([=] { choose("Debunce", time); },
-                                   [=](FlashDataMap &map) { map.DebounceTime = uint8_t(time); }),
+                warnings += scene.flash().DebounceTime != time && time < SafeTime;
+                QCOMPARE(scene.edit([=] { choose("Debunce", time); },
+                                    [=](FlashDataMap &map) { map.DebounceTime = uint8_t(time); }),
                          QString());
                 QCOMPARE(warning.seen(), warnings);
             }
@@ -92,10 +92,10 @@ private slots:
     void everySettingOfTheAdvancedPage()
     {
         QFETCH(int, link);
-        SensorEndToEnd road(SensorModels[1], SensorLinks[link]);
-        QCOMPARE(open(road, "Advanced"), QString());
-        const auto sleep = [&road](Qt::Key key, int index) {
-            return road.edit(
+        SensorEndToEnd scene(SensorModels[1], SensorLinks[link]);
+        QCOMPARE(open(scene, "Advanced"), QString());
+        const auto sleep = [&scene](Qt::Key key, int index) {
+            return scene.edit(
                 [key] { press("StopClose", key); },
                 [index](FlashDataMap &map) { map.StopCloseTime = SleepCodes[std::size_t(index)]; });
         };
@@ -104,15 +104,15 @@ private slots:
             QCOMPARE(sleep(Qt::Key_Down, i), QString());
         QCOMPARE(sleep(Qt::Key_Home, 0), QString());
         for (int degrees = -30; degrees <= 30; ++degrees)
-            QCOMPARE(road.edit([=] { moveTo("AngleSet", degrees); },
-                               [=](FlashDataMap &map) {
-                                   map.AngleSet = uint8_t(degrees);
-                                   map.AngleSetValid = 1;
-                               }),
+            QCOMPARE(scene.edit([=] { moveTo("AngleSet", degrees); },
+                                [=](FlashDataMap &map) {
+                                    map.AngleSet = uint8_t(degrees);
+                                    map.AngleSetValid = 1;
+                                }),
                      QString());
         for (int i = 0; i < 2; ++i)
-            QCOMPARE(road.edit([] { control<QAbstractButton>("KFPS")->click(); },
-                               [](FlashDataMap &map) { map.KFps = map.KFps == 1 ? 0 : 1; }),
+            QCOMPARE(scene.edit([] { control<QAbstractButton>("KFPS")->click(); },
+                                [](FlashDataMap &map) { map.KFps = map.KFps == 1 ? 0 : 1; }),
                      QString());
     }
 
@@ -120,31 +120,31 @@ private slots:
     void everySettingOfTheStageLight()
     {
         QFETCH(int, link);
-        SensorEndToEnd road(SensorModels[2], SensorLinks[link]);
-        QCOMPARE(open(road, "LightsButton"), QString());
-        const auto mode = [&road](int index) {
-            return road.edit([=] { choose("Model", index); },
-                             [=](FlashDataMap &map) {
-                                 map.DpiLedEnable = index > 0;
-                                 map.DpiLedMode = index > 0 ? uint8_t(index) : map.DpiLedMode;
-                             },
-                             2); // the two bytes do not lie side by side
+        SensorEndToEnd scene(SensorModels[2], SensorLinks[link]);
+        QCOMPARE(open(scene, "LightsButton"), QString());
+        const auto mode = [&scene](int index) {
+            return scene.edit([=] { choose("Model", index); },
+                              [=](FlashDataMap &map) {
+                                  map.DpiLedEnable = index > 0;
+                                  map.DpiLedMode = index > 0 ? uint8_t(index) : map.DpiLedMode;
+                              },
+                              2); // the two bytes do not lie side by side
         };
         for (const int index : {0, 2, 1})
             QCOMPARE(mode(index), QString());
         for (const int offset : {1, 0})
             for (int i = 0; i < 10; ++i) {
                 const int value = (i + offset) % 10;
-                QCOMPARE(road.edit([=] { moveTo("LightH", value + 1); },
-                                   [=](FlashDataMap &map) {
-                                       map.DpiLedBrightness = BrightnessCurve[std::size_t(value)];
-                                   }),
+                QCOMPARE(scene.edit([=] { moveTo("LightH", value + 1); },
+                                    [=](FlashDataMap &map) {
+                                        map.DpiLedBrightness = BrightnessCurve[std::size_t(value)];
+                                    }),
                          QString());
             }
         QCOMPARE(mode(2), QString());
         for (const int value : {5, 1, 2, 3, 4})
-            QCOMPARE(road.edit([=] { moveTo("SpeedH", value); },
-                               [=](FlashDataMap &map) { map.DpiLedSpeed = uint8_t(value); }),
+            QCOMPARE(scene.edit([=] { moveTo("SpeedH", value); },
+                                [=](FlashDataMap &map) { map.DpiLedSpeed = uint8_t(value); }),
                      QString());
         QCOMPARE(mode(0), QString());
     }
@@ -152,13 +152,13 @@ private slots:
     // Each page's edits one after the other; the notice is answered meanwhile.
     void aSilentMouseTakesThemBack()
     {
-        SensorEndToEnd road(SensorModels[0], SensorLinks[2]);
-        QCOMPARE(open(road, "LightsButton"), QString());
+        SensorEndToEnd scene(SensorModels[0], SensorLinks[2]);
+        QCOMPARE(open(scene, "LightsButton"), QString());
         for (const int mode : {2, 1}) // the page holds a value of its own for each
             choose("Model", mode);
-        QTRY_VERIFY(road.program.agrees("m") && road.flash().DpiLedMode == 1);
-        const FlashDataMap before = road.flash();
-        road.program.bus.order("radio m off");
+        QTRY_VERIFY(scene.program.agrees("m") && scene.flash().DpiLedMode == 1);
+        const FlashDataMap before = scene.flash();
+        scene.program.bus.order("radio m off");
         Answers<MouseOffLine> notice;
         const int light = control<QSlider>("LightH")->value();
         moveTo("LightH", light % 10 + 1);
@@ -177,18 +177,18 @@ private slots:
         QTRY_VERIFY(!isShown<MouseOffLine>());
         QCOMPARE(control<QComboBox>("Debunce")->currentIndex(), time);
         QVERIFY(!isShown<LessThree>());
-        QVERIFY(sameBytes(road.flash(), before));
+        QVERIFY(sameBytes(scene.flash(), before));
         QVERIFY(sameBytes(DeviceRecord::copy(), before));
     }
 
     // Moves of the DPI slider bring no notice, and yet the page is filled when the mouse is back.
     void aPressOnTheHandleOfASilentMouseLeavesNoDeadSlider()
     {
-        SensorEndToEnd road(SensorModels[0], SensorLinks[2]);
-        QCOMPARE(road.open(), QString());
-        QSlider *const slider = road.slider();
+        SensorEndToEnd scene(SensorModels[0], SensorLinks[2]);
+        QCOMPARE(scene.open(), QString());
+        QSlider *const slider = scene.slider();
         const int value = slider->value();
-        road.program.bus.order("radio m off");
+        scene.program.bus.order("radio m off");
         QTRY_VERIFY(!UsbFinderC_GetDeviceOnLine(CurrentDevicePath()));
         QStyleOptionSlider option;
         option.initFrom(slider);
@@ -204,12 +204,12 @@ private slots:
         QTest::mouseRelease(slider, Qt::LeftButton, {}, handle);
         QVERIFY(!slider->isEnabled());
         QCOMPARE(slider->value(), value);
-        road.program.bus.order("radio m on");
+        scene.program.bus.order("radio m on");
         QTRY_VERIFY_WITH_TIMEOUT(slider->isEnabled(), 20000);
         QTRY_VERIFY_WITH_TIMEOUT(!QApplication::activeModalWidget(), 20000);
-        const FlashDataMap before = road.flash();
+        const FlashDataMap before = scene.flash();
         QTest::keyClick(slider, Qt::Key_Right);
-        QTRY_VERIFY(!sameBytes(road.flash(), before) && road.program.agrees("m"));
+        QTRY_VERIFY(!sameBytes(scene.flash(), before) && scene.program.agrees("m"));
     }
 };
 

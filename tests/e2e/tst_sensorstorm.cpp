@@ -19,25 +19,25 @@ const SensorLink &fastLink() { return SensorLinks[5]; }
 class Hand
 {
 public:
-    Hand(SensorEndToEnd &sensorEndToEnd, unsigned seed) : road(sensorEndToEnd), random(seed)
+    Hand(SensorEndToEnd &sensorEndToEnd, unsigned seed) : scene(sensorEndToEnd), random(seed)
     {
-        const auto *page = road.page();
+        const auto *page = scene.page();
         for (QAbstractButton *button : page->findChildren<QAbstractButton *>())
             if (button->focusPolicy() != Qt::NoFocus &&
                 !button->objectName().endsWith(QLatin1String("ButtonA")))
                 buttons.push_back(button);
         for (const char *name : {"ModelChoose", "PerformanceOpen", "LOD", "ChooseEvent"})
-            boxes.push_back(road.find<QComboBox>(name));
+            boxes.push_back(scene.find<QComboBox>(name));
     }
 
     void act()
     {
         switch (draw(10)) {
         case 0:
-            road.program.bus.order("press m dpi");
+            scene.program.bus.order("press m dpi");
             return;
         case 1:
-            road.program.bus.order("press m rate");
+            scene.program.bus.order("press m rate");
             return;
         case 2:
             return setColor();
@@ -46,8 +46,8 @@ public:
             return chooseItem();
         case 5:
         case 6:
-            road.slider()->setValue(road.slider()->minimum() +
-                                    draw(road.slider()->maximum() - road.slider()->minimum() + 1));
+            scene.slider()->setValue(scene.slider()->minimum() +
+                                     draw(scene.slider()->maximum() - scene.slider()->minimum() + 1));
             return;
         default:
             return clickButton();
@@ -59,7 +59,7 @@ private:
     void setColor()
     {
         const QColor color(draw(256), draw(256), draw(256));
-        road.page()->findChild<SensorDPI *>()->SetColor(color);
+        scene.page()->findChild<SensorDPI *>()->SetColor(color);
     }
     void chooseItem()
     {
@@ -76,7 +76,7 @@ private:
             button->click();
     }
 
-    SensorEndToEnd &road;
+    SensorEndToEnd &scene;
     std::mt19937 random;
     std::vector<QAbstractButton *> buttons;
     std::vector<QComboBox *> boxes;
@@ -98,16 +98,16 @@ private slots:
     void aStormOfButtonsLeavesAllEqual()
     {
         QFETCH(int, model);
-        SensorEndToEnd road(SensorModels[model], fastLink());
+        SensorEndToEnd scene(SensorModels[model], fastLink());
         Watchdog watchdog;
-        QCOMPARE(road.open(), QString());
-        const uint64_t writes = road.writes();
+        QCOMPARE(scene.open(), QString());
+        const uint64_t writes = scene.writes();
         for (int i = 0; i < 100; ++i)
-            road.program.bus.order(i % 2 == 0 ? "press m dpi" : "press m rate");
-        QCOMPARE(road.settle(), QString());
-        QCOMPARE(int(road.flash().CurrentDpiStage), (1 + 50) % road.flash().DpiStageCount);
-        QCOMPARE(int(road.flash().ReportRate), 2000 / 125); // 50 rates on from 1000 Hz, of seven
-        QCOMPARE(road.writes(), writes);
+            scene.program.bus.order(i % 2 == 0 ? "press m dpi" : "press m rate");
+        QCOMPARE(scene.settle(), QString());
+        QCOMPARE(int(scene.flash().CurrentDpiStage), (1 + 50) % scene.flash().DpiStageCount);
+        QCOMPARE(int(scene.flash().ReportRate), 2000 / 125); // 50 rates on from 1000 Hz, of seven
+        QCOMPARE(scene.writes(), writes);
         QVERIFY(!watchdog.barked());
     }
 
@@ -122,27 +122,27 @@ private slots:
     {
         QFETCH(int, model);
         QFETCH(int, steps);
-        SensorEndToEnd road(SensorModels[model], fastLink());
-        QCOMPARE(road.open(), QString());
-        QCOMPARE(road.settle(), QString());
-        const uint64_t repeats = road.repeats();
+        SensorEndToEnd scene(SensorModels[model], fastLink());
+        QCOMPARE(scene.open(), QString());
+        QCOMPARE(scene.settle(), QString());
+        const uint64_t repeats = scene.repeats();
         QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
-        Hand hand(road, unsigned(model));
+        Hand hand(scene, unsigned(model));
         int changes = 0;
         for (int step = 1; step <= steps; ++step) {
             const FlashDataMap before = DeviceRecord::copy();
-            const FlashDataMap flashBefore = road.flash();
+            const FlashDataMap flashBefore = scene.flash();
             hand.act();
-            changes += !sameBytes(DeviceRecord::copy(), before) || !sameBytes(road.flash(), flashBefore);
+            changes += !sameBytes(DeviceRecord::copy(), before) || !sameBytes(scene.flash(), flashBefore);
             QCoreApplication::processEvents();
             if (step % 250 == 0) {
-                const QString wrong = road.settle();
+                const QString wrong = scene.settle();
                 QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("step %1: %2").arg(step).arg(wrong)));
             }
         }
-        QCOMPARE(road.settle(), QString());
+        QCOMPARE(scene.settle(), QString());
         // A mouse whose answers come too late on a busy machine counts as away.
-        QVERIFY(notice.isEmpty() || road.repeats() > repeats);
+        QVERIFY(notice.isEmpty() || scene.repeats() > repeats);
         QVERIFY2(changes > steps / 2, qPrintable(QString::number(changes)));
     }
 };

@@ -86,8 +86,8 @@ inline bool isRecorded(const std::filesystem::path &path)
     return !error && recorded >= std::filesystem::last_write_time(path, error);
 }
 
-// Whether udev, where its daemon runs, has dealt with all nodes. Its queue tells only of events that it has
-// heard of, so each node wants its record first.
+// Whether udev, where its daemon runs, has dealt with all nodes. Its queue holds only events
+// that have reached it, so each node must have a record first.
 inline bool udevIsDone()
 {
     if (::access("/run/udev/control", F_OK) != 0)

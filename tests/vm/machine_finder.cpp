@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Finding devices, asking them, and the right to do so, on the kernel's own nodes.
+// Finding devices, asking them, and the permission to do so, on the kernel's own nodes.
 #include "tests/support/QuietFailure.h"
 #include "tests/vm/MachineFixture.h"
 
@@ -88,7 +88,7 @@ TEST_F(MachineTest, APathWithoutADeviceFailsQuietly)
 INSTANTIATE_TEST_SUITE_P(Links, Finder, testing::ValuesIn(Links),
                          [](const auto &what) { return std::string(what.param.id); });
 
-class Rights : public MachineTest
+class Permissions : public MachineTest
 {
 protected:
     static constexpr unsigned nobody = 65534;
@@ -116,7 +116,7 @@ protected:
     }
 };
 
-TEST_F(Rights, TheRulesOfTheCatalogueOpenItsDevicesAndNoOthers)
+TEST_F(Permissions, TheRulesOfTheCatalogueOpenItsDevicesAndNoOthers)
 {
     plug("rx8k");
     const std::string node = nodeOf("rx8k");
@@ -131,8 +131,8 @@ TEST_F(Rights, TheRulesOfTheCatalogueOpenItsDevicesAndNoOthers)
     EXPECT_TRUE(UsbFinderC_GetDeviceOnLine(nodeOf("other").c_str()));
 }
 
-// Of this process's threads, whose rights the kernel asks for at each opening.
-TEST_F(Rights, ADeviceThatCannotBeOpenedCanOnceTheRightIsThere)
+// Of this process's threads, whose permissions the kernel checks at each opening.
+TEST_F(Permissions, ADeviceThatCannotBeOpenedCanOnceItMay)
 {
     plug("rx8k");
     const std::string node = nodeOf("rx8k");
@@ -152,8 +152,8 @@ TEST_F(Rights, ADeviceThatCannotBeOpenedCanOnceTheRightIsThere)
     ASSERT_EQ(::seteuid(root), 0);
 }
 
-// Its rights come with udev; until then it would only seem to be refused.
-TEST_F(Rights, ANodeThatUdevHasNotDealtWithIsNotThereYet)
+// udev sets its permissions; until then it would only seem to be refused.
+TEST_F(Permissions, ANodeThatUdevHasNotDealtWithIsNotThereYet)
 {
     ASSERT_EQ(std::system("pkill -STOP -x systemd-udevd || pkill -STOP udevd"), 0);
     order("plug rx8k");

@@ -152,9 +152,9 @@ TEST_F(Plugging, AnOpenNodeThatGoesIsAChange)
     // With udev's daemon stopped nothing but the read tells.
     ASSERT_EQ(std::system("pkill -STOP -x systemd-udevd || pkill -STOP udevd"), 0);
     order("unplug rx8k");
-    const bool heard = watchSees({});
+    const bool seen = watchSees({});
     ASSERT_EQ(std::system("pkill -CONT -x systemd-udevd || pkill -CONT udevd"), 0);
-    EXPECT_TRUE(heard);
+    EXPECT_TRUE(seen);
     order("plug rx8k");
     expectHealthy("rx8k", "air8");
     EXPECT_TRUE(watchSees({nodeOf("rx8k")}));

@@ -244,9 +244,9 @@ TEST_F(EmulatorOrders, FollowStreamsReports)
     RawClient second(folder_.path(), "rx2k");
     ASSERT_TRUE(first.ask(Command::Identity));
     ASSERT_TRUE(second.ask(Command::Battery));
-    const std::string heard = readUntil(one, "<- rx2k battery");
-    EXPECT_NE(heard.find("-> rx2k battery 05 04 01"), std::string::npos) << heard;
-    EXPECT_EQ(heard.find("rx1k"), std::string::npos) << heard;
+    const std::string logged = readUntil(one, "<- rx2k battery");
+    EXPECT_NE(logged.find("-> rx2k battery 05 04 01"), std::string::npos) << logged;
+    EXPECT_EQ(logged.find("rx1k"), std::string::npos) << logged;
     const std::string everything = readUntil(all, "<- rx2k battery");
     EXPECT_NE(everything.find("-> rx1k identity"), std::string::npos) << everything;
     // A follower may order meanwhile.

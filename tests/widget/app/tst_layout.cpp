@@ -154,7 +154,7 @@ private slots:
         QTest::newRow("two beside three tiles") << 3 << 2 << false << 0;
         QTest::newRow("five beside four tiles") << 4 << 5 << true << 0;
     }
-    void rightHint()
+    void permissionHint()
     {
         QFETCH(int, tiles);
         QFETCH(int, nodes);

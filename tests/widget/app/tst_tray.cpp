@@ -50,7 +50,7 @@ class tst_Tray : public MainWindow
 public:
     static inline TrayHost *tray = nullptr;
 
-    // The program's end by the menu, in a process of its own; tells what the layer heard of it.
+    // The program's end by the menu, in a process of its own; prints which calls the layer got.
     int endByMenu()
     {
         begin();

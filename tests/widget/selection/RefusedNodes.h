@@ -36,7 +36,7 @@ public:
         setRulesFolders({});
     }
 
-    // A node of that name and mode; those with rights for a group are not of root's.
+    // A node of that name and mode; those with permissions for a group are not of root's.
     QString add(const QString &name, int mode) const
     {
         const QString path = folder.filePath(name);

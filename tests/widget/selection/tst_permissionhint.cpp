@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Devices that are there and may not be opened: the selection page says so, says what is missing and which
-// command adds it, and forgets it by itself when the right is there.
+// command adds it, and forgets it by itself when the permission is granted.
 #include "selection/PermissionHint.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/selection/RefusedNodes.h"
@@ -108,7 +108,7 @@ private slots:
         QVERIFY(!shows("label_2"));
     }
 
-    // The node was refused when the search looked and open when the page heard of it.
+    // The node was refused when the search looked and open when the page was told.
     void theRightComesBeforeTheWatch()
     {
         build();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The selection page: the road of a click on a tile, and the other controls.
+// The selection page: what follows a click on a tile, and the other controls.
 #include "device/hidusb/wire/FirmwareFile.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/selection/SelectionPage.h"
@@ -283,12 +283,14 @@ private slots:
             offerFirmware(211, offer.toLatin1().constData());
         build();
         plug(devices(1));
-        QString heard;
+        QString announced;
         QObject context;
         connect(PostMsg::instance(), &PostMsg::SigLabelTextB, &context,
-                [&heard](const QString &version, const QString &isNew) { heard += version + ' ' + isNew; });
+                [&announced](const QString &version, const QString &isNew) {
+                    announced += version + ' ' + isNew;
+                });
         QTest::mouseClick(tile(0), Qt::LeftButton);
-        QTEST(heard, "said");
+        QTEST(announced, "said");
     }
 
     void aCableLeavesTheConnectionKind()

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The road of a device and of an edit through the real windows, worker and layer, with devices that the
+// A device and an edit pass through the real windows, worker and layer, with devices that the
 // kernel takes for real ones: from the plug to the tile, to the page, to the flash, and back when the cable
 // is pulled. On a display it saves pictures in the folder that OUT names. How long the main thread is silent
 // says nothing on an emulated processor.
@@ -55,7 +55,7 @@ bool onSelectionPage(std::size_t tiles)
 
 } // namespace
 
-class machine_road : public QObject
+class machine_program : public QObject
 {
     Q_OBJECT
 
@@ -244,6 +244,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv) { return runProgramTest<machine_road>(argc, argv); }
+int main(int argc, char **argv) { return runProgramTest<machine_program>(argc, argv); }
 
-#include "machine_road.moc"
+#include "machine_program.moc"

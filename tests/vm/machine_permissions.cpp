@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The program as it is delivered, run by a user who is not root, on nodes that it may not open: what it says,
-// and that the device is there as soon as the right is.
+// and that the device is there as soon as the permission is granted.
 #include "tests/vm/MachineFixture.h"
 
 #include <sys/stat.h>

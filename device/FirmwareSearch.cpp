@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "catalogue/FirmwareSearch.h"
+#include "device/FirmwareSearch.h"
 
 #include "catalogue/ConfigReader.h"
 #include "catalogue/DeviceKinds.h"

@@ -3,7 +3,7 @@
 //
 // The search for firmware other than what a device runs, over folders as a packager or a stranger may
 // leave them.
-#include "catalogue/FirmwareSearch.h"
+#include "device/FirmwareSearch.h"
 #include "device/hidusb/wire/FirmwareFile.h"
 #include "tests/support/ProductFolder.h"
 #include "tests/support/TestMain.h"
