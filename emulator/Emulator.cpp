@@ -8,9 +8,11 @@
 #include "emulator/usb/UsbBus.h"
 #include "emulator/usb/VirtualHub.h"
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 #include <sys/eventfd.h>
+#include <sys/prctl.h>
 
 namespace emulator
 {
@@ -187,6 +189,218 @@ void Emulator::onLoop(const std::function<void()> &job)
     jobs_.push_back(&entry);
     ::eventfd_write(wake_.get(), 1);
     done_.wait(lock, [&entry] { return entry.done; });
+}
+
+// ---- The thread: polls all sockets, then handles the reports received and the events that are due
+
+void Emulator::loop()
+{
+    // The default timer slack of 50 us is 5 % of the pace of 1 ms.
+    ::prctl(PR_SET_TIMERSLACK, 1000UL);
+    for (bool ends = false; !ends;) {
+        // Taken before poll(): clients that connected before an order then receive the reports it causes.
+        const std::vector<Job *> jobs = takeJobs();
+        poll(!jobs.empty());
+        for (const Job *job : jobs)
+            (*job->run)();
+        carry();
+        finish(jobs);
+        const std::lock_guard<std::mutex> lock(mutex_);
+        ends = stopping_ || world_.quit;
+    }
+    bus_->sync({}, [this](const Interface &face) { world_.traffic[face.device].clear(); });
+    control_.close(folder_);
+    folder_.close();
+    const std::lock_guard<std::mutex> lock(mutex_);
+    serving_ = false;
+    for (Job *job : jobs_) {
+        (*job->run)();
+        job->done = true;
+    }
+    jobs_.clear();
+    done_.notify_all();
+    ::eventfd_write(ended_.get(), 1);
+}
+
+static timespec spanUntil(Clock::time_point due)
+{
+    const auto span = std::max(due - Clock::now(), Clock::duration::zero());
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(span);
+    return {static_cast<time_t>(seconds.count()),
+            static_cast<long>(std::chrono::nanoseconds(span - seconds).count())};
+}
+
+void Emulator::poll(bool hasJobs)
+{
+    std::vector<pollfd> polled{{wake_.get(), POLLIN, 0}};
+    control_.addTo(polled);
+    bus_->addTo(polled, [this](const Interface &face) {
+        return world_.traffic[face.device].in.size() < Traffic::InLimit;
+    });
+    const auto due = hasJobs ? Clock::time_point{} : nextDue();
+    const timespec span = spanUntil(due.value_or(Clock::time_point{}));
+    ::ppoll(polled.data(), polled.size(), due ? &span : nullptr, nullptr);
+
+    ReadyMap ready;
+    for (const pollfd &each : polled) {
+        if (each.revents != 0)
+            ready[each.fd] = each.revents;
+    }
+    eventfd_t woken = 0;
+    ::eventfd_read(wake_.get(), &woken);
+    world_.scene.run(Clock::now());
+    bus_->service(ready, [this](const Interface &face, const uint8_t *bytes, std::size_t size) {
+        take(face, bytes, size);
+    });
+    control_.service(ready, [this](const std::string &line) {
+        Control::Answer answer{runOrder(world_, line), world_.followed};
+        carry();
+        return answer;
+    });
+}
+
+std::vector<Emulator::Job *> Emulator::takeJobs()
+{
+    std::vector<Job *> jobs;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    jobs.swap(jobs_);
+    return jobs;
+}
+
+void Emulator::finish(const std::vector<Job *> &jobs)
+{
+    const std::lock_guard<std::mutex> lock(mutex_);
+    for (Job *job : jobs)
+        job->done = true;
+    done_.notify_all();
+}
+
+std::optional<Emulator::TimePoint> Emulator::nextDue() const
+{
+    std::optional<TimePoint> next = world_.scene.nextDue();
+    const auto earlier = [&next](const std::optional<TimePoint> &due) {
+        if (due && (!next || *due < *next))
+            next = due;
+    };
+    earlier(bus_->nextDue());
+    for (const auto &[id, traffic] : world_.traffic) {
+        earlier(traffic.in.nextDue(world_.pace));
+        earlier(traffic.out.nextDue(world_.pace));
+    }
+    return next;
+}
+
+void Emulator::take(const Interface &face, const uint8_t *bytes, std::size_t size)
+{
+    Traffic &traffic = world_.traffic[face.device];
+    const uint16_t page = face.name.usagePage;
+    const TimePoint now = world_.scene.now();
+    if (page == wire::ScreenUsagePage) {
+        // A screen echoes a report, padded to full size: hosts drop shorter ones.
+        show("->", face.device, bytes, size);
+        Bytes answer(bytes, bytes + size);
+        answer.resize(wire::ReportSize);
+        if (size <= wire::ReportSize)
+            traffic.out.push({page, std::move(answer)}, now);
+        return;
+    }
+    const bool known = page == wire::SettingsUsagePage || page == wire::BootUsagePage;
+    if (!known || !wire::isSound(bytes, size))
+        return show("-> ignored", face.device, bytes, size);
+    show("->", face.device, bytes, size);
+    wire::Report report;
+    std::copy_n(bytes, size, reinterpret_cast<uint8_t *>(&report));
+    traffic.count(report);
+    traffic.in.push({page, report}, now);
+}
+
+void Emulator::carry()
+{
+    const TimePoint now = world_.scene.now();
+    for (auto &[id, traffic] : world_.traffic) {
+        Device *device = world_.scene.find(id);
+        while (const auto incoming = traffic.in.take(now, world_.pace))
+            process(traffic, *device, *incoming);
+    }
+    apply();
+    for (auto &[id, traffic] : world_.traffic)
+        sendDue(id, traffic);
+}
+
+// After any change: pairing, reach and notices, then the sockets.
+void Emulator::apply()
+{
+    for (const RoutedNotice &notice : world_.scene.settle())
+        world_.traffic[notice.device].out.push({wire::SettingsUsagePage, bytesOf(notice.report)},
+                                               world_.scene.now());
+    if (!serving_)
+        return;
+    bus_->sync(world_.scene.interfaces(),
+               [this](const Interface &face) { world_.traffic[face.device].clear(); });
+}
+
+void Emulator::process(Traffic &traffic, Device &device, const Incoming &incoming)
+{
+    const auto hit = traffic.faults.match(incoming.report.CommandCode);
+    if (hit && hit->kind == FaultKind::Unplug) {
+        world_.scene.setPlugged(device, false);
+        traffic.clear();
+        return;
+    }
+    if (hit && hit->kind == FaultKind::Radio) {
+        auto *receiver = dynamic_cast<Receiver *>(&device);
+        Mouse *mouse = receiver == nullptr ? nullptr : world_.scene.mouseInReach(*receiver);
+        if (mouse != nullptr)
+            mouse->state.radio = false;
+    }
+    const bool refuse = hit && hit->kind == FaultKind::Refuse;
+    const wire::Report answer = refuse ? makeReply(incoming.report, wire::Status::Refused)
+                                       : world_.scene.answer(device, incoming.report);
+    if (hit)
+        return reply(traffic, {incoming.usagePage, spoil(answer, *hit)}, *hit);
+    traffic.out.push({incoming.usagePage, bytesOf(answer)}, world_.scene.now());
+}
+
+void Emulator::reply(Traffic &traffic, const Outgoing &outgoing, const FaultHit &hit)
+{
+    const int copies = hit.kind == FaultKind::NoReply ? 0 : hit.kind == FaultKind::Doubled ? 2 : 1;
+    const auto push = [this, &traffic, outgoing, plugging = traffic.plugging] {
+        if (traffic.plugging == plugging)
+            traffic.out.push(outgoing, world_.scene.now());
+    };
+    if (hit.kind == FaultKind::Late)
+        return world_.scene.after(std::chrono::milliseconds(hit.lateMs), push);
+    for (int i = 0; i < copies; ++i)
+        push();
+}
+
+void Emulator::sendDue(const std::string &id, Traffic &traffic)
+{
+    while (const auto outgoing = traffic.out.take(world_.scene.now(), world_.pace)) {
+        show("<-", id, outgoing->bytes.data(), outgoing->bytes.size());
+        bus_->send(id, outgoing->usagePage, outgoing->bytes);
+    }
+}
+
+void Emulator::show(const char *arrow, const std::string &id, const uint8_t *bytes, std::size_t size)
+{
+    if (!world_.log && !control_.hasFollowers())
+        return;
+    const std::chrono::duration<double> time = world_.scene.now() - began_;
+    const CommandRow *row = size > 1 ? findCommand(bytes[1]) : nullptr;
+    char part[32];
+    std::snprintf(part, sizeof part, "%10.4f ", time.count());
+    std::string line = part + std::string(arrow) + " " + id + " " + (row != nullptr ? row->name : "unknown");
+    for (std::size_t i = 0; i < size; ++i) {
+        std::snprintf(part, sizeof part, " %02x", bytes[i]);
+        line += part;
+    }
+    line += "\n";
+    control_.publish(id, line);
+    if (!world_.log)
+        return;
+    std::fputs(line.c_str(), logFile_);
+    std::fflush(logFile_);
 }
 
 } // namespace emulator
