@@ -98,8 +98,7 @@ void DialogMain::SlotChangeMainDialog(int index)
 void DialogMain::SlotMouseOffLine(int index)
 {
     OffLineKind = index;
-    AwaitingMouse = true;
-    RestartWorker = true;
+    awaitMouse();
     if (noticeUp_)
         return;
     noticeUp_ = true;

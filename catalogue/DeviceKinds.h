@@ -8,7 +8,7 @@
 #include <array>
 #include <cstdint>
 
-// Every other code is a cable as well.
+// A code that is not listed is a cable.
 enum DeviceKindCode : uint16_t {
     Receiver1K = 0,
     Receiver4K = 1,

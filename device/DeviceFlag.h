@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A process-wide atomic value that returns to its start value with all others of its type. Each adds itself
-// to the list when it is constructed, before main(); any thread may read and write it afterwards.
+// to the list when it is constructed, before main(), so it must have static storage; any thread may read and
+// write it afterwards.
 #pragma once
 
 #include <atomic>

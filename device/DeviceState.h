@@ -74,6 +74,13 @@ void pointCurrentDeviceAtNothing();
 QString driveSection(const DeviceAllInfo &info);
 QString imageFileName(uint8_t cid, uint8_t mid);
 
+// Polls for the mouse that does not answer; when it does, the worker reads it again, which fills the pages.
+inline void awaitMouse()
+{
+    AwaitingMouse = true;
+    RestartWorker = true;
+}
+
 // DeviceList: the result of the device page's last search. Copies in, copies out.
 std::vector<DeviceAllInfo> deviceList();
 void setDeviceList(const std::vector<DeviceAllInfo> &list);

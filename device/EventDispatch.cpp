@@ -116,7 +116,8 @@ void feedPages()
 void onFullRead(const Message &message)
 {
     DeviceRecord::edit([&message](FlashDataMap &record) {
-        record = FlashDataMap(); // the parser may leave fields of the previous device unset
+        record =
+            FlashDataMap(); // fields that the parser does not fill must not keep the previous device's values
         ProtocolDataParser(message.payload, &record);
     });
     const DeviceAllInfo selected = SelectedDevice::info();

@@ -11,7 +11,8 @@ namespace
 class FirstShow : public QObject
 {
 public:
-    FirstShow(QWidget *shown, std::function<void()> dressing) : QObject(shown), dress_(std::move(dressing))
+    FirstShow(QWidget *shown, std::function<void()> applyStyle)
+        : QObject(shown), applyStyle_(std::move(applyStyle))
     {
         shown->installEventFilter(this);
     }
@@ -22,13 +23,13 @@ protected:
         if (event->type() == QEvent::Show) {
             watched->removeEventFilter(this);
             deleteLater();
-            dress_();
+            applyStyle_();
         }
         return false;
     }
 
 private:
-    const std::function<void()> dress_;
+    const std::function<void()> applyStyle_;
 };
 
 } // namespace

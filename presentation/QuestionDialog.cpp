@@ -71,5 +71,5 @@ void QuestionDialog::WindowClosedLan()
 void QuestionDialog::on_OK_clicked()
 {
     accepted_ = lineEdit_->text();
-    close();
+    NoticeDialog::on_OK_clicked();
 }

@@ -11,8 +11,8 @@
 enum class OfflineTileAction : uint8_t {
     Pair,          // this computer has never read the mouse's version
     AskForPairing, // neither or both of mouse and receiver have new firmware
-    EnterReceiver, // the receiver has, which its own pages offer
-    WarnToWire,    // the mouse has, for which it must be on its cable
+    EnterReceiver, // only the receiver has new firmware; its pages offer it
+    WarnToWire,    // only the mouse has new firmware; it must be on its cable
 };
 
 // mouseVersion: as last read from a mouse of that model; empty when never.

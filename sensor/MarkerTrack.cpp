@@ -6,8 +6,7 @@ bool isBesideTrack(int x) { return x < MarkerLeftLimit || x >= MarkerRightLimit;
 
 bool isBehindLastStage(int x, int lastStage)
 {
-    return lastStage >= 0 && lastStage < int(PermissionLimits.size()) &&
-           x > PermissionLimits[std::size_t(lastStage)];
+    return lastStage >= 0 && lastStage < int(RightLimits.size()) && x > RightLimits[std::size_t(lastStage)];
 }
 
 std::optional<int> markerShift(int distance)

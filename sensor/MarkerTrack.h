@@ -27,7 +27,7 @@ constexpr int MarkerPitch = 91; // of the stages
 constexpr int MarkerLeftLimit = 15;
 constexpr int MarkerRightLimit = 707;
 // Last x at which a drop selects a stage, by the number of shown stages minus 1; no limit with all 8.
-constexpr std::array<int, DpiStageLimit - 1> PermissionLimits = {{69, 160, 251, 342, 433, 524, 612}};
+constexpr std::array<int, DpiStageLimit - 1> RightLimits = {{69, 160, 251, 342, 433, 524, 612}};
 
 struct MarkerBand {
     int shift; // in stages

@@ -357,10 +357,7 @@ void SensorDPI::on_horizontalSliderC_sliderMoved(int position)
         return;
     }
     returnSlider();
-    // As the notice would do it, which does not come up here: the mouse is polled for and then read, so that
-    // the page is filled again and the slider is usable.
-    AwaitingMouse = true;
-    RestartWorker = true;
+    awaitMouse(); // a drag raises no notice, which would do it
 }
 
 void SensorDPI::on_horizontalSliderC_valueChanged(int value)

@@ -157,11 +157,3 @@ std::vector<QSignalBlocker> StageRow::silence() const
     }
     return blockers;
 }
-
-void StageRow::blockSignals(bool blocked)
-{
-    for (std::size_t i = 0; i < buttons_.size(); ++i) {
-        buttons_[i]->blockSignals(blocked);
-        bars_[i]->blockSignals(blocked);
-    }
-}

@@ -55,7 +55,6 @@ public:
     int checkedBar() const;
     // No stage signals while it lives.
     std::vector<QSignalBlocker> silence() const;
-    void blockSignals(bool blocked);
 
 private:
     void styleButton(int stage);

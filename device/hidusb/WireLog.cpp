@@ -142,8 +142,11 @@ void WireLog::writeLine(Clock::time_point when, const std::string &path, const s
 
 bool WireLog::append(Clock::time_point when, const std::string &path, const std::string &text)
 {
+    // Integers, because the decimal sign of a floating-point number depends on the locale.
+    const auto passed = std::chrono::duration_cast<std::chrono::microseconds>(when - start_).count();
     char time[32];
-    std::snprintf(time, sizeof time, "%12.6f ", std::chrono::duration<double>(when - start_).count());
+    std::snprintf(time, sizeof time, "%5lld.%06lld ", static_cast<long long>(passed / 1000000),
+                  static_cast<long long>(passed % 1000000));
     const auto known = names_.find(path);
     const std::string &name = known != names_.end() ? known->second : path;
     return lines_.append(time + name + (name.empty() ? "" : " ") + text);

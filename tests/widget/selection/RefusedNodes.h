@@ -36,7 +36,7 @@ public:
         setRulesFolders({});
     }
 
-    // A node of that name and mode; those with permissions for a group are not of root's.
+    // A node of that name and mode; group permissions are for a group other than root's.
     QString add(const QString &name, int mode) const
     {
         const QString path = folder.filePath(name);

@@ -119,7 +119,7 @@ private slots:
         QVERIFY(editor.nothingWritten());
     }
 
-    void withoutPermissionToWriteTheStagesChangePlacesOnThePage()
+    void unarmedOrBusyTheStagesChangePlacesOnThePage()
     {
         DpiEditor editor(FastModel, 4, 6);
         const FlashDataMap before = DeviceRecord::copy();

@@ -71,7 +71,7 @@ private slots:
                                 {623, 669, -646, -599}};
         for (std::size_t i = 0; i < MarkerBands.size(); ++i) {
             const MarkerBand &band = MarkerBands[i];
-            QCOMPARE(PermissionLimits[i], limits[i]);
+            QCOMPARE(RightLimits[i], limits[i]);
             QCOMPARE(band.shift, int(i) + 1);
             QCOMPARE(band.rightFrom, bands[i][0]);
             QCOMPARE(band.rightTo, bands[i][1]);
@@ -119,7 +119,7 @@ private slots:
     void limitOfTheShownStages()
     {
         QFETCH(int, shown);
-        const int limit = PermissionLimits[std::size_t(shown - 1)];
+        const int limit = RightLimits[std::size_t(shown - 1)];
         DpiEditor editor(FastModel, 0, shown);
         editor.drag({limit + 1, 168});
         QCOMPARE(int(editor.fake().updates().size()), 1);
@@ -193,7 +193,7 @@ private slots:
         QCOMPARE(editor.difference(), QString());
     }
 
-    void withoutPermissionToWriteTheStageIsOnlyShown()
+    void unarmedOrBusyTheStageIsOnlyShown()
     {
         DpiEditor editor(FastModel, 2, 6);
         UiArmed = false;
@@ -201,7 +201,7 @@ private slots:
         QCOMPARE(editor.panel.currentStage(), 4);
         QCOMPARE(editor.checkedButton(), 4);
         QCOMPARE(editor.marker()->pos(), StagePoint[4]);
-        editor.drag({PermissionLimits[5] + 1, 168});
+        editor.drag({RightLimits[5] + 1, 168});
         QCOMPARE(editor.marker()->pos(), StagePoint[4]);
         QVERIFY(editor.nothingWritten());
     }

@@ -131,14 +131,14 @@ private slots:
         looksSelected(editor, otherThan(stage));
     }
 
-    void withoutPermissionToWriteAStageOnlyLooksSelected_data()
+    void unarmedOrBusyAStageOnlyLooksSelected_data()
     {
         QTest::addColumn<bool>("armed");
         QTest::addColumn<bool>("busy");
         QTest::newRow("not armed") << false << false;
         QTest::newRow("busy") << true << true;
     }
-    void withoutPermissionToWriteAStageOnlyLooksSelected()
+    void unarmedOrBusyAStageOnlyLooksSelected()
     {
         QFETCH(bool, armed);
         QFETCH(bool, busy);
@@ -184,11 +184,8 @@ private slots:
         QCOMPARE(editor.difference(), QString());
     }
 
-    void aColorWithoutPermissionToWriteIsOnlyShown_data()
-    {
-        withoutPermissionToWriteAStageOnlyLooksSelected_data();
-    }
-    void aColorWithoutPermissionToWriteIsOnlyShown()
+    void unarmedOrBusyAColorIsOnlyShown_data() { unarmedOrBusyAStageOnlyLooksSelected_data(); }
+    void unarmedOrBusyAColorIsOnlyShown()
     {
         QFETCH(bool, armed);
         QFETCH(bool, busy);

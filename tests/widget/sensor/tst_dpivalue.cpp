@@ -298,14 +298,14 @@ private slots:
         QVERIFY(editor.nothingWritten());
     }
 
-    void withoutPermissionToWriteTheValueIsOnlyShown_data()
+    void unarmedOrBusyTheValueIsOnlyShown_data()
     {
         QTest::addColumn<bool>("armed");
         QTest::addColumn<bool>("importing");
         QTest::newRow("not armed") << false << false;
         QTest::newRow("while an image is imported") << true << true;
     }
-    void withoutPermissionToWriteTheValueIsOnlyShown()
+    void unarmedOrBusyTheValueIsOnlyShown()
     {
         QFETCH(bool, armed);
         QFETCH(bool, importing);
