@@ -142,7 +142,7 @@ private slots:
     }
 
     // Nodes that keep the user out, beside tiles and alone, in each of the hint's wordings.
-    void rightHint_data()
+    void permissionHint_data()
     {
         QTest::addColumn<int>("tiles");
         QTest::addColumn<int>("nodes");
