@@ -44,7 +44,8 @@ inline std::string nodeOf(const std::string &serial, int interfaceNumber = 1)
     return {};
 }
 
-// How many nodes each device has, by serial and the ids as the kernel writes them, "rx 1209:0005".
+// How many nodes each device has, by serial and the ids as the kernel writes them, "rx 1209:0005". A node that comes
+// or goes has an entry of its own, since the kernel removes the node before the link that the layer lists it by.
 inline std::map<std::string, int> present()
 {
     std::map<std::string, int> nodes;
@@ -52,8 +53,11 @@ inline std::map<std::string, int> present()
     for (const auto &entry : std::filesystem::directory_iterator("/sys/class/hidraw", error)) {
         const auto uevent = entry.path() / "device/uevent";
         const std::string id = valueIn(uevent, "HID_ID"); // 0003:00001209:00000005
-        if (id.size() == 22 && ::access(("/dev/" + entry.path().filename().string()).c_str(), F_OK) == 0)
+        const std::string node = "/dev/" + entry.path().filename().string();
+        if (id.size() == 22 && ::access(node.c_str(), F_OK) == 0)
             ++nodes[valueIn(uevent, "HID_UNIQ") + " " + id.substr(9, 4) + ":" + id.substr(18, 4)];
+        else
+            ++nodes[node + " in transition"];
     }
     return nodes;
 }
