@@ -44,8 +44,9 @@ inline std::string nodeOf(const std::string &serial, int interfaceNumber = 1)
     return {};
 }
 
-// How many nodes each device has, by serial and the ids as the kernel writes them, "rx 1209:0005". A node that comes
-// or goes has an entry of its own, since the kernel removes the node before the link that the layer lists it by.
+// How many nodes each device has, by serial and the ids as the kernel writes them, "rx 1209:0005". A node
+// that comes or goes has an entry of its own, since the kernel removes the node before the link that the
+// layer lists it by.
 inline std::map<std::string, int> present()
 {
     std::map<std::string, int> nodes;
