@@ -28,7 +28,7 @@ namespace
 {
 
 constexpr QPoint WaitOffset{0, -20};
-constexpr int LetGoMs = 100;
+constexpr int DriverStatusMs = 100;
 constexpr int LowBattery = 16;
 constexpr int LineOpacity = 28;
 
@@ -194,7 +194,7 @@ void Dialog::on_UpArrow_clicked()
     UsbServer_SetPCDriverStatus(0);
     writeCache();
     ui->PreButton->setChecked(true);
-    spinEventLoop(LetGoMs);
+    spinEventLoop(DriverStatusMs);
     UsbServer_Exit();
     emit PostMsg::instance()->SigChangeMainDialog(0);
     emit PostMsg::instance()->SigSetMacroPage();

@@ -32,7 +32,7 @@ namespace
 {
 
 constexpr QPoint NoticeOffset{0, -20};
-constexpr int LetGoMs = 100;
+constexpr int ServiceExitMs = 100;
 constexpr int ClosingMs = 200;
 
 } // namespace
@@ -84,7 +84,7 @@ void DialogMain::SlotChangeMainDialog(int index)
         OnDevicePage = 0;
         emit PostMsg::instance()->SigMainPageChange();
         UsbServer_Exit();
-        QThread::msleep(LetGoMs);
+        QThread::msleep(ServiceExitMs);
         ui->stackedWidget->setCurrentWidget(dialogChange_);
         StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
     } else if (index == 1) {

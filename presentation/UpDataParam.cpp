@@ -21,7 +21,7 @@ constexpr NoticeKind WaitRow = {"UpDataParamA", language::Section::infoTips, "Di
 constexpr int TimerMs = 2500;
 constexpr int PageRounds = 12;
 constexpr int ImportRounds = 5;
-constexpr int RoundMs = 500;
+constexpr int PollMs = 500;
 constexpr int RefreshHoldMs = 2000;
 
 bool pagesLoaded() { return LightPageLoaded && SensorPageLoaded && ButtonPageLoaded; }
@@ -70,7 +70,7 @@ bool UpDataParam::waitForPages()
     for (int round = 0; round < PageRounds; ++round) {
         if (pagesLoaded())
             return true;
-        spinEventLoop(RoundMs);
+        spinEventLoop(PollMs);
     }
     return false;
 }
@@ -94,7 +94,7 @@ void UpDataParam::endImport()
         DeviceRecord::update([&image](FlashDataMap &record) { record = image; });
         feedPages(image);
         for (int round = 0; round < ImportRounds; ++round)
-            spinEventLoop(RoundMs);
+            spinEventLoop(PollMs);
     } else {
         notice::ask<InportFail>(this);
     }

@@ -51,7 +51,7 @@ public slots:
     void on_CloseButton_2_clicked();
     void on_NewHong_clicked();
     void on_NoApear_clicked(bool checked);
-    void on_label_linkHovered(QString) {}
+    void on_label_linkHovered(const QString &) {}
 
 protected:
     void changeEvent(QEvent *event) override;

@@ -46,14 +46,14 @@ const LayoutRow &layoutRow(bool kfps, bool longRange, int index)
 }
 
 // The captions are of different lengths, so the tip icons stand at another place in each language.
-constexpr int TipColumns[] = {300, 200, 200, 320, 300, 300, 300, 290};
+constexpr int SleepTipX[] = {300, 200, 200, 320, 300, 300, 300, 290};
 constexpr int CaptionColumn = 68;
 constexpr int CaptionRoom = 8; // before the icon
 constexpr int LineOpacity = 28;
 
 int tipColumn(int language)
 {
-    return TipColumns[language >= 0 && language < int(std::size(TipColumns)) ? language : 0];
+    return SleepTipX[language >= 0 && language < int(std::size(SleepTipX)) ? language : 0];
 }
 
 QString advancedText(const char *key, int index)

@@ -311,7 +311,7 @@ bool SensorDPI::eventFilter(QObject *, QEvent *event)
     return true;
 }
 
-void SensorDPI::SetColor(QColor color)
+void SensorDPI::SetColor(const QColor &color)
 {
     const int stage = row_->checkedBar();
     if (!mouseAnswers() || stage < 0)

@@ -59,7 +59,7 @@ public slots:
     void on_horizontalSliderC_sliderMoved(int position);
     void on_ReduceLevelA_clicked();
     void on_AddLevelA_clicked();
-    void SetColor(QColor color);
+    void SetColor(const QColor &color);
 
     // The names are those of the widgets; a stage may have any colour.
     void on_BlueButton_toggled(bool checked) { stageToggled(0, checked); }
