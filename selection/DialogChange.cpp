@@ -257,11 +257,12 @@ void DialogChange::SlotUpDateButton(bool IsHide)
     ui->label_2->setText(!IsHide ? repairDevice_ : ui->permissionHint->isNeeded() ? notOpen_ : pleaseEnter_);
 }
 
+// The key is that of the whole window, also while the device page shows.
 void DialogChange::SlotEnterKey()
 {
-    if (!ui->FindVer->isHidden())
+    if (ui->FindVer->isVisible())
         ui->FindVer->hide();
-    else if (!ui->Repair->isHidden())
+    else if (ui->Repair->isVisible())
         on_Repair_clicked();
 }
 

@@ -323,6 +323,22 @@ private slots:
         QVERIFY(page->attached().pairingTarget() && page->attached().pairingTarget()->DevicePath == "lone");
     }
 
+    void enterOnAnotherPageAsksForNoRepair()
+    {
+        RegistryStore::instance().setValue(registry::BaseGroup, registry::UpdateFailInfo, "210,1,18,6");
+        build();
+        QSignalSpy repair(PostMsg::instance(), &PostMsg::SigRepairCheckUpdate);
+        child<QWidget>("FindVer")->show();
+        page->hide();
+        emit PostMsg::instance()->SigEnterKey();
+        QCOMPARE(repair.count(), 0);
+        page->show();
+        QVERIFY(shows("FindVer")); // the key was not for this page
+        child<QWidget>("FindVer")->hide();
+        emit PostMsg::instance()->SigEnterKey();
+        QCOMPARE(repair.count(), 1);
+    }
+
     void enterPutsTheFrameAwayFirst()
     {
         RegistryStore::instance().setValue(registry::BaseGroup, registry::UpdateFailInfo, "210,1,18,6");
