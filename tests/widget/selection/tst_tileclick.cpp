@@ -186,6 +186,85 @@ private slots:
         QCOMPARE(int(OnDevicePage), 0);
     }
 
+    // The space bar opens the same pages as a click.
+    void theOnlyReceiverOpensItsModelsPages()
+    {
+        RegistryStore::instance().setValue(registry::BaseGroup, "MouseVer186", "v1.00");
+        offerFirmware(211, "six-8k");
+        build();
+        plug({fixture::device("b", 6, Receiver8K, false)});
+        const QStringList wanted = {"link", "version 6", "model 6", "device b", "page 1"};
+        QStringList byClick, bySpace;
+        for (QStringList *told : {&byClick, &bySpace}) {
+            QObject context;
+            PostMsg *const hub = PostMsg::instance();
+            connect(hub, &PostMsg::SigIsUsb, &context, [told](bool usb) {
+                if (!usb)
+                    *told << "link";
+            });
+            connect(hub, &PostMsg::SigSetver, &context,
+                    [told](int index) { *told << QString("version %1").arg(index); });
+            connect(hub, &PostMsg::SigMouseIndex, &context,
+                    [told](int index) { *told << QString("model %1").arg(index); });
+            connect(hub, &PostMsg::SigSelectMouseInfo, &context,
+                    [told](const DeviceAllInfo &info) { *told << "device " + info.DevicePath; });
+            connect(hub, &PostMsg::SigChangeMainDialog, &context,
+                    [told](int index) { *told << QString("page %1").arg(index); });
+            if (told == &byClick)
+                QTest::mouseClick(tile(0), Qt::LeftButton);
+            else
+                page->openOnlyReceiver();
+        }
+        QCOMPARE(byClick, wanted);
+        QCOMPARE(bySpace, wanted);
+    }
+
+    // Each question to a silent device keeps the window still.
+    void aClickAsksNoDeviceWhoseAnswerDoesNotMatter_data()
+    {
+        QTest::addColumn<int>("firstMid");
+        QTest::addColumn<bool>("firstOnline");
+        QTest::addColumn<bool>("secondOnline");
+        QTest::addColumn<int>("questions"); // for a click on the second
+        QTest::newRow("two models") << 7 << true << true << 0;
+        QTest::newRow("two models, silent") << 7 << false << false << 0;
+        QTest::newRow("twins") << 6 << true << true << 1;
+        QTest::newRow("twins, the other is silent") << 6 << false << true << 0;
+    }
+    void aClickAsksNoDeviceWhoseAnswerDoesNotMatter()
+    {
+        QFETCH(int, firstMid);
+        QFETCH(bool, firstOnline);
+        QFETCH(bool, secondOnline);
+        build();
+        plug({fixture::device("a", uint8_t(firstMid), Receiver1K, firstOnline),
+              fixture::device("b", 6, Receiver8K, secondOnline)});
+        fake.clearCalls();
+        QStringList questions;
+        QObject context;
+        connect(PostMsg::instance(), &PostMsg::SigSelectMouseInfo, &context, [&] {
+            for (const std::string &call : fake.calls())
+                if (call.find("UsbFinderC_GetDeviceOnLine") == 0)
+                    questions << QString::fromStdString(call);
+        });
+        emit tile(1)->clicked(); // no pointer, which would refresh the tile on its way
+        QCOMPARE(int(OnDevicePage), 1);
+        QTEST(int(questions.size()), "questions");
+        for (const QString &question : qAsConst(questions))
+            QVERIFY2(question.endsWith(" b"), qPrintable(question));
+    }
+
+    void aTwinThatFellSilentAfterTheSearchIsAsked()
+    {
+        build();
+        plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 6, Receiver8K)});
+        fake.setOnline("b", false);
+        QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
+        emit tile(1)->clicked();
+        QCOMPARE(pages.count(), 0);
+        QVERIFY(page->attached().pairingTarget().has_value());
+    }
+
     void aSilentMouseAloneIsEntered()
     {
         build();
