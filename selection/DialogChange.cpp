@@ -302,6 +302,9 @@ void DialogChange::SlotAllLanguage(int index)
     dialogOffline_ = language::text(language::Section::infoTips, "DialogOffline", index);
     ui->permissionHint->setLanguage(index);
     SlotUpDateButton(ui->Repair->isHidden());
+    if (const QString repair = homeText("RepairButton", index); !repair.isEmpty())
+        ui->Repair->setText(repair);
+    ui->Repair->setToolTip(repairDevice_); // the tiles stand where the prompt says it
     ui->label_3->setText(homeText("ClickIn", index));
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));
     ui->NewHong->setText(language::text(language::Section::common, "OK", index));

@@ -48,6 +48,41 @@ private slots:
         QCOMPARE(repair.count(), 1);
     }
 
+    // By the pointer on the window, which meets what is on top.
+    void theRepairStandsBesideTheTiles_data()
+    {
+        QTest::addColumn<int>("count");
+        for (const int count : {0, 1, 2, 3, 4})
+            QTest::addRow("%d", count) << count;
+    }
+    void theRepairStandsBesideTheTiles()
+    {
+        QFETCH(int, count);
+        RegistryStore::instance().setValue(registry::BaseGroup, registry::UpdateFailInfo, "210,1,18,6");
+        build();
+        plug(devices(count));
+        auto *const repair = child<QToolButton>("Repair");
+        QCOMPARE(repair->text(), QString("Repair"));
+        QCOMPARE(repair->toolTip(), language::text(language::Section::home, "RepairDevice", 0));
+        for (const QObject *other : repair->parent()->children()) {
+            const auto *const widget = qobject_cast<const QWidget *>(other);
+            if (widget && widget != repair && widget->isVisible())
+                QVERIFY2(!widget->geometry().intersects(repair->geometry()),
+                         qPrintable(widget->objectName()));
+        }
+        QSignalSpy asked(PostMsg::instance(), &PostMsg::SigRepairCheckUpdate);
+        const auto click = [this](const QWidget *widget) {
+            QTest::mouseClick(page->windowHandle(), Qt::LeftButton, {},
+                              widget->mapTo(page.get(), widget->rect().center()));
+        };
+        click(repair);
+        QCOMPARE(asked.count(), 1);
+        QSignalSpy opened(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
+        for (int i = 0; i < qMin(count, 3); ++i)
+            click(tile(i));
+        QCOMPARE(opened.count(), qMin(count, 3));
+    }
+
     void aClickOpensTheDevice()
     {
         build();
