@@ -289,7 +289,8 @@ void DialogChange::on_comboBox_activated(int index)
 void DialogChange::SlotSameLanguageA(int index)
 {
     const QSignalBlocker silent(ui->comboBox);
-    ui->comboBox->setCurrentIndex(index);
+    const bool offered = index >= 0 && index < ui->comboBox->count();
+    ui->comboBox->setCurrentIndex(offered ? index : 0); // whose texts stand for those of the others
 }
 
 void DialogChange::SlotAllLanguage(int index)

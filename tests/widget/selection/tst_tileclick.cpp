@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The selection page: what follows a click on a tile, and the other controls.
+#include "catalogue/LanguageChoice.h"
 #include "device/hidusb/wire/FirmwareFile.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/selection/SelectionPage.h"
@@ -488,6 +489,23 @@ private slots:
         QVERIFY(page->isMinimized());
         page->WindowClosedA();
         QVERIFY(!page->isVisible());
+    }
+
+    // A store of an older release, or of another edition, names a language that is not here.
+    void aLanguageThatDoesNotExistShowsTheFirst()
+    {
+        storeLanguage(UserStore::instance(), 3);
+        build();
+        for (const int index : {3, -1}) {
+            emit PostMsg::instance()->SigLanguageSameA(index);
+            emit PostMsg::instance()->SigAllLanguage(index);
+            QCOMPARE(child<QComboBox>("comboBox")->currentText(), QString("English"));
+            QCOMPARE(child<QLabel>("label_2")->text(),
+                     language::text(language::Section::home, "PleaseEnter", 0));
+            QVERIFY(!child<QLabel>("label_2")->text().isEmpty());
+        }
+        QCOMPARE(storedLanguage(UserStore::instance()), 3);
+        storeLanguage(UserStore::instance(), 0);
     }
 
     void theOtherBoxIsFollowedInSilence()
