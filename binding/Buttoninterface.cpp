@@ -158,7 +158,7 @@ void Buttoninterface::showBindings(const FlashDataMap &map)
     bindings_.load(map, count);
     for (int k = 0; k < bindings_.count(); ++k)
         ShowBinding(k, map.KeyBindings[k].Class, map.KeyBindings[k].First, map.KeyBindings[k].Second, map);
-    functions_->setMacros(bindings_.macroNames(map));
+    functions_->setMacros(bindings_.macroNames());
     nameChosenRow();
 }
 
@@ -253,7 +253,7 @@ void Buttoninterface::preselect(int button)
     const std::optional<KeyBinding> binding = bindings_.at(button);
     if (!binding)
         return;
-    const FlashDataMap record = DeviceRecord::copy();
+    const FlashDataMap &record = bindings_.record();
     functions_->preselect(bindings_.decoded(button, *binding, record), macroName(record.MacroBlocks[button]));
 }
 
@@ -383,7 +383,7 @@ bool Buttoninterface::bind(int button, const std::function<bool()> &write)
     if (!write())
         return false;
     const KeyBinding binding = *bindings_.at(button);
-    ShowBinding(button, binding.Class, binding.First, binding.Second, DeviceRecord::copy());
+    ShowBinding(button, binding.Class, binding.First, binding.Second, bindings_.record());
     return true;
 }
 
@@ -400,10 +400,7 @@ bool Buttoninterface::SetComboAction(int button, const QString &keys)
 
 // ---- Macros -------------------------------------------------------------------------------------
 
-void Buttoninterface::SlotAddMacroButton()
-{
-    functions_->setMacros(bindings_.macroNames(DeviceRecord::copy()));
-}
+void Buttoninterface::SlotAddMacroButton() { functions_->setMacros(bindings_.macroNames()); }
 
 void Buttoninterface::on_DPI_10_clicked()
 {

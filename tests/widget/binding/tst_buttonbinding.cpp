@@ -17,14 +17,6 @@ namespace
 
 bool same(const FlashDataMap &a, const FlashDataMap &b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
-void nameMacro(MacroBlock *block, const char *name)
-{
-    block->NameLength = uint8_t(qstrlen(name));
-    std::memcpy(block->Name, name, qstrlen(name));
-    block->EventCount = 1;
-    block->Events[0].Code.set(0x04);
-}
-
 } // namespace
 
 class tst_ButtonBinding : public ButtonPageTest
