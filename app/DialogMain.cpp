@@ -21,6 +21,7 @@
 #include "ui_DialogMain.h"
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QDebug>
 #include <QKeyEvent>
 #include <QMenu>
@@ -144,13 +145,27 @@ void DialogMain::buildTrayMenu()
     trayMenu_ = std::move(menu);
 }
 
+// close() does nothing when the window is being closed already, which then ends behind closeEvent().
 void DialogMain::endProgram()
 {
+    ended_ = true;
     qDebug() << "close";
     StopUsbChanged();
     spinEventLoop(ClosingMs);
     UsbServer_Exit();
     close();
+}
+
+// The window manager and the end of a session close the window without a button of the page.
+void DialogMain::closeEvent(QCloseEvent *event)
+{
+    if (!ended_) {
+        if (ui->stackedWidget->currentWidget() == dialog_)
+            dialog_->WindowClosed();
+        else
+            dialogChange_->on_CloseButton_clicked();
+    }
+    QDialog::closeEvent(event);
 }
 
 void DialogMain::on_pushButton_clicked() { close(); }

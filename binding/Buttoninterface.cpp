@@ -158,7 +158,7 @@ void Buttoninterface::showBindings(const FlashDataMap &map)
     bindings_.load(map, count);
     for (int k = 0; k < bindings_.count(); ++k)
         ShowBinding(k, map.KeyBindings[k].Class, map.KeyBindings[k].First, map.KeyBindings[k].Second, map);
-    functions_->setMacros(bindings_.macroNames(map));
+    functions_->setMacros(bindings_.macroNames());
     nameChosenRow();
 }
 
@@ -209,15 +209,24 @@ void Buttoninterface::on_OutputData_clicked() { runImageExport(this); }
 
 // ---- Buttons ------------------------------------------------------------------------------------
 
-// Refuses to open the last left button: without one the user could not click any more.
-void Buttoninterface::openRow(std::size_t row)
+bool Buttoninterface::isLastLeft(std::size_t row) const
 {
     const QString left = leftText();
-    if (list_->isShown(row) && list_->caption(row)->text() == left && list_->countOf(left) == 1) {
-        showButtons();
-        functions_->showPanel(Panel::Debounce);
-        list_->uncheckAll();
-        notice::ask<LeftButtonOnly>(this, NoticeOffset);
+    return list_->isShown(row) && list_->caption(row)->text() == left && list_->countOf(left) == 1;
+}
+
+// Without a left button the user could not click any more.
+void Buttoninterface::refuseLastLeft()
+{
+    leaveFunctions();
+    list_->uncheckAll();
+    notice::ask<LeftButtonOnly>(this, NoticeOffset);
+}
+
+void Buttoninterface::openRow(std::size_t row)
+{
+    if (isLastLeft(row)) {
+        refuseLastLeft();
         return;
     }
     list_->check(row);
@@ -225,11 +234,18 @@ void Buttoninterface::openRow(std::size_t row)
     showFunctions();
 }
 
+// The marks stay within reach while the functions are open, which then are those of the new row.
 void Buttoninterface::pointAt(std::size_t row)
 {
     CheckOnline();
     list_->check(row);
     list_->scrollTo(row);
+    if (ui->stackedWidget->currentWidget() != ui->page_2)
+        return;
+    if (isLastLeft(row))
+        leaveFunctions();
+    else
+        preselect(ButtonRows[row].button);
 }
 
 void Buttoninterface::preselect(int button)
@@ -237,7 +253,7 @@ void Buttoninterface::preselect(int button)
     const std::optional<KeyBinding> binding = bindings_.at(button);
     if (!binding)
         return;
-    const FlashDataMap record = DeviceRecord::copy();
+    const FlashDataMap &record = bindings_.record();
     functions_->preselect(bindings_.decoded(button, *binding, record), macroName(record.MacroBlocks[button]));
 }
 
@@ -355,16 +371,20 @@ void Buttoninterface::on_DPI_8_clicked()
 
 bool Buttoninterface::bind(int button, const EncodedAction &action)
 {
-    const bool taken = bindings_.write(button, action);
-    if (taken)
-        showWritten(button);
-    return taken;
+    return bind(button, [&] { return bindings_.write(button, action); });
 }
 
-void Buttoninterface::showWritten(int button)
+bool Buttoninterface::bind(int button, const std::function<bool()> &write)
 {
+    if (isLastLeft(ButtonList::rowOf(button))) {
+        refuseLastLeft();
+        return false;
+    }
+    if (!write())
+        return false;
     const KeyBinding binding = *bindings_.at(button);
-    ShowBinding(button, binding.Class, binding.First, binding.Second, DeviceRecord::copy());
+    ShowBinding(button, binding.Class, binding.First, binding.Second, bindings_.record());
+    return true;
 }
 
 bool Buttoninterface::SetMediaAction(int button, uint8_t code)
@@ -380,10 +400,7 @@ bool Buttoninterface::SetComboAction(int button, const QString &keys)
 
 // ---- Macros -------------------------------------------------------------------------------------
 
-void Buttoninterface::SlotAddMacroButton()
-{
-    functions_->setMacros(bindings_.macroNames(DeviceRecord::copy()));
-}
+void Buttoninterface::SlotAddMacroButton() { functions_->setMacros(bindings_.macroNames()); }
 
 void Buttoninterface::on_DPI_10_clicked()
 {
@@ -399,8 +416,8 @@ void Buttoninterface::slotButtonClicked(const QString &macro)
 {
     const int button = chosenButton();
     functions_->clearDetails();
-    if (button >= 0 && bindings_.writeMacro(button, macro))
-        showWritten(button);
+    if (button >= 0)
+        bind(button, [&] { return bindings_.writeMacro(button, macro); });
     leaveFunctions();
 }
 

@@ -11,6 +11,7 @@
 #include "binding/ButtonBindings.h"
 
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 class ButtonList;
@@ -94,6 +95,8 @@ private:
     void showRecord(const FlashDataMap &map);
     void showBindings(const FlashDataMap &map);
 
+    bool isLastLeft(std::size_t row) const;
+    void refuseLastLeft();
     void openRow(std::size_t row);
     void pointAt(std::size_t row);
     void preselect(int button);
@@ -106,7 +109,8 @@ private:
     void openPanel(binding::Panel panel);
     void bindChosen(const binding::EncodedAction &action);
     bool bind(int button, const binding::EncodedAction &action);
-    void showWritten(int button);
+    // The one way to a new binding. `write`: whether the mouse took it.
+    bool bind(int button, const std::function<bool()> &write);
     int chosenButton() const; // -1 for none
 
     std::unique_ptr<Ui::Buttoninterface> ui;

@@ -257,11 +257,12 @@ void DialogChange::SlotUpDateButton(bool IsHide)
     ui->label_2->setText(!IsHide ? repairDevice_ : ui->permissionHint->isNeeded() ? notOpen_ : pleaseEnter_);
 }
 
+// The key is that of the whole window, also while the device page shows.
 void DialogChange::SlotEnterKey()
 {
-    if (!ui->FindVer->isHidden())
+    if (ui->FindVer->isVisible())
         ui->FindVer->hide();
-    else if (!ui->Repair->isHidden())
+    else if (ui->Repair->isVisible())
         on_Repair_clicked();
 }
 
@@ -288,7 +289,8 @@ void DialogChange::on_comboBox_activated(int index)
 void DialogChange::SlotSameLanguageA(int index)
 {
     const QSignalBlocker silent(ui->comboBox);
-    ui->comboBox->setCurrentIndex(index);
+    const bool offered = index >= 0 && index < ui->comboBox->count();
+    ui->comboBox->setCurrentIndex(offered ? index : 0); // whose texts stand for those of the others
 }
 
 void DialogChange::SlotAllLanguage(int index)
@@ -301,6 +303,9 @@ void DialogChange::SlotAllLanguage(int index)
     dialogOffline_ = language::text(language::Section::infoTips, "DialogOffline", index);
     ui->permissionHint->setLanguage(index);
     SlotUpDateButton(ui->Repair->isHidden());
+    if (const QString repair = homeText("RepairButton", index); !repair.isEmpty())
+        ui->Repair->setText(repair);
+    ui->Repair->setToolTip(repairDevice_); // the tiles stand where the prompt says it
     ui->label_3->setText(homeText("ClickIn", index));
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));
     ui->NewHong->setText(language::text(language::Section::common, "OK", index));

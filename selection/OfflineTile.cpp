@@ -34,9 +34,11 @@ OfflineTileAction offlineTileAction(const DeviceAllInfo &device)
                              receiverHasName && isNew(TargetReceiver, device.DongleVersion, receiverKey));
 }
 
-bool isSilentTwin(const std::vector<DeviceAllInfo> &devices, int clicked, TwinAnswers online)
+bool hasLiveTwin(const std::vector<DeviceAllInfo> &devices, int clicked)
 {
-    if (devices.size() != 2 || devices[0].Cid != devices[1].Cid || devices[0].Mid != devices[1].Mid)
+    if (devices.size() != 2 || (clicked != 0 && clicked != 1))
         return false;
-    return clicked == 1 ? online.first && !online.second : clicked == 0 && !online.first && online.second;
+    const DeviceAllInfo &device = devices[std::size_t(clicked)];
+    const DeviceAllInfo &twin = devices[std::size_t(1 - clicked)];
+    return device.Cid == twin.Cid && device.Mid == twin.Mid && twin.Online;
 }

@@ -25,6 +25,8 @@ public:
     void openOnlyReceiver();
 
 private:
+    // Tells the pages which model they show, then decides. `asOffline`: without asking the device.
+    void take(int index, bool asOffline);
     bool isOfflineTile(int index) const;
     // True when the click goes on to the device's pages.
     bool settleOfflineTile(const DeviceAllInfo &device);

@@ -109,6 +109,19 @@ struct ShippedProduct : private ShippedHome, testmain::WidgetApplication {
     }
 };
 
+// While it lives, no language has any text, so what is built in shows.
+struct WithoutTexts {
+    WithoutTexts()
+    {
+        const QString folder = applicationFolder();
+        const QTemporaryDir empty;
+        setApplicationFolder(empty.path());
+        LoadLanguageTables();
+        setApplicationFolder(folder);
+    }
+    ~WithoutTexts() { LoadLanguageTables(); }
+};
+
 // Makes the device at `path` the selected one, with the windows open for input.
 inline void select(const DeviceAllInfo &selected)
 {
