@@ -80,8 +80,8 @@ constexpr char ComboListScroll[] =
     "QScrollBar::handle:vertical{background-color: rgb(117, 117, 117);border-radius: 3px;min-height: 30px;}"
     "QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height: 0px;}"
     "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background: transparent;}";
-constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1;);}"
-                             "QListView::item:hover{background-color: rgb(%1;);}";
+constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1);}"
+                             "QListView::item:hover{background-color: rgb(%1);}";
 constexpr char SectionTitle[] = "#%1{border-image: url(%PTitle.png);}";
 constexpr char FlatLink[] = "QPushButton{border:none;background:transparent;color: rgb(%1;);}";
 constexpr char StretchedPicture[] = "QLabel{border-image: url(%P%1);}";
