@@ -393,6 +393,8 @@ void Buttoninterface::on_DPI_10_clicked()
     }
     functions_->showPanel(Panel::Debounce);
     notice::ask<MakeMacro>(this, NoticeOffset);
+    preselect(chosenButton()); // the function was not chosen; only its panel stays closed
+    functions_->showPanel(Panel::Debounce);
 }
 
 void Buttoninterface::slotButtonClicked(const QString &macro)
