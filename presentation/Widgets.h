@@ -5,25 +5,41 @@
 #pragma once
 
 #include <QComboBox>
-#include <QEvent>
 #include <QLineEdit>
 #include <QList>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
+#include <QSpinBox>
 #include <QTimer>
 #include <QToolButton>
+#include <QWheelEvent>
+
+// A control that writes a setting: a wheel over it neither changes it nor gives it the keyboard focus, but
+// scrolls what lies under it, so that scrolling changes no setting on its way. An open list has a view of its
+// own, which scrolls.
+template <typename Control> class WheelPasses : public Control
+{
+public:
+    template <typename... Arguments> explicit WheelPasses(Arguments... arguments) : Control(arguments...)
+    {
+        this->setFocusPolicy(Qt::StrongFocus);
+    }
+
+protected:
+    void wheelEvent(QWheelEvent *event) override { event->ignore(); }
+};
 
 // A press jumps to the place under the pointer; the parent then gets an event of type Jumped. Being disabled
 // ends a press: the release that follows never arrives at a disabled slider, and with the press kept, a
 // pointer that passes over the slider later would drag it.
-class MySlider : public QSlider
+class MySlider : public WheelPasses<QSlider>
 {
     Q_OBJECT
 
 public:
     static constexpr QEvent::Type Jumped = QEvent::Type(1001);
-    using QSlider::QSlider;
+    using WheelPasses::WheelPasses;
     // For a value that the device did not take: back to `value` without a signal, and disabled until the
     // page is filled again.
     void giveBack(int value);
@@ -39,12 +55,12 @@ private:
 };
 
 // Remembers the index at each press, and paints its item without the native look.
-class MyConmboBox : public QComboBox
+class MyConmboBox : public WheelPasses<QComboBox>
 {
     Q_OBJECT
 
 public:
-    using QComboBox::QComboBox;
+    using WheelPasses::WheelPasses;
     int pressedIndex() const { return indexAtPress_; }
 
 protected:
@@ -53,6 +69,14 @@ protected:
 
 private:
     int indexAtPress_ = -1;
+};
+
+class MySpinBox : public WheelPasses<QSpinBox>
+{
+    Q_OBJECT
+
+public:
+    using WheelPasses::WheelPasses;
 };
 
 // Acts on the press: clicked(false) for a press, clicked(true) for a double click, of the left button.

@@ -207,7 +207,7 @@ void Sensor::setMode(int index)
 
 QListView *Sensor::modeView() const { return qobject_cast<QListView *>(ui->ModelChoose->view()); }
 
-// The arrow keys and the wheel pass over a row that is disabled, but not over one that is hidden.
+// The arrow keys pass over a row that is disabled, but not over one that is hidden.
 void Sensor::showCorded(bool shown)
 {
     modeView()->setRowHidden(Corded, !shown);
