@@ -14,6 +14,7 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QWheelEvent>
+#include <functional>
 
 // A control that writes a setting: a wheel over it neither changes it nor gives it the keyboard focus, but
 // scrolls what lies under it, so that scrolling changes no setting on its way. An open list has a view of its
@@ -43,6 +44,8 @@ public:
     // For a value that the device did not take: back to `value` without a signal, and disabled until the
     // page is filled again.
     void giveBack(int value);
+    // Disabled while `question` runs, and afterwards if the answer is false. Otherwise the press goes on.
+    bool enabledBy(const std::function<bool()> &question);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -52,6 +55,7 @@ private:
     void endPress();
 
     bool pressEnded_ = false; // while mousePressEvent runs: the slider was disabled meanwhile
+    bool asking_ = false;     // enabledBy() runs its question
 };
 
 // Remembers the index at each press, and paints its item without the native look.
