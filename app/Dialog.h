@@ -5,6 +5,8 @@
 // icon of the connection and the wait dialog of a load. Main thread.
 #pragma once
 
+#include "device/record/DeviceAllInfo.h"
+
 #include <QDialog>
 #include <array>
 #include <memory>
@@ -66,6 +68,8 @@ private:
     void connectSignals();
     void showPage(QWidget *page);
     void writeCache();
+    void beginDevice(const DeviceAllInfo &info);
+    void showAway(bool away);
 
     struct Navigation {
         QToolButton *button;

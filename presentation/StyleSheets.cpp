@@ -101,6 +101,7 @@ constexpr char NavigationButton[] =
     "QToolButton:disabled{border-image: url(%P%1Off.png);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
+constexpr char Strip[] = "#%1{border: 1px solid rgb(%2);border-radius: 6px;background-color: rgb(%3);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
 constexpr char ThumbSlider[] =
@@ -274,6 +275,11 @@ QString navigationButton(const QString &folder, const QString &icon)
 }
 
 QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {chunkColor}); }
+
+QString strip(const QString &objectName)
+{
+    return compose(Strip, {}, {objectName, QLatin1String(Groove), color("ComboxBackGroundColor")});
+}
 
 QString hairline(const QString &color, int opacity)
 {
