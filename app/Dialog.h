@@ -5,8 +5,6 @@
 // icon of the connection and the wait dialog of a load. Main thread.
 #pragma once
 
-#include "device/record/DeviceAllInfo.h"
-
 #include <QDialog>
 #include <array>
 #include <memory>
@@ -20,6 +18,7 @@ class QButtonGroup;
 class QToolButton;
 class Sensor;
 class UpDataParam;
+struct DeviceAllInfo;
 
 namespace Ui
 {
