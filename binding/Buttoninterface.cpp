@@ -40,6 +40,14 @@ constexpr int FireButton = 10; // its default binding holds the dialog's initial
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
 
+FlashDataMap defaultRecord()
+{
+    FlashDataMap map{};
+    for (int k = 0; k < ButtonCount; ++k)
+        map.KeyBindings[k] = builtInAction(k)->binding;
+    return map;
+}
+
 // Whether a control inside the widget has the keyboard focus, which must move before the widget is hidden.
 bool hasFocusIn(const QWidget *widget)
 {
@@ -129,6 +137,7 @@ void Buttoninterface::connectSignals()
     connect(hub, SIGNAL(SigMouseIndex(int)), this, SLOT(SlotMouseIndex(int)));
     connect(hub, SIGNAL(SigAddMacroButton()), this, SLOT(SlotAddMacroButton()));
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(hub, &PostMsg::SigSelectMouseInfo, this, &Buttoninterface::beginDevice); // behind the worker's
 }
 
 // ---- Showing a record ---------------------------------------------------------------------------
@@ -168,6 +177,21 @@ void Buttoninterface::ShowBinding(int button, int actionClass, int first, int se
     const KeyBinding binding{uint8_t(actionClass), uint8_t(first), uint8_t(second)};
     if (const auto caption = bindings_.decoded(button, binding, record).caption)
         list_->setText(button, *caption);
+}
+
+// Until another device has been read, its rows show what a mouse does when it is new. The same device keeps
+// its rows: while it stays off line, no pass shows its cached image again.
+void Buttoninterface::beginDevice(const DeviceAllInfo &info)
+{
+    const bool isShown =
+        info.DevicePath == shown_.DevicePath && info.Cid == shown_.Cid && info.Mid == shown_.Mid;
+    shown_ = info;
+    if (isShown)
+        return;
+    const PageFilling filling(ButtonPageBusy);
+    bindings_.readSensor();
+    showBindings(defaultRecord());
+    profiles_->show(0, 0, false);
 }
 
 void Buttoninterface::SlotFormResetButton()
@@ -410,6 +434,8 @@ void Buttoninterface::on_DPI_10_clicked()
     }
     functions_->showPanel(Panel::Debounce);
     notice::ask<MakeMacro>(this, NoticeOffset);
+    preselect(chosenButton()); // the function was not chosen; only its panel stays closed
+    functions_->showPanel(Panel::Debounce);
 }
 
 void Buttoninterface::slotButtonClicked(const QString &macro)

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "binding/ButtonBindings.h"
+#include "device/record/DeviceAllInfo.h"
 
 #include <QWidget>
 #include <functional>
@@ -92,6 +93,7 @@ private:
     void arrangeTabs();
     void connectSignals();
 
+    void beginDevice(const DeviceAllInfo &info);
     void showRecord(const FlashDataMap &map);
     void showBindings(const FlashDataMap &map);
 
@@ -120,5 +122,6 @@ private:
     std::unique_ptr<ProfileBox> profiles_;
     QString picture_ = QStringLiteral("mouse0.png");
     bool styled_ = false;
+    DeviceAllInfo shown_; // the device that the page was opened for
     std::unique_ptr<Worker> worker_;
 };

@@ -123,15 +123,16 @@ void DialogChange::take(const DeviceScan &scan)
 void DialogChange::rebuild(const DeviceScan &scan)
 {
     std::vector<DeviceAllInfo> tiles = scan.devices;
-    const bool duplicates = scan.tally.settle(tiles, unknownIndex());
+    duplicates_ = scan.tally.settle(tiles, unknownIndex());
     attached_.set(scan.devices, std::move(tiles));
-    if (!attached_.tiles().empty() && !duplicates) {
+    setPromptText();
+    if (!attached_.tiles().empty() && !duplicates_) {
         showCarousel();
         return;
     }
     board_.clear();
     showPrompt();
-    if (duplicates)
+    if (duplicates_)
         warnOfDuplicates();
 }
 
@@ -250,11 +251,19 @@ void DialogChange::slotButtonClicked()
 
 void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }
 
-// A device without permission is plugged in already, so the prompt does not ask for one.
 void DialogChange::SlotUpDateButton(bool IsHide)
 {
     ui->Repair->setVisible(!IsHide);
-    ui->label_2->setText(!IsHide ? repairDevice_ : ui->permissionHint->isNeeded() ? notOpen_ : pleaseEnter_);
+    setPromptText();
+}
+
+// Identical devices and one without permission are plugged in already, so the prompt does not ask for one.
+void DialogChange::setPromptText()
+{
+    ui->label_2->setText(!ui->Repair->isHidden()          ? repairDevice_
+                         : duplicates_                    ? identical_
+                         : ui->permissionHint->isNeeded() ? notOpen_
+                                                          : pleaseEnter_);
 }
 
 // The key is that of the whole window, also while the device page shows.
@@ -297,6 +306,7 @@ void DialogChange::SlotAllLanguage(int index)
 {
     pleaseEnter_ = homeText("PleaseEnter", index);
     repairDevice_ = homeText("RepairDevice", index);
+    identical_ = homeText("ErrorDevice", index);
     notOpen_ = homeText("PermissionPrompt", index);
     newVersion_ = homeText("NewVerTips", index);
     pairTips_ = homeText("PairTips_z", index);

@@ -63,6 +63,7 @@ private:
     void rebuild(const DeviceScan &scan);
     void warnOfDuplicates();
     void showPrompt();
+    void setPromptText();
     void showCarousel();
     void orderTabs();
     void refreshTile(int index);
@@ -74,9 +75,11 @@ private:
     AttachedDevices attached_;
     TileClick click_;
     uint64_t takenGeneration_ = 0;
-    bool warning_ = false; // the notice of duplicates is open
+    bool duplicates_ = false; // the last search found identical devices
+    bool warning_ = false;    // the notice of duplicates is open
     QString pleaseEnter_;
     QString repairDevice_;
+    QString identical_;
     QString notOpen_;
     QString newVersion_;
     QString dialogOffline_;

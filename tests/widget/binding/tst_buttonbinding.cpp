@@ -330,13 +330,28 @@ private slots:
 
     // ---- Macros
 
+    void withoutMacrosThereIsANotice_data()
+    {
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("bound");
+        QTest::newRow("a function") << "RightKey"
+                                    << "RightKey_3";
+        QTest::newRow("one with a panel") << "BackMusic"
+                                          << "DPI_7 VolumeUp_8";
+        QTest::newRow("none") << "Button12"
+                              << "DPI_5";
+    }
     void withoutMacrosThereIsANotice()
     {
-        page().click("RightKey");
+        QFETCH(QString, caption);
+        page().click(caption);
+        QTEST(page().checkedWidgets(), "bound");
         const notice::NextAnswer<MakeMacro> confirmed(true);
         page().click("DPI_10");
         QVERIFY(confirmed.isTaken());
         QCOMPARE(page().shownPanel(), "page_9");
+        QTEST(page().checkedWidgets(), "bound"); // not the function that was not taken
+        QCOMPARE(page().checkedCaption(), caption);
         QVERIFY(updates() == 0);
     }
 
