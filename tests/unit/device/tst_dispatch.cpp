@@ -229,13 +229,34 @@ private slots:
         QCOMPARE(hub->lines, QStringList{"rate 64"});
     }
 
-    void shortBodiesAreNotRead()
+    // A battery of one or two bytes, a status that ends before its last items: what is missing counts as 0.
+    void shortBodiesAreReadAsFarAsTheyGo()
     {
         select(0, Receiver1K);
-        deliver(4, 0, Bytes(3, 9));
-        deliver(10, 0, Bytes(6, 1));
-        QVERIFY(hub->lines.isEmpty());
-        QVERIFY(callNames().isEmpty());
+        deliver(4, 0, Bytes{55, 1, 9, 9});
+        deliver(4, 0, Bytes{54, 1});
+        deliver(4, 0, Bytes{53});
+        QCOMPARE(hub->lines, (QStringList{"battery 1 55 0", "battery 1 54 0", "battery 0 53 0"}));
+        layer.clearCalls();
+        deliver(10, 0, Bytes{1, 1, 0, 0, 0, 1, 1});
+        deliver(10, 0, Bytes{1, 1});
+        deliver(10, 0, Bytes{0, 0, 0, 0, 0, 1});
+        QStringList asked = callNames();
+        asked.removeAll(QStringLiteral("GetDeviceStatusChanged"));
+        QCOMPARE(asked, (QStringList{"UsbServer_ReadCurrentDPI", "UsbServer_ReadReportRate",
+                                     "UsbServer_ReadBatteryLevel", "UsbServer_ReadLedBar",
+                                     "UsbServer_ReadCurrentDPI", "UsbServer_ReadReportRate",
+                                     "UsbServer_ReadLedBar"}));
+    }
+
+    void emptyBodiesAreDropped()
+    {
+        select(0, Receiver1K);
+        deliver(4, 0, {});
+        deliver(10, 0, {});
+        deliver(4, 0, Bytes{55});
+        QCOMPARE(hub->lines, QStringList{"battery 0 55 0"});
+        QCOMPARE(callNames(), QStringList{"GetDeviceBatteryStatus"});
     }
 };
 
