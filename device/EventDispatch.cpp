@@ -275,11 +275,8 @@ void onVersion(const Message &)
     const QString version = versionText(UsbFinderC_GetVersion(selected.DevicePath.toLocal8Bit().constData()));
     SelectedDevice::setMouseVersion(version);
     emit hub()->SigSetver(0);
-    const DeviceCatalogue catalogue;
     RegistryStore::instance().setValue(
-        registry::BaseGroup,
-        registry::mouseVersionName(catalogue.option("CID"), catalogue.number(selected.DriveIndex, "MID")),
-        version);
+        registry::BaseGroup, registry::mouseVersionName(DeviceCatalogue(), selected.DriveIndex), version);
 }
 
 void onColorChanged(const Message &) { emit hub()->SigRGBValue(&allocations().color); }

@@ -181,6 +181,22 @@ private slots:
                  QStringLiteral("v1.0A"));
     }
 
+    // As the selection page looks for it.
+    void versionIsStoredUnderTheCataloguesTexts()
+    {
+        QFile catalogue(product.path(QStringLiteral("texts.ini")));
+        QVERIFY(catalogue.open(QIODevice::WriteOnly));
+        catalogue.write("[Option]\nCID=" + ProductFolder::code("018") + "\n[Drive2]\nMID=07\n");
+        catalogue.close();
+        ConfigReader::instance().open(catalogue.fileName());
+        select(1, Receiver8K);
+        deliver(18, 0, {});
+        ConfigReader::instance().open(product.path(QStringLiteral("usersetting/Config.ini")));
+        QCOMPARE(RegistryStore::instance().value(registry::BaseGroup, QStringLiteral("MouseVer01807")),
+                 SelectedDevice::info().MouseVersion);
+        QVERIFY(!SelectedDevice::info().MouseVersion.isEmpty());
+    }
+
     void receiverNotices_data()
     {
         QTest::addColumn<int>("code");
