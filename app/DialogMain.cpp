@@ -178,8 +178,8 @@ void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reaso
 
 void DialogMain::slotActionMain()
 {
-    takeCharge();
     comeBack();
+    takeCharge();
 }
 
 void DialogMain::takeCharge()
