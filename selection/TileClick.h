@@ -24,6 +24,9 @@ public:
     // Opens the only attached receiver as if its off-line tile were clicked; ignores cables.
     void openOnlyReceiver();
 
+public slots:
+    void SlotChangeMainDialog(int index);
+
 private:
     bool isOfflineTile(int index) const;
     // True when the click goes on to the device's pages.
