@@ -193,8 +193,8 @@ void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reaso
 
 void DialogMain::slotActionMain()
 {
-    takeCharge();
     comeBack();
+    takeCharge();
 }
 
 void DialogMain::takeCharge()

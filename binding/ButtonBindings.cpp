@@ -11,10 +11,10 @@
 
 using namespace binding;
 
+ButtonBindings::ButtonBindings() { ReadSensorDefines(&sensor_.names, &sensor_.values); }
+
 void ButtonBindings::readSensor()
 {
-    if (sensor_.names.isEmpty())
-        ReadSensorDefines(&sensor_.names, &sensor_.values);
     sensor_.sensor = DeviceCatalogue().text(SelectedDevice::info().DriveIndex, "Sensor");
     SensorName = sensor_.sensor;
 }

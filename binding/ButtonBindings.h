@@ -16,6 +16,7 @@
 class ButtonBindings
 {
 public:
+    ButtonBindings(); // reads the sensors' codes
     // Reads the sensor of the selected device, on which the DPI locks depend.
     void readSensor();
     const SensorCodes &sensor() const { return sensor_; }

@@ -90,19 +90,20 @@ void ButtonList::applyStyle(const QString &folder)
     }
 }
 
-std::size_t ButtonList::rowOf(int button)
+std::optional<std::size_t> ButtonList::rowOf(int button)
 {
     for (std::size_t row = 0; row < ButtonRows.size(); ++row)
         if (ButtonRows[row].button == button)
             return row;
-    return 0;
+    return std::nullopt;
 }
-
-QString ButtonList::text(int button) const { return rows_[rowOf(button)].caption->text(); }
 
 void ButtonList::setText(int button, const QString &text)
 {
-    const Row &row = rows_[rowOf(button)];
+    const std::optional<std::size_t> index = rowOf(button);
+    if (!index)
+        return;
+    const Row &row = rows_[*index];
     row.caption->setText(text);
     row.caption->setToolTip(row.caption->isElided() ? text : QString());
     const QString name = tr("Button %1: %2").arg(row.number->text(), text);

@@ -174,6 +174,8 @@ void Buttoninterface::showBindings(const FlashDataMap &map)
 void Buttoninterface::ShowBinding(int button, int actionClass, int first, int second,
                                   const FlashDataMap &record)
 {
+    if (!ButtonList::rowOf(button))
+        return;
     const KeyBinding binding{uint8_t(actionClass), uint8_t(first), uint8_t(second)};
     if (const auto caption = bindings_.decoded(button, binding, record).caption)
         list_->setText(button, *caption);

@@ -18,6 +18,8 @@ namespace
 constexpr NoticeKind WaitRow = {"UpDataParamA", language::Section::infoTips, "DialogUpdating",
                                 "Please wait, we are updating the setting", NoticeButtons::None};
 
+constexpr char ImportKey[] = "DialogImporting";
+
 constexpr int TimerMs = 2500;
 constexpr int PageRounds = 12;
 constexpr int ImportRounds = 5;
@@ -50,6 +52,14 @@ void UpDataParam::setImport(const QString &path)
 {
     importPath_ = path;
     Importing_ = true;
+    SlotAllLanguage(LanguageIndex);
+}
+
+// A language without a text of its own for an import says what it says of any other wait.
+const char *UpDataParam::textKey() const
+{
+    const bool told = !language::text(WaitRow.section, ImportKey, LanguageIndex).isEmpty();
+    return Importing_ && told ? ImportKey : NoticeDialog::textKey();
 }
 
 void UpDataParam::onTimeupDestroy()

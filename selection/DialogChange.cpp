@@ -101,6 +101,9 @@ void DialogChange::UsbChanged()
                 thePage->take(scan);
         },
         Qt::QueuedConnection);
+    // A device is asked for its tile again, since one silent device holds the search up for seconds.
+    for (const DeviceAllInfo &device : scan.tiles())
+        refreshShown(device, scan.generation);
 }
 
 // Drops results while the device page shows, which has a watch of its own; the return to this page starts a
@@ -190,20 +193,26 @@ void DialogChange::refreshTile(int index)
 {
     if (index < 0 || index >= int(attached_.tiles().size()))
         return;
-    std::thread([device = attached_.tiles()[std::size_t(index)]]() mutable {
-        refreshDevice(device);
-        QMetaObject::invokeMethod(
-            mainThread(),
-            [device] {
-                if (thePage)
-                    thePage->takeRefreshed(device);
-            },
-            Qt::QueuedConnection);
-    }).detach();
+    std::thread(&refreshShown, attached_.tiles()[std::size_t(index)], takenGeneration_).detach();
 }
 
-void DialogChange::takeRefreshed(const DeviceAllInfo &device)
+void DialogChange::refreshShown(DeviceAllInfo device, uint64_t generation)
 {
+    refreshDevice(device);
+    QMetaObject::invokeMethod(
+        mainThread(),
+        [device, generation] {
+            if (thePage)
+                thePage->takeRefreshed(device, generation);
+        },
+        Qt::QueuedConnection);
+}
+
+// Another device may have come to the path since that search.
+void DialogChange::takeRefreshed(const DeviceAllInfo &device, uint64_t generation)
+{
+    if (generation != takenGeneration_)
+        return;
     attached_.update(device);
     board_.refresh(device);
 }

@@ -67,7 +67,9 @@ private:
     void showCarousel();
     void orderTabs();
     void refreshTile(int index);
-    void takeRefreshed(const DeviceAllInfo &device);
+    // Asks the device, which blocks, and passes the answer to the page while that shows the same search.
+    static void refreshShown(DeviceAllInfo device, uint64_t generation);
+    void takeRefreshed(const DeviceAllInfo &device, uint64_t generation);
 
     std::unique_ptr<Ui::DialogChange> ui;
     QString pictures_;

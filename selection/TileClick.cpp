@@ -44,9 +44,10 @@ void announceReceiverFirmware(const DeviceAllInfo &device)
 
 TileClick::TileClick(QWidget *page, AttachedDevices &devices) : page_(page), devices_(devices)
 {
-    connect(PostMsg::instance(), &PostMsg::SigChangeMainDialog, this,
-            [this](int index) { leftAgain_ = index == 0; });
+    connect(PostMsg::instance(), SIGNAL(SigChangeMainDialog(int)), this, SLOT(SlotChangeMainDialog(int)));
 }
+
+void TileClick::SlotChangeMainDialog(int index) { leftAgain_ = index == 0; }
 
 void TileClick::open(int index)
 {
@@ -66,8 +67,10 @@ void TileClick::take(int index, bool asOffline)
     emit PostMsg::instance()->SigSetver(6);
     const DeviceAllInfo device = devices_.tiles()[std::size_t(index)];
     const int mid = ConfigReader::instance().ReadConfig(driveSection(device), QStringLiteral("MID")).toInt();
-    if (hasScreenClass(mid))
+    if (hasScreenClass(mid)) {
         emit PostMsg::instance()->SigMouseIndex(mid);
+        ScreenClass = mid;
+    }
     if ((asOffline || isOfflineTile(index)) && !settleOfflineTile(device))
         return;
     if (device.DriveIndex != unknownIndex())

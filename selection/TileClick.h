@@ -24,6 +24,9 @@ public:
     // Opens the only attached receiver as if its off-line tile were clicked; ignores cables.
     void openOnlyReceiver();
 
+public slots:
+    void SlotChangeMainDialog(int index);
+
 private:
     // Tells the pages which model they show, then decides. `asOffline`: without asking the device.
     void take(int index, bool asOffline);
