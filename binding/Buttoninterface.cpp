@@ -402,7 +402,10 @@ bool Buttoninterface::bind(int button, const EncodedAction &action)
 
 bool Buttoninterface::bind(int button, const std::function<bool()> &write)
 {
-    if (isLastLeft(ButtonList::rowOf(button))) {
+    const std::optional<std::size_t> row = ButtonList::rowOf(button);
+    if (!row)
+        return false;
+    if (isLastLeft(*row)) {
         refuseLastLeft();
         return false;
     }

@@ -137,16 +137,8 @@ struct ShippedProduct : private ShippedHome, testmain::WidgetApplication {
 };
 
 // While it lives, no language has any text, so what is built in shows.
-struct WithoutTexts {
-    WithoutTexts()
-    {
-        const QString folder = applicationFolder();
-        const QTemporaryDir empty;
-        setApplicationFolder(empty.path());
-        LoadLanguageTables();
-        setApplicationFolder(folder);
-    }
-    ~WithoutTexts() { LoadLanguageTables(); }
+struct WithoutTexts : OtherLanguage {
+    WithoutTexts() : OtherLanguage("{}") {}
 };
 
 // Makes the device at `path` the selected one, with the windows open for input.
