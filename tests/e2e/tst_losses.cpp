@@ -52,6 +52,36 @@ private slots:
         QCOMPARE(notice.count(), 0);
     }
 
+    void anAbsentMouseShowsNothingOfTheOneBefore()
+    {
+        Program program;
+        const auto text = [](const char *label) {
+            auto *const found = windows::visible<QLabel>(QLatin1String(label));
+            return found ? found->text() : QStringLiteral("hidden");
+        };
+        const auto caption = [](const char *row) {
+            return windows::visible<QAbstractButton>(QLatin1String(row))->text();
+        };
+        program.order("radio m1 off");
+        program.order("set m2 flash 0x57 00 00 00"); // its second button is disabled
+        program.open(QStringLiteral("r2"));
+        program.expect("battery", [=] { return text("label_2") == QStringLiteral("10%"); });
+        program.expect("binding", [=] { return caption("RightKey") == QStringLiteral("Disabled"); });
+        program.expect("nothing told", [=] { return text("offlineText") == QStringLiteral("hidden"); });
+        program.click("UpArrow");
+        clickTile(program);
+        program.expect("told", [=] { return text("offlineText") == infoText("DialogOffline"); });
+        program.expect("no battery", [=] { return text("label_2").isEmpty(); });
+        program.expect("no bindings", [=] { return caption("RightKey") == QStringLiteral("Right button"); });
+        program.order("radio m1 on");
+        program.expect("back", [=] {
+            return text("offlineText") == QStringLiteral("hidden") &&
+                   text("label_2") == QStringLiteral("80%");
+        });
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
+        QCOMPARE(program.script.run(), QString());
+    }
+
     void awayDuringTheWaitTheTimeOutIsTold_data()
     {
         QTest::addColumn<QByteArray>("loss");
