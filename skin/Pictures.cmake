@@ -1,17 +1,31 @@
 # SPDX-FileCopyrightText: 2026 The Morlen authors
 # SPDX-License-Identifier: MIT
 #
-# skin_picture(page name template width height [look=NAME] [icon=NAME] [art=FILE] [key=value …])
+# skin_picture(page name template width height [look=NAME] [icon=NAME] [art=FILE] [under=TEMPLATE] [key=value …])
 # Fills in one SVG template and has it rendered to Picture/<page>/<name>.png and to <name>@2x.png. The
 # template is filled in while configuring and written only when it changes, so a new colour renders again
-# the pictures that show it and no others.
+# the pictures that show it and no others. The template under a picture is its ground, which is
+# dithered (tools/pack/Ground.h); its colours are those of the palette with "Bright" behind their names.
 #
 # skin_states(page stem template width height suffix=look … WITH key=value …)
 # One picture for each suffix, from one template.
 
 find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 
+# Grounds are drawn in so many times their light; GroundLight of tools/pack/Ground.h is the same.
+foreach(colour ground groundLow surface1 surface2 surface3)
+  set(channels)
+  foreach(at 1 3 5)
+    string(SUBSTRING ${${colour}} ${at} 2 digits)
+    math(EXPR channel "4 * 0x${digits}")
+    list(APPEND channels ${channel})
+  endforeach()
+  string(JOIN "," channels ${channels})
+  set(${colour}Bright "rgb(${channels})")
+endforeach()
+
 function(skin_picture page name template w h)
+  set(under "")
   set(icon "")
   set(art "")
   set(settings ${lookDefaults})
@@ -50,12 +64,27 @@ function(skin_picture page name template w h)
 
   set(single ${MORLEN_PRODUCT_DIR}/Picture/${page}/${name}.png)
   set(double ${MORLEN_PRODUCT_DIR}/Picture/${page}/${name}@2x.png)
+  set(drawGround)
+  set(singleGround)
+  set(doubleGround)
+  set(groundFile)
+  if(under)
+    set(groundFile ${CMAKE_CURRENT_BINARY_DIR}/${page}/${name}-ground)
+    configure_file(${under}.svg ${groundFile}.svg @ONLY)
+    set(drawGround
+      COMMAND ${RSVG_CONVERT} -o ${groundFile}.png ${groundFile}.svg
+      COMMAND ${RSVG_CONVERT} --zoom 2 -o ${groundFile}@2x.png ${groundFile}.svg)
+    set(singleGround --ground ${groundFile}.png)
+    set(doubleGround --ground ${groundFile}@2x.png)
+    set(groundFile ${groundFile}.svg)
+  endif()
   add_custom_command(
     OUTPUT ${single} ${double}
     COMMAND ${RSVG_CONVERT} -o ${single} ${svg}
     COMMAND ${RSVG_CONVERT} --zoom 2 -o ${double} ${svg}
-    COMMAND pack-picture ${single} ${double}
-    DEPENDS ${svg} pack-picture
+    ${drawGround}
+    COMMAND pack-picture ${singleGround} ${single} ${doubleGround} ${double}
+    DEPENDS ${svg} ${groundFile} pack-picture
     COMMENT "Drawing ${page}/${name}"
     VERBATIM)
   set_property(DIRECTORY APPEND PROPERTY skin_files ${single} ${double})

@@ -65,10 +65,10 @@ set(look_stageHover plateTop=${raised} plate=${surface3} edge=${inkDim} ink=${in
 set(look_stageClick plateTop=${groundLow} plate=${surface1} edge=${accent} ink=${ground} bar=${accentMid})
 set(look_stageCheck plateTop=${accentDark} plate=${accentTint} edge=${accent} edgeWidth=2 ink=${ink} bar=${accent})
 
-set(look_colorBar edge=${ink} edgeOpacity=0.3 ink=${ink} seam=none seamOpacity=0)
-set(look_colorBarHover edge=${ink} edgeOpacity=0.9 edgeWidth=2 ink=${ink} seam=none seamOpacity=0)
-set(look_colorBarCheck edge=${ink} edgeOpacity=1 edgeWidth=2 ink=${ink} seam=${groundLow} seamOpacity=0.7)
-set(look_colorBarCheckHover edge=${accent} edgeOpacity=1 edgeWidth=2 ink=${ink} seam=${ink} seamOpacity=1)
+set(look_colorBar edge=${inkFaint} corner=1.5 seam=none seamOpacity=0)
+set(look_colorBarHover edge=${ink} edgeWidth=2 corner=1 seam=none seamOpacity=0)
+set(look_colorBarCheck edge=${ink} edgeWidth=2 corner=1 seam=${groundLow} seamOpacity=1)
+set(look_colorBarCheckHover edge=${accent} edgeWidth=2 corner=1 seam=${ink} seamOpacity=1)
 # Marks on the picture of a mouse: they stand on a lit shell and must be seen there.
 set(look_mark plate=${groundLow} edge=${accent} edgeWidth=2)
 set(look_markHover plate=${surface3} edge=${ink} edgeWidth=2)
@@ -95,10 +95,10 @@ set(look_arrowClick plate=${surface2} edge=${lineStrong} ink=${accent})
 set(look_mouse
   cardTop=${surface3} cardLow=${surface1} "cardEdge=#3a4448" cardDash=none halo=0.20
   "shellEdge=#1b2023" "shellMid=#3a4347" "shellHigh=#566167" "shellLow=#23292c"
-  "outline=#7f8c92" outlineWidth=1 "seam=#101315" "glint=#7b878c" glintOpacity=0.55
-  "pit=#0b0d0e" "wheel=#4a5459" light=${accent} glow=0.85 shadow=0.75 cord=${inkFaint} aerial=1)
+  "outline=#7f8c92" outlineWidth=1 keyRim=4 "seam=#101315" "glint=#7b878c" glintOpacity=0.55
+  "pit=#0b0d0e" "wheel=#4a5459" light=${accent} glow=0.85 shadow=0.75)
 set(look_mouseAway
   cardTop=${ground} cardLow=${ground} cardEdge=${lineStrong} cardDash=4,4 halo=0
   shellEdge=${surface1} shellMid=${surface1} shellHigh=${surface1} shellLow=${surface1}
-  outline=${lineStrong} outlineWidth=2 seam=${lineStrong} glint=${surface1} glintOpacity=0
-  pit=${surface1} wheel=${ground} light=${lineStrong} glow=0 shadow=0 cord=${line} aerial=1)
+  outline=${lineStrong} outlineWidth=2 keyRim=6 seam=${lineStrong} glint=${surface1} glintOpacity=0
+  pit=${surface1} wheel=${ground} light=${lineStrong} glow=0 shadow=0)

@@ -4,6 +4,7 @@
 // The rendered skin: every picture in both sizes, the sizes that the pages count on, states that a person
 // who sees no colour can tell apart, and grounds on which the skin's text can be read.
 #include "tests/support/TestMain.h"
+#include "tests/unit/skin/SkinPictures.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -15,12 +16,9 @@
 namespace
 {
 
-const QString Pictures = QLatin1String(SKIN_PICTURES "/");
 const QColor Ground(QLatin1String("#" skin_ground));
 const QColor Ink(QLatin1String("#" skin_ink));
 const QColor DimInk(QLatin1String("#" skin_inkDim));
-
-QImage picture(const QString &name) { return QImage(Pictures + name).convertToFormat(QImage::Format_ARGB32); }
 
 QColor over(QRgb pixel, const QColor &under)
 {
