@@ -79,7 +79,7 @@ bool Emulator::start(const std::string &folder, std::string &error, BusKind kind
     serving_ = true;
     world_.scene.run(Clock::now());
     apply();
-    // What happened before there was a bus is nobody's news.
+    // Nobody waits for events of the time before there was a bus.
     for (auto &[id, traffic] : world_.traffic)
         traffic.clear();
     thread_ = std::thread(&Emulator::loop, this);

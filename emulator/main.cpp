@@ -17,7 +17,7 @@ constexpr const char *Usage =
     "mouse-emulator --bus DIR [--usb] [--scenario FILE] [--pace] [--log] [--ready-fd N]\n"
     "    Serves the devices of the scenario (default.scenario beside the program) in the folder DIR, or,\n"
     "    with --usb, as USB devices of this machine's kernel (module vhci-hcd, as root).\n"
-    "    Says \"ready\" on the standard output, or on descriptor N, once they are there. Orders come\n"
+    "    Prints \"ready\" on the standard output, or on descriptor N, once they are there. Orders come\n"
     "    from the standard input and from \"send\"; \"help\" lists them.\n"
     "mouse-emulator send --bus DIR [ORDER...]\n"
     "    Sends orders, or the lines of the standard input, to the emulator of DIR. Ends with 1 when one\n"

@@ -183,7 +183,7 @@ void sendMouse(QWidget *widget, QEvent::Type type, int x, Qt::MouseButtons butto
     const QPoint point(x, widget->height() / 2);
     QMouseEvent event(type, point, widget->mapToGlobal(point), Qt::LeftButton, buttons, Qt::NoModifier);
     QCoreApplication::sendEvent(widget, &event);
-    QCoreApplication::processEvents(); // what it painted, and what the device said
+    QCoreApplication::processEvents(); // what it painted, and what the device reported
 }
 
 // One pixel after the other from end to end, with a pause behind each.

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// ProgramSettled: tells when the program has done all that came of what its mouse has said so far. A mouse
-// that speaks once more is asked for its battery; orders and answers keep their order, so that the writes of
-// the program stand in front of that question. Main thread.
+// ProgramSettled: tells when the program has finished all work caused by the mouse's reports so far. A mouse
+// that reports its battery once more is asked for it; orders and answers keep their order, so that the writes
+// of the program stand in front of that question. Main thread.
 #pragma once
 
 #include "hub/PostMsg.h"

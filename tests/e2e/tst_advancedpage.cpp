@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The advanced page on a whole emulated mouse: what a person sets with pointer and keys reaches the flash
-// and the receiver and nothing else changes, on radio and on the cable; and the way back off line.
+// and the receiver and nothing else changes, on radio and on the cable; and what is restored off line.
 #include "presentation/Widgets.h"
 #include "sensor/StopCloseTime.h"
 #include "sensor/plots/RotatableWidget.h"

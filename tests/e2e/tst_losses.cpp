@@ -123,7 +123,7 @@ private slots:
         program.expect("out of reach", [] { return !UsbFinderC_GetDeviceOnLine(CurrentDevicePath()); });
         program.script.step("nobody says so", always, [&] {
             QCOMPARE(notice.count(), 0);
-            QCOMPARE(page.count(), 1); // the way in
+            QCOMPARE(page.count(), 1); // when the page was opened
             QVERIFY(!AwaitingMouse);
         });
         program.click("Button125HZ");

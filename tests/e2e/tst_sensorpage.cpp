@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The real sensor page of every model, on the cable and behind every class of receiver: its gates, what each
-// control does to the mouse's flash, what the mouse's own buttons do to the page, and the way back when the
-// mouse does not answer.
+// control does to the mouse's flash, what the mouse's own buttons do to the page, and that the controls are
+// restored when the mouse does not answer.
 #include "sensor/MarkerTrack.h"
 #include "tests/e2e/SensorEndToEnd.h"
 #include "tests/support/TestMain.h"

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The panels that lie on other pages than the sensor's: debounce time, sleep time, angle, frame rate and the
-// light of the DPI stage. Every value that a person can choose, against the mouse's flash, and the way back
-// when the mouse does not answer.
+// light of the DPI stage. Every value that a person can choose, against the mouse's flash, and that the
+// controls are restored when the mouse does not answer.
 #include "lighting/SensorEffect.h"
 #include "sensor/StopCloseTime.h"
 #include "tests/e2e/SensorEndToEnd.h"

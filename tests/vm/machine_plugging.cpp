@@ -215,7 +215,7 @@ TEST_F(Plugging, AnotherProgramOnTheSameNode)
     expectHealthy("rx8k", "air8");
 }
 
-// A test that crashes ends, so that what it said is seen and the others run. The one that dies is this test
+// A test that crashes ends, so that its output is seen and the others run. The one that dies is this test
 // too, in a process of its own.
 TEST_F(Plugging, AProcessThatDiesWithItsDeviceAndANodeOpenGoes)
 {

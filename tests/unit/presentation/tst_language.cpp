@@ -341,9 +341,9 @@ private slots:
         QFETCH(QByteArray, xml);
         QFETCH(QStringList, labels);
         QFETCH(QString, error);
-        QString said;
-        QCOMPARE(::readCompanyLabels(xml, &said), labels);
-        QCOMPARE(said, error);
+        QString message;
+        QCOMPARE(::readCompanyLabels(xml, &message), labels);
+        QCOMPARE(message, error);
     }
 
     void refusesEntitiesThatGrow()

@@ -185,14 +185,14 @@ private slots:
     void anImportWithoutAFileIsNone()
     {
         bool busy = false;
-        QString said;
+        QString offered;
         fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
             busy = SettingsBusy;
-            said = dialog->windowTitle() + ' ' + dialog->nameFilters().join(' ');
+            offered = dialog->windowTitle() + ' ' + dialog->nameFilters().join(' ');
             dialog->reject();
         });
         page().click("ImportData");
-        QCOMPARE(said, "SelectFile File(*.bin)");
+        QCOMPARE(offered, "SelectFile File(*.bin)");
         QVERIFY(busy && !SettingsBusy);
         QVERIFY(FakeHidUsb::instance().updates().empty());
     }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The binding page without a mouse: the way of the keyboard over it and what each key does.
+// The binding page without a mouse: the order of the keyboard focus and what each key does.
 #include "presentation/FocusRing.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// A button of the binding page that is opened: what stands checked, which panel shows, and the way back.
+// A button of the binding page that is opened: what stands checked, which panel shows, and the return to the
+// rows.
 #include "tests/support/ButtonActions.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"

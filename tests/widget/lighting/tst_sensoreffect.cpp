@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The light of the DPI stage, on its page: what its controls write, what a record shows, and the way back.
+// The light of the DPI stage, on its page: what its controls write, what a record shows, and what is
+// restored.
 #include "lighting/LampLight.h"
 #include "lighting/SensorEffect.h"
 #include "presentation/language/LanguageTables.h"

@@ -136,9 +136,9 @@ private slots:
         QFETCH(QString, name);
         for (const int index : {0, 9}) { // there is no language but the first
             storeLanguage(UserStore::instance(), index);
-            const QString said = textOf(*row(name).make(), "NewHong_2");
+            const QString caption = textOf(*row(name).make(), "NewHong_2");
             storeLanguage(UserStore::instance(), 0);
-            QCOMPARE(said, QString("Cancel"));
+            QCOMPARE(caption, QString("Cancel"));
         }
     }
 

@@ -78,7 +78,7 @@ const Row &row(const QString &name)
     return all.front();
 }
 
-QString said(const NoticeDialog &notice) { return notice.findChild<QLabel *>("label")->text(); }
+QString shownText(const NoticeDialog &notice) { return notice.findChild<QLabel *>("label")->text(); }
 
 } // namespace
 
@@ -125,8 +125,8 @@ private slots:
                  27666 & ~int(Qt::WindowType_Mask));
         QVERIFY(notice->isWindow());
         QVERIFY(notice->findChild<QFrame *>(row(name).frame));
-        QCOMPARE(said(*notice), language::text(row(name).section, row(name).key, 0));
-        QVERIFY(!said(*notice).isEmpty());
+        QCOMPARE(shownText(*notice), language::text(row(name).section, row(name).key, 0));
+        QVERIFY(!shownText(*notice).isEmpty());
         QString seen;
         const char marks[] = "xnoc";
         const char *const names[] = {"CloseButton", "NewHong", "OK", "Cancel"};
@@ -169,7 +169,7 @@ private slots:
     void offLineSaysWhy()
     {
         OffLineKind = 1;
-        QCOMPARE(said(MouseOffLine()), language::text(language::Section::infoTips, "TimeOut", 0));
+        QCOMPARE(shownText(MouseOffLine()), language::text(language::Section::infoTips, "TimeOut", 0));
     }
 
     void offLineClosesWhenTheMouseIsBack()
@@ -184,10 +184,10 @@ private slots:
     {
         ImportResult = ImageUnreadable;
         InportFail notice;
-        QCOMPARE(said(notice), language::text(language::Section::key, "DialogConfigError", 0));
+        QCOMPARE(shownText(notice), language::text(language::Section::key, "DialogConfigError", 0));
         ImportResult = ImageMismatch;
         emit PostMsg::instance()->SigAllLanguage(0);
-        QCOMPARE(said(notice), language::text(language::Section::key, "DialogEConfigMismatch", 0));
+        QCOMPARE(shownText(notice), language::text(language::Section::key, "DialogEConfigMismatch", 0));
     }
 
     void answers_data()
@@ -244,7 +244,7 @@ private slots:
         const QWidget page;
         QString shown;
         fixture::whenModal<RePair>([&](RePair *question) {
-            shown = said(*question);
+            shown = shownText(*question);
             yes ? question->on_OK_clicked() : question->on_Cancel_clicked();
         });
         QCOMPARE(notice::ask<RePair>(&page, {5, 7}, "Pair it?"), yes);
@@ -271,7 +271,7 @@ private slots:
             const auto notice = row.first();
             const fixture::WithoutTexts bare;
             emit PostMsg::instance()->SigAllLanguage(0);
-            QCOMPARE(said(*notice), QString(row.second));
+            QCOMPARE(shownText(*notice), QString(row.second));
         }
     }
 
@@ -284,7 +284,7 @@ private slots:
         const auto told = row(name).make();
         emit PostMsg::instance()->SigAllLanguage(0);
         storeLanguage(UserStore::instance(), 0);
-        QCOMPARE(said(*row(name).make()), said(*told));
+        QCOMPARE(shownText(*row(name).make()), shownText(*told));
     }
 
     void theWarningSaysWhatItIsGiven()
@@ -292,7 +292,7 @@ private slots:
         UpDateWarning warning;
         warning.setText("Plug it in");
         emit PostMsg::instance()->SigAllLanguage(0);
-        QCOMPARE(said(warning), QString("Plug it in"));
+        QCOMPARE(shownText(warning), QString("Plug it in"));
         QCOMPARE(warning.accessibleName(), QString("Plug it in"));
         warning.setModal(true);
         warning.show(); // returns at once, and may be shown again
@@ -301,7 +301,7 @@ private slots:
         QVERIFY(!warning.isVisible());
         warning.setText("Again");
         warning.show();
-        QCOMPARE(said(warning), QString("Again"));
+        QCOMPARE(shownText(warning), QString("Again"));
     }
 
     void aNameIsTakenByOkAlone_data()
@@ -361,11 +361,11 @@ private slots:
     void aLanguageThatDoesNotExistSpeaksTheFirst()
     {
         const RePair notice;
-        const QString english = said(notice);
+        const QString english = shownText(notice);
         for (const int index : {3, 99, -1}) {
             notice.findChild<QLabel *>("label")->clear();
             emit PostMsg::instance()->SigAllLanguage(index);
-            QCOMPARE(said(notice), english);
+            QCOMPARE(shownText(notice), english);
         }
     }
 
@@ -375,23 +375,23 @@ private slots:
         MouseOffLine notice;
         const fixture::WithoutTexts bare;
         emit PostMsg::instance()->SigAllLanguage(0);
-        QCOMPARE(said(notice), QString("   The mouse is offline. Please move first"));
+        QCOMPARE(shownText(notice), QString("   The mouse is offline. Please move first"));
         QCOMPARE(notice.findChild<QToolButton *>("NewHong")->text(), QString("OK"));
         const UpDataParam wait;
-        QCOMPARE(said(wait), QString("Please wait, we are updating the setting"));
+        QCOMPARE(shownText(wait), QString("Please wait, we are updating the setting"));
     }
 
     void runningNoticeReadsItsOwnFile()
     {
         storeLanguage(UserStore::instance(), 1);
-        const QString chinese = said(ExeIsRun());
+        const QString chinese = shownText(ExeIsRun());
         storeLanguage(UserStore::instance(), 0);
-        const QString english = said(ExeIsRun());
+        const QString english = shownText(ExeIsRun());
         QVERIFY(!chinese.isEmpty());
         QVERIFY(chinese != english);
         for (const int index : {3, 7}) { // of which there is no file
             storeLanguage(UserStore::instance(), index);
-            const QString fallback = said(ExeIsRun());
+            const QString fallback = shownText(ExeIsRun());
             storeLanguage(UserStore::instance(), 0);
             QCOMPARE(fallback, english);
         }

@@ -41,7 +41,7 @@ QString settled(std::vector<DeviceAllInfo> devices, int total)
 
 } // namespace
 
-class tst_AttachedList : public QObject
+class tst_LinkTally : public QObject
 {
     Q_OBJECT
 
@@ -142,5 +142,5 @@ private slots:
     }
 };
 
-TEST_CLASS(tst_AttachedList, testmain::NoApplication)
-#include "tst_attachedlist.moc"
+TEST_CLASS(tst_LinkTally, testmain::NoApplication)
+#include "tst_linktally.moc"
