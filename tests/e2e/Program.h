@@ -97,7 +97,7 @@ inline QString infoText(const char *key)
     return language::text(language::Section::infoTips, key, LanguageIndex);
 }
 
-template <typename Notice> bool says(const QString &text)
+template <typename Notice> bool shows(const QString &text)
 {
     auto *const notice = windows::shown<Notice>();
     return notice && notice->template findChild<QLabel *>(QStringLiteral("label"))->text() == text;
