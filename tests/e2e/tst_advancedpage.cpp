@@ -69,7 +69,7 @@ private:
     }
     static void answerNotice(Program &program)
     {
-        program.expect("notice", [] { return says<MouseOffLine>(infoText("DialogOffline")); });
+        program.expect("notice", [] { return shows<MouseOffLine>(infoText("DialogOffline")); });
         program.script.step("answer", always, [] { answer<MouseOffLine>("NewHong"); });
         program.expect("answered", isGone<MouseOffLine>);
     }

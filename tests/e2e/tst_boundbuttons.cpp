@@ -214,7 +214,7 @@ private slots:
         program.order("radio m2 off");
         program.click("RightKey");
         program.click("DPI_3");
-        program.expect("notice", [] { return says<MouseOffLine>(infoText("DialogOffline")); });
+        program.expect("notice", [] { return shows<MouseOffLine>(infoText("DialogOffline")); });
         program.script.step("answer", always, [] { answer<MouseOffLine>("NewHong"); });
         program.expect("as before", [&] {
             return isGone<MouseOffLine>() && captionOf(program, "RightKey") == caption &&
@@ -292,7 +292,7 @@ private slots:
         program.open(QStringLiteral("r2"));
         program.script.step("before", always, [&] { before = program.bus.record("m2"); });
         importFrom(program, path);
-        program.expect("refusal", [] { return says<InportFail>(keyText("DialogEConfigMismatch")); });
+        program.expect("refusal", [] { return shows<InportFail>(keyText("DialogEConfigMismatch")); });
         program.script.step("answer", always, [] { answer<InportFail>("NewHong"); });
         program.expect("end", [] { return isGone<InportFail>() && isGone<UpDataParam>() && !SettingsBusy; });
         QCOMPARE(program.script.run(), QString());

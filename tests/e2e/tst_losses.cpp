@@ -101,7 +101,7 @@ private slots:
         clickTile(program);
         program.expect("wait", isShown<UpDataParam>);
         program.expect("time-out", [] {
-            return says<MouseOffLine>(infoText("TimeOut")) && isGone<UpDataParam>() && !SensorPageLoaded &&
+            return shows<MouseOffLine>(infoText("TimeOut")) && isGone<UpDataParam>() && !SensorPageLoaded &&
                    AwaitingMouse;
         });
         program.order(end.constData());

@@ -185,7 +185,7 @@ private slots:
         program.open(QStringLiteral("r1"));
         program.order("radio m1 off");
         program.click("Reset");
-        program.expect("notice", [] { return says<MouseOffLine>(infoText("DialogOffline")); });
+        program.expect("notice", [] { return shows<MouseOffLine>(infoText("DialogOffline")); });
         program.expect("no question", [] { return isGone<ContainReset>() && !SettingsBusy; });
         program.order("radio m1 on");
         program.expect("notice gone", isGone<MouseOffLine>);
@@ -205,7 +205,7 @@ private slots:
         program.order("radio m1 off");
         program.script.step("confirm", always, [] { answer<ContainReset>("OK"); });
         program.expect("wait", isShown<UpDataParam>);
-        program.expect("notice", [] { return says<MouseOffLine>(infoText("DialogOffline")); });
+        program.expect("notice", [] { return shows<MouseOffLine>(infoText("DialogOffline")); });
         program.expect("watch again",
                        [] { return !SettingsBusy && Worker::instance()->checkTimer().isActive(); });
         program.script.step("mouse as it was", always,
@@ -288,7 +288,7 @@ private slots:
         });
         program.click("ImportData");
         program.script.step("choose", isShown<QFileDialog>, [path] { chooseFile(path); });
-        program.expect("refusal", [textKey] { return says<InportFail>(keyText(textKey.constData())); });
+        program.expect("refusal", [textKey] { return shows<InportFail>(keyText(textKey.constData())); });
         program.expect("busy until it is answered", [] { return SettingsBusy.load(); });
         program.script.step("answer", always, [] { answer<InportFail>("NewHong"); });
         program.expect("end", [] { return isGone<UpDataParam>() && isGone<InportFail>() && !SettingsBusy; });
@@ -310,7 +310,7 @@ private slots:
                        [] { return isGone<UpDataParam>() && isGone<QFileDialog>() && !SettingsBusy; });
         program.order("radio m1 off");
         program.click("ImportData");
-        program.expect("notice", [] { return says<MouseOffLine>(infoText("DialogOffline")); });
+        program.expect("notice", [] { return shows<MouseOffLine>(infoText("DialogOffline")); });
         program.expect("no file dialog", [] { return isGone<QFileDialog>() && !SettingsBusy; });
         program.script.step("answer", always, [] { answer<MouseOffLine>("NewHong"); });
         program.expect("answered", isGone<MouseOffLine>);

@@ -170,7 +170,7 @@ private slots:
         program.expect("two tiles", [] { return onSelectionPage(2); });
         program.order("plug r3");
         program.expect("notice", [] {
-            return says<QuestiondialogB>(
+            return shows<QuestiondialogB>(
                 language::text(language::Section::home, "ErrorDevice", LanguageIndex));
         });
         program.expect("no tile", [] { return showsTiles(0, 0); });
