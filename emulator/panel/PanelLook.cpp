@@ -56,6 +56,7 @@ static QPalette panelPalette()
     return palette;
 }
 
+// The toolkit takes the picture of double size for a background-image, but not for an image.
 static constexpr const char *Sheet = R"(
 QGroupBox { background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 %card%, stop:1 %surface%);
             border: 1px solid %line%; border-radius: 12px; margin: 0; padding: 8px; }
@@ -72,13 +73,13 @@ QPushButton:disabled { color: %faint%; background: %surface%; border-color: %lin
 QPushButton:focus { border: 2px solid %accent%; padding: 4px 11px; }
 QCheckBox { border: 1px solid transparent; border-radius: 4px; padding: 2px; spacing: 6px; }
 QCheckBox:focus { border-color: %accent%; }
-QCheckBox::indicator { width: 18px; height: 18px; }
-QCheckBox::indicator:unchecked { image: url("%pictures%/Panel/CheckBox.png"); }
-QCheckBox::indicator:unchecked:hover { image: url("%pictures%/Panel/CheckBoxHover.png"); }
-QCheckBox::indicator:unchecked:disabled { image: url("%pictures%/Panel/CheckBoxOff.png"); }
-QCheckBox::indicator:checked { image: url("%pictures%/Panel/CheckBoxCheck.png"); }
-QCheckBox::indicator:checked:hover { image: url("%pictures%/Panel/CheckBoxCheckHover.png"); }
-QCheckBox::indicator:checked:disabled { image: url("%pictures%/Panel/CheckBoxCheckOff.png"); }
+QCheckBox::indicator { width: 18px; height: 18px; background-repeat: no-repeat; }
+QCheckBox::indicator:unchecked { background-image: url("%pictures%/Panel/CheckBox.png"); }
+QCheckBox::indicator:unchecked:hover { background-image: url("%pictures%/Panel/CheckBoxHover.png"); }
+QCheckBox::indicator:unchecked:disabled { background-image: url("%pictures%/Panel/CheckBoxOff.png"); }
+QCheckBox::indicator:checked { background-image: url("%pictures%/Panel/CheckBoxCheck.png"); }
+QCheckBox::indicator:checked:hover { background-image: url("%pictures%/Panel/CheckBoxCheckHover.png"); }
+QCheckBox::indicator:checked:disabled { background-image: url("%pictures%/Panel/CheckBoxCheckOff.png"); }
 QSlider { border: 1px solid transparent; border-radius: 4px; }
 QSlider:focus { border-color: %accent%; }
 QSlider::groove:horizontal { height: 4px; background: %edge%; border-radius: 2px; }
@@ -96,16 +97,19 @@ QComboBox:focus, QSpinBox:focus { border: 2px solid %accent%; padding: 2px 7px; 
 QComboBox:focus { padding-right: 1px; }
 QComboBox:disabled, QSpinBox:disabled { color: %faint%; background: %surface%; border-color: %line%; }
 QComboBox::drop-down { border: none; width: 22px; }
-QComboBox::down-arrow { image: url("%pictures%/Panel/Menu.png"); width: 16px; height: 16px; }
-QComboBox::down-arrow:on { image: url("%pictures%/Panel/MenuClicked.png"); }
-QComboBox::down-arrow:disabled { image: url("%pictures%/Panel/MenuOff.png"); }
+QComboBox::down-arrow { width: 16px; height: 16px; background-repeat: no-repeat;
+                        background-image: url("%pictures%/Panel/Menu.png"); }
+QComboBox::down-arrow:on { background-image: url("%pictures%/Panel/MenuClicked.png"); }
+QComboBox::down-arrow:disabled { background-image: url("%pictures%/Panel/MenuOff.png"); }
 QAbstractItemView { background: %groundLow%; border: 1px solid %line%; border-radius: 8px; outline: 0; }
 QAbstractItemView:focus { border-color: %accent%; }
 QComboBox QAbstractItemView { background: %surface%; border: 1px solid %edge%; border-radius: 0; }
+QComboBox QAbstractItemView:focus { border-color: %edge%; }
 QListView#deviceList { background: transparent; border: none; }
-QHeaderView::section { background: %groundLow%; color: %quiet%; border: none; padding: 2px 4px; }
+QHeaderView { background: transparent; border: none; }
+QHeaderView::section { background: transparent; color: %quiet%; border: none; padding: 2px 4px; }
 QTableView#flashBytes QHeaderView::section:horizontal { padding: 2px 0; }
-QTableCornerButton::section { background: %groundLow%; border: none; }
+QTableCornerButton::section { background: transparent; border: none; }
 QScrollBar { background: transparent; border: none; margin: 0; }
 QScrollBar:vertical { width: 10px; }
 QScrollBar:horizontal { height: 10px; }
