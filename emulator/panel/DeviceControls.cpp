@@ -95,7 +95,7 @@ void DeviceControls::makeProfile()
     profile_->setObjectName(QStringLiteral("profileBox"));
     profile_->setAccessibleName(QStringLiteral("Profile of the mouse"));
     for (int i = 0; i < ProfileCount; ++i)
-        profile_->addItem(QStringLiteral("Profile %1").arg(i));
+        profile_->addItem(profileName(i));
     ofMouse_ << profile_;
     connect(profile_, QOverload<int>::of(&QComboBox::activated), this,
             [this](int index) { emit ordered(QStringLiteral("profile %1 %2").arg(mouse_).arg(index)); });

@@ -9,6 +9,7 @@
 
 static constexpr int Margin = 12;
 static constexpr int Gap = 6; // between cards
+static constexpr int Radius = 8;
 
 void DeviceModel::show(const QVector<PanelDevice> &devices)
 {
@@ -56,7 +57,7 @@ QVariant DeviceModel::data(const QModelIndex &index, int role) const
 
 static QColor dotColour(const PanelDevice &device)
 {
-    return QColor(device.boot ? look::Amber : device.online ? look::Mint : look::Line);
+    return QColor(device.boot ? look::Warning : device.online ? look::Accent : look::Line);
 }
 
 static QString batteryText(const PanelDevice &device)
@@ -72,8 +73,8 @@ static QString shortDetail(const PanelDevice &device)
 {
     if (!device.isMouse)
         return QStringLiteral("address %1  \u00b7  version %2").arg(device.address, device.version);
-    return QStringLiteral("profile %1  \u00b7  stage %2/%3  \u00b7  %4 Hz  \u00b7  %5")
-        .arg(device.profile)
+    return QStringLiteral("%1  \u00b7  stage %2/%3  \u00b7  %4 Hz  \u00b7  %5")
+        .arg(profileName(device.profile))
         .arg(device.stage + 1)
         .arg(device.stages)
         .arg(device.rate)
@@ -87,11 +88,13 @@ void DeviceCard::paint(QPainter *painter, const QStyleOptionViewItem &option, co
     const bool selected = option.state & QStyle::State_Selected;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    const QRectF card = QRectF(option.rect).adjusted(1, 1, -1, -Gap - 1);
     const bool focused = selected && option.state & QStyle::State_HasFocus;
-    painter->setPen(QPen(QColor(selected ? look::Mint : look::Line), focused ? 2 : 1));
-    painter->setBrush(QColor(selected ? look::MintGround : look::Raised));
-    painter->drawRoundedRect(card, 6, 6);
+    // The middle of a line of one pixel lies between two pixels' borders, that of two on one.
+    const qreal inset = focused ? 1 : 0.5;
+    const QRectF card = QRectF(option.rect).adjusted(inset, inset, -inset, -Gap - inset);
+    painter->setPen(QPen(QColor(selected ? look::Accent : look::Line), focused ? 2 : 1));
+    painter->setBrush(QColor(selected ? look::AccentGround : look::Card));
+    painter->drawRoundedRect(card, Radius, Radius);
 
     const QFontMetrics metrics(option.font);
     QRect line = card.toRect().adjusted(Margin, 8, -Margin, 0);
@@ -109,12 +112,12 @@ void DeviceCard::paint(QPainter *painter, const QStyleOptionViewItem &option, co
                           metrics.elidedText(text, Qt::ElideRight, room.width()));
         line.translate(0, metrics.height() + 3);
     };
-    painter->setPen(QColor(device.battery <= 20 ? look::Amber : look::Text));
+    painter->setPen(QColor(device.battery <= 20 ? look::Warning : look::Text));
     painter->drawText(line, Qt::AlignRight | Qt::AlignVCenter, batteryText(device));
     write(18, look::Text, QStringLiteral("%1  \u00b7  %2").arg(device.id, device.kindText()));
     const QString faults =
         device.faults > 0 ? QStringLiteral("  \u00b7  faults: %1").arg(device.faults) : QString();
-    write(0, device.faults > 0 ? look::Amber : look::Text, device.statusText() + faults);
+    write(0, device.faults > 0 ? look::Warning : look::Text, device.statusText() + faults);
     write(0, look::Quiet, shortDetail(device));
     painter->restore();
 }

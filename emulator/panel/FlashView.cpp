@@ -90,7 +90,7 @@ QVariant FlashModel::data(const QModelIndex &index, int role) const
     case Qt::TextAlignmentRole:
         return int(Qt::AlignCenter);
     case Qt::BackgroundRole:
-        return isChanged(address) ? QVariant(QColor(look::Mint)) : QVariant();
+        return isChanged(address) ? QVariant(QColor(look::Accent)) : QVariant();
     case Qt::ForegroundRole:
         if (isChanged(address))
             return QColor(look::Ground);
@@ -146,7 +146,7 @@ QVariant FieldModel::data(const QModelIndex &index, int role) const
         return QVariant();
     const FlashField &field = flashFields().at(index.row());
     if (role == Qt::BackgroundRole || role == Qt::ForegroundRole) {
-        const QRgb colour = role == Qt::BackgroundRole ? look::Mint : look::Ground;
+        const QRgb colour = role == Qt::BackgroundRole ? look::Accent : look::Ground;
         return isChanged(field) ? QVariant(QColor(colour)) : QVariant();
     }
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole)

@@ -7,6 +7,28 @@
 #include <QPalette>
 #include <QStyleFactory>
 
+static constexpr struct {
+    const char *name; // "%name%" in the sheet
+    QRgb colour;
+} Colours[] = {
+    {"ground", look::Ground},
+    {"groundLow", look::GroundLow},
+    {"surface", look::Surface},
+    {"card", look::Card},
+    {"control", look::Control},
+    {"raised", look::Raised},
+    {"line", look::Line},
+    {"edge", look::Edge},
+    {"text", look::Text},
+    {"quiet", look::Quiet},
+    {"faint", look::Faint},
+    {"off", look::Off},
+    {"accent", look::Accent},
+    {"accentDark", look::AccentDark},
+    {"accentGround", look::AccentGround},
+    {"warning", look::Warning},
+};
+
 static QPalette panelPalette()
 {
     static constexpr struct {
@@ -15,14 +37,14 @@ static QPalette panelPalette()
     } Rows[] = {
         {QPalette::Window, look::Ground},
         {QPalette::WindowText, look::Text},
-        {QPalette::Base, look::Surface},
-        {QPalette::AlternateBase, look::Raised},
+        {QPalette::Base, look::GroundLow},
+        {QPalette::AlternateBase, look::Surface},
         {QPalette::Text, look::Text},
-        {QPalette::Button, look::Raised},
+        {QPalette::Button, look::Control},
         {QPalette::ButtonText, look::Text},
-        {QPalette::Highlight, look::MintGround},
+        {QPalette::Highlight, look::AccentDark},
         {QPalette::HighlightedText, look::Text},
-        {QPalette::ToolTipBase, look::Raised},
+        {QPalette::ToolTipBase, look::Card},
         {QPalette::ToolTipText, look::Text},
 #if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0) // before, the toolkit derives this colour from that of the text
         {QPalette::PlaceholderText, look::Quiet},
@@ -32,50 +54,90 @@ static QPalette panelPalette()
     for (const auto &row : Rows)
         palette.setColor(row.role, QColor(row.colour));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, role, QColor(0xff6b747e));
+        palette.setColor(QPalette::Disabled, role, QColor(look::Faint));
     return palette;
 }
 
+// The toolkit takes the picture of double size for a background-image, but not for an image.
 static constexpr const char *Sheet = R"(
-QGroupBox { background: #1d2126; border: 1px solid #2b3138; border-radius: 8px; margin: 0; padding: 8px; }
+QGroupBox { background: qlineargradient(x1:0, y1:0, x2:0, y2:1, stop:0 %card%, stop:1 %surface%);
+            border: 1px solid %line%; border-radius: 12px; margin: 0; padding: 8px; }
 QLabel#heading { font-weight: bold; }
-QLabel#quiet { color: #9aa4af; }
-QLabel#stateLabel { border: 1px solid #ffb454; color: #ffb454; border-radius: 10px; padding: 2px 10px; }
-QLabel#stateLabel[running="true"] { border-color: #00ff99; color: #00ff99; }
-QLabel#messageLabel { color: #ffb454; }
-QPushButton { background: #272c33; border: 1px solid #3a414a; border-radius: 5px; padding: 5px 12px; }
-QPushButton:hover { background: #313840; }
-QPushButton:pressed, QPushButton:checked { background: #123a2b; border-color: #00b86e; }
-QPushButton:disabled { color: #6b747e; background: #1d2126; border-color: #2b3138; }
-QPushButton:focus { border: 2px solid #00ff99; padding: 4px 11px; }
-QCheckBox { border: 1px solid transparent; border-radius: 4px; padding: 3px; spacing: 6px; }
-QCheckBox:focus { border-color: #00ff99; }
-QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid #6b747e; border-radius: 3px; background: #15181c; }
-QCheckBox::indicator:checked { background: #00ff99; border-color: #00ff99; }
-QCheckBox::indicator:disabled { border-color: #3a414a; }
-QCheckBox::indicator:checked:disabled { background: #4a6257; border-color: #4a6257; }
+QLabel#quiet { color: %quiet%; }
+QLabel#stateLabel { border: 1px solid %warning%; color: %warning%; border-radius: 10px; padding: 2px 10px; }
+QLabel#stateLabel[running="true"] { border-color: %accent%; color: %accent%; }
+QLabel#messageLabel { color: %warning%; }
+QPushButton { background: %control%; border: 1px solid %edge%; border-radius: 8px; padding: 5px 12px; }
+QPushButton:hover { background: %raised%; border-color: %faint%; }
+QPushButton:pressed { background: %groundLow%; border-color: %accent%; }
+QPushButton:checked { background: %accentGround%; border-color: %accent%; color: %accent%; }
+QPushButton:disabled { color: %faint%; background: %surface%; border-color: %line%; }
+QPushButton:focus { border: 2px solid %accent%; padding: 4px 11px; }
+QCheckBox { border: 1px solid transparent; border-radius: 4px; padding: 2px; spacing: 6px; }
+QCheckBox:focus { border-color: %accent%; }
+QCheckBox::indicator { width: 18px; height: 18px; background-repeat: no-repeat; }
+QCheckBox::indicator:unchecked { background-image: url("%pictures%/Panel/CheckBox.png"); }
+QCheckBox::indicator:unchecked:hover { background-image: url("%pictures%/Panel/CheckBoxHover.png"); }
+QCheckBox::indicator:unchecked:disabled { background-image: url("%pictures%/Panel/CheckBoxOff.png"); }
+QCheckBox::indicator:checked { background-image: url("%pictures%/Panel/CheckBoxCheck.png"); }
+QCheckBox::indicator:checked:hover { background-image: url("%pictures%/Panel/CheckBoxCheckHover.png"); }
+QCheckBox::indicator:checked:disabled { background-image: url("%pictures%/Panel/CheckBoxCheckOff.png"); }
 QSlider { border: 1px solid transparent; border-radius: 4px; }
-QSlider:focus { border-color: #00ff99; }
-QSlider::groove:horizontal { height: 4px; background: #3a414a; border-radius: 2px; }
-QSlider::sub-page:horizontal { background: #00ff99; border-radius: 2px; }
-QSlider::sub-page:horizontal:disabled { background: #3a414a; }
-QSlider::handle:horizontal { width: 14px; margin: -5px 0; border-radius: 7px; background: #e8ebee; }
-QSlider::handle:horizontal:disabled { background: #6b747e; }
-QComboBox, QSpinBox { selection-background-color: #0f6b47; }
-QComboBox:focus, QSpinBox:focus { border: 2px solid #00ff99; border-radius: 4px; background: #272c33; }
-QAbstractItemView { background: #1d2126; border: 1px solid #2b3138; border-radius: 6px; }
-QAbstractItemView:focus { border-color: #00ff99; }
+QSlider:focus { border-color: %accent%; }
+QSlider::groove:horizontal { height: 4px; background: %edge%; border-radius: 2px; }
+QSlider::sub-page:horizontal { background: %accent%; border-radius: 2px; }
+QSlider::sub-page:horizontal:disabled { background: %line%; }
+QSlider::handle:horizontal { width: 14px; margin: -7px 0; border: 2px solid %groundLow%; border-radius: 9px;
+                             background: %accent%; }
+QSlider::handle:horizontal:hover { border-color: %text%; }
+QSlider::handle:horizontal:disabled { background: %off%; }
+QComboBox, QSpinBox { background: %card%; border: 1px solid %edge%; border-radius: 6px; padding: 3px 8px;
+                      selection-background-color: %accentDark%; selection-color: %text%; }
+QComboBox { padding-right: 2px; combobox-popup: 0; }
+QComboBox:hover, QSpinBox:hover { border-color: %quiet%; }
+QComboBox:focus, QSpinBox:focus { border: 2px solid %accent%; padding: 2px 7px; }
+QComboBox:focus { padding-right: 1px; }
+QComboBox:disabled, QSpinBox:disabled { color: %faint%; background: %surface%; border-color: %line%; }
+QComboBox::drop-down { border: none; width: 22px; }
+QComboBox::down-arrow { width: 16px; height: 16px; background-repeat: no-repeat;
+                        background-image: url("%pictures%/Panel/Menu.png"); }
+QComboBox::down-arrow:on { background-image: url("%pictures%/Panel/MenuClicked.png"); }
+QComboBox::down-arrow:disabled { background-image: url("%pictures%/Panel/MenuOff.png"); }
+QAbstractItemView { background: %groundLow%; border: 1px solid %line%; border-radius: 8px; outline: 0; }
+QAbstractItemView:focus { border-color: %accent%; }
+QComboBox QAbstractItemView { background: %surface%; border: 1px solid %edge%; border-radius: 0; }
+QComboBox QAbstractItemView:focus { border-color: %edge%; }
 QListView#deviceList { background: transparent; border: none; }
-QHeaderView::section { background: #1d2126; color: #9aa4af; border: none; padding: 2px 4px; }
+QHeaderView { background: transparent; border: none; }
+QHeaderView::section { background: transparent; color: %quiet%; border: none; padding: 2px 4px; }
 QTableView#flashBytes QHeaderView::section:horizontal { padding: 2px 0; }
-QTableCornerButton::section { background: #1d2126; border: none; }
+QTableCornerButton::section { background: transparent; border: none; }
+QScrollBar { background: transparent; border: none; margin: 0; }
+QScrollBar:vertical { width: 10px; }
+QScrollBar:horizontal { height: 10px; }
+QScrollBar::handle { background: %edge%; border-radius: 3px; margin: 2px; }
+QScrollBar::handle:vertical { min-height: 30px; }
+QScrollBar::handle:horizontal { min-width: 30px; }
+QScrollBar::handle:hover { background: %faint%; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
+QToolTip { background: %card%; color: %text%; border: 1px solid %edge%; padding: 6px; }
 QTabWidget::pane { border: none; top: 6px; }
 QTabBar { qproperty-drawBase: 0; }
-QTabBar::tab { background: transparent; color: #9aa4af; padding: 6px 14px; border: 1px solid transparent;
+QTabBar::tab { background: transparent; color: %quiet%; padding: 6px 14px; border: 1px solid transparent;
                border-bottom: 2px solid transparent; }
-QTabBar::tab:selected { color: #e8ebee; border-bottom-color: #00ff99; }
-QTabBar::tab:focus { border: 1px solid #00ff99; border-radius: 4px; }
+QTabBar::tab:hover { color: %text%; }
+QTabBar::tab:selected { color: %text%; border-bottom-color: %accent%; }
+QTabBar::tab:focus { border: 1px solid %accent%; border-radius: 4px; }
 )";
+
+static QString panelSheet(const QString &pictures)
+{
+    QString sheet = QLatin1String(Sheet);
+    for (const auto &row : Colours)
+        sheet.replace(QStringLiteral("%%1%").arg(QLatin1String(row.name)), QColor(row.colour).name());
+    return sheet.replace(QLatin1String("%pictures%"), pictures);
+}
 
 QFont look::fixedFont()
 {
@@ -84,9 +146,9 @@ QFont look::fixedFont()
     return font;
 }
 
-void look::apply(QApplication &application)
+void look::apply(QApplication &application, const QString &pictures)
 {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(panelPalette());
-    application.setStyleSheet(QLatin1String(Sheet));
+    application.setStyleSheet(panelSheet(pictures));
 }

@@ -100,6 +100,8 @@ bool PanelDevice::operator==(const PanelDevice &other) const
            std::all_of(std::begin(Texts), std::end(Texts), same);
 }
 
+QString profileName(int profile) { return QStringLiteral("Profile %1").arg(profile + 1); }
+
 QString PanelDevice::kindText() const
 {
     if (!isMouse)
@@ -123,8 +125,8 @@ QString PanelDevice::detailText() const
     if (!isMouse)
         return QStringLiteral("Address %1, version %2").arg(address, version);
     const QString speed = rate > 0 ? QStringLiteral("%1 Hz").arg(rate) : QStringLiteral("no rate");
-    return QStringLiteral("Profile %1, stage %2 of %3, %4, address %5")
-        .arg(profile)
+    return QStringLiteral("%1, stage %2 of %3, %4, address %5")
+        .arg(profileName(profile))
         .arg(stage + 1)
         .arg(stages)
         .arg(speed, address);

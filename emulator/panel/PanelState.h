@@ -10,6 +10,9 @@
 #include <QString>
 #include <QVector>
 
+// As the program names it: from 1, while the device and the orders count from 0.
+QString profileName(int profile);
+
 struct PanelDevice {
     QString id;
     bool isMouse = false;

@@ -62,7 +62,7 @@ QVariant ReportModel::data(const QModelIndex &index, int role) const
     if (role != Qt::ForegroundRole)
         return QVariant();
     const bool isLoss = line.startsWith(QLatin1String("-- "));
-    return QColor(isLoss ? look::Amber : line.contains(QLatin1String(" <- ")) ? look::Mint : look::Text);
+    return QColor(isLoss ? look::Warning : line.contains(QLatin1String(" <- ")) ? look::Accent : look::Text);
 }
 
 ReportList::ReportList(QWidget *parent)

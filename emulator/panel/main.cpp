@@ -58,7 +58,7 @@ int main(int argc, char *argv[])
         qWarning("Which emulator? Give --bus DIR or set HIDUSB_BUS.");
         return 2;
     }
-    look::apply(application);
+    look::apply(application, QCoreApplication::applicationDirPath() + QStringLiteral("/Picture"));
     PanelWindow window(parser.value(bus));
     window.show();
     if (parser.isSet(picture))

@@ -103,6 +103,6 @@ struct PanelSetUp : testmain::WidgetApplication {
     PanelSetUp(int &argc, char **argv) : WidgetApplication(argc, argv)
     {
         QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
-        look::apply(application);
+        look::apply(application, QStringLiteral(PRODUCT_FOLDER "/Picture"));
     }
 };

@@ -62,7 +62,7 @@ private slots:
         const QString text =
             part<QListView>("deviceList")->model()->index(1, 0).data(Qt::AccessibleTextRole).toString();
         QCOMPARE(text, QString("air, Mouse \u201cSix\u201d. Unplugged, on line. Battery 80 %. "
-                               "Profile 0, stage 2 of 6, 1000 Hz, address a10001"));
+                               "Profile 1, stage 2 of 6, 1000 Hz, address a10001"));
         QCOMPARE(shown("rx").receiverClass, QString("8k"));
         QVERIFY(shown("rx").plugged && shown("rx").online);
         QCOMPARE(stateText(), QString("Emulator running"));
