@@ -47,7 +47,7 @@ static void onUpgrade(const uint8_t *data)
 
 static std::vector<uint8_t> fileFor(uint8_t target, std::size_t size)
 {
-    return makeFirmware(target, size, 0x1A, 0x03);
+    return makeFirmware(target, size, 0x1A, 0x03, 0x010A); // the version that a FakeDevice reports
 }
 
 class Upgrade : public testing::Test
@@ -65,7 +65,7 @@ protected:
     void plugMouse(uint8_t kind = 2)
     {
         device.reset();
-        device = std::make_unique<FakeDevice>(mouseName());
+        device = std::make_unique<FakeDevice>(mouseName(Port));
         device->setIdentity({0x1A, 0x03, kind});
     }
 
@@ -74,13 +74,12 @@ protected:
     {
         blocks.clear();
         bootLoader.reset();
-        bootLoader = std::make_unique<FakeDevice>(bootName());
+        bootLoader = std::make_unique<FakeDevice>(bootName(Port));
         bootLoader->setScript([this, fault](const wire::Report &request) -> std::optional<Answers> {
             if (fault) {
                 if (auto answers = fault(request))
                     return answers;
             }
-            const wire::BootIdentityReply identity{wire::TargetMouse, 0x1A, 0x03};
             if (request.command() == Command::BootIdentity)
                 return Answers{datagram(replyTo(request, &identity, sizeof identity))};
             if (request.command() == Command::BootBegin)
@@ -117,6 +116,8 @@ protected:
         return eventually([&] { return bootLoader->count(command) > 0; });
     }
 
+    static constexpr const char *Port = "port";
+    wire::BootIdentityReply identity{wire::TargetMouse, 0x1A, 0x03, 0};
     std::vector<uint8_t> firmware = fileFor(wire::TargetMouse, 20000);
     std::unique_ptr<FakeDevice> device;
     std::unique_ptr<FakeDevice> bootLoader;
@@ -197,7 +198,7 @@ static const FailureRow Failures[] = {
 
 TEST_F(Upgrade, ARefusalEndsIt)
 {
-    plugMouse(); // it must not be taken for the flashed device
+    const FakeDevice healthy(mouseName("healthy")); // must not be taken for the flashed device
     for (const FailureRow &row : Failures) {
         upgradeLog().ends.clear();
         plugBootLoader([&row](const wire::Report &request) -> std::optional<Answers> {
@@ -275,15 +276,20 @@ TEST_F(Upgrade, NeedsExactlyOneFittingDevice)
     EXPECT_TRUE(ends().empty());
 }
 
-TEST_F(Upgrade, EachReceiverKindTakesAReceiversFile)
+TEST_F(Upgrade, EachReceiverKindTakesItsOwnReceiversFile)
 {
-    firmware = fileFor(wire::TargetReceiver, 1000);
-    for (const uint8_t kind : {0, 1, 4, 5}) {
-        upgradeLog().ends.clear();
-        plugMouse(kind);
-        EXPECT_TRUE(start(0)) << int{kind};
-        EXPECT_TRUE(endsWith(0));
-        EXPECT_EQ(device->asked(Command::BootEnter), 1U);
+    const std::pair<uint8_t, uint8_t> classes[] = {{0, 1}, {4, 2}, {1, 4}, {5, 8}};
+    for (const auto &[kind, kHz] : classes) {
+        for (const auto &[otherKind, otherKHz] : classes) {
+            upgradeLog().ends.clear();
+            plugMouse(kind);
+            firmware = makeFirmware(wire::TargetReceiver, 1000, 0x1A, 0x03, 0x010A, otherKHz);
+            EXPECT_EQ(start(0), kHz == otherKHz) << int{kind} << " " << int{otherKHz};
+            if (kHz != otherKHz)
+                continue;
+            EXPECT_TRUE(endsWith(0));
+            EXPECT_EQ(device->asked(Command::BootEnter), 1U);
+        }
     }
 }
 
@@ -310,6 +316,8 @@ TEST_F(Upgrade, DamagedFilesFitNothing)
     refused("shorter than its head");
     firmware = fileFor(209, 1000);
     refused("unknown target");
+    firmware = makeFirmware(wire::TargetReceiver, 1000, 0x1A, 0x03, 0x010A, 3);
+    refused("unknown class");
     firmware = fileFor(wire::TargetReceiver, 1000);
     refused("the other target");
 }
