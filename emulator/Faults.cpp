@@ -75,6 +75,9 @@ private:
             rule.where = FaultWhere::At;
             if (!takeNumber(rule.countdown, 1, CountLimit, "at needs a report number 1..1000000"))
                 return false;
+            const bool seeded = next_ < words_.size() && words_[next_] != "command";
+            if (seeded && !takeNumber(seed, 0, UINT32_MAX, "only a seed or \"command NAME\" can follow"))
+                return false;
         } else if (where == "random") {
             rule.where = FaultWhere::Random;
             if (!takeNumber(seed, 0, UINT32_MAX, "random needs a seed") ||

@@ -64,7 +64,7 @@ private:
 std::vector<std::string> faultKindNames();
 // True for the kinds whose name is followed by a time.
 bool takesMilliseconds(const std::string &kindName);
-// "KIND [MS] at N|random SEED PERCENT|always [command NAME|CODE]" from word `first` on; `error` is set
+// "KIND [MS] at N [SEED]|random SEED PERCENT|always [command NAME|CODE]" from word `first` on; `error` is set
 // when there is no rule in it.
 std::optional<FaultRule> parseFault(const Words &words, std::size_t first, std::string &error);
 

@@ -193,7 +193,7 @@ constexpr OrderRow Table[] = {
     {"unpair", "RECEIVER", 1, 1, unpair},
     {"color", "RECEIVER 0..3", 2, 2, color},
     {"longrange", "RECEIVER on|off", 2, 2, longRange},
-    {"fault", "DEVICE clear | KIND [MS] at N|random SEED PERCENT|always [command NAME]", 2, 8, fault},
+    {"fault", "DEVICE clear | KIND [MS] at N [SEED]|random SEED PERCENT|always [command NAME]", 2, 8, fault},
     {"count", "DEVICE [COMMAND]", 1, 2, countReports},
     {"version", "DEVICE MAJOR.MINOR", 2, 2, version},
     {"boot", "DEVICE enter|leave|broken", 2, 2, boot},
