@@ -227,6 +227,87 @@ TEST_F(Upgrade, AnUnpluggedBootLoaderEndsIt)
     EXPECT_TRUE(endsWith(0));
 }
 
+TEST_F(Upgrade, ARefusedBootEnterIsToldAtOnce)
+{
+    plugMouse();
+    device->setScript([](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() != Command::BootEnter)
+            return std::nullopt;
+        return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
+    });
+    ASSERT_TRUE(start(60000)); // longer than the patience of endsWith()
+    EXPECT_TRUE(endsWith(2));
+}
+
+TEST_F(Upgrade, AnUnansweredBootEnterIsNoRefusal)
+{
+    plugMouse();
+    device->setScript([](const wire::Report &request) -> std::optional<Answers> {
+        return request.command() == Command::BootEnter ? std::make_optional(Answers{}) : std::nullopt;
+    });
+    ASSERT_TRUE(start(300));
+    EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, OnlyTheChosenDeviceIsFlashed)
+{
+    plugMouse();
+    ASSERT_TRUE(start());
+    ASSERT_TRUE(eventually([this] { return device->count(Command::BootEnter) > 0; }));
+    device.reset();
+    FakeDevice other(bootName("other"));
+    other.setScript([this](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() != Command::BootIdentity)
+            return std::nullopt;
+        return Answers{datagram(replyTo(request, &identity, sizeof identity))};
+    });
+    plugBootLoader();
+    ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
+    bootLoader.reset();
+    plugMouse();
+    EXPECT_TRUE(endsWith(1));
+    EXPECT_EQ(other.count(Command::BootBegin), 0U);
+}
+
+TEST_F(Upgrade, AHealthyTwinIsNoProof)
+{
+    plugBootLoader([](const wire::Report &request) -> std::optional<Answers> {
+        return request.command() == Command::BootEnd ? std::make_optional(Answers{}) : std::nullopt;
+    });
+    FakeDevice twin(mouseName("twin"));
+    twin.setIdentity({0x1A, 0x03, 2});
+    ASSERT_TRUE(start(300));
+    ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
+    bootLoader.reset();
+    EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, ADeviceThatComesBackWithAnotherVersionIsAFailure)
+{
+    firmware = makeFirmware(wire::TargetMouse, 2000, 0x1A, 0x03, 0x010B);
+    plugBootLoader();
+    ASSERT_TRUE(start(60000));
+    ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
+    bootLoader.reset();
+    plugMouse(); // its version is 1.0A
+    EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, AfterAFailureTheBootLoaderIsAskedToLeave)
+{
+    for (const FailureRow &row : Failures) {
+        upgradeLog().ends.clear();
+        plugBootLoader([&row](const wire::Report &request) -> std::optional<Answers> {
+            if (request.command() != row.command)
+                return std::nullopt;
+            return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
+        });
+        ASSERT_TRUE(start()) << row.name;
+        EXPECT_TRUE(endsWith(0)) << row.name;
+        EXPECT_EQ(bootLoader->asked(Command::BootLeave), 1U) << row.name;
+    }
+}
+
 TEST_F(Upgrade, ABootLoaderThatDoesNotComeEndsIt)
 {
     plugMouse();
@@ -320,6 +401,50 @@ TEST_F(Upgrade, DamagedFilesFitNothing)
     refused("unknown class");
     firmware = fileFor(wire::TargetReceiver, 1000);
     refused("the other target");
+}
+
+// A device that waits for the others' questions before it answers would be silent in a search one by one.
+TEST_F(Upgrade, AllBootLoadersAreAskedAtOnce)
+{
+    std::mutex mutex;
+    std::vector<std::pair<FakeDevice *, Datagram>> kept;
+    std::vector<std::unique_ptr<FakeDevice>> devices;
+    constexpr std::size_t count = 5;
+    for (std::size_t i = 0; i < count; ++i) {
+        devices.push_back(std::make_unique<FakeDevice>(bootName("boot" + std::to_string(i))));
+        devices.back()->setScript(
+            [&, here = devices.back().get()](const wire::Report &request) -> std::optional<Answers> {
+                const std::lock_guard lock(mutex);
+                const Datagram answer = datagram(replyTo(request, &identity, sizeof identity));
+                const auto again = [here](const auto &each) { return each.first == here; };
+                if (std::none_of(kept.begin(), kept.end(), again))
+                    kept.emplace_back(here, answer);
+                if (kept.size() < count)
+                    return Answers{};
+                for (const auto &[device, late] : kept) {
+                    if (device != here)
+                        device->send(late);
+                }
+                return Answers{answer};
+            });
+    }
+    int32_t found = 20;
+    UsbUpgradeC_FindBootDevices(firmware.data(), &found);
+    EXPECT_EQ(found, static_cast<int32_t>(count));
+}
+
+TEST_F(Upgrade, OtherMakersDevicesAreNotAsked)
+{
+    int32_t count = 5;
+    UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0001", &count); // names the vendor
+    plugBootLoader();
+    wire::BusName name = bootName("foreign");
+    name.vendorId = 0x1234;
+    const FakeDevice foreign(name);
+    count = 5;
+    UsbUpgradeC_FindBootDevices(firmware.data(), &count);
+    EXPECT_EQ(count, 1);
+    EXPECT_TRUE(foreign.requests().empty());
 }
 
 TEST_F(Upgrade, NullAndOddArgumentsAreAccepted)
