@@ -69,7 +69,9 @@ bool Emulator::start(const std::string &folder, std::string &error, BusKind kind
         return false;
     }
     if (kind == BusKind::Usb)
-        bus_ = std::make_unique<UsbBus>(plugIntoKernel);
+        bus_ = std::make_unique<UsbBus>([ports = UsbPorts()](const std::string &device) mutable {
+            return plugIntoKernel(device, ports);
+        });
     else
         bus_ = std::make_unique<BusSockets>(folder_);
     eventfd_t before = 0;
