@@ -22,15 +22,17 @@
 #include "ui_Dialog.h"
 
 #include <QButtonGroup>
+#include <QGraphicsOpacityEffect>
 #include <QKeyEvent>
 
 namespace
 {
 
 constexpr QPoint WaitOffset{0, -20};
-constexpr int LetGoMs = 100;
+constexpr int DriverStatusMs = 100;
 constexpr int LowBattery = 16;
 constexpr int LineOpacity = 28;
+constexpr double AwayOpacity = 0.4;
 
 const QString LowColor = QStringLiteral("152, 43, 34");
 const QString FullColor = QStringLiteral("0, 255, 153");
@@ -124,6 +126,13 @@ void Dialog::connectSignals()
     connect(hub, SIGNAL(SigBattery(bool, int, bool)), this, SLOT(SlotBattery(bool, int, bool)),
             Qt::BlockingQueuedConnection);
     connect(ui->MinButton, &QToolButton::clicked, this, &Dialog::WindowMin);
+    connect(hub, &PostMsg::SigSelectMouseInfo, this, &Dialog::beginDevice);
+    // Both follow a pass without the mouse, the second a read as well. The mouse may have answered meanwhile.
+    const auto passed = [this] { showAway(AwaitingMouse && !SelectedDevice::info().Online); };
+    connect(hub, &PostMsg::SigFormReset, this, passed);
+    connect(hub, &PostMsg::SigForm, this, passed);
+    connect(hub, &PostMsg::SigMouseOffLineo, this, [this] { showAway(true); });
+    connect(hub, &PostMsg::SigCloseOffOnline, this, [this] { showAway(false); });
 }
 
 // ---- Navigation ---------------------------------------------------------------------------------
@@ -194,13 +203,35 @@ void Dialog::on_UpArrow_clicked()
     UsbServer_SetPCDriverStatus(0);
     writeCache();
     ui->PreButton->setChecked(true);
-    spinEventLoop(LetGoMs);
+    spinEventLoop(DriverStatusMs);
     UsbServer_Exit();
     emit PostMsg::instance()->SigChangeMainDialog(0);
     emit PostMsg::instance()->SigSetMacroPage();
 }
 
 // ---- State of the device -------------------------------------------------------------------------
+
+// The battery in the head is still that of the device before.
+void Dialog::beginDevice(const DeviceAllInfo &info)
+{
+    ui->label->hide();
+    ui->progressBar->setValue(0);
+    ui->label_2->clear();
+    showAway(!info.Online);
+}
+
+// What the head shows of a mouse that does not answer may be out of date.
+void Dialog::showAway(bool away)
+{
+    ui->offlineStrip->setVisible(away);
+    for (QWidget *state : std::initializer_list<QWidget *>{ui->label_4, ui->BatteryButtonC, ui->progressBar,
+                                                           ui->label_2, ui->label}) {
+        auto *dim = away ? new QGraphicsOpacityEffect(state) : nullptr;
+        if (dim)
+            dim->setOpacity(AwayOpacity);
+        state->setGraphicsEffect(dim);
+    }
+}
 
 void Dialog::SlotIsUsb(bool Usb, bool)
 {
@@ -219,6 +250,7 @@ void Dialog::SlotBattery(bool IsCharg, int Number, bool IsText)
 // A load that begins while the wait dialog is open is covered by the same dialog.
 void Dialog::SlotUpDataParam(int index)
 {
+    showAway(false); // only a mouse that answers is read
     if (index == 1)
         upDataParam_->setRefreshing();
     if (upDataParam_->isVisible())

@@ -18,6 +18,7 @@ class QButtonGroup;
 class QToolButton;
 class Sensor;
 class UpDataParam;
+struct DeviceAllInfo;
 
 namespace Ui
 {
@@ -66,6 +67,8 @@ private:
     void connectSignals();
     void showPage(QWidget *page);
     void writeCache();
+    void beginDevice(const DeviceAllInfo &info);
+    void showAway(bool away);
 
     struct Navigation {
         QToolButton *button;

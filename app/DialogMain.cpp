@@ -21,6 +21,7 @@
 #include "ui_DialogMain.h"
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QDebug>
 #include <QKeyEvent>
 #include <QMenu>
@@ -32,7 +33,7 @@ namespace
 {
 
 constexpr QPoint NoticeOffset{0, -20};
-constexpr int LetGoMs = 100;
+constexpr int ServiceExitMs = 100;
 constexpr int ClosingMs = 200;
 
 } // namespace
@@ -84,7 +85,7 @@ void DialogMain::SlotChangeMainDialog(int index)
         OnDevicePage = 0;
         emit PostMsg::instance()->SigMainPageChange();
         UsbServer_Exit();
-        QThread::msleep(LetGoMs);
+        QThread::msleep(ServiceExitMs);
         ui->stackedWidget->setCurrentWidget(dialogChange_);
         StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
     } else if (index == 1) {
@@ -144,13 +145,27 @@ void DialogMain::buildTrayMenu()
     trayMenu_ = std::move(menu);
 }
 
+// close() does nothing when the window is being closed already, which then ends behind closeEvent().
 void DialogMain::endProgram()
 {
+    ended_ = true;
     qDebug() << "close";
     StopUsbChanged();
     spinEventLoop(ClosingMs);
     UsbServer_Exit();
     close();
+}
+
+// The window manager and the end of a session close the window without a button of the page.
+void DialogMain::closeEvent(QCloseEvent *event)
+{
+    if (!ended_) {
+        if (ui->stackedWidget->currentWidget() == dialog_)
+            dialog_->WindowClosed();
+        else
+            dialogChange_->on_CloseButton_clicked();
+    }
+    QDialog::closeEvent(event);
 }
 
 void DialogMain::on_pushButton_clicked() { close(); }
@@ -178,8 +193,8 @@ void DialogMain::on_activatedSysTrayIcon(QSystemTrayIcon::ActivationReason reaso
 
 void DialogMain::slotActionMain()
 {
-    takeCharge();
     comeBack();
+    takeCharge();
 }
 
 void DialogMain::takeCharge()

@@ -44,6 +44,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     void connectSignals();
@@ -66,6 +67,7 @@ private:
     QString exitText_;
     QPoint grip_; // of the pointer within the window while it is dragged
     bool held_ = false;
+    bool ended_ = false;           // the device has been let go; what is left is to close
     bool hiddenInTaskBar_ = false; // instead of in the tray, where there is none
     bool noticeUp_ = false;        // the off-line notice is open or about to open
 };

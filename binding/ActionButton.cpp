@@ -66,7 +66,10 @@ void ActionButton::keyPressEvent(QKeyEvent *event)
 }
 
 // QToolButton would remove all other buttons of the group from the tab order, also those on other panels.
-void ActionButton::focusInEvent(QFocusEvent *event) { QWidget::focusInEvent(event); }
+void ActionButton::focusInEvent(QFocusEvent *event)
+{
+    QWidget::focusInEvent(event); // NOLINT(bugprone-parent-virtual-call)
+}
 
 ActionButton *ActionButton::neighbour(int key) const
 {

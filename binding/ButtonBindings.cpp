@@ -11,16 +11,17 @@
 
 using namespace binding;
 
+ButtonBindings::ButtonBindings() { ReadSensorDefines(&sensor_.names, &sensor_.values); }
+
 void ButtonBindings::readSensor()
 {
-    if (sensor_.names.isEmpty())
-        ReadSensorDefines(&sensor_.names, &sensor_.values);
     sensor_.sensor = DeviceCatalogue().text(SelectedDevice::info().DriveIndex, "Sensor");
     SensorName = sensor_.sensor;
 }
 
 void ButtonBindings::load(const FlashDataMap &record, int count)
 {
+    record_ = record;
     bindings_.clear();
     for (int k = 0; k < qBound(0, count, KeySlotCount); ++k)
         set(k, record.KeyBindings[k]);
@@ -28,6 +29,7 @@ void ButtonBindings::load(const FlashDataMap &record, int count)
 
 void ButtonBindings::loadBuiltIn()
 {
+    record_ = FlashDataMap{};
     bindings_.clear();
     for (int k = 0; k < ButtonCount; ++k) {
         const KeyBinding binding = builtInAction(k)->binding;
@@ -51,12 +53,12 @@ DecodedBinding ButtonBindings::decoded(int button, const KeyBinding &binding,
                          LanguageIndex);
 }
 
-QStringList ButtonBindings::macroNames(const FlashDataMap &record) const
+QStringList ButtonBindings::macroNames() const
 {
     QStringList names;
     for (int k = 0; k < count(); ++k)
-        if (const QString name = macroName(record.MacroBlocks[k]);
-            record.KeyBindings[k].Class == MacroClass && !name.isEmpty() && !names.contains(name))
+        if (const QString name = macroName(record_.MacroBlocks[k]);
+            record_.KeyBindings[k].Class == MacroClass && !name.isEmpty() && !names.contains(name))
             names << name;
     names.sort(Qt::CaseInsensitive);
     return names;
@@ -67,23 +69,31 @@ bool ButtonBindings::write(int button, const EncodedAction &action)
     const bool taken = action.sequence ? SetKeySequence(button, action.binding, *action.sequence)
                                        : SetBinding(button, action.binding);
     if (taken)
-        set(button, action.binding);
+        take(button);
     return taken;
 }
 
 bool ButtonBindings::writeMacro(int button, const QString &name)
 {
-    const FlashDataMap record = DeviceRecord::copy();
     for (int k = 0; k < ButtonCount; ++k) {
-        if (record.KeyBindings[k].Class != MacroClass || macroName(record.MacroBlocks[k]) != name)
+        if (record_.KeyBindings[k].Class != MacroClass || macroName(record_.MacroBlocks[k]) != name)
             continue;
-        const KeyBinding binding = macroBinding(button, record.KeyBindings[k].Second);
-        if (!SetMacroBinding(button, binding, record.MacroBlocks[k]))
-            return false;
-        set(button, binding);
-        return true;
+        const KeyBinding binding = macroBinding(button, record_.KeyBindings[k].Second);
+        const bool taken = SetMacroBinding(button, binding, record_.MacroBlocks[k]);
+        if (taken)
+            take(button);
+        return taken;
     }
     return false;
+}
+
+void ButtonBindings::take(int button)
+{
+    const FlashDataMap written = DeviceRecord::copy();
+    record_.KeyBindings[button] = written.KeyBindings[button];
+    record_.KeySequences[button] = written.KeySequences[button];
+    record_.MacroBlocks[button] = written.MacroBlocks[button];
+    set(button, written.KeyBindings[button]);
 }
 
 void ButtonBindings::set(int button, const KeyBinding &binding)

@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// ButtonBindings: the bindings of the buttons that the page shows. It decodes them for the page and writes
-// new ones to the mouse; a binding that the mouse does not take leaves the old one. Buttons are 0..11. Main
-// thread.
+// ButtonBindings: the bindings of the buttons that the page shows, with the record that they come from. That
+// is not the record of the device while the page shows the kept image of a mouse that is off line. It decodes
+// them for the page and writes new ones to the mouse; a binding that the mouse does not take leaves the old
+// one. Buttons are 0..11. Main thread.
 #pragma once
 
 #include "binding/actions/BindingDecoder.h"
@@ -15,6 +16,7 @@
 class ButtonBindings
 {
 public:
+    ButtonBindings(); // reads the sensors' codes
     // Reads the sensor of the selected device, on which the DPI locks depend.
     void readSensor();
     const SensorCodes &sensor() const { return sensor_; }
@@ -24,11 +26,13 @@ public:
     void loadBuiltIn();
     int count() const;
     std::optional<KeyBinding> at(int button) const;
+    // As last loaded, with what was written since.
+    const FlashDataMap &record() const { return record_; }
 
     // The record supplies the key sequence and the macro, which do not fit into the binding.
     binding::DecodedBinding decoded(int button, const KeyBinding &binding, const FlashDataMap &record) const;
     // Names of the macros that are bound, sorted, each once. The mouse keeps a macro in its button's slot.
-    QStringList macroNames(const FlashDataMap &record) const;
+    QStringList macroNames() const;
 
     bool write(int button, const binding::EncodedAction &action);
     // Copies the macro of that name from the button that has it.
@@ -36,7 +40,9 @@ public:
 
 private:
     void set(int button, const KeyBinding &binding);
+    void take(int button); // what has just been written
 
+    FlashDataMap record_{};
     QVector<KeyBinding> bindings_; // by button
     SensorCodes sensor_;
 };

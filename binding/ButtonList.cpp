@@ -17,7 +17,7 @@ namespace
 
 constexpr QSize CaptionSize{344, 40};
 constexpr int BadgeSize = 26;
-constexpr int Gap = 8;
+constexpr int RowGap = 8;
 
 } // namespace
 
@@ -27,8 +27,8 @@ ButtonList::ButtonList(QScrollArea *scrollArea, QWidget *picture)
     group_->setObjectName(QStringLiteral("ButtonGroup"));
     auto *list = new QWidget;
     auto *grid = new QGridLayout(list);
-    grid->setContentsMargins(0, 0, 0, Gap);
-    grid->setSpacing(Gap);
+    grid->setContentsMargins(0, 0, 0, RowGap);
+    grid->setSpacing(RowGap);
     grid->setColumnStretch(2, 1);
     for (std::size_t row = 0; row < rows_.size(); ++row) {
         addRow(row, list, picture);
@@ -72,7 +72,7 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
 bool ButtonList::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::FocusIn)
-        area_->ensureWidgetVisible(qobject_cast<QWidget *>(watched), 0, Gap);
+        area_->ensureWidgetVisible(qobject_cast<QWidget *>(watched), 0, RowGap);
     return false;
 }
 
@@ -90,19 +90,20 @@ void ButtonList::applyStyle(const QString &folder)
     }
 }
 
-std::size_t ButtonList::rowOf(int button)
+std::optional<std::size_t> ButtonList::rowOf(int button)
 {
     for (std::size_t row = 0; row < ButtonRows.size(); ++row)
         if (ButtonRows[row].button == button)
             return row;
-    return 0;
+    return std::nullopt;
 }
-
-QString ButtonList::text(int button) const { return rows_[rowOf(button)].caption->text(); }
 
 void ButtonList::setText(int button, const QString &text)
 {
-    const Row &row = rows_[rowOf(button)];
+    const std::optional<std::size_t> index = rowOf(button);
+    if (!index)
+        return;
+    const Row &row = rows_[*index];
     row.caption->setText(text);
     row.caption->setToolTip(row.caption->isElided() ? text : QString());
     const QString name = tr("Button %1: %2").arg(row.number->text(), text);

@@ -9,6 +9,7 @@
 #include "binding/ButtonTable.h"
 
 #include <QObject>
+#include <optional>
 
 class ActionButton;
 class QAbstractButton;
@@ -30,9 +31,9 @@ public:
 
     ActionButton *caption(std::size_t row) const { return rows_[row].caption; }
     QToolButton *marker(std::size_t row) const { return rows_[row].marker; }
-    static std::size_t rowOf(int button); // button: 0..11
+    // No row for a number that is no button of the page.
+    static std::optional<std::size_t> rowOf(int button);
 
-    QString text(int button) const;
     void setText(int button, const QString &text);
 
     int checkedRow() const; // -1 for none

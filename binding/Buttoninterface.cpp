@@ -40,6 +40,14 @@ constexpr int FireButton = 10; // its default binding holds the dialog's initial
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
 
+FlashDataMap defaultRecord()
+{
+    FlashDataMap map{};
+    for (int k = 0; k < ButtonCount; ++k)
+        map.KeyBindings[k] = builtInAction(k)->binding;
+    return map;
+}
+
 // Whether a control inside the widget has the keyboard focus, which must move before the widget is hidden.
 bool hasFocusIn(const QWidget *widget)
 {
@@ -129,6 +137,7 @@ void Buttoninterface::connectSignals()
     connect(hub, SIGNAL(SigMouseIndex(int)), this, SLOT(SlotMouseIndex(int)));
     connect(hub, SIGNAL(SigAddMacroButton()), this, SLOT(SlotAddMacroButton()));
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(hub, &PostMsg::SigSelectMouseInfo, this, &Buttoninterface::beginDevice); // behind the worker's
 }
 
 // ---- Showing a record ---------------------------------------------------------------------------
@@ -158,16 +167,33 @@ void Buttoninterface::showBindings(const FlashDataMap &map)
     bindings_.load(map, count);
     for (int k = 0; k < bindings_.count(); ++k)
         ShowBinding(k, map.KeyBindings[k].Class, map.KeyBindings[k].First, map.KeyBindings[k].Second, map);
-    functions_->setMacros(bindings_.macroNames(map));
+    functions_->setMacros(bindings_.macroNames());
     nameChosenRow();
 }
 
 void Buttoninterface::ShowBinding(int button, int actionClass, int first, int second,
                                   const FlashDataMap &record)
 {
+    if (!ButtonList::rowOf(button))
+        return;
     const KeyBinding binding{uint8_t(actionClass), uint8_t(first), uint8_t(second)};
     if (const auto caption = bindings_.decoded(button, binding, record).caption)
         list_->setText(button, *caption);
+}
+
+// Until another device has been read, its rows show what a mouse does when it is new. The same device keeps
+// its rows: while it stays off line, no pass shows its cached image again.
+void Buttoninterface::beginDevice(const DeviceAllInfo &info)
+{
+    const bool isShown =
+        info.DevicePath == shown_.DevicePath && info.Cid == shown_.Cid && info.Mid == shown_.Mid;
+    shown_ = info;
+    if (isShown)
+        return;
+    const PageFilling filling(ButtonPageBusy);
+    bindings_.readSensor();
+    showBindings(defaultRecord());
+    profiles_->show(0, 0, false);
 }
 
 void Buttoninterface::SlotFormResetButton()
@@ -209,15 +235,24 @@ void Buttoninterface::on_OutputData_clicked() { runImageExport(this); }
 
 // ---- Buttons ------------------------------------------------------------------------------------
 
-// Refuses to open the last left button: without one the user could not click any more.
-void Buttoninterface::openRow(std::size_t row)
+bool Buttoninterface::isLastLeft(std::size_t row) const
 {
     const QString left = leftText();
-    if (list_->isShown(row) && list_->caption(row)->text() == left && list_->countOf(left) == 1) {
-        showButtons();
-        functions_->showPanel(Panel::Debounce);
-        list_->uncheckAll();
-        notice::ask<LeftButtonOnly>(this, NoticeOffset);
+    return list_->isShown(row) && list_->caption(row)->text() == left && list_->countOf(left) == 1;
+}
+
+// Without a left button the user could not click any more.
+void Buttoninterface::refuseLastLeft()
+{
+    leaveFunctions();
+    list_->uncheckAll();
+    notice::ask<LeftButtonOnly>(this, NoticeOffset);
+}
+
+void Buttoninterface::openRow(std::size_t row)
+{
+    if (isLastLeft(row)) {
+        refuseLastLeft();
         return;
     }
     list_->check(row);
@@ -225,11 +260,18 @@ void Buttoninterface::openRow(std::size_t row)
     showFunctions();
 }
 
+// The marks stay within reach while the functions are open, which then are those of the new row.
 void Buttoninterface::pointAt(std::size_t row)
 {
     CheckOnline();
     list_->check(row);
     list_->scrollTo(row);
+    if (ui->stackedWidget->currentWidget() != ui->page_2)
+        return;
+    if (isLastLeft(row))
+        leaveFunctions();
+    else
+        preselect(ButtonRows[row].button);
 }
 
 void Buttoninterface::preselect(int button)
@@ -237,7 +279,7 @@ void Buttoninterface::preselect(int button)
     const std::optional<KeyBinding> binding = bindings_.at(button);
     if (!binding)
         return;
-    const FlashDataMap record = DeviceRecord::copy();
+    const FlashDataMap &record = bindings_.record();
     functions_->preselect(bindings_.decoded(button, *binding, record), macroName(record.MacroBlocks[button]));
 }
 
@@ -355,16 +397,20 @@ void Buttoninterface::on_DPI_8_clicked()
 
 bool Buttoninterface::bind(int button, const EncodedAction &action)
 {
-    const bool taken = bindings_.write(button, action);
-    if (taken)
-        showWritten(button);
-    return taken;
+    return bind(button, [&] { return bindings_.write(button, action); });
 }
 
-void Buttoninterface::showWritten(int button)
+bool Buttoninterface::bind(int button, const std::function<bool()> &write)
 {
+    if (isLastLeft(ButtonList::rowOf(button))) {
+        refuseLastLeft();
+        return false;
+    }
+    if (!write())
+        return false;
     const KeyBinding binding = *bindings_.at(button);
-    ShowBinding(button, binding.Class, binding.First, binding.Second, DeviceRecord::copy());
+    ShowBinding(button, binding.Class, binding.First, binding.Second, bindings_.record());
+    return true;
 }
 
 bool Buttoninterface::SetMediaAction(int button, uint8_t code)
@@ -380,10 +426,7 @@ bool Buttoninterface::SetComboAction(int button, const QString &keys)
 
 // ---- Macros -------------------------------------------------------------------------------------
 
-void Buttoninterface::SlotAddMacroButton()
-{
-    functions_->setMacros(bindings_.macroNames(DeviceRecord::copy()));
-}
+void Buttoninterface::SlotAddMacroButton() { functions_->setMacros(bindings_.macroNames()); }
 
 void Buttoninterface::on_DPI_10_clicked()
 {
@@ -393,14 +436,16 @@ void Buttoninterface::on_DPI_10_clicked()
     }
     functions_->showPanel(Panel::Debounce);
     notice::ask<MakeMacro>(this, NoticeOffset);
+    preselect(chosenButton()); // the function was not chosen; only its panel stays closed
+    functions_->showPanel(Panel::Debounce);
 }
 
 void Buttoninterface::slotButtonClicked(const QString &macro)
 {
     const int button = chosenButton();
     functions_->clearDetails();
-    if (button >= 0 && bindings_.writeMacro(button, macro))
-        showWritten(button);
+    if (button >= 0)
+        bind(button, [&] { return bindings_.writeMacro(button, macro); });
     leaveFunctions();
 }
 

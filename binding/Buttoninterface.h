@@ -9,8 +9,10 @@
 #pragma once
 
 #include "binding/ButtonBindings.h"
+#include "device/record/DeviceAllInfo.h"
 
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 class ButtonList;
@@ -91,9 +93,12 @@ private:
     void arrangeTabs();
     void connectSignals();
 
+    void beginDevice(const DeviceAllInfo &info);
     void showRecord(const FlashDataMap &map);
     void showBindings(const FlashDataMap &map);
 
+    bool isLastLeft(std::size_t row) const;
+    void refuseLastLeft();
     void openRow(std::size_t row);
     void pointAt(std::size_t row);
     void preselect(int button);
@@ -106,7 +111,8 @@ private:
     void openPanel(binding::Panel panel);
     void bindChosen(const binding::EncodedAction &action);
     bool bind(int button, const binding::EncodedAction &action);
-    void showWritten(int button);
+    // The one way to a new binding. `write`: whether the mouse took it.
+    bool bind(int button, const std::function<bool()> &write);
     int chosenButton() const; // -1 for none
 
     std::unique_ptr<Ui::Buttoninterface> ui;
@@ -116,5 +122,6 @@ private:
     std::unique_ptr<ProfileBox> profiles_;
     QString picture_ = QStringLiteral("mouse0.png");
     bool styled_ = false;
+    DeviceAllInfo shown_; // the device that the page was opened for
     std::unique_ptr<Worker> worker_;
 };

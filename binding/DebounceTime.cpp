@@ -17,7 +17,7 @@ namespace
 {
 
 // From the panel in the corner of its page to the page's middle.
-constexpr QPoint NoticeOffset{-409, -202};
+constexpr QPoint WarningOffset{-409, -202};
 
 } // namespace
 
@@ -60,7 +60,7 @@ void DebounceTime::on_Debunce_currentIndexChanged(int index)
         warnOfDoubleClicks();
 }
 
-void DebounceTime::warnOfDoubleClicks() { notice::ask<LessThree>(this, NoticeOffset); }
+void DebounceTime::warnOfDoubleClicks() { notice::ask<LessThree>(this, WarningOffset); }
 
 void DebounceTime::SlotAllLanguage(int index)
 {

@@ -27,7 +27,7 @@ constexpr int Columns = 2;
 constexpr QPoint TitlePlace{16, 10};
 constexpr QPoint DetailPlace{16, 42};
 constexpr int PanelWidth = 820;
-constexpr int Gap = 8;
+constexpr int ButtonGap = 8;
 constexpr int DetailPitch = 36;
 constexpr int FewDetails = 8; // the most buttons of a panel with wide ones
 
@@ -86,7 +86,7 @@ void FunctionPages::addFunctions()
     for (const ActionRow &row : ActionRows) {
         if (row.place != Panel::Functions)
             continue;
-        addAction(row, list)->setGeometry({QPoint((place % Columns) * (FunctionSize.width() + Gap),
+        addAction(row, list)->setGeometry({QPoint((place % Columns) * (FunctionSize.width() + ButtonGap),
                                                   FunctionTop + place / Columns * FunctionPitch),
                                            FunctionSize});
         ++place;
@@ -100,12 +100,12 @@ void FunctionPages::addPanel(Panel panel)
     titles_[panel] = new QLabel(ground);
     titles_[panel]->setGeometry({TitlePlace, QSize(PanelWidth, 24)});
     const QSize size = detailCount(panel) > FewDetails ? DetailSize : FunctionSize;
-    const int columns = (PanelWidth + Gap) / (size.width() + Gap);
+    const int columns = (PanelWidth + ButtonGap) / (size.width() + ButtonGap);
     int place = 0;
     for (const ActionRow &row : ActionRows) {
         if (row.place != panel)
             continue;
-        const QPoint offset((place % columns) * (size.width() + Gap), place / columns * DetailPitch);
+        const QPoint offset((place % columns) * (size.width() + ButtonGap), place / columns * DetailPitch);
         addAction(row, ground)->setGeometry({DetailPlace + offset, size});
         ++place;
     }
@@ -126,7 +126,7 @@ void FunctionPages::addMacroPanel()
     macroGrid_ = new QGridLayout(list);
     macroGrid_->setContentsMargins(0, 0, 0, 0);
     macroGrid_->setSpacing(DetailPitch - FunctionSize.height());
-    macroGrid_->setHorizontalSpacing(Gap);
+    macroGrid_->setHorizontalSpacing(ButtonGap);
     area->setWidget(list);
     onFirstShow(ground, [this, ground, area] {
         area->setStyleSheet(style::scrollArea());
@@ -236,7 +236,7 @@ void FunctionPages::setMacros(const QStringList &names)
         each->deleteLater();
     }
     macros_.clear();
-    const int columns = (PanelWidth + Gap) / (FunctionSize.width() + Gap);
+    const int columns = (PanelWidth + ButtonGap) / (FunctionSize.width() + ButtonGap);
     QWidget *const list = macroGrid_->parentWidget();
     for (const QString &name : names) {
         auto *made = new ActionButton(QString(), list);

@@ -55,10 +55,12 @@ QStringList DeviceCatalogue::optionList(const char *key) const
     return reader_.ReadConfigList(optionSection(), QString::fromLatin1(key));
 }
 
-int DeviceCatalogue::option(const char *key) const
+QString DeviceCatalogue::optionText(const char *key) const
 {
-    return reader_.ReadConfig(optionSection(), QString::fromLatin1(key)).toInt();
+    return reader_.ReadConfig(optionSection(), QString::fromLatin1(key));
 }
+
+int DeviceCatalogue::option(const char *key) const { return optionText(key).toInt(); }
 
 QString DeviceCatalogue::colour(const char *key) const
 {

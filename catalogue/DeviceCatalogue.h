@@ -24,6 +24,7 @@ public:
     int number(int driveIndex, const char *key) const;
 
     QStringList optionList(const char *key) const;
+    QString optionText(const char *key) const;
     int option(const char *key) const;
     // "r,g,b" for a style sheet; a light grey when the list has not three numbers of 0..255.
     QString colour(const char *key) const;

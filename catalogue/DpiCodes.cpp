@@ -114,7 +114,7 @@ int decodeDpi(uint8_t xCode, uint8_t flags, const SensorCodes &codes)
         dpi = codes.dpiOf(xCode).value_or(0);
     } else {
         const int high = isWide(codes.sensor) ? (flags & HighBits) * 4 : 0;
-        dpi = ((xCode | high) + 1) * Step;
+        dpi = (qint64(xCode | high) + 1) * Step;
     }
     if (flags & DoublesStep)
         dpi *= 2;

@@ -139,11 +139,6 @@ QStringList IniDocument::list(const QString &section, const QString &key) const
     return values_.value(path(section, key));
 }
 
-bool IniDocument::contains(const QString &section, const QString &key) const
-{
-    return values_.contains(path(section, key));
-}
-
 void IniDocument::set(const QString &section, const QString &key, const QString &text)
 {
     values_.insert(path(section, key), {text});

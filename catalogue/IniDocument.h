@@ -21,7 +21,7 @@ public:
     // Empty when the value is missing. A value of several items has no text, as in QVariant.
     QString text(const QString &section, const QString &key) const;
     QStringList list(const QString &section, const QString &key) const;
-    bool contains(const QString &section, const QString &key) const;
+    bool operator==(const IniDocument &other) const { return values_ == other.values_; }
 
     void set(const QString &section, const QString &key, const QString &text);
     void remove(const QString &section, const QString &key);

@@ -20,12 +20,21 @@ IniStore::~IniStore()
     flush();
 }
 
-// Reads the file once; later changes by other programs are seen when this one writes.
+// Reads the file once; what other programs write later stays in the file, but is not seen without
+// readAgain().
 IniDocument &IniStore::document()
 {
     if (!document_)
         document_ = IniDocument::parse(readFile(path_, IniSizeLimit).value_or(QByteArray()));
     return *document_;
+}
+
+void IniStore::readAgain()
+{
+    const std::lock_guard lock(state_);
+    document_.reset();
+    apply(writing_, &document());
+    apply(waiting_, &document());
 }
 
 QString IniStore::ReadText(const QString &section, const QString &key)
@@ -50,11 +59,6 @@ void IniStore::Remove(const QString &section, const QString &key) { edit({sectio
 void IniStore::edit(const Name &name, const std::optional<QString> &value)
 {
     const std::lock_guard lock(state_);
-    const bool present = document().contains(name.first, name.second);
-    const bool same =
-        value ? present && document().list(name.first, name.second) == QStringList(*value) : !present;
-    if (same && !waiting_.contains(name))
-        return;
     waiting_.insert(name, value);
     apply({{name, value}}, &document());
     if (!scheduled_) {
@@ -70,20 +74,21 @@ bool IniStore::flush()
     {
         const std::lock_guard state(state_);
         scheduled_ = false;
-        edits.swap(waiting_);
+        writing_.swap(waiting_);
+        edits = writing_;
     }
-    if (edits.isEmpty() || write(edits))
-        return true;
+    const bool written = edits.isEmpty() || write(edits);
     const std::lock_guard state(state_);
-    for (auto edit = edits.cbegin(); edit != edits.cend(); ++edit) {
+    writing_.clear();
+    for (auto edit = edits.cbegin(); !written && edit != edits.cend(); ++edit) {
         if (!waiting_.contains(edit.key())) // a newer edit replaces the failed one
             waiting_.insert(edit.key(), edit.value());
     }
-    return false;
+    return written;
 }
 
-// Reads the file again under its lock, since a second copy of the program may have changed other values. A
-// file that exists and cannot be read is not replaced.
+// Reads the file again under its lock, since a second copy of the program may have changed it. A file that
+// exists and cannot be read is not replaced, nor one that holds these values already.
 bool IniStore::write(const Edits &edits)
 {
     const FileLock lock(path_ + QStringLiteral(".lock"), FileLockTimeMs);
@@ -92,9 +97,10 @@ bool IniStore::write(const Edits &edits)
     QByteArray content;
     if (readFile(path_, IniSizeLimit, &content) == ReadResult::Refused)
         return false;
-    IniDocument document = IniDocument::parse(content);
+    const IniDocument found = IniDocument::parse(content);
+    IniDocument document = found;
     apply(edits, &document);
-    return writeFileSafely(path_, document.serialise());
+    return document == found || writeFileSafely(path_, document.serialise());
 }
 
 void IniStore::apply(const Edits &edits, IniDocument *document)

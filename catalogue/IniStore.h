@@ -33,6 +33,10 @@ public:
     bool flush();
     QString path() const { return path_; }
 
+protected:
+    // Reads the file, so that the next read has what another program wrote. Waiting edits are kept.
+    void readAgain();
+
 private:
     using Name = QPair<QString, QString>;
     using Edits = QMap<Name, std::optional<QString>>; // without a text the value is removed
@@ -43,9 +47,10 @@ private:
     bool write(const Edits &edits);
 
     const QString path_;
-    std::mutex state_; // guards document_, waiting_ and scheduled_; held for microseconds
+    std::mutex state_; // guards the next four; held for microseconds but for readAgain()
     std::optional<IniDocument> document_;
     Edits waiting_;
+    Edits writing_; // taken from waiting_, not yet in the file
     bool scheduled_ = false;
     std::mutex file_; // one writer at a time; taken before state_
     QThreadPool writer_;

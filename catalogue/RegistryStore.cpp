@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <mutex>
 
-QString registry::mouseVersionName(int cid, int mid)
+QString registry::mouseVersionName(const DeviceCatalogue &catalogue, int driveIndex)
 {
-    return QStringLiteral("MouseVer%1%2").arg(QString::number(cid), QString::number(mid));
+    return QStringLiteral("MouseVer") + catalogue.optionText("CID") + catalogue.text(driveIndex, "MID");
 }
 
 RegistryStore &RegistryStore::instance()
@@ -26,6 +26,7 @@ RegistryStore &RegistryStore::instance()
 
 QString RegistryStore::value(const char *group, const QString &name)
 {
+    readAgain();
     return ReadText(QString::fromLatin1(group), name);
 }
 

@@ -5,6 +5,7 @@
 // "/Registry.ini" below the data root. Any thread.
 #pragma once
 
+#include "catalogue/DeviceCatalogue.h"
 #include "catalogue/IniStore.h"
 
 namespace registry
@@ -18,8 +19,9 @@ constexpr char RunGroup[] = "Run";                           // what starts at l
 constexpr char UpdateFailInfo[] = "UpdateFailInfo"; // "target,ConnectionKind,CID,MID", decimal
 constexpr char LanguageIndex[] = "LanguageIndex";
 
-// "MouseVer" + CID + MID: the firmware version text of the mouse as last read.
-QString mouseVersionName(int cid, int mid);
+// "MouseVer" + CID + MID, the texts of the catalogue: the firmware version text of a mouse of this model as
+// last read. A device without a section has no MID.
+QString mouseVersionName(const DeviceCatalogue &catalogue, int driveIndex);
 
 } // namespace registry
 
@@ -30,6 +32,8 @@ public:
     static RegistryStore &instance();
 
     using IniStore::IniStore;
+    // As it stands in the file, which another process may have written meanwhile, with the edits that wait.
+    // Reads the disk, so it is no part of an edit of the mouse's settings.
     QString value(const char *group, const QString &name);
     void setValue(const char *group, const QString &name, const QString &value);
     void removeValue(const char *group, const QString &name);

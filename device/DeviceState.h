@@ -45,6 +45,8 @@ inline DeviceFlag<int32_t> BatteryAsNumber{0}; // 1: the battery is shown as a n
 inline DeviceFlag<int32_t> OffLineKind{0};     // which text the off-line notice shows
 inline DeviceFlag<int32_t> ImportResult{0};    // of the last check of an image file
 inline DeviceFlag<int32_t> LanguageIndex{0};   // current language
+// The MID of the model that was clicked last of those with a screen of their own, 6 to 9; 0 before any.
+inline DeviceFlag<int32_t> ScreenClass{0};
 // The class of the receiver that was opened last: 1, 2, 4 or 8; 0 before any. A cable leaves it as it was.
 inline DeviceFlag<int32_t> CurrentConnectionKind{0};
 

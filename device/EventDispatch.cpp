@@ -11,6 +11,7 @@
 
 #include <QElapsedTimer>
 #include <QStringList>
+#include <algorithm>
 #include <vector>
 
 namespace
@@ -57,10 +58,19 @@ void announceColor()
         emit hub()->SigRGBValue(&allocations().color);
 }
 
+// The conversion reads as many bytes as its record has. Another library may send fewer; those are 0.
+template <typename Record>
+void decode(const Message &message, void (*convert)(const uint8_t *, Record *), Record *record)
+{
+    uint8_t padded[sizeof(Record)] = {};
+    std::copy_n(message.payload, std::min<std::size_t>(message.length, sizeof padded), padded);
+    convert(message.length < sizeof padded ? padded : message.payload, record);
+}
+
 void onBattery(const Message &message)
 {
     BatteryStatus &battery = allocations().battery;
-    GetDeviceBatteryStatus(message.payload, &battery);
+    decode(message, GetDeviceBatteryStatus, &battery);
     emit hub()->SigBattery(battery.Charging > 0, battery.Level, BatteryAsNumber == 1);
 }
 
@@ -236,7 +246,7 @@ void askForWholeRead()
 void onStatusChanged(const Message &message)
 {
     DeviceStatusChange &change = allocations().change;
-    GetDeviceStatusChanged(message.payload, &change);
+    decode(message, GetDeviceStatusChanged, &change);
     if (change.CurrentDpi)
         UsbServer_ReadCurrentDPI();
     if (change.ReportRate)
@@ -265,11 +275,8 @@ void onVersion(const Message &)
     const QString version = versionText(UsbFinderC_GetVersion(selected.DevicePath.toLocal8Bit().constData()));
     SelectedDevice::setMouseVersion(version);
     emit hub()->SigSetver(0);
-    const DeviceCatalogue catalogue;
     RegistryStore::instance().setValue(
-        registry::BaseGroup,
-        registry::mouseVersionName(catalogue.option("CID"), catalogue.number(selected.DriveIndex, "MID")),
-        version);
+        registry::BaseGroup, registry::mouseVersionName(DeviceCatalogue(), selected.DriveIndex), version);
 }
 
 void onColorChanged(const Message &) { emit hub()->SigRGBValue(&allocations().color); }
@@ -282,18 +289,12 @@ void onLongRangeOff(const Message &message)
 
 struct MessageRow {
     uint8_t code;
-    uint32_t payloadBytes; // that the handler reads
+    uint32_t leastBytes; // of payload; a shorter message is dropped
     void (*handle)(const Message &);
 };
 constexpr MessageRow MessageRows[] = {
-    {4, sizeof(BatteryStatus), onBattery},
-    {8, 0, onMemory},
-    {9, 0, onSettingsCleared},
-    {10, sizeof(DeviceStatusChange), onStatusChanged},
-    {14, 0, onConfig},
-    {18, 0, onVersion},
-    {21, 0, onColorChanged},
-    {23, 0, onLongRangeOff},
+    {4, 1, onBattery}, {8, 0, onMemory},   {9, 0, onSettingsCleared}, {10, 1, onStatusChanged},
+    {14, 0, onConfig}, {18, 0, onVersion}, {21, 0, onColorChanged},   {23, 0, onLongRangeOff},
 };
 
 } // namespace
@@ -313,6 +314,6 @@ void ProtocolCallback(const uint8_t *header, int32_t headerLength, const uint8_t
     message.payload = payload;
     message.length = payload ? payloadLength : 0;
     for (const MessageRow &row : MessageRows)
-        if (row.code == message.code && message.length >= row.payloadBytes)
+        if (row.code == message.code && message.length >= row.leastBytes)
             row.handle(message);
 }

@@ -13,7 +13,6 @@
 namespace
 {
 
-constexpr int FileSizeLimit = 64 * 1024; // a valid file has some 10 KB
 constexpr int TextFieldSize = 12;
 constexpr char Marker[] = "Taigri";
 
@@ -65,7 +64,7 @@ bool writeImageFile(const QString &path, const QString &section, const FlashData
 ImageFileResult checkImageFile(const QString &path, const QString &section, FlashDataMap *record)
 {
     QByteArray rest;
-    if (readFile(path, FileSizeLimit, &rest) != ReadResult::Read) {
+    if (readFile(path, ImageFileLimit, &rest) != ReadResult::Read) {
         qDebug("failed");
         return ImageUnreadable;
     }

@@ -10,6 +10,10 @@
 
 class QString;
 
+// Bytes of a file that an import looks at; a larger one is no image file. What follows a valid image within
+// it is not read: a copy may be padded to whole blocks, a newer program may add items.
+constexpr int ImageFileLimit = 16 * 1024 * 1024;
+
 enum ImageFileResult {
     ImageAccepted = 0,
     ImageUnreadable = 1, // cannot be opened, cut short, or no image file

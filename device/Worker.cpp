@@ -65,7 +65,7 @@ void Worker::shutDown()
         QCoreApplication::processEvents();
 }
 
-void Worker::SlotSelectMouseInfo(DeviceAllInfo SelectInfo)
+void Worker::SlotSelectMouseInfo(const DeviceAllInfo &SelectInfo)
 {
     SelectedDevice::set(SelectInfo);
     pointCurrentDeviceAt(

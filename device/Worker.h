@@ -35,7 +35,7 @@ public:
     QTimer &checkTimer() { return CheckTimer_; }
 
 public slots:
-    void SlotSelectMouseInfo(DeviceAllInfo SelectInfo);
+    void SlotSelectMouseInfo(const DeviceAllInfo &SelectInfo);
     void SlotMainPageChange();
     void SlotCheckOnline();
 

@@ -9,7 +9,7 @@
 namespace emulator
 {
 
-static constexpr std::size_t ClientLimit = 64; // of one interface
+static constexpr std::size_t PortClientLimit = 64; // of one interface
 static constexpr std::size_t DatagramLimit = 4096;
 
 void BusSockets::sync(const std::vector<Interface> &wanted, const Closed &closed)
@@ -63,7 +63,7 @@ void BusSockets::accept(Port &port)
         FileDescriptor client(::accept4(port.listener.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
         if (!client.valid())
             return;
-        if (port.clients.size() < ClientLimit)
+        if (port.clients.size() < PortClientLimit)
             port.clients.push_back(std::move(client));
     }
 }

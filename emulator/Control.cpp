@@ -12,7 +12,7 @@ namespace emulator
 static constexpr std::size_t LineLimit = 65536; // a whole flash fits
 static constexpr std::size_t OutputLimit = 1048576;
 static constexpr std::size_t FollowLimit = 65536; // bytes that wait for one follower
-static constexpr std::size_t ClientLimit = 16;
+static constexpr std::size_t ControlClientLimit = 16;
 
 bool Control::open(const BusFolder &folder)
 {
@@ -78,7 +78,7 @@ void Control::publish(const std::string &device, const std::string &line)
 void Control::accept()
 {
     FileDescriptor socket(::accept4(listener_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
-    if (socket.valid() && clients_.size() < ClientLimit) {
+    if (socket.valid() && clients_.size() < ControlClientLimit) {
         clients_.emplace_back();
         clients_.back().socket = std::move(socket);
     }

@@ -32,7 +32,7 @@ extern const std::array<KeyRow, OrdinaryKeyCount + ModifierCount> KeyTable;
 struct MouseButtonRow {
     uint8_t bit;
     const char *textKey; // of its name in the choices InsertEventOptions
-    const char *text;    // used until a language is loaded, in UTF-8
+    const char *text;    // where the language has no such choice, in UTF-8
 };
 constexpr std::size_t MouseButtonCount = 5;
 constexpr std::array<MouseButtonRow, MouseButtonCount> MouseButtonTable = {{

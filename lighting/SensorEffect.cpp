@@ -118,7 +118,7 @@ void SensorEffect::on_Model_currentIndexChanged(int index)
 
 void SensorEffect::follow(const Scale &scale, int position)
 {
-    if (CheckOnline())
+    if (scale.slider->enabledBy(CheckOnline))
         scale.spinBox->setValue(position);
     else
         scale.slider->giveBack(scale.spinBox->value());

@@ -14,11 +14,10 @@ Macro::Macro(QWidget *parent) : PageSurface(QStringLiteral("Macro"), QStringLite
 void Macro::SlotAllLanguage(int index)
 {
     MouseButtonTexts names;
-    for (std::size_t i = 0; i < MouseButtonCount; ++i) {
+    const language::Texts events = language::choices("InsertEventOptions", index);
+    for (std::size_t i = 0; i < MouseButtonCount && !events.isEmpty(); ++i) {
         const MouseButtonRow &row = MouseButtonTable[i];
-        names[i] = language::choice("InsertEventOptions", QLatin1String(row.textKey), index);
-        if (names[i].isEmpty())
-            names[i] = QString::fromUtf8(row.text);
+        names[i] = events.value(QLatin1String(row.textKey), QString::fromUtf8(row.text));
     }
     SetMouseButtonNames(names);
 }

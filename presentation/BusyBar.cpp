@@ -8,7 +8,7 @@
 
 namespace
 {
-constexpr int RoundMs = 1400;
+constexpr int CycleMs = 1400;
 constexpr double LightShare = 0.25; // of the line's length
 constexpr int TrackOpacity = 28;
 } // namespace
@@ -17,7 +17,7 @@ BusyBar::BusyBar(QWidget *parent) : QWidget(parent)
 {
     run_.setStartValue(0.0);
     run_.setEndValue(1.0);
-    run_.setDuration(RoundMs);
+    run_.setDuration(CycleMs);
     run_.setEasingCurve(QEasingCurve::InOutSine);
     run_.setLoopCount(-1);
     connect(&run_, &QVariantAnimation::valueChanged, this, [this] { update(); });

@@ -35,10 +35,18 @@ ExeIsRun::ExeIsRun() : NoticeDialog(notice::Running)
 
 void ExeIsRun::SlotChangeLanguage(int index)
 {
-    const language::LanguageFile file =
-        language::readLanguageFile(applicationFolder() + language::noticeLanguageFile(index));
-    setTexts(file.section(language::Word::Mouse, language::Section::home).value(QStringLiteral("OnRun")),
-             file.section(language::Word::Mouse, language::Section::common).value(QStringLiteral("OK")), {});
+    QString told, confirm;
+    for (const int each : {index, 0}) { // a text that the language does not have is that of the first one
+        const language::LanguageFile file =
+            language::readLanguageFile(applicationFolder() + language::noticeLanguageFile(each));
+        const auto fill = [&file](QString &text, language::Section section, const char *key) {
+            if (text.isEmpty())
+                text = file.section(language::Word::Mouse, section).value(QLatin1String(key));
+        };
+        fill(told, language::Section::home, "OnRun");
+        fill(confirm, language::Section::common, "OK");
+    }
+    setTexts(told, confirm, {});
 }
 
 namespace notice

@@ -80,8 +80,8 @@ constexpr char ComboListScroll[] =
     "QScrollBar::handle:vertical{background-color: rgb(117, 117, 117);border-radius: 3px;min-height: 30px;}"
     "QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height: 0px;}"
     "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background: transparent;}";
-constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1;);}"
-                             "QListView::item:hover{background-color: rgb(%1;);}";
+constexpr char ComboList[] = "QListView::item:selected{background-color: rgb(%1);}"
+                             "QListView::item:hover{background-color: rgb(%1);}";
 constexpr char SectionTitle[] = "#%1{border-image: url(%PTitle.png);}";
 constexpr char FlatLink[] = "QPushButton{border:none;background:transparent;color: rgb(%1;);}";
 constexpr char StretchedPicture[] = "QLabel{border-image: url(%P%1);}";
@@ -101,6 +101,7 @@ constexpr char NavigationButton[] =
     "QToolButton:disabled{border-image: url(%P%1Off.png);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
+constexpr char Strip[] = "#%1{border: 1px solid rgb(%2);border-radius: 6px;background-color: rgb(%3);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
 constexpr char ThumbSlider[] =
@@ -274,6 +275,11 @@ QString navigationButton(const QString &folder, const QString &icon)
 }
 
 QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {chunkColor}); }
+
+QString strip(const QString &objectName)
+{
+    return compose(Strip, {}, {objectName, QLatin1String(Groove), color("ComboxBackGroundColor")});
+}
 
 QString hairline(const QString &color, int opacity)
 {

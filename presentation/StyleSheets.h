@@ -53,6 +53,8 @@ QString scrollArea();
 QString navigationButton(const QString &folder, const QString &icon);
 // The filled part of the battery's bar.
 QString batteryBar(const QString &chunkColor);
+// A frame around one line of text.
+QString strip(const QString &objectName);
 // A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
 // A slider without a filled part: Groove; Thumb, ThumbHover, ThumbClick, ThumbOff.

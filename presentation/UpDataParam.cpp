@@ -18,10 +18,12 @@ namespace
 constexpr NoticeKind WaitRow = {"UpDataParamA", language::Section::infoTips, "DialogUpdating",
                                 "Please wait, we are updating the setting", NoticeButtons::None};
 
+constexpr char ImportKey[] = "DialogImporting";
+
 constexpr int TimerMs = 2500;
 constexpr int PageRounds = 12;
 constexpr int ImportRounds = 5;
-constexpr int RoundMs = 500;
+constexpr int PollMs = 500;
 constexpr int RefreshHoldMs = 2000;
 
 bool pagesLoaded() { return LightPageLoaded && SensorPageLoaded && ButtonPageLoaded; }
@@ -50,6 +52,14 @@ void UpDataParam::setImport(const QString &path)
 {
     importPath_ = path;
     Importing_ = true;
+    SlotAllLanguage(LanguageIndex);
+}
+
+// A language without a text of its own for an import says what it says of any other wait.
+const char *UpDataParam::textKey() const
+{
+    const bool told = !language::text(WaitRow.section, ImportKey, LanguageIndex).isEmpty();
+    return Importing_ && told ? ImportKey : NoticeDialog::textKey();
 }
 
 void UpDataParam::onTimeupDestroy()
@@ -70,7 +80,7 @@ bool UpDataParam::waitForPages()
     for (int round = 0; round < PageRounds; ++round) {
         if (pagesLoaded())
             return true;
-        spinEventLoop(RoundMs);
+        spinEventLoop(PollMs);
     }
     return false;
 }
@@ -94,7 +104,7 @@ void UpDataParam::endImport()
         DeviceRecord::update([&image](FlashDataMap &record) { record = image; });
         feedPages(image);
         for (int round = 0; round < ImportRounds; ++round)
-            spinEventLoop(RoundMs);
+            spinEventLoop(PollMs);
     } else {
         notice::ask<InportFail>(this);
     }

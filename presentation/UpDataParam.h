@@ -27,6 +27,9 @@ public:
 public slots:
     void onTimeupDestroy();
 
+protected:
+    const char *textKey() const override;
+
 private:
     bool waitForPages();
     void endRefresh();

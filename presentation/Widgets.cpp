@@ -27,8 +27,13 @@ void MySlider::mousePressEvent(QMouseEvent *event)
         QCoreApplication::postEvent(parentWidget(), new QEvent(Jumped));
 }
 
+// The base class ends a drag when it is disabled, with a last step.
 void MySlider::changeEvent(QEvent *event)
 {
+    if (asking_) {
+        QWidget::changeEvent(event);
+        return;
+    }
     QSlider::changeEvent(event);
     if (event->type() == QEvent::EnabledChange && !isEnabled())
         endPress();
@@ -43,6 +48,7 @@ void MySlider::endPress()
     setSliderPosition(value()); // a release takes over the position of the drag
     QMouseEvent release(QEvent::MouseButtonRelease, QPointF(), Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
     QSlider::mouseReleaseEvent(&release);
+    setSliderDown(false);
     setRepeatAction(SliderNoAction);
 }
 
@@ -51,6 +57,21 @@ void MySlider::giveBack(int value)
     const QSignalBlocker silent(this);
     setEnabled(false);
     setValue(value);
+}
+
+bool MySlider::enabledBy(const std::function<bool()> &question)
+{
+    const bool focused = hasFocus(); // which goes to the next control when this one is disabled
+    asking_ = true;
+    setEnabled(false);
+    const bool enabled = question();
+    setEnabled(enabled);
+    asking_ = false;
+    if (!enabled)
+        endPress();
+    else if (focused)
+        setFocus();
+    return enabled;
 }
 
 void MyConmboBox::mousePressEvent(QMouseEvent *event)

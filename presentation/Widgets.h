@@ -5,28 +5,47 @@
 #pragma once
 
 #include <QComboBox>
-#include <QEvent>
 #include <QLineEdit>
 #include <QList>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
+#include <QSpinBox>
 #include <QTimer>
 #include <QToolButton>
+#include <QWheelEvent>
+#include <functional>
+
+// A control that writes a setting: a wheel over it neither changes it nor gives it the keyboard focus, but
+// scrolls what lies under it, so that scrolling changes no setting on its way. An open list has a view of its
+// own, which scrolls.
+template <typename Control> class WheelPasses : public Control
+{
+public:
+    template <typename... Arguments> explicit WheelPasses(Arguments... arguments) : Control(arguments...)
+    {
+        this->setFocusPolicy(Qt::StrongFocus);
+    }
+
+protected:
+    void wheelEvent(QWheelEvent *event) override { event->ignore(); }
+};
 
 // A press jumps to the place under the pointer; the parent then gets an event of type Jumped. Being disabled
 // ends a press: the release that follows never arrives at a disabled slider, and with the press kept, a
 // pointer that passes over the slider later would drag it.
-class MySlider : public QSlider
+class MySlider : public WheelPasses<QSlider>
 {
     Q_OBJECT
 
 public:
     static constexpr QEvent::Type Jumped = QEvent::Type(1001);
-    using QSlider::QSlider;
+    using WheelPasses::WheelPasses;
     // For a value that the device did not take: back to `value` without a signal, and disabled until the
     // page is filled again.
     void giveBack(int value);
+    // Disabled while `question` runs, and afterwards if the answer is false. Otherwise the press goes on.
+    bool enabledBy(const std::function<bool()> &question);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -36,15 +55,16 @@ private:
     void endPress();
 
     bool pressEnded_ = false; // while mousePressEvent runs: the slider was disabled meanwhile
+    bool asking_ = false;     // enabledBy() runs its question
 };
 
 // Remembers the index at each press, and paints its item without the native look.
-class MyConmboBox : public QComboBox
+class MyConmboBox : public WheelPasses<QComboBox>
 {
     Q_OBJECT
 
 public:
-    using QComboBox::QComboBox;
+    using WheelPasses::WheelPasses;
     int pressedIndex() const { return indexAtPress_; }
 
 protected:
@@ -53,6 +73,14 @@ protected:
 
 private:
     int indexAtPress_ = -1;
+};
+
+class MySpinBox : public WheelPasses<QSpinBox>
+{
+    Q_OBJECT
+
+public:
+    using WheelPasses::WheelPasses;
 };
 
 // Acts on the press: clicked(false) for a press, clicked(true) for a double click, of the left button.

@@ -31,6 +31,14 @@ void dropUnplugged(std::vector<DeviceAllInfo> &devices)
 
 } // namespace
 
+std::vector<DeviceAllInfo> DeviceScan::tiles() const
+{
+    std::vector<DeviceAllInfo> shown = devices;
+    if (tally.settle(shown, unknownIndex()))
+        shown.clear();
+    return shown;
+}
+
 DeviceScan scanDevices()
 {
     static std::atomic<uint64_t> begun{0};

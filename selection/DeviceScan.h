@@ -15,6 +15,9 @@ struct DeviceScan {
     std::vector<DeviceAllInfo> devices;
     LinkTally tally;     // of the devices as first identified, before they are refreshed
     QStringList refused; // nodes that this user may not open; their devices are not identified
+
+    // The devices that get a tile: none when two cannot be told apart.
+    std::vector<DeviceAllInfo> tiles() const;
 };
 
 DeviceScan scanDevices();

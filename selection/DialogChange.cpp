@@ -101,6 +101,9 @@ void DialogChange::UsbChanged()
                 thePage->take(scan);
         },
         Qt::QueuedConnection);
+    // A device is asked for its tile again, since one silent device holds the search up for seconds.
+    for (const DeviceAllInfo &device : scan.tiles())
+        refreshShown(device, scan.generation);
 }
 
 // Drops results while the device page shows, which has a watch of its own; the return to this page starts a
@@ -123,15 +126,16 @@ void DialogChange::take(const DeviceScan &scan)
 void DialogChange::rebuild(const DeviceScan &scan)
 {
     std::vector<DeviceAllInfo> tiles = scan.devices;
-    const bool duplicates = scan.tally.settle(tiles, unknownIndex());
+    duplicates_ = scan.tally.settle(tiles, unknownIndex());
     attached_.set(scan.devices, std::move(tiles));
-    if (!attached_.tiles().empty() && !duplicates) {
+    setPromptText();
+    if (!attached_.tiles().empty() && !duplicates_) {
         showCarousel();
         return;
     }
     board_.clear();
     showPrompt();
-    if (duplicates)
+    if (duplicates_)
         warnOfDuplicates();
 }
 
@@ -189,20 +193,26 @@ void DialogChange::refreshTile(int index)
 {
     if (index < 0 || index >= int(attached_.tiles().size()))
         return;
-    std::thread([device = attached_.tiles()[std::size_t(index)]]() mutable {
-        refreshDevice(device);
-        QMetaObject::invokeMethod(
-            mainThread(),
-            [device] {
-                if (thePage)
-                    thePage->takeRefreshed(device);
-            },
-            Qt::QueuedConnection);
-    }).detach();
+    std::thread(&refreshShown, attached_.tiles()[std::size_t(index)], takenGeneration_).detach();
 }
 
-void DialogChange::takeRefreshed(const DeviceAllInfo &device)
+void DialogChange::refreshShown(DeviceAllInfo device, uint64_t generation)
 {
+    refreshDevice(device);
+    QMetaObject::invokeMethod(
+        mainThread(),
+        [device, generation] {
+            if (thePage)
+                thePage->takeRefreshed(device, generation);
+        },
+        Qt::QueuedConnection);
+}
+
+// Another device may have come to the path since that search.
+void DialogChange::takeRefreshed(const DeviceAllInfo &device, uint64_t generation)
+{
+    if (generation != takenGeneration_)
+        return;
     attached_.update(device);
     board_.refresh(device);
 }
@@ -250,18 +260,27 @@ void DialogChange::slotButtonClicked()
 
 void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }
 
-// A device without permission is plugged in already, so the prompt does not ask for one.
 void DialogChange::SlotUpDateButton(bool IsHide)
 {
     ui->Repair->setVisible(!IsHide);
-    ui->label_2->setText(!IsHide ? repairDevice_ : ui->permissionHint->isNeeded() ? notOpen_ : pleaseEnter_);
+    setPromptText();
 }
 
+// Identical devices and one without permission are plugged in already, so the prompt does not ask for one.
+void DialogChange::setPromptText()
+{
+    ui->label_2->setText(!ui->Repair->isHidden()          ? repairDevice_
+                         : duplicates_                    ? identical_
+                         : ui->permissionHint->isNeeded() ? notOpen_
+                                                          : pleaseEnter_);
+}
+
+// The key is that of the whole window, also while the device page shows.
 void DialogChange::SlotEnterKey()
 {
-    if (!ui->FindVer->isHidden())
+    if (ui->FindVer->isVisible())
         ui->FindVer->hide();
-    else if (!ui->Repair->isHidden())
+    else if (ui->Repair->isVisible())
         on_Repair_clicked();
 }
 
@@ -288,19 +307,24 @@ void DialogChange::on_comboBox_activated(int index)
 void DialogChange::SlotSameLanguageA(int index)
 {
     const QSignalBlocker silent(ui->comboBox);
-    ui->comboBox->setCurrentIndex(index);
+    const bool offered = index >= 0 && index < ui->comboBox->count();
+    ui->comboBox->setCurrentIndex(offered ? index : 0); // whose texts stand for those of the others
 }
 
 void DialogChange::SlotAllLanguage(int index)
 {
     pleaseEnter_ = homeText("PleaseEnter", index);
     repairDevice_ = homeText("RepairDevice", index);
+    identical_ = homeText("ErrorDevice", index);
     notOpen_ = homeText("PermissionPrompt", index);
     newVersion_ = homeText("NewVerTips", index);
     pairTips_ = homeText("PairTips_z", index);
     dialogOffline_ = language::text(language::Section::infoTips, "DialogOffline", index);
     ui->permissionHint->setLanguage(index);
     SlotUpDateButton(ui->Repair->isHidden());
+    if (const QString repair = homeText("RepairButton", index); !repair.isEmpty())
+        ui->Repair->setText(repair);
+    ui->Repair->setToolTip(repairDevice_); // the tiles stand where the prompt says it
     ui->label_3->setText(homeText("ClickIn", index));
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));
     ui->NewHong->setText(language::text(language::Section::common, "OK", index));

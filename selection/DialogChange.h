@@ -51,7 +51,7 @@ public slots:
     void on_CloseButton_2_clicked();
     void on_NewHong_clicked();
     void on_NoApear_clicked(bool checked);
-    void on_label_linkHovered(QString) {}
+    void on_label_linkHovered(const QString &) {}
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -63,10 +63,13 @@ private:
     void rebuild(const DeviceScan &scan);
     void warnOfDuplicates();
     void showPrompt();
+    void setPromptText();
     void showCarousel();
     void orderTabs();
     void refreshTile(int index);
-    void takeRefreshed(const DeviceAllInfo &device);
+    // Asks the device, which blocks, and passes the answer to the page while that shows the same search.
+    static void refreshShown(DeviceAllInfo device, uint64_t generation);
+    void takeRefreshed(const DeviceAllInfo &device, uint64_t generation);
 
     std::unique_ptr<Ui::DialogChange> ui;
     QString pictures_;
@@ -74,9 +77,11 @@ private:
     AttachedDevices attached_;
     TileClick click_;
     uint64_t takenGeneration_ = 0;
-    bool warning_ = false; // the notice of duplicates is open
+    bool duplicates_ = false; // the last search found identical devices
+    bool warning_ = false;    // the notice of duplicates is open
     QString pleaseEnter_;
     QString repairDevice_;
+    QString identical_;
     QString notOpen_;
     QString newVersion_;
     QString dialogOffline_;

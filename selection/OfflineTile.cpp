@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "selection/OfflineTile.h"
 
-#include "catalogue/ConfigReader.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "catalogue/DeviceKinds.h"
 #include "catalogue/RegistryStore.h"
-#include "device/DeviceState.h"
 #include "device/FirmwareSearch.h"
 
 OfflineTileAction offlineTileAction(const QString &mouseVersion, bool mouseIsNew, bool receiverIsNew)
@@ -18,25 +18,25 @@ OfflineTileAction offlineTileAction(const QString &mouseVersion, bool mouseIsNew
 
 OfflineTileAction offlineTileAction(const DeviceAllInfo &device)
 {
-    ConfigReader &config = ConfigReader::instance();
-    const QString section = driveSection(device);
-    const QString cid = config.ReadConfig(QStringLiteral("Option"), QStringLiteral("CID"));
-    const QString mid = config.ReadConfig(section, QStringLiteral("MID"));
+    const DeviceCatalogue catalogue;
+    const int model = device.DriveIndex;
     const QString mouseVersion =
-        RegistryStore::instance().value(registry::BaseGroup, QStringLiteral("MouseVer") + cid + mid);
+        RegistryStore::instance().value(registry::BaseGroup, registry::mouseVersionName(catalogue, model));
     const auto isNew = [&](int target, const QString &version, const char *key) {
-        const QString baseName = config.ReadConfig(section, QLatin1String(key));
-        return hasNewFirmware(target, version, baseName, cid.toInt(), mid.toInt());
+        return hasNewFirmware(target, version, catalogue.text(model, key), catalogue.option("CID"),
+                              catalogue.number(model, "MID"));
     };
     const char *receiverKey = deviceKind(device.DeviceKind).firmwareKey;
-    const bool receiverHasName = !config.ReadConfig(section, QLatin1String(receiverKey)).isEmpty();
+    const bool receiverHasName = !catalogue.text(model, receiverKey).isEmpty();
     return offlineTileAction(mouseVersion, isNew(TargetMouse, mouseVersion, OtherCable.firmwareKey),
                              receiverHasName && isNew(TargetReceiver, device.DongleVersion, receiverKey));
 }
 
-bool isSilentTwin(const std::vector<DeviceAllInfo> &devices, int clicked, TwinAnswers online)
+bool hasLiveTwin(const std::vector<DeviceAllInfo> &devices, int clicked)
 {
-    if (devices.size() != 2 || devices[0].Cid != devices[1].Cid || devices[0].Mid != devices[1].Mid)
+    if (devices.size() != 2 || (clicked != 0 && clicked != 1))
         return false;
-    return clicked == 1 ? online.first && !online.second : clicked == 0 && !online.first && online.second;
+    const DeviceAllInfo &device = devices[std::size_t(clicked)];
+    const DeviceAllInfo &twin = devices[std::size_t(1 - clicked)];
+    return device.Cid == twin.Cid && device.Mid == twin.Mid && twin.Online;
 }

@@ -21,10 +21,6 @@ OfflineTileAction offlineTileAction(const QString &mouseVersion, bool mouseIsNew
 // The same from the catalogue, the stored versions and the firmware folder.
 OfflineTileAction offlineTileAction(const DeviceAllInfo &device);
 
-// The answers of the first two attached devices to the on-line question.
-struct TwinAnswers {
-    bool first;
-    bool second;
-};
-// True when exactly two devices are attached, both of one model, and only the clicked one is off line.
-bool isSilentTwin(const std::vector<DeviceAllInfo> &devices, int clicked, TwinAnswers online);
+// True when exactly two devices are attached, both of one model, and the last search found the one that was
+// not clicked on line.
+bool hasLiveTwin(const std::vector<DeviceAllInfo> &devices, int clicked);

@@ -24,7 +24,7 @@ constexpr int CommandEdges = 16; // left and right padding of its text
 constexpr const char *LackKeys[] = {"PermissionNoRules", "PermissionOldRules", "PermissionNotInEffect",
                                     "PermissionNotInGroup"};
 
-QString homeText(const char *key, int index) { return language::text(language::Section::home, key, index); }
+QString hintText(const char *key, int index) { return language::text(language::Section::home, key, index); }
 
 QString nameFirst(const QStringList &nodes, int count)
 {
@@ -101,12 +101,12 @@ void PermissionHint::setLanguage(int index)
 
 void PermissionHint::writeTexts()
 {
-    ui->hintCopy->setText(homeText("CopyCommand", language_));
+    ui->hintCopy->setText(hintText("CopyCommand", language_));
     if (!isNeeded())
         return;
     const NodeRemedy remedy = nodeRemedy(nodes_.first());
-    ui->hintTitle->setText(titleFor(ui->hintTitle, homeText("PermissionMissing", language_), nodes_));
-    ui->hintText->setText(homeText(LackKeys[int(remedy.lack)], language_).arg(remedy.subject));
+    ui->hintTitle->setText(titleFor(ui->hintTitle, hintText("PermissionMissing", language_), nodes_));
+    ui->hintText->setText(hintText(LackKeys[int(remedy.lack)], language_).arg(remedy.subject));
     const int width = ui->hintCommand->fontMetrics().horizontalAdvance(remedy.command);
     ui->hintCommand->setGeometry(width + CommandEdges <= OneLine.width() ? OneLine : TwoLines);
     if (ui->hintCommand->toPlainText() != remedy.command)
@@ -116,5 +116,5 @@ void PermissionHint::writeTexts()
 void PermissionHint::copyCommand()
 {
     QApplication::clipboard()->setText(ui->hintCommand->toPlainText());
-    ui->hintCopy->setText(homeText("Copied", language_));
+    ui->hintCopy->setText(hintText("Copied", language_));
 }

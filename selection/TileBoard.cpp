@@ -96,7 +96,7 @@ void TileBoard::addPage(const std::vector<DeviceAllInfo> &devices, int first, in
     auto *page = new QWidget;
     for (int i = 0; i < count; ++i) {
         const TilePlace &place = Places[count - 1][i];
-        const Tile tile = makeTile(page, first + i, devices[std::size_t(first + i)]);
+        const Tile tile = makeTile(page, first + i, devices[first + i]);
         tile.button->setGeometry({{place.tileX, 0}, TileSize});
         tile.offline->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
         tile.link->setGeometry({{place.indicatorX, IndicatorY}, IndicatorSize});
@@ -126,13 +126,13 @@ TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInf
     button->setFocusPolicy(Qt::TabFocus);
     const QString link = device.Usb ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png");
     const QString badge = QLatin1String(deviceKind(device.DeviceKind).badge);
-    const Tile tile{button,
-                    addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
-                    addLabel(page, QStringLiteral("UsbWifi") + number, link),
-                    addLabel(page, QStringLiteral("Rate") + number, badge),
-                    device.DevicePath,
-                    device.Usb,
-                    device.DeviceKind};
+    Tile tile{button,
+              addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
+              addLabel(page, QStringLiteral("UsbWifi") + number, link),
+              addLabel(page, QStringLiteral("Rate") + number, badge),
+              device.DevicePath,
+              device.Usb,
+              device.DeviceKind};
     tile.offline->setToolTip(offlineTip_);
     tile.offline->setFont(offlineFont_);
     tile.badge->setVisible(!badge.isEmpty());

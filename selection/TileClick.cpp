@@ -44,42 +44,47 @@ void announceReceiverFirmware(const DeviceAllInfo &device)
 
 TileClick::TileClick(QWidget *page, AttachedDevices &devices) : page_(page), devices_(devices)
 {
-    connect(PostMsg::instance(), &PostMsg::SigChangeMainDialog, this,
-            [this](int index) { leftAgain_ = index == 0; });
+    connect(PostMsg::instance(), SIGNAL(SigChangeMainDialog(int)), this, SLOT(SlotChangeMainDialog(int)));
 }
+
+void TileClick::SlotChangeMainDialog(int index) { leftAgain_ = index == 0; }
 
 void TileClick::open(int index)
 {
-    if (index < 0 || index >= int(devices_.tiles().size()))
-        return;
+    if (index >= 0 && index < int(devices_.tiles().size()))
+        take(index, false);
+}
+
+void TileClick::openOnlyReceiver()
+{
+    if (devices_.tiles().size() == 1 && !devices_.tiles().front().Usb)
+        take(0, true);
+}
+
+void TileClick::take(int index, bool asOffline)
+{
     emit PostMsg::instance()->SigIsUsb(false, true);
     emit PostMsg::instance()->SigSetver(6);
     const DeviceAllInfo device = devices_.tiles()[std::size_t(index)];
     const int mid = ConfigReader::instance().ReadConfig(driveSection(device), QStringLiteral("MID")).toInt();
-    if (hasScreenClass(mid))
+    if (hasScreenClass(mid)) {
         emit PostMsg::instance()->SigMouseIndex(mid);
-    if (isOfflineTile(index) && !settleOfflineTile(device))
+        ScreenClass = mid;
+    }
+    if ((asOffline || isOfflineTile(index)) && !settleOfflineTile(device))
         return;
     if (device.DriveIndex != unknownIndex())
         enter(device);
 }
 
-void TileClick::openOnlyReceiver()
-{
-    if (devices_.tiles().size() != 1 || devices_.tiles().front().Usb)
-        return;
-    const DeviceAllInfo device = devices_.tiles().front();
-    if (settleOfflineTile(device) && device.DriveIndex != unknownIndex())
-        enter(device);
-}
-
+// A device that is asked may be silent and keep the window still, so only the clicked one is asked, and only
+// where its answer decides.
 bool TileClick::isOfflineTile(int index) const
 {
-    const std::vector<DeviceAllInfo> &tiles = devices_.tiles();
-    const DeviceAllInfo &device = tiles[std::size_t(index)];
+    const DeviceAllInfo &device = devices_.tiles()[std::size_t(index)];
     if (device.DriveIndex == unknownIndex() && !device.Usb)
         return true;
-    return tiles.size() == 2 && isSilentTwin(tiles, index, {answers(tiles[0]), answers(tiles[1])});
+    return hasLiveTwin(devices_.tiles(), index) && !answers(device);
 }
 
 bool TileClick::settleOfflineTile(const DeviceAllInfo &device)

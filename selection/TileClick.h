@@ -24,7 +24,12 @@ public:
     // Opens the only attached receiver as if its off-line tile were clicked; ignores cables.
     void openOnlyReceiver();
 
+public slots:
+    void SlotChangeMainDialog(int index);
+
 private:
+    // Tells the pages which model they show, then decides. `asOffline`: without asking the device.
+    void take(int index, bool asOffline);
     bool isOfflineTile(int index) const;
     // True when the click goes on to the device's pages.
     bool settleOfflineTile(const DeviceAllInfo &device);

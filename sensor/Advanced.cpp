@@ -46,14 +46,14 @@ const LayoutRow &layoutRow(bool kfps, bool longRange, int index)
 }
 
 // The captions are of different lengths, so the tip icons stand at another place in each language.
-constexpr int TipColumns[] = {300, 200, 200, 320, 300, 300, 300, 290};
+constexpr int SleepTipX[] = {300, 200, 200, 320, 300, 300, 300, 290};
 constexpr int CaptionColumn = 68;
 constexpr int CaptionRoom = 8; // before the icon
 constexpr int LineOpacity = 28;
 
 int tipColumn(int language)
 {
-    return TipColumns[language >= 0 && language < int(std::size(TipColumns)) ? language : 0];
+    return SleepTipX[language >= 0 && language < int(std::size(SleepTipX)) ? language : 0];
 }
 
 QString advancedText(const char *key, int index)
@@ -176,7 +176,7 @@ void Advanced::paint(const FlashDataMap &map)
 {
     ui->AngleSet->setEnabled(true);
     paintAngle(int8_t(map.AngleSet));
-    ui->SleepPanel->SetStopClose(sleepIndexOf(map.StopCloseTime));
+    ui->StopCloseTime->SetStopClose(sleepIndexOf(map.StopCloseTime));
     ui->KFPS->setChecked(map.KFps == 1);
     ShowKfps_ = showKfpsCaption_ = true;
     SetPos(0);
@@ -204,7 +204,7 @@ void Advanced::SlotFormReset()
 {
     const QSignalBlocker silent(ui->checkBox);
     ui->checkBox->setChecked(false);
-    ui->SleepPanel->SetStopClose(SleepAfterReset);
+    ui->StopCloseTime->SetStopClose(SleepAfterReset);
     ui->KFPS->setChecked(false);
     paintAngle(0);
     ShowKfps_ = ShowLongRange_ = true;
@@ -320,7 +320,7 @@ void Advanced::SlotAllLanguage(int index)
         const char *captionKey;
         const char *tipsKey;
     } groups[] = {
-        {ui->SleepCaption, ui->SleepTips, ui->SleepPanel->box(), "SleepTime", "SleepTimeTips"},
+        {ui->SleepCaption, ui->SleepTips, ui->StopCloseTime->box(), "SleepTime", "SleepTimeTips"},
         {ui->KFpsCaption, ui->KFpsTips, ui->KFPS, "scanningTitle", "scanningTips"},
         {ui->LongRangeCaption, ui->LongRangeTips, ui->checkBox, "LongDistance", "LongDistanceTips"},
         {ui->AngleCaption, ui->AngleTips, ui->AngleSet, "AngularMode", "AngularModeTips"},
@@ -332,7 +332,7 @@ void Advanced::SlotAllLanguage(int index)
     }
     setTextOf(ui->LongRangeText, advancedText("LongDistanceTips", index));
     for (int i = 0; i < SleepItems; ++i)
-        ui->SleepPanel->setItemText(
+        ui->StopCloseTime->setItemText(
             i, language::choice("LightOffTimeOptions", QString::number(SleepCodes[std::size_t(i)]), index));
     setHiddenTexts(index);
     languageIndex_ = index;

@@ -6,8 +6,11 @@
 
 namespace
 {
-constexpr SwitchRow Row = {"MotionSync_2",   "motion sync",        "MotionSync",
-                           "MotionSyncTips", {160, 150, 100, 175}, SetMotionSync};
+constexpr SwitchRow MotionSyncRow = {"MotionSync_2",   "motion sync",        "MotionSync",
+                                     "MotionSyncTips", {160, 150, 100, 175}, SetMotionSync};
 } // namespace
 
-MotionSync::MotionSync(QWidget *parent) : SwitchPanel(Row, parent) { QMetaObject::connectSlotsByName(this); }
+MotionSync::MotionSync(QWidget *parent) : SwitchPanel(MotionSyncRow, parent)
+{
+    QMetaObject::connectSlotsByName(this);
+}

@@ -6,11 +6,11 @@
 
 namespace
 {
-constexpr SwitchRow Row = {"RippeControl_2", "波纹控制",           "Ripple",
-                           "RippleTips",     {175, 120, 100, 175}, SetRippeControl};
+constexpr SwitchRow RippleRow = {"RippeControl_2", "波纹控制",           "Ripple",
+                                 "RippleTips",     {175, 120, 100, 175}, SetRippeControl};
 } // namespace
 
-RippeControl::RippeControl(QWidget *parent) : SwitchPanel(Row, parent)
+RippeControl::RippeControl(QWidget *parent) : SwitchPanel(RippleRow, parent)
 {
     QMetaObject::connectSlotsByName(this);
 }

@@ -77,9 +77,9 @@ Sensor::Sensor(QWidget *parent)
 {
     ui->setupUi(this);
     setAccessibleName(QStringLiteral("Sensor"));
-    ui->sensorDPI->raise(); // its marker overlaps the rate panel
+    ui->SensorDPI->raise(); // its marker overlaps the rate panel
     QDir().mkpath(SavePath_);
-    ui->sensorDPI->SetStageCount(LoadDpiStageCount());
+    ui->SensorDPI->SetStageCount(LoadDpiStageCount());
     onFirstShow(this, [this] { applyStyle(); });
     capabilities_ = ReadSensorDefines();
     connectSignals();
@@ -175,9 +175,9 @@ void Sensor::on_MotionSync_clicked(bool checked)
         SetMotionSync(checked ? 1 : 0);
 }
 
-void Sensor::on_pushButton_clicked() { ui->sensorLOD->AddSmallLod(); }
+void Sensor::on_pushButton_clicked() { ui->SensorLOD->AddSmallLod(); }
 
-void Sensor::on_pushButton_2_clicked() { ui->sensorLOD->RemoveSmallLod(); }
+void Sensor::on_pushButton_2_clicked() { ui->SensorLOD->RemoveSmallLod(); }
 
 // ---- Sensor mode --------------------------------------------------------------------------------
 
@@ -207,7 +207,7 @@ void Sensor::setMode(int index)
 
 QListView *Sensor::modeView() const { return qobject_cast<QListView *>(ui->ModelChoose->view()); }
 
-// The arrow keys and the wheel pass over a row that is disabled, but not over one that is hidden.
+// The arrow keys pass over a row that is disabled, but not over one that is hidden.
 void Sensor::showCorded(bool shown)
 {
     modeView()->setRowHidden(Corded, !shown);
@@ -232,7 +232,7 @@ void Sensor::SlotUpDataReportRate(int code)
     const int index = rateIndexOf(code);
     if (index < 0)
         return;
-    ui->sensorRate->SetRate(index);
+    ui->SensorRate->SetRate(index);
     if (!modeSelectable() || SelectedDevice::info().Usb)
         return;
     if (RateRows[std::size_t(index)].hidesModel)
@@ -244,7 +244,7 @@ void Sensor::SlotUpDataReportRate(int code)
 void Sensor::SlotUpDataDPI(int stage)
 {
     UiArmed = false;
-    ui->sensorDPI->SelectStage(stage); // a number beyond the last stage changes nothing
+    ui->SensorDPI->SelectStage(stage); // a number beyond the last stage changes nothing
     UiArmed = true;
 }
 
@@ -269,37 +269,37 @@ void Sensor::paint(const FlashDataMap &map)
     SensorName = catalogue.text(info.DriveIndex, "Sensor");
     offerSmallLod(SensorName == QLatin1String(SmallLodSensor));
     paintMode(map, info);
-    ui->sensorLOD->SetLod(map.LiftOffDistance - 1);
+    ui->SensorLOD->SetLod(map.LiftOffDistance - 1);
     paintPerformance(map);
-    ui->rippeControl->SetChecked(map.RippeControl != 0);
-    ui->straightLine->SetChecked(map.StraightLine != 0);
-    ui->motionSync->SetChecked(map.MotionSync != 0);
+    ui->RippeControl->SetChecked(map.RippeControl != 0);
+    ui->StraightLine->SetChecked(map.StraightLine != 0);
+    ui->MotionSync->SetChecked(map.MotionSync != 0);
     showSettings(catalogue.number(info.DriveIndex, "XIn1") != PlainModel);
     ReadDpiRange(info.DriveIndex);
-    ui->sensorDPI->paint(map, stagesOf(info));
-    ui->sensorRate->SetRateVisibility(rateLevelOf(info.DeviceKind));
+    ui->SensorDPI->paint(map, stagesOf(info));
+    ui->SensorRate->SetRateVisibility(rateLevelOf(info.DeviceKind));
     gateByCapability();
 }
 
 void Sensor::paintRate(uint8_t code, bool wired)
 {
-    ui->sensorRate->SetRate(rateIndexOf(code));
+    ui->SensorRate->SetRate(rateIndexOf(code));
     if (wired && tooFastForCable(code))
-        ui->sensorRate->SetRate(Rate1000);
+        ui->SensorRate->SetRate(Rate1000);
 }
 
 void Sensor::offerSmallLod(bool offered)
 {
     if (offered)
-        ui->sensorLOD->AddSmallLod();
+        ui->SensorLOD->AddSmallLod();
     else
-        ui->sensorLOD->RemoveSmallLod();
+        ui->SensorLOD->RemoveSmallLod();
 }
 
 void Sensor::paintMode(const FlashDataMap &map, const DeviceAllInfo &info)
 {
     if (!modeSelectable()) {
-        ui->sensorDPI->SetChoice(0);
+        ui->SensorDPI->SetChoice(0);
         ui->ModelChoose->setEnabled(false);
     } else if (info.Usb || (connectionKind(info.DeviceKind) > 1 && fixesMode(map.ReportRate))) {
         lockMode();
@@ -332,10 +332,10 @@ void Sensor::showSettings(bool shown)
 // Runs after showSettings(): what a sensor cannot do stays hidden, whatever the model shows.
 void Sensor::gateByCapability()
 {
-    ui->sensorLOD->setLodEnabled(capabilities_.LodSupport.contains(SensorName));
-    ui->rippeControl->setVisible(capabilities_.RippleSupport.contains(SensorName));
-    ui->straightLine->setVisible(capabilities_.FixLineSupport.contains(SensorName));
-    ui->motionSync->setVisible(capabilities_.MotionSyncSupport.contains(SensorName));
+    ui->SensorLOD->setLodEnabled(capabilities_.LodSupport.contains(SensorName));
+    ui->RippeControl->setVisible(capabilities_.RippleSupport.contains(SensorName));
+    ui->StraightLine->setVisible(capabilities_.FixLineSupport.contains(SensorName));
+    ui->MotionSync->setVisible(capabilities_.MotionSyncSupport.contains(SensorName));
     const auto all = settings();
     ui->settingsCard->setVisible(
         std::any_of(all.begin(), all.end(), [](const QWidget *widget) { return !widget->isHidden(); }));
@@ -344,8 +344,8 @@ void Sensor::gateByCapability()
 std::array<QWidget *, 12> Sensor::settings() const
 {
     return {ui->TitleButton_3,   ui->label_10,     ui->TitleButton_4, ui->label_11,
-            ui->ModelChoose,     ui->sensorLOD,    ui->Performance,   ui->performanceTip,
-            ui->PerformanceOpen, ui->rippeControl, ui->straightLine,  ui->motionSync};
+            ui->ModelChoose,     ui->SensorLOD,    ui->Performance,   ui->performanceTip,
+            ui->PerformanceOpen, ui->RippeControl, ui->StraightLine,  ui->MotionSync};
 }
 
 // ---- Without a device ---------------------------------------------------------------------------
@@ -353,27 +353,27 @@ std::array<QWidget *, 12> Sensor::settings() const
 void Sensor::SlotFormReset()
 {
     const PageFilling filling(SensorPageBusy);
-    ui->sensorDPI->reset();
+    ui->SensorDPI->reset();
     resetByKind(SelectedDevice::info());
     ui->PerformanceOpen->setCurrentIndex(ResetTimeIndex);
     PerformanceIndex_ = ResetTimeFallback;
-    ui->sensorLOD->SetLod(0);
+    ui->SensorLOD->SetLod(0);
     ui->Performance->setEnabled(true);
     ui->Performance->setChecked(false);
     emit PostMsg::instance()->Sig20KOpen(false);
     ui->PerformanceOpen->setEnabled(false);
-    ui->motionSync->SetChecked(true);
-    ui->straightLine->SetChecked(false);
-    ui->rippeControl->SetChecked(false);
+    ui->MotionSync->SetChecked(true);
+    ui->StraightLine->SetChecked(false);
+    ui->RippeControl->SetChecked(false);
 }
 
 void Sensor::resetByKind(const DeviceAllInfo &info)
 {
     const int level = rateLevelOf(info.DeviceKind);
     if (level >= 0) {
-        ui->sensorRate->SetRateVisibility(level);
+        ui->SensorRate->SetRateVisibility(level);
         setMode(level == 0 ? LowPower : Corded);
-        ui->sensorRate->SetRate(Rate1000);
+        ui->SensorRate->SetRate(Rate1000);
     }
     if (info.Usb)
         setMode(Corded);
@@ -383,8 +383,8 @@ void Sensor::resetByKind(const DeviceAllInfo &info)
 
 void Sensor::SlotAllLanguage(int index)
 {
-    ui->sensorDPI->setTitle(sensorText("DPISetting", index));
-    ui->sensorRate->setTitle(sensorText("ReportRate", index));
+    ui->SensorDPI->setTitle(sensorText("DPISetting", index));
+    ui->SensorRate->setTitle(sensorText("ReportRate", index));
     setTextOf(ui->label_10, sensorText("SensorSetting", index));
     setTextOf(ui->label_11, sensorText("SensorMode", index));
     setTextOf(ui->Performance, sensorText("Performance", index));
@@ -394,9 +394,9 @@ void Sensor::SlotAllLanguage(int index)
         if (!time.isEmpty())
             ui->PerformanceOpen->setItemText(i, time);
     }
-    ui->sensorLOD->SlotAllLanguage(index);
+    ui->SensorLOD->SlotAllLanguage(index);
     for (SwitchPanel *panel :
-         std::initializer_list<SwitchPanel *>{ui->rippeControl, ui->straightLine, ui->motionSync})
+         std::initializer_list<SwitchPanel *>{ui->RippeControl, ui->StraightLine, ui->MotionSync})
         panel->SlotAllLanguage(index);
     setTips(index);
     placeTips();

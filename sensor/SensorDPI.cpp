@@ -284,13 +284,15 @@ void SensorDPI::makePicker()
     ColorPicker_->setOption(QColorDialog::DontUseNativeDialog);
     for (QAbstractButton *button : ColorPicker_->findChild<QDialogButtonBox *>()->buttons())
         button->setIcon(QIcon()); // the program's other buttons have no icons
-    connect(ColorPicker_, &QColorDialog::colorSelected, this, &SensorDPI::SetColor);
+    connect(ColorPicker_, &QColorDialog::colorSelected, this,
+            [this](const QColor &color) { recolor(pickedStage_, color); });
 }
 
 void SensorDPI::barClicked(int stage)
 {
     if (!ColorPicker_)
         makePicker();
+    pickedStage_ = stage;
     ColorPicker_->setCurrentColor(colorOf(row_->color(stage)));
     ColorPicker_->open();
 }
@@ -311,9 +313,10 @@ bool SensorDPI::eventFilter(QObject *, QEvent *event)
     return true;
 }
 
-void SensorDPI::SetColor(QColor color)
+void SensorDPI::SetColor(const QColor &color) { recolor(row_->checkedBar(), color); }
+
+void SensorDPI::recolor(int stage, const QColor &color)
 {
-    const int stage = row_->checkedBar();
     if (!mouseAnswers() || stage < 0)
         return;
     const auto write = [stage, color] {

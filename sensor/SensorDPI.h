@@ -59,7 +59,7 @@ public slots:
     void on_horizontalSliderC_sliderMoved(int position);
     void on_ReduceLevelA_clicked();
     void on_AddLevelA_clicked();
-    void SetColor(QColor color);
+    void SetColor(const QColor &color);
 
     // The names are those of the widgets; a stage may have any colour.
     void on_BlueButton_toggled(bool checked) { stageToggled(0, checked); }
@@ -115,6 +115,7 @@ private:
     void applyStyle();
     void makeGroups();
     void makePicker();
+    void recolor(int stage, const QColor &color);
     void showStage(int stage);
     void takeStage(int stage);
     bool writeExchange(int index) const;
@@ -138,5 +139,6 @@ private:
     QPoint DragOffset_;
     bool ArmWrite_ = false; // false: the slider's next change comes from a selection and is no edit
     QColorDialog *ColorPicker_ = nullptr; // a child, from its first use on
+    int pickedStage_ = 0;                 // whose bar opened it; another may be checked when it ends
     QRect MarkerArea_;
 };

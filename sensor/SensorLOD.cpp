@@ -87,7 +87,7 @@ void SensorLOD::on_LOD_currentIndexChanged(int index)
 {
     if (index < 0)
         return;
-    const LodRow &row = LodRows[std::size_t(firstRow() + index)];
+    const LodRow &row = LodRows[firstRow() + index];
     if (edit(
             SensorPageBusy, ui->LOD, [&row] { return SetLiftOffDistance(row.code); },
             [this] { showIndex(indexOf(lastValue_)); }) != EditResult::Written)

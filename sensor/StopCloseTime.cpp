@@ -23,7 +23,6 @@ StopCloseTime::StopCloseTime(QWidget *parent) : QFrame(parent), ui(std::make_uni
     ui->setupUi(this);
     onFirstShow(this, [this] {
         styleComboBox(ui->StopClose, style::pictureFolder(QStringLiteral("Advanced")));
-        ui->StopClose->setMaxVisibleItems(SleepItems);
     });
 }
 

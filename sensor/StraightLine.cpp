@@ -6,11 +6,11 @@
 
 namespace
 {
-constexpr SwitchRow Row = {"StraightLine_2", "直线修正",           "Angle",
-                           "AngleTips",      {170, 120, 100, 175}, SetStraightLine};
+constexpr SwitchRow AngleSnapRow = {"StraightLine_2", "直线修正",           "Angle",
+                                    "AngleTips",      {170, 120, 100, 175}, SetStraightLine};
 } // namespace
 
-StraightLine::StraightLine(QWidget *parent) : SwitchPanel(Row, parent)
+StraightLine::StraightLine(QWidget *parent) : SwitchPanel(AngleSnapRow, parent)
 {
     QMetaObject::connectSlotsByName(this);
 }

@@ -13,8 +13,8 @@
 namespace
 {
 
-constexpr int TipGap = 4;                              // pixels
-constexpr int TipColumns[] = {0, 1, 1, 2, 3, 3, 3, 3}; // of tipX, by language
+constexpr int CaptionGap = 4;                              // pixels
+constexpr int TipXOfLanguage[] = {0, 1, 1, 2, 3, 3, 3, 3}; // of tipX, by language
 
 } // namespace
 
@@ -62,13 +62,13 @@ void SwitchPanel::SlotAllLanguage(int index)
         ui->button->setAccessibleName(caption);
     }
     setTip(ui->tip, ui->button, text(Section::sensor, row_.tipKey, index));
-    if (index >= 0 && index < int(std::size(TipColumns)))
-        placeTip(row_.tipX[TipColumns[index]]);
+    if (index >= 0 && index < int(std::size(TipXOfLanguage)))
+        placeTip(row_.tipX[TipXOfLanguage[index]]);
 }
 
 // The caption ends where the tip begins.
 void SwitchPanel::placeTip(int x)
 {
     ui->tip->move(x, ui->tip->y());
-    ui->caption->resize(x - TipGap - ui->caption->x(), ui->caption->height());
+    ui->caption->resize(x - CaptionGap - ui->caption->x(), ui->caption->height());
 }

@@ -179,7 +179,7 @@ int main(int argc, char *argv[])
     window.move(100, 80);
     QCursor::setPos(0, 0);
     window.show();
-    const QString folder = arguments[option + 1];
+    const QString &folder = arguments[option + 1];
     const QString failed = gallery ? Gallery(window, folder).run() : Tour(window, folder).run();
     if (!failed.isEmpty())
         std::fprintf(stderr, "The step did not come: %s\n", qPrintable(failed));

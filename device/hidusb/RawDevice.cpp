@@ -33,7 +33,7 @@ struct RawState {
 
 } // namespace
 
-static RawState &current()
+static RawState &rawState()
 {
     static auto *state = new RawState;
     return *state;
@@ -43,24 +43,24 @@ bool openRaw(const char *path)
 {
     std::unique_ptr<ReportPort> port = path != nullptr ? bus().open(path) : nullptr;
     const bool opened = port != nullptr;
-    const std::lock_guard lock(current().mutex);
-    current().device = opened ? std::make_shared<RawDevice>(path, std::move(port)) : nullptr;
+    const std::lock_guard lock(rawState().mutex);
+    rawState().device = opened ? std::make_shared<RawDevice>(path, std::move(port)) : nullptr;
     return opened;
 }
 
 static std::shared_ptr<RawDevice> openedDevice()
 {
-    const std::lock_guard lock(current().mutex);
-    return current().device;
+    const std::lock_guard lock(rawState().mutex);
+    return rawState().device;
 }
 
 // Closes the interface of a device that has gone: an open node keeps its number, and the device would come
 // back under another one.
 static void closeGone(const std::shared_ptr<RawDevice> &gone)
 {
-    const std::lock_guard lock(current().mutex);
-    if (current().device == gone)
-        current().device.reset();
+    const std::lock_guard lock(rawState().mutex);
+    if (rawState().device == gone)
+        rawState().device.reset();
 }
 
 // Size of the next report with this id; 0 when none comes in time. Reports of the interface's other

@@ -27,6 +27,19 @@ const char *const NoticeFiles[] = {"/Language//en.json",     "/Language//zh-CN.j
                                    "/Language/2-German.xml", "/Language/3-Korea.xml",
                                    "/Language/4-Russia.xml", "/Language/5-Japanese.xml"};
 
+// Texts of the language asked for, each of language 0 where that has none.
+template <typename Find> language::Texts withFallback(int index, Find find)
+{
+    const auto &all = tables().languages;
+    language::Texts found = all.isEmpty() ? language::Texts() : find(all.first());
+    if (index <= 0 || index >= all.size())
+        return found;
+    const language::Texts own = find(all.at(index));
+    for (auto each = own.begin(); each != own.end(); ++each)
+        found.insert(each.key(), each.value());
+    return found;
+}
+
 } // namespace
 
 void LoadLanguageTables()
@@ -44,8 +57,8 @@ namespace language
 
 QString text(Section section, const QString &key, int index, Word word)
 {
-    const auto &all = tables().languages;
-    return index >= 0 && index < all.size() ? all.at(index).section(word, section).value(key) : QString();
+    return withFallback(index, [&](const LanguageFile &file) { return file.section(word, section); })
+        .value(key);
 }
 
 QString text(Section section, const char *key, int index, Word word)
@@ -55,8 +68,7 @@ QString text(Section section, const char *key, int index, Word word)
 
 Texts choices(const char *name, int index, Word word, const char *type)
 {
-    const auto &all = tables().languages;
-    return index >= 0 && index < all.size() ? all.at(index).choice(name, word, type) : Texts();
+    return withFallback(index, [&](const LanguageFile &file) { return file.choice(name, word, type); });
 }
 
 QString choice(const char *name, const QString &key, int index, Word word, const char *type)
@@ -64,7 +76,11 @@ QString choice(const char *name, const QString &key, int index, Word word, const
     return choices(name, index, word, type).value(key);
 }
 
-QStringList companyLabels(int index) { return tables().labels.value(index); }
+QStringList companyLabels(int index)
+{
+    const auto &labels = tables().labels;
+    return labels.value(index, labels.value(0));
+}
 
 QString noticeLanguageFile(int index)
 {

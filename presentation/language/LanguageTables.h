@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // All texts of the program by language index. The main thread fills the tables once before another thread
-// starts; after that they are read-only. An unknown key or index gives an empty text.
+// starts; after that they are read-only. A text that a language does not have, and every text of an index
+// that is none, is that of language 0; an unknown key gives an empty text.
 #pragma once
 
 #include "presentation/language/LanguageFile.h"

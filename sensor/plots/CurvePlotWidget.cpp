@@ -138,13 +138,13 @@ void CurvePlotWidget::drawAxes(QPainter &painter) const
         const QPointF at = toPixel({x, YMin_});
         painter.drawLine(at, at + QPointF(0, TickLength));
         painter.drawText(
-            QRectF(at.x() - LabelWidth / 2, at.y() + TickLength + LabelGap, LabelWidth, LabelHeight),
+            QRectF(at.x() - LabelWidth / 2.0, at.y() + TickLength + LabelGap, LabelWidth, LabelHeight),
             Qt::AlignHCenter | Qt::AlignTop, QString::number(int(x)));
     }
     for (const double y : YTicks_) {
         const QPointF at = toPixel({XMin_, y});
         painter.drawLine(at, at - QPointF(TickLength, 0));
-        painter.drawText(QRectF(at.x() - TickLength - LabelGap - LabelWidth, at.y() - LabelHeight / 2,
+        painter.drawText(QRectF(at.x() - TickLength - LabelGap - LabelWidth, at.y() - LabelHeight / 2.0,
                                 LabelWidth, LabelHeight),
                          Qt::AlignRight | Qt::AlignVCenter, QString::number(int(y)));
     }

@@ -130,7 +130,7 @@ Edit Edits[] = {
     {"stage", [](const World &place, bool odd) { place.click(odd ? "RedButton" : "BlueButton"); }},
     {"dpi", [](const World &place, bool odd) { place.click(odd ? "ReduceLevelA" : "AddLevelA"); }},
     {"colour", [](const World &place,
-                  bool odd) { place.find<SensorDPI>("sensorDPI")->SetColor(odd ? Qt::red : Qt::cyan); }},
+                  bool odd) { place.find<SensorDPI>("SensorDPI")->SetColor(odd ? Qt::red : Qt::cyan); }},
     {"count", [](const World &place, bool odd) { place.choose("ChooseEvent", odd ? 6 : 7); }},
 };
 

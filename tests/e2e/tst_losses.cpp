@@ -6,10 +6,13 @@
 #include "environment/DataRoot.h"
 #include "hub/PostMsg.h"
 #include "tests/e2e/Program.h"
+#include "tests/e2e/ProgramSettled.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
+#include <QSlider>
 #include <QTemporaryDir>
+#include <QWindow>
 #include <QtTest>
 
 class tst_losses : public QObject
@@ -103,6 +106,112 @@ private slots:
         program.expect("record and flash agree", [&] { return program.agrees("m1"); });
         QCOMPARE(program.script.run(), QString());
         QCOMPARE(notice.count(), 1);
+    }
+
+    // ---- A slider in the user's hand
+
+    void aSliderThatWasHeldWorksAgain_data()
+    {
+        QTest::addColumn<QByteArray>("page");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("inThePress");
+        const std::pair<const char *, const char *> sliders[] = {
+            {"SensorButton", "horizontalSliderC"}, {"Advanced", "AngleSet"}, {"LightsButton", "LightH"}};
+        for (const auto &[page, name] : sliders)
+            for (const bool inThePress : {false, true})
+                QTest::addRow("%s, lost %s the press", name, inThePress ? "in" : "before")
+                    << QByteArray(page) << QString(name) << inThePress;
+    }
+    void aSliderThatWasHeldWorksAgain()
+    {
+        QFETCH(QByteArray, page);
+        QFETCH(QString, name);
+        QFETCH(bool, inThePress);
+        Program program;
+        Watchdog watchdog;
+        QSignalSpy notice(PostMsg::instance(), SIGNAL(SigMouseOffLineo(int)));
+        QWindow *window = nullptr;
+        QSlider *slider = nullptr;
+        const auto at = [&](int x) {
+            return slider->mapTo(program.window.get(), QPoint(x, slider->height() / 2));
+        };
+        const auto handle = [&] {
+            const int span = slider->maximum() - slider->minimum();
+            return qBound(1, slider->width() * (slider->value() - slider->minimum()) / span + 1,
+                          slider->width() - 2);
+        };
+        const auto writes = [&] {
+            return program.bus.emulated.requestCount("r1", wire::Command::FlashWrite);
+        };
+        const auto lose = [&] {
+            program.order("radio m1 off");
+            program.expect("out of reach", [] { return !UsbFinderC_GetDeviceOnLine(CurrentDevicePath()); });
+        };
+
+        program.open(QStringLiteral("r1"));
+        program.click(page.constData());
+        program.expect("the slider", [&] {
+            slider = windows::visible<QSlider>(name);
+            window = program.window->windowHandle();
+            return slider && slider->isEnabled();
+        });
+        QCOMPARE(program.script.run(), QString());
+        FlashDataMap before = program.bus.record("m1");
+        uint64_t writesBefore = writes();
+        int value = 0;
+
+        if (!inThePress)
+            lose();
+        const int pressed = handle();
+        program.script.step("press", always,
+                            [&] { QTest::mousePress(window, Qt::LeftButton, {}, at(pressed)); });
+        if (inThePress) {
+            program.expect("taken", [&] { return program.agrees("m1"); }); // a press may move it a little
+            program.script.step("as it stands now", always, [&] {
+                before = program.bus.record("m1");
+                writesBefore = writes();
+            });
+            lose();
+        }
+        program.script.step("move", always, [&] { QTest::mouseMove(window, at(slider->width() - 20)); });
+        program.expect("taken back", [&] { return !slider->isEnabled(); });
+        program.script.step("release", always, [&] {
+            value = slider->value();
+            QTest::mouseRelease(window, Qt::LeftButton, {}, at(slider->width() - 20));
+        });
+        program.order("radio m1 on");
+        program.expect("read again", [&] {
+            return slider->isEnabled() && !slider->signalsBlocked() && isGone<UpDataParam>() &&
+                   isGone<MouseOffLine>() && quietState();
+        });
+        program.script.step("pass over it", always, [&] {
+            slider->setMouseTracking(true);
+            for (const int x : {slider->width() - 20, pressed, 5, slider->width() / 2})
+                QTest::mouseMove(window, at(x));
+            slider->setMouseTracking(false);
+        });
+        std::unique_ptr<ProgramSettled> settled;
+        program.script.step("a word behind", always,
+                            [&] { settled = std::make_unique<ProgramSettled>(program.bus, "m1"); });
+        program.expect("settled", [&] { return bool(*settled); });
+        QCOMPARE(program.script.run(), QString());
+        QCOMPARE(slider->value(), value);
+        QVERIFY(sameBytes(program.bus.record("m1"), before));
+        QCOMPARE(writes(), writesBefore);
+        QCOMPARE(notice.count(), name == "horizontalSliderC" ? 0 : 1);
+
+        program.script.step("drag", always, [&] {
+            QTest::mousePress(window, Qt::LeftButton, {}, at(handle()));
+            QTest::mouseMove(window, at(slider->width() / 2));
+            QTest::mouseMove(window, at(slider->width() - 2));
+            QTest::mouseRelease(window, Qt::LeftButton, {}, at(slider->width() - 2));
+        });
+        program.expect("written", [&] {
+            return slider->value() > value && !sameBytes(program.bus.record("m1"), before) &&
+                   program.agrees("m1");
+        });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(!watchdog.barked());
     }
 
     // ---- Changes from outside

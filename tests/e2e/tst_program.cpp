@@ -11,8 +11,10 @@
 #include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
+#include <QCloseEvent>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QWindow>
 #include <QtTest>
 
 namespace
@@ -140,6 +142,31 @@ private slots:
         QCOMPARE(program.script.run(), QString());
         FlashDataMap cached{};
         QVERIFY(ImageCacheRead(name, &cached));
+        QCOMPARE(int(cached.ReportRate), 4);
+    }
+
+    // What the window manager sends for Alt+F4, from the task bar and at the end of a session.
+    void aClosedWindowLetsTheMouseGo()
+    {
+        Program program;
+        program.open(QStringLiteral("r1"));
+        program.click("SensorButton");
+        program.click("Button250HZ");
+        program.expect("250 Hz", [&] { return program.bus.flash("m1").ReportRate == 4; });
+        program.expect("taken charge of",
+                       [&] { return program.bus.emulated.receiver("r1")->driverStatus == 1; });
+        bool accepted = false;
+        program.script.step("close", always, [&] {
+            QCloseEvent close;
+            QCoreApplication::sendEvent(program.window->windowHandle(), &close);
+            accepted = close.isAccepted();
+        });
+        program.expect("let go", [&] { return program.bus.emulated.receiver("r1")->driverStatus == 0; });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY(accepted);
+        QVERIFY(program.window->isHidden());
+        FlashDataMap cached{};
+        QVERIFY(ImageCacheRead(SelectedDevice::imageName(), &cached));
         QCOMPARE(int(cached.ReportRate), 4);
     }
 

@@ -234,9 +234,9 @@ private:
         QCOMPARE(scene.find<QComboBox>("LOD")->count(), model.heights);
         QCOMPARE(isThere("Performance"), model.settings);
         QCOMPARE(isThere("settingsCard"), model.settings);
-        QCOMPARE(isThere("rippeControl"), model.ripple);
-        QCOMPARE(isThere("straightLine"), model.snapping);
-        QCOMPARE(isThere("motionSync"), model.sync);
+        QCOMPARE(isThere("RippeControl"), model.ripple);
+        QCOMPARE(isThere("StraightLine"), model.snapping);
+        QCOMPARE(isThere("MotionSync"), model.sync);
         QCOMPARE(scene.find<QComboBox>("ChooseEvent")->count(), model.stages);
         for (int i = 0; i < 3; ++i)
             QCOMPARE(!scene.rate(4 + i)->isHidden(), i < fastRates(scene.link.kind));

@@ -143,7 +143,8 @@ bool FakeHidUsb::deliver(uint8_t message, uint16_t address, std::vector<uint8_t>
     if (!callback)
         return false;
     const auto length = static_cast<uint32_t>(payload.size());
-    payload.resize(std::max<std::size_t>(payload.size(), 56));
+    // Behind its end stands whatever the buffer held before.
+    payload.resize(std::max<std::size_t>(payload.size(), 56), 0xEE);
     world->protocolRow.post([=] {
         const uint8_t header[8] = {0x08, message, 0, static_cast<uint8_t>(address >> 8),
                                    static_cast<uint8_t>(address & 0xFF)};

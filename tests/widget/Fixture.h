@@ -91,6 +91,33 @@ struct ShippedLooks {
     QApplication application;
 };
 
+// Another language file in the place of the one that ships, which is loaded again at the end.
+class OtherLanguage
+{
+public:
+    explicit OtherLanguage(const QByteArray &json)
+    {
+        QDir(folder_.path()).mkdir(QStringLiteral("Language"));
+        QFile file(folder_.filePath(QStringLiteral("Language/en.json")));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(json);
+        file.close();
+        setApplicationFolder(folder_.path());
+        LoadLanguageTables();
+    }
+    ~OtherLanguage()
+    {
+        setApplicationFolder(shipped_);
+        LoadLanguageTables();
+    }
+    OtherLanguage(const OtherLanguage &) = delete;
+    OtherLanguage &operator=(const OtherLanguage &) = delete;
+
+private:
+    const QString shipped_ = applicationFolder();
+    QTemporaryDir folder_;
+};
+
 // The set-up with everything that ships, the catalogue included, and a home of the test's own.
 struct ShippedHome {
     ShippedHome()
@@ -107,6 +134,19 @@ struct ShippedProduct : private ShippedHome, testmain::WidgetApplication {
         QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
         applySkin();
     }
+};
+
+// While it lives, no language has any text, so what is built in shows.
+struct WithoutTexts {
+    WithoutTexts()
+    {
+        const QString folder = applicationFolder();
+        const QTemporaryDir empty;
+        setApplicationFolder(empty.path());
+        LoadLanguageTables();
+        setApplicationFolder(folder);
+    }
+    ~WithoutTexts() { LoadLanguageTables(); }
 };
 
 // Makes the device at `path` the selected one, with the windows open for input.

@@ -12,6 +12,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <atomic>
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -273,12 +274,22 @@ private slots:
         QCOMPARE(registry.value(registry::RunGroup, applicationName()), QString("/opt/program"));
     }
 
+    // By the catalogue's texts as they stand: "07" is not "7", and a device without a section has no MID.
     void namesTheRegistryValues()
     {
-        QCOMPARE(registry::mouseVersionName(18, 7), QString("MouseVer187"));
+        QVERIFY(write("[Option]\nCID=MTg=\n[Drive1]\nMID=7\n[Drive2]\nMID=07\n"));
+        const ConfigReader reader(path());
+        const DeviceCatalogue catalogue(reader);
+        QCOMPARE(registry::mouseVersionName(catalogue, 0), QString("MouseVer187"));
+        QCOMPARE(registry::mouseVersionName(catalogue, 1), QString("MouseVer1807"));
+        QCOMPARE(registry::mouseVersionName(catalogue, 2), QString("MouseVer18"));
+    }
+
+    void keepsTheRegistryValues()
+    {
         {
             RegistryStore registry(path());
-            registry.setValue(registry::BaseGroup, registry::mouseVersionName(18, 7), "v1.05");
+            registry.setValue(registry::BaseGroup, "MouseVer187", "v1.05");
             registry.setValue(registry::BaseGroup, registry::UpdateFailInfo, "210,1,18,7");
             registry.setValue(registry::BaseGroup, "gone", "x");
             registry.removeValue(registry::BaseGroup, "gone");
@@ -288,6 +299,64 @@ private slots:
         QCOMPARE(again.value(registry::BaseGroup, registry::UpdateFailInfo), QString("210,1,18,7"));
         QCOMPARE(again.value(registry::BaseGroup, "gone"), QString());
         QCOMPARE(again.value(registry::RunGroup, "MouseVer187"), QString());
+    }
+
+    void seesWhatAnotherProcessWrites()
+    {
+        RegistryStore registry(path());
+        registry.setValue(registry::RunGroup, "mine", "1");
+        QVERIFY(registry.flush());
+        QCOMPARE(registry.value(registry::BaseGroup, "MouseVer187"), QString());
+        for (const char *version : {"v1.05", "v1.06"}) { // the same length, within one tick of the clock
+            RegistryStore other(path());
+            other.setValue(registry::BaseGroup, "MouseVer187", version);
+            QVERIFY(other.flush());
+            QCOMPARE(registry.value(registry::BaseGroup, "MouseVer187"), QString(version));
+        }
+        QCOMPARE(registry.value(registry::RunGroup, "mine"), QString("1"));
+        QVERIFY(QFile::remove(path()));
+        QCOMPARE(registry.value(registry::RunGroup, "mine"), QString());
+    }
+
+    void writesOverWhatAnotherProcessWrote()
+    {
+        RegistryStore registry(path());
+        registry.setValue(registry::BaseGroup, "MouseVer187", "v1.05");
+        registry.setValue(registry::BaseGroup, "gone", "x");
+        registry.removeValue(registry::BaseGroup, "gone");
+        QVERIFY(registry.flush());
+        QVERIFY(write("[Mouse%20Drive%20Test]\nMouseVer187=v1.00\ngone=y\n"));
+        registry.setValue(registry::BaseGroup, "MouseVer187", "v1.05");
+        registry.removeValue(registry::BaseGroup, "gone");
+        QVERIFY(registry.flush());
+        QCOMPARE(fileContent(path()), QByteArray("[Mouse%20Drive%20Test]\nMouseVer187=v1.05\n"));
+    }
+
+    // An edit that waits for the disk, or that the disk refused, is newer than the file.
+    void readsItsOwnWaitingEdits()
+    {
+        QVERIFY(write("[Run]\nmine=old\n"));
+        RegistryStore registry(path());
+        auto busy = std::make_unique<FileLock>(path() + ".lock", 0); // as another writer would hold it
+        QVERIFY(busy->isHeld());
+        registry.setValue(registry::RunGroup, "mine", "new");
+        std::atomic<bool> given{false};
+        std::thread writer([&] {
+            registry.flush(); // takes the edit, waits for the lock and gives up
+            given = true;
+        });
+        bool kept = true;
+        while (!given)
+            kept = registry.value(registry::RunGroup, "mine") == "new" && kept;
+        writer.join();
+        QVERIFY(kept);
+        QCOMPARE(registry.value(registry::RunGroup, "mine"), QString("new"));
+        QVERIFY(write("[Run]\nother=1\n"));
+        QCOMPARE(registry.value(registry::RunGroup, "other"), QString("1"));
+        QCOMPARE(registry.value(registry::RunGroup, "mine"), QString("new"));
+        busy.reset();
+        QVERIFY(registry.flush());
+        QCOMPARE(fileContent(path()), QByteArray("[Run]\nmine=new\nother=1\n"));
     }
 
     void movesTheLanguageOnce()

@@ -30,7 +30,7 @@ constexpr RequiredTexts MouseTexts[] = {
     {Section::Settings,
      "DeviceInfo DialogRestore DongleVersion Language MouseVersion OK PairTool Others AutoOpen "
      "Restore WindowSet LabelTip"},
-    {Section::infoTips, "DialogOffline DialogUpdating TimeOut"},
+    {Section::infoTips, "DialogImporting DialogOffline DialogUpdating TimeOut"},
     {Section::key,
      "DebounceTime DialogConfigError DialogDebounceTips DialogEConfigMismatch DialogFireKeyInterval "
      "DialogFireKeyTimes DialogFireKeyTips DialogKeepLeftKey configName Import Export"},

@@ -181,6 +181,22 @@ private slots:
                  QStringLiteral("v1.0A"));
     }
 
+    // As the selection page looks for it.
+    void versionIsStoredUnderTheCataloguesTexts()
+    {
+        QFile catalogue(product.path(QStringLiteral("texts.ini")));
+        QVERIFY(catalogue.open(QIODevice::WriteOnly));
+        catalogue.write("[Option]\nCID=" + ProductFolder::code("018") + "\n[Drive2]\nMID=07\n");
+        catalogue.close();
+        ConfigReader::instance().open(catalogue.fileName());
+        select(1, Receiver8K);
+        deliver(18, 0, {});
+        ConfigReader::instance().open(product.path(QStringLiteral("usersetting/Config.ini")));
+        QCOMPARE(RegistryStore::instance().value(registry::BaseGroup, QStringLiteral("MouseVer01807")),
+                 SelectedDevice::info().MouseVersion);
+        QVERIFY(!SelectedDevice::info().MouseVersion.isEmpty());
+    }
+
     void receiverNotices_data()
     {
         QTest::addColumn<int>("code");
@@ -229,13 +245,34 @@ private slots:
         QCOMPARE(hub->lines, QStringList{"rate 64"});
     }
 
-    void shortBodiesAreNotRead()
+    // A battery of one or two bytes, a status that ends before its last items: what is missing counts as 0.
+    void shortBodiesAreReadAsFarAsTheyGo()
     {
         select(0, Receiver1K);
-        deliver(4, 0, Bytes(3, 9));
-        deliver(10, 0, Bytes(6, 1));
-        QVERIFY(hub->lines.isEmpty());
-        QVERIFY(callNames().isEmpty());
+        deliver(4, 0, Bytes{55, 1, 9, 9});
+        deliver(4, 0, Bytes{54, 1});
+        deliver(4, 0, Bytes{53});
+        QCOMPARE(hub->lines, (QStringList{"battery 1 55 0", "battery 1 54 0", "battery 0 53 0"}));
+        layer.clearCalls();
+        deliver(10, 0, Bytes{1, 1, 0, 0, 0, 1, 1});
+        deliver(10, 0, Bytes{1, 1});
+        deliver(10, 0, Bytes{0, 0, 0, 0, 0, 1});
+        QStringList asked = callNames();
+        asked.removeAll(QStringLiteral("GetDeviceStatusChanged"));
+        QCOMPARE(asked, (QStringList{"UsbServer_ReadCurrentDPI", "UsbServer_ReadReportRate",
+                                     "UsbServer_ReadBatteryLevel", "UsbServer_ReadLedBar",
+                                     "UsbServer_ReadCurrentDPI", "UsbServer_ReadReportRate",
+                                     "UsbServer_ReadLedBar"}));
+    }
+
+    void emptyBodiesAreDropped()
+    {
+        select(0, Receiver1K);
+        deliver(4, 0, {});
+        deliver(10, 0, {});
+        deliver(4, 0, Bytes{55});
+        QCOMPARE(hub->lines, QStringList{"battery 0 55 0"});
+        QCOMPARE(callNames(), QStringList{"GetDeviceBatteryStatus"});
     }
 };
 

@@ -243,6 +243,26 @@ private slots:
         QCOMPARE(asBytes(record), asBytes(result == 0 ? withStages(6) : before()));
     }
 
+    void whatFollowsAnImageIsNotRead_data()
+    {
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("result");
+        QTest::newRow("one byte") << 10484 + 1 << int(ImageAccepted);
+        QTest::newRow("to a whole block") << 12288 << int(ImageAccepted);
+        QTest::newRow("past 64 KB") << 65537 << int(ImageAccepted);
+        QTest::newRow("up to the limit") << ImageFileLimit << int(ImageAccepted);
+        QTest::newRow("past the limit") << ImageFileLimit + 1 << int(ImageUnreadable);
+    }
+    void whatFollowsAnImageIsNotRead()
+    {
+        QFETCH(int, size);
+        writeBytes(path(), soundFile() + QByteArray(size - soundFile().size(), '\xFF'));
+        FlashDataMap record = before();
+        QTEST(int(checkImageFile(path(), Model, &record)), "result");
+        QFETCH(int, result);
+        QCOMPARE(asBytes(record), asBytes(result == ImageAccepted ? withStages(6) : before()));
+    }
+
     void anImageFileThatIsNoFileIsRefused()
     {
         FlashDataMap record{};

@@ -263,22 +263,25 @@ private slots:
         QCOMPARE(companyLabels(0), QStringList("A"));
         LoadLanguageTables(); // takes the place of what was there
         QCOMPARE(text(Section::home, "OnRun", 0), QString("Runs"));
-        QCOMPARE(text(Section::home, "OnRun", 1), QString());
     }
 
     void answersEveryLookUp()
     {
-        write("en.json", R"({"mouse":{"home":{"OnRun":"Runs"}}})");
+        write("en.json", R"({"mouse":{"home":{"OnRun":"Runs"},"LODOptions":[{"value":1,"option":"1 mm"}]}})");
+        write("Net.xml", "<Profile><English><CompanyName>A</CompanyName></English></Profile>");
         LoadLanguageTables();
-        for (const int index : {-1, 1, 7, INT_MAX, INT_MIN}) {
-            QCOMPARE(text(Section::home, "OnRun", index), QString());
-            QCOMPARE(choice("LODOptions", "1", index), QString());
-            QCOMPARE(companyLabels(index), QStringList());
+        for (const int index : {0, -1, 1, 3, 7, INT_MAX, INT_MIN}) { // there is no language but the first
+            QCOMPARE(text(Section::home, "OnRun", index), QString("Runs"));
+            QCOMPARE(choice("LODOptions", "1", index), QString("1 mm"));
+            QCOMPARE(companyLabels(index), QStringList("A"));
+            QCOMPARE(text(Section::home, "unknown", index), QString());
+            QCOMPARE(text(Section::home, "OnRun", index, Word::Keyboard), QString());
+            QCOMPARE(choice("LODOptions", "2", index), QString());
+            QCOMPARE(choices("unknown", index), Texts());
+            QCOMPARE(choices("LODOptions", index, Word::Keyboard), Texts());
         }
-        QCOMPARE(text(Section::home, "unknown", 0), QString());
-        QCOMPARE(text(Section::home, "OnRun", 0, Word::Keyboard), QString());
-        QCOMPARE(choices("unknown", 0), Texts());
-        QCOMPARE(choices("LODOptions", 0, Word::Keyboard), Texts());
+        write("Net.xml", "<Profile/>");
+        LoadLanguageTables();
         QCOMPARE(companyLabels(0), QStringList());
     }
 

@@ -121,18 +121,24 @@ private slots:
         QCOMPARE(int(offlineTileAction(version, mouseIsNew, receiverIsNew)), decision);
     }
 
-    void silentTwin()
+    void liveTwin()
     {
         std::vector<DeviceAllInfo> twins = {device(Receiver1K, 0), device(Receiver8K, 0)};
-        QVERIFY(isSilentTwin(twins, 1, {true, false}));
-        QVERIFY(isSilentTwin(twins, 0, {false, true}));
-        QVERIFY(!isSilentTwin(twins, 0, {true, false}));
-        QVERIFY(!isSilentTwin(twins, 1, {false, true}));
-        QVERIFY(!isSilentTwin(twins, 1, {false, false}));
-        QVERIFY(!isSilentTwin(twins, 2, {true, false}));
+        twins[0].Online = true;
+        twins[1].Online = false;
+        QVERIFY(hasLiveTwin(twins, 1));
+        QVERIFY(!hasLiveTwin(twins, 0));
+        QVERIFY(!hasLiveTwin(twins, 2));
+        QVERIFY(!hasLiveTwin(twins, -1));
+        twins[1].Online = true;
+        QVERIFY(hasLiveTwin(twins, 0));
         twins[1].Mid = 7;
-        QVERIFY(!isSilentTwin(twins, 1, {true, false}));
-        QVERIFY(!isSilentTwin({device(Receiver1K, 0)}, 0, {false, true}));
+        QVERIFY(!hasLiveTwin(twins, 0));
+        twins[1].Mid = twins[0].Mid;
+        twins[1].Cid = 19;
+        QVERIFY(!hasLiveTwin(twins, 0));
+        twins.pop_back();
+        QVERIFY(!hasLiveTwin(twins, 0));
     }
 };
 

@@ -2,15 +2,46 @@
 // SPDX-License-Identifier: MIT
 //
 // The device page's frame: the column that leads to its pages, the battery, the connection, the background.
+#include "device/ImageCache.h"
+#include "environment/DataRoot.h"
+#include "presentation/Notices.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/app/MainWindow.h"
 
+#include <QGraphicsEffect>
 #include <QLabel>
 #include <QProgressBar>
 
 class tst_DevicePage : public MainWindow
 {
     Q_OBJECT
+
+private:
+    QWidget *strip() const { return dialog()->findChild<QWidget *>("offlineStrip"); }
+    // The strip, and with it the dimmed state of the device.
+    bool isAway() const
+    {
+        const bool told = !strip()->isHidden();
+        for (const char *name : {"label_4", "BatteryButtonC", "progressBar", "label_2", "label"})
+            if (bool(dialog()->findChild<QWidget *>(name)->graphicsEffect()) != told)
+                qFatal("%s differs from the strip", name);
+        return told;
+    }
+    // The only tile is clicked.
+    void openOffline()
+    {
+        fake.setDevices({fixture::device("away", 7, Receiver8K, false)});
+        fake.changeUsb();
+        QTRY_VERIFY(fake.idle());
+        QTRY_VERIFY(tileOfAway());
+        tileOfAway()->click();
+    }
+    QToolButton *tileOfAway() const
+    {
+        const auto &tiles = window->findChild<DialogChange *>()->attached().tiles();
+        const bool listed = tiles.size() == 1 && tiles.front().DevicePath == "away";
+        return listed ? window->findChild<QToolButton *>("btn0") : nullptr;
+    }
 
 private slots:
     void init() { begin(); }
@@ -94,6 +125,83 @@ private slots:
         QVERIFY(icon->styleSheet().contains("OnLineUsb.png"));
         emit PostMsg::instance()->SigIsUsb(false, false);
         QVERIFY(icon->styleSheet().contains("OnLineWifi.png"));
+    }
+
+    // ---- A mouse that is off line
+
+    void anOfflineMouseIsToldInTheHead_data()
+    {
+        QTest::addColumn<bool>("cached");
+        QTest::newRow("without an image") << false;
+        QTest::newRow("from its cached image") << true;
+    }
+    void anOfflineMouseIsToldInTheHead()
+    {
+        QFETCH(bool, cached);
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigBattery(true, 55, true); });
+        QVERIFY(!isAway());
+        const QString image = imageFileName(fixture::Cid, 7);
+        if (cached)
+            ImageCacheWrite(image, FlashDataMap{});
+        else
+            QFile::remove(dataRoot() + "/Device_Info/" + image);
+        openOffline();
+        QTRY_VERIFY(fake.connected() && fake.idle());
+        QTRY_VERIFY(isAway());
+        QCOMPARE(strip()->findChild<QLabel *>("offlineText")->text(),
+                 QString("The mouse is offline. Move it to wake it up."));
+        QCOMPARE(dialog()->findChild<QLabel *>("label_2")->text(), QString());
+        QCOMPARE(dialog()->findChild<QProgressBar *>("progressBar")->value(), 0);
+        QVERIFY(dialog()->findChild<QLabel *>("label")->isHidden());
+        QVERIFY(!QApplication::activeModalWidget());
+        fake.setOnline("away", true); // the watch finds it
+        QTRY_VERIFY(!isAway());
+    }
+
+    void theStripStandsBesideTheConnection()
+    {
+        openOffline();
+        QTRY_VERIFY(isAway());
+        const QRect place = strip()->geometry();
+        QCOMPARE(place.right(), 719);
+        QVERIFY(place.left() > 153);
+        QCOMPARE(place.center().y(), dialog()->findChild<QLabel *>("label_4")->geometry().center().y());
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(strip()->geometry(), place);
+    }
+
+    void aMouseThatIsLostIsToldUntilItAnswers()
+    {
+        openDevicePage();
+        bool told = false;
+        fixture::whenModal<MouseOffLine>([&](MouseOffLine *notice) {
+            told = true;
+            notice->on_CloseButton_clicked();
+        });
+        emit PostMsg::instance()->SigMouseOffLineo(0);
+        QVERIFY(isAway());
+        QTRY_VERIFY(told);
+        QVERIFY(isAway());
+        emit PostMsg::instance()->SigCloseOffOnline();
+        QVERIFY(!isAway());
+    }
+
+    void theNextDeviceIsToldByItself()
+    {
+        DeviceAllInfo selected = fixture::info("dev", Receiver8K);
+        for (const bool online : {false, true}) {
+            selected.Online = online;
+            emit PostMsg::instance()->SigSelectMouseInfo(selected);
+            QCOMPARE(isAway(), !online);
+        }
+        // A stale watch for the device before does not count.
+        AwaitingMouse = true;
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigForm(); });
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(!isAway());
+        SelectedDevice::setOnline(false);
+        fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigForm(); });
+        QTRY_VERIFY(isAway());
     }
 
     void aPageBringsTheBackgroundBack()

@@ -11,6 +11,7 @@
 #include "sensor/Advanced.h"
 #include "sensor/StopCloseTime.h"
 #include "tests/support/TestMain.h"
+#include "tests/widget/app/Wheel.h"
 #include "tests/widget/sensor/SensorFixture.h"
 
 #include <QColorDialog>
@@ -543,6 +544,22 @@ private slots:
                 expectWritten(row);
             }
         }
+    }
+
+    void aWheelWritesNothing_data() { eachRow(); }
+    void aWheelWritesNothing()
+    {
+        QFETCH(int, index);
+        const Row &row = rows[std::size_t(index)];
+        open(row);
+        const QStringList before = state();
+        for (const int notches : {1, -2, 1})
+            turnWheel(control(row), notches);
+        QCOMPARE(state(), before);
+        expectNothingWritten(row);
+        QVERIFY(fake.calls().empty());
+        act(row);
+        expectWritten(row);
     }
 
     // ---- The sliders across a loss of the mouse

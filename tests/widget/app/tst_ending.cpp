@@ -10,8 +10,10 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
+#include <QCloseEvent>
 #include <QStackedWidget>
 #include <QToolButton>
+#include <QWindow>
 
 class tst_Ending : public QObject
 {
@@ -152,6 +154,56 @@ private slots:
         QCOMPARE(keptAtChange, 64);
         QCOMPARE(keptWhenLetGo, 64);
         QVERIFY(window->isHidden());
+    }
+
+    // Alt+F4, the task bar and the end of a session close the window itself.
+    void aCloseOfTheWindowIsTheButtons_data()
+    {
+        QTest::addColumn<bool>("onDevicePage");
+        QTest::addColumn<bool>("minimised");
+        for (const bool onDevicePage : {false, true})
+            for (const bool minimised : {false, true})
+                QTest::addRow("%s page%s", onDevicePage ? "device" : "selection",
+                              minimised ? ", minimised" : "")
+                    << onDevicePage << minimised;
+    }
+    void aCloseOfTheWindowIsTheButtons()
+    {
+        QFETCH(bool, onDevicePage);
+        QFETCH(bool, minimised);
+        if (onDevicePage)
+            openDevicePage();
+        if (minimised)
+            window->showMinimized();
+        fake.clearCalls();
+        int keptWhenLetGo = -1;
+        bool closedAgain = false;
+        fake.setHook([&](const std::string &call) {
+            if (call == "UsbServer_SetPCDriverStatus")
+                keptWhenLetGo = keptRate();
+            if (call == "StopUsbChanged")
+                QTimer::singleShot(0, window.get(), [&] { // an impatient user
+                    window->close();
+                    closedAgain = true;
+                });
+        });
+        QCloseEvent close;
+        QCoreApplication::sendEvent(window->windowHandle(), &close);
+        QVERIFY(close.isAccepted()); // a refusal would stop the end of the session
+        QVERIFY(window->isHidden());
+        QVERIFY(closedAgain);
+        QCOMPARE(calls(), (QStringList{"UsbServer_SetPCDriverStatus 0", "StopUsbChanged", "UsbServer_Exit"}));
+        QCOMPARE(keptWhenLetGo, onDevicePage ? 64 : -1);
+        QCOMPARE(keptRate(), keptWhenLetGo);
+    }
+
+    void theFormsButtonClosesLikeTheOthers()
+    {
+        openDevicePage();
+        window->on_pushButton_clicked();
+        QVERIFY(window->isHidden());
+        QCOMPARE(keptRate(), 64);
+        QCOMPARE(calls(), (QStringList{"UsbServer_SetPCDriverStatus 0", "StopUsbChanged", "UsbServer_Exit"}));
     }
 
     void hidingKeepsNoImage()

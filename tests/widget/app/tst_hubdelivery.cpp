@@ -7,10 +7,12 @@
 #include "device/Worker.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
+#include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/app/Emitter.h"
 
+#include <QRegularExpression>
 #include <QSet>
 
 namespace
@@ -343,6 +345,19 @@ private slots:
         while (!emitter.returned || watch.reached.size() < int(wanted.size()))
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
         QVERIFY(wentOn);
+    }
+
+    // By SIGNAL and SLOT. A call behind a connection is none.
+    void receiversConnectByName()
+    {
+        const QRegularExpression byPointer(QStringLiteral("\\bconnect\\([^;]*?&PostMsg::\\w+"));
+        const QRegularExpression byName(QStringLiteral("\\bconnect\\([^;]*?SIGNAL\\(Sig"));
+        QVERIFY(
+            byPointer.match(QStringLiteral("connect(PostMsg::instance(),\n &PostMsg::SigForm")).hasMatch());
+        QVERIFY(!byPointer.match(QStringLiteral("connect(a, b); follow(&PostMsg::SigForm)")).hasMatch());
+        const QString sources = programSources();
+        QCOMPARE(byPointer.match(sources).captured(), QString());
+        QVERIFY(sources.count(byName) > 40);
     }
 
     void onTheMainThreadReceiversRunInTheCall()

@@ -197,6 +197,8 @@ private slots:
             QVERIFY(dialog->findChild<QToolButton *>(way)->isVisible());
             check(&window);
         }
+        for (const QComboBox *box : window.findChildren<QComboBox *>())
+            QVERIFY2(box->maxVisibleItems() == 5, qPrintable(place(box)));
         QTRY_VERIFY(fake.idle());
     }
 

@@ -95,8 +95,14 @@ private slots:
         QFETCH(QString, by);
         QFETCH(bool, takesCharge);
         openDevicePage();
+        int shownFirst = 0; // the window is there before the device hears of it
+        fake.setHook([&](const std::string &call) {
+            if (call == "UsbServer_SetPCDriverStatus" && window->isVisible() && iconWindow())
+                ++shownFirst;
+        });
         for (int round = 0; round < 2; ++round) { // the icon works each time, and once
             hide();
+            shownFirst = 0;
             if (by == "click")
                 QTest::mouseClick(iconWindow(), Qt::LeftButton);
             else if (by == "double")
@@ -106,7 +112,9 @@ private slots:
             QVERIFY(window->isVisible());
             QTRY_VERIFY(!iconWindow());
             QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), takesCharge ? 1 : 0);
+            QCOMPARE(shownFirst, takesCharge ? 1 : 0);
         }
+        fake.setHook(nullptr);
         QTRY_VERIFY(fake.idle());
     }
 

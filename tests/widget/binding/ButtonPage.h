@@ -12,6 +12,7 @@
 
 #include <QButtonGroup>
 #include <QStackedWidget>
+#include <cstring>
 
 struct Row {
     int button;
@@ -140,6 +141,14 @@ private:
         return form.findChild<QStackedWidget *>(stack)->currentWidget()->objectName();
     }
 };
+
+inline void nameMacro(MacroBlock *block, const char *name)
+{
+    block->NameLength = uint8_t(qstrlen(name));
+    std::memcpy(block->Name, name, qstrlen(name));
+    block->EventCount = 1;
+    block->Events[0].Code.set(0x04);
+}
 
 // A test of the page, with a new page for each function.
 class ButtonPageTest : public QObject

@@ -17,14 +17,6 @@ namespace
 
 bool same(const FlashDataMap &a, const FlashDataMap &b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
-void nameMacro(MacroBlock *block, const char *name)
-{
-    block->NameLength = uint8_t(qstrlen(name));
-    std::memcpy(block->Name, name, qstrlen(name));
-    block->EventCount = 1;
-    block->Events[0].Code.set(0x04);
-}
-
 } // namespace
 
 class tst_ButtonBinding : public ButtonPageTest
@@ -278,15 +270,88 @@ private slots:
         QVERIFY(closed.isTaken());
     }
 
+    // A mark checks the row of the last left button while the functions of another row are open.
+    void aMarkDoesNotOpenTheLastLeftButton_data()
+    {
+        QTest::addColumn<QString>("function");
+        for (const char *function : {"DPI_5", "MidKey", "DPI_6", "macro"})
+            QTest::newRow(function) << function;
+    }
+    void aMarkDoesNotOpenTheLastLeftButton()
+    {
+        QFETCH(QString, function);
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[7] = {6, 7, 254};
+        nameMacro(&map.MacroBlocks[7], "Burst");
+        page().show(map);
+        page().click("RightKey");
+        page().click("Number1");
+        QCOMPARE(page().shownPage(), "page");
+        QCOMPARE(page().checkedCaption(), "FireKey");
+        QCOMPARE(page().shownPanel(), "page_9");
+        const notice::NextAnswer<LeftButtonOnly> closed(false);
+        if (function == "DPI_6")
+            fixture::whenModal<FireKey>([](FireKey *dialog) { dialog->on_NewHong_clicked(); });
+        if (function == "macro")
+            page().form.slotButtonClicked("Burst");
+        else
+            page().click(function);
+        QVERIFY(closed.isTaken());
+        QVERIFY(same(DeviceRecord::copy(), map));
+        QVERIFY(updates() == 0);
+        QCOMPARE(page().button("FireKey")->text(), "Left button");
+        QCOMPARE(page().checkedCaption(), "");
+    }
+
+    void theLastLeftButtonTakesNothingFromElsewhere()
+    {
+        const FlashDataMap before = DeviceRecord::copy();
+        const notice::NextAnswer<LeftButtonOnly> first(false), second(false);
+        QVERIFY(!page().form.SetMediaAction(0, 0x23));
+        QVERIFY(!page().form.SetComboAction(0, "A"));
+        QVERIFY(first.isTaken() && second.isTaken());
+        QVERIFY(same(DeviceRecord::copy(), before));
+        QVERIFY(page().form.SetComboAction(1, "A"));
+    }
+
+    void aLeftButtonThatBecomesTheLastOneIsKept()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[8] = {1, 1, 0};
+        page().show(map);
+        page().click("FireKey");
+        map.KeyBindings[8] = {7, 0, 0};
+        page().show(map); // a new read arrives
+        const notice::NextAnswer<LeftButtonOnly> closed(false);
+        page().click("MidKey");
+        QVERIFY(closed.isTaken());
+        QVERIFY(same(DeviceRecord::copy(), map));
+    }
+
     // ---- Macros
 
+    void withoutMacrosThereIsANotice_data()
+    {
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("bound");
+        QTest::newRow("a function") << "RightKey"
+                                    << "RightKey_3";
+        QTest::newRow("one with a panel") << "BackMusic"
+                                          << "DPI_7 VolumeUp_8";
+        QTest::newRow("none") << "Button12"
+                              << "DPI_5";
+    }
     void withoutMacrosThereIsANotice()
     {
-        page().click("RightKey");
+        QFETCH(QString, caption);
+        page().click(caption);
+        QTEST(page().checkedWidgets(), "bound");
         const notice::NextAnswer<MakeMacro> confirmed(true);
         page().click("DPI_10");
         QVERIFY(confirmed.isTaken());
         QCOMPARE(page().shownPanel(), "page_9");
+        QTEST(page().checkedWidgets(), "bound"); // not the function that was not taken
+        QCOMPARE(page().checkedCaption(), caption);
         QVERIFY(updates() == 0);
     }
 

@@ -38,6 +38,49 @@ private slots:
     }
     void cleanup() { end(); }
 
+    // ---- Another device
+
+    void anotherDeviceBeginsWithTheDefaults()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[1] = {6, 1, 1};
+        qstrncpy(map.MacroBlocks[1].Name, "Reload", MacroNameSize);
+        page().show(map);
+        tellProfiles(3, 1, true);
+        QCOMPARE(page().button("RightKey")->text(), "Macro: Reload");
+        QVERIFY(page().button("Button12")->isVisible() && page().button("Number12")->isVisible());
+
+        emit PostMsg::instance()->SigSelectMouseInfo(fixture::info("other", Receiver8K, 1)); // six buttons
+        const char *const plain[] = {"Left button",    "Right button", "Middle button",
+                                     "Forward button", "Back button",  "Next DPI stage"};
+        for (int row = 0; row < 12; ++row) {
+            const Row &each = ButtonPageRows[row];
+            QCOMPARE(page().button(each.caption)->isVisible(), each.button < 6);
+            QCOMPARE(page().button(each.marker)->isVisible(), each.button < 6);
+            if (each.button < 6)
+                QCOMPARE(page().button(each.caption)->text(), plain[row]);
+        }
+        QCOMPARE(profileNames(), QStringList("Profile 1"));
+        QVERIFY(!profiles()->isEnabled());
+        QVERIFY(!ButtonPageBusy);
+        QVERIFY(FakeHidUsb::instance().updates().empty());
+    }
+
+    void theSameDeviceKeepsItsRows()
+    {
+        emit PostMsg::instance()->SigSelectMouseInfo(fixture::info("dev", Receiver8K));
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[1] = {1, 4, 0};
+        page().show(map);
+        const QStringList before = page().captions();
+        emit PostMsg::instance()->SigSelectMouseInfo(fixture::info("dev", Receiver8K));
+        QCOMPARE(page().captions(), before);
+        DeviceAllInfo another = fixture::info("dev", Receiver8K); // another mouse behind the same receiver
+        another.Mid = 9;
+        emit PostMsg::instance()->SigSelectMouseInfo(another);
+        QCOMPARE(page().button("RightKey")->text(), "Right button");
+    }
+
     // ---- Profiles
 
     void profilesAreNamedByTheirNumber()
@@ -91,9 +134,12 @@ private slots:
     void anotherLanguageKeepsTheProfile()
     {
         tellProfiles(4, 2, true);
-        page().setLanguage(1);
-        QCOMPARE(profileNames(), QStringList({"1", "2", "3", "4"}));
-        QCOMPARE(profiles()->currentIndex(), 2);
+        {
+            const fixture::WithoutTexts bare;
+            page().setLanguage(0);
+            QCOMPARE(profileNames(), QStringList({"1", "2", "3", "4"}));
+            QCOMPARE(profiles()->currentIndex(), 2);
+        }
         page().setLanguage(0);
         QCOMPARE(profiles()->currentText(), "Profile 3");
     }

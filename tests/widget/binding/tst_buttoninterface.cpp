@@ -5,6 +5,7 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
+#include "binding/ButtonList.h"
 #include "device/ImageCache.h"
 
 #include <QComboBox>
@@ -79,6 +80,36 @@ private slots:
                  QStringList({"Left button", "Right button", "Middle button", "Forward button", "Back button",
                               "Next DPI stage", "DPI+", "DPI-", "Switch report rate", "Switch report rate",
                               "Rapid fire", "Disabled"}));
+    }
+
+    void aButtonThatDoesNotExistIsNotShown()
+    {
+        const FlashDataMap map = ButtonPage::plainRecord();
+        page().show(map);
+        const QStringList before = page().captions();
+        for (const int button : {-1, 12, 15, 16, 1000, INT_MIN, INT_MAX}) {
+            QVERIFY(!ButtonList::rowOf(button));
+            page().form.ShowBinding(button, 7, 0, 0, map);
+            QCOMPARE(page().captions(), before);
+        }
+        QCOMPARE(ButtonList::rowOf(4).value_or(99), std::size_t(3)); // the fourth row
+        page().form.ShowBinding(4, 7, 0, 0, map);
+        QCOMPARE(page().captions()[3], "Switch report rate");
+    }
+
+    void theSensorsCodesAreReadWithThePage()
+    {
+        end();
+        QFile header(applicationFolder() + "/driver_sensor.h");
+        QVERIFY(header.open(QIODevice::WriteOnly));
+        header.write("#define SENSOR_3395_DPI_400\t0x55\n");
+        header.close();
+        begin();
+        QVERIFY(header.remove());
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[0] = {10, 0x55, 0};
+        page().show(map);
+        QVERIFY2(page().captions()[0].contains("400"), qPrintable(page().captions()[0]));
     }
 
     void aButtonAboveTheModelsKeepsItsCaption()
@@ -190,16 +221,21 @@ private slots:
             QCOMPARE(page().button(name)->text(), text);
     }
 
-    // Language 1 has no table here, so the built-in texts come back.
+    // Without texts the built-in ones come back.
     void anotherLanguageShowsOtherCaptions()
     {
         DeviceRecord::edit([](FlashDataMap &map) { map = ButtonPage::plainRecord(); });
         MouseOnline = true;
         page().show(ButtonPage::plainRecord());
-        page().setLanguage(1);
-        QCOMPARE(page().button("FireKey")->text(), QString::fromUtf8("左键"));
-        QCOMPARE(page().button("StartPause")->text(), QString::fromUtf8("前进键"));
-        QCOMPARE(page().button("Mute")->text(), QString::fromUtf8("停止播放"));
+        {
+            const fixture::WithoutTexts bare;
+            page().setLanguage(0);
+            QCOMPARE(page().button("FireKey")->text(), QString::fromUtf8("左键"));
+            QCOMPARE(page().button("StartPause")->text(), QString::fromUtf8("前进键"));
+            QCOMPARE(page().button("Mute")->text(), QString::fromUtf8("停止播放"));
+        }
+        page().setLanguage(3);
+        QCOMPARE(page().button("FireKey")->text(), "Left button");
         page().setLanguage(0);
         QCOMPARE(page().button("FireKey")->text(), "Left button");
         QVERIFY(FakeHidUsb::instance().updates().empty());

@@ -131,6 +131,29 @@ private slots:
         QCOMPARE(page().checkedCaption(), "StartPause");
     }
 
+    void aMarkTurnsTheOpenFunctionsToItsRow()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[8] = {1, 1, 0}; // so the first may be changed
+        page().show(map);
+        page().click("RightKey");
+        page().click("DPI_12");
+        const struct {
+            const char *marker, *caption, *panel, *checked;
+        } rows[] = {{"Number7", "Button7", "page_7", "DPI_7 VolumeUp_9"},
+                    {"Number1", "FireKey", "page_9", "LeftKey_3"}};
+        for (const auto &row : rows) {
+            page().click(row.marker);
+            QCOMPARE(page().shownPage(), "page_2");
+            QCOMPARE(page().checkedCaption(), row.caption);
+            QCOMPARE(page().shownPanel(), row.panel);
+            QCOMPARE(page().checkedWidgets(), row.checked);
+        }
+        page().click("MidKey");
+        QCOMPARE(int(DeviceRecord::copy().KeyBindings[0].First), 4);
+        QCOMPARE(int(DeviceRecord::copy().KeyBindings[1].First), 2);
+    }
+
     void theModelsButtonsAreTheRows()
     {
         SelectedDevice::set(fixture::info("dev", Receiver8K, 1));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // A button of the binding page that is opened: what stands checked, which panel shows, and the way back.
+#include "tests/support/ButtonActions.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
@@ -83,6 +84,59 @@ private slots:
         QVERIFY(FakeHidUsb::instance().updates().empty());
     }
 
+    // While the kept image of an off-line mouse shows, the process's record may be another mouse's.
+    void aButtonOpensOnTheRecordThatShows_data()
+    {
+        QTest::addColumn<bool>("byWorker");
+        QTest::newRow("by the worker") << true;
+        QTest::newRow("behind the wait") << false;
+    }
+    void aButtonOpensOnTheRecordThatShows()
+    {
+        QFETCH(bool, byWorker);
+        FlashDataMap kept = ButtonPage::plainRecord();
+        kept.KeyBindings[4] = kept.KeyBindings[3] = {5, 0, 0};
+        kept.KeySequences[4] = pressAndRelease(0xE9);
+        kept.KeySequences[3].Count.set(2);
+        kept.KeySequences[3].Events[0].Kind = 1;
+        kept.KeyBindings[7] = {6, 7, 254};
+        nameMacro(&kept.MacroBlocks[7], "Burst");
+        FlashDataMap other = ButtonPage::plainRecord();
+        other.KeySequences[3] = pressAndRelease(0xE9);
+        other.KeyBindings[6] = {6, 6, 254};
+        nameMacro(&other.MacroBlocks[6], "Other");
+        DeviceRecord::edit([&](FlashDataMap &record) { record = other; });
+        if (byWorker)
+            fixture::emitOnOtherThread([&] { emit PostMsg::instance()->SigUpDataLightUIButton(kept); });
+        else
+            emit PostMsg::instance()->SigUpDataButtonUIC(kept);
+        emit PostMsg::instance()->SigAddMacroButton(); // the page is entered
+        const struct {
+            const char *caption, *panel, *checked;
+        } rows[] = {{"StartPause", "page_3", "DPI_12 VolumeDown"},
+                    {"TopMusic", "page_9", "DPI_8"},
+                    {"Button8", "page_5", "DPI_10"}};
+        for (const auto &row : rows) {
+            page().click(row.caption);
+            QCOMPARE(page().shownPanel(), row.panel);
+            QCOMPARE(page().checkedWidgets(), row.checked);
+            page().leave();
+        }
+        const auto macros = page().form.findChild<QWidget *>("page_5")->findChildren<ActionButton *>();
+        QStringList offered;
+        for (const ActionButton *macro : macros)
+            if (!macro->isHidden())
+                offered << macro->text() + (macro->isChecked() ? " checked" : "");
+        QCOMPARE(offered, QStringList("Burst checked"));
+        QVERIFY(FakeHidUsb::instance().updates().empty());
+        // What is written is shown, too.
+        page().click("RightKey");
+        page().form.slotButtonClicked("Burst");
+        QCOMPARE(page().button("RightKey")->text(), "Macro: Burst");
+        page().click("RightKey");
+        QCOMPARE(page().shownPanel(), "page_5");
+    }
+
     // The button's caption stands above its functions, also when it changes.
     void theTitleFollowsTheCaption()
     {
@@ -91,8 +145,11 @@ private slots:
         page().click("RightKey");
         const auto *const title = page().form.findChild<QLabel *>("FunctionsTitle");
         QCOMPARE(title->text(), "Button 2: Right button");
-        page().setLanguage(1);
-        QCOMPARE(title->text(), QString::fromUtf8("Button 2: 右键"));
+        {
+            const fixture::WithoutTexts bare;
+            page().setLanguage(0);
+            QCOMPARE(title->text(), QString::fromUtf8("Button 2: 右键"));
+        }
         page().setLanguage(0);
         FlashDataMap map = ButtonPage::plainRecord();
         map.KeyBindings[1] = {9, 0, 0};

@@ -193,6 +193,35 @@ private slots:
         QCOMPARE(spinBox(wanted)->value(), slider(wanted)->value());
     }
 
+    // A slider that is moved takes no further step before the mouse has answered.
+    void aMovedSliderIsDisabledWhileTheMouseIsAsked_data() { eachSlider(); }
+    void aMovedSliderIsDisabledWhileTheMouseIsAsked()
+    {
+        QFETCH(int, index);
+        const SliderCase &wanted = Sliders[index];
+        paint(recordWith(wanted.mode, 16, 1, 1));
+        page->activateWindow();
+        QTRY_VERIFY(page->isActiveWindow());
+        QSlider *const moved = slider(wanted);
+        moved->setFocus();
+        QWindow *const window = page->windowHandle();
+        const auto at = [&](int x) { return moved->mapTo(page.get(), QPoint(x, moved->height() / 2)); };
+        QList<bool> enabled;
+        fake.setHook([&](const std::string &) { enabled << moved->isEnabled(); });
+        QTest::mousePress(window, Qt::LeftButton, {}, at(1));
+        for (const int x : {moved->width() / 2, moved->width()}) {
+            enabled.clear();
+            QTest::mouseMove(window, at(x));
+            QVERIFY(enabled.size() > 1);
+            QVERIFY(!enabled.first());
+            QVERIFY(enabled.last()); // the write, which asks again
+            QVERIFY(moved->isEnabled() && moved->isSliderDown() && moved->hasFocus());
+        }
+        fake.setHook(nullptr);
+        QTest::mouseRelease(window, Qt::LeftButton, {}, at(moved->width()));
+        QCOMPARE(int(DeviceRecord::copy().*wanted.field), storedValue(wanted, wanted.most));
+    }
+
     // ---- What a record shows --------------------------------------------------------------------
 
     void showsEveryMode()

@@ -32,7 +32,22 @@ private slots:
             QCOMPARE(MouseNameFromBit(bit), QString());
     }
 
-    // Language 1 has no table here.
+    void mouseButtonsAreNamelessWithoutALanguage()
+    {
+        const Macro page;
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(MouseNameFromBit(1), QString("Left button"));
+        {
+            const fixture::OtherLanguage none("no language");
+            emit PostMsg::instance()->SigAllLanguage(0);
+            for (const int bit : bits)
+                QCOMPARE(MouseNameFromBit(bit), QString());
+        }
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(MouseNameFromBit(1), QString("Left button"));
+    }
+
+    // A name that the language lacks has a default.
     void mouseButtonsFollowTheLanguage()
     {
         const Macro page;
@@ -40,11 +55,11 @@ private slots:
                                      "Forward button"};
         emit PostMsg::instance()->SigAllLanguage(0);
         namesAre(english);
-        emit PostMsg::instance()->SigAllLanguage(1);
-        namesAre({"左键", "右键", "中键", "后退键", "前进键"});
-        QCOMPARE(KeyNameFromCodeText("0x08", 4), QString("后退键")); // a macro's file holds the code
+        const fixture::OtherLanguage other(R"({"mouse": {"macro": {"InsertEventOptions":
+            [{"command": 2, "option": "Linke Taste"}]}}})");
         emit PostMsg::instance()->SigAllLanguage(0);
-        namesAre(english);
+        namesAre({"Linke Taste", "右键", "中键", "后退键", "前进键"});
+        QCOMPARE(KeyNameFromCodeText("0x08", 4), QString("后退键")); // a macro's file holds the code
     }
 };
 

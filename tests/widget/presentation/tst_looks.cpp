@@ -91,8 +91,8 @@ private slots:
         QTest::newRow("combo list") << style::comboList(c).left(
                                            style::comboList(c).indexOf("QListView::item:selected{color"))
                                     << "QListView::item:selected{background-color: "
-                                       "rgb(255,0,0;);}QListView::item:hover{background-color: "
-                                       "rgb(255,0,0;);}";
+                                       "rgb(255,0,0);}QListView::item:hover{background-color: "
+                                       "rgb(255,0,0);}";
         QTest::newRow("section title") << style::sectionTitle(p, "TitleButton_2")
                                        << "#TitleButton_2{border-image: " + url + "Title.png);}";
         QTest::newRow("flat link") << style::flatLink(c)

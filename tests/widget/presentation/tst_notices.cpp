@@ -269,7 +269,8 @@ private slots:
         };
         for (const auto &row : defaults) {
             const auto notice = row.first();
-            emit PostMsg::instance()->SigAllLanguage(99);
+            const fixture::WithoutTexts bare;
+            emit PostMsg::instance()->SigAllLanguage(0);
             QCOMPARE(said(*notice), QString(row.second));
         }
     }
@@ -357,15 +358,26 @@ private slots:
         QVERIFY(!wide.isEmpty());
     }
 
-    // A language without texts leaves what the program itself says.
+    void aLanguageThatDoesNotExistSpeaksTheFirst()
+    {
+        const RePair notice;
+        const QString english = said(notice);
+        for (const int index : {3, 99, -1}) {
+            notice.findChild<QLabel *>("label")->clear();
+            emit PostMsg::instance()->SigAllLanguage(index);
+            QCOMPARE(said(notice), english);
+        }
+    }
+
+    // Without texts there is what the program itself says.
     void defaultsStandForMissingTexts()
     {
         MouseOffLine notice;
-        emit PostMsg::instance()->SigAllLanguage(99);
+        const fixture::WithoutTexts bare;
+        emit PostMsg::instance()->SigAllLanguage(0);
         QCOMPARE(said(notice), QString("   The mouse is offline. Please move first"));
         QCOMPARE(notice.findChild<QToolButton *>("NewHong")->text(), QString("OK"));
-        UpDataParam wait;
-        emit PostMsg::instance()->SigAllLanguage(99);
+        const UpDataParam wait;
         QCOMPARE(said(wait), QString("Please wait, we are updating the setting"));
     }
 
@@ -377,9 +389,12 @@ private slots:
         const QString english = said(ExeIsRun());
         QVERIFY(!chinese.isEmpty());
         QVERIFY(chinese != english);
-        storeLanguage(UserStore::instance(), 7);
-        QCOMPARE(said(ExeIsRun()), QString("Confirm Delete"));
-        storeLanguage(UserStore::instance(), 0);
+        for (const int index : {3, 7}) { // of which there is no file
+            storeLanguage(UserStore::instance(), index);
+            const QString fallback = said(ExeIsRun());
+            storeLanguage(UserStore::instance(), 0);
+            QCOMPARE(fallback, english);
+        }
     }
 };
 

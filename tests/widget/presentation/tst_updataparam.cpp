@@ -10,6 +10,7 @@
 #include "tests/widget/Fixture.h"
 
 #include <QDataStream>
+#include <QLabel>
 
 Q_DECLARE_METATYPE(FlashDataMap)
 
@@ -184,6 +185,23 @@ private slots:
         QCOMPARE(notices->count(), 1);
         QCOMPARE(notices->at(0).at(0).toInt(), 0);
         QCOMPARE(fed(), 0);
+    }
+
+    // In the language that ships, then in one without a text for an import.
+    void theWaitTellsAnImportFromAnUpdate()
+    {
+        const auto said = [](const UpDataParam &wait) { return wait.findChild<QLabel *>("label")->text(); };
+        const auto text = [](const char *key) { return language::text(language::Section::infoTips, key, 0); };
+        const UpDataParam update;
+        UpDataParam import;
+        import.setImport("image.bin");
+        QVERIFY(!text("DialogImporting").isEmpty() && text("DialogImporting") != text("DialogUpdating"));
+        QCOMPARE(said(update), text("DialogUpdating"));
+        QCOMPARE(said(import), text("DialogImporting"));
+        const fixture::OtherLanguage other(R"({"mouse": {"infoTips": {"DialogUpdating": "One moment"}}})");
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(said(update), QString("One moment"));
+        QCOMPARE(said(import), QString("One moment"));
     }
 
     void anImportReachesDeviceAndPages()

@@ -149,8 +149,15 @@ private slots:
         QCOMPARE(tileCount(), 0);
         QVERIFY(shows("label_2"));
         QVERIFY(!shows("stackedWidget"));
+        // The page goes on saying so, since a mouse is connected already.
+        QCOMPARE(child<QLabel>("label_2")->text(), QString("Do not insert multiple identical devices"));
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(child<QLabel>("label_2")->text(), QString("Do not insert multiple identical devices"));
         plug({fixture::device("a", 6, Receiver1K)});
         QCOMPARE(tileCount(), 1);
+        plug({});
+        QVERIFY(shows("label_2"));
+        QCOMPARE(child<QLabel>("label_2")->text(), QString("Connect a mouse or a receiver"));
     }
 
     void aCableHidesTheReceiver()

@@ -101,6 +101,67 @@ private slots:
         QCOMPARE(tileCount(), 3);
     }
 
+    // The mouse wakes up between the two questions to it.
+    void aTileIsRefreshedOnceItShows()
+    {
+        build();
+        fake.setDevices({fixture::device("a", 6, Receiver1K, false)});
+        std::atomic<int> questions{0};
+        fake.setHook([&](const std::string &call) {
+            if (call == "UsbFinderC_GetDeviceOnLineWithUsbAddress" && ++questions == 2)
+                fake.setOnline("a", true);
+        });
+        fake.changeUsb();
+        settle();
+        QCOMPARE(questions.load(), 2);
+        QVERIFY(attached()[0].Online && page->attached().all()[0].Online);
+        QVERIFY(tile(0)->styleSheet().contains("OnLine0.png"));
+        QVERIFY(!shows("label0") && shows("UsbWifi0"));
+    }
+
+    // A receiver behind its cable has no tile, and there are none beside duplicates.
+    void onlyTilesAreRefreshed()
+    {
+        build();
+        fake.clearCalls();
+        plug({fixture::device("a", 6, fixture::CableKind), fixture::device("b", 6, Receiver1K)});
+        QCOMPARE(tileCount(), 1);
+        QCOMPARE(fake.count("UsbFinderC_GetDeviceOnLineWithUsbAddress"), 3);
+        fake.clearCalls();
+        const notice::NextAnswer<QuestiondialogB> answer(true);
+        plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 6, Receiver1K)});
+        QVERIFY(answer.isTaken());
+        QCOMPARE(fake.count("UsbFinderC_GetDeviceOnLineWithUsbAddress"), 2);
+    }
+
+    // The path belongs to another device by then.
+    void aRefreshOfAnOlderSearchIsDropped()
+    {
+        build();
+        std::atomic<bool> held{false}, go{false};
+        std::atomic<int> questions{0};
+        fake.setDevices({fixture::device("a", 6, Receiver1K)});
+        fake.setHook([&](const std::string &call) {
+            if (call == "UsbFinderC_GetDeviceInfo" && questions++ == 2) { // the refresh of the tile
+                held = true;
+                while (!go)
+                    std::this_thread::yield();
+                fake.edit("a", [](FakeDevice &device) { device.identity = {}; });
+            }
+        });
+        std::thread older([] { DialogChange::UsbChanged(); });
+        QTRY_VERIFY(held);
+        std::thread newer([] { DialogChange::UsbChanged(); });
+        newer.join();
+        QCoreApplication::processEvents();
+        go = true;
+        older.join();
+        settle();
+        QCOMPARE(tileCount(), 1);
+        QCOMPARE(int(attached()[0].Mid), 6);
+        QCOMPARE(attached()[0].DriveIndex, 0);
+    }
+
     void aHiddenPageTakesNothing()
     {
         build();

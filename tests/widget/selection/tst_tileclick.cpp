@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The selection page: what follows a click on a tile, and the other controls.
+#include "catalogue/LanguageChoice.h"
 #include "device/hidusb/wire/FirmwareFile.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/selection/SelectionPage.h"
@@ -46,6 +47,41 @@ private slots:
         QCOMPARE(child<QLabel>("label_2")->text(), language::text(language::Section::home, "PleaseEnter", 0));
         emit PostMsg::instance()->SigEnterKey();
         QCOMPARE(repair.count(), 1);
+    }
+
+    // By the pointer on the window, which meets what is on top.
+    void theRepairStandsBesideTheTiles_data()
+    {
+        QTest::addColumn<int>("count");
+        for (const int count : {0, 1, 2, 3, 4})
+            QTest::addRow("%d", count) << count;
+    }
+    void theRepairStandsBesideTheTiles()
+    {
+        QFETCH(int, count);
+        RegistryStore::instance().setValue(registry::BaseGroup, registry::UpdateFailInfo, "210,1,18,6");
+        build();
+        plug(devices(count));
+        auto *const repair = child<QToolButton>("Repair");
+        QCOMPARE(repair->text(), QString("Repair"));
+        QCOMPARE(repair->toolTip(), language::text(language::Section::home, "RepairDevice", 0));
+        for (const QObject *other : repair->parent()->children()) {
+            const auto *const widget = qobject_cast<const QWidget *>(other);
+            if (widget && widget != repair && widget->isVisible())
+                QVERIFY2(!widget->geometry().intersects(repair->geometry()),
+                         qPrintable(widget->objectName()));
+        }
+        QSignalSpy asked(PostMsg::instance(), &PostMsg::SigRepairCheckUpdate);
+        const auto click = [this](const QWidget *widget) {
+            QTest::mouseClick(page->windowHandle(), Qt::LeftButton, {},
+                              widget->mapTo(page.get(), widget->rect().center()));
+        };
+        click(repair);
+        QCOMPARE(asked.count(), 1);
+        QSignalSpy opened(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
+        for (int i = 0; i < qMin(count, 3); ++i)
+            click(tile(i));
+        QCOMPARE(opened.count(), qMin(count, 3));
     }
 
     void aClickOpensTheDevice()
@@ -186,6 +222,85 @@ private slots:
         QCOMPARE(int(OnDevicePage), 0);
     }
 
+    // The space bar opens the same pages as a click.
+    void theOnlyReceiverOpensItsModelsPages()
+    {
+        RegistryStore::instance().setValue(registry::BaseGroup, "MouseVer186", "v1.00");
+        offerFirmware(211, "six-8k");
+        build();
+        plug({fixture::device("b", 6, Receiver8K, false)});
+        const QStringList wanted = {"link", "version 6", "model 6", "device b", "page 1"};
+        QStringList byClick, bySpace;
+        for (QStringList *told : {&byClick, &bySpace}) {
+            QObject context;
+            PostMsg *const hub = PostMsg::instance();
+            connect(hub, &PostMsg::SigIsUsb, &context, [told](bool usb) {
+                if (!usb)
+                    *told << "link";
+            });
+            connect(hub, &PostMsg::SigSetver, &context,
+                    [told](int index) { *told << QString("version %1").arg(index); });
+            connect(hub, &PostMsg::SigMouseIndex, &context,
+                    [told](int index) { *told << QString("model %1").arg(index); });
+            connect(hub, &PostMsg::SigSelectMouseInfo, &context,
+                    [told](const DeviceAllInfo &info) { *told << "device " + info.DevicePath; });
+            connect(hub, &PostMsg::SigChangeMainDialog, &context,
+                    [told](int index) { *told << QString("page %1").arg(index); });
+            if (told == &byClick)
+                QTest::mouseClick(tile(0), Qt::LeftButton);
+            else
+                page->openOnlyReceiver();
+        }
+        QCOMPARE(byClick, wanted);
+        QCOMPARE(bySpace, wanted);
+    }
+
+    // Each question to a silent device keeps the window still.
+    void aClickAsksNoDeviceWhoseAnswerDoesNotMatter_data()
+    {
+        QTest::addColumn<int>("firstMid");
+        QTest::addColumn<bool>("firstOnline");
+        QTest::addColumn<bool>("secondOnline");
+        QTest::addColumn<int>("questions"); // for a click on the second
+        QTest::newRow("two models") << 7 << true << true << 0;
+        QTest::newRow("two models, silent") << 7 << false << false << 0;
+        QTest::newRow("twins") << 6 << true << true << 1;
+        QTest::newRow("twins, the other is silent") << 6 << false << true << 0;
+    }
+    void aClickAsksNoDeviceWhoseAnswerDoesNotMatter()
+    {
+        QFETCH(int, firstMid);
+        QFETCH(bool, firstOnline);
+        QFETCH(bool, secondOnline);
+        build();
+        plug({fixture::device("a", uint8_t(firstMid), Receiver1K, firstOnline),
+              fixture::device("b", 6, Receiver8K, secondOnline)});
+        fake.clearCalls();
+        QStringList questions;
+        QObject context;
+        connect(PostMsg::instance(), &PostMsg::SigSelectMouseInfo, &context, [&] {
+            for (const std::string &call : fake.calls())
+                if (call.find("UsbFinderC_GetDeviceOnLine") == 0)
+                    questions << QString::fromStdString(call);
+        });
+        emit tile(1)->clicked(); // no pointer, which would refresh the tile on its way
+        QCOMPARE(int(OnDevicePage), 1);
+        QTEST(int(questions.size()), "questions");
+        for (const QString &question : qAsConst(questions))
+            QVERIFY2(question.endsWith(" b"), qPrintable(question));
+    }
+
+    void aTwinThatFellSilentAfterTheSearchIsAsked()
+    {
+        build();
+        plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 6, Receiver8K)});
+        fake.setOnline("b", false);
+        QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
+        emit tile(1)->clicked();
+        QCOMPARE(pages.count(), 0);
+        QVERIFY(page->attached().pairingTarget().has_value());
+    }
+
     void aSilentMouseAloneIsEntered()
     {
         build();
@@ -309,8 +424,10 @@ private slots:
         plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 7, Receiver1K),
               fixture::device("c", 8, Receiver1K), fixture::device("d", 99, Receiver8K)});
         QSignalSpy models(PostMsg::instance(), &PostMsg::SigMouseIndex);
-        for (int i = 0; i < 4; ++i)
-            QTest::mouseClick(tile(i), Qt::LeftButton);
+        for (const int remembered : {6, 7, 8, 8}) { // an unknown model leaves the class as it was
+            QTest::mouseClick(tile(remembered == ScreenClass ? 3 : remembered - 6), Qt::LeftButton);
+            QCOMPARE(ScreenClass.load(), remembered);
+        }
         QCOMPARE(names(models), (QStringList{"6", "7", "8"}));
     }
 
@@ -321,6 +438,22 @@ private slots:
         plug({fixture::device("lone", 99, Receiver1K)});
         QTest::mouseClick(tile(0), Qt::LeftButton);
         QVERIFY(page->attached().pairingTarget() && page->attached().pairingTarget()->DevicePath == "lone");
+    }
+
+    void enterOnAnotherPageAsksForNoRepair()
+    {
+        RegistryStore::instance().setValue(registry::BaseGroup, registry::UpdateFailInfo, "210,1,18,6");
+        build();
+        QSignalSpy repair(PostMsg::instance(), &PostMsg::SigRepairCheckUpdate);
+        child<QWidget>("FindVer")->show();
+        page->hide();
+        emit PostMsg::instance()->SigEnterKey();
+        QCOMPARE(repair.count(), 0);
+        page->show();
+        QVERIFY(shows("FindVer")); // the key was not for this page
+        child<QWidget>("FindVer")->hide();
+        emit PostMsg::instance()->SigEnterKey();
+        QCOMPARE(repair.count(), 1);
     }
 
     void enterPutsTheFrameAwayFirst()
@@ -358,6 +491,23 @@ private slots:
         QVERIFY(page->isMinimized());
         page->WindowClosedA();
         QVERIFY(!page->isVisible());
+    }
+
+    // A store of an older release, or of another edition, names a language that is not here.
+    void aLanguageThatDoesNotExistShowsTheFirst()
+    {
+        storeLanguage(UserStore::instance(), 3);
+        build();
+        for (const int index : {3, -1}) {
+            emit PostMsg::instance()->SigLanguageSameA(index);
+            emit PostMsg::instance()->SigAllLanguage(index);
+            QCOMPARE(child<QComboBox>("comboBox")->currentText(), QString("English"));
+            QCOMPARE(child<QLabel>("label_2")->text(),
+                     language::text(language::Section::home, "PleaseEnter", 0));
+            QVERIFY(!child<QLabel>("label_2")->text().isEmpty());
+        }
+        QCOMPARE(storedLanguage(UserStore::instance()), 3);
+        storeLanguage(UserStore::instance(), 0);
     }
 
     void theOtherBoxIsFollowedInSilence()

@@ -203,7 +203,7 @@ private slots:
             QCOMPARE(updates(), std::size_t(index + 1));
             QCOMPARE(int(DeviceRecord::copy().StopCloseTime), SleepBytes[index]);
         }
-        auto *panel = page->findChild<StopCloseTime *>();
+        auto *panel = page->findChild<StopCloseTime *>("StopCloseTime");
         const int beyond[] = {180, 210, 240};
         for (int index = 8; index < 11; ++index) {
             panel->on_StopClose_activated(index);
@@ -237,7 +237,7 @@ private slots:
 
     void theSilentSetterKeepsToItsItems()
     {
-        auto *panel = page->findChild<StopCloseTime *>();
+        auto *panel = page->findChild<StopCloseTime *>("StopCloseTime");
         panel->SetStopClose(5);
         for (const int index : {-1, 8, 10, 99})
             panel->SetStopClose(index);

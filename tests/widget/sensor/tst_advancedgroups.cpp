@@ -314,7 +314,8 @@ private slots:
 
     void aLanguageWithoutTextsLeavesThem()
     {
-        emit PostMsg::instance()->SigAllLanguage(3);
+        const fixture::WithoutTexts bare;
+        emit PostMsg::instance()->SigAllLanguage(0);
         QVERIFY(find("AngleTips")->toolTip().isEmpty());
         QCOMPARE(find<QLabel>("AngleCaption")->text(), QString("Sensor angle"));
         QCOMPARE(sleep()->itemText(0), QString("10 seconds"));

@@ -173,6 +173,42 @@ private slots:
         QCOMPARE(editor.difference(), QString());
     }
 
+    // Between the click on a bar and the end of the question another stage may be checked.
+    void aColorGoesToTheBarThatWasClicked_data()
+    {
+        QTest::addColumn<QString>("meanwhile");
+        for (const char *meanwhile : {"the mouse is back", "it is read again", "its own button is pressed"})
+            QTest::newRow(meanwhile) << meanwhile;
+    }
+    void aColorGoesToTheBarThatWasClicked()
+    {
+        QFETCH(QString, meanwhile);
+        DpiEditor editor(FastModel, 1);
+        FlashDataMap wanted = DeviceRecord::copy();
+        const bool lost = meanwhile != "its own button is pressed";
+        editor.goOffline(lost);
+        QTest::mouseClick(editor.bar(4), Qt::LeftButton);
+        QCOMPARE(editor.checkedBar(), lost ? 1 : 4); // a stage that the mouse did not take
+        editor.goOffline(false);
+        if (meanwhile == "it is read again")
+            editor.paint();
+        if (!lost) {
+            DeviceRecord::edit([](FlashDataMap &map) { map.CurrentDpiStage = 2; });
+            editor.panel.SelectStage(2);
+        }
+        wanted.CurrentDpiStage = lost ? 1 : 2;
+        wanted.DpiStages[4].Red = 1;
+        wanted.DpiStages[4].Green = 0;
+        wanted.DpiStages[4].Blue = 254;
+        editor.picker()->setCurrentColor(QColor(1, 0, 254));
+        editor.picker()->accept();
+        const FlashDataMap record = DeviceRecord::copy();
+        QVERIFY(!memcmp(&record, &wanted, sizeof record));
+        QVERIFY(editor.bar(4)->styleSheet().contains("background-color: rgb(1,0,254;)"));
+        if (meanwhile != "the mouse is back") // its slider waits for the read
+            QCOMPARE(editor.difference(), QString());
+    }
+
     void aColorForASilentMouseIsDropped()
     {
         DpiEditor editor(FastModel, 3);

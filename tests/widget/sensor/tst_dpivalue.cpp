@@ -136,6 +136,28 @@ private slots:
         QCOMPARE(stored(1), 10100);
     }
 
+    // A slider at 10050, between 10000 and 10100, does not stay there: the rule of the gaps holds for every
+    // value in one, also for the multiple of the lower range's step.
+    void aSliderInAGapRestsAtTheRangeAbove_data()
+    {
+        QTest::addColumn<bool>("dragged");
+        QTest::newRow("moved") << false;
+        QTest::newRow("dragged") << true;
+    }
+    void aSliderInAGapRestsAtTheRangeAbove()
+    {
+        QFETCH(bool, dragged);
+        DpiEditor editor(FastModel, 1);
+        SensorRanges.read(QString("50,10000,50,10100,26000,100,0x22").split(','));
+        editor.slider()->setSliderDown(dragged);
+        editor.slider()->setSliderPosition(10050);
+        editor.slider()->setSliderDown(false);
+        QCOMPARE(editor.spin()->value(), 10100);
+        QCOMPARE(editor.button(1)->text(), QString("10100"));
+        QCOMPARE(editor.slider()->pageStep(), 100);
+        QCOMPARE(stored(1), 10100);
+    }
+
     void stepsOfASilentMouse()
     {
         DpiEditor editor(FastModel, 1);

@@ -328,14 +328,14 @@ private slots:
             SensorFixture::choose(model, Receiver8K);
             page.show(sensorRecord());
             QString seen;
-            for (const char *name : {"settingsCard", "label_11", "ModelChoose", "sensorLOD", "Performance",
-                                     "PerformanceOpen", "rippeControl", "straightLine", "motionSync"})
+            for (const char *name : {"settingsCard", "label_11", "ModelChoose", "SensorLOD", "Performance",
+                                     "PerformanceOpen", "RippeControl", "StraightLine", "MotionSync"})
                 seen += page.find<QWidget>(name)->isHidden() ? '-' : '+';
             QCOMPARE(seen, shown);
             QCOMPARE(page.find<QWidget>("TitleButton_4")->isHidden(), shown[1] == '-');
             QCOMPARE(page.lod()->isEnabled(), lodUsable);
-            QVERIFY(!page.find<QWidget>("sensorDPI")->isHidden());
-            QVERIFY(!page.find<QWidget>("sensorRate")->isHidden());
+            QVERIFY(!page.find<QWidget>("SensorDPI")->isHidden());
+            QVERIFY(!page.find<QWidget>("SensorRate")->isHidden());
         }
     }
 

@@ -149,10 +149,10 @@ private slots:
         QFETCH(QVector<int>, x);
         SensorFixture page;
         emit PostMsg::instance()->SigAllLanguage(language);
-        const char *const panels[] = {"rippeControl", "straightLine", "motionSync"};
+        const char *const panels[] = {"RippeControl", "StraightLine", "MotionSync"};
         for (int i = 0; i < 3; ++i)
             QCOMPARE(page.find<QWidget>(panels[i])->findChild<QLabel *>("tip")->pos(), QPoint(x[i], 3));
-        QCOMPARE(page.find<QWidget>("sensorLOD")->findChild<QLabel *>("tip")->pos(), QPoint(50, 1));
+        QCOMPARE(page.find<QWidget>("SensorLOD")->findChild<QLabel *>("tip")->pos(), QPoint(50, 1));
         QCOMPARE(page.find<QLabel>("label_11")->text(), QString("Sensor mode")); // one without a table
     }
 
@@ -160,11 +160,11 @@ private slots:
     {
         SensorFixture page;
         const std::pair<const char *, QRect> places[] = {
-            {"sensorDPI", {65, 26, 728, 194}},        {"sensorRate", {80, 208, 725, 82}},
+            {"SensorDPI", {65, 26, 728, 194}},        {"SensorRate", {80, 208, 725, 82}},
             {"label_11", {80, 360, 171, 17}},         {"ModelChoose", {80, 390, 130, 30}},
-            {"sensorLOD", {255, 360, 131, 61}},       {"Performance", {430, 352, 231, 31}},
-            {"PerformanceOpen", {430, 390, 130, 30}}, {"rippeControl", {670, 340, 204, 31}},
-            {"straightLine", {670, 370, 204, 31}},    {"motionSync", {670, 400, 204, 31}}};
+            {"SensorLOD", {255, 360, 131, 61}},       {"Performance", {430, 352, 231, 31}},
+            {"PerformanceOpen", {430, 390, 130, 30}}, {"RippeControl", {670, 340, 204, 31}},
+            {"StraightLine", {670, 370, 204, 31}},    {"MotionSync", {670, 400, 204, 31}}};
         for (const auto &[name, place] : places)
             QCOMPARE(page.find<QWidget>(name)->geometry(), place);
         QCOMPARE(page.time()->maxVisibleItems(), 5);
