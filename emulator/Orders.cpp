@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr uint32_t ColorLimit = 3;
-constexpr uint32_t TimeLimitMs = 60000;
+constexpr uint32_t BootTimeLimitMs = 60000;
 
 void listDevices(Order &order) { order.answer = listScene(order.scene()); }
 void showState(Order &order) { order.answer = describeWorld(order.world); }
@@ -139,14 +139,14 @@ void erase(Order &order)
     Device *device = order.device();
     if (device == nullptr)
         return;
-    if (const auto time = order.number(2, 0, TimeLimitMs))
+    if (const auto time = order.number(2, 0, BootTimeLimitMs))
         device->boot.eraseTime = std::chrono::milliseconds(*time);
 }
 
 void bootTimes(Order &order)
 {
-    const auto leave = order.number(1, 0, TimeLimitMs);
-    const auto away = order.number(2, 0, TimeLimitMs);
+    const auto leave = order.number(1, 0, BootTimeLimitMs);
+    const auto away = order.number(2, 0, BootTimeLimitMs);
     if (leave && away)
         order.scene().bootTimes = {std::chrono::milliseconds(*leave), std::chrono::milliseconds(*away)};
 }
