@@ -23,28 +23,36 @@ void BootLoader::reset()
 {
     image_.clear();
     received_.clear();
+    erased_ = {};
 }
 
-wire::Report BootLoader::answer(const wire::Report &request, const wire::BootIdentityReply &identity)
+wire::Report BootLoader::answer(const wire::Report &request, const wire::BootIdentityReply &identity,
+                                TimePoint now)
 {
-    bool done = false;
-    switch (request.command()) {
-    case wire::Command::BootIdentity:
+    if (request.command() == wire::Command::BootIdentity)
         return replyWith(request, identity);
-    case wire::Command::BootBegin:
-        done = begin(argumentOf<wire::BootBeginRequest>(request));
-        break;
+    return makeReply(request, execute(request, identity, now));
+}
+
+wire::Status BootLoader::execute(const wire::Report &request, const wire::BootIdentityReply &identity,
+                                 TimePoint now)
+{
+    const auto status = [](bool done) { return done ? wire::Status::Ok : wire::Status::Refused; };
+    if (request.command() == wire::Command::BootBegin)
+        return begin(argumentOf<wire::BootBeginRequest>(request), now);
+    if (now < erased_)
+        return wire::Status::Busy;
+    switch (request.command()) {
     case wire::Command::BootData:
-        done = store(request);
-        break;
+        return status(store(request));
     case wire::Command::BootEnd:
         // A repeated BootEnd, whose first acknowledgement was lost, is not a failure.
-        done = accepted_ || finish(identity);
-        break;
+        return status(accepted_ || finish(identity));
+    case wire::Command::BootLeave:
+        return status(holdsImage_);
     default:
-        break;
+        return wire::Status::Refused;
     }
-    return makeReply(request, done ? wire::Status::Ok : wire::Status::Refused);
 }
 
 std::optional<uint16_t> BootLoader::takeAcceptedVersion()
@@ -54,16 +62,22 @@ std::optional<uint16_t> BootLoader::takeAcceptedVersion()
     return version;
 }
 
-bool BootLoader::begin(const wire::BootBeginRequest &request)
+wire::Status BootLoader::begin(const wire::BootBeginRequest &request, TimePoint now)
 {
     const uint32_t length = request.Length.get();
-    reset();
-    if (length < sizeof(wire::FirmwareHead) || length > wire::FirmwareSizeLimit)
-        return false;
+    const bool announced = !image_.empty() && image_.size() == length && crc_ == request.Crc32.get();
+    if (now < erased_)
+        return wire::Status::Busy;
+    if (announced)
+        return wire::Status::Ok;
+    if (accepted_ || length < sizeof(wire::FirmwareHead) || length > wire::FirmwareSizeLimit)
+        return wire::Status::Refused;
     crc_ = request.Crc32.get();
     image_.assign(length, 0xFF);
     received_.assign((length + wire::PayloadSize - 1) / wire::PayloadSize, false);
-    return true;
+    holdsImage_ = false;
+    erased_ = now + eraseTime;
+    return now < erased_ ? wire::Status::Busy : wire::Status::Ok;
 }
 
 bool BootLoader::store(const wire::Report &request)
@@ -82,7 +96,18 @@ bool BootLoader::store(const wire::Report &request)
 bool BootLoader::finish(const wire::BootIdentityReply &identity)
 {
     const bool whole = std::find(received_.begin(), received_.end(), false) == received_.end();
-    if (image_.empty() || !whole || crc32(image_.data(), image_.size()) != crc_)
+    if (image_.empty() || !whole)
+        return false;
+    holdsImage_ = check(identity);
+    // Written flash can't be written again: the next BootBegin erases a wrong image.
+    if (!holdsImage_)
+        reset();
+    return holdsImage_;
+}
+
+bool BootLoader::check(const wire::BootIdentityReply &identity)
+{
+    if (crc32(image_.data(), image_.size()) != crc_)
         return false;
     wire::FirmwareHead head;
     std::memcpy(&head, image_.data(), sizeof head);
@@ -90,7 +115,8 @@ bool BootLoader::finish(const wire::BootIdentityReply &identity)
     if (head.Magic.get() != wire::FirmwareMagic || head.FileLength.get() != image_.size() ||
         head.Crc32.get() != crc32(image_.data() + covered, image_.size() - covered))
         return false;
-    if (head.Target != identity.Target || head.Cid != identity.Cid || head.Mid != identity.Mid)
+    const wire::BootIdentityReply made{head.Target, head.Cid, head.Mid, head.ReceiverKHz};
+    if (std::memcmp(&made, &identity, sizeof made) != 0)
         return false;
     accepted_ = head.Version.get();
     return true;

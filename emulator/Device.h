@@ -47,6 +47,7 @@ public:
     Mode mode = Mode::Normal;
     uint16_t version = 0x0100; // high byte major, low byte minor
     BootLoader boot;
+    unsigned starts = 0;               // how often it has lost its power
     std::vector<wire::Report> notices; // to send over the live link
 
 protected:

@@ -69,7 +69,9 @@ bool Emulator::start(const std::string &folder, std::string &error, BusKind kind
         return false;
     }
     if (kind == BusKind::Usb)
-        bus_ = std::make_unique<UsbBus>(plugIntoKernel);
+        bus_ = std::make_unique<UsbBus>([ports = UsbPorts()](const std::string &device) mutable {
+            return plugIntoKernel(device, ports);
+        });
     else
         bus_ = std::make_unique<BusSockets>(folder_);
     eventfd_t before = 0;
@@ -284,8 +286,7 @@ std::optional<Emulator::TimePoint> Emulator::nextDue() const
     };
     earlier(bus_->nextDue());
     for (const auto &[id, traffic] : world_.traffic) {
-        earlier(traffic.in.nextDue(world_.pace));
-        earlier(traffic.out.nextDue(world_.pace));
+        earlier(traffic.nextDue(world_.pace));
     }
     return next;
 }
@@ -319,8 +320,12 @@ void Emulator::carry()
     const TimePoint now = world_.scene.now();
     for (auto &[id, traffic] : world_.traffic) {
         Device *device = world_.scene.find(id);
-        while (const auto incoming = traffic.in.take(now, world_.pace))
+        while (!traffic.isStalled(now)) {
+            const auto incoming = traffic.in.take(now, world_.pace);
+            if (!incoming)
+                break;
             process(traffic, *device, *incoming);
+        }
     }
     apply();
     for (auto &[id, traffic] : world_.traffic)
@@ -342,23 +347,44 @@ void Emulator::apply()
 void Emulator::process(Traffic &traffic, Device &device, const Incoming &incoming)
 {
     const auto hit = traffic.faults.match(incoming.report.CommandCode);
-    if (hit && hit->kind == FaultKind::Unplug) {
-        world_.scene.setPlugged(device, false);
-        traffic.clear();
-        return;
+    if (!hit) {
+        const wire::Report answer = world_.scene.answer(device, incoming.report);
+        return traffic.out.push({incoming.usagePage, bytesOf(answer)}, world_.scene.now());
     }
-    if (hit && hit->kind == FaultKind::Radio) {
-        auto *receiver = dynamic_cast<Receiver *>(&device);
-        Mouse *mouse = receiver == nullptr ? nullptr : world_.scene.mouseInReach(*receiver);
-        if (mouse != nullptr)
-            mouse->state.radio = false;
+    if (hit->kind == FaultKind::Unplug || hit->kind == FaultKind::PowerCut) {
+        if (hit->kind == FaultKind::Unplug)
+            world_.scene.setPlugged(device, false);
+        else
+            world_.scene.cutPower(device);
+        return traffic.clear();
     }
-    const bool refuse = hit && hit->kind == FaultKind::Refuse;
-    const wire::Report answer = refuse ? makeReply(incoming.report, wire::Status::Refused)
-                                       : world_.scene.answer(device, incoming.report);
-    if (hit)
-        return reply(traffic, {incoming.usagePage, spoil(answer, *hit)}, *hit);
-    traffic.out.push({incoming.usagePage, bytesOf(answer)}, world_.scene.now());
+    const wire::Report answer = answerTo(traffic, device, incoming.report, *hit);
+    reply(traffic, {incoming.usagePage, spoil(answer, *hit)}, *hit);
+}
+
+wire::Report Emulator::answerTo(Traffic &traffic, Device &device, const wire::Report &request,
+                                const FaultHit &hit)
+{
+    switch (hit.kind) {
+    case FaultKind::Refuse:
+        return makeReply(request, wire::Status::Refused);
+    case FaultKind::Busy:
+        return makeReply(request, wire::Status::Busy);
+    case FaultKind::Unstored:
+        return makeReply(request, wire::Status::Ok);
+    case FaultKind::Stall:
+        traffic.stalledUntil = world_.scene.now() + std::chrono::milliseconds(hit.ms);
+        break;
+    case FaultKind::Radio:
+        if (const auto *receiver = dynamic_cast<Receiver *>(&device)) {
+            if (Mouse *mouse = world_.scene.mouseInReach(*receiver))
+                mouse->state.radio = false;
+        }
+        break;
+    default:
+        break;
+    }
+    return world_.scene.answer(device, request);
 }
 
 void Emulator::reply(Traffic &traffic, const Outgoing &outgoing, const FaultHit &hit)
@@ -369,14 +395,17 @@ void Emulator::reply(Traffic &traffic, const Outgoing &outgoing, const FaultHit 
             traffic.out.push(outgoing, world_.scene.now());
     };
     if (hit.kind == FaultKind::Late)
-        return world_.scene.after(std::chrono::milliseconds(hit.lateMs), push);
+        return world_.scene.after(std::chrono::milliseconds(hit.ms), push);
     for (int i = 0; i < copies; ++i)
         push();
 }
 
 void Emulator::sendDue(const std::string &id, Traffic &traffic)
 {
-    while (const auto outgoing = traffic.out.take(world_.scene.now(), world_.pace)) {
+    while (!traffic.isStalled(world_.scene.now())) {
+        const auto outgoing = traffic.out.take(world_.scene.now(), world_.pace);
+        if (!outgoing)
+            break;
         show("<-", id, outgoing->bytes.data(), outgoing->bytes.size());
         bus_->send(id, outgoing->usagePage, outgoing->bytes);
     }

@@ -77,6 +77,7 @@ private:
     void apply();
     void take(const Interface &face, const uint8_t *bytes, std::size_t size);
     void process(Traffic &traffic, Device &device, const Incoming &incoming);
+    wire::Report answerTo(Traffic &traffic, Device &device, const wire::Report &request, const FaultHit &hit);
     void reply(Traffic &traffic, const Outgoing &outgoing, const FaultHit &hit);
     void sendDue(const std::string &id, Traffic &traffic);
     std::optional<TimePoint> nextDue() const;

@@ -4,6 +4,9 @@
 
 #include "emulator/Protocol.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace emulator
 {
 
@@ -13,16 +16,18 @@ namespace
 struct KindRow {
     const char *name;
     FaultKind kind;
+    bool takesMs = false;
 };
 
 constexpr KindRow Kinds[] = {
-    {"noreply", FaultKind::NoReply}, {"late", FaultKind::Late},           {"doubled", FaultKind::Doubled},
-    {"short", FaultKind::Short},     {"oversized", FaultKind::Oversized}, {"wrongseq", FaultKind::WrongSeq},
-    {"flipbit", FaultKind::FlipBit}, {"refuse", FaultKind::Refuse},       {"unplug", FaultKind::Unplug},
-    {"radio", FaultKind::Radio},
+    {"noreply", FaultKind::NoReply},   {"late", FaultKind::Late, true},     {"doubled", FaultKind::Doubled},
+    {"short", FaultKind::Short},       {"oversized", FaultKind::Oversized}, {"wrongseq", FaultKind::WrongSeq},
+    {"flipbit", FaultKind::FlipBit},   {"refuse", FaultKind::Refuse},       {"busy", FaultKind::Busy},
+    {"unstored", FaultKind::Unstored}, {"stall", FaultKind::Stall, true},   {"unplug", FaultKind::Unplug},
+    {"powercut", FaultKind::PowerCut}, {"radio", FaultKind::Radio},
 };
 
-constexpr uint32_t LateLimitMs = 60000;
+constexpr uint32_t TimeLimitMs = 60000;
 constexpr uint32_t CountLimit = 1000000;
 
 // Parses the words of a rule in order.
@@ -37,13 +42,13 @@ public:
     bool read(FaultRule &rule) { return readKind(rule) && readWhere(rule) && readCommand(rule); }
 
 private:
-    bool fail(const char *text)
+    bool fail(const std::string &text)
     {
         error_ = text;
         return false;
     }
     std::string take() { return next_ < words_.size() ? words_[next_++] : std::string(); }
-    bool takeNumber(uint32_t &value, uint32_t least, uint32_t most, const char *name)
+    bool takeNumber(uint32_t &value, uint32_t least, uint32_t most, const std::string &name)
     {
         const auto number = parseNumber(take(), least, most);
         if (!number)
@@ -58,8 +63,7 @@ private:
             if (name != row.name)
                 continue;
             rule.kind = row.kind;
-            return row.kind != FaultKind::Late ||
-                   takeNumber(rule.lateMs, 1, LateLimitMs, "late needs 1..60000 milliseconds");
+            return !row.takesMs || takeNumber(rule.ms, 1, TimeLimitMs, name + " needs 1..60000 milliseconds");
         }
         return fail("no such fault");
     }
@@ -70,6 +74,9 @@ private:
         if (where == "at") {
             rule.where = FaultWhere::At;
             if (!takeNumber(rule.countdown, 1, CountLimit, "at needs a report number 1..1000000"))
+                return false;
+            const bool seeded = next_ < words_.size() && words_[next_] != "command";
+            if (seeded && !takeNumber(seed, 0, UINT32_MAX, "only a seed or \"command NAME\" can follow"))
                 return false;
         } else if (where == "random") {
             rule.where = FaultWhere::Random;
@@ -125,7 +132,7 @@ std::optional<FaultHit> FaultTable::match(uint8_t command)
         FaultRule &rule = rules_[i];
         const bool fired = rule.command.value_or(command) == command && fires(rule);
         if (fired && !hit)
-            hit = FaultHit{rule.kind, rule.lateMs, static_cast<uint32_t>(rule.random())};
+            hit = FaultHit{rule.kind, rule.ms, static_cast<uint32_t>(rule.random())};
         if (fired && rule.where == FaultWhere::At)
             rules_.erase(rules_.begin() + static_cast<std::ptrdiff_t>(i));
         else
@@ -140,6 +147,12 @@ std::vector<std::string> faultKindNames()
     for (const KindRow &row : Kinds)
         names.emplace_back(row.name);
     return names;
+}
+
+bool takesMilliseconds(const std::string &kindName)
+{
+    return std::any_of(std::begin(Kinds), std::end(Kinds),
+                       [&kindName](const KindRow &row) { return row.takesMs && kindName == row.name; });
 }
 
 std::optional<FaultRule> parseFault(const Words &words, std::size_t first, std::string &error)

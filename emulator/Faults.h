@@ -13,14 +13,18 @@ namespace emulator
 
 enum class FaultKind : uint8_t {
     NoReply,   // carried out, the answer is lost
-    Late,      // carried out, the answer comes after lateMs
+    Late,      // carried out, the answer comes after ms
     Doubled,   // the answer comes twice
     Short,     // the answer is cut off
     Oversized, // the answer has bytes behind its end
     WrongSeq,  // the answer has another sequence number
     FlipBit,   // one bit of the answer is flipped
     Refuse,    // not carried out, the answer is a refusal
+    Busy,      // not carried out, the answer asks to try again
+    Unstored,  // not carried out, the answer says that it was
+    Stall,     // carried out; for ms the device neither answers nor takes further requests
     Unplug,    // not carried out, the device leaves the bus
+    PowerCut,  // not carried out, the device loses its power for a moment
     Radio,     // the mouse loses its radio link before the request is handled
 };
 
@@ -28,7 +32,7 @@ enum class FaultWhere : uint8_t { At, Random, Always };
 
 struct FaultRule {
     FaultKind kind = FaultKind::NoReply;
-    uint32_t lateMs = 0;
+    uint32_t ms = 0; // of Late and Stall
     FaultWhere where = FaultWhere::Always;
     uint32_t countdown = 0; // At: fires when it reaches 0, then the row is gone
     uint32_t percent = 0;   // Random: 1..100
@@ -38,7 +42,7 @@ struct FaultRule {
 
 struct FaultHit {
     FaultKind kind;
-    uint32_t lateMs;
+    uint32_t ms;
     uint32_t chance; // any number; selects the bit of FlipBit
 };
 
@@ -58,7 +62,9 @@ private:
 
 // The names of all kinds in orders.
 std::vector<std::string> faultKindNames();
-// "KIND [MS] at N|random SEED PERCENT|always [command NAME|CODE]" from word `first` on; `error` is set
+// True for the kinds whose name is followed by a time.
+bool takesMilliseconds(const std::string &kindName);
+// "KIND [MS] at N [SEED]|random SEED PERCENT|always [command NAME|CODE]" from word `first` on; `error` is set
 // when there is no rule in it.
 std::optional<FaultRule> parseFault(const Words &words, std::size_t first, std::string &error);
 

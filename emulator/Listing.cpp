@@ -60,9 +60,11 @@ static std::string describePlug(const World &world, const Device &device, const 
 {
     const auto traffic = world.traffic.find(device.id);
     const std::size_t faults = traffic == world.traffic.end() ? 0 : traffic->second.faults.size();
+    const auto erase = device.boot.eraseTime.count();
     return "device=" + device.id + " kind=" + kind + " plugged=" + std::to_string(device.plugged) +
            " boot=" + std::to_string(device.mode == Mode::Boot) +
-           " version=" + formatVersion(device.version) + " faults=" + std::to_string(faults) + " online=";
+           " version=" + formatVersion(device.version) + " faults=" + std::to_string(faults) +
+           (erase > 0 ? " erase=" + std::to_string(erase) : "") + " online=";
 }
 
 static std::string describe(const World &world, const Receiver &receiver)

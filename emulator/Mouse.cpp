@@ -76,13 +76,15 @@ wire::Report Mouse::answer(const wire::Report &request)
     case Command::Version:
         return replyWith(request, versionReply());
     case Command::BootEnter:
+        if (state.battery < LowBattery && !state.charging)
+            return accept(request, false);
         return enterBoot(request);
     default:
         return accept(request, false);
     }
 }
 
-wire::BootIdentityReply Mouse::bootIdentity() const { return {bootTarget(), state.cid, state.mid}; }
+wire::BootIdentityReply Mouse::bootIdentity() const { return {bootTarget(), state.cid, state.mid, 0}; }
 
 void Mouse::press(Button button, int topRate)
 {

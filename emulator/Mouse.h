@@ -20,7 +20,8 @@ namespace emulator
 using Clock = std::chrono::steady_clock;
 
 constexpr int ProfileCount = 4;
-constexpr uint8_t CableKind = 3; // DeviceKind on the cable, unless the scenario sets 2
+constexpr uint8_t LowBattery = 20; // below this percentage, when not charging, BootEnter is refused
+constexpr uint8_t CableKind = 3;   // DeviceKind on the cable, unless the scenario sets 2
 
 enum class Button : uint8_t { Dpi, Rate, Profile, Light, Bar };
 

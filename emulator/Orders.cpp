@@ -15,6 +15,7 @@ namespace
 {
 
 constexpr uint32_t ColorLimit = 3;
+constexpr uint32_t BootTimeLimitMs = 60000;
 
 void listDevices(Order &order) { order.answer = listScene(order.scene()); }
 void showState(Order &order) { order.answer = describeWorld(order.world); }
@@ -88,8 +89,10 @@ void fault(Order &order)
     if (device == nullptr)
         return;
     FaultTable &table = order.world.traffic[device->id].faults;
-    if (order.count() == 3 && order.arg(2) == "clear")
+    if (order.count() == 3 && order.arg(2) == "clear") {
+        order.world.traffic[device->id].stalledUntil = {};
         return table.clear();
+    }
     if (const auto rule = parseFault(order.args, 2, order.error))
         table.add(*rule);
 }
@@ -121,10 +124,31 @@ void boot(Order &order)
     Device *device = order.device();
     if (device == nullptr)
         return;
-    if (order.arg(2) != "enter" && order.arg(2) != "leave")
-        return order.fail("wanted: enter or leave");
+    const bool broken = order.arg(2) == "broken";
+    const bool leave = order.arg(2) == "leave";
+    if (!broken && !leave && order.arg(2) != "enter")
+        return order.fail("wanted: enter, leave or broken");
     order.world.traffic[device->id].clear();
-    order.scene().setBoot(*device, order.arg(2) == "enter");
+    order.scene().setBoot(*device, !leave);
+    if (broken || leave)
+        device->boot.setHoldsImage(leave);
+}
+
+void erase(Order &order)
+{
+    Device *device = order.device();
+    if (device == nullptr)
+        return;
+    if (const auto time = order.number(2, 0, BootTimeLimitMs))
+        device->boot.eraseTime = std::chrono::milliseconds(*time);
+}
+
+void bootTimes(Order &order)
+{
+    const auto leave = order.number(1, 0, BootTimeLimitMs);
+    const auto away = order.number(2, 0, BootTimeLimitMs);
+    if (leave && away)
+        order.scene().bootTimes = {std::chrono::milliseconds(*leave), std::chrono::milliseconds(*away)};
 }
 
 void setSwitch(Order &order, bool &what)
@@ -169,10 +193,12 @@ constexpr OrderRow Table[] = {
     {"unpair", "RECEIVER", 1, 1, unpair},
     {"color", "RECEIVER 0..3", 2, 2, color},
     {"longrange", "RECEIVER on|off", 2, 2, longRange},
-    {"fault", "DEVICE clear | KIND [MS] at N|random SEED PERCENT|always [command NAME]", 2, 8, fault},
+    {"fault", "DEVICE clear | KIND [MS] at N [SEED]|random SEED PERCENT|always [command NAME]", 2, 8, fault},
     {"count", "DEVICE [COMMAND]", 1, 2, countReports},
     {"version", "DEVICE MAJOR.MINOR", 2, 2, version},
-    {"boot", "DEVICE enter|leave", 2, 2, boot},
+    {"boot", "DEVICE enter|leave|broken", 2, 2, boot},
+    {"erase", "DEVICE MS", 2, 2, erase},
+    {"boottimes", "LEAVE_MS AWAY_MS", 2, 2, bootTimes},
     {"pace", "on|off", 1, 1, pace},
     {"log", "on|off", 1, 1, log},
     {"quit", "", 0, 0, quit},

@@ -40,6 +40,7 @@ static constexpr CommandRow Rows[] = {
      Route::Boot},
     {"bootdata", Command::BootData, 1, wire::PayloadSize, Route::Boot},
     {"bootend", Command::BootEnd, 0, 0, Route::Boot},
+    {"bootleave", Command::BootLeave, 0, 0, Route::Boot},
     {"statuschanged", Command::StatusChanged, 0, wire::PayloadSize, Route::Device},
     {"donglecolorchanged", Command::DongleColorChanged, 0, wire::PayloadSize, Route::Device},
     {"longrangechanged", Command::LongRangeChanged, 0, wire::PayloadSize, Route::Device},

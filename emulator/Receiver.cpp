@@ -76,9 +76,10 @@ DeviceIdentity Receiver::identity() const
 
 wire::BootIdentityReply Receiver::bootIdentity() const
 {
+    const uint8_t kHz = wire::receiverKHz(ReceiverClasses[state.classIndex].kind);
     if (state.paired)
-        return {bootTarget(), state.paired->cid, state.paired->mid};
-    return {bootTarget(), state.cid, state.mid};
+        return {bootTarget(), state.paired->cid, state.paired->mid, kHz};
+    return {bootTarget(), state.cid, state.mid, kHz};
 }
 
 wire::OnLineReply Receiver::onLineReply() const

@@ -41,9 +41,9 @@ wire::Report Scene::answer(Device &device, const wire::Report &request)
     if (row == nullptr || request.Length < row->least || request.Length > row->most)
         return makeReply(request, wire::Status::Refused);
     if (device.mode != Mode::Normal) {
-        const wire::Report reply = device.boot.answer(request, device.bootIdentity());
-        const bool ended = row->command == wire::Command::BootEnd && reply.status() == wire::Status::Ok;
-        follow(device, ended ? After::LeaveBoot : After::Nothing);
+        const wire::Report reply = device.boot.answer(request, device.bootIdentity(), now_);
+        const bool ends = row->command == wire::Command::BootEnd || row->command == wire::Command::BootLeave;
+        follow(device, ends && reply.status() == wire::Status::Ok ? After::LeaveBoot : After::Nothing);
         return reply;
     }
     Device *asked = &device;
@@ -62,11 +62,11 @@ void Scene::follow(Device &device, After what)
     case After::Nothing:
         return;
     case After::EnterBoot:
-        return after(BootLeaveTime,
-                     [this, &device] { changeMode(device, Mode::Normal, Mode::Absent, Mode::Boot); });
+        return afterUnlessRestarted(device, bootTimes.leave,
+                                    [this, &device] { changeMode(device, Mode::Normal, Mode::Boot); });
     case After::LeaveBoot:
-        return after(BootLeaveTime,
-                     [this, &device] { changeMode(device, Mode::Boot, Mode::Absent, Mode::Normal); });
+        return afterUnlessRestarted(device, bootTimes.leave,
+                                    [this, &device] { changeMode(device, Mode::Boot, Mode::Normal); });
     case After::ClearDone:
         return after(ClearTime, [&device] {
             static_cast<Mouse &>(device).restoreFactory();
@@ -76,14 +76,22 @@ void Scene::follow(Device &device, After what)
 }
 
 // A repeated request may find the device gone already.
-void Scene::changeMode(Device &device, Mode from, Mode over, Mode to)
+void Scene::changeMode(Device &device, Mode from, Mode to)
 {
     if (device.mode != from)
         return;
-    device.mode = over;
-    after(BootReturnTime, [this, &device, over, to] {
-        if (device.mode == over)
+    device.mode = Mode::Absent;
+    afterUnlessRestarted(device, bootTimes.away, [this, &device, to] {
+        if (device.mode == Mode::Absent)
             setBoot(device, to == Mode::Boot);
+    });
+}
+
+void Scene::afterUnlessRestarted(Device &device, Clock::duration delay, std::function<void()> what)
+{
+    after(delay, [&device, starts = device.starts, what = std::move(what)] {
+        if (device.starts == starts)
+            what();
     });
 }
 
@@ -100,9 +108,27 @@ void Scene::setPlugged(Device &device, bool plugged)
     if (device.plugged == plugged)
         return;
     device.plugged = plugged;
-    device.boot.reset();
+    if (!plugged)
+        losePower(device);
     if (Mouse *mouse = findMouse(device.id))
         mouse->use(now_);
+}
+
+void Scene::losePower(Device &device)
+{
+    ++device.starts;
+    if (const auto version = device.boot.takeAcceptedVersion())
+        device.version = *version;
+    device.boot.reset();
+    device.mode = device.boot.holdsImage() ? Mode::Normal : Mode::Boot;
+}
+
+void Scene::cutPower(Device &device)
+{
+    losePower(device);
+    const Mode next = device.mode;
+    device.mode = Mode::Absent;
+    afterUnlessRestarted(device, bootTimes.away, [&device, next] { device.mode = next; });
 }
 
 Mouse *Scene::mouseInReach(const Receiver &receiver) const

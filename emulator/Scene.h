@@ -23,6 +23,11 @@ constexpr std::chrono::milliseconds ClearTime{20};      // a factory reset
 constexpr std::chrono::milliseconds BootLeaveTime{30};  // from the acknowledgement to leaving the bus
 constexpr std::chrono::milliseconds BootReturnTime{60}; // from leaving to coming back
 
+struct BootTimes {
+    std::chrono::milliseconds leave = BootLeaveTime;
+    std::chrono::milliseconds away = BootReturnTime;
+};
+
 struct UsbIds {
     uint16_t vendor = 0;
     uint16_t cable = 0;
@@ -62,9 +67,10 @@ public:
     Mouse *mouseInReach(const Receiver &receiver) const;
     int topRate(const Mouse &mouse) const; // of its live link, in Hz; 1000 without one
     void setBoot(Device &device, bool inBoot);
-    // Plugging in the cable wakes the mouse and turns its radio off; a boot loader loses what it had
-    // received.
+    // Plugging in the cable wakes the mouse and turns its radio off. An unplugged device loses its power: a
+    // boot loader loses what it had received, and a device whose image is untouched starts it.
     void setPlugged(Device &device, bool plugged);
+    void cutPower(Device &device); // for a moment; the device leaves the bus and starts again
 
     // Time. run() handles due events.
     void run(Clock::time_point now);
@@ -73,10 +79,14 @@ public:
     Clock::time_point now() const { return now_; }
 
     UsbIds ids;
+    BootTimes bootTimes;
 
 private:
     void follow(Device &device, After what);
-    void changeMode(Device &device, Mode from, Mode over, Mode to);
+    void changeMode(Device &device, Mode from, Mode to);
+    static void losePower(Device &device);
+    // An event of a device that a loss of power cancels.
+    void afterUnlessRestarted(Device &device, Clock::duration delay, std::function<void()> what);
     Device *livePlug(Mouse &mouse) const;
     void pairWaiting();
 

@@ -94,12 +94,23 @@ public:
         in.clear();
         out.clear();
         ++plugging;
+        stalledUntil = {};
+    }
+    bool isStalled(Clock::time_point now) const { return now < stalledUntil; }
+    // When a report can next move.
+    std::optional<Clock::time_point> nextDue(bool paced) const
+    {
+        std::optional<Clock::time_point> next = in.nextDue(paced);
+        if (const auto due = out.nextDue(paced); due && (!next || *due < *next))
+            next = due;
+        return next ? std::make_optional(std::max(*next, stalledUntil)) : std::nullopt;
     }
 
     Lane<Incoming> in;
     Lane<Outgoing> out;
     FaultTable faults;
-    unsigned plugging = 0; // how often the device has left the bus
+    Clock::time_point stalledUntil{}; // until then no report moves in either direction
+    unsigned plugging = 0;            // how often the device has left the bus
 
 private:
     struct CommandCount {

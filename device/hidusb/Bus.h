@@ -21,6 +21,9 @@ struct InterfaceInfo {
     uint16_t release = 0; // high byte major, low byte minor
     int interfaceNumber = -1;
     uint16_t usagePage = 0;
+    // The place where the device is plugged in, which it keeps when it comes back as another device: sysfs
+    // path of the USB device, serial on the emulated bus.
+    std::string port = {};
 };
 
 // One open interface. One thread reads, any thread writes or interrupts.
@@ -65,6 +68,9 @@ public:
     virtual std::unique_ptr<ReportPort> open(const std::string &path) = 0; // null when it can't be opened
     virtual std::unique_ptr<ChangeSource> watch() = 0;                     // null when it can't be watched
 };
+
+// watch(), or where there can be none, a look at the bus four times a second.
+std::unique_ptr<ChangeSource> watchOrPoll(Bus &bus);
 
 // The bus of this process, chosen once: the folder that HIDUSB_BUS names, else the machine's own devices.
 // With HIDUSB_LOG set, everything that passes it is logged.

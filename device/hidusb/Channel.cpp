@@ -71,8 +71,14 @@ bool Channel::exchange(std::vector<Exchange> &batch, const Limits &limits)
             if (!batch[i].reply)
                 wake = std::min(wake, batch[i].resend);
         }
+        const std::size_t before = first;
         for (; first < batch.size() && batch[first].reply; ++first)
             good = good && batch[first].reply->status() == wire::Status::Ok;
+        if (good && first != before && limits.progress) {
+            lock.unlock();
+            limits.progress(first);
+            lock.lock();
+        }
         if (!good || first == batch.size())
             break;
         // The window has moved: its new requests are sent without waiting.
@@ -112,7 +118,7 @@ bool Channel::advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, co
     if (exchange.request.Sequence == 0) {
         if (!assignSequence(exchange))
             return false;
-        exchange.end = now + limits.tries * ReplyTimeout;
+        exchange.end = now + limits.tries * limits.answer;
     } else if (now < exchange.resend) {
         return true;
     } else {
@@ -122,7 +128,7 @@ bool Channel::advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, co
             return false;
     }
     exchange.busy = false;
-    exchange.resend = std::min<Clock::time_point>(now + ReplyTimeout, exchange.end);
+    exchange.resend = std::min<Clock::time_point>(now + limits.answer, exchange.end);
     const wire::Report request = exchange.request;
     lock.unlock();
     port_->write(reinterpret_cast<const uint8_t *>(&request), sizeof request);

@@ -13,6 +13,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -41,9 +42,11 @@ struct Exchange {
 
 struct Limits {
     int tries = UsualTries;                                             // for each request
+    std::chrono::milliseconds answer = ReplyTimeout;                    // for each try
     std::size_t window = 1;                                             // requests in flight
     std::chrono::milliseconds total = std::chrono::milliseconds::max(); // for all of them together
     const std::atomic<bool> *stop = nullptr;                            // true: give up
+    std::function<void(std::size_t answered)> progress = nullptr;       // of the requests in their order
 };
 
 // Receives the notices of a channel, on the channel's reader thread; must not wait.

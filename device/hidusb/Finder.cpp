@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <mutex>
+#include <set>
 
 namespace hidusb
 {
@@ -30,9 +32,29 @@ template <typename Fits> static std::vector<InterfaceInfo> findAll(Fits fits)
     return found;
 }
 
-std::vector<InterfaceInfo> findByUsagePage(uint16_t usagePage)
+namespace
 {
-    return findAll([usagePage](const InterfaceInfo &info) { return info.usagePage == usagePage; });
+
+struct KnownVendors {
+    std::mutex mutex;
+    std::set<uint16_t> ids;
+};
+
+KnownVendors &knownVendors()
+{
+    static auto *known = new KnownVendors;
+    return *known;
+}
+
+} // namespace
+
+std::vector<InterfaceInfo> findOfKnownVendors()
+{
+    std::unique_lock lock(knownVendors().mutex);
+    const std::set<uint16_t> known = knownVendors().ids;
+    lock.unlock();
+    return findAll(
+        [&known](const InterfaceInfo &info) { return known.empty() || known.count(info.vendorId) > 0; });
 }
 
 std::optional<InterfaceInfo> findByPath(const char *path)
@@ -52,6 +74,10 @@ const char *const *findPaths(const char *vendorId, const char *productId, int in
     const auto product = parseId(productId);
     const int32_t most = count != nullptr ? std::clamp(*count, 0, PathLimit) : 0;
     found.clear();
+    if (vendor) {
+        const std::lock_guard lock(knownVendors().mutex);
+        knownVendors().ids.insert(*vendor);
+    }
     if (vendor && product && most > 0)
         found = findAll([&](const InterfaceInfo &info) {
             return info.vendorId == *vendor && info.productId == *product &&

@@ -16,6 +16,14 @@ static uint32_t crcOf(const uint8_t *bytes, std::size_t size)
     return static_cast<uint32_t>(crc32(0, bytes, static_cast<uInt>(size)));
 }
 
+static bool isForADevice(const wire::FirmwareHead &head)
+{
+    if (head.Target == wire::TargetMouse)
+        return head.ReceiverKHz == 0;
+    const uint8_t kHz = head.ReceiverKHz;
+    return head.Target == wire::TargetReceiver && (kHz == 1 || kHz == 2 || kHz == 4 || kHz == 8);
+}
+
 std::optional<Firmware> readFirmware(const uint8_t *image)
 {
     if (image == nullptr)
@@ -27,10 +35,10 @@ std::optional<Firmware> readFirmware(const uint8_t *image)
         return std::nullopt;
     std::memcpy(&head, image, sizeof head);
     constexpr std::size_t checkedFrom = offsetof(wire::FirmwareHead, Version);
-    const bool target = head.Target == wire::TargetMouse || head.Target == wire::TargetReceiver;
-    if (!target || crcOf(image + checkedFrom, size - checkedFrom) != head.Crc32.get())
+    if (!isForADevice(head) || crcOf(image + checkedFrom, size - checkedFrom) != head.Crc32.get())
         return std::nullopt;
-    return Firmware{{image, image + size}, {head.Target, head.Cid, head.Mid}};
+    return Firmware{
+        {image, image + size}, {head.Target, head.Cid, head.Mid, head.ReceiverKHz}, head.Version.get()};
 }
 
 wire::BootBeginRequest Firmware::announcement() const
@@ -55,10 +63,18 @@ bool Firmware::fitsBootLoader(const wire::BootIdentityReply &identity) const
 
 bool Firmware::fitsDevice(const DeviceIdentity &identity) const
 {
-    constexpr uint8_t receiverKinds = 0x05; // 0, 1, 4 and 5 are receivers, other kinds are wired
-    const bool mouse = (identity.DeviceKind & ~receiverKinds) != 0;
-    return identity.Cid == fits.Cid && identity.Mid == fits.Mid &&
-           mouse == (fits.Target == wire::TargetMouse);
+    return identity.Mid == fits.Mid && isOfItsKind(identity);
+}
+
+bool Firmware::mayFitDevice(const DeviceIdentity &identity) const
+{
+    const bool unpaired = identity.Mid == 0 && fits.Target == wire::TargetReceiver;
+    return fitsDevice(identity) || (unpaired && isOfItsKind(identity));
+}
+
+bool Firmware::isOfItsKind(const DeviceIdentity &identity) const
+{
+    return identity.Cid == fits.Cid && wire::receiverKHz(identity.DeviceKind) == fits.ReceiverKHz;
 }
 
 } // namespace hidusb

@@ -16,6 +16,7 @@ namespace hidusb
 struct Firmware {
     std::vector<uint8_t> bytes; // the whole file
     wire::BootIdentityReply fits;
+    uint16_t version = 0; // high byte major, low byte minor
 
     wire::BootBeginRequest announcement() const;
     std::size_t blockCount() const { return (bytes.size() + wire::PayloadSize - 1) / wire::PayloadSize; }
@@ -23,6 +24,11 @@ struct Firmware {
 
     bool fitsBootLoader(const wire::BootIdentityReply &identity) const;
     bool fitsDevice(const DeviceIdentity &identity) const;
+    // True also for a receiver without a mouse, which does not know its model outside its boot loader.
+    bool mayFitDevice(const DeviceIdentity &identity) const;
+
+private:
+    bool isOfItsKind(const DeviceIdentity &identity) const;
 };
 
 // `image` is readable for the length that its head gives. Empty when it is not a complete, undamaged file.

@@ -5,6 +5,7 @@
 #include "device/hidusb/Codec.h"
 #include "device/hidusb/Connection.h"
 #include "device/hidusb/Finder.h"
+#include "device/hidusb/FirmwareTargets.h"
 #include "device/hidusb/HotPlug.h"
 #include "device/hidusb/Question.h"
 #include "device/hidusb/RawDevice.h"

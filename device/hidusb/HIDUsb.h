@@ -37,7 +37,8 @@ extern "C" {
 // (zero-filled) for at least 56. Both are the library's and valid during the call only.
 typedef void (*ProtocolCallback_t)(const uint8_t *header, int32_t header_length, const uint8_t *payload,
                                    uint32_t payload_length);
-// data[0] is 7; data[1] is 1 with a percentage in data[2], or 2 for the end with data[2] 1 on success.
+// data[0] is 7; data[1] is 1 with a percentage in data[2], or 2 for the end with data[2] 1 on success, 2 when
+// the device refused to enter its boot loader (its battery is low) and is as it was, 0 for any other failure.
 typedef void (*UpgradeCallback_t)(const uint8_t *data);
 typedef void (*UsbChangedCallback_t)(void);
 
@@ -140,12 +141,15 @@ HIDUSB_API void UsbFinderC_ReadWriteDeviceData(const uint8_t *write_buffer, uint
 
 // `image` is a whole firmware file in memory, of the length that its head gives; the caller has checked
 // that. *count is the number of attached boot loaders that the file fits, at most the value on entry.
-// An attached boot loader that is silent costs 0.3 s.
+// Asks the boot loaders of the vendors that the program has searched for, all at the same time: a silent one
+// costs 0.3 s, and any number of them 0.5 s at most.
 HIDUSB_API void UsbUpgradeC_FindBootDevices(const uint8_t *image, int32_t *count);
 // Starts flashing and returns: true when the file is whole and one device that it fits (in its boot
-// loader or not) is attached, and no other upgrade runs. `timeout_ms` is how long the boot
-// loader may take to appear and the device to come back. The image is copied. The callback has a thread
-// of its own. An attached device that is silent costs 0.3 s.
+// loader or not) is attached, and no other upgrade runs. The device is followed by its USB port, and the
+// upgrade has succeeded when it is there again and reports the file's version. `timeout_ms` is how long the
+// boot loader may take to appear and the device to come back. The end is reported two minutes after the call
+// at the latest. The image is copied. The callback has a thread of its own. The search takes as long as that
+// of UsbUpgradeC_FindBootDevices.
 HIDUSB_API uint8_t UsbUpgrade_Start(const uint8_t *image, UpgradeCallback_t callback, int32_t timeout_ms);
 
 // ---- Hot-plug -----------------------------------------------------------------------------------

@@ -40,7 +40,7 @@ private:
     // The watch is set up before the first call: a change during that call makes another one.
     void run()
     {
-        const std::shared_ptr<ChangeSource> changes = bus().watch();
+        const std::shared_ptr<ChangeSource> changes = watchOrPoll(bus());
         {
             const std::lock_guard lock(mutex_);
             changes_ = changes;

@@ -99,7 +99,7 @@ std::vector<InterfaceInfo> SocketBus::enumerate()
         const auto name = wire::parseBusName(entry->d_name);
         if (name)
             found.push_back({folder_ + entry->d_name, name->vendorId, name->productId, name->release,
-                             name->interfaceNumber, name->usagePage});
+                             name->interfaceNumber, name->usagePage, name->serial});
     }
     closedir(folder);
     std::sort(found.begin(), found.end(),

@@ -2,53 +2,21 @@
 // SPDX-License-Identifier: MIT
 #include "device/hidusb/Upgrade.h"
 
-#include "device/hidusb/Finder.h"
-#include "device/hidusb/Question.h"
+#include "device/hidusb/FirmwareTargets.h"
 #include "device/hidusb/Thread.h"
 #include "device/hidusb/wire/BusName.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace hidusb
 {
 
+using std::chrono::milliseconds;
 using wire::Command;
+using wire::Status;
 
-constexpr int IdentityTries = 2;
-constexpr int SlowTries = 20; // 3 s: a boot loader erases before its first block and checks at the end
-constexpr std::size_t BlockWindow = 8;   // blocks in flight
-constexpr std::size_t BlocksAtOnce = 16; // between two progress reports
-constexpr int AskAgainMs = 200; // pause before an attached device that does not answer is asked again
-
-static bool fitsBootLoader(const Firmware &firmware, const std::string &path)
-{
-    wire::BootIdentityReply identity{};
-    return fetch(path.c_str(), Command::BootIdentity, &identity, IdentityTries) &&
-           firmware.fitsBootLoader(identity);
-}
-
-static bool fitsDevice(const Firmware &firmware, const std::string &path)
-{
-    DeviceIdentity identity{};
-    return fetch(path.c_str(), Command::Identity, &identity, IdentityTries) && firmware.fitsDevice(identity);
-}
-
-using Fits = bool(const Firmware &, const std::string &);
-
-static std::vector<std::string> findFitting(const Firmware &firmware, uint16_t usagePage, Fits *fits)
-{
-    std::vector<std::string> paths;
-    for (const InterfaceInfo &info : findByUsagePage(usagePage)) {
-        if (fits(firmware, info.path))
-            paths.push_back(info.path);
-    }
-    return paths;
-}
-
-int countBootLoaders(const Firmware &firmware)
-{
-    return static_cast<int>(findFitting(firmware, wire::BootUsagePage, fitsBootLoader).size());
-}
+constexpr std::size_t BlockWindow = 8; // blocks in flight
 
 namespace
 {
@@ -56,41 +24,63 @@ namespace
 class Upgrade
 {
 public:
-    Upgrade(Firmware firmware, UpgradeCallback_t callback, int timeoutMs)
-        : firmware_(std::move(firmware)), callback_(callback), timeoutMs_(std::max(timeoutMs, 0))
+    Upgrade(Firmware firmware, UpgradeCallback_t callback, int timeoutMs, const UpgradeTimes &times)
+        : firmware_(std::move(firmware))
+        , callback_(callback)
+        , timeout_(std::max(timeoutMs, 0))
+        , times_(times)
+        , deadline_(Clock::now() + times.whole)
     {
     }
 
-    bool findTarget();
-    bool run();
+    // Before anything is sent. A device must not be sent to its boot loader unless its return can be seen.
+    bool prepare();
+    UpgradeResult run();
     void report(uint8_t what, uint8_t value);
 
 private:
-    std::string waitFor(ChangeSource *changes, uint16_t usagePage, Fits *fits) const;
-    bool enterBootLoader(ChangeSource *changes);
+    using Result = UpgradeResult;
+    using Check = std::function<std::optional<Result>(Channel &)>; // empty: ask again
+
+    Limits limits(milliseconds total) const;
+    std::optional<Status> order(Channel &channel, const wire::Report &request, milliseconds total) const;
+    template <typename Reply> bool fetch(Channel &channel, Command command, Reply *reply) const;
+
+    std::shared_ptr<Channel> channelAtPort(uint16_t usagePage) const;
+    Result waitFor(uint16_t usagePage, const Check &check);
+    Result enterBootLoader();
+    std::optional<Result> checkBootLoader(Channel &channel) const;
+    bool write(Channel &channel);
     bool sendBlocks(Channel &channel);
-    bool flash();
+    void reportProgress(std::size_t blocks);
+    void leave(Channel &channel) const;
+    std::optional<Result> checkReturned(Channel &channel) const;
 
     const Firmware firmware_;
     const UpgradeCallback_t callback_;
-    const int timeoutMs_;
-    std::string path_;
-    bool inBootLoader_ = false;
+    const milliseconds timeout_;
+    const UpgradeTimes times_;
+    const Clock::time_point deadline_;
+    FirmwareTarget target_{};
+    std::unique_ptr<ChangeSource> changes_;
+    std::shared_ptr<Channel> channel_; // of the boot loader
     int percent_ = -1;
     TaskQueue callbacks_;
 };
 
-// A device in its boot loader has precedence: without this file it does not work.
-bool Upgrade::findTarget()
+milliseconds until(Clock::time_point end)
 {
-    std::vector<std::string> paths = findFitting(firmware_, wire::BootUsagePage, fitsBootLoader);
-    inBootLoader_ = !paths.empty();
-    if (!inBootLoader_)
-        paths = findFitting(firmware_, wire::SettingsUsagePage, fitsDevice);
-    if (paths.size() != 1)
+    return std::max(std::chrono::duration_cast<milliseconds>(end - Clock::now()), milliseconds(0));
+}
+
+bool Upgrade::prepare()
+{
+    const std::optional<FirmwareTarget> target = findTarget(firmware_);
+    if (!target)
         return false;
-    path_ = paths.front();
-    return true;
+    target_ = *target;
+    changes_ = watchOrPoll(bus());
+    return changes_ != nullptr;
 }
 
 // Reports go through a queue, so that a slow callback does not stop the transfer.
@@ -103,98 +93,173 @@ void Upgrade::report(uint8_t what, uint8_t value)
     });
 }
 
-// Waits for a fitting interface and returns its path; empty when none comes in time.
-std::string Upgrade::waitFor(ChangeSource *changes, uint16_t usagePage, Fits *fits) const
-{
-    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(timeoutMs_);
-    for (;;) {
-        const std::vector<std::string> paths = findFitting(firmware_, usagePage, fits);
-        if (!paths.empty())
-            return paths.front();
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-        if (left <= 0 || changes == nullptr)
-            return {};
-        changes->wait(static_cast<int>(std::min<int64_t>(left, AskAgainMs)));
-    }
-}
+// ---- Questions
 
-static std::optional<wire::Status> askSlowly(Channel &channel, const wire::Report &request)
+Limits Upgrade::limits(milliseconds total) const
 {
     Limits limits;
-    limits.tries = SlowTries;
-    const std::optional<wire::Report> reply = channel.ask(request, limits);
+    limits.answer = times_.answer;
+    limits.tries = static_cast<int>(std::max<int64_t>(total / times_.answer, 1));
+    limits.total = until(deadline_);
+    return limits;
+}
+
+std::optional<Status> Upgrade::order(Channel &channel, const wire::Report &request, milliseconds total) const
+{
+    const std::optional<wire::Report> reply = channel.ask(request, limits(total));
     return reply ? std::make_optional(reply->status()) : std::nullopt;
 }
 
-bool Upgrade::enterBootLoader(ChangeSource *changes)
+template <typename Reply> bool Upgrade::fetch(Channel &channel, Command command, Reply *reply) const
 {
-    if (inBootLoader_)
-        return true;
-    // The answer is ignored: the device may leave before it is sent. Success shows by the boot loader.
-    ask(path_.c_str(), makeRequest(Command::BootEnter, 0, &firmware_.fits.Target, 1), nullptr, 0);
-    path_ = waitFor(changes, wire::BootUsagePage, fitsBootLoader);
-    return !path_.empty();
+    const auto got = channel.ask(makeRequest(command), limits(UsualTries * times_.answer));
+    if (!got || got->status() != Status::Ok || got->Length != sizeof *reply)
+        return false;
+    std::memcpy(reply, got->Payload, sizeof *reply);
+    return true;
+}
+
+// ---- The device, which leaves its port and comes back there as another one
+
+// Null unless there is exactly one.
+std::shared_ptr<Channel> Upgrade::channelAtPort(uint16_t usagePage) const
+{
+    std::vector<InterfaceInfo> infos = bus().enumerate();
+    const auto other = [this, usagePage](const InterfaceInfo &info) {
+        return info.port != target_.port || info.usagePage != usagePage;
+    };
+    infos.erase(std::remove_if(infos.begin(), infos.end(), other), infos.end());
+    return infos.size() == 1 ? acquireChannel(infos.front().path) : nullptr;
+}
+
+UpgradeResult Upgrade::waitFor(uint16_t usagePage, const Check &check)
+{
+    const Clock::time_point end = std::min(deadline_, Clock::now() + timeout_);
+    for (;;) {
+        channel_ = channelAtPort(usagePage);
+        if (const auto result = channel_ ? check(*channel_) : std::nullopt)
+            return *result;
+        const milliseconds left = until(end);
+        if (left.count() == 0)
+            return Result::Failed;
+        changes_->wait(static_cast<int>(std::min(left, times_.askAgain).count()));
+    }
+}
+
+// An unanswered BootEnter may have been carried out: a device may leave before it answers.
+UpgradeResult Upgrade::enterBootLoader()
+{
+    if (!target_.inBootLoader) {
+        const std::shared_ptr<Channel> channel = acquireChannel(target_.path);
+        if (!channel)
+            return Result::Failed;
+        const auto request = makeRequest(Command::BootEnter, 0, &firmware_.fits.Target, 1);
+        const auto status = order(*channel, request, UsualTries * times_.answer);
+        if (status && *status != Status::Ok)
+            return Result::Refused;
+    }
+    return waitFor(wire::BootUsagePage, [this](Channel &channel) { return checkBootLoader(channel); });
+}
+
+std::optional<UpgradeResult> Upgrade::checkBootLoader(Channel &channel) const
+{
+    wire::BootIdentityReply identity{};
+    if (!fetch(channel, Command::BootIdentity, &identity))
+        return std::nullopt;
+    if (firmware_.fitsBootLoader(identity))
+        return Result::Succeeded;
+    leave(channel);
+    return Result::Failed;
+}
+
+std::optional<UpgradeResult> Upgrade::checkReturned(Channel &channel) const
+{
+    DeviceIdentity identity{};
+    wire::VersionReply version{};
+    const bool mouse = firmware_.fits.Target == wire::TargetMouse;
+    if (!fetch(channel, Command::Identity, &identity) || !firmware_.mayFitDevice(identity) ||
+        !fetch(channel, mouse ? Command::Version : Command::SlaveVersion, &version))
+        return std::nullopt;
+    return (version.Major << 8 | version.Minor) == firmware_.version ? Result::Succeeded : Result::Failed;
+}
+
+// ---- The image
+
+void Upgrade::reportProgress(std::size_t blocks)
+{
+    const int percent = static_cast<int>(blocks * 100 / firmware_.blockCount());
+    if (percent != percent_)
+        report(1, static_cast<uint8_t>(percent));
+    percent_ = percent;
 }
 
 bool Upgrade::sendBlocks(Channel &channel)
 {
-    Limits limits;
-    limits.window = BlockWindow;
-    const std::size_t count = firmware_.blockCount();
-    for (std::size_t first = 0; first < count; first += BlocksAtOnce) {
-        std::vector<Exchange> batch(std::min(BlocksAtOnce, count - first));
-        for (std::size_t i = 0; i < batch.size(); ++i)
-            batch[i].request = firmware_.block(first + i);
-        if (!channel.exchange(batch, limits))
-            return false;
-        const int percent = static_cast<int>((first + batch.size()) * 100 / count);
-        if (percent != percent_)
-            report(1, static_cast<uint8_t>(percent));
-        percent_ = percent;
-    }
-    return true;
+    std::vector<Exchange> batch(firmware_.blockCount());
+    for (std::size_t i = 0; i < batch.size(); ++i)
+        batch[i].request = firmware_.block(i);
+    Limits some = limits(UsualTries * times_.answer);
+    some.window = BlockWindow;
+    some.progress = [this](std::size_t blocks) { reportProgress(blocks); };
+    return channel.exchange(batch, some);
 }
 
-bool Upgrade::flash()
+// The device may leave before its last answer is sent; its return then shows whether it took the image.
+bool Upgrade::write(Channel &channel)
 {
-    const std::shared_ptr<Channel> channel = acquireChannel(path_);
     const wire::BootBeginRequest begin = firmware_.announcement();
-    if (!channel ||
-        askSlowly(*channel, makeRequest(Command::BootBegin, 0, &begin, sizeof begin)) != wire::Status::Ok ||
-        !sendBlocks(*channel))
+    const auto request = makeRequest(Command::BootBegin, 0, &begin, sizeof begin);
+    if (order(channel, request, times_.slow) != Status::Ok || !sendBlocks(channel))
         return false;
-    // The device may leave before its answer is sent; its return then shows whether the upgrade succeeded.
-    const std::optional<wire::Status> end = askSlowly(*channel, makeRequest(Command::BootEnd));
-    return !end || *end == wire::Status::Ok;
+    return order(channel, makeRequest(Command::BootEnd), times_.slow).value_or(Status::Ok) == Status::Ok;
 }
 
-bool Upgrade::run()
+// A device whose image is not erased starts it; others refuse.
+void Upgrade::leave(Channel &channel) const
 {
-    const std::unique_ptr<ChangeSource> changes = bus().watch();
-    return enterBootLoader(changes.get()) && flash() &&
-           !waitFor(changes.get(), wire::SettingsUsagePage, fitsDevice).empty();
+    order(channel, makeRequest(Command::BootLeave), UsualTries * times_.answer);
+}
+
+UpgradeResult Upgrade::run()
+{
+    const Result entered = enterBootLoader();
+    if (entered != Result::Succeeded)
+        return entered;
+    if (!write(*channel_)) {
+        leave(*channel_);
+        return Result::Failed;
+    }
+    return waitFor(wire::SettingsUsagePage, [this](Channel &channel) { return checkReturned(channel); });
 }
 
 } // namespace
 
-static bool start(Firmware firmware, UpgradeCallback_t callback, int timeoutMs, std::atomic<bool> &running)
+static UpgradeResult runQuietly(Upgrade &upgrade)
 {
-    const auto upgrade = std::make_shared<Upgrade>(std::move(firmware), callback, timeoutMs);
-    return upgrade->findTarget() && startThread([upgrade, &running] {
-               const bool good = upgrade->run();
+    try {
+        return upgrade.run();
+    } catch (const std::exception &) {
+        return UpgradeResult::Failed;
+    }
+}
+
+static bool start(const std::shared_ptr<Upgrade> &upgrade, std::atomic<bool> &running)
+{
+    return upgrade->prepare() && startThread([upgrade, &running] {
+               const UpgradeResult result = runQuietly(*upgrade);
                running = false;
-               upgrade->report(2, good ? 1 : 0);
+               upgrade->report(2, static_cast<uint8_t>(result));
            });
 }
 
-bool startUpgrade(Firmware firmware, UpgradeCallback_t callback, int timeoutMs)
+bool startUpgrade(Firmware firmware, UpgradeCallback_t callback, int timeoutMs, const UpgradeTimes &times)
 {
     static std::atomic<bool> running{false};
     if (running.exchange(true))
         return false;
     bool started = false;
     try {
-        started = start(std::move(firmware), callback, timeoutMs, running);
+        started = start(std::make_shared<Upgrade>(std::move(firmware), callback, timeoutMs, times), running);
     } catch (const std::exception &) {
         started = false;
     }

@@ -9,6 +9,7 @@
 
 static constexpr int BatteryOrderMs = 80;
 static constexpr int ProfileCount = 4;
+static constexpr int EraseLimitMs = 60000;
 
 namespace
 {
@@ -79,14 +80,35 @@ QLayout *DeviceControls::makeStates()
     connect(asleep_, &QCheckBox::clicked, this, [this](bool on) {
         emit ordered((on ? QStringLiteral("sleep ") : QStringLiteral("wake ")) + mouse_);
     });
+    boot_ =
+        addCheck("bootCheck", QStringLiteral("Boot loader"), QStringLiteral("Device is in its boot loader"));
+    connect(boot_, &QCheckBox::clicked, this, [this](bool on) {
+        emit ordered(QStringLiteral("boot %1 %2")
+                         .arg(device_, on ? QStringLiteral("enter") : QStringLiteral("leave")));
+    });
+    makeErase();
     makeProfile();
     auto *row = new QHBoxLayout;
     row->setSpacing(16);
-    for (QWidget *each : {plugged_, radio_, asleep_})
+    for (QWidget *each : QList<QWidget *>{plugged_, radio_, asleep_, boot_, erase_})
         row->addWidget(each);
     row->addStretch();
     row->addWidget(profile_);
     return row;
+}
+
+void DeviceControls::makeErase()
+{
+    erase_ = new QSpinBox(this);
+    erase_->setObjectName(QStringLiteral("eraseSpin"));
+    erase_->setAccessibleName(QStringLiteral("Milliseconds that the boot loader takes to erase"));
+    erase_->setButtonSymbols(QAbstractSpinBox::NoButtons);
+    erase_->setKeyboardTracking(false); // one order for a number, not one for each digit
+    erase_->setRange(0, EraseLimitMs);
+    erase_->setPrefix(QStringLiteral("erase "));
+    erase_->setSuffix(QStringLiteral(" ms"));
+    connect(erase_, QOverload<int>::of(&QSpinBox::valueChanged), this,
+            [this](int value) { emit ordered(QStringLiteral("erase %1 %2").arg(device_).arg(value)); });
 }
 
 void DeviceControls::makeProfile()
@@ -162,7 +184,10 @@ void DeviceControls::show(const PanelDevice *device, const PanelDevice *mouse)
     const QString mouseId = mouse == nullptr ? QString() : mouse->id;
     if (batteryDue_.isActive() && mouseId != mouse_)
         mouse_.isEmpty() ? batteryDue_.stop() : orderBattery();
-    device_ = device == nullptr ? QString() : device->id;
+    const QString deviceId = device == nullptr ? QString() : device->id;
+    if (deviceId != device_)
+        erase_->clearFocus(); // a number that is being typed is the device's that was chosen before
+    device_ = deviceId;
     mouse_ = mouseId;
     QString title = device == nullptr ? QStringLiteral("No device") : device->id;
     if (device != nullptr)
@@ -172,9 +197,21 @@ void DeviceControls::show(const PanelDevice *device, const PanelDevice *mouse)
     title_->setText(title);
     plugged_->setEnabled(device != nullptr);
     plugged_->setChecked(device != nullptr && device->plugged);
+    boot_->setEnabled(device != nullptr);
+    boot_->setChecked(device != nullptr && device->boot);
+    showErase(device);
     for (QWidget *each : qAsConst(ofMouse_))
         each->setEnabled(mouse != nullptr);
     showMouse(mouse);
+}
+
+// While a number is typed, what the emulator says does not replace it.
+void DeviceControls::showErase(const PanelDevice *device)
+{
+    const QSignalBlocker blocker(erase_);
+    erase_->setEnabled(device != nullptr);
+    if (!erase_->hasFocus())
+        erase_->setValue(device == nullptr ? 0 : device->erase);
 }
 
 void DeviceControls::showMouse(const PanelDevice *mouse)

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
+#include <QSpinBox>
 #include <QTimer>
 
 class DeviceControls : public QGroupBox
@@ -35,8 +36,10 @@ private:
     QLayout *makeStates();
     QLayout *makeBattery();
     QLayout *makeButtons();
+    void makeErase();
     void makeProfile();
     void orderBattery();
+    void showErase(const PanelDevice *device);
     void showMouse(const PanelDevice *mouse);
 
     QString device_;
@@ -45,6 +48,8 @@ private:
     QCheckBox *plugged_ = nullptr;
     QCheckBox *radio_ = nullptr;
     QCheckBox *asleep_ = nullptr;
+    QCheckBox *boot_ = nullptr;
+    QSpinBox *erase_ = nullptr;
     QSlider *battery_ = nullptr;
     QLabel *batteryText_ = nullptr;
     QCheckBox *charging_ = nullptr;

@@ -17,7 +17,7 @@ enum Where { At, Random, Always };
 FaultControls::FaultControls(QWidget *parent)
     : QGroupBox(parent)
     , kind_(addBox("faultKind", QStringLiteral("Kind of fault")))
-    , late_(addSpin("faultLate", QStringLiteral("Milliseconds that the answer is late"), 1, LateLimitMs, 500))
+    , late_(addSpin("faultLate", QStringLiteral("Milliseconds that the fault lasts"), 1, LateLimitMs, 500))
     , where_(addBox("faultWhere", QStringLiteral("Where the fault strikes")))
     , at_(addSpin("faultAt", QStringLiteral("Number of the report, from now on"), 1, CountLimit, 1))
     , percent_(addSpin("faultPercent", QStringLiteral("Percent of the reports"), 1, 100, 10))
@@ -104,7 +104,7 @@ void FaultControls::layOut()
 
 void FaultControls::showFields()
 {
-    late_->setVisible(kind_->currentText() == QLatin1String("late"));
+    late_->setVisible(emulator::takesMilliseconds(kind_->currentText().toStdString()));
     at_->setVisible(where_->currentIndex() == At);
     percent_->setVisible(where_->currentIndex() == Random);
     seed_->setVisible(where_->currentIndex() == Random);
@@ -113,7 +113,7 @@ void FaultControls::showFields()
 QString FaultControls::rule() const
 {
     QString text = kind_->currentText();
-    if (text == QLatin1String("late"))
+    if (emulator::takesMilliseconds(text.toStdString()))
         text += QStringLiteral(" %1").arg(late_->value());
     const QString wheres[] = {QStringLiteral(" at %1").arg(at_->value()),
                               QStringLiteral(" random %1 %2").arg(seed_->value()).arg(percent_->value()),

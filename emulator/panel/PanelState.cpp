@@ -28,9 +28,10 @@ struct NumberRow {
     int most;
 };
 constexpr NumberRow Numbers[] = {
-    {"faults", &PanelDevice::faults, 9999}, {"battery", &PanelDevice::battery, 100},
-    {"profile", &PanelDevice::profile, 3},  {"stage", &PanelDevice::stage, 255},
-    {"stages", &PanelDevice::stages, 255},  {"rate", &PanelDevice::rate, 8000},
+    {"faults", &PanelDevice::faults, 9999},  {"erase", &PanelDevice::erase, 60000},
+    {"battery", &PanelDevice::battery, 100}, {"profile", &PanelDevice::profile, 3},
+    {"stage", &PanelDevice::stage, 255},     {"stages", &PanelDevice::stages, 255},
+    {"rate", &PanelDevice::rate, 8000},
 };
 
 struct TextRow {

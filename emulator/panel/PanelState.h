@@ -24,6 +24,7 @@ struct PanelDevice {
     bool boot = false;
     bool online = false;
     int faults = 0; // rules that stand
+    int erase = 0;  // ms that its boot loader takes to erase
     // Of a mouse.
     bool radio = false;
     bool asleep = false;

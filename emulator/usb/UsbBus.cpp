@@ -48,7 +48,7 @@ void UsbBus::sync(const std::vector<Interface> &wanted, const Closed &closed)
     }
     retry_.reset();
     for (auto &[key, faces] : missing) {
-        FileDescriptor socket = controller_();
+        FileDescriptor socket = controller_(faces.front().device);
         if (socket.valid())
             plugs_.emplace(key, UsbPlug(std::move(faces), std::move(socket)));
         else

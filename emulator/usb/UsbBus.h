@@ -14,8 +14,9 @@ namespace emulator
 class UsbBus final : public Bus
 {
 public:
-    // Gives the device's end of a socket to a host controller, not valid when no port is free.
-    using Controller = std::function<FileDescriptor()>;
+    // Plugs the device with this id into a host controller and returns the device's end of the socket, not
+    // valid when no port is free.
+    using Controller = std::function<FileDescriptor(const std::string &device)>;
 
     explicit UsbBus(Controller controller);
 

@@ -52,18 +52,15 @@ bool attach(int port, int socket)
 
 } // namespace
 
-FileDescriptor plugIntoKernel()
+FileDescriptor plugIntoKernel(const std::string &device, UsbPorts &ports)
 {
-    for (const int port : freePorts()) {
-        int ends[2];
-        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
-            break;
-        FileDescriptor device(ends[0]);
-        const FileDescriptor host(ends[1]); // the kernel keeps its own reference
-        if (attach(port, host.get()))
-            return device;
-    }
-    return FileDescriptor();
+    const std::optional<int> port = ports.choose(device, freePorts());
+    int ends[2];
+    if (!port || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
+        return FileDescriptor();
+    FileDescriptor plug(ends[0]);
+    const FileDescriptor host(ends[1]); // the kernel keeps its own reference
+    return attach(*port, host.get()) ? std::move(plug) : FileDescriptor();
 }
 
 } // namespace emulator

@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 //
 // What the layer costs: conversions, the time that ProtocolDataUpdate holds its caller, reports on the
-// wire for edits, and a full read when each direction carries one report in a millisecond.
+// wire for edits, a full read and an upgrade when each direction carries one report in a millisecond.
 #include "emulator/Emulator.h"
 #include "tests/bench/LoadedRecord.h"
+#include "tests/support/Firmware.h"
 
+#include <atomic>
 #include <benchmark/benchmark.h>
 #include <cstring>
 
@@ -17,7 +19,9 @@ using bench::waitFor;
 
 constexpr const char *Scenario = "mouse m cid 18 mid 6 version 1.05 battery 80\n"
                                  "receiver r class 8k mouse m version 1.02 address a10001\n"
-                                 "plug r\n";
+                                 "plug r\n"
+                                 "mouse cable cid 18 mid 8\n"
+                                 "plug cable\n";
 
 // One emulated receiver with its mouse, connected and loaded.
 class World
@@ -133,6 +137,38 @@ void fullRead(benchmark::State &state)
                                benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
+std::atomic<int> upgradeEnd;
+
+void onUpgrade(const uint8_t *data)
+{
+    if (data[1] == 2)
+        upgradeEnd = data[2];
+}
+
+// A whole upgrade of 128 KiB, paced. The device is off the bus for 2 x 90 ms of it, or with `away` 0 for 4
+// ms.
+void upgrade(benchmark::State &state)
+{
+    emulator::Emulator &emulated = world().emulated;
+    emulated.order("pace on");
+    emulated.order(state.range(0) ? "boottimes 30 60" : "boottimes 1 1");
+    const auto file = support::makeFirmware(wire::TargetMouse, 128 * 1024, 18, 8);
+    const uint64_t before = emulated.reportCount("cable");
+    for (auto _ : state) {
+        upgradeEnd = -1;
+        if (UsbUpgrade_Start(file.data(), onUpgrade, 10000) == 0)
+            std::abort();
+        waitFor([] { return upgradeEnd != -1; });
+        if (upgradeEnd != 1)
+            std::abort();
+    }
+    emulated.order("pace off");
+    const auto reports = static_cast<double>(emulated.reportCount("cable") - before);
+    state.counters["reports"] = reports / static_cast<double>(state.iterations());
+    state.counters["ofLimit"] =
+        benchmark::Counter(reports * 1e-3, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
 void onLineQuestion(benchmark::State &state)
 {
     world().emulated.order(state.range(0) ? "pace on" : "pace off");
@@ -152,6 +188,8 @@ BENCHMARK(editReachesTheFlash)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK(sliderDrag)->ArgName("pause_us")->Arg(0)->Arg(8000)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(fullRead)->ArgName("paced")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(upgrade)->ArgName("away")->Arg(0)->Arg(1)->Iterations(3)->UseRealTime()->Unit(
+    benchmark::kMillisecond);
 BENCHMARK(onLineQuestion)->ArgName("paced")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMicrosecond);
 
 } // namespace

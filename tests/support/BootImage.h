@@ -20,7 +20,7 @@ using Bytes = std::vector<uint8_t>;
 constexpr std::size_t ImageSize = 1500; // 26 whole blocks and a short one
 
 inline Bytes firmware(uint8_t target, uint8_t cid, uint8_t mid, uint16_t version,
-                      std::size_t size = ImageSize)
+                      std::size_t size = ImageSize, uint8_t receiverKHz = 8)
 {
     Bytes image(size);
     for (std::size_t i = 0; i < size; ++i)
@@ -29,6 +29,7 @@ inline Bytes firmware(uint8_t target, uint8_t cid, uint8_t mid, uint16_t version
     head.Magic.set(wire::FirmwareMagic);
     head.FileLength.set(static_cast<uint32_t>(size));
     head.Version.set(version);
+    head.ReceiverKHz = target == wire::TargetReceiver ? receiverKHz : 0; // not used for a mouse
     head.Target = target;
     head.Cid = cid;
     head.Mid = mid;

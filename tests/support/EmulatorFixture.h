@@ -73,3 +73,4 @@ protected:
 constexpr int Ok = static_cast<int>(wire::Status::Ok);
 constexpr int OffLine = static_cast<int>(wire::Status::OffLine);
 constexpr int Refused = static_cast<int>(wire::Status::Refused);
+constexpr int Busy = static_cast<int>(wire::Status::Busy);

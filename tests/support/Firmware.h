@@ -5,6 +5,7 @@
 #pragma once
 
 #include "device/hidusb/wire/FirmwareFile.h"
+#include "device/hidusb/wire/Report.h"
 
 #include <vector>
 #include <zlib.h>
@@ -12,8 +13,9 @@
 namespace support
 {
 
+// `receiverKHz` is not used for a mouse.
 inline std::vector<uint8_t> makeFirmware(uint8_t target, std::size_t size, uint8_t cid, uint8_t mid,
-                                         uint16_t version = 0x0203)
+                                         uint16_t version = 0x0203, uint8_t receiverKHz = 8)
 {
     std::vector<uint8_t> file(size);
     for (std::size_t i = 0; i < size; ++i)
@@ -22,6 +24,7 @@ inline std::vector<uint8_t> makeFirmware(uint8_t target, std::size_t size, uint8
     head->Magic.set(wire::FirmwareMagic);
     head->FileLength.set(static_cast<uint32_t>(size));
     head->Version.set(version);
+    head->ReceiverKHz = target == wire::TargetReceiver ? receiverKHz : 0;
     head->Target = target;
     head->Cid = cid;
     head->Mid = mid;

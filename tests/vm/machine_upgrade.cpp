@@ -21,9 +21,10 @@ struct TargetRow {
     const char *mouse;
     uint8_t target;
     uint8_t mid; // as the family has it
+    uint8_t kHz;
 };
-constexpr TargetRow Targets[] = {{"wired", "wired", wire::TargetMouse, 6},
-                                 {"rx4k", "air4", wire::TargetReceiver, 8}};
+constexpr TargetRow Targets[] = {{"wired", "wired", wire::TargetMouse, 6, 0},
+                                 {"rx4k", "air4", wire::TargetReceiver, 8, 4}};
 
 class Firmware : public MachineTest, public testing::WithParamInterface<TargetRow>
 {
@@ -47,7 +48,7 @@ TEST_P(Firmware, GoesThroughTheBootLoaderAndBack)
 {
     const TargetRow &row = GetParam();
     plug(row.id);
-    const auto file = support::makeFirmware(row.target, 12000, 18, row.mid);
+    const auto file = support::makeFirmware(row.target, 12000, 18, row.mid, 0x0203, row.kHz);
     EXPECT_EQ(bootDevices(file), 0);
     upgrade(file);
     expectHealthy(row.id, row.mouse);
@@ -65,9 +66,9 @@ TEST_P(Firmware, ADeviceThatWaitsInItsBootLoaderIsRepaired)
     plug(row.id);
     order(std::string("boot ") + row.id + " enter");
     settle();
-    const auto file = support::makeFirmware(row.target, 12000, 18, row.mid);
+    const auto file = support::makeFirmware(row.target, 12000, 18, row.mid, 0x0203, row.kHz);
     EXPECT_EQ(bootDevices(file), 1);
-    EXPECT_EQ(bootDevices(support::makeFirmware(row.target, 12000, 17, row.mid)), 0);
+    EXPECT_EQ(bootDevices(support::makeFirmware(row.target, 12000, 17, row.mid, 0x0203, row.kHz)), 0);
     upgrade(file);
     expectHealthy(row.id, row.mouse);
 }

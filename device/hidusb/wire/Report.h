@@ -49,6 +49,7 @@ enum class Command : uint8_t {
     BootBegin = 0x22,          // request: BootBeginRequest
     BootData = 0x23,           // request: block number in the address, up to 56 bytes
     BootEnd = 0x24,            // checks the image; acknowledged, then the device comes back as itself
+    BootLeave = 0x25,          // starts the image that is there; refused once it has been erased
     OnLineChanged = 0x30,      // notice: OnLineReply; the mouse came within reach or left it
 };
 
@@ -64,6 +65,12 @@ enum class PairState : uint8_t { Working = 1, Failed = 2, Succeeded = 3 };
 constexpr std::size_t LongRangeNoticeSize = 10;
 constexpr uint8_t TargetMouse = 210;
 constexpr uint8_t TargetReceiver = 211;
+
+// The class of a receiver by its DeviceKind; 0 for a mouse on its cable.
+constexpr uint8_t receiverKHz(uint8_t deviceKind)
+{
+    return deviceKind == 0 ? 1 : deviceKind == 4 ? 2 : deviceKind == 1 ? 4 : deviceKind == 5 ? 8 : 0;
+}
 
 struct Report {
     uint8_t Id;          // ReportId
@@ -100,6 +107,7 @@ struct BootIdentityReply {
     uint8_t Target; // TargetMouse or TargetReceiver
     uint8_t Cid;
     uint8_t Mid;
+    uint8_t ReceiverKHz; // the receiver's class: 1, 2, 4 or 8; 0 for a mouse
 };
 
 struct BootBeginRequest {
@@ -136,6 +144,6 @@ static_assert(offsetof(Report, Payload) == HeadSize && offsetof(Report, CommandC
 static_assert(offsetof(Report, AddressHigh) == 3 && offsetof(Report, Length) == 5);
 static_assert(std::is_trivially_copyable_v<Report>);
 static_assert(sizeof(OnLineReply) == 4 && sizeof(VersionReply) == 2);
-static_assert(sizeof(BootIdentityReply) == 3 && sizeof(BootBeginRequest) == 8);
+static_assert(sizeof(BootIdentityReply) == 4 && sizeof(BootBeginRequest) == 8);
 
 } // namespace wire

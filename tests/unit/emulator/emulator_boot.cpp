@@ -62,7 +62,7 @@ TEST_F(EmulatorBoot, MouseOnItsCable)
     const auto name = RawClient::find(folder_.path(), "cable", wire::BootUsagePage);
     ASSERT_TRUE(name);
     EXPECT_EQ(wire::formatBusName(*name), "1209-0006-010a-0-ffb0-cable");
-    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetMouse, 18, 6}));
+    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetMouse, 18, 6, 0}));
     EXPECT_EQ(status(boot.ask(Command::Identity)), Refused);
     EXPECT_EQ(flash(boot, firmware(wire::TargetMouse, 18, 6, 0x0203)), Ok);
     repeat(boot, Command::BootEnd);
@@ -79,7 +79,7 @@ TEST_F(EmulatorBoot, Receiver)
     const auto name = RawClient::find(folder_.path(), "rx8k", wire::BootUsagePage);
     ASSERT_TRUE(name);
     EXPECT_EQ(name->productId, 7);
-    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetReceiver, 18, 9}));
+    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetReceiver, 18, 9, 8}));
     EXPECT_EQ(flash(boot, firmware(wire::TargetReceiver, 18, 9, 0x0300)), Ok);
     ASSERT_TRUE(boot.waitForEnd());
     RawClient receiver(folder_.path(), "rx8k");
@@ -91,7 +91,7 @@ TEST_F(EmulatorBoot, ReceiverWithoutAMouseKnowsItsModel)
 {
     enter("lone", wire::TargetReceiver);
     RawClient boot(folder_.path(), "lone", wire::BootUsagePage);
-    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetReceiver, 18, 7}));
+    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetReceiver, 18, 7, 1}));
 }
 
 TEST_F(EmulatorBoot, WrongImagesStayOut)
@@ -119,9 +119,126 @@ TEST_F(EmulatorBoot, WrongImagesStayOut)
         SCOPED_TRACE(row.what);
         EXPECT_EQ(flash(boot, row.image, row.flip), Refused);
     }
-    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetMouse, 18, 6}));
+    EXPECT_EQ(payload(boot.ask(Command::BootIdentity)), (Bytes{wire::TargetMouse, 18, 6, 0}));
     // And a right one still goes in.
     EXPECT_EQ(flash(boot, firmware(wire::TargetMouse, 18, 6, 0x0203)), Ok);
+}
+
+TEST_F(EmulatorBoot, AFileForAnotherReceiverClassStaysOut)
+{
+    enter("rx8k", wire::TargetReceiver);
+    RawClient boot(folder_.path(), "rx8k", wire::BootUsagePage);
+    for (const uint8_t kHz : {0, 1, 2, 4})
+        EXPECT_EQ(flash(boot, firmware(wire::TargetReceiver, 18, 9, 0x0300, ImageSize, kHz)), Refused)
+            << int{kHz};
+    EXPECT_EQ(flash(boot, firmware(wire::TargetReceiver, 18, 9, 0x0300, ImageSize, 8)), Ok);
+}
+
+TEST_F(EmulatorBoot, TheEraseTakesItsTimeOnceForEachImage)
+{
+    const Bytes image = firmware(wire::TargetMouse, 18, 6, 0x0203);
+    const auto busyThenOk = [](RawClient &boot, const Bytes &begin) {
+        int answer = status(boot.ask(Command::BootBegin, begin));
+        EXPECT_EQ(answer, Busy);
+        while (answer == Busy)
+            answer = status(boot.ask(Command::BootBegin, begin));
+        EXPECT_EQ(answer, Ok);
+    };
+    order("erase cable 100");
+    enter("cable", wire::TargetMouse);
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    ASSERT_EQ(status(boot.ask(Command::BootBegin, beginOf(image))), Busy);
+    EXPECT_EQ(status(boot.ask(Command::BootData, blockOf(image, 0), 0)), Busy);
+    EXPECT_EQ(status(boot.ask(Command::BootEnd)), Busy);
+    busyThenOk(boot, beginOf(image));
+    sendBlocks(boot, image);
+    EXPECT_EQ(status(boot.ask(Command::BootBegin, beginOf(image))), Ok) << "erased again";
+    EXPECT_EQ(status(boot.ask(Command::BootEnd)), Ok) << "the blocks are gone";
+}
+
+TEST_F(EmulatorBoot, AnotherImageAndARefusedOneAreErased)
+{
+    const Bytes image = firmware(wire::TargetMouse, 18, 6, 0x0203);
+    Bytes broken = image;
+    broken.back() ^= 1;
+    enter("cable", wire::TargetMouse);
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    EXPECT_EQ(flash(boot, broken), Refused);
+    order("erase cable 60000");
+    EXPECT_EQ(status(boot.ask(Command::BootBegin, beginOf(broken))), Busy) << "after a refused BootEnd";
+    order("boot cable enter"); // drops what had been announced
+    order("erase cable 0");
+    RawClient again(folder_.path(), "cable", wire::BootUsagePage);
+    ASSERT_EQ(status(again.ask(Command::BootBegin, beginOf(broken))), Ok);
+    order("erase cable 60000");
+    EXPECT_EQ(status(again.ask(Command::BootBegin, beginOf(image))), Busy) << "another image";
+}
+
+TEST_F(EmulatorBoot, AMouseWithALowBatteryStaysOut)
+{
+    RawClient client(folder_.path(), "cable");
+    order("battery cable 19");
+    EXPECT_EQ(status(client.ask(Command::BootEnter, {wire::TargetMouse})), Refused);
+    order("battery cable 19 charging");
+    enter("cable", wire::TargetMouse);
+    EXPECT_TRUE(RawClient(folder_.path(), "cable", wire::BootUsagePage).isOpen());
+}
+
+TEST_F(EmulatorBoot, BootLeaveStartsAnUntouchedImageOnly)
+{
+    const Bytes image = firmware(wire::TargetMouse, 18, 6, 0x0203);
+    enter("cable", wire::TargetMouse);
+    {
+        RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+        EXPECT_EQ(status(boot.ask(Command::BootLeave)), Ok);
+        EXPECT_TRUE(boot.waitForEnd());
+    }
+    RawClient mouse(folder_.path(), "cable");
+    EXPECT_EQ(payload(mouse.ask(Command::Version)), (Bytes{0x0A, 0x01})) << "the old image";
+    enter("cable", wire::TargetMouse);
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    ASSERT_EQ(status(boot.ask(Command::BootBegin, beginOf(image))), Ok);
+    EXPECT_EQ(status(boot.ask(Command::BootLeave)), Refused);
+    EXPECT_EQ(flash(boot, image), Ok);
+}
+
+TEST_F(EmulatorBoot, APowerCycleStartsWhatIsWhole)
+{
+    const Bytes image = firmware(wire::TargetMouse, 18, 6, 0x0203);
+    enter("cable", wire::TargetMouse);
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    order("fault cable powercut at 1");
+    boot.post(Command::BootIdentity);
+    ASSERT_TRUE(boot.waitForEnd());
+    RawClient mouse(folder_.path(), "cable");
+    EXPECT_EQ(payload(mouse.ask(Command::Version)), (Bytes{0x0A, 0x01})) << "untouched";
+
+    enter("cable", wire::TargetMouse);
+    RawClient erased(folder_.path(), "cable", wire::BootUsagePage);
+    ASSERT_EQ(status(erased.ask(Command::BootBegin, beginOf(image))), Ok);
+    order("fault cable powercut at 1");
+    erased.post(Command::BootIdentity);
+    ASSERT_TRUE(erased.waitForEnd());
+    RawClient again(folder_.path(), "cable", wire::BootUsagePage);
+    EXPECT_EQ(status(again.ask(Command::BootEnd)), Refused) << "what had been announced is gone";
+    order("boottimes 60000 60"); // it stays there after BootEnd
+    ASSERT_EQ(flash(again, image), Ok);
+    order("fault cable powercut at 1");
+    again.post(Command::BootIdentity);
+    ASSERT_TRUE(again.waitForEnd());
+    RawClient renewed(folder_.path(), "cable");
+    EXPECT_EQ(payload(renewed.ask(Command::Version)), (Bytes{0x03, 0x02})) << "accepted before the cut";
+}
+
+TEST_F(EmulatorBoot, ABrokenOneStaysUntilItIsFlashed)
+{
+    order("boot cable broken");
+    order("unplug cable");
+    order("plug cable");
+    RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+    EXPECT_EQ(status(boot.ask(Command::BootLeave)), Refused);
+    EXPECT_EQ(flash(boot, firmware(wire::TargetMouse, 18, 6, 0x0203)), Ok);
+    EXPECT_TRUE(RawClient(folder_.path(), "cable").isOpen());
 }
 
 TEST_F(EmulatorBoot, BlocksAreChecked)

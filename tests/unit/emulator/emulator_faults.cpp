@@ -146,6 +146,52 @@ TEST_F(EmulatorFaults, RefusalIsNotCarriedOut)
     EXPECT_EQ(rate(), 1);
 }
 
+TEST_F(EmulatorFaults, BusyIsNotCarriedOut)
+{
+    order("fault rx1k busy at 1");
+    EXPECT_EQ(status(client_.ask(Command::FlashWrite, {8})), Busy);
+    EXPECT_EQ(rate(), 1);
+    EXPECT_EQ(status(client_.ask(Command::FlashWrite, {8})), Ok);
+    EXPECT_EQ(rate(), 8);
+}
+
+TEST_F(EmulatorFaults, UnstoredIsAcknowledgedOnly)
+{
+    order("fault rx1k unstored at 1");
+    const auto answer = write(8);
+    EXPECT_EQ(answer, soundAnswer());
+    EXPECT_EQ(rate(), 1);
+}
+
+TEST_F(EmulatorFaults, AStalledDeviceAnswersWhenTheStallEnds)
+{
+    order("fault rx1k stall 60000 at 1");
+    const uint8_t stalled = client_.post(Command::FlashWrite, {8});
+    ASSERT_TRUE(eventually([this] { return rate() == 8; })) << "it is carried out";
+    const uint8_t next = client_.post(Command::FlashWrite, {4});
+    RawClient other(folder_.path(), "rx2k");
+    ASSERT_TRUE(other.ask(Command::Identity)) << "another device";
+    EXPECT_EQ(rate(), 8);
+    order("fault rx1k clear");
+    for (const uint8_t sequence : {stalled, next}) {
+        const auto answer = client_.receive();
+        ASSERT_TRUE(answer);
+        EXPECT_EQ((*answer)[2], sequence);
+    }
+    order("fault rx1k stall 20 at 1");
+    EXPECT_EQ(status(client_.ask(Command::FlashWrite, {2})), Ok) << "it ends by itself";
+}
+
+TEST_F(EmulatorFaults, APowerCutTakesTheDeviceOffTheBusForAMoment)
+{
+    order("fault rx1k powercut at 1");
+    client_.post(Command::FlashWrite, {8});
+    EXPECT_TRUE(client_.waitForEnd());
+    RawClient again(folder_.path(), "rx1k");
+    EXPECT_EQ(status(again.ask(Command::FlashWrite, {4})), Ok);
+    EXPECT_EQ(rate(), 4);
+}
+
 TEST_F(EmulatorFaults, Unplug)
 {
     order("fault rx1k unplug at 2");

@@ -3,6 +3,7 @@
 //
 // The USB form of a device, with the test in the place of the kernel's host controller.
 #include "emulator/usb/UsbBus.h"
+#include "emulator/usb/UsbPorts.h"
 
 #include "device/hidusb/wire/Report.h"
 
@@ -124,7 +125,7 @@ protected:
     std::vector<Interface> wanted_;
     std::vector<uint16_t> closed_;
     std::vector<std::pair<uint16_t, Bytes>> reports_;
-    UsbBus bus_{[this] {
+    UsbBus bus_{[this](const std::string &) {
         int ends[2];
         if (full_ || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
             return FileDescriptor();
@@ -307,4 +308,27 @@ TEST_F(UsbTest, WithoutAFreePortItTriesAgain)
     bus_.sync(wanted_, [](const Interface &) {});
     EXPECT_FALSE(bus_.nextDue().has_value());
     EXPECT_EQ(descriptor(1, 0)[10], 0x01);
+}
+
+TEST(UsbPortsTest, ADeviceComesBackAtItsPort)
+{
+    UsbPorts ports;
+    EXPECT_EQ(ports.choose("first", {0, 1, 2}), 0);
+    EXPECT_EQ(ports.choose("second", {1, 2}), 1);
+    EXPECT_EQ(ports.choose("second", {0, 1, 2}), 1) << "back, while the first is away";
+    EXPECT_EQ(ports.choose("third", {0, 2}), 2) << "another keeps the lowest";
+    EXPECT_EQ(ports.choose("fourth", {0}), 0) << "no other is free";
+    EXPECT_EQ(ports.choose("first", {3}), 3) << "its own has been taken";
+    EXPECT_EQ(ports.choose("fifth", {}), std::nullopt);
+}
+
+TEST(UsbPortsTest, ADeviceWaitsForItsPortButNotWithoutEnd)
+{
+    UsbPorts ports;
+    ASSERT_EQ(ports.choose("device", {0, 1}), 0);
+    EXPECT_EQ(ports.choose("device", {1}), std::nullopt) << "the kernel has not freed it yet";
+    EXPECT_EQ(ports.choose("device", {0, 1}), 0);
+    for (int i = 1; i < UsbPorts::Patience; ++i)
+        ASSERT_EQ(ports.choose("device", {1}), std::nullopt);
+    EXPECT_EQ(ports.choose("device", {1}), 1);
 }

@@ -89,6 +89,11 @@ protected:
         }
         return false;
     }
+    // Whether a line of the emulator's list begins so.
+    bool listed(const std::string &words)
+    {
+        return ("\n" + emulator.order("list")).find("\n" + words) != std::string::npos;
+    }
     bool flashHolds(const char *mouse) const
     {
         const auto image = const_cast<emulator::Emulator &>(emulator).flash(mouse);
@@ -316,6 +321,15 @@ static void onUpgrade(const uint8_t *data)
         upgradeResult = data[2];
 }
 
+// What the caller is told at the end of an upgrade.
+static int endOf(const std::vector<uint8_t> &file, int timeoutMs = 5000)
+{
+    upgradeResult = -1;
+    EXPECT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, timeoutMs), 1);
+    EXPECT_TRUE(eventually([] { return upgradeResult != -1; }));
+    return upgradeResult;
+}
+
 TEST_F(WithEmulator, UpgradesMouseAndReceiver)
 {
     struct Row {
@@ -352,4 +366,92 @@ TEST_F(WithEmulator, AFileForAnotherModelIsRefusedAndABootLoaderCanBeFlashedAgai
     ASSERT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, 5000), 1);
     ASSERT_TRUE(eventually([] { return upgradeResult == 1; }));
     EXPECT_EQ(UsbFinderC_GetVersion(wired().c_str()), 0x0203U);
+}
+
+// The four files differ in the class alone.
+TEST_F(WithEmulator, OnlyTheFileForItsClassFitsAReceiver)
+{
+    const uint8_t classes[] = {1, 2, 4, 8};
+    for (const bool inBootLoader : {true, false}) {
+        order(std::string("boot rx ") + (inBootLoader ? "enter" : "leave"));
+        for (const uint8_t kHz : classes) {
+            const auto file = makeFirmware(wire::TargetReceiver, 3000, 18, 7, 0x0203, kHz);
+            int32_t count = 5;
+            UsbUpgradeC_FindBootDevices(file.data(), &count);
+            EXPECT_EQ(count, inBootLoader && kHz == 8 ? 1 : 0) << int{kHz};
+            if (kHz != 8) {
+                EXPECT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, 1000), 0) << int{kHz};
+            }
+        }
+    }
+    EXPECT_EQ(endOf(makeFirmware(wire::TargetReceiver, 3000, 18, 7)), 1);
+}
+
+TEST_F(WithEmulator, AReceiverWithoutAMouseIsUpgraded)
+{
+    order("unpair rx");
+    EXPECT_EQ(endOf(makeFirmware(wire::TargetReceiver, 3000, 18, 7)), 1);
+    EXPECT_TRUE(listed("rx receiver 8k plugged unpaired version 2.03"));
+    order("boot rx broken");
+    EXPECT_EQ(endOf(makeFirmware(wire::TargetReceiver, 3000, 18, 7, 0x0204)), 1);
+    EXPECT_TRUE(listed("rx receiver 8k plugged unpaired version 2.04"));
+}
+
+TEST_F(WithEmulator, AReceiverThatTurnsOutToBeOfAnotherModelIsLeftAsItWas)
+{
+    order("unpair rx"); // it tells its model in its boot loader alone
+    EXPECT_EQ(endOf(makeFirmware(wire::TargetReceiver, 3000, 18, 6)), 0);
+    EXPECT_EQ(emulator.reportCount("rx", Command::BootEnter), 1U);
+    uint32_t version = 0;
+    EXPECT_TRUE(eventually([&] { return UsbFinderC_GetSlaveVersion(receiver().c_str(), &version) == 1; }));
+    EXPECT_EQ(version, 0x0201U);
+}
+
+TEST_F(WithEmulator, AnEraseMayTakeItsTime)
+{
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    for (const char *time : {"0", "300", "1000", "2900"}) {
+        order("version wired 1.05");
+        order(std::string("erase wired ") + time);
+        EXPECT_EQ(endOf(file), 1) << time;
+        order("version wired 1.05");
+        order("erase wired 0");
+        if (std::string(time) != "0")
+            order(std::string("fault wired stall ") + time + " at 1 command bootbegin");
+        EXPECT_EQ(endOf(file), 1) << time << " without saying that it is busy";
+    }
+    EXPECT_TRUE(listed("wired mouse plugged radio cid 18 mid 8 version 2.03"));
+}
+
+TEST_F(WithEmulator, AMouseWithALowBatteryRefusesAtOnce)
+{
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    order("battery wired 5");
+    EXPECT_EQ(endOf(file, 60000), 2);
+    order("battery wired 50");
+    EXPECT_EQ(endOf(file), 1);
+}
+
+TEST_F(WithEmulator, WhatFailsBeforeTheEraseLeavesTheDeviceAsItWas)
+{
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    order("fault wired refuse at 1 command bootbegin");
+    EXPECT_EQ(endOf(file), 0);
+    EXPECT_TRUE(eventually([] { return UsbFinderC_GetVersion(wired().c_str()) == 0x010A; }));
+    order("fault wired unplug at 1 command bootbegin");
+    EXPECT_EQ(endOf(file), 0);
+    order("plug wired");
+    EXPECT_EQ(UsbFinderC_GetVersion(wired().c_str()), 0x010AU);
+}
+
+TEST_F(WithEmulator, WhatWasAcknowledgedButNotStoredIsNoSuccess)
+{
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    for (const char *command : {"bootenter", "bootbegin", "bootdata", "bootend"}) {
+        order("boot wired leave");
+        order("version wired 1.05");
+        order(std::string("fault wired unstored at 1 command ") + command);
+        EXPECT_EQ(endOf(file, 500), 0) << command;
+        EXPECT_EQ(endOf(file), 1) << command;
+    }
 }

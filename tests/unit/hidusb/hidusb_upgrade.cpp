@@ -47,7 +47,7 @@ static void onUpgrade(const uint8_t *data)
 
 static std::vector<uint8_t> fileFor(uint8_t target, std::size_t size)
 {
-    return makeFirmware(target, size, 0x1A, 0x03);
+    return makeFirmware(target, size, 0x1A, 0x03, 0x010A); // the version that a FakeDevice reports
 }
 
 class Upgrade : public testing::Test
@@ -65,7 +65,7 @@ protected:
     void plugMouse(uint8_t kind = 2)
     {
         device.reset();
-        device = std::make_unique<FakeDevice>(mouseName());
+        device = std::make_unique<FakeDevice>(mouseName(Port));
         device->setIdentity({0x1A, 0x03, kind});
     }
 
@@ -74,13 +74,12 @@ protected:
     {
         blocks.clear();
         bootLoader.reset();
-        bootLoader = std::make_unique<FakeDevice>(bootName());
+        bootLoader = std::make_unique<FakeDevice>(bootName(Port));
         bootLoader->setScript([this, fault](const wire::Report &request) -> std::optional<Answers> {
             if (fault) {
                 if (auto answers = fault(request))
                     return answers;
             }
-            const wire::BootIdentityReply identity{wire::TargetMouse, 0x1A, 0x03};
             if (request.command() == Command::BootIdentity)
                 return Answers{datagram(replyTo(request, &identity, sizeof identity))};
             if (request.command() == Command::BootBegin)
@@ -117,6 +116,8 @@ protected:
         return eventually([&] { return bootLoader->count(command) > 0; });
     }
 
+    static constexpr const char *Port = "port";
+    wire::BootIdentityReply identity{wire::TargetMouse, 0x1A, 0x03, 0};
     std::vector<uint8_t> firmware = fileFor(wire::TargetMouse, 20000);
     std::unique_ptr<FakeDevice> device;
     std::unique_ptr<FakeDevice> bootLoader;
@@ -197,7 +198,7 @@ static const FailureRow Failures[] = {
 
 TEST_F(Upgrade, ARefusalEndsIt)
 {
-    plugMouse(); // it must not be taken for the flashed device
+    const FakeDevice healthy(mouseName("healthy")); // must not be taken for the flashed device
     for (const FailureRow &row : Failures) {
         upgradeLog().ends.clear();
         plugBootLoader([&row](const wire::Report &request) -> std::optional<Answers> {
@@ -224,6 +225,87 @@ TEST_F(Upgrade, AnUnpluggedBootLoaderEndsIt)
     ASSERT_TRUE(eventually([&enough] { return enough.load(); }));
     bootLoader.reset();
     EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, ARefusedBootEnterIsToldAtOnce)
+{
+    plugMouse();
+    device->setScript([](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() != Command::BootEnter)
+            return std::nullopt;
+        return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
+    });
+    ASSERT_TRUE(start(60000)); // longer than the patience of endsWith()
+    EXPECT_TRUE(endsWith(2));
+}
+
+TEST_F(Upgrade, AnUnansweredBootEnterIsNoRefusal)
+{
+    plugMouse();
+    device->setScript([](const wire::Report &request) -> std::optional<Answers> {
+        return request.command() == Command::BootEnter ? std::make_optional(Answers{}) : std::nullopt;
+    });
+    ASSERT_TRUE(start(300));
+    EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, OnlyTheChosenDeviceIsFlashed)
+{
+    plugMouse();
+    ASSERT_TRUE(start());
+    ASSERT_TRUE(eventually([this] { return device->count(Command::BootEnter) > 0; }));
+    device.reset();
+    FakeDevice other(bootName("other"));
+    other.setScript([this](const wire::Report &request) -> std::optional<Answers> {
+        if (request.command() != Command::BootIdentity)
+            return std::nullopt;
+        return Answers{datagram(replyTo(request, &identity, sizeof identity))};
+    });
+    plugBootLoader();
+    ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
+    bootLoader.reset();
+    plugMouse();
+    EXPECT_TRUE(endsWith(1));
+    EXPECT_EQ(other.count(Command::BootBegin), 0U);
+}
+
+TEST_F(Upgrade, AHealthyTwinIsNoProof)
+{
+    plugBootLoader([](const wire::Report &request) -> std::optional<Answers> {
+        return request.command() == Command::BootEnd ? std::make_optional(Answers{}) : std::nullopt;
+    });
+    FakeDevice twin(mouseName("twin"));
+    twin.setIdentity({0x1A, 0x03, 2});
+    ASSERT_TRUE(start(300));
+    ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
+    bootLoader.reset();
+    EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, ADeviceThatComesBackWithAnotherVersionIsAFailure)
+{
+    firmware = makeFirmware(wire::TargetMouse, 2000, 0x1A, 0x03, 0x010B);
+    plugBootLoader();
+    ASSERT_TRUE(start(60000));
+    ASSERT_TRUE(bootLoaderWas(Command::BootEnd));
+    bootLoader.reset();
+    plugMouse(); // its version is 1.0A
+    EXPECT_TRUE(endsWith(0));
+}
+
+TEST_F(Upgrade, AfterAFailureTheBootLoaderIsAskedToLeave)
+{
+    for (const FailureRow &row : Failures) {
+        upgradeLog().ends.clear();
+        plugBootLoader([&row](const wire::Report &request) -> std::optional<Answers> {
+            if (request.command() != row.command)
+                return std::nullopt;
+            return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
+        });
+        ASSERT_TRUE(start()) << row.name;
+        EXPECT_TRUE(endsWith(0)) << row.name;
+        EXPECT_EQ(bootLoader->asked(Command::BootLeave), 1U) << row.name;
+    }
 }
 
 TEST_F(Upgrade, ABootLoaderThatDoesNotComeEndsIt)
@@ -275,15 +357,20 @@ TEST_F(Upgrade, NeedsExactlyOneFittingDevice)
     EXPECT_TRUE(ends().empty());
 }
 
-TEST_F(Upgrade, EachReceiverKindTakesAReceiversFile)
+TEST_F(Upgrade, EachReceiverKindTakesItsOwnReceiversFile)
 {
-    firmware = fileFor(wire::TargetReceiver, 1000);
-    for (const uint8_t kind : {0, 1, 4, 5}) {
-        upgradeLog().ends.clear();
-        plugMouse(kind);
-        EXPECT_TRUE(start(0)) << int{kind};
-        EXPECT_TRUE(endsWith(0));
-        EXPECT_EQ(device->asked(Command::BootEnter), 1U);
+    const std::pair<uint8_t, uint8_t> classes[] = {{0, 1}, {4, 2}, {1, 4}, {5, 8}};
+    for (const auto &[kind, kHz] : classes) {
+        for (const auto &[otherKind, otherKHz] : classes) {
+            upgradeLog().ends.clear();
+            plugMouse(kind);
+            firmware = makeFirmware(wire::TargetReceiver, 1000, 0x1A, 0x03, 0x010A, otherKHz);
+            EXPECT_EQ(start(0), kHz == otherKHz) << int{kind} << " " << int{otherKHz};
+            if (kHz != otherKHz)
+                continue;
+            EXPECT_TRUE(endsWith(0));
+            EXPECT_EQ(device->asked(Command::BootEnter), 1U);
+        }
     }
 }
 
@@ -310,8 +397,54 @@ TEST_F(Upgrade, DamagedFilesFitNothing)
     refused("shorter than its head");
     firmware = fileFor(209, 1000);
     refused("unknown target");
+    firmware = makeFirmware(wire::TargetReceiver, 1000, 0x1A, 0x03, 0x010A, 3);
+    refused("unknown class");
     firmware = fileFor(wire::TargetReceiver, 1000);
     refused("the other target");
+}
+
+// A device that waits for the others' questions before it answers would be silent in a search one by one.
+TEST_F(Upgrade, AllBootLoadersAreAskedAtOnce)
+{
+    std::mutex mutex;
+    std::vector<std::pair<FakeDevice *, Datagram>> kept;
+    std::vector<std::unique_ptr<FakeDevice>> devices;
+    constexpr std::size_t count = 5;
+    for (std::size_t i = 0; i < count; ++i) {
+        devices.push_back(std::make_unique<FakeDevice>(bootName("boot" + std::to_string(i))));
+        devices.back()->setScript(
+            [&, here = devices.back().get()](const wire::Report &request) -> std::optional<Answers> {
+                const std::lock_guard lock(mutex);
+                const Datagram answer = datagram(replyTo(request, &identity, sizeof identity));
+                const auto again = [here](const auto &each) { return each.first == here; };
+                if (std::none_of(kept.begin(), kept.end(), again))
+                    kept.emplace_back(here, answer);
+                if (kept.size() < count)
+                    return Answers{};
+                for (const auto &[device, late] : kept) {
+                    if (device != here)
+                        device->send(late);
+                }
+                return Answers{answer};
+            });
+    }
+    int32_t found = 20;
+    UsbUpgradeC_FindBootDevices(firmware.data(), &found);
+    EXPECT_EQ(found, static_cast<int32_t>(count));
+}
+
+TEST_F(Upgrade, OtherMakersDevicesAreNotAsked)
+{
+    int32_t count = 5;
+    UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0001", &count); // names the vendor
+    plugBootLoader();
+    wire::BusName name = bootName("foreign");
+    name.vendorId = 0x1234;
+    const FakeDevice foreign(name);
+    count = 5;
+    UsbUpgradeC_FindBootDevices(firmware.data(), &count);
+    EXPECT_EQ(count, 1);
+    EXPECT_TRUE(foreign.requests().empty());
 }
 
 TEST_F(Upgrade, NullAndOddArgumentsAreAccepted)

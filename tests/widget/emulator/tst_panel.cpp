@@ -140,6 +140,30 @@ private slots:
         QTRY_COMPARE(int(emulated->flash("air")->ReportRate), 1);
     }
 
+    void bootLoader()
+    {
+        openOnEmulator();
+        choose("rx");
+        QTRY_VERIFY(part<QCheckBox>("bootCheck")->isEnabled());
+        click("bootCheck");
+        QTRY_VERIFY(shown("rx").boot);
+        auto *erase = part<QSpinBox>("eraseSpin");
+        erase->setFocus();
+        erase->selectAll();
+        QTest::keyClicks(erase, "1500");
+        QTest::keyClick(erase, Qt::Key_Return);
+        QTRY_COMPARE(shown("rx").erase, 1500);
+        choose("wired");
+        QTRY_COMPARE(erase->value(), 0);
+        QVERIFY(!part<QCheckBox>("bootCheck")->isChecked());
+        choose("rx");
+        QTRY_COMPARE(erase->value(), 1500);
+        click("bootCheck");
+        QTRY_VERIFY(!shown("rx").boot);
+        emulated->order("erase rx 20");
+        QTRY_COMPARE(erase->value(), 20);
+    }
+
     void pacing()
     {
         openOnEmulator();
@@ -154,7 +178,7 @@ private slots:
         openOnEmulator();
         choose("rx");
         auto *kinds = part<QComboBox>("faultKind");
-        QCOMPARE(kinds->count(), 10);
+        QCOMPARE(kinds->count(), 14);
         int count = 0;
         for (int kind = 0; kind < kinds->count(); ++kind) {
             for (const char *where : {"at report", "random", "always"}) {
@@ -312,13 +336,14 @@ private slots:
             if (QApplication::focusWidget() == at)
                 break;
         }
-        QCOMPARE(order,
-                 QStringList(
-                     {"pluggedCheck",  "radioCheck",  "asleepCheck", "profileBox",          "batterySlider",
-                      "chargingCheck", "pressDpi",    "pressRate",   "pressProfile",        "pressLight",
-                      "pressBar",      "resetButton", "faultKind",   "faultWhere",          "faultAt",
-                      "faultCommand",  "faultAdd",    "faultClear",  "qt_tabwidget_tabbar", "pauseButton",
-                      "clearButton",   "reportList",  "paceCheck",   "deviceList"}));
+        QCOMPARE(
+            order,
+            QStringList({"pluggedCheck",        "radioCheck",    "asleepCheck",   "bootCheck",   "eraseSpin",
+                         "profileBox",          "batterySlider", "chargingCheck", "pressDpi",    "pressRate",
+                         "pressProfile",        "pressLight",    "pressBar",      "resetButton", "faultKind",
+                         "faultWhere",          "faultAt",       "faultCommand",  "faultAdd",    "faultClear",
+                         "qt_tabwidget_tabbar", "pauseButton",   "clearButton",   "reportList",  "paceCheck",
+                         "deviceList"}));
     }
 };
 

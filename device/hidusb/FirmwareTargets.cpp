@@ -1,0 +1,115 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "device/hidusb/FirmwareTargets.h"
+
+#include "device/hidusb/Finder.h"
+#include "device/hidusb/Question.h"
+#include "device/hidusb/Thread.h"
+#include "device/hidusb/wire/BusName.h"
+
+#include <algorithm>
+
+namespace hidusb
+{
+
+using wire::Command;
+
+constexpr int IdentityTries = 2;
+
+namespace
+{
+
+enum class Fit : uint8_t {
+    None,
+    Perhaps, // a receiver that does not know its model
+    Device,
+    BootLoader,
+};
+
+// The answers, which may still come when nobody waits for them any more.
+struct Survey {
+    explicit Survey(const Firmware &wanted, std::size_t count)
+        : firmware(wanted), unanswered(count), fits(count, Fit::None)
+    {
+    }
+
+    const Firmware firmware;
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::size_t unanswered;
+    std::vector<Fit> fits;
+};
+
+Fit fitOf(const Firmware &firmware, const InterfaceInfo &info)
+{
+    if (info.usagePage == wire::BootUsagePage) {
+        wire::BootIdentityReply identity{};
+        const bool fits = fetch(info.path.c_str(), Command::BootIdentity, &identity, IdentityTries) &&
+                          firmware.fitsBootLoader(identity);
+        return fits ? Fit::BootLoader : Fit::None;
+    }
+    DeviceIdentity identity{};
+    if (!fetch(info.path.c_str(), Command::Identity, &identity, IdentityTries) ||
+        !firmware.mayFitDevice(identity))
+        return Fit::None;
+    return firmware.fitsDevice(identity) ? Fit::Device : Fit::Perhaps;
+}
+
+void ask(const std::shared_ptr<Survey> &survey, std::size_t index, const InterfaceInfo &info)
+{
+    Fit fit = Fit::None;
+    try {
+        fit = fitOf(survey->firmware, info);
+    } catch (const std::exception &) {
+        fit = Fit::None;
+    }
+    const std::lock_guard lock(survey->mutex);
+    survey->fits[index] = fit;
+    --survey->unanswered;
+    survey->changed.notify_all();
+}
+
+std::vector<Fit> askAll(const Firmware &firmware, const std::vector<InterfaceInfo> &infos)
+{
+    const auto end = Clock::now() + SearchLimit;
+    const auto survey = std::make_shared<Survey>(firmware, infos.size());
+    for (std::size_t i = 0; i < infos.size(); ++i) {
+        if (!startThread([survey, i, info = infos[i]] { ask(survey, i, info); }))
+            ask(survey, i, infos[i]);
+    }
+    std::unique_lock lock(survey->mutex);
+    survey->changed.wait_until(lock, end, [&survey] { return survey->unanswered == 0; });
+    return survey->fits;
+}
+
+std::vector<InterfaceInfo> interfacesWith(std::initializer_list<uint16_t> usagePages)
+{
+    std::vector<InterfaceInfo> infos = findOfKnownVendors();
+    const auto other = [&usagePages](const InterfaceInfo &info) {
+        return std::find(usagePages.begin(), usagePages.end(), info.usagePage) == usagePages.end();
+    };
+    infos.erase(std::remove_if(infos.begin(), infos.end(), other), infos.end());
+    return infos;
+}
+
+} // namespace
+
+int countBootLoaders(const Firmware &firmware)
+{
+    const std::vector<Fit> fits = askAll(firmware, interfacesWith({wire::BootUsagePage}));
+    return static_cast<int>(std::count(fits.begin(), fits.end(), Fit::BootLoader));
+}
+
+// A device in its boot loader has precedence: without this file it may not work.
+std::optional<FirmwareTarget> findTarget(const Firmware &firmware)
+{
+    const auto infos = interfacesWith({wire::BootUsagePage, wire::SettingsUsagePage});
+    const std::vector<Fit> fits = askAll(firmware, infos);
+    const auto best = std::max_element(fits.begin(), fits.end());
+    if (best == fits.end() || *best == Fit::None || std::count(fits.begin(), fits.end(), *best) != 1)
+        return std::nullopt;
+    const InterfaceInfo &info = infos[static_cast<std::size_t>(best - fits.begin())];
+    return FirmwareTarget{info.path, info.port, *best == Fit::BootLoader};
+}
+
+} // namespace hidusb

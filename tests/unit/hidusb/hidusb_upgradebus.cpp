@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What an upgrade asks of the bus: a watch before the device leaves, or polling where there is none, and an
+// end in any case. The bus is the test's own, in front of the sockets of an emulator.
+#include "device/hidusb/SocketBus.h"
+#include "device/hidusb/Upgrade.h"
+#include "emulator/Emulator.h"
+#include "tests/support/Eventually.h"
+#include "tests/support/FakeDevice.h"
+#include "tests/support/Firmware.h"
+
+#include <atomic>
+#include <gtest/gtest.h>
+
+using namespace support;
+using std::chrono::milliseconds;
+
+namespace
+{
+
+class OwnBus : public hidusb::Bus
+{
+public:
+    std::vector<hidusb::InterfaceInfo> enumerate() override { return sockets_.enumerate(); }
+    std::unique_ptr<hidusb::ReportPort> open(const std::string &path) override { return sockets_.open(path); }
+    std::unique_ptr<hidusb::ChangeSource> watch() override
+    {
+        onWatch();
+        return watched ? sockets_.watch() : nullptr;
+    }
+
+    std::atomic<bool> watched{true};
+    std::function<void()> onWatch = [] {};
+
+private:
+    hidusb::SocketBus sockets_{busFolder()};
+};
+
+OwnBus &ownBus()
+{
+    static auto *bus = new OwnBus;
+    return *bus;
+}
+
+std::atomic<int> result;
+
+void onUpgrade(const uint8_t *data)
+{
+    if (data[1] == 2)
+        result = data[2];
+}
+
+class UpgradeBus : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        std::string error;
+        ASSERT_TRUE(emulator.loadText("usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot "
+                                      "0006 receiverboot 0007\nmouse wired cid 18 mid 8\nplug wired\n",
+                                      "scenario", error))
+            << error;
+        ASSERT_TRUE(emulator.start(busFolder(), error)) << error;
+    }
+    void TearDown() override
+    {
+        ownBus().watched = true;
+        ownBus().onWatch = [] {};
+    }
+
+    int upgrade(int timeoutMs, const hidusb::UpgradeTimes &times = {})
+    {
+        const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+        const auto firmware = hidusb::readFirmware(file.data());
+        result = -1;
+        EXPECT_TRUE(firmware && hidusb::startUpgrade(*firmware, onUpgrade, timeoutMs, times));
+        EXPECT_TRUE(eventually([] { return result != -1; }));
+        return result;
+    }
+
+    emulator::Emulator emulator;
+};
+
+} // namespace
+
+hidusb::Bus &hidusb::bus() { return ownBus(); }
+
+TEST_F(UpgradeBus, IsWatchedBeforeTheDeviceLeaves)
+{
+    std::atomic<int> entered{-1};
+    ownBus().onWatch = [&] {
+        entered = static_cast<int>(emulator.reportCount("wired", wire::Command::BootEnter));
+    };
+    EXPECT_EQ(upgrade(5000), 1);
+    EXPECT_EQ(entered, 0);
+}
+
+TEST_F(UpgradeBus, IsPolledWhereItCannotBeWatched)
+{
+    ownBus().watched = false;
+    EXPECT_EQ(upgrade(5000), 1);
+}
+
+TEST_F(UpgradeBus, PollingSeesWhatComesAndGoes)
+{
+    ownBus().watched = false;
+    const std::unique_ptr<hidusb::ChangeSource> changes = hidusb::watchOrPoll(ownBus());
+    ASSERT_TRUE(changes);
+    EXPECT_FALSE(changes->wait(0));
+    for (const char *order : {"unplug wired", "plug wired", "boot wired enter"}) {
+        emulator.order(order);
+        EXPECT_TRUE(changes->wait(10000)) << order;
+    }
+    EXPECT_FALSE(changes->wait(0)) << "each change counts once";
+    changes->interrupt();
+    EXPECT_FALSE(changes->wait(-1));
+}
+
+TEST_F(UpgradeBus, TheWholeUpgradeHasAnEnd)
+{
+    hidusb::UpgradeTimes times;
+    times.whole = milliseconds(500);
+    emulator.order("fault wired busy always command bootdata");
+    times.answer = milliseconds(60000); // without an end of the whole this try alone would take longer
+    EXPECT_EQ(upgrade(60000, times), 0) << "while blocks are sent";
+    emulator.order("fault wired clear");
+    emulator.order("boot wired leave");
+    emulator.order("fault wired unstored always command bootenter");
+    times.answer = hidusb::ReplyTimeout;
+    EXPECT_EQ(upgrade(60000, times), 0) << "while the boot loader does not come";
+}
