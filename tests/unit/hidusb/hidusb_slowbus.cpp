@@ -247,14 +247,14 @@ TEST_F(GatedOpening, TheOnLineQuestionDoesNotWaitForADeviceThatDoesNotOpen)
     auto second = std::async(std::launch::async, [] { return askOnLine("hangs"); });
     EXPECT_TRUE(eventually(
         [&first] { return first.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
-    EXPECT_FALSE(first.get());
-    EXPECT_FALSE(second.get());
     EXPECT_TRUE(opens(1)) << "one thread opens it for all";
     theBus().script = [](const wire::Report &request) {
         const wire::OnLineReply reply{1, {}};
         return Answers{datagram(replyTo(request, &reply, sizeof reply))};
     };
     theBus().decide(true);
+    EXPECT_FALSE(first.get());
+    EXPECT_FALSE(second.get());
     EXPECT_TRUE(eventually([] { return askOnLine("hangs").has_value(); }));
 }
 
