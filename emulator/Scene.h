@@ -79,6 +79,7 @@ private:
     void changeMode(Device &device, Mode from, Mode over, Mode to);
     Device *livePlug(Mouse &mouse) const;
     void pairWaiting();
+    void evictOthers(const Mouse &paired);
 
     std::vector<std::unique_ptr<Mouse>> mice_;
     std::vector<std::unique_ptr<Receiver>> receivers_;
