@@ -20,6 +20,7 @@ constexpr FlagRow Flags[] = {
     {"plugged", &PanelDevice::plugged}, {"boot", &PanelDevice::boot},
     {"online", &PanelDevice::online},   {"radio", &PanelDevice::radio},
     {"asleep", &PanelDevice::asleep},   {"charging", &PanelDevice::charging},
+    {"pairing", &PanelDevice::pairing}, {"pairrefuse", &PanelDevice::refusesPairing},
 };
 
 struct NumberRow {
@@ -28,9 +29,10 @@ struct NumberRow {
     int most;
 };
 constexpr NumberRow Numbers[] = {
-    {"faults", &PanelDevice::faults, 9999}, {"battery", &PanelDevice::battery, 100},
-    {"profile", &PanelDevice::profile, 3},  {"stage", &PanelDevice::stage, 255},
-    {"stages", &PanelDevice::stages, 255},  {"rate", &PanelDevice::rate, 8000},
+    {"faults", &PanelDevice::faults, 9999},       {"battery", &PanelDevice::battery, 100},
+    {"profile", &PanelDevice::profile, 3},        {"stage", &PanelDevice::stage, 255},
+    {"stages", &PanelDevice::stages, 255},        {"rate", &PanelDevice::rate, 8000},
+    {"pairtime", &PanelDevice::pairTime, 600000},
 };
 
 struct TextRow {
