@@ -8,6 +8,7 @@
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
 #include "device/FirmwareSearch.h"
+#include "device/SideBySide.h"
 #include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "hub/PostMsg.h"
@@ -17,19 +18,29 @@ namespace
 
 constexpr int AddressSize = 3;
 
+struct Found {
+    DeviceAllInfo device;
+    DeviceMatch match;
+};
+
 // The found devices without those of other models.
 std::vector<DeviceAllInfo> rebuildDeviceList(const DeviceAllInfo &selected)
 {
+    std::vector<Found> found;
+    for (const DeviceAllInfo &device : findDevices(DeviceFinder::ByInterface))
+        found.push_back({device, DeviceMatch::LeftOut});
+    if (!selected.DevicePath.isEmpty())
+        sideBySide(found, [](Found &each) { each.match = refreshDevice(each.device); });
     std::vector<DeviceAllInfo> kept;
-    for (DeviceAllInfo &entry : findDevices(DeviceFinder::ByInterface)) {
-        if (!selected.DevicePath.isEmpty() && refreshDevice(entry) == DeviceMatch::Known) {
-            if (entry.DriveIndex != selected.DriveIndex)
+    for (const auto &[device, match] : found) {
+        if (match == DeviceMatch::Known) {
+            if (device.DriveIndex != selected.DriveIndex)
                 continue;
             DeviceMatched = true;
-            if (entry.DevicePath == selected.DevicePath)
-                pointCurrentDeviceAt(entry.DevicePath);
+            if (device.DevicePath == selected.DevicePath)
+                pointCurrentDeviceAt(device.DevicePath);
         }
-        kept.push_back(entry);
+        kept.push_back(device);
     }
     return kept;
 }

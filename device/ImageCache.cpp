@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/ImageCache.h"
 
+#include "device/hidusb/RecordLimits.h"
 #include "environment/DataRoot.h"
 #include "environment/SafeFile.h"
 
@@ -28,6 +29,7 @@ bool ImageCacheRead(const QString &fileName, FlashDataMap *record)
     if (head.size() == LengthSize) {
         const qint64 length = qFromBigEndian<quint32>(head.constData());
         file.read(reinterpret_cast<char *>(record), qMin(length, qint64(sizeof *record)));
+        hidusb::clamp(*record);
     }
     return true;
 }

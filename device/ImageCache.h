@@ -10,7 +10,7 @@
 class QString;
 
 // True when the file could be opened. A short file leaves the rest of the record unchanged; bytes beyond the
-// record are not read.
+// record are not read. Counts and lengths are cut to what the record can hold, as when a mouse is read.
 bool ImageCacheRead(const QString &fileName, FlashDataMap *record);
 // A failure at any moment leaves the old content or the new one in the file.
 void ImageCacheWrite(const QString &fileName, const FlashDataMap &record);

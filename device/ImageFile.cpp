@@ -3,6 +3,7 @@
 #include "device/ImageFile.h"
 
 #include "catalogue/ConfigReader.h"
+#include "device/hidusb/RecordLimits.h"
 #include "environment/SafeFile.h"
 
 #include <QDataStream>
@@ -82,6 +83,7 @@ ImageFileResult checkImageFile(const QString &path, const QString &section, Flas
     const QString stages = ConfigReader::instance().ReadConfig(section, QStringLiteral("DPIMaxGrade"));
     if (candidate.DpiStageCount > stages.toInt())
         return ImageMismatch;
+    hidusb::clamp(candidate);
     *record = candidate;
     return ImageAccepted;
 }

@@ -22,5 +22,5 @@ enum ImageFileResult {
 
 // False when nothing was written; a file that existed is unchanged.
 bool writeImageFile(const QString &path, const QString &section, const FlashDataMap &record);
-// The record is filled only when the result is ImageAccepted.
+// The record is filled only when the result is ImageAccepted, its counts and lengths cut to what it can hold.
 ImageFileResult checkImageFile(const QString &path, const QString &section, FlashDataMap *record);

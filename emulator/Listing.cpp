@@ -72,7 +72,9 @@ static std::string describe(const World &world, const Receiver &receiver)
     const ReceiverState &state = receiver.state;
     return describePlug(world, receiver, "receiver") + std::to_string(state.mouseInReach) +
            " class=" + ReceiverClasses[state.classIndex].name + " address=" + formatAddress(state.address) +
-           "\n";
+           " pairing=" + std::to_string(receiver.pairs()) +
+           " pairrefuse=" + std::to_string(state.refusesPairing) +
+           " pairtime=" + std::to_string(state.pairingTime.count()) + "\n";
 }
 
 static std::string describe(const World &world, const Mouse &mouse)
@@ -83,9 +85,11 @@ static std::string describe(const World &world, const Mouse &mouse)
     std::string line =
         describePlug(world, mouse, "mouse") + std::to_string(onCable || isInReach(world.scene, mouse));
     const std::pair<const char *, int> numbers[] = {
-        {"radio", state.radio},          {"asleep", state.asleep},           {"battery", state.battery},
-        {"charging", state.charging},    {"profile", state.profile},         {"stage", image.CurrentDpiStage},
-        {"stages", image.DpiStageCount}, {"rate", hertzOf(image.ReportRate)}};
+        {"radio", state.radio},          {"asleep", state.asleep},
+        {"battery", state.battery},      {"charging", state.charging},
+        {"profile", state.profile},      {"stage", image.CurrentDpiStage},
+        {"stages", image.DpiStageCount}, {"rate", hertzOf(image.ReportRate)},
+        {"pairing", state.pairing}};
     for (const auto &[name, value] : numbers)
         line += " " + std::string(name) + "=" + std::to_string(value);
     return line + " address=" + formatAddress(state.address) + " name=\"" + state.name + "\"\n";

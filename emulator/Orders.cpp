@@ -16,6 +16,7 @@ namespace
 
 constexpr uint32_t ColorLimit = 3;
 constexpr uint32_t BootTimeLimitMs = 60000;
+constexpr uint32_t PairingTimeLimitMs = 600000;
 
 void listDevices(Order &order) { order.answer = listScene(order.scene()); }
 void showState(Order &order) { order.answer = describeWorld(order.world); }
@@ -50,6 +51,24 @@ void pairFail(Order &order)
     if (!receiver->pairs())
         return order.fail(receiver->id + " does not pair");
     receiver->endPairing(wire::PairState::Failed);
+}
+
+void pairRefuse(Order &order)
+{
+    Receiver *receiver = order.receiver();
+    if (receiver == nullptr)
+        return;
+    if (const auto on = order.on(2))
+        receiver->state.refusesPairing = *on;
+}
+
+void pairTime(Order &order)
+{
+    Receiver *receiver = order.receiver();
+    if (receiver == nullptr)
+        return;
+    if (const auto time = order.number(2, 1, PairingTimeLimitMs))
+        receiver->state.pairingTime = std::chrono::milliseconds(*time);
 }
 
 void unpair(Order &order)
@@ -190,6 +209,8 @@ constexpr OrderRow Table[] = {
     {"reset", "MOUSE", 1, 1, mouseorders::reset},
     {"pair", "MOUSE", 1, 1, mouseorders::pair},
     {"pairfail", "RECEIVER", 1, 1, pairFail},
+    {"pairrefuse", "RECEIVER on|off", 2, 2, pairRefuse},
+    {"pairtime", "RECEIVER MS", 2, 2, pairTime},
     {"unpair", "RECEIVER", 1, 1, unpair},
     {"color", "RECEIVER 0..3", 2, 2, color},
     {"longrange", "RECEIVER on|off", 2, 2, longRange},

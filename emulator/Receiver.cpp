@@ -88,10 +88,14 @@ wire::OnLineReply Receiver::onLineReply() const
             {state.address[0], state.address[1], state.address[2]}};
 }
 
+// A refusal changes nothing: the receiver still tells the result of the pairing before.
 wire::Report Receiver::enterPairing(const wire::Report &request)
 {
+    if (state.refusesPairing)
+        return accept(request, false);
     state.wantedCid = request.Payload[0];
     state.pairState = PairState::Working;
+    pairingEnd_.reset();
     return accept(request, true);
 }
 
@@ -99,6 +103,18 @@ void Receiver::endPairing(PairState result)
 {
     state.pairState = result;
     notices.push_back(makeNotice(Command::PairStatus, &result, sizeof result));
+}
+
+void Receiver::losePairing() { state.pairState.reset(); }
+
+std::optional<std::chrono::steady_clock::time_point>
+Receiver::pairingDeadline(std::chrono::steady_clock::time_point now)
+{
+    if (!pairs())
+        return std::nullopt;
+    if (!pairingEnd_)
+        pairingEnd_ = now + state.pairingTime;
+    return pairingEnd_;
 }
 
 void Receiver::changeColor(uint8_t scheme)

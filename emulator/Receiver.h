@@ -8,6 +8,7 @@
 #include "emulator/Device.h"
 #include "emulator/Words.h"
 
+#include <chrono>
 #include <optional>
 
 namespace emulator
@@ -22,6 +23,8 @@ struct ReceiverClass {
 constexpr ReceiverClass ReceiverClasses[] = {
     {"1k", 0, 1000}, {"2k", 4, 2000}, {"4k", 1, 4000}, {"8k", 5, 8000}};
 constexpr std::size_t ReceiverClassCount = sizeof ReceiverClasses / sizeof ReceiverClasses[0];
+
+constexpr std::chrono::milliseconds PairingTime{60000}; // a pairing without a mouse fails then
 
 struct PairedMouse {
     uint8_t cid;
@@ -41,8 +44,11 @@ struct ReceiverState {
     DongleRGB color{1, {}};
     DongleRgbBar bar{1, 255, 0, 0, 4, 7, 1};
     DongleIndicator indicator{};
-    uint8_t wantedCid = 0;                    // while it pairs
-    std::optional<wire::PairState> pairState; // none before the first pairing
+    uint8_t wantedCid = 0; // while it pairs
+    std::optional<wire::PairState>
+        pairState; // of the newest pairing; none before the first, or without power
+    bool refusesPairing = false;
+    std::chrono::milliseconds pairingTime = PairingTime;
 };
 
 class Receiver final : public Device
@@ -55,9 +61,13 @@ public:
     uint8_t bootTarget() const override { return wire::TargetReceiver; }
 
     void endPairing(wire::PairState result); // with its notice
-    void changeColor(uint8_t scheme);        // on the receiver itself, with its notice
-    void changeLongRange(bool on);           // on the receiver itself, with its notice
-    void setReach(bool inReach);             // a notice when it changed
+    void losePairing();                      // without power
+    // When the pairing fails; none while none runs. `now` is when one begins that has just been asked for.
+    std::optional<std::chrono::steady_clock::time_point>
+    pairingDeadline(std::chrono::steady_clock::time_point now);
+    void changeColor(uint8_t scheme); // on the receiver itself, with its notice
+    void changeLongRange(bool on);    // on the receiver itself, with its notice
+    void setReach(bool inReach);      // a notice when it changed
     int topRate() const { return ReceiverClasses[state.classIndex].topRate; }
     bool pairs() const { return state.pairState == wire::PairState::Working; }
 
@@ -74,6 +84,8 @@ private:
             record = argumentOf<Record>(request);
         return accept(request, fits);
     }
+
+    std::optional<std::chrono::steady_clock::time_point> pairingEnd_;
 };
 
 } // namespace emulator

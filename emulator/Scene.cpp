@@ -52,6 +52,8 @@ wire::Report Scene::answer(Device &device, const wire::Report &request)
     if (asked == nullptr)
         return makeReply(request, wire::Status::OffLine);
     const wire::Report reply = asked->answer(request);
+    if (row->command == wire::Command::PairedAddress && reply.status() == wire::Status::Ok)
+        evictOthers(static_cast<Mouse &>(*asked));
     follow(*asked, asked->takeAfter());
     return reply;
 }
@@ -176,14 +178,29 @@ void Scene::pairWaiting()
                 continue;
             mouse->state.pairing = false;
             mouse->state.address = receiver->state.address;
+            evictOthers(*mouse);
             receiver->state.paired = PairedMouse{mouse->state.cid, mouse->state.mid};
             receiver->endPairing(wire::PairState::Succeeded);
         }
     }
 }
 
+// A receiver has one mouse: the one before answers to an address that no receiver has.
+void Scene::evictOthers(const Mouse &paired)
+{
+    for (const auto &mouse : mice_) {
+        if (mouse.get() != &paired && mouse->state.address == paired.state.address)
+            mouse->state.address = {};
+    }
+}
+
 std::vector<RoutedNotice> Scene::settle()
 {
+    for (const auto &receiver : receivers_) {
+        if (!receiver->plugged || receiver->mode != Mode::Normal)
+            receiver->losePairing();
+        receiver->pairingDeadline(now_);
+    }
     pairWaiting();
     for (const auto &receiver : receivers_) {
         const Mouse *mouse = mouseInReach(*receiver);
@@ -244,6 +261,11 @@ void Scene::run(Clock::time_point now)
         if (time && *time <= now)
             mouse->state.asleep = true;
     }
+    for (const auto &receiver : receivers_) {
+        const auto time = receiver->pairingDeadline(now);
+        if (time && *time <= now)
+            receiver->endPairing(wire::PairState::Failed);
+    }
 }
 
 void Scene::after(Clock::duration delay, std::function<void()> what)
@@ -256,11 +278,14 @@ std::optional<Clock::time_point> Scene::nextDue() const
     std::optional<Clock::time_point> next;
     if (!agenda_.empty())
         next = agenda_.begin()->first;
-    for (const auto &mouse : mice_) {
-        const auto time = mouse->sleepTime();
+    const auto consider = [&next](const std::optional<Clock::time_point> &time) {
         if (time && (!next || *time < *next))
             next = time;
-    }
+    };
+    for (const auto &mouse : mice_)
+        consider(mouse->sleepTime());
+    for (const auto &receiver : receivers_)
+        consider(receiver->pairingDeadline(now_));
     return next;
 }
 

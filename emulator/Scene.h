@@ -89,6 +89,7 @@ private:
     void afterUnlessRestarted(Device &device, Clock::duration delay, std::function<void()> what);
     Device *livePlug(Mouse &mouse) const;
     void pairWaiting();
+    void evictOthers(const Mouse &paired);
 
     std::vector<std::unique_ptr<Mouse>> mice_;
     std::vector<std::unique_ptr<Receiver>> receivers_;

@@ -3,6 +3,7 @@
 #include "selection/DeviceScan.h"
 
 #include "device/DeviceSearch.h"
+#include "device/SideBySide.h"
 #include "selection/NodePermission.h"
 
 #include <algorithm>
@@ -41,18 +42,27 @@ std::vector<DeviceAllInfo> DeviceScan::tiles() const
 
 DeviceScan scanDevices()
 {
+    struct Answer {
+        DeviceAllInfo device;
+        DeviceMatch match;
+    };
     static std::atomic<uint64_t> begun{0};
     DeviceScan scan{++begun, {}, {}, {}};
-    for (DeviceAllInfo &device : findDevices(DeviceFinder::Default)) {
+    std::vector<Answer> answers;
+    for (const DeviceAllInfo &device : findDevices(DeviceFinder::Default)) {
         if (isRefused(device.DevicePath))
             scan.refused << device.DevicePath;
-        else if (identifyDevice(device) != DeviceMatch::LeftOut)
-            scan.devices.push_back(device);
+        else
+            answers.push_back({device, DeviceMatch::LeftOut});
+    }
+    sideBySide(answers, [](Answer &answer) { answer.match = identifyDevice(answer.device); });
+    for (const Answer &answer : answers) {
+        if (answer.match != DeviceMatch::LeftOut)
+            scan.devices.push_back(answer.device);
     }
     dropUnplugged(scan.devices);
-    for (DeviceAllInfo &device : scan.devices) {
+    for (const DeviceAllInfo &device : scan.devices)
         scan.tally.count(device);
-        refreshDevice(device);
-    }
+    sideBySide(scan.devices, refreshDevice);
     return scan;
 }

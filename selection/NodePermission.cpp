@@ -16,10 +16,12 @@ namespace
 
 const char Reload[] = "sudo udevadm control --reload && sudo udevadm trigger";
 
+// EPERM is what the device rules of a container answer.
 bool kernelRefuses(const QString &path)
 {
     return path.startsWith(QLatin1String("/dev/")) &&
-           access(QFile::encodeName(path).constData(), R_OK | W_OK) != 0 && errno == EACCES;
+           access(QFile::encodeName(path).constData(), R_OK | W_OK) != 0 &&
+           (errno == EACCES || errno == EPERM);
 }
 
 std::atomic<NodeProbe> probeInUse{&kernelRefuses};

@@ -20,8 +20,8 @@ enum ActionClass : uint8_t {
     DpiSwitch = 2,
     HorizontalScroll = 3,
     FireKeyClass = 4,
-    SequenceClass = 5, // a media key or a combination of keys; its KeySequence tells which
-    MacroClass = 6,
+    SequenceClass = KeySequenceClass, // a media key or a combination of keys; its KeySequence tells which
+    MacroClass = MacroBlockClass,
     ReportRateSwitch = 7,
     LightSwitch = 8,
     ProfileSwitch = 9,

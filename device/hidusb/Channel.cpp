@@ -57,14 +57,30 @@ bool Channel::isDead() const
 
 bool Channel::exchange(std::vector<Exchange> &batch, const Limits &limits)
 {
+    // On every way out, also by an exception: a late reply would be written into the freed batch.
+    struct Withdrawal {
+        ~Withdrawal()
+        {
+            if (!lock.owns_lock())
+                lock.lock();
+            channel.withdraw(batch);
+        }
+        Channel &channel;
+        const std::vector<Exchange> &batch;
+        std::unique_lock<std::mutex> lock;
+    } withdrawal{*this, batch, std::unique_lock(mutex_)};
+    return run(withdrawal.lock, batch, limits);
+}
+
+bool Channel::run(std::unique_lock<std::mutex> &lock, std::vector<Exchange> &batch, const Limits &limits)
+{
     const bool limited = limits.total != milliseconds::max();
     const Clock::time_point end = limited ? Clock::now() + limits.total : Clock::time_point::max();
-    std::unique_lock lock(mutex_);
     std::size_t first = 0; // the first request without a reply
     bool good = true;
     while (good && first < batch.size()) {
         const uint64_t seen = arrivals_;
-        Clock::time_point wake = end;
+        Clock::time_point wake = limits.until != nullptr ? std::min(end, limits.until->load()) : end;
         const std::size_t last = std::min(first + limits.window, batch.size());
         for (std::size_t i = first; good && i < last; ++i) {
             good = advance(lock, batch[i], limits);
@@ -91,8 +107,14 @@ bool Channel::exchange(std::vector<Exchange> &batch, const Limits &limits)
                 return "not complete in " + std::to_string(total) + " ms, given up";
             });
     }
-    withdraw(batch);
     return good;
+}
+
+void Channel::wake()
+{
+    const std::lock_guard lock(mutex_);
+    ++arrivals_;
+    arrived_.notify_all();
 }
 
 static void logNoAnswer(const std::string &path, const Exchange &exchange, bool over)
@@ -112,9 +134,9 @@ bool Channel::advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, co
 {
     if (exchange.reply)
         return exchange.reply->status() == wire::Status::Ok;
-    if (dead_ || (limits.stop != nullptr && *limits.stop))
-        return false;
     const Clock::time_point now = Clock::now();
+    if (dead_ || (limits.until != nullptr && now >= limits.until->load()))
+        return false;
     if (exchange.request.Sequence == 0) {
         if (!assignSequence(exchange))
             return false;

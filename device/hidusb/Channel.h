@@ -40,12 +40,15 @@ struct Exchange {
     Clock::time_point end{};
 };
 
+// Another thread may bring it nearer, and then calls Channel::wake.
+using Deadline = std::atomic<Clock::time_point>;
+
 struct Limits {
     int tries = UsualTries;                                             // for each request
     std::chrono::milliseconds answer = ReplyTimeout;                    // for each try
     std::size_t window = 1;                                             // requests in flight
     std::chrono::milliseconds total = std::chrono::milliseconds::max(); // for all of them together
-    const std::atomic<bool> *stop = nullptr;                            // true: give up
+    const Deadline *until = nullptr;                                    // when to give up
     std::function<void(std::size_t answered)> progress = nullptr;       // of the requests in their order
 };
 
@@ -69,6 +72,8 @@ public:
     bool exchange(std::vector<Exchange> &batch, const Limits &limits);
     // One request. The reply may have any status.
     std::optional<wire::Report> ask(const wire::Report &request, const Limits &limits = {});
+    // Has the waiting exchanges look at their limits again.
+    void wake();
 
     // Notices go to the sink with the highest generation seen.
     void subscribe(const std::weak_ptr<NoticeSink> &sink, uint64_t generation);
@@ -91,6 +96,7 @@ private:
     bool isHeld() const;
 
     bool advance(std::unique_lock<std::mutex> &lock, Exchange &exchange, const Limits &limits);
+    bool run(std::unique_lock<std::mutex> &lock, std::vector<Exchange> &batch, const Limits &limits);
     bool assignSequence(Exchange &exchange);
     void withdraw(const std::vector<Exchange> &batch);
 
@@ -108,8 +114,9 @@ private:
     uint64_t sinkGeneration_ = 0;
 };
 
-// The channel of an interface, opened when there is none; null when it can't be opened. It stays open while
-// a pointer is held and for a few seconds longer.
-std::shared_ptr<Channel> acquireChannel(const std::string &path);
+// The channel of an interface, opened when there is none; null when it can't be opened, or not by `until`. It
+// stays open while a pointer is held and for a few seconds longer.
+std::shared_ptr<Channel> acquireChannel(const std::string &path,
+                                        Clock::time_point until = Clock::time_point::max());
 
 } // namespace hidusb

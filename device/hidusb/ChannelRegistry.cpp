@@ -15,12 +15,39 @@ ChannelRegistry &ChannelRegistry::instance()
 
 // Opens without the lock: the kernel may take seconds to open a device that does not wake up, and requests to
 // other devices must not wait for it.
-std::shared_ptr<Channel> ChannelRegistry::acquire(const std::string &path)
+std::shared_ptr<Channel> ChannelRegistry::acquire(const std::string &path, Clock::time_point until)
 {
     if (std::shared_ptr<Channel> known = holdKnown(path))
         return known;
+    if (until != Clock::time_point::max())
+        return openWithin(path, until);
     std::unique_ptr<ReportPort> port = bus_.open(path);
     return port ? holdNew(path, std::move(port)) : nullptr;
+}
+
+std::shared_ptr<Channel> ChannelRegistry::openWithin(const std::string &path, Clock::time_point until)
+{
+    std::unique_lock lock(mutex_);
+    std::shared_ptr<Opening> &place = openings_[path];
+    if (!place) {
+        place = std::make_shared<Opening>();
+        if (!startThread([this, path, opening = place] { open(path, opening); })) {
+            openings_.erase(path);
+            return nullptr;
+        }
+    }
+    const std::shared_ptr<Opening> opening = place;
+    return opened_.wait_until(lock, until, [&opening] { return opening->done; }) ? opening->channel : nullptr;
+}
+
+void ChannelRegistry::open(const std::string &path, const std::shared_ptr<Opening> &opening)
+{
+    ChannelPtr channel = acquire(path);
+    const std::lock_guard lock(mutex_);
+    opening->channel = channel;
+    opening->done = true;
+    openings_.erase(path);
+    opened_.notify_all();
 }
 
 std::shared_ptr<Channel> ChannelRegistry::holdKnown(const std::string &path)
@@ -84,9 +111,9 @@ void ChannelRegistry::erase(const std::string &path, const ChannelPtr &channel)
         channels_.erase(at);
 }
 
-std::shared_ptr<Channel> acquireChannel(const std::string &path)
+std::shared_ptr<Channel> acquireChannel(const std::string &path, Clock::time_point until)
 {
-    return ChannelRegistry::instance().acquire(path);
+    return ChannelRegistry::instance().acquire(path, until);
 }
 
 } // namespace hidusb

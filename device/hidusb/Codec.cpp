@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "device/hidusb/Codec.h"
 
+#include "device/hidusb/RecordLimits.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -156,6 +158,13 @@ void encode(const FlashDataMap &record, FlashImage &image)
         std::memcpy(to + span.flash, from + span.record, span.size);
     clampStages(image);
     encodeBlocks(record, image);
+}
+
+void clamp(FlashDataMap &record)
+{
+    FlashImage image{};
+    encode(record, image);
+    decode(image, record);
 }
 
 static std::array<Owner, FlashSize> makeOwners()

@@ -15,28 +15,8 @@ using wire::Command;
 constexpr std::size_t FlashWindow = 8; // a larger one is no faster at one report per millisecond
 constexpr std::chrono::milliseconds FlashReadLimit{5000};
 constexpr std::size_t WaitingNotices = 256; // further ones are dropped, so that a flood stays bounded
-constexpr std::size_t WaitingOrders = 256;
-
-// Sizes and message of an order; flash reads have a routine of their own.
-struct OrderRow {
-    Command command;
-    uint8_t requestSize; // 1: the argument is the payload
-    uint8_t replySize;
-    bool message;        // the reply is a message for the program
-    uint8_t messageSize; // bytes of the reply that the message carries
-};
-
-static constexpr OrderRow OrderRows[] = {
-    {Command::DriverStatus, 1, 0, false, 0},
-    {Command::Battery, 0, sizeof(BatteryStatus), true, sizeof(BatteryStatus)},
-    {Command::PairEnter, 1, 0, false, 0},
-    {Command::PairStatus, 0, 1, true, 1},
-    {Command::ClearSettings, 0, 0, false, 0},
-    {Command::BatteryOptimize, 1, 0, false, 0},
-    {Command::ConfigSelect, 1, 0, false, 0},
-    {Command::Config, 0, 1, true, 1},
-    {Command::Version, 0, sizeof(wire::VersionReply), true, 0},
-};
+constexpr std::chrono::milliseconds LeavingReplyTimeout{50};
+constexpr int LeavingTries = LeaveTime / LeavingReplyTimeout;
 
 struct NoticeRow {
     Command command;
@@ -51,13 +31,6 @@ static constexpr NoticeRow NoticeRows[] = {
     {Command::LongRangeChanged, wire::LongRangeNoticeSize},
 };
 
-static constexpr Order FullRead{Command::FlashRead};
-
-static bool isFullRead(const Order &order)
-{
-    return order.command == Command::FlashRead && order.argument == 0;
-}
-
 // One queue for the callbacks of all connections, so that the program never gets two at a time.
 static TaskQueue &callbackQueue()
 {
@@ -70,102 +43,146 @@ Connection::Connection(std::string path, ProtocolCallback_t callback, uint64_t g
 {
 }
 
-void Connection::start()
+void Connection::start(std::shared_ptr<Connection> previous)
 {
-    startThread([self = shared_from_this()] { self->work(); });
+    {
+        const std::lock_guard lock(mutex_);
+        previous_ = std::move(previous);
+    }
+    if (startThread([self = shared_from_this()] { self->work(); }))
+        return;
+    const std::lock_guard lock(mutex_);
+    left_ = true;
 }
 
-void Connection::end()
+void Connection::leave()
 {
-    const std::lock_guard lock(mutex_);
-    ended_ = true;
-    changed_.notify_all();
+    std::shared_ptr<Channel> channel;
+    {
+        const std::lock_guard lock(mutex_);
+        if (leaving_)
+            return;
+        const Clock::time_point now = Clock::now();
+        readsEnd_ = now;
+        changesEnd_ = now + LeaveTime - LeaveReserve;
+        leaveEnd_ = now + LeaveTime;
+        leaving_ = true;
+        // The I/O thread may be opening the device, which can take long, and nobody needs to wait for that.
+        if (!previous_ && !orders_.changesDevice() && !mirror_.next() && letGo_ != LetGo::Before)
+            left_ = true;
+        channel = channel_;
+        changed_.notify_all();
+    }
+    if (channel)
+        channel->wake();
+}
+
+void Connection::awaitLeft()
+{
+    Lock lock(mutex_);
+    changed_.wait_until(lock, leaveEnd_.load(), [this] { return left_; });
 }
 
 void Connection::order(const Order &order)
 {
     const std::lock_guard lock(mutex_);
-    if (orders_.size() < WaitingOrders)
-        orders_.push_back(order);
+    if (order.command == Command::PairEnter)
+        ++pairingStarts_;
+    orders_.add(order);
     changed_.notify_all();
 }
 
 void Connection::update(const FlashImage &wanted)
 {
     const std::lock_guard lock(mutex_);
-    if (awaitsProfile())
+    if (orders_.awaitsProfile())
         deferred_ = wanted;
     else if (mirror_.setWanted(wanted))
         suspended_ = false;
     else
-        requireFullRead();
+        orders_.requireFullRead();
     changed_.notify_all();
 }
 
-// Orders a full read unless one waits already.
-void Connection::requireFullRead()
-{
-    if (std::none_of(orders_.begin(), orders_.end(), isFullRead))
-        orders_.push_back(FullRead);
-}
-
-// These orders replace the content of the flash.
-static bool changesProfile(const Order &order)
-{
-    return order.command == Command::ConfigSelect || order.command == Command::ClearSettings;
-}
-
-bool Connection::awaitsProfile() const { return std::any_of(orders_.begin(), orders_.end(), changesProfile); }
-
-bool Connection::finishWrites()
+bool Connection::finishWrites(Clock::time_point until)
 {
     Lock lock(mutex_);
     if (!suspended_)
         return true;
-    retry_ = true;
+    if (retry_ == Retry::None)
+        retry_ = Retry::Wanted;
     changed_.notify_all();
-    constexpr std::chrono::milliseconds grace{20};
-    changed_.wait_for(lock, ReplyTimeout + grace, [this] { return !retry_ || ended_; });
-    return !suspended_ || ended_;
+    const bool over = changed_.wait_until(lock, until, [this] { return retry_ == Retry::None || leaving_; });
+    return over ? retryWritten_ || leaving_ : retry_ == Retry::Wanted;
 }
 
 // ---- The I/O thread
-
-bool Connection::hasWork() const
-{
-    return ended_ || lost_ || retry_ || !orders_.empty() || (!suspended_ && mirror_.next());
-}
 
 void Connection::work()
 {
     Lock lock(mutex_);
     ensureChannel(lock);
-    for (;;) {
-        changed_.wait(lock, [this] { return hasWork(); });
-        if (ended_)
-            break;
-        const auto before = static_cast<std::ptrdiff_t>(orders_.size());
-        if (!ensureChannel(lock)) {
-            // The orders for the absent device are dropped. Those that came during the attempt to open it
-            // stay: they may be for a device that has been plugged in since.
-            orders_.erase(orders_.begin(), orders_.begin() + before);
-            if (!awaitsProfile())
-                deferred_.reset();
-        } else if (retry_) {
-            writeNext(lock, 1);
-        } else if (!suspended_ && mirror_.next()) {
-            writeNext(lock, UsualTries);
-        } else if (!orders_.empty()) {
-            const Order order = orders_.front();
-            carryOut(lock, order);
-        }
-        if (retry_) {
-            retry_ = false;
-            changed_.notify_all();
-        }
+    if (const std::shared_ptr<Connection> previous = previous_) {
+        lock.unlock();
+        previous->awaitLeft();
+        lock.lock();
+        previous_.reset();
     }
+    while (!leaving_) {
+        changed_.wait(lock, [this] { return hasWork(); });
+        if (!leaving_)
+            step(lock);
+    }
+    drain(lock);
+    left_ = true;
+    changed_.notify_all();
+    const std::shared_ptr<Channel> last = std::move(channel_);
     lock.unlock();
-    channel_.reset();
+}
+
+bool Connection::hasWork() const
+{
+    return leaving_ || lost_ || retry_ == Retry::Wanted || !orders_.empty() ||
+           (!suspended_ && mirror_.next());
+}
+
+void Connection::step(Lock &lock)
+{
+    orders_.beginAll();
+    if (!ensureChannel(lock)) {
+        // The orders for the absent device are dropped. Those that came during the attempt to open it
+        // stay: they may be for a device that has been plugged in since.
+        if (orders_.holds(Command::PairEnter))
+            endPairingStart(false);
+        orders_.removeBegun();
+        if (!orders_.awaitsProfile())
+            deferred_.reset();
+        return endRetry(true);
+    }
+    orders_.keepBegun();
+    if (retry_ == Retry::Wanted)
+        retryWrite(lock);
+    else if (!suspended_ && mirror_.next())
+        writeNext(lock, UsualTries);
+    else if (!orders_.empty())
+        carryOut(lock, Order(orders_.front()));
+}
+
+// A write that fails ends the writing: a binding that waits for its block then stays as it was.
+void Connection::drain(Lock &lock)
+{
+    orders_.prepareForEnd();
+    bool writes = true;
+    while (channel_ && !channel_->isDead()) {
+        if (writes && mirror_.next())
+            writes = writeNext(lock, UsualTries);
+        else if (orders_.empty() && letGo_ == LetGo::Before)
+            orders_.add({Command::DriverStatus, 0});
+        else if (!orders_.empty())
+            carryOut(lock, Order(orders_.front()));
+        else
+            return;
+    }
 }
 
 // Opens a channel when there is none that works. The mirror is reset then, since the device that is now under
@@ -178,67 +195,86 @@ bool Connection::ensureChannel(Lock &lock)
     const bool hadChannel = channel_ != nullptr;
     suspended_ = false;
     mirror_.forget();
+    if (pairing_)
+        failPairing();
     lock.unlock();
-    channel_ = acquireChannel(path_);
-    if (channel_)
-        channel_->subscribe(weak_from_this(), generation_);
+    std::shared_ptr<Channel> opened = acquireChannel(path_);
+    if (opened)
+        opened->subscribe(weak_from_this(), generation_);
     lock.lock();
+    std::swap(channel_, opened);
     if (channel_ && (hadChannel || fullReadMissing_))
-        requireFullRead();
+        orders_.requireFullRead();
     fullReadMissing_ = fullReadMissing_ || hadChannel;
     return channel_ != nullptr;
 }
 
 void Connection::carryOut(Lock &lock, const Order &order)
 {
+    orders_.begin(1);
     bool answered = false;
     if (order.command == Command::FlashRead) {
         if (suspended_)
-            writeNext(lock, 1); // changes are written before a later read, which would else return old values
+            retryWrite(lock); // changes are written before a later read, which would else return old values
         returned_ = false;
         answered = readFlash(lock, order.address, order.argument > 0 ? order.argument : FlashSize);
         if (isFullRead(order))
             fullReadMissing_ = !answered;
     } else {
         lock.unlock();
-        answered = request(order);
+        const std::optional<wire::Report> reply = request(order);
         lock.lock();
+        answered = reply.has_value();
+        if (order.command == Command::PairEnter)
+            endPairingStart(answered);
+        if (order.command == Command::DriverStatus)
+            letGo_ = order.argument == 0 ? LetGo::Last : LetGo::No;
+        if (answered)
+            deliverAnswer(*reply);
     }
     if (answered)
         suspended_ = false;
-    orders_.pop_front(); // only now, so that a record that came meanwhile counts as later than this order
+    orders_.removeBegun(); // only now, so that a record that came meanwhile counts as later than this order
     if (isFullRead(order) && fullReadMissing_ && returned_)
-        requireFullRead(); // its return was announced before the read had failed
-    if (changesProfile(order) && !awaitsProfile()) {
-        // Pending changes belong to the old profile. Its known content is kept, to find by comparison what
-        // the user edits before the next full read.
-        mirror_.discardPending();
-        if (deferred_)
-            mirror_.setWanted(*deferred_);
-        deferred_.reset();
-    }
+        orders_.requireFullRead(); // its return was announced before the read had failed
+    if (changesProfile(order) && !orders_.awaitsProfile())
+        endProfileChange();
 }
 
-std::optional<wire::Report> Connection::ask(const wire::Report &request, int tries)
+// Pending changes belong to the old profile. Its known content is kept, to find by comparison what the user
+// edits before the next full read.
+void Connection::endProfileChange()
+{
+    mirror_.discardPending();
+    if (deferred_)
+        mirror_.setWanted(*deferred_);
+    deferred_.reset();
+}
+
+std::optional<wire::Report> Connection::ask(const wire::Report &request, int tries, const Deadline &until)
 {
     Limits limits;
-    limits.tries = tries;
-    limits.stop = &ended_;
+    limits.tries = leaving_ ? LeavingTries : tries;
+    limits.answer = leaving_ ? LeavingReplyTimeout : ReplyTimeout;
+    limits.until = &until;
     return channel_->ask(request, limits);
 }
 
-void Connection::writeNext(Lock &lock, int tries)
+// True when the device has acknowledged it, or nothing is to be written.
+bool Connection::writeNext(Lock &lock, int tries)
 {
     const std::optional<FlashRange> range = mirror_.next();
     if (!range) {
         suspended_ = false;
-        return;
+        return true;
     }
     const wire::Report request =
         makeRequest(Command::FlashWrite, range->address, mirror_.wanted(range->address), range->size);
     returned_ = false;
+    if (letGo_ == LetGo::Last)
+        letGo_ = LetGo::Before;
     lock.unlock();
-    const std::optional<wire::Report> reply = ask(request, tries);
+    const std::optional<wire::Report> reply = ask(request, tries, changesEnd_);
     const bool gone = channel_->isDead();
     lock.lock();
     const bool written = reply && reply->status() == wire::Status::Ok;
@@ -250,6 +286,23 @@ void Connection::writeNext(Lock &lock, int tries)
         lost_ = true;
     else
         mirror_.markUncertain(*range);
+    return written;
+}
+
+void Connection::retryWrite(Lock &lock)
+{
+    if (retry_ == Retry::Wanted)
+        retry_ = Retry::Running;
+    const bool written = writeNext(lock, 1);
+    if (retry_ == Retry::Running)
+        endRetry(written);
+}
+
+void Connection::endRetry(bool written)
+{
+    retry_ = Retry::None;
+    retryWritten_ = written;
+    changed_.notify_all();
 }
 
 bool Connection::readFlash(Lock &lock, uint16_t address, std::size_t size)
@@ -264,7 +317,7 @@ bool Connection::readFlash(Lock &lock, uint16_t address, std::size_t size)
     Limits limits;
     limits.window = FlashWindow;
     limits.total = FlashReadLimit;
-    limits.stop = &ended_;
+    limits.until = &readsEnd_;
     lock.unlock();
     const bool good = channel_->exchange(batch, limits);
     lock.lock();
@@ -278,18 +331,59 @@ bool Connection::readFlash(Lock &lock, uint16_t address, std::size_t size)
     return true;
 }
 
-bool Connection::request(const Order &order)
+// The good answer to an order.
+std::optional<wire::Report> Connection::request(const Order &order)
 {
-    const auto row = std::find_if(std::begin(OrderRows), std::end(OrderRows),
-                                  [&order](const OrderRow &other) { return other.command == order.command; });
-    if (row == std::end(OrderRows))
-        return false;
-    const auto reply = ask(makeRequest(order.command, order.address, &order.argument, row->requestSize));
+    const OrderRow *row = findOrderRow(order.command);
+    if (row == nullptr)
+        return std::nullopt;
+    const bool last = order.command == Command::DriverStatus;
+    auto reply = ask(makeRequest(order.command, order.address, &order.argument, row->requestSize), UsualTries,
+                     last ? leaveEnd_ : changesEnd_);
     if (!reply || reply->status() != wire::Status::Ok || reply->Length != row->replySize)
-        return false;
-    if (row->message)
-        deliver(*reply, {reply->Payload, reply->Payload + row->messageSize});
-    return true;
+        return std::nullopt;
+    return reply;
+}
+
+// ---- Pairing
+//
+// The program cannot leave a pairing before it has been told a result, so each start gets one: also when the
+// receiver refuses, does not answer, or is unplugged. A receiver that has refused a start still tells the
+// result of the one before, which would be taken for that of the new one.
+
+void Connection::endPairingStart(bool accepted)
+{
+    pairingRefused_ = !accepted;
+    if (!accepted)
+        return failPairing();
+    pairing_ = pairingEnded_ < pairingStarts_; // the result may have come with the acknowledgement
+}
+
+void Connection::failPairing()
+{
+    deliverPairState(makeRequest(Command::PairStatus), wire::PairState::Failed);
+}
+
+bool Connection::isStale(const wire::Report &pairStatus) const
+{
+    const bool result = pairStatus.Payload[0] != static_cast<uint8_t>(wire::PairState::Working);
+    return result && (pairingRefused_ || orders_.holds(Command::PairEnter));
+}
+
+// A result that waits for the program while it starts again is dropped: it belongs to the start before.
+void Connection::deliverPairState(const wire::Report &head, wire::PairState state, std::size_t limit)
+{
+    const uint64_t start = pairingStarts_;
+    if (state != wire::PairState::Working) {
+        pairing_ = false;
+        pairingEnded_ = start;
+    }
+    callbackQueue().post(
+        [self = shared_from_this(), head, state, start] {
+            if (self->pairingStarts_ == start)
+                self->call(head, {static_cast<uint8_t>(state)});
+        },
+        limit);
 }
 
 // ---- Messages for the program
@@ -303,26 +397,37 @@ void Connection::lost()
 
 void Connection::notice(const wire::Report &report)
 {
-    {
-        const std::lock_guard lock(mutex_);
-        if (report.command() == Command::ClearSettings)
-            mirror_.forget();
-        const bool returned = report.command() == Command::OnLineChanged &&
-                              report.Length == sizeof(wire::OnLineReply) && report.Payload[0] != 0;
-        if (returned) {
-            suspended_ = false;
-            returned_ = true;
-        }
-        if (returned && fullReadMissing_)
-            requireFullRead();
-        changed_.notify_all();
+    const std::lock_guard lock(mutex_);
+    if (report.command() == Command::ClearSettings)
+        mirror_.forget();
+    const bool returned = report.command() == Command::OnLineChanged &&
+                          report.Length == sizeof(wire::OnLineReply) && report.Payload[0] != 0;
+    if (returned) {
+        suspended_ = false;
+        returned_ = true;
     }
+    if (returned && fullReadMissing_)
+        orders_.requireFullRead();
+    changed_.notify_all();
     const bool known =
         std::any_of(std::begin(NoticeRows), std::end(NoticeRows), [&report](const NoticeRow &row) {
             return row.command == report.command() && row.size == report.Length;
         });
-    if (known)
+    if (known && report.command() == Command::PairStatus)
+        deliverPairState(report, static_cast<wire::PairState>(report.Payload[0]), WaitingNotices);
+    else if (known)
         deliver(report, {report.Payload, report.Payload + report.Length}, WaitingNotices);
+}
+
+void Connection::deliverAnswer(const wire::Report &reply)
+{
+    const OrderRow *row = findOrderRow(reply.command());
+    if (!row->message)
+        return;
+    if (reply.command() != Command::PairStatus)
+        deliver(reply, {reply.Payload, reply.Payload + row->messageSize});
+    else if (!isStale(reply))
+        deliverPairState(reply, static_cast<wire::PairState>(reply.Payload[0]));
 }
 
 void Connection::deliver(wire::Report head, std::vector<uint8_t> payload, std::size_t limit)
@@ -351,7 +456,7 @@ void Connection::call(wire::Report head, std::vector<uint8_t> payload)
     const auto size = static_cast<uint32_t>(payload.size());
     payload.resize(std::max(payload.size(), wire::PayloadSize));
     head.Length = static_cast<uint8_t>(std::min<uint32_t>(size, wire::PayloadSize));
-    if (!ended_ && callback_ != nullptr)
+    if (!leaving_ && callback_ != nullptr)
         callback_(&head.Id, wire::HeadSize, payload.data(), size);
 }
 

@@ -13,6 +13,7 @@ namespace
 struct ConnectionState {
     std::mutex mutex;
     std::shared_ptr<Connection> connection;
+    std::weak_ptr<Connection> last; // also after it was closed
     uint64_t generation = 0;
 };
 
@@ -34,24 +35,29 @@ void openConnection(const char *path, ProtocolCallback_t callback)
 {
     const std::lock_guard lock(current().mutex);
     if (current().connection)
-        current().connection->end();
-    current().connection =
+        current().connection->leave();
+    const auto made =
         std::make_shared<Connection>(path != nullptr ? path : "", callback, ++current().generation);
-    current().connection->start();
+    made->start(current().last.lock());
+    current().connection = made;
+    current().last = made;
 }
 
 void closeConnection()
 {
-    const std::lock_guard lock(current().mutex);
-    if (current().connection)
-        current().connection->end();
-    current().connection.reset();
+    std::unique_lock lock(current().mutex);
+    const std::shared_ptr<Connection> closed = std::move(current().connection);
+    lock.unlock();
+    if (!closed)
+        return;
+    closed->leave();
+    closed->awaitLeft();
 }
 
-bool finishWrites(const char *path)
+bool finishWrites(const char *path, Clock::time_point until)
 {
     const std::shared_ptr<Connection> connection = currentConnection();
-    return !connection || path == nullptr || connection->path() != path || connection->finishWrites();
+    return !connection || path == nullptr || connection->path() != path || connection->finishWrites(until);
 }
 
 } // namespace hidusb

@@ -55,6 +55,10 @@ struct DpiStage {
     uint8_t Red, Green, Blue;
 };
 
+// The classes of the bindings that play a block of their own button.
+constexpr uint8_t KeySequenceClass = 5;
+constexpr uint8_t MacroBlockClass = 6;
+
 struct KeyBinding {
     uint8_t Class;
     uint8_t First;

@@ -88,6 +88,32 @@ bool FlashMirror::differs(std::size_t address) const
     return bytesOf(wanted_)[address] != bytesOf(*known_)[address] || uncertain_[address];
 }
 
+bool FlashMirror::differs(std::size_t address, std::size_t size) const
+{
+    bool any = false;
+    for (std::size_t at = address; at < address + size; ++at)
+        any = any || differs(at);
+    return any;
+}
+
+// True for a byte of a binding whose block is not written yet.
+bool FlashMirror::awaitsItsBlock(std::size_t address) const
+{
+    constexpr std::size_t first = offsetof(FlashImage, KeyBindings);
+    if (address < first || address >= first + sizeof wanted_.KeyBindings)
+        return false;
+    const std::size_t slot = (address - first) / sizeof(KeyBinding);
+    switch (wanted_.KeyBindings[slot].Class) {
+    case KeySequenceClass:
+        return differs(offsetof(FlashImage, KeySequences) + slot * sizeof(FlashSequence),
+                       sizeof(FlashSequence));
+    case MacroBlockClass:
+        return differs(offsetof(FlashImage, MacroBlocks) + slot * sizeof(FlashMacro), sizeof(FlashMacro));
+    default:
+        return false;
+    }
+}
+
 std::optional<FlashRange> FlashMirror::next() const
 {
     if (!known_)
@@ -97,10 +123,9 @@ std::optional<FlashRange> FlashMirror::next() const
     if (uncertain_.none()) {
         const auto pair = std::mismatch(bytesOf(wanted_), bytesOf(wanted_) + tail, bytesOf(*known_));
         first = static_cast<std::size_t>(pair.first - bytesOf(wanted_));
-    } else {
-        while (first < tail && !differs(first))
-            ++first;
     }
+    while (first < tail && (!differs(first) || awaitsItsBlock(first)))
+        ++first;
     if (first == tail)
         return std::nullopt;
     // Equal bytes between two changed ones are sent too, which saves a report, but none that the mouse itself
@@ -108,7 +133,7 @@ std::optional<FlashRange> FlashMirror::next() const
     const Owner *owners = flashOwners();
     std::size_t last = first;
     const std::size_t limit = std::min(first + wire::PayloadSize, tail);
-    for (std::size_t at = first + 1; at < limit; ++at) {
+    for (std::size_t at = first + 1; at < limit && !awaitsItsBlock(at); ++at) {
         if (differs(at))
             last = at;
         else if (owners[at] != Owner::Record)

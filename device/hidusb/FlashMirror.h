@@ -7,6 +7,11 @@
 // than the mirror does. Its changes are therefore found by comparing its record with the one that it last
 // passed or received, never with the known content; and until it has received the full read it has changed
 // nothing. Not thread-safe.
+//
+// A binding that plays a combination or a macro is written after the block of its button, so that the mouse
+// never plays a block that it does not hold yet; any other binding is written before, so that the mouse no
+// longer plays a block that is being replaced. A block that a binding plays before and after is overwritten
+// in place.
 #pragma once
 
 #include "device/hidusb/wire/FlashLayout.h"
@@ -46,7 +51,7 @@ public:
     void forget();
 
     bool isLoaded() const { return known_.has_value(); }
-    // The first range to write, as long as one report carries; empty when the device holds the wanted
+    // The next range to write, as long as one report carries; empty when the device holds the wanted
     // content.
     std::optional<FlashRange> next() const;
     const uint8_t *wanted(uint16_t address) const { return bytesOf(wanted_) + address; }
@@ -58,6 +63,8 @@ private:
     }
     static uint8_t *bytesOf(FlashImage &image) { return reinterpret_cast<uint8_t *>(&image); }
     bool differs(std::size_t address) const;
+    bool differs(std::size_t address, std::size_t size) const;
+    bool awaitsItsBlock(std::size_t address) const;
 
     std::optional<FlashImage> known_;
     FlashImage wanted_{};

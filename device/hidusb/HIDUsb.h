@@ -62,7 +62,8 @@ HIDUSB_API DeviceIdentity UsbFinderC_GetDeviceInfo(const char *path, int32_t res
 // Ids and release number from the USB descriptor; the device is not asked.
 HIDUSB_API void UsbFinderC_GetUsbDeviceAttribute(const char *path, UsbAttribute *attribute);
 // True when the mouse itself answers, by cable or radio. False also for a mouse whose last write
-// stayed unanswered, until that write has been acknowledged after all.
+// stayed unanswered, when it does not acknowledge that write now either. Takes at most 200 ms, whether
+// or not the device opens and answers.
 HIDUSB_API uint8_t UsbFinderC_GetDeviceOnLine(const char *path);
 // The same, with the address of the paired mouse. Without an answer `record` is unchanged.
 HIDUSB_API uint8_t UsbFinderC_GetDeviceOnLineWithUsbAddress(const char *path, OnlineAddress *record);
@@ -75,14 +76,17 @@ HIDUSB_API uint8_t UsbFinderC_GetSlaveVersion(const char *path, uint32_t *versio
 
 // Opens the one connection, in place of the one before. `path` is given twice. Answers come to
 // `callback`, one at a time, in order. The old connection's callback is not called any more once a
-// running call of it has returned, and what it had left to write is dropped. Returns at once; a path
-// that cannot be opened gives a connection without answers.
+// running call of it has returned. Returns at once; before the new connection sends anything, the old
+// one ends as with UsbServer_Exit. A path that cannot be opened gives a connection without answers.
 HIDUSB_API void UsbServerC_Start(const char *path, const char *same_path, ProtocolCallback_t callback);
-// Ends the connection, if there is one. Never waits for a running callback.
+// Ends the connection, if there is one. What was ordered and written is still carried out, the driver
+// status last, for at most 300 ms; then the rest is dropped. Reads are given up. Returns when that is
+// done, at once when nothing waits. Never waits for a running callback.
 HIDUSB_API void UsbServer_Exit(void);
 
 // The following act on the open connection, return at once and are carried out in the order of the
-// calls. Without a connection they do nothing. A read that stays unanswered yields no callback.
+// calls; of equal ones that wait and would do the same, one is. Without a connection they do nothing.
+// A read that stays unanswered yields no callback.
 HIDUSB_API void UsbServer_SetPCDriverStatus(uint8_t in_charge); // 1: the program takes charge, 0: lets go
 HIDUSB_API void UsbServer_ReadAllFlashData(void);          // message 8, address 0, 6,912 bytes; at most 5 s
 HIDUSB_API void UsbServer_ReadCurrentDPI(void);            // message 8, address 4, 1 byte
@@ -95,7 +99,7 @@ HIDUSB_API void UsbServer_ReadConfig(void);                // message 14, one by
 HIDUSB_API void UsbServer_SetCurrentConfig(uint8_t index); // 0..3
 HIDUSB_API void UsbServer_SetClearSetting(void);           // factory reset; message 9 when it is done
 HIDUSB_API void UsbServer_SetBatteryOptimizeEnable(uint8_t enable);
-HIDUSB_API void UsbServer_EnterDonglePairOnlyCid(uint8_t cid); // message 6 with the progress
+HIDUSB_API void UsbServer_EnterDonglePairOnlyCid(uint8_t cid); // message 6; each call gets a result, 2 or 3
 HIDUSB_API void UsbServer_ReadDonglePairStatus(void);          // message 6
 
 // The record is the new wanted state of the device. It is copied; a writer in the background sends the

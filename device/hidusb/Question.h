@@ -26,8 +26,10 @@ template <typename Record> bool store(const char *path, wire::Command command, c
     return record != nullptr && ask(path, makeRequest(command, 0, record, sizeof *record), nullptr, 0);
 }
 
-constexpr int OnLineTries = 2;
-// Asks whether the mouse is on line. A mouse that has not acknowledged its last write counts as off line.
+// What the main thread waits for the on-line question at most, with the opening of the device and the try of
+// a write that waits.
+constexpr std::chrono::milliseconds OnLineTime{200};
+// Asks whether the mouse is on line. A mouse that does not acknowledge its last write counts as off line.
 std::optional<wire::OnLineReply> askOnLine(const char *path);
 
 } // namespace hidusb

@@ -46,6 +46,7 @@ DeviceControls::DeviceControls(QWidget *parent) : QGroupBox(parent), title_(new 
     layout->addLayout(makeStates());
     layout->addLayout(makeBattery());
     layout->addLayout(makeButtons());
+    layout->addLayout(makePairing());
     show(nullptr, nullptr);
 }
 
@@ -62,7 +63,6 @@ QPushButton *DeviceControls::addButton(const char *name, const QString &text, co
     auto *button = new QPushButton(text, this);
     button->setObjectName(QLatin1String(name));
     button->setAccessibleName(accessibleName);
-    ofMouse_ << button;
     return button;
 }
 
@@ -161,14 +161,60 @@ QLayout *DeviceControls::makeButtons()
         connect(button, &QPushButton::clicked, this, [this, &press] {
             emit ordered(QStringLiteral("press %1 %2").arg(mouse_, QLatin1String(press.button)));
         });
+        ofMouse_ << button;
         row->addWidget(button);
     }
     row->addStretch();
     QPushButton *reset = addButton("resetButton", QStringLiteral("Factory reset"),
                                    QStringLiteral("Reset the mouse to its factory settings"));
     connect(reset, &QPushButton::clicked, this, [this] { emit ordered(QStringLiteral("reset ") + mouse_); });
+    ofMouse_ << reset;
     row->addWidget(reset);
     return row;
+}
+
+QLayout *DeviceControls::makePairing()
+{
+    QPushButton *look = addButton("lookButton", QStringLiteral("Look for a receiver"),
+                                  QStringLiteral("The mouse looks for a receiver that pairs"));
+    giveUp_ = addButton("giveUpButton", QStringLiteral("Give up"), QStringLiteral("The receiver gives up"));
+    QPushButton *unpair = addButton("unpairButton", QStringLiteral("Forget the mouse"),
+                                    QStringLiteral("The receiver forgets its mouse"));
+    refuse_ =
+        addCheck("refuseCheck", QStringLiteral("Refuse"), QStringLiteral("The receiver refuses to pair"));
+    makePairTime();
+    ofMouse_ << look;
+    ofReceiver_ << giveUp_ << unpair << refuse_ << pairTime_;
+    connect(look, &QPushButton::clicked, this, [this] { emit ordered(QStringLiteral("pair ") + mouse_); });
+    connect(giveUp_, &QPushButton::clicked, this,
+            [this] { emit ordered(QStringLiteral("pairfail ") + device_); });
+    connect(unpair, &QPushButton::clicked, this,
+            [this] { emit ordered(QStringLiteral("unpair ") + device_); });
+    connect(refuse_, &QCheckBox::clicked, this,
+            [this](bool on) { emit ordered(QStringLiteral("pairrefuse %1 %2").arg(device_, onOff(on))); });
+    auto *row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addWidget(new QLabel(QStringLiteral("Pairing"), this));
+    for (QWidget *each : {static_cast<QWidget *>(look), static_cast<QWidget *>(giveUp_),
+                          static_cast<QWidget *>(unpair), static_cast<QWidget *>(refuse_)})
+        row->addWidget(each);
+    row->addStretch();
+    row->addWidget(pairTime_);
+    return row;
+}
+
+void DeviceControls::makePairTime()
+{
+    pairTime_ = new QSpinBox(this);
+    pairTime_->setObjectName(QStringLiteral("pairTimeBox"));
+    pairTime_->setAccessibleName(QStringLiteral("Seconds until a pairing fails"));
+    pairTime_->setRange(1, 600);
+    pairTime_->setPrefix(QStringLiteral("fails after "));
+    pairTime_->setSuffix(QStringLiteral(" s"));
+    pairTime_->setKeyboardTracking(false);
+    connect(pairTime_, QOverload<int>::of(&QSpinBox::valueChanged), this, [this](int seconds) {
+        emit ordered(QStringLiteral("pairtime %1 %2").arg(device_).arg(seconds * 1000));
+    });
 }
 
 void DeviceControls::orderBattery()
@@ -203,6 +249,21 @@ void DeviceControls::show(const PanelDevice *device, const PanelDevice *mouse)
     for (QWidget *each : qAsConst(ofMouse_))
         each->setEnabled(mouse != nullptr);
     showMouse(mouse);
+    showReceiver(device != nullptr && !device->isMouse ? device : nullptr);
+}
+
+void DeviceControls::showReceiver(const PanelDevice *receiver)
+{
+    for (QWidget *each : qAsConst(ofReceiver_))
+        each->setEnabled(receiver != nullptr);
+    const PanelDevice none;
+    const PanelDevice &shown = receiver == nullptr ? none : *receiver;
+    giveUp_->setEnabled(shown.pairing);
+    refuse_->setChecked(shown.refusesPairing);
+    if (pairTime_->hasFocus())
+        return; // a number may be half typed
+    const QSignalBlocker blocker(pairTime_);
+    pairTime_->setValue(shown.pairTime / 1000);
 }
 
 // While a number is typed, what the emulator says does not replace it.

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Controls of the selected device: its plug, and the radio, battery and buttons of its mouse. Each control
-// sends one order and shows the emulator's state.
+// Controls of the selected device: its plug, its pairing, and the radio, battery and buttons of its mouse.
+// Each control sends one order and shows the emulator's state.
 #pragma once
 
 #include "emulator/panel/PanelState.h"
@@ -35,12 +35,15 @@ private:
     QPushButton *addButton(const char *name, const QString &text, const QString &accessibleName);
     QLayout *makeStates();
     QLayout *makeBattery();
+    QLayout *makePairing();
     QLayout *makeButtons();
     void makeErase();
     void makeProfile();
+    void makePairTime();
     void orderBattery();
     void showErase(const PanelDevice *device);
     void showMouse(const PanelDevice *mouse);
+    void showReceiver(const PanelDevice *receiver);
 
     QString device_;
     QString mouse_;
@@ -54,6 +57,10 @@ private:
     QLabel *batteryText_ = nullptr;
     QCheckBox *charging_ = nullptr;
     QComboBox *profile_ = nullptr;
+    QPushButton *giveUp_ = nullptr;
+    QCheckBox *refuse_ = nullptr;
+    QSpinBox *pairTime_ = nullptr; // s
     QList<QWidget *> ofMouse_;
+    QList<QWidget *> ofReceiver_;
     QTimer batteryDue_; // a drag is a few orders, not one for each pixel
 };

@@ -20,6 +20,7 @@ constexpr FlagRow Flags[] = {
     {"plugged", &PanelDevice::plugged}, {"boot", &PanelDevice::boot},
     {"online", &PanelDevice::online},   {"radio", &PanelDevice::radio},
     {"asleep", &PanelDevice::asleep},   {"charging", &PanelDevice::charging},
+    {"pairing", &PanelDevice::pairing}, {"pairrefuse", &PanelDevice::refusesPairing},
 };
 
 struct NumberRow {
@@ -31,7 +32,7 @@ constexpr NumberRow Numbers[] = {
     {"faults", &PanelDevice::faults, 9999},  {"erase", &PanelDevice::erase, 60000},
     {"battery", &PanelDevice::battery, 100}, {"profile", &PanelDevice::profile, 3},
     {"stage", &PanelDevice::stage, 255},     {"stages", &PanelDevice::stages, 255},
-    {"rate", &PanelDevice::rate, 8000},
+    {"rate", &PanelDevice::rate, 8000},      {"pairtime", &PanelDevice::pairTime, 600000},
 };
 
 struct TextRow {

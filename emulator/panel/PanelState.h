@@ -23,8 +23,12 @@ struct PanelDevice {
     bool plugged = false;
     bool boot = false;
     bool online = false;
-    int faults = 0; // rules that stand
-    int erase = 0;  // ms that its boot loader takes to erase
+    int faults = 0;       // rules that stand
+    int erase = 0;        // ms that its boot loader takes to erase
+    bool pairing = false; // the receiver waits for a mouse, or the mouse looks for a receiver
+    // Of a receiver.
+    bool refusesPairing = false;
+    int pairTime = 0; // ms
     // Of a mouse.
     bool radio = false;
     bool asleep = false;

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <benchmark/benchmark.h>
+#include <chrono>
 #include <cstring>
 
 namespace
@@ -177,6 +178,43 @@ void onLineQuestion(benchmark::State &state)
     world().emulated.order("pace off");
 }
 
+// UsbServer_Exit with nothing waiting, and right after a macro of 70 events was bound. One report in a
+// millisecond and direction.
+void leaving(benchmark::State &state)
+{
+    world().emulated.order("pace on");
+    uint8_t round = 0;
+    for (auto _ : state) {
+        UsbServerC_Start(world().path.c_str(), world().path.c_str(), bench::takeFullRead);
+        bench::read();
+        UsbServer_SetPCDriverStatus(1);
+        FlashDataMap record = loaded;
+        if (state.range(0)) {
+            std::memset(&record.MacroBlocks[1], ++round, sizeof record.MacroBlocks[1]);
+            record.KeyBindings[1] = {MacroBlockClass, 1, round};
+        } else {
+            const auto told = [before = world().emulated.reportCount("r", wire::Command::DriverStatus)] {
+                return world().emulated.reportCount("r", wire::Command::DriverStatus) > before;
+            };
+            UsbServer_SetPCDriverStatus(0);
+            waitFor(told);
+        }
+        const auto began = std::chrono::steady_clock::now();
+        if (state.range(0)) {
+            ProtocolDataUpdate(&record);
+            UsbServer_SetPCDriverStatus(0);
+        }
+        UsbServer_Exit();
+        const std::chrono::duration<double> took = std::chrono::steady_clock::now() - began;
+        state.SetIterationTime(took.count());
+        if (state.range(0) && world().emulated.flash("m")->KeyBindings[1].Second != round)
+            state.SkipWithError("not stored");
+    }
+    UsbServerC_Start(world().path.c_str(), world().path.c_str(), bench::takeFullRead);
+    bench::read();
+    world().emulated.order("pace off");
+}
+
 BENCHMARK(decode);
 BENCHMARK(encode);
 BENCHMARK(updateHoldsItsCaller)->Iterations(2000);
@@ -189,6 +227,8 @@ BENCHMARK(editReachesTheFlash)
 BENCHMARK(sliderDrag)->ArgName("pause_us")->Arg(0)->Arg(8000)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(fullRead)->ArgName("paced")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(upgrade)->ArgName("away")->Arg(0)->Arg(1)->Iterations(3)->UseRealTime()->Unit(
+    benchmark::kMillisecond);
+BENCHMARK(leaving)->ArgName("macro")->Arg(0)->Arg(1)->Iterations(50)->UseManualTime()->Unit(
     benchmark::kMillisecond);
 BENCHMARK(onLineQuestion)->ArgName("paced")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMicrosecond);
 

@@ -3,6 +3,7 @@
 //
 // bench_usb: the same requests over the kernel's nodes and over sockets, in one run. As root on a machine of
 // its own with vhci-hcd; a layer keeps to its first bus, so each back end has a process of its own.
+#include "device/SideBySide.h"
 #include "emulator/Emulator.h"
 #include "tests/bench/LoadedRecord.h"
 #include "tests/support/TempFolder.h"
@@ -120,10 +121,12 @@ void tenDevices(emulator::BusKind kind)
     measure("ten devices for the first time", 1, findAll);
     measure("enumeration, ten devices", 50, findAll);
     // The kernel wakes a device up at its first opening, and the layer keeps it open for some seconds.
-    const auto askAll = [paths = find("0001")] {
-        for (const std::string &path : paths)
+    // As the search does.
+    const auto askAll = [paths = find("0001")]() mutable {
+        sideBySide(paths, [](const std::string &path) {
             if (UsbFinderC_GetDeviceInfo(path.c_str(), 0).Mid != 6)
                 std::exit(1);
+        });
     };
     measure("ten devices opened and asked", 1, askAll);
     measure("ten devices asked", 20, askAll);

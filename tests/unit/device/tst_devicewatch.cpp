@@ -5,12 +5,45 @@
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
 #include "device/EventDispatch.h"
+#include "device/SideBySide.h"
 #include "device/Worker.h"
 #include "tests/support/DeviceFixture.h"
 #include "tests/support/OtherThread.h"
 #include "tests/support/TestMain.h"
 
+#include <QDir>
 #include <QtTest>
+#include <condition_variable>
+#include <mutex>
+#include <numeric>
+#include <set>
+
+namespace
+{
+
+// Each who arrives waits until all are there; false when somebody does not come.
+class Meeting
+{
+public:
+    explicit Meeting(std::size_t all) : all_(all) {}
+    bool arrive()
+    {
+        std::unique_lock<std::mutex> lock(mutex_);
+        ++arrived_;
+        changed_.notify_all();
+        return changed_.wait_for(lock, std::chrono::seconds(10), [this] { return arrived_ >= all_; });
+    }
+
+private:
+    const std::size_t all_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::size_t arrived_ = 0;
+};
+
+int threadCount() { return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs).size(); }
+
+} // namespace
 
 class tst_devicewatch : public DeviceFixture
 {
@@ -150,6 +183,56 @@ private slots:
             many.push_back(receiver(std::string(1, name).c_str()));
         layer.setDevices(many);
         QCOMPARE(findDevices(DeviceFinder::Default).size(), size_t(5));
+    }
+
+    void asManyAtATimeAsTheLimitAndEachOnce()
+    {
+        std::vector<int> numbers(100);
+        std::iota(numbers.begin(), numbers.end(), 0);
+        Meeting first(SideBySideLimit);
+        std::mutex mutex;
+        std::multiset<int> done;
+        std::size_t at = 0;
+        std::size_t most = 0;
+        const int threads = threadCount();
+        sideBySide(numbers, [&](int number) {
+            {
+                const std::lock_guard<std::mutex> lock(mutex);
+                most = std::max(most, ++at);
+            }
+            const bool met = first.arrive();
+            const std::lock_guard<std::mutex> lock(mutex);
+            --at;
+            if (met)
+                done.insert(number);
+        });
+        QCOMPARE(most, SideBySideLimit);
+        QVERIFY(std::equal(done.begin(), done.end(), numbers.begin(), numbers.end()));
+        QTRY_COMPARE(threadCount(), threads);
+    }
+
+    // A device that does not answer holds up no other one.
+    void aSearchAsksItsDevicesSideBySide()
+    {
+        const QStringList names{"a", "b", "c", "d", "e"};
+        std::vector<FakeDevice> many;
+        for (const QString &name : names)
+            many.push_back(receiver(qPrintable(name)));
+        layer.setDevices(many);
+        select("c");
+        Meeting all(many.size());
+        std::atomic<int> met{0};
+        layer.setHook([&](const std::string &name) {
+            if (name == "UsbFinderC_GetDeviceOnLineWithUsbAddress")
+                met += all.arrive() ? 1 : 0;
+        });
+        changed();
+        layer.setHook(nullptr);
+        QCOMPARE(met.load(), int(many.size()));
+        QStringList found;
+        for (const DeviceAllInfo &device : deviceList())
+            found << device.DevicePath;
+        QCOMPARE(found, names);
     }
 
     void selectedDeviceBecomesTheCurrentPath()

@@ -4,6 +4,7 @@
 // The cached image: exact bytes, and files that are not what they should be.
 #include "device/DeviceState.h"
 #include "device/ImageCache.h"
+#include "device/hidusb/RecordLimits.h"
 #include "tests/support/ProductFolder.h"
 #include "tests/support/TestMain.h"
 
@@ -15,11 +16,13 @@ namespace
 
 const QString Name = QStringLiteral("Device_CID1A_MID03.bin");
 
+// Within what a record can hold, since the rest is cut.
 FlashDataMap pattern(uint8_t first)
 {
     FlashDataMap record;
     for (size_t i = 0; i < sizeof record; ++i)
         reinterpret_cast<uint8_t *>(&record)[i] = uint8_t(first + i * 7);
+    hidusb::clamp(record);
     return record;
 }
 
@@ -105,6 +108,22 @@ private slots:
         QVERIFY(ImageCacheRead(Name, &record));
         QCOMPARE(asBytes(record).left(filled), asBytes(pattern(9)).left(filled));
         QCOMPARE(asBytes(record).mid(filled), asBytes(pattern(1)).mid(filled));
+    }
+
+    // Counts of a file are not trusted more than those of a mouse: who walks events by them stays inside.
+    void countsOfAFileAreCut()
+    {
+        writeBytes(cacheFile(Name), QByteArray("\x00\x00\x28\xD0", 4) + QByteArray(10448, '\xFF'));
+        FlashDataMap record{};
+        QVERIFY(ImageCacheRead(Name, &record));
+        QCOMPARE(int(record.DpiStageCount), DpiStageLimit);
+        QCOMPARE(int(record.CurrentDpiStage), DpiStageLimit - 1);
+        for (int slot = 0; slot < KeySlotCount; ++slot) {
+            QCOMPARE(int(record.MacroBlocks[slot].NameLength), MacroNameSize);
+            QCOMPARE(int(record.MacroBlocks[slot].EventCount), MacroEventCount);
+            QCOMPARE(int(record.KeySequences[slot].Count.get()), KeySequenceEventCount);
+            QCOMPARE(int(record.MacroBlocks[slot].Events[69].DelayMs.get()), 0xFFFF);
+        }
     }
 };
 

@@ -3,6 +3,7 @@
 //
 // The image file: its exact bytes, saves that fail, and files that are not what they should be.
 #include "device/ImageFile.h"
+#include "device/hidusb/RecordLimits.h"
 #include "tests/support/ProductFolder.h"
 #include "tests/support/Records.h"
 #include "tests/support/TestMain.h"
@@ -10,6 +11,7 @@
 #include <QDataStream>
 #include <QtTest>
 #include <csignal>
+#include <cstring>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -38,6 +40,15 @@ QByteArray readBytes(const QString &path)
 QByteArray asBytes(const FlashDataMap &record)
 {
     return QByteArray(reinterpret_cast<const char *>(&record), sizeof record);
+}
+
+// Counts, lengths and delays cut to what a record can hold.
+QByteArray cut(const QByteArray &image)
+{
+    FlashDataMap record;
+    std::memcpy(&record, image.constData(), sizeof record);
+    hidusb::clamp(record);
+    return asBytes(record);
 }
 
 FlashDataMap withStages(uint8_t count)
@@ -92,7 +103,7 @@ private:
         writeBytes(path(), file);
         FlashDataMap record = before();
         const int result = checkImageFile(path(), section, &record);
-        const QByteArray expected = result == ImageAccepted ? file.mid(36) : asBytes(before());
+        const QByteArray expected = result == ImageAccepted ? cut(file.mid(36)) : asBytes(before());
         return asBytes(record) == expected ? result : -1;
     }
 
@@ -198,6 +209,19 @@ private slots:
             QVERIFY2(accepted ? got == ImageAccepted : got == ImageUnreadable || got == ImageMismatch,
                      qPrintable(QStringLiteral("%1: %2").arg(at).arg(got)));
         }
+    }
+
+    void countsOfAnImportAreCut()
+    {
+        QByteArray file = soundFile().left(36) + QByteArray(10448, '\xFF');
+        file[StagesByte] = 6;
+        writeBytes(path(), file);
+        FlashDataMap record{};
+        QCOMPARE(int(checkImageFile(path(), Model, &record)), int(ImageAccepted));
+        QCOMPARE(int(record.DpiStageCount), 6);
+        QCOMPARE(int(record.MacroBlocks[15].NameLength), MacroNameSize);
+        QCOMPARE(int(record.MacroBlocks[15].EventCount), MacroEventCount);
+        QCOMPARE(int(record.KeySequences[15].Count.get()), KeySequenceEventCount);
     }
 
     void aHeadWithAnyBitFlippedIsSoundOrRefused()

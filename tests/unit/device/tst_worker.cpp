@@ -7,6 +7,7 @@
 #include "device/EventDispatch.h"
 #include "device/ImageCache.h"
 #include "device/Worker.h"
+#include "device/hidusb/RecordLimits.h"
 #include "tests/support/DeviceFixture.h"
 #include "tests/support/TestMain.h"
 
@@ -162,6 +163,7 @@ private slots:
     {
         FlashDataMap cached;
         memset(&cached, 0x5A, sizeof cached);
+        hidusb::clamp(cached);
         ImageCacheWrite(SelectedDevice::cacheName(), cached);
         layer.setOnline("mouse", false);
         pass();

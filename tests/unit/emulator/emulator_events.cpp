@@ -262,6 +262,89 @@ TEST_F(EmulatorEvents, PairingFails)
     EXPECT_EQ(payload(client.ask(Command::PairStatus)), Bytes{3});
 }
 
+TEST_F(EmulatorEvents, PairingFailsAtItsDeadline)
+{
+    EXPECT_EQ(emulator_.receiver("lone")->pairingTime, std::chrono::seconds(60));
+    RawClient client(folder_.path(), "lone");
+    order("pairtime lone 30");
+    ASSERT_EQ(status(client.ask(Command::PairEnter, {18})), Ok);
+    EXPECT_EQ(payload(client.notice(Command::PairStatus)), Bytes{2});
+    EXPECT_EQ(payload(client.ask(Command::PairStatus)), Bytes{2});
+    order("pair spare");
+    EXPECT_EQ(payload(client.ask(Command::PairStatus)), Bytes{2}) << "too late";
+    // A pairing that has ended has no deadline left.
+    ASSERT_EQ(status(client.ask(Command::PairEnter, {18})), Ok);
+    EXPECT_EQ(payload(client.notice(Command::PairStatus)), Bytes{3});
+}
+
+// The deadline is that of the newest start.
+TEST_F(EmulatorEvents, PairingThatStartsAgainHasItsWholeTime)
+{
+    RawClient client(folder_.path(), "lone");
+    order("pairtime lone 30");
+    ASSERT_EQ(status(client.ask(Command::PairEnter, {18})), Ok);
+    order("pairtime lone 600000");
+    ASSERT_EQ(status(client.ask(Command::PairEnter, {18})), Ok);
+    RawClient other(folder_.path(), "rx1k");
+    order("pairtime rx1k 60");
+    ASSERT_EQ(status(other.ask(Command::PairEnter, {18})), Ok);
+    EXPECT_EQ(payload(other.notice(Command::PairStatus)), Bytes{2}); // the first start would be over as well
+    EXPECT_EQ(payload(client.ask(Command::PairStatus)), Bytes{1});
+}
+
+TEST_F(EmulatorEvents, PairingIsRefused)
+{
+    RawClient client(folder_.path(), "lone");
+    ASSERT_EQ(status(client.ask(Command::PairEnter, {18})), Ok);
+    order("pair spare");
+    EXPECT_EQ(payload(client.notice(Command::PairStatus)), Bytes{3});
+    order("pairrefuse lone on");
+    EXPECT_EQ(status(client.ask(Command::PairEnter, {18})), Refused);
+    EXPECT_EQ(payload(client.ask(Command::PairStatus)), Bytes{3}) << "the result before, to mislead a host";
+    order("pairrefuse lone off");
+    ASSERT_EQ(status(client.ask(Command::PairEnter, {18})), Ok);
+    EXPECT_EQ(payload(client.ask(Command::PairStatus)), Bytes{1});
+}
+
+TEST_F(EmulatorEvents, PairingIsLostWithPower)
+{
+    RawClient client;
+    for (const char *loss : {"unplug lone", "boot lone enter"}) {
+        ASSERT_TRUE(client.open(folder_.path(), "lone", wire::SettingsUsagePage)) << loss;
+        ASSERT_EQ(status(client.ask(Command::PairEnter, {18})), Ok) << loss;
+        order(loss);
+        order("boot lone leave");
+        order("plug lone");
+        ASSERT_TRUE(client.open(folder_.path(), "lone", wire::SettingsUsagePage)) << loss;
+        EXPECT_EQ(payload(client.ask(Command::PairStatus)), Bytes{0}) << loss;
+        EXPECT_EQ(emulator_.order("pairfail lone"), "error lone does not pair\n");
+    }
+}
+
+TEST_F(EmulatorEvents, PairingTakesTheReceiverFromItsMouse)
+{
+    RawClient client(folder_.path(), "rx1k");
+    ASSERT_EQ(status(client.ask(Command::PairEnter, {18})), Ok);
+    order("pair spare");
+    EXPECT_EQ(payload(client.notice(Command::PairStatus)), Bytes{3});
+    EXPECT_EQ(payload(client.ask(Command::Identity)), (Bytes{18, 7, 0}));
+    order("set spare flash 0 04");
+    EXPECT_EQ(payload(client.ask(Command::FlashRead, {1})), Bytes{4}) << "the new mouse answers";
+    order("radio spare off");
+    EXPECT_EQ(status(client.ask(Command::FlashRead, {1})), OffLine) << "the old one does not";
+}
+
+TEST_F(EmulatorEvents, AddressByCableTakesTheReceiverFromItsMouse)
+{
+    RawClient client(folder_.path(), "rx1k");
+    RawClient mouse(folder_.path(), "cable");
+    ASSERT_EQ(status(mouse.ask(Command::PairedAddress, {1, 0, 0xA1, 0, 0})), Ok);
+    EXPECT_EQ(status(client.ask(Command::FlashRead, {1})), OffLine);
+    order("unplug cable");
+    order("set cable flash 0 04");
+    EXPECT_EQ(payload(client.ask(Command::FlashRead, {1})), Bytes{4});
+}
+
 TEST_F(EmulatorEvents, UnpairedReceiverForgets)
 {
     RawClient client(folder_.path(), "rx8k");

@@ -56,6 +56,9 @@ TEST_F(EmulatorOrders, GoodOnes)
         "profile air1 3",
         "reset air1",
         "pair air1",
+        "pairrefuse lone on",
+        "pairrefuse lone off",
+        "pairtime lone 600000",
         "unpair lone",
         "color rx1k 3",
         "longrange rx1k on",
@@ -134,6 +137,11 @@ TEST_F(EmulatorOrders, BadOnes)
         "pair rx1k",
         "pairfail air1",
         "pairfail rx1k",
+        "pairrefuse air1 on",
+        "pairrefuse lone",
+        "pairtime air1 10",
+        "pairtime lone 0",
+        "pairtime lone 600001",
         "unpair air1",
         "color air1 1",
         "color rx1k 4",
@@ -206,16 +214,23 @@ TEST_F(EmulatorOrders, StateIsForPrograms)
     order("press air4 dpi");
     order("press air4 rate");
     order("profile air8 2");
+    RawClient client(folder_.path(), "rx4k");
+    order("pairtime rx4k 600000");
+    ASSERT_EQ(status(client.ask(Command::PairEnter, {18})), Ok);
+    order("pairtime rx4k 500");
+    order("pairrefuse rx4k on");
     order("pace on");
     const std::string state = emulator_.order("state");
     const char *lines[] = {
         "pace=1 log=0\n",
-        "device=rx1k kind=receiver plugged=1 boot=0 version=2.01 faults=0 online=0 class=1k address=a10001\n",
-        "device=rx4k kind=receiver plugged=1 boot=0 version=2.03 faults=2 online=1 class=4k address=a10004\n",
+        "device=rx1k kind=receiver plugged=1 boot=0 version=2.01 faults=0 online=0 class=1k address=a10001 "
+        "pairing=0 pairrefuse=0 pairtime=60000\n",
+        "device=rx4k kind=receiver plugged=1 boot=0 version=2.03 faults=2 online=1 class=4k address=a10004 "
+        "pairing=1 pairrefuse=1 pairtime=500\n",
         "device=air1 kind=mouse plugged=0 boot=0 version=1.05 faults=0 online=0 radio=0 asleep=0 battery=80 ",
         "device=air2 kind=mouse plugged=0 boot=0 version=1.06 faults=0 online=0 radio=1 asleep=1 ",
         "faults=0 online=1 radio=1 asleep=0 battery=33 charging=1 profile=0 stage=2 stages=6 rate=2000 "
-        "address=a10004 name=\"\"\n",
+        "pairing=0 address=a10004 name=\"\"\n",
         "battery=20 charging=0 profile=2 ",
         "device=cable kind=mouse plugged=1 boot=1 version=1.0A faults=0 online=0 ",
     };

@@ -273,6 +273,76 @@ TEST_F(WithEmulator, RandomFaultsDelayAnEditButDoNotPreventIt)
     }
 }
 
+// ---- Leaving
+
+// Whatever is lost on the way: a binding on the mouse plays a macro that it holds.
+TEST_F(WithEmulator, LeavingAtALossLeavesNoBindingWithoutItsMacro)
+{
+    int stored = 0;
+    for (uint32_t round = 1; round <= 40; ++round) {
+        order("reset air");
+        ASSERT_TRUE(load(receiver())) << round;
+        order("fault rx noreply random " + std::to_string(round) + " 5 command flashwrite");
+        order("fault rx radio random " + std::to_string(round) + " 5 command flashwrite");
+        const auto slot = round % KeySlotCount;
+        record->MacroBlocks[slot] = anyRecord(round).MacroBlocks[slot];
+        record->KeyBindings[slot] = {MacroBlockClass, static_cast<uint8_t>(slot), 1};
+        ProtocolDataUpdate(record.get());
+        UsbServer_SetPCDriverStatus(0);
+        UsbServer_Exit();
+        order("fault rx clear");
+        order("radio air on");
+        FlashDataMap held{};
+        hidusb::decode(*emulator.flash("air"), held);
+        const bool bound = held.KeyBindings[slot].Class == MacroBlockClass;
+        EXPECT_TRUE(!bound ||
+                    std::memcmp(&held.MacroBlocks[slot], &record->MacroBlocks[slot], sizeof(MacroBlock)) == 0)
+            << round;
+        stored += bound ? 1 : 0;
+        EXPECT_TRUE(eventually([this] { return emulator.receiver("rx")->driverStatus == 0; })) << round;
+    }
+    EXPECT_GT(stored, 0);
+}
+
+// ---- Pairing
+
+struct PairingEnd {
+    const char *name;
+    const char *before; // the start
+    const char *after;
+    int result;
+};
+static const PairingEnd PairingEnds[] = {
+    {"a mouse comes", "pairtime rx 60000", "pair air", 3},
+    {"none comes in time", "pairtime rx 50", "", 2},
+    {"given up", "pairtime rx 60000", "pairfail rx", 2},
+    {"unplugged", "", "unplug rx", 2},
+    {"refused", "pairrefuse rx on", "", 2},
+};
+
+TEST_F(WithEmulator, EachPairingEndsWithItsResult)
+{
+    for (const PairingEnd &row : PairingEnds) {
+        order("plug rx");
+        const std::string path = receiver();
+        UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
+        order(row.before);
+        messages.clear();
+        const uint64_t before = emulator.reportCount("rx", Command::PairEnter);
+        UsbServer_EnterDonglePairOnlyCid(18);
+        ASSERT_TRUE(eventually([&] { return emulator.reportCount("rx", Command::PairEnter) > before; }));
+        order(row.after);
+        const auto result = [this] {
+            for (const Message &message : messages.all())
+                if (message.code() == 6 && message.payload.at(0) != 1)
+                    return int{message.payload.at(0)};
+            return 0;
+        };
+        EXPECT_TRUE(eventually([&result] { return result() != 0; })) << row.name;
+        EXPECT_EQ(result(), row.result) << row.name;
+    }
+}
+
 // ---- A long run
 
 TEST_F(WithEmulator, AfterRandomEventsAndEditsRecordAndFlashAreEqual)

@@ -4,6 +4,7 @@
 // A connection to a device that is plugged in, unplugged or back on line while the connection is opening it
 // or reading it. The bus is the test's own: each opening waits until the test decides on it.
 #include "device/hidusb/Connection.h"
+#include "device/hidusb/Question.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/Messages.h"
@@ -11,6 +12,7 @@
 #include <atomic>
 #include <cstring>
 #include <deque>
+#include <future>
 #include <gtest/gtest.h>
 
 using namespace hidusb;
@@ -131,13 +133,17 @@ protected:
         messageLog<0>().clear();
         theBus().script = [](const wire::Report &request) { return Answers{healthy(request)}; };
     }
-    ~GatedOpening() override { connection_->end(); }
+    ~GatedOpening() override
+    {
+        if (connection_)
+            connection_->leave();
+    }
     // Each test has a path of its own, so that it does not share the channel of another test.
     void start(const char *path)
     {
         connection_ = std::make_shared<hidusb::Connection>(path, logMessage<0>, 1);
         asked_ = theBus().asked();
-        connection_->start();
+        connection_->start(nullptr);
     }
     bool opens(int times)
     {
@@ -202,4 +208,68 @@ TEST_F(GatedOpening, AMouseThatReturnsWhileItsWriteFailsIsWrittenAgain)
     wanted.DebounceTime ^= 1;
     connection_->update(wanted);
     EXPECT_TRUE(eventually([&writes] { return writes == 2; }));
+}
+
+// The notice of the return lets the writer go on by itself, but says nothing of the write that has failed.
+TEST_F(GatedOpening, ATryThatFailsWhileTheMouseReturnsIsNotTakenForAGoodOne)
+{
+    const auto writes = std::make_shared<std::atomic<int>>(0); // the connection may outlive the test
+    theBus().script = [writes](const wire::Report &request) {
+        if (request.command() != Command::FlashWrite)
+            return Answers{healthy(request)};
+        const Datagram offLine = datagram(replyTo(request, nullptr, 0, wire::Status::OffLine));
+        const uint8_t online[sizeof(wire::OnLineReply)] = {1};
+        const int before = (*writes)++;
+        if (before == 1)
+            return Answers{datagram(noticeOf(Command::OnLineChanged, online, sizeof online)), offLine};
+        return before == 0 ? Answers{offLine} : Answers{};
+    };
+    theBus().decide(true);
+    start("returns during a try");
+    connection_->order({Command::FlashRead});
+    ASSERT_TRUE(messages_.waitFor(1));
+    FlashImage wanted;
+    std::memcpy(&wanted, messages_.all().at(0).payload.data(), sizeof wanted);
+    wanted.DebounceTime ^= 1;
+    connection_->update(wanted);
+    bool good = true; // until the first write has failed, which has the next question try it again
+    EXPECT_TRUE(eventually([&] {
+        good = connection_->finishWrites(Clock::now() + std::chrono::seconds(10));
+        return *writes >= 2;
+    }));
+    EXPECT_FALSE(good);
+}
+
+TEST_F(GatedOpening, TheOnLineQuestionDoesNotWaitForADeviceThatDoesNotOpen)
+{
+    asked_ = theBus().asked();
+    auto first = std::async(std::launch::async, [] { return askOnLine("hangs"); });
+    auto second = std::async(std::launch::async, [] { return askOnLine("hangs"); });
+    EXPECT_TRUE(eventually(
+        [&first] { return first.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    EXPECT_TRUE(opens(1)) << "one thread opens it for all";
+    theBus().script = [](const wire::Report &request) {
+        const wire::OnLineReply reply{1, {}};
+        return Answers{datagram(replyTo(request, &reply, sizeof reply))};
+    };
+    theBus().decide(true);
+    EXPECT_FALSE(first.get());
+    EXPECT_FALSE(second.get());
+    EXPECT_TRUE(eventually([] { return askOnLine("hangs").has_value(); }));
+}
+
+// A place that stays taken would be written to when a late answer comes; there are 255.
+TEST_F(GatedOpening, ARequestThatCannotBeWrittenForLackOfMemoryLeavesNoPlaceTaken)
+{
+    theBus().script = [](const wire::Report &request) {
+        if (request.command() == Command::Version)
+            throw std::bad_alloc();
+        return Answers{healthy(request)};
+    };
+    theBus().decide(true);
+    const auto channel = acquireChannel("no memory");
+    ASSERT_TRUE(channel);
+    for (int i = 0; i < 300; ++i)
+        EXPECT_THROW(channel->ask(makeRequest(Command::Version)), std::bad_alloc);
+    EXPECT_TRUE(channel->ask(makeRequest(Command::Battery)));
 }

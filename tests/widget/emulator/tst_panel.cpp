@@ -87,6 +87,30 @@ private slots:
         QTRY_VERIFY(!emulated->mouse("air")->asleep);
     }
 
+    void pairing()
+    {
+        openOnEmulator();
+        choose("rx");
+        QVERIFY(!part<QPushButton>("giveUpButton")->isEnabled());
+        part<QSpinBox>("pairTimeBox")->setValue(90);
+        QTRY_COMPARE(int(emulated->receiver("rx")->pairingTime.count()), 90000);
+        RawClient client(folder->path(), "rx");
+        QVERIFY(client.ask(wire::Command::PairEnter, {18}));
+        click("giveUpButton"); // once the panel knows
+        QTRY_COMPARE(int(*emulated->receiver("rx")->pairState), int(wire::PairState::Failed));
+        click("refuseCheck");
+        QTRY_VERIFY(emulated->receiver("rx")->refusesPairing);
+        click("refuseCheck");
+        QTRY_VERIFY(!emulated->receiver("rx")->refusesPairing);
+        click("lookButton");
+        QTRY_VERIFY(emulated->mouse("air")->pairing);
+        click("unpairButton");
+        QTRY_VERIFY(!emulated->receiver("rx")->paired);
+        choose("wired");
+        QTRY_VERIFY(!part<QPushButton>("unpairButton")->isEnabled());
+        QVERIFY(part<QPushButton>("lookButton")->isEnabled());
+    }
+
     void battery()
     {
         openOnEmulator();
@@ -338,12 +362,12 @@ private slots:
         }
         QCOMPARE(
             order,
-            QStringList({"pluggedCheck",        "radioCheck",    "asleepCheck",   "bootCheck",   "eraseSpin",
-                         "profileBox",          "batterySlider", "chargingCheck", "pressDpi",    "pressRate",
-                         "pressProfile",        "pressLight",    "pressBar",      "resetButton", "faultKind",
-                         "faultWhere",          "faultAt",       "faultCommand",  "faultAdd",    "faultClear",
-                         "qt_tabwidget_tabbar", "pauseButton",   "clearButton",   "reportList",  "paceCheck",
-                         "deviceList"}));
+            QStringList({"pluggedCheck", "radioCheck",          "asleepCheck",   "bootCheck",    "eraseSpin",
+                         "profileBox",   "batterySlider",       "chargingCheck", "pressDpi",     "pressRate",
+                         "pressProfile", "pressLight",          "pressBar",      "resetButton",  "lookButton",
+                         "faultKind",    "faultWhere",          "faultAt",       "faultCommand", "faultAdd",
+                         "faultClear",   "qt_tabwidget_tabbar", "pauseButton",   "clearButton",  "reportList",
+                         "paceCheck",    "deviceList"}));
     }
 };
 

@@ -10,8 +10,25 @@
 
 #include <QClipboard>
 #include <QPlainTextEdit>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
 
 using fixture::RefusedNodes;
+
+// Takes the place of the system's function: a node of this name is refused with the number that it ends in.
+static const char NumberedNode[] = "/dev/refused-by-";
+
+extern "C" int access(const char *path, int mode) noexcept
+{
+    constexpr std::size_t length = sizeof NumberedNode - 1;
+    if (std::strncmp(path, NumberedNode, length) != 0)
+        return ::faccessat(AT_FDCWD, path, mode, 0);
+    errno = std::atoi(path + length);
+    return errno == 0 ? 0 : -1;
+}
 
 class tst_PermissionHint : public SelectionPage
 {
@@ -46,6 +63,23 @@ private slots:
     {
         end();
         nodes.reset();
+    }
+
+    void theKernelsAnswer_data()
+    {
+        QTest::addColumn<int>("error");
+        QTest::addColumn<bool>("refused");
+        QTest::newRow("none") << 0 << false;
+        QTest::newRow("the node's mode") << EACCES << true;
+        QTest::newRow("the device rules of a container") << EPERM << true;
+        QTest::newRow("no such node") << ENOENT << false;
+    }
+    void theKernelsAnswer()
+    {
+        QFETCH(int, error);
+        QFETCH(bool, refused);
+        setNodeProbe(nullptr);
+        QCOMPARE(isRefused(QLatin1String(NumberedNode) + QString::number(error)), refused);
     }
 
     void aNodeWithoutTheRightIsNoSilentDevice()
