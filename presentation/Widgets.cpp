@@ -31,7 +31,7 @@ void MySlider::mousePressEvent(QMouseEvent *event)
 void MySlider::changeEvent(QEvent *event)
 {
     if (asking_) {
-        QWidget::changeEvent(event);
+        QWidget::changeEvent(event); // NOLINT(bugprone-parent-virtual-call)
         return;
     }
     QSlider::changeEvent(event);
