@@ -3,6 +3,7 @@
 #include "catalogue/IniDocument.h"
 
 #include "catalogue/IniValue.h"
+#include "environment/Words.h"
 
 namespace
 {
@@ -68,16 +69,15 @@ private:
 QString path(const QString &section, const QString &key)
 {
     const QLatin1Char slash('/');
-    return (section + slash + key).split(slash, Qt::SkipEmptyParts).join(slash);
+    return splitWords(section + slash + key, slash).join(slash);
 }
 
 // The format stores values without a section under "General".
 QString sectionName(const QByteArray &heading)
 {
-    if (heading.compare("general", Qt::CaseInsensitive) == 0)
+    if (heading.toLower() == "general")
         return {};
-    return heading.compare("%general", Qt::CaseInsensitive) == 0 ? parseIniName(heading.mid(1))
-                                                                 : parseIniName(heading);
+    return heading.toLower() == "%general" ? parseIniName(heading.mid(1)) : parseIniName(heading);
 }
 
 QByteArray heading(const QString &section)
@@ -85,7 +85,7 @@ QByteArray heading(const QString &section)
     if (section.isEmpty())
         return "General";
     const QByteArray name = formatIniName(section);
-    return name.compare("general", Qt::CaseInsensitive) == 0 ? '%' + name : name;
+    return name.toLower() == "general" ? '%' + name : name;
 }
 
 } // namespace

@@ -9,8 +9,20 @@
 
 namespace
 {
+
 constexpr int FileLockTimeMs = 1000;
-}
+
+class Flush : public QRunnable
+{
+public:
+    explicit Flush(IniStore &store) : store_(store) {}
+    void run() override { store_.flush(); }
+
+private:
+    IniStore &store_;
+};
+
+} // namespace
 
 IniStore::IniStore(const QString &path) : path_(path) { writer_.setMaxThreadCount(1); }
 
@@ -63,7 +75,7 @@ void IniStore::edit(const Name &name, const std::optional<QString> &value)
     apply({{name, value}}, &document());
     if (!scheduled_) {
         scheduled_ = true;
-        writer_.start(QRunnable::create([this] { flush(); }));
+        writer_.start(new Flush(*this));
     }
 }
 

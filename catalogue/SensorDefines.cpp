@@ -4,6 +4,7 @@
 
 #include "environment/DataRoot.h"
 #include "environment/SafeFile.h"
+#include "environment/Words.h"
 
 #include <QBuffer>
 
@@ -46,7 +47,7 @@ public:
 
     void take(const QString &line)
     {
-        const QStringList words = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        const QStringList words = splitWords(line, QLatin1Char(' '));
         if (words.size() == 2)
             takeTwo(words[0], words[1]);
         else if (words.size() == 3 && (words[2].contains(QLatin1String("//")) || words[2].contains(LineEnd)))
@@ -64,7 +65,7 @@ private:
 
     void takeTwo(const QString &first, const QString &second)
     {
-        const QStringList parts = second.split(QLatin1Char('\t'), Qt::SkipEmptyParts);
+        const QStringList parts = splitWords(second, QLatin1Char('\t'));
         if (const CapabilityRow *row = capabilityIn(second)) {
             if (parts.size() > 1)
                 capabilities.*row->text = withoutLineEnd(parts[1]);

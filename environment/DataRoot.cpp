@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -55,10 +56,11 @@ void makeDataFolders()
 {
     for (const char *folder : DataFolders)
         QDir().mkpath(dataRoot() + QLatin1String(folder));
-    // NewOnly: a file that appears meanwhile is never emptied.
-    QFile store(dataRoot() + QStringLiteral("/Macro.ini"));
-    if (store.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::NewOnly))
-        store.close();
+    // O_EXCL: a file that appears meanwhile is never emptied.
+    const QByteArray store = QFile::encodeName(dataRoot() + QStringLiteral("/Macro.ini"));
+    const int made = open(store.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    if (made >= 0)
+        close(made);
 }
 
 void pruneOldFiles(const QDateTime &now)

@@ -8,6 +8,7 @@
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
 #include "device/hidusb/HIDUsb.h"
+#include "environment/MainThread.h"
 #include "hub/PostMsg.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
@@ -21,13 +22,6 @@ namespace
 {
 
 QPointer<DialogChange> thePage; // read on the main thread only
-
-// The receiver of what other threads pass to the main thread; it outlives every page.
-QObject *mainThread()
-{
-    static QObject *const object = new QObject;
-    return object;
-}
 
 QString homeText(const char *key, int index) { return language::text(language::Section::home, key, index); }
 
@@ -46,7 +40,6 @@ DialogChange::DialogChange(QWidget *parent)
     ui->FindVer->hide();
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     thePage = this;
-    mainThread();
     StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
 }
 
@@ -94,13 +87,10 @@ void DialogChange::connectSignals()
 void DialogChange::UsbChanged()
 {
     const DeviceScan scan = scanDevices();
-    QMetaObject::invokeMethod(
-        mainThread(),
-        [scan] {
-            if (thePage)
-                thePage->take(scan);
-        },
-        Qt::QueuedConnection);
+    runOnMainThread([scan] {
+        if (thePage)
+            thePage->take(scan);
+    });
     // A device is asked for its tile again, since one silent device holds the search up for seconds.
     for (const DeviceAllInfo &device : scan.tiles())
         refreshShown(device, scan.generation);
@@ -199,13 +189,10 @@ void DialogChange::refreshTile(int index)
 void DialogChange::refreshShown(DeviceAllInfo device, uint64_t generation)
 {
     refreshDevice(device);
-    QMetaObject::invokeMethod(
-        mainThread(),
-        [device, generation] {
-            if (thePage)
-                thePage->takeRefreshed(device, generation);
-        },
-        Qt::QueuedConnection);
+    runOnMainThread([device, generation] {
+        if (thePage)
+            thePage->takeRefreshed(device, generation);
+    });
 }
 
 // Another device may have come to the path since that search.

@@ -32,12 +32,16 @@ QString nameFirst(const QStringList &nodes, int count)
     return QStringList(nodes.mid(0, count)).join(QStringLiteral(", ")) + more;
 }
 
+int widthOf(const QString &text, const QWidget *widget)
+{
+    return widget->fontMetrics().size(Qt::TextSingleLine, text).width();
+}
+
 // Names as many nodes as the label has room for, and one in any case.
 QString titleFor(const QLabel *label, const QString &text, const QStringList &nodes)
 {
     int count = nodes.size();
-    while (count > 1 &&
-           label->fontMetrics().horizontalAdvance(text.arg(nameFirst(nodes, count))) > label->width())
+    while (count > 1 && widthOf(text.arg(nameFirst(nodes, count)), label) > label->width())
         --count;
     return text.arg(nameFirst(nodes, count));
 }
@@ -107,7 +111,7 @@ void PermissionHint::writeTexts()
     const NodeRemedy remedy = nodeRemedy(nodes_.first());
     ui->hintTitle->setText(titleFor(ui->hintTitle, hintText("PermissionMissing", language_), nodes_));
     ui->hintText->setText(hintText(LackKeys[int(remedy.lack)], language_).arg(remedy.subject));
-    const int width = ui->hintCommand->fontMetrics().horizontalAdvance(remedy.command);
+    const int width = widthOf(remedy.command, ui->hintCommand);
     ui->hintCommand->setGeometry(width + CommandEdges <= OneLine.width() ? OneLine : TwoLines);
     if (ui->hintCommand->toPlainText() != remedy.command)
         ui->hintCommand->setPlainText(remedy.command);

@@ -5,6 +5,7 @@
 #include "device/DeviceState.h"
 #include "emulator/Control.h"
 #include "environment/DataRoot.h"
+#include "environment/Words.h"
 #include "hub/PostMsg.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
@@ -78,7 +79,7 @@ const std::pair<const char *, const char *> BindingPanels[] = {
 
 void order(const QString &line)
 {
-    emulator::sendOrder(qEnvironmentVariable("HIDUSB_BUS").toStdString(), line.toStdString());
+    emulator::sendOrder(qgetenv("HIDUSB_BUS").toStdString(), line.toStdString());
 }
 
 } // namespace
@@ -112,7 +113,7 @@ void Gallery::shoot(const char *name)
 
 void Gallery::plug(const char *devices)
 {
-    const QStringList wanted = QString::fromLatin1(devices).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const QStringList wanted = splitWords(QLatin1String(devices), QLatin1Char(' '));
     for (const QString &device : qAsConst(plugged_))
         if (!wanted.contains(device))
             order(QStringLiteral("unplug ") + device);
@@ -124,8 +125,7 @@ void Gallery::plug(const char *devices)
 
 void Gallery::plugScene(const Scene &scene)
 {
-    const auto count =
-        std::size_t(QString::fromLatin1(scene.devices).split(QLatin1Char(' '), Qt::SkipEmptyParts).size());
+    const auto count = std::size_t(splitWords(QLatin1String(scene.devices), QLatin1Char(' ')).size());
     script_.step(
         scene.name, [] { return true; }, [this, scene] { plug(scene.devices); });
     script_.step(scene.name, [count] {

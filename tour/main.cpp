@@ -86,7 +86,7 @@ void Tour::click(const char *name, const QString &button, Script::Condition read
 
 std::string Tour::order(const std::string &line)
 {
-    return emulator::sendOrder(qEnvironmentVariable("HIDUSB_BUS").toStdString(), line).value_or("error");
+    return emulator::sendOrder(qgetenv("HIDUSB_BUS").toStdString(), line).value_or("error");
 }
 
 bool Tour::flashByteIs(const char *value)

@@ -5,6 +5,7 @@
 #include "emulator/BusFolder.h"
 
 #include <QFile>
+#include <QTimer>
 #include <cerrno>
 #include <sys/socket.h>
 
@@ -57,7 +58,7 @@ void ControlLine::write()
     const bool broken = size < 0 && errno != EAGAIN && errno != EINTR;
     if (broken || output_.size() > OutputLimit) {
         // Queued, so that the connection does not close inside the caller's send.
-        QMetaObject::invokeMethod(this, &ControlLine::lose, Qt::QueuedConnection);
+        QTimer::singleShot(0, this, &ControlLine::lose);
         output_.clear();
     }
     writable_->setEnabled(!output_.isEmpty());

@@ -12,6 +12,11 @@
 static constexpr int FieldColumns = 3;
 static constexpr int ShownBytes = 4; // of a field
 
+static int widthOf(const QString &text, const QWidget *widget)
+{
+    return widget->fontMetrics().size(Qt::TextSingleLine, text).width();
+}
+
 FlashModel::FlashModel(QObject *parent) : QAbstractTableModel(parent)
 {
     fade_.setSingleShot(true);
@@ -191,7 +196,7 @@ FlashView::FlashView(QWidget *parent)
     fields_->setObjectName(QStringLiteral("flashFields"));
     fields_->setSelectionBehavior(QAbstractItemView::SelectRows);
     fields_->verticalHeader()->hide();
-    const int letter = QFontMetrics(fields_->font()).horizontalAdvance(QLatin1Char('0'));
+    const int letter = widthOf(QStringLiteral("0"), fields_);
     fields_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     fields_->setColumnWidth(0, 22 * letter);
     fields_->setColumnWidth(1, 6 * letter);
@@ -211,7 +216,7 @@ FlashView::FlashView(QWidget *parent)
 // A byte with a missing digit is invalid: the table has fixed columns.
 void FlashView::showWholeBytes()
 {
-    const int width = QFontMetrics(bytes_->font()).horizontalAdvance(QStringLiteral("00")) + 8;
+    const int width = widthOf(QStringLiteral("00"), bytes_) + 8;
     QHeaderView *columns = bytes_->horizontalHeader();
     columns->setMinimumSectionSize(0);
     columns->setDefaultSectionSize(width);

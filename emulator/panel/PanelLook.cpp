@@ -24,7 +24,9 @@ static QPalette panelPalette()
         {QPalette::HighlightedText, look::Text},
         {QPalette::ToolTipBase, look::Raised},
         {QPalette::ToolTipText, look::Text},
+#if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0) // before, the toolkit derives this colour from that of the text
         {QPalette::PlaceholderText, look::Quiet},
+#endif
     };
     QPalette palette;
     for (const auto &row : Rows)

@@ -47,7 +47,7 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     const QCommandLineOption bus(QStringLiteral("bus"),
                                  QStringLiteral("The emulator's bus folder; HIDUSB_BUS unless given."),
-                                 QStringLiteral("DIR"), qEnvironmentVariable("HIDUSB_BUS"));
+                                 QStringLiteral("DIR"), QString::fromLocal8Bit(qgetenv("HIDUSB_BUS")));
     parser.addOption(bus);
     const QCommandLineOption picture(
         QStringLiteral("picture"),

@@ -5,8 +5,8 @@
 #include <QDebug>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QRandomGenerator>
 #include <QtMath>
+#include <random>
 
 namespace
 {
@@ -52,9 +52,10 @@ CurvePlotWidget::CurvePlotWidget(QWidget *parent) : QWidget(parent)
 {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_MouseTracking);
+    std::random_device random;
+    std::uniform_int_distribution<int> height(10, 59);
     for (int i = 0; i < PointCount; ++i)
-        Points_ << QPointF(i * (XMax_ - XMin_) / (PointCount - 1) + XMin_,
-                           QRandomGenerator::global()->bounded(50) + 10);
+        Points_ << QPointF(i * (XMax_ - XMin_) / (PointCount - 1) + XMin_, height(random));
 }
 
 void CurvePlotWidget::setEditable(bool editable)

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "environment/MainThread.h"
+#include "tests/support/TestMain.h"
+
+#include <QtTest>
+#include <thread>
+
+class tst_MainThread : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void workOfOtherThreadsRunsOnTheMainThread()
+    {
+        QVector<int> done;
+        bool elsewhere = false;
+        std::thread other([&] {
+            for (int i = 0; i < 100; ++i)
+                runOnMainThread([&, i] {
+                    elsewhere = elsewhere || QThread::currentThread() != thread();
+                    done << i;
+                });
+        });
+        other.join();
+        QVERIFY(done.isEmpty());
+        QTRY_COMPARE(done.size(), 100);
+        QVERIFY(std::is_sorted(done.cbegin(), done.cend()));
+        QVERIFY(!elsewhere);
+    }
+
+    void theMainThreadsOwnWorkWaitsForItsLoop()
+    {
+        bool done = false;
+        runOnMainThread([&done] { done = true; });
+        QVERIFY(!done);
+        QTRY_VERIFY(done);
+    }
+
+    // What was passed is released, run or not.
+    void nothingIsKept()
+    {
+        const auto held = std::make_shared<int>(1);
+        runOnMainThread([held] {});
+        QCOMPARE(int(held.use_count()), 2);
+        QTRY_COMPARE(int(held.use_count()), 1);
+    }
+};
+
+TEST_CLASS(tst_MainThread, testmain::CoreApplication)
+#include "tst_mainthread.moc"
