@@ -49,11 +49,11 @@ private:
     std::shared_ptr<Channel> channelAtPort(uint16_t usagePage) const;
     Result waitFor(uint16_t usagePage, const Check &check);
     Result enterBootLoader();
-    std::optional<Result> checkBootLoader(Channel &channel) const;
+    std::optional<Result> checkBootLoader(Channel &channel);
     bool write(Channel &channel);
     bool sendBlocks(Channel &channel);
     void reportProgress(std::size_t blocks);
-    void leave(Channel &channel) const;
+    void leave(Channel &channel);
     std::optional<Result> checkReturned(Channel &channel) const;
 
     const Firmware firmware_;
@@ -161,7 +161,7 @@ UpgradeResult Upgrade::enterBootLoader()
     return waitFor(wire::BootUsagePage, [this](Channel &channel) { return checkBootLoader(channel); });
 }
 
-std::optional<UpgradeResult> Upgrade::checkBootLoader(Channel &channel) const
+std::optional<UpgradeResult> Upgrade::checkBootLoader(Channel &channel)
 {
     wire::BootIdentityReply identity{};
     if (!fetch(channel, Command::BootIdentity, &identity))
@@ -214,10 +214,17 @@ bool Upgrade::write(Channel &channel)
     return order(channel, makeRequest(Command::BootEnd), times_.slow).value_or(Status::Ok) == Status::Ok;
 }
 
-// A device whose image is not erased starts it; others refuse.
-void Upgrade::leave(Channel &channel) const
+// A device whose image is not erased starts it; others refuse. It is there again when the failure is
+// reported.
+void Upgrade::leave(Channel &channel)
 {
-    order(channel, makeRequest(Command::BootLeave), UsualTries * times_.answer);
+    if (order(channel, makeRequest(Command::BootLeave), UsualTries * times_.answer) != Status::Ok)
+        return;
+    waitFor(wire::SettingsUsagePage, [this](Channel &returned) -> std::optional<Result> {
+        DeviceIdentity identity{};
+        return fetch(returned, Command::Identity, &identity) ? std::make_optional(Result::Failed)
+                                                             : std::nullopt;
+    });
 }
 
 UpgradeResult Upgrade::run()
