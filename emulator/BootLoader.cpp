@@ -24,6 +24,7 @@ void BootLoader::reset()
     image_.clear();
     received_.clear();
     erased_ = {};
+    leaving_ = false;
 }
 
 wire::Report BootLoader::answer(const wire::Report &request, const wire::BootIdentityReply &identity,
@@ -49,7 +50,8 @@ wire::Status BootLoader::execute(const wire::Report &request, const wire::BootId
         // A repeated BootEnd, whose first acknowledgement was lost, is not a failure.
         return status(accepted_ || finish(identity));
     case wire::Command::BootLeave:
-        return status(holdsImage_);
+        leaving_ = holdsImage_;
+        return status(leaving_);
     default:
         return wire::Status::Refused;
     }
@@ -70,7 +72,7 @@ wire::Status BootLoader::begin(const wire::BootBeginRequest &request, TimePoint 
         return wire::Status::Busy;
     if (announced)
         return wire::Status::Ok;
-    if (accepted_ || length < sizeof(wire::FirmwareHead) || length > wire::FirmwareSizeLimit)
+    if (accepted_ || leaving_ || length < sizeof(wire::FirmwareHead) || length > wire::FirmwareSizeLimit)
         return wire::Status::Refused;
     crc_ = request.Crc32.get();
     image_.assign(length, 0xFF);

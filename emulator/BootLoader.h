@@ -43,6 +43,7 @@ private:
     bool check(const wire::BootIdentityReply &identity);
 
     bool holdsImage_ = true;
+    bool leaving_ = false; // BootLeave has been accepted
     TimePoint erased_{};
     uint32_t crc_ = 0;
     std::vector<uint8_t> image_;

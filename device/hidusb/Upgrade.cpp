@@ -47,13 +47,13 @@ private:
     template <typename Reply> bool fetch(Channel &channel, Command command, Reply *reply) const;
 
     std::shared_ptr<Channel> channelAtPort(uint16_t usagePage) const;
-    Result waitFor(uint16_t usagePage, const Check &check);
+    Result waitFor(uint16_t usagePage, milliseconds limit, const Check &check);
     Result enterBootLoader();
-    std::optional<Result> checkBootLoader(Channel &channel) const;
+    std::optional<Result> checkBootLoader(Channel &channel);
     bool write(Channel &channel);
     bool sendBlocks(Channel &channel);
     void reportProgress(std::size_t blocks);
-    void leave(Channel &channel) const;
+    void leave(Channel &channel);
     std::optional<Result> checkReturned(Channel &channel) const;
 
     const Firmware firmware_;
@@ -132,9 +132,9 @@ std::shared_ptr<Channel> Upgrade::channelAtPort(uint16_t usagePage) const
     return infos.size() == 1 ? acquireChannel(infos.front().path) : nullptr;
 }
 
-UpgradeResult Upgrade::waitFor(uint16_t usagePage, const Check &check)
+UpgradeResult Upgrade::waitFor(uint16_t usagePage, milliseconds limit, const Check &check)
 {
-    const Clock::time_point end = std::min(deadline_, Clock::now() + timeout_);
+    const Clock::time_point end = std::min(deadline_, Clock::now() + limit);
     for (;;) {
         channel_ = channelAtPort(usagePage);
         if (const auto result = channel_ ? check(*channel_) : std::nullopt)
@@ -158,10 +158,11 @@ UpgradeResult Upgrade::enterBootLoader()
         if (status && *status != Status::Ok)
             return Result::Refused;
     }
-    return waitFor(wire::BootUsagePage, [this](Channel &channel) { return checkBootLoader(channel); });
+    return waitFor(wire::BootUsagePage, timeout_,
+                   [this](Channel &channel) { return checkBootLoader(channel); });
 }
 
-std::optional<UpgradeResult> Upgrade::checkBootLoader(Channel &channel) const
+std::optional<UpgradeResult> Upgrade::checkBootLoader(Channel &channel)
 {
     wire::BootIdentityReply identity{};
     if (!fetch(channel, Command::BootIdentity, &identity))
@@ -214,10 +215,18 @@ bool Upgrade::write(Channel &channel)
     return order(channel, makeRequest(Command::BootEnd), times_.slow).value_or(Status::Ok) == Status::Ok;
 }
 
-// A device whose image is not erased starts it; others refuse.
-void Upgrade::leave(Channel &channel) const
+// A device whose image is not erased starts it, and is usually back when the failure is reported; others
+// refuse.
+void Upgrade::leave(Channel &channel)
 {
-    order(channel, makeRequest(Command::BootLeave), UsualTries * times_.answer);
+    if (order(channel, makeRequest(Command::BootLeave), UsualTries * times_.answer) != Status::Ok)
+        return;
+    waitFor(wire::SettingsUsagePage, std::min(timeout_, times_.leave),
+            [this](Channel &returned) -> std::optional<Result> {
+                DeviceIdentity identity{};
+                return fetch(returned, Command::Identity, &identity) ? std::make_optional(Result::Failed)
+                                                                     : std::nullopt;
+            });
 }
 
 UpgradeResult Upgrade::run()
@@ -229,7 +238,8 @@ UpgradeResult Upgrade::run()
         leave(*channel_);
         return Result::Failed;
     }
-    return waitFor(wire::SettingsUsagePage, [this](Channel &channel) { return checkReturned(channel); });
+    return waitFor(wire::SettingsUsagePage, timeout_,
+                   [this](Channel &channel) { return checkReturned(channel); });
 }
 
 } // namespace

@@ -16,6 +16,7 @@ namespace hidusb
 struct UpgradeTimes {
     std::chrono::milliseconds answer = ReplyTimeout; // for each try
     std::chrono::milliseconds slow{6000};            // to erase, and to check the image at the end
+    std::chrono::milliseconds leave{1000};           // until the device is back after BootLeave
     std::chrono::milliseconds askAgain{200}; // pause before an attached device that is silent is asked again
     std::chrono::milliseconds whole{120000}; // from the start to the end report
 };

@@ -190,8 +190,11 @@ TEST_F(EmulatorBoot, BootLeaveStartsAnUntouchedImageOnly)
     enter("cable", wire::TargetMouse);
     {
         RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
+        order("boottimes 1000 60");
         EXPECT_EQ(status(boot.ask(Command::BootLeave)), Ok);
+        EXPECT_EQ(status(boot.ask(Command::BootBegin, beginOf(image))), Refused) << "it is leaving";
         EXPECT_TRUE(boot.waitForEnd());
+        order("boottimes 30 60");
     }
     RawClient mouse(folder_.path(), "cable");
     EXPECT_EQ(payload(mouse.ask(Command::Version)), (Bytes{0x0A, 0x01})) << "the old image";

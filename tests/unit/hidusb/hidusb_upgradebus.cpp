@@ -74,7 +74,9 @@ protected:
         const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
         const auto firmware = hidusb::readFirmware(file.data());
         result = -1;
-        EXPECT_TRUE(firmware && hidusb::startUpgrade(*firmware, onUpgrade, timeoutMs, times));
+        // On a busy machine the search may find the device silent.
+        EXPECT_TRUE(firmware &&
+                    eventually([&] { return hidusb::startUpgrade(*firmware, onUpgrade, timeoutMs, times); }));
         EXPECT_TRUE(eventually([] { return result != -1; }));
         return result;
     }
