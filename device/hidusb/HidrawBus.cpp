@@ -149,10 +149,19 @@ void notifyNodeGone()
 
 std::vector<InterfaceInfo> HidrawBus::enumerate() { return nodes_.list(); }
 
+// The kernel opens one node at a time, for a USB device in some 60 ms, and a report to any node waits behind
+// all openings that were asked for before it. With one opening at a time it waits for one.
+static int openAlone(const std::string &path)
+{
+    static auto *mutex = new std::mutex;
+    const std::lock_guard lock(*mutex);
+    return ::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+}
+
 // A device may be unplugged while its node is opened: open() then succeeds, but no request to the node does.
 static int openNode(const std::string &path)
 {
-    const int node = ::open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    const int node = openAlone(path);
     int descriptorSize = 0;
     if (node >= 0 && ::ioctl(node, HIDIOCGRDESCSIZE, &descriptorSize) >= 0)
         return node;
