@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // pack-picture [--ground GROUND] FILE…: draws a PNG on its ground, if it has one, converts it to a palette
-// within the limits of Palette.h and compresses it densely, because less to inflate loads faster. A ground
-// counts for the file behind it. Runs at build time.
+// within the limits of Palette.h, densely compressed, because less to inflate loads faster. A ground counts
+// for the file behind it. Runs at build time.
 #include "tools/pack/Ground.h"
 #include "tools/pack/Palette.h"
 
@@ -31,7 +31,9 @@ bool pack(const QString &path, const QString &groundPath)
     if (hasGround)
         picture = onGround(picture, ground);
     const QImage packed = withPalette(picture);
-    return save(packed.isNull() ? picture : packed, path);
+    if (!packed.isNull())
+        return save(packed, path);
+    return !hasGround || save(picture, path);
 }
 
 } // namespace
