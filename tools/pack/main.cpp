@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// pack-picture [--ground GROUND] FILE…: draws a PNG on its ground, if it has one, and converts it to a
-// palette within the limits of Palette.h. A ground counts for the file behind it. Runs at build time.
+// pack-picture [--ground GROUND] FILE…: draws a PNG on its ground, if it has one, converts it to a palette
+// within the limits of Palette.h, densely compressed, because less to inflate loads faster. A ground counts
+// for the file behind it. Runs at build time.
 #include "tools/pack/Ground.h"
 #include "tools/pack/Palette.h"
 
@@ -12,10 +13,12 @@
 namespace
 {
 
+constexpr int Densest = 0; // as a quality, which for a PNG is the degree of compression
+
 bool save(const QImage &picture, const QString &path)
 {
     QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && picture.save(&file, "PNG") && file.commit();
+    return file.open(QIODevice::WriteOnly) && picture.save(&file, "PNG", Densest) && file.commit();
 }
 
 bool pack(const QString &path, const QString &groundPath)
