@@ -22,17 +22,17 @@ private:
 
 class Receiver : public QObject
 {
-public:
-    Receiver() { moveToThread(QCoreApplication::instance()->thread()); }
-
 protected:
     void customEvent(QEvent *event) override { static_cast<Call *>(event)->run(); }
 };
+
+// An object of the toolkit belongs to the thread that makes it: this one is made while the program loads. It
+// outlives every thread of the layer.
+Receiver *const receiver = new Receiver;
 
 } // namespace
 
 void runOnMainThread(std::function<void()> function)
 {
-    static auto *const receiver = new Receiver; // outlives every thread of the layer
     QCoreApplication::postEvent(receiver, new Call(std::move(function)));
 }

@@ -7,6 +7,5 @@
 #include <functional>
 
 // Runs the function on the main thread the next time its event loop turns, never in this call, in the order
-// of the calls of a thread. Without an event loop any more it is dropped. Any thread, while there is an
-// application object.
+// of the calls of a thread. Without an event loop any more it is dropped. Any thread.
 void runOnMainThread(std::function<void()> function);
