@@ -3,8 +3,22 @@
 #include "environment/MainThread.h"
 #include "tests/support/TestMain.h"
 
+#include <QProcess>
 #include <QtTest>
 #include <thread>
+
+namespace
+{
+
+// A process whose first call comes from another thread when there is no application object, as a late
+// search's does behind the end of the program.
+int callWithoutApplication(int, char **)
+{
+    std::thread([] { runOnMainThread([] {}); }).join();
+    return 0;
+}
+
+} // namespace
 
 class tst_MainThread : public QObject
 {
@@ -37,6 +51,15 @@ private slots:
         QTRY_VERIFY(done);
     }
 
+    void aCallBehindTheEndHurtsNobody()
+    {
+        QProcess child;
+        child.start(QCoreApplication::applicationFilePath(), {"callWithoutApplication"});
+        QVERIFY(child.waitForFinished(60000));
+        QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(child.exitCode(), 0);
+    }
+
     // What was passed is released, run or not.
     void nothingIsKept()
     {
@@ -47,5 +70,6 @@ private slots:
     }
 };
 
+TEST_CHILD(callWithoutApplication)
 TEST_CLASS(tst_MainThread, testmain::CoreApplication)
 #include "tst_mainthread.moc"
