@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The 728-byte head of a firmware file. The layer gets a file as a pointer without a length, so it relies on
-// the length in the first 16 bytes; device/FirmwareImage compares FileLength with the real size of the file before.
+// the length in the first 16 bytes; device/FirmwareImage compares FileLength with the real size of the file
+// before.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
