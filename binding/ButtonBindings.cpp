@@ -9,6 +9,8 @@
 #include "device/WriteFamily.h"
 #include "presentation/language/LanguageTables.h"
 
+#include <algorithm>
+
 using namespace binding;
 
 ButtonBindings::ButtonBindings() { ReadSensorDefines(&sensor_.names, &sensor_.values); }
@@ -22,28 +24,43 @@ void ButtonBindings::readSensor()
 void ButtonBindings::load(const FlashDataMap &record, int count)
 {
     record_ = record;
-    bindings_.clear();
-    for (int k = 0; k < qBound(0, count, KeySlotCount); ++k)
-        set(k, record.KeyBindings[k]);
+    count_ = qBound(0, count, KeySlotCount);
 }
 
 void ButtonBindings::loadBuiltIn()
 {
-    record_ = FlashDataMap{};
-    bindings_.clear();
-    for (int k = 0; k < ButtonCount; ++k) {
-        const KeyBinding binding = builtInAction(k)->binding;
-        set(k, {binding.Class, binding.First, 0});
-    }
+    FlashDataMap record = builtIn();
+    for (KeyBinding &binding : record.KeyBindings)
+        binding.Second = 0;
+    load(record, ButtonCount);
 }
 
-int ButtonBindings::count() const { return qMin(bindings_.size(), ButtonCount); }
+FlashDataMap ButtonBindings::builtIn()
+{
+    FlashDataMap record{};
+    for (int k = 0; k < ButtonCount; ++k)
+        record.KeyBindings[k] = builtInAction(k)->binding;
+    return record;
+}
+
+bool ButtonBindings::isOnlyLeft(int button) const
+{
+    const KeyBinding left = builtInAction(0)->binding;
+    const auto isLeft = [&left](const KeyBinding &binding) {
+        return binding.Class == left.Class && binding.First == left.First;
+    };
+    const auto binding = at(button);
+    const KeyBinding *all = record_.KeyBindings;
+    return binding && isLeft(*binding) && std::count_if(all, all + count_, isLeft) == 1;
+}
+
+int ButtonBindings::count() const { return qMin(count_, ButtonCount); }
 
 std::optional<KeyBinding> ButtonBindings::at(int button) const
 {
-    if (button < 0 || button >= bindings_.size())
+    if (button < 0 || button >= count_)
         return std::nullopt;
-    return bindings_[button];
+    return record_.KeyBindings[button];
 }
 
 DecodedBinding ButtonBindings::decoded(int button, const KeyBinding &binding,
@@ -93,12 +110,5 @@ void ButtonBindings::take(int button)
     record_.KeyBindings[button] = written.KeyBindings[button];
     record_.KeySequences[button] = written.KeySequences[button];
     record_.MacroBlocks[button] = written.MacroBlocks[button];
-    set(button, written.KeyBindings[button]);
-}
-
-void ButtonBindings::set(int button, const KeyBinding &binding)
-{
-    while (bindings_.size() <= button)
-        bindings_ << KeyBinding{};
-    bindings_[button] = binding;
+    count_ = qMax(count_, button + 1);
 }

@@ -11,7 +11,7 @@
 #include "binding/actions/BindingEncoder.h"
 #include "catalogue/DpiCodes.h"
 
-#include <QVector>
+#include <optional>
 
 class ButtonBindings
 {
@@ -24,8 +24,12 @@ public:
     // `count`: buttons of the model.
     void load(const FlashDataMap &record, int count);
     void loadBuiltIn();
-    int count() const;
+    // The bindings of a new mouse; the rest is zero.
+    static FlashDataMap builtIn();
+    int count() const; // 0 before the first record
     std::optional<KeyBinding> at(int button) const;
+    // Whether the button, and no other one, is the left button.
+    bool isOnlyLeft(int button) const;
     // As last loaded, with what was written since.
     const FlashDataMap &record() const { return record_; }
 
@@ -39,10 +43,9 @@ public:
     bool writeMacro(int button, const QString &name);
 
 private:
-    void set(int button, const KeyBinding &binding);
     void take(int button); // what has just been written
 
     FlashDataMap record_{};
-    QVector<KeyBinding> bindings_; // by button
+    int count_ = 0; // bindings of the record that are shown
     SensorCodes sensor_;
 };

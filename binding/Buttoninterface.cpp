@@ -8,9 +8,7 @@
 #include "binding/ProfileBox.h"
 #include "binding/actions/DefaultActions.h"
 #include "catalogue/DeviceCatalogue.h"
-#include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
-#include "device/ImageCache.h"
 #include "device/Worker.h"
 #include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
@@ -39,14 +37,6 @@ constexpr QPoint NoticeOffset{-100, -50};
 constexpr int FireButton = 10; // its default binding holds the dialog's initial values
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
-
-FlashDataMap defaultRecord()
-{
-    FlashDataMap map{};
-    for (int k = 0; k < ButtonCount; ++k)
-        map.KeyBindings[k] = builtInAction(k)->binding;
-    return map;
-}
 
 // Whether a control inside the widget has the keyboard focus, which must move before the widget is hidden.
 bool hasFocusIn(const QWidget *widget)
@@ -192,7 +182,9 @@ void Buttoninterface::beginDevice(const DeviceAllInfo &info)
         return;
     const PageFilling filling(ButtonPageBusy);
     bindings_.readSensor();
-    showBindings(defaultRecord());
+    list_->uncheckAll();
+    leaveFunctions();
+    showBindings(ButtonBindings::builtIn());
     profiles_->show(0, 0, false);
 }
 
@@ -238,7 +230,10 @@ void Buttoninterface::on_OutputData_clicked() { runImageExport(this); }
 bool Buttoninterface::isLastLeft(std::size_t row) const
 {
     const QString left = leftText();
-    return list_->isShown(row) && list_->caption(row)->text() == left && list_->countOf(left) == 1;
+    if (!list_->isShown(row))
+        return false;
+    return (list_->caption(row)->text() == left && list_->countOf(left) == 1) ||
+           bindings_.isOnlyLeft(ButtonRows[row].button);
 }
 
 // Without a left button the user could not click any more.
@@ -260,7 +255,7 @@ void Buttoninterface::openRow(std::size_t row)
     showFunctions();
 }
 
-// The marks stay within reach while the functions are open, which then are those of the new row.
+// A marker can be clicked while the functions are open; they then apply to the marker's row.
 void Buttoninterface::pointAt(std::size_t row)
 {
     CheckOnline();
@@ -467,10 +462,8 @@ void Buttoninterface::SlotAllLanguage(int index)
     ui->DebunceButton->SlotAllLanguage(index);
     functions_->setLanguage(index);
     profiles_->setLanguage(index);
-    // Captions are translated. The cached image stands in for a mouse that is off line.
-    FlashDataMap record = DeviceRecord::copy();
-    if (!MouseOnline && !ImageCacheRead(SelectedDevice::cacheName(), &record))
+    if (bindings_.count() == 0)
         return;
     const PageFilling filling(ButtonPageBusy);
-    showBindings(record);
+    showBindings(bindings_.record()); // captions are translated
 }

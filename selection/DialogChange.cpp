@@ -7,6 +7,7 @@
 #include "catalogue/UserStore.h"
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
+#include "device/SideBySide.h"
 #include "device/hidusb/HIDUsb.h"
 #include "environment/MainThread.h"
 #include "hub/PostMsg.h"
@@ -91,9 +92,9 @@ void DialogChange::UsbChanged()
         if (thePage)
             thePage->take(scan);
     });
-    // A device is asked for its tile again, since one silent device holds the search up for seconds.
-    for (const DeviceAllInfo &device : scan.tiles())
-        refreshShown(device, scan.generation);
+    // The search may have waited seconds for a silent device, so the answers of the others may be outdated.
+    std::vector<DeviceAllInfo> tiles = scan.tiles();
+    sideBySide(tiles, [&scan](const DeviceAllInfo &device) { refreshShown(device, scan.generation); });
 }
 
 // Drops results while the device page shows, which has a watch of its own; the return to this page starts a
@@ -295,7 +296,7 @@ void DialogChange::SlotSameLanguageA(int index)
 {
     const QSignalBlocker silent(ui->comboBox);
     const bool offered = index >= 0 && index < ui->comboBox->count();
-    ui->comboBox->setCurrentIndex(offered ? index : 0); // whose texts stand for those of the others
+    ui->comboBox->setCurrentIndex(offered ? index : 0); // the language that other indices fall back to
 }
 
 void DialogChange::SlotAllLanguage(int index)

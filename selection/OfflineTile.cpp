@@ -32,11 +32,11 @@ OfflineTileAction offlineTileAction(const DeviceAllInfo &device)
                              receiverHasName && isNew(TargetReceiver, device.DongleVersion, receiverKey));
 }
 
-bool hasLiveTwin(const std::vector<DeviceAllInfo> &devices, int clicked)
+const DeviceAllInfo *twinOf(const std::vector<DeviceAllInfo> &devices, int clicked)
 {
     if (devices.size() != 2 || (clicked != 0 && clicked != 1))
-        return false;
+        return nullptr;
     const DeviceAllInfo &device = devices[std::size_t(clicked)];
-    const DeviceAllInfo &twin = devices[std::size_t(1 - clicked)];
-    return device.Cid == twin.Cid && device.Mid == twin.Mid && twin.Online;
+    const DeviceAllInfo &other = devices[std::size_t(1 - clicked)];
+    return device.Cid == other.Cid && device.Mid == other.Mid ? &other : nullptr;
 }

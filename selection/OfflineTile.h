@@ -21,6 +21,5 @@ OfflineTileAction offlineTileAction(const QString &mouseVersion, bool mouseIsNew
 // The same from the catalogue, the stored versions and the firmware folder.
 OfflineTileAction offlineTileAction(const DeviceAllInfo &device);
 
-// True when exactly two devices are attached, both of one model, and the last search found the one that was
-// not clicked on line.
-bool hasLiveTwin(const std::vector<DeviceAllInfo> &devices, int clicked);
+// The one that was not clicked, where exactly two devices are attached, both of one model; else null.
+const DeviceAllInfo *twinOf(const std::vector<DeviceAllInfo> &devices, int clicked);

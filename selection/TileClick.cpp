@@ -77,14 +77,14 @@ void TileClick::take(int index, bool asOffline)
         enter(device);
 }
 
-// A device that is asked may be silent and keep the window still, so only the clicked one is asked, and only
-// where its answer decides.
+// A silent device blocks the window until its time-out, so devices are asked only where the answers decide.
 bool TileClick::isOfflineTile(int index) const
 {
     const DeviceAllInfo &device = devices_.tiles()[std::size_t(index)];
     if (device.DriveIndex == unknownIndex() && !device.Usb)
         return true;
-    return hasLiveTwin(devices_.tiles(), index) && !answers(device);
+    const DeviceAllInfo *twin = twinOf(devices_.tiles(), index);
+    return twin && !answers(device) && answers(*twin);
 }
 
 bool TileClick::settleOfflineTile(const DeviceAllInfo &device)

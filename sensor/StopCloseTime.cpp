@@ -21,9 +21,8 @@ int sleepIndexOf(uint8_t code)
 StopCloseTime::StopCloseTime(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::StopCloseTime>())
 {
     ui->setupUi(this);
-    onFirstShow(this, [this] {
-        styleComboBox(ui->StopClose, style::pictureFolder(QStringLiteral("Advanced")));
-    });
+    onFirstShow(this,
+                [this] { styleComboBox(ui->StopClose, style::pictureFolder(QStringLiteral("Advanced"))); });
 }
 
 StopCloseTime::~StopCloseTime() = default;

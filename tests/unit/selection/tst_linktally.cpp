@@ -121,24 +121,20 @@ private slots:
         QCOMPARE(int(offlineTileAction(version, mouseIsNew, receiverIsNew)), decision);
     }
 
-    void liveTwin()
+    void twins()
     {
-        std::vector<DeviceAllInfo> twins = {device(Receiver1K, 0), device(Receiver8K, 0)};
-        twins[0].Online = true;
-        twins[1].Online = false;
-        QVERIFY(hasLiveTwin(twins, 1));
-        QVERIFY(!hasLiveTwin(twins, 0));
-        QVERIFY(!hasLiveTwin(twins, 2));
-        QVERIFY(!hasLiveTwin(twins, -1));
-        twins[1].Online = true;
-        QVERIFY(hasLiveTwin(twins, 0));
-        twins[1].Mid = 7;
-        QVERIFY(!hasLiveTwin(twins, 0));
-        twins[1].Mid = twins[0].Mid;
-        twins[1].Cid = 19;
-        QVERIFY(!hasLiveTwin(twins, 0));
-        twins.pop_back();
-        QVERIFY(!hasLiveTwin(twins, 0));
+        std::vector<DeviceAllInfo> two = {device(Receiver1K, 0), device(Receiver8K, 0)};
+        QCOMPARE(twinOf(two, 0), &two[1]);
+        QCOMPARE(twinOf(two, 1), &two[0]);
+        QVERIFY(!twinOf(two, 2));
+        QVERIFY(!twinOf(two, -1));
+        two[1].Mid = 7;
+        QVERIFY(!twinOf(two, 0));
+        two[1].Mid = two[0].Mid;
+        two[1].Cid = 19;
+        QVERIFY(!twinOf(two, 0));
+        two.pop_back();
+        QVERIFY(!twinOf(two, 0));
     }
 };
 

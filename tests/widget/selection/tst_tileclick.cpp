@@ -265,7 +265,8 @@ private slots:
         QTest::newRow("two models") << 7 << true << true << 0;
         QTest::newRow("two models, silent") << 7 << false << false << 0;
         QTest::newRow("twins") << 6 << true << true << 1;
-        QTest::newRow("twins, the other is silent") << 6 << false << true << 0;
+        QTest::newRow("twins, the other is silent") << 6 << false << true << 1;
+        QTest::newRow("twins, both silent") << 6 << false << false << 2;
     }
     void aClickAsksNoDeviceWhoseAnswerDoesNotMatter()
     {
