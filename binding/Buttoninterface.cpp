@@ -11,6 +11,7 @@
 #include "device/DeviceState.h"
 #include "device/Worker.h"
 #include "device/WriteFamily.h"
+#include "device/hidusb/HIDUsb.h"
 #include "hub/PostMsg.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
