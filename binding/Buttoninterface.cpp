@@ -8,7 +8,9 @@
 #include "binding/ProfileBox.h"
 #include "binding/actions/DefaultActions.h"
 #include "catalogue/DeviceCatalogue.h"
+#include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
+#include "device/ImageCache.h"
 #include "device/Worker.h"
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
@@ -231,10 +233,7 @@ void Buttoninterface::on_OutputData_clicked() { runImageExport(this); }
 bool Buttoninterface::isLastLeft(std::size_t row) const
 {
     const QString left = leftText();
-    if (!list_->isShown(row))
-        return false;
-    return (list_->caption(row)->text() == left && list_->countOf(left) == 1) ||
-           bindings_.isOnlyLeft(ButtonRows[row].button);
+    return list_->isShown(row) && list_->caption(row)->text() == left && list_->countOf(left) == 1;
 }
 
 // Without a left button the user could not click any more.
@@ -401,7 +400,8 @@ bool Buttoninterface::bind(int button, const std::function<bool()> &write)
     const std::optional<std::size_t> row = ButtonList::rowOf(button);
     if (!row)
         return false;
-    if (isLastLeft(*row)) {
+    // A caption can stand for a binding that this program does not know, so bindings count as well.
+    if (isLastLeft(*row) || bindings_.isOnlyLeft(button)) {
         refuseLastLeft();
         return false;
     }
@@ -463,8 +463,14 @@ void Buttoninterface::SlotAllLanguage(int index)
     ui->DebunceButton->SlotAllLanguage(index);
     functions_->setLanguage(index);
     profiles_->setLanguage(index);
-    if (bindings_.count() == 0)
-        return;
+    // Captions are translated. The cached image stands in for a mouse that is off line, and without one the
+    // bindings that show.
+    FlashDataMap record = DeviceRecord::copy();
+    if (!MouseOnline && !ImageCacheRead(SelectedDevice::cacheName(), &record)) {
+        if (bindings_.count() == 0)
+            return;
+        record = bindings_.record();
+    }
     const PageFilling filling(ButtonPageBusy);
-    showBindings(bindings_.record()); // captions are translated
+    showBindings(record);
 }

@@ -328,6 +328,21 @@ private slots:
         QVERIFY(same(DeviceRecord::copy(), map));
     }
 
+    void theLastLeftBindingIsKeptBesideALeftCaption()
+    {
+        FlashDataMap map = ButtonPage::plainRecord();
+        map.KeyBindings[3] = {200, 0, 0}; // no caption of its own, so the row keeps the one it has
+        page().button("TopMusic")->setText("Left button");
+        page().show(map);
+        page().click("FireKey");
+        QCOMPARE(page().shownPage(), "page_2");
+        const notice::NextAnswer<LeftButtonOnly> closed(false);
+        page().click("MidKey");
+        QVERIFY(closed.isTaken());
+        QVERIFY(same(DeviceRecord::copy(), map));
+        QCOMPARE(page().button("FireKey")->text(), "Left button");
+    }
+
     // ---- Macros
 
     void withoutMacrosThereIsANotice_data()

@@ -241,6 +241,18 @@ private slots:
         QVERIFY(FakeHidUsb::instance().updates().empty());
     }
 
+    void aMouseThatIsAwayWithoutAnImageIsRelabelled()
+    {
+        page().show(ButtonPage::plainRecord());
+        {
+            const fixture::WithoutTexts bare;
+            page().setLanguage(0);
+            QCOMPARE(page().button("FireKey")->text(), QString::fromUtf8("左键"));
+        }
+        page().setLanguage(0);
+        QCOMPARE(page().button("FireKey")->text(), "Left button");
+    }
+
     void aMouseThatIsAwayIsRelabelledFromItsImage()
     {
         FlashDataMap kept = ButtonPage::plainRecord();
