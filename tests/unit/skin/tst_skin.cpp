@@ -238,7 +238,7 @@ void tst_skin::textCanBeRead_data()
     for (const char *state : {"", "Hover", "Click"})
         QTest::addRow("WarningDialog/Cancel%s", state) << button << false;
     for (const char *state : {"", "Hover", "Checked"})
-        QTest::addRow("Dialog/NavButton%s", state) << QRect(8, 6, 98, 32) << true;
+        QTest::addRow("Dialog/NavButton%s", state) << QRect(8, 32, 98, 20) << true;
     for (const char *state : {"", "Hover", "Click", "Check"})
         QTest::addRow("Sensor/RateButton%s", state) << QRect(6, 6, 84, 26) << true;
     for (int model = 0; model < 4; ++model) {
