@@ -146,7 +146,7 @@ void FunctionPages::stylePanel(QWidget *ground)
     for (ActionButton *each : ground->findChildren<ActionButton *>())
         each->setStyleSheet(each->width() == FunctionSize.width() ? wide : narrow);
     for (QLabel *each : ground->findChildren<QLabel *>())
-        each->setStyleSheet(style::label(style::color("LabelColor")));
+        each->setStyleSheet(style::heading());
     if (back_->parentWidget() == ground)
         back_->setStyleSheet(style::titleButton(pictures, QStringLiteral("Back")));
 }

@@ -95,8 +95,8 @@ void Sensor::applyStyle()
     ui->settingsCard->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Card.png")));
     for (QLabel *mark : {ui->TitleButton, ui->TitleButton_2, ui->TitleButton_3})
         mark->setStyleSheet(style::sectionTitle(PicturePath_, mark->objectName()));
-    for (QLabel *label : {ui->label_10, ui->label_11})
-        label->setStyleSheet(style::label(labelColor));
+    ui->label_10->setStyleSheet(style::heading());
+    ui->label_11->setStyleSheet(style::label(labelColor));
     ui->TitleButton_4->setStyleSheet(style::tile(PicturePath_, QStringLiteral("Tips.png")));
     styleTip(ui->performanceTip);
     ui->Performance->setStyleSheet(style::checkBox(PicturePath_, labelColor));
