@@ -29,7 +29,7 @@ bool isArrow(int key) { return key >= Qt::Key_Left && key <= Qt::Key_Down; }
 
 } // namespace
 
-ActionButton::ActionButton(const QString &name, QWidget *parent) : QToolButton(parent)
+ActionButton::ActionButton(const QString &name, QWidget *parent) : PairedButton(parent)
 {
     setObjectName(name);
     setCheckable(true);
@@ -47,8 +47,7 @@ bool ActionButton::isElided() const { return shownText() != text(); }
 void ActionButton::paintEvent(QPaintEvent *)
 {
     QStylePainter painter(this);
-    QStyleOptionToolButton option;
-    initStyleOption(&option);
+    QStyleOptionToolButton option = styleOption();
     option.text.clear();
     painter.drawComplexControl(QStyle::CC_ToolButton, option);
     painter.drawItemText(textArea(), Qt::AlignLeft | Qt::AlignVCenter, option.palette, isEnabled(),

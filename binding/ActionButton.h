@@ -6,9 +6,9 @@
 // the mouse; all buttons of a group stay in the tab order. Main thread.
 #pragma once
 
-#include <QToolButton>
+#include "binding/PairedButton.h"
 
-class ActionButton : public QToolButton
+class ActionButton : public PairedButton
 {
     Q_OBJECT
 

@@ -212,6 +212,7 @@ void Buttoninterface::SlotMouseIndex(int index)
     if (styled_)
         stylePicture();
     list_->setModel(model);
+    list_->scrollToTop();
     // Another device was chosen; the open row belonged to the previous one.
     list_->uncheckAll();
     leaveFunctions();

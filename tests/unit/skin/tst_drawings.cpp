@@ -86,7 +86,7 @@ void tst_Drawings::straightStrokesFillWholePixels_data()
     QTest::newRow("Dialog/FormSetting right edge") << QRect(63, 17, 2, 6);
     QTest::newRow("Dialog/Battery pole") << QRect(51, 9, 3, 4);
     QTest::newRow("Sensor/RateButtonCheck mark") << QRect(39, 34, 18, 3);
-    QTest::newRow("Buttoninterface/RowCheck mark") << QRect(5, 14, 3, 12);
+    QTest::newRow("Buttoninterface/RowCheck mark") << QRect(5, 12, 3, 12);
     QTest::newRow("DialogChange/4KHz bar") << QRect(25, 21, 1, 2);
 }
 
