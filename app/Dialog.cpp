@@ -16,6 +16,7 @@
 #include "presentation/Spin.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/UpDataParam.h"
+#include "presentation/language/LanguageTables.h"
 #include "sensor/Advanced.h"
 #include "sensor/Sensor.h"
 #include "service/FormSetting.h"
@@ -32,6 +33,7 @@ constexpr QPoint WaitOffset{0, -20};
 constexpr int DriverStatusMs = 100;
 constexpr int LowBattery = 16;
 constexpr int LineOpacity = 28;
+constexpr int StripGap = 8;
 constexpr double AwayOpacity = 0.4;
 
 const QString LowColor = QStringLiteral("152, 43, 34");
@@ -49,16 +51,17 @@ Dialog::Dialog(QWidget *parent)
     ui->setupUi(this);
     buildPages();
     upDataParam_ = std::make_unique<UpDataParam>();
-    navigation_ = {{{ui->ButtonMain, buttons_},
-                    {ui->SensorButton, sensor_},
-                    {ui->MacroButton, macro_},
-                    {ui->LightsButton, lights_},
-                    {ui->Advanced, advanced_},
-                    {ui->FormSetting, setting_}}};
+    navigation_ = {{{ui->ButtonMain, buttons_, "PageButtons"},
+                    {ui->SensorButton, sensor_, "PageSensor"},
+                    {ui->MacroButton, macro_, "PageMacros"},
+                    {ui->LightsButton, lights_, "PageLighting"},
+                    {ui->Advanced, advanced_, "PageAdvanced"},
+                    {ui->FormSetting, setting_, "PageSettings"}}};
     onFirstShow(this, [this] {
         applyStyle();
         styleNavigation();
     });
+    ui->offlineStrip->installEventFilter(this);
     ui->label->hide();
     ui->SetButton->hide();
     ui->label_3->hide();
@@ -96,8 +99,7 @@ void Dialog::applyStyle()
     ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Charg.png")));
     ui->label_2->setStyleSheet(style::label(labelColor));
     ui->label_3->setStyleSheet(style::label(labelColor));
-    for (QFrame *line : {ui->line, ui->line_2, ui->line_3, ui->line_4, ui->line_5, ui->line_6, ui->line_7,
-                         ui->line_8, ui->line_9})
+    for (QFrame *line : {ui->line, ui->line_8, ui->line_9})
         line->setStyleSheet(style::hairline(labelColor, LineOpacity));
 }
 
@@ -123,6 +125,8 @@ void Dialog::connectSignals()
     connect(hub, SIGNAL(SigUpDataParam(int)), this, SLOT(SlotUpDataParam(int)));
     connect(hub, SIGNAL(SigStartRecord(int)), this, SLOT(SlotStartRecord(int)));
     connect(hub, SIGNAL(SigMouseIndex(int)), this, SLOT(SlotMouseIndex(int)));
+    connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(hub, &PostMsg::SigAddConfig, ui->deviceHead, &DeviceHead::setProfile);
     connect(hub, SIGNAL(SigBattery(bool, int, bool)), this, SLOT(SlotBattery(bool, int, bool)),
             Qt::BlockingQueuedConnection);
     connect(ui->MinButton, &QToolButton::clicked, this, &Dialog::WindowMin);
@@ -142,8 +146,31 @@ void Dialog::showPage(QWidget *page)
 {
     for (const Navigation &entry : navigation_)
         entry.button->setChecked(entry.page == page);
+    showTitle();
     ui->PreButton->setChecked(page == buttons_);
     ui->stackedWidgetDialog->setCurrentWidget(page);
+}
+
+void Dialog::showTitle()
+{
+    for (const Navigation &entry : navigation_)
+        if (entry.button->isChecked())
+            ui->deviceHead->setTitle(entry.button->text());
+}
+
+void Dialog::SlotAllLanguage(int index)
+{
+    for (const Navigation &entry : navigation_) {
+        const QString name = language::text(language::Section::common, entry.nameKey, index);
+        if (name.isEmpty())
+            continue;
+        entry.button->setText(name);
+        entry.button->setToolTip(name);
+        entry.button->setAccessibleName(name);
+    }
+    ui->PreButton->setAccessibleName(ui->ButtonMain->accessibleName());
+    ui->deviceHead->setLanguage(index);
+    showTitle();
 }
 
 void Dialog::on_ButtonMain_clicked()
@@ -217,6 +244,7 @@ void Dialog::beginDevice(const DeviceAllInfo &info)
     ui->label->hide();
     ui->progressBar->setValue(0);
     ui->label_2->clear();
+    ui->deviceHead->setDevice(info);
     showAway(!info.Online);
 }
 
@@ -231,6 +259,23 @@ void Dialog::showAway(bool away)
             dim->setOpacity(AwayOpacity);
         state->setGraphicsEffect(dim);
     }
+}
+
+bool Dialog::eventFilter(QObject *watched, QEvent *event)
+{
+    const QEvent::Type type = event->type();
+    if (watched == ui->offlineStrip &&
+        (type == QEvent::Resize || type == QEvent::ShowToParent || type == QEvent::HideToParent))
+        makeRoomInHead();
+    return QDialog::eventFilter(watched, event);
+}
+
+// While it shows, the strip covers the right part of the head.
+void Dialog::makeRoomInHead()
+{
+    const int width = ui->offlineStrip->isHidden() ? 0 : ui->offlineStrip->width() + StripGap;
+    const int right = ui->offlineStrip->geometry().right() + 1 - width;
+    ui->deviceHead->resize(right - ui->deviceHead->x(), ui->deviceHead->height());
 }
 
 void Dialog::SlotIsUsb(bool Usb, bool)

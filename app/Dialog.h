@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Dialog: the device page. It holds the working pages, the column of navigation buttons, the battery, the
-// icon of the connection and the wait dialog of a load. Main thread.
+// icon of the connection, the page's and the device's names and the wait dialog of a load. Main thread.
 #pragma once
 
 #include <QDialog>
@@ -50,6 +50,7 @@ public slots:
     void SlotUpDataParam(int index);
     void SlotStartRecord(int index);
     void on_stackedWidgetDialog_currentChanged(int arg1);
+    void SlotAllLanguage(int index);
     void SlotMouseIndex(int) {}
     void on_SetButton_clicked() {}
     void on_MouseB_clicked() {}
@@ -57,6 +58,7 @@ public slots:
     void on_PreButton_clicked() {}
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
@@ -69,10 +71,13 @@ private:
     void writeCache();
     void beginDevice(const DeviceAllInfo &info);
     void showAway(bool away);
+    void showTitle();
+    void makeRoomInHead();
 
     struct Navigation {
         QToolButton *button;
         QWidget *page;
+        const char *nameKey; // of the section "common"
     };
 
     std::unique_ptr<Ui::Dialog> ui;

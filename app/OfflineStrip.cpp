@@ -50,6 +50,6 @@ void OfflineStrip::showEvent(QShowEvent *event)
 void OfflineStrip::fit()
 {
     const int right = geometry().right();
-    resize(sizeHint().width(), height());
-    move(right + 1 - width(), y());
+    const int wanted = sizeHint().width();
+    setGeometry(right + 1 - wanted, y(), wanted, height());
 }

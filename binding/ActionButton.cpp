@@ -11,6 +11,9 @@ namespace
 
 constexpr int TextLeft = 14; // right of the bar that marks a checked button
 constexpr int TextRight = 6;
+constexpr int ChevronRoom = 20;
+constexpr QSize Chevron{4, 8};
+constexpr double ChevronWidth = 1.5;
 
 // Distance of `to` from `from` in the direction of an arrow key, sideways offset counted twice; negative
 // when `to` lies in another direction.
@@ -29,30 +32,51 @@ bool isArrow(int key) { return key >= Qt::Key_Left && key <= Qt::Key_Down; }
 
 } // namespace
 
-ActionButton::ActionButton(const QString &name, QWidget *parent) : QToolButton(parent)
+ActionButton::ActionButton(const QString &name, QWidget *parent) : PairedButton(parent)
 {
     setObjectName(name);
     setCheckable(true);
 }
 
-QRect ActionButton::textArea() const { return rect().adjusted(TextLeft, 0, -TextRight, 0); }
+void ActionButton::setOpens(Opens opens)
+{
+    opens_ = opens;
+    update();
+}
+
+QRect ActionButton::textArea() const
+{
+    return rect().adjusted(TextLeft, 0, opens_ == Opens::Panel ? -ChevronRoom : -TextRight, 0);
+}
+
+QString ActionButton::fullText() const { return opens_ == Opens::Dialog ? text() + QChar(0x2026) : text(); }
 
 QString ActionButton::shownText() const
 {
-    return fontMetrics().elidedText(text(), Qt::ElideRight, textArea().width());
+    return fontMetrics().elidedText(fullText(), Qt::ElideRight, textArea().width());
 }
 
-bool ActionButton::isElided() const { return shownText() != text(); }
+bool ActionButton::isElided() const { return shownText() != fullText(); }
 
 void ActionButton::paintEvent(QPaintEvent *)
 {
     QStylePainter painter(this);
-    QStyleOptionToolButton option;
-    initStyleOption(&option);
+    QStyleOptionToolButton option = styleOption();
     option.text.clear();
     painter.drawComplexControl(QStyle::CC_ToolButton, option);
     painter.drawItemText(textArea(), Qt::AlignLeft | Qt::AlignVCenter, option.palette, isEnabled(),
                          shownText(), QPalette::ButtonText);
+    if (opens_ == Opens::Panel)
+        drawChevron(painter);
+}
+
+void ActionButton::drawChevron(QPainter &painter) const
+{
+    const QPointF tip(width() - ChevronRoom / 2 + Chevron.width() / 2.0, height() / 2.0);
+    const QPointF back(Chevron.width(), Chevron.height() / 2.0);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().buttonText(), ChevronWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(QPolygonF({tip - back, tip, {tip.x() - back.x(), tip.y() + back.y()}}));
 }
 
 void ActionButton::keyPressEvent(QKeyEvent *event)

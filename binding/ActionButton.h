@@ -6,14 +6,21 @@
 // the mouse; all buttons of a group stay in the tab order. Main thread.
 #pragma once
 
-#include <QToolButton>
+#include "binding/PairedButton.h"
 
-class ActionButton : public QToolButton
+class ActionButton : public PairedButton
 {
     Q_OBJECT
 
 public:
+    // What a click leads to, drawn behind the text: nothing for an action that is bound at once, a chevron
+    // for a panel, an ellipsis for a dialog.
+    enum class Opens { Nothing, Panel, Dialog };
+
     ActionButton(const QString &name, QWidget *parent);
+
+    void setOpens(Opens opens);
+    Opens opens() const { return opens_; }
 
     bool isElided() const;
 
@@ -24,6 +31,10 @@ protected:
 
 private:
     QRect textArea() const;
+    QString fullText() const;
     QString shownText() const;
+    void drawChevron(QPainter &painter) const;
     ActionButton *neighbour(int key) const;
+
+    Opens opens_ = Opens::Nothing;
 };

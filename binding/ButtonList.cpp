@@ -3,6 +3,7 @@
 #include "binding/ButtonList.h"
 
 #include "binding/ActionButton.h"
+#include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
 
 #include <QButtonGroup>
@@ -11,13 +12,23 @@
 #include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <algorithm>
 
 namespace
 {
 
-constexpr QSize CaptionSize{344, 40};
+constexpr QSize CaptionSize{346, 36};
 constexpr int BadgeSize = 26;
 constexpr int RowGap = 8;
+constexpr int TailRoom =
+    52; // below a list that scrolls: each row's position of the scroll bar can be reached
+constexpr QSize FadeSize{380, 28};
+
+bool isKeyboardFocus(const QEvent *event)
+{
+    const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
+}
 
 } // namespace
 
@@ -26,17 +37,17 @@ ButtonList::ButtonList(QScrollArea *scrollArea, QWidget *picture)
 {
     group_->setObjectName(QStringLiteral("ButtonGroup"));
     auto *list = new QWidget;
-    auto *grid = new QGridLayout(list);
-    grid->setContentsMargins(0, 0, 0, RowGap);
-    grid->setSpacing(RowGap);
-    grid->setColumnStretch(2, 1);
+    grid_ = new QGridLayout(list);
+    grid_->setSpacing(RowGap);
+    grid_->setColumnStretch(2, 1);
     for (std::size_t row = 0; row < rows_.size(); ++row) {
         addRow(row, list, picture);
-        grid->addWidget(rows_[row].number, int(row), 0);
-        grid->addWidget(rows_[row].caption, int(row), 1);
+        grid_->addWidget(rows_[row].number, int(row), 0);
+        grid_->addWidget(rows_[row].caption, int(row), 1);
     }
     area_->setWidget(list);
     list->setAutoFillBackground(false);
+    addFades();
     setModel(0);
 }
 
@@ -50,17 +61,22 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
     auto *caption = new ActionButton(QLatin1String(names.caption), list);
     caption->setFixedSize(CaptionSize);
     group_->addButton(caption, int(row));
-    caption->installEventFilter(this);
     rows_[row].caption = caption;
-    auto *marker = new QToolButton(picture);
+    auto *marker = new PairedButton(picture);
     marker->setObjectName(QLatin1String(names.marker));
     marker->setText(number);
     marker->setCheckable(true);
     marker->resize(BadgeSize, BadgeSize);
     rows_[row].marker = marker;
     setText(names.button, QString());
-    connect(caption, &QToolButton::toggled, this, [this, marker](bool checked) {
-        marker->setChecked(checked);
+    pair(rows_[row]);
+    connect(caption, &QToolButton::toggled, this, [this, row](bool checked) {
+        rows_[row].marker->setChecked(checked);
+        for (QWidget *each : std::initializer_list<QWidget *>{rows_[row].number, rows_[row].marker}) {
+            QFont font = each->font();
+            font.setBold(checked);
+            each->setFont(font);
+        }
         emit checkedChanged();
     });
     // A click would toggle the marker; only its row decides whether it is checked.
@@ -68,12 +84,65 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
             [marker, caption] { marker->setChecked(caption->isChecked()); });
 }
 
-// Scrolls to the row that gets the keyboard focus.
+void ButtonList::pair(const Row &row)
+{
+    for (QWidget *each : std::initializer_list<QWidget *>{row.number, row.caption, row.marker})
+        each->installEventFilter(this);
+}
+
+// Scrolls to the row that gets the keyboard focus, and lights both buttons of the pair that is pointed at.
 bool ButtonList::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::FocusIn)
+    const QEvent::Type type = event->type();
+    const bool enters = type == QEvent::Enter || (type == QEvent::FocusIn && isKeyboardFocus(event));
+    const bool leaves = type == QEvent::Leave || type == QEvent::FocusOut;
+    if (type == QEvent::FocusIn && qobject_cast<ActionButton *>(watched))
         area_->ensureWidgetVisible(qobject_cast<QWidget *>(watched), 0, RowGap);
+    if (!enters && !leaves)
+        return false;
+    for (const Row &row : rows_) {
+        if (watched != row.number && watched != row.caption && watched != row.marker)
+            continue;
+        row.caption->setLit(enters);
+        row.marker->setLit(enters);
+    }
     return false;
+}
+
+// ---- Edges of the list --------------------------------------------------------------------------
+
+void ButtonList::addFades()
+{
+    const auto add = [this](const char *name) {
+        auto *fade = new QLabel(area_);
+        fade->setObjectName(QLatin1String(name));
+        fade->setAttribute(Qt::WA_TransparentForMouseEvents);
+        fade->resize(FadeSize);
+        fade->hide();
+        onFirstShow(fade, [fade] {
+            fade->setStyleSheet(style::labelPicture(style::pictureFolder(QStringLiteral("Buttoninterface")),
+                                                    fade->objectName() + QStringLiteral(".png")));
+        });
+        return fade;
+    };
+    fadeTop_ = add("FadeTop");
+    fadeBottom_ = add("FadeBottom");
+    fadeBottom_->move(0, area_->height() - FadeSize.height());
+    connect(area_->verticalScrollBar(), &QScrollBar::valueChanged, this, &ButtonList::showFades);
+}
+
+void ButtonList::showFades()
+{
+    const int top = area_->verticalScrollBar()->value();
+    fadeTop_->setVisible(cutsRow(top));
+    fadeBottom_->setVisible(cutsRow(top + area_->height()));
+}
+
+bool ButtonList::cutsRow(int y) const
+{
+    return std::any_of(rows_.begin(), rows_.end(), [y](const Row &row) {
+        return !row.caption->isHidden() && row.caption->y() < y && y <= row.caption->geometry().bottom();
+    });
 }
 
 void ButtonList::applyStyle(const QString &folder)
@@ -127,6 +196,8 @@ void ButtonList::uncheckAll()
 
 void ButtonList::scrollTo(std::size_t row) { area_->verticalScrollBar()->setValue(ButtonRows[row].scroll); }
 
+void ButtonList::scrollToTop() { area_->verticalScrollBar()->setValue(0); }
+
 void ButtonList::setModel(int model)
 {
     if (model < 0 || model >= ModelCount)
@@ -153,13 +224,18 @@ bool ButtonList::isShown(std::size_t row) const
 
 void ButtonList::showRows()
 {
+    int shownRows = 0;
     for (std::size_t row = 0; row < rows_.size(); ++row) {
         const bool shown = isShown(row);
+        shownRows += shown;
         rows_[row].number->setVisible(shown);
         rows_[row].caption->setVisible(shown);
         rows_[row].marker->setVisible(shown);
     }
+    const int height = shownRows * (CaptionSize.height() + RowGap) - RowGap;
+    grid_->setContentsMargins(0, 0, 0, height > area_->height() ? TailRoom : 0);
     area_->widget()->adjustSize();
+    showFades();
 }
 
 int ButtonList::countOf(const QString &text) const

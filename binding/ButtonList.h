@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 //
 // ButtonList: one row for each button of the mouse, with a number and a caption that names the button's
-// function, and a marker on the picture for each row. A marker is checked while its row is. The page owns the
-// widgets. Main thread.
+// function, and a marker on the picture for each row. A marker is checked while its row is, and each looks
+// hovered while the other is. A row that the edge of the list cuts fades out. The page owns the widgets. Main
+// thread.
 #pragma once
 
 #include "binding/ButtonTable.h"
@@ -14,9 +15,10 @@
 class ActionButton;
 class QAbstractButton;
 class QButtonGroup;
+class QGridLayout;
 class QLabel;
+class PairedButton;
 class QScrollArea;
-class QToolButton;
 class QWidget;
 
 class ButtonList : public QObject
@@ -30,7 +32,7 @@ public:
     void applyStyle(const QString &folder);
 
     ActionButton *caption(std::size_t row) const { return rows_[row].caption; }
-    QToolButton *marker(std::size_t row) const { return rows_[row].marker; }
+    PairedButton *marker(std::size_t row) const { return rows_[row].marker; }
     // No row for a number that is no button of the page.
     static std::optional<std::size_t> rowOf(int button);
 
@@ -40,6 +42,7 @@ public:
     void check(std::size_t row);
     void uncheckAll();
     void scrollTo(std::size_t row);
+    void scrollToTop();
 
     // Places the markers and shows the sixth row on model 0 only. An unknown model number changes nothing.
     void setModel(int model);
@@ -59,15 +62,22 @@ private:
     struct Row {
         QLabel *number;
         ActionButton *caption;
-        QToolButton *marker;
+        PairedButton *marker;
     };
 
     void addRow(std::size_t row, QWidget *list, QWidget *picture);
+    void pair(const Row &row);
     void showRows();
+    void addFades();
+    void showFades();
+    bool cutsRow(int y) const;
 
     QScrollArea *area_;
     QButtonGroup *group_;
+    QGridLayout *grid_ = nullptr;
     std::array<Row, ButtonRows.size()> rows_{};
+    QLabel *fadeTop_ = nullptr;
+    QLabel *fadeBottom_ = nullptr;
     bool hasSixth_ = true;
     int buttonCount_ = 0;
 };

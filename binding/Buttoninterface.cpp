@@ -82,10 +82,9 @@ void Buttoninterface::applyStyle()
 {
     const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
     const QString button = style::textButton(folder, style::color("ButtonColor"), QStringLiteral("Button"));
-    const QString label = style::label(style::color("LabelColor"));
     ui->frameButton->setStyleSheet(style::dialogBackground(folder, QStringLiteral("frameButton")));
-    for (QLabel *each : {ui->label_8, ui->label_3})
-        each->setStyleSheet(label);
+    ui->label_8->setStyleSheet(style::label(style::color("LabelColor")));
+    ui->label_3->setStyleSheet(style::heading());
     ui->DebounceNote->setStyleSheet(style::label(style::color("LinEditColorSecond")));
     for (QToolButton *each : {ui->Reset, ui->ImportData, ui->OutputData})
         each->setStyleSheet(button);
@@ -208,6 +207,7 @@ void Buttoninterface::SlotMouseIndex(int index)
     if (styled_)
         stylePicture();
     list_->setModel(model);
+    list_->scrollToTop();
     // Another device was chosen; the open row belonged to the previous one.
     list_->uncheckAll();
     leaveFunctions();

@@ -21,8 +21,10 @@ namespace
 
 constexpr QSize FunctionSize{192, 32};
 constexpr QSize DetailSize{130, 32}; // of a panel with more than FewDetails buttons
-constexpr int FunctionTop = 40;
-constexpr int FunctionPitch = 36;
+constexpr QSize ChoiceSize{192, 28}; // of the list of functions
+constexpr int ChoiceTop = 34;
+constexpr int ChoicePitch = 32;
+constexpr int GroupGap = 5;
 constexpr int Columns = 2;
 constexpr QPoint TitlePlace{16, 10};
 constexpr QPoint DetailPlace{16, 42};
@@ -33,6 +35,14 @@ constexpr int FewDetails = 8; // the most buttons of a panel with wide ones
 
 constexpr Panel Panels[] = {Panel::Media,      Panel::Lights,   Panel::DpiLocks,
                             Panel::SideScroll, Panel::DpiSteps, Panel::Scroll};
+
+ActionButton::Opens opensOf(const ActionRow &row)
+{
+    if (row.form == Form::Opener)
+        return ActionButton::Opens::Panel;
+    const bool asks = row.form == Form::Fire || row.form == Form::Combination;
+    return asks ? ActionButton::Opens::Dialog : ActionButton::Opens::Nothing;
+}
 
 int detailCount(Panel panel)
 {
@@ -82,14 +92,20 @@ void FunctionPages::addFunctions()
     title_ = new QLabel(list);
     title_->setObjectName(QStringLiteral("FunctionsTitle"));
     title_->setGeometry(40, 0, list->parentWidget()->width() - 40, 32);
-    int place = 0;
+    // Neighbours of the table that lead to the same make a group, which begins a line.
+    QPoint place(0, ChoiceTop);
+    const ActionButton *before = nullptr;
     for (const ActionRow &row : ActionRows) {
         if (row.place != Panel::Functions)
             continue;
-        addAction(row, list)->setGeometry({QPoint((place % Columns) * (FunctionSize.width() + ButtonGap),
-                                                  FunctionTop + place / Columns * FunctionPitch),
-                                           FunctionSize});
-        ++place;
+        ActionButton *made = addAction(row, list);
+        made->setOpens(opensOf(row));
+        const bool newGroup = before && before->opens() != made->opens();
+        if (newGroup || place.x() >= Columns * (ChoiceSize.width() + ButtonGap))
+            place = {0, place.y() + ChoicePitch + (newGroup ? GroupGap : 0)};
+        made->setGeometry({place, ChoiceSize});
+        place.rx() += ChoiceSize.width() + ButtonGap;
+        before = made;
     }
     onFirstShow(list, [this, list] { stylePanel(list); });
 }
@@ -141,12 +157,15 @@ void FunctionPages::stylePanel(QWidget *ground)
 {
     const QString ink = style::color("ButtonColor");
     const QString pictures = style::pictureFolder(QStringLiteral("Buttoninterface"));
+    const QString choice = style::stateButton(pictures, QStringLiteral("Choice"), ink, ink);
     const QString wide = style::stateButton(pictures, QStringLiteral("Function"), ink, ink);
     const QString narrow = style::stateButton(pictures, QStringLiteral("Detail"), ink, ink);
     for (ActionButton *each : ground->findChildren<ActionButton *>())
-        each->setStyleSheet(each->width() == FunctionSize.width() ? wide : narrow);
+        each->setStyleSheet(each->size() == ChoiceSize     ? choice
+                            : each->size() == FunctionSize ? wide
+                                                           : narrow);
     for (QLabel *each : ground->findChildren<QLabel *>())
-        each->setStyleSheet(style::label(style::color("LabelColor")));
+        each->setStyleSheet(style::heading());
     if (back_->parentWidget() == ground)
         back_->setStyleSheet(style::titleButton(pictures, QStringLiteral("Back")));
 }

@@ -48,7 +48,7 @@ SensorEffect::~SensorEffect() = default;
 
 void SensorEffect::applyStyle()
 {
-    ui->title->setStyleSheet(style::label(style::color("LabelColor")));
+    ui->title->setStyleSheet(style::heading());
     styleComboBox(ui->Model, style::pictureFolder(QStringLiteral("Sensor")));
     for (const Scale &scale : {speed_, light_}) {
         scale.caption->setStyleSheet(style::caption());

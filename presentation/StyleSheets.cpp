@@ -34,6 +34,8 @@ constexpr char TextButton[] =
     "border-image: url(%P%1.png);}QToolButton:pressed{border-image: url(%P%1Click.png); }";
 constexpr char TextButtonHover[] = "QToolButton:hover:!pressed{border-image: url(%P%1Hover.png);}";
 constexpr char Label[] = "QLabel{color: rgb(%1;);}";
+// The toolkit divides a weight by eight: 456 is QFont::Medium, 500 would be drawn bold.
+constexpr char Heading[] = "QLabel{font-size: 15px;font-weight: 456;}";
 constexpr char LabelPicture[] = "QLabel{border:0px;background-position:center;background-repeat:no-repeat;"
                                 "background-image: url(%P%1);}";
 constexpr char Tile[] = "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
@@ -99,6 +101,10 @@ constexpr char NavigationButton[] =
     "QToolButton:hover{background-image: url(%PNavButtonHover.png);border-image: url(%P%1Hover.png);}"
     "QToolButton:checked{background-image: url(%PNavButtonChecked.png);border-image: url(%P%1Checked.png);}"
     "QToolButton:disabled{border-image: url(%P%1Off.png);}";
+// The name stands under the icon.
+constexpr char NavigationName[] = "QToolButton{padding-top: 30px;color: rgb(%2);}"
+                                  "QToolButton:hover,QToolButton:checked{color: rgb(%1);}"
+                                  "QToolButton:disabled{color: rgba(%2,90);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
 constexpr char Strip[] = "#%1{border: 1px solid rgb(%2);border-radius: 6px;background-color: rgb(%3);}";
@@ -208,6 +214,8 @@ QString textButton(const QString &folder, const QString &color, const QString &s
 
 QString label(const QString &color) { return compose(Label, {}, {color}); }
 
+QString heading() { return label(color("LabelColor")) + QLatin1String(Heading); }
+
 QString labelPicture(const QString &folder, const QString &name)
 {
     return compose(LabelPicture, folder, {name});
@@ -271,7 +279,8 @@ QString scrollArea() { return QLatin1String(ScrollArea); }
 
 QString navigationButton(const QString &folder, const QString &icon)
 {
-    return compose(NavigationButton, folder, {icon});
+    return compose(NavigationButton, folder, {icon}) +
+           compose(NavigationName, {}, {color("LabelColor"), color("LinEditColorSecond")});
 }
 
 QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {chunkColor}); }

@@ -26,6 +26,8 @@ QString arrow(const QString &folder, const QString &stem);
 // Stem, stem + "Hover", stem + "Click".
 QString textButton(const QString &folder, const QString &color, const QString &stem);
 QString label(const QString &color);
+// The title of a page or of a section of it.
+QString heading();
 QString labelPicture(const QString &folder, const QString &name);
 QString tile(const QString &folder, const QString &name);
 // Append to tile(): its hovered and pressed states.
@@ -49,7 +51,7 @@ QString areaPicture(const QString &folder, const QString &frameName, const QStri
 QString labelPlate(const QString &folder, const QString &color, const QString &name);
 // A scroll area with a transparent background and a slim scroll handle.
 QString scrollArea();
-// A navigation button: its own icon over the plates that all of them share.
+// A navigation button: its own icon over the plates that all of them share, with its name below.
 QString navigationButton(const QString &folder, const QString &icon);
 // The filled part of the battery's bar.
 QString batteryBar(const QString &chunkColor);

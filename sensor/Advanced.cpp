@@ -156,9 +156,9 @@ void Advanced::applyStyle()
         line->setStyleSheet(style::hairline(labelColor, LineOpacity));
     for (QFrame *marker : {ui->SleepMarker, ui->KFpsMarker, ui->LongRangeMarker, ui->AngleMarker})
         marker->setStyleSheet(style::sectionTitle(PicturePath_, marker->objectName()));
-    for (QLabel *caption :
-         {ui->SleepCaption, ui->KFpsCaption, ui->LongRangeCaption, ui->AngleCaption, ui->AngleText})
-        caption->setStyleSheet(style::label(labelColor));
+    for (QLabel *caption : {ui->SleepCaption, ui->KFpsCaption, ui->LongRangeCaption, ui->AngleCaption})
+        caption->setStyleSheet(style::heading());
+    ui->AngleText->setStyleSheet(style::label(labelColor));
     for (QLabel *text : {ui->LongRangeText, ui->label_Min, ui->label_Zero, ui->label_Max})
         text->setStyleSheet(style::label(dimColor));
     for (QLabel *tips : {ui->SleepTips, ui->KFpsTips, ui->LongRangeTips, ui->AngleTips})

@@ -30,7 +30,8 @@
 namespace
 {
 
-constexpr int TipGap = 8;     // pixels between a caption and its tip
+constexpr int TipGap = 8; // pixels between a caption and its tip
+constexpr int HelpBelowSettings = 456;
 constexpr int PlainModel = 2; // of the key XIn1: rates and stages are all that this model has
 constexpr int ResetTimeIndex = 2;
 constexpr int ResetTimeFallback = 1;
@@ -95,8 +96,8 @@ void Sensor::applyStyle()
     ui->settingsCard->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Card.png")));
     for (QLabel *mark : {ui->TitleButton, ui->TitleButton_2, ui->TitleButton_3})
         mark->setStyleSheet(style::sectionTitle(PicturePath_, mark->objectName()));
-    for (QLabel *label : {ui->label_10, ui->label_11})
-        label->setStyleSheet(style::label(labelColor));
+    ui->label_10->setStyleSheet(style::heading());
+    ui->label_11->setStyleSheet(style::label(labelColor));
     ui->TitleButton_4->setStyleSheet(style::tile(PicturePath_, QStringLiteral("Tips.png")));
     styleTip(ui->performanceTip);
     ui->Performance->setStyleSheet(style::checkBox(PicturePath_, labelColor));
@@ -339,6 +340,8 @@ void Sensor::gateByCapability()
     const auto all = settings();
     ui->settingsCard->setVisible(
         std::any_of(all.begin(), all.end(), [](const QWidget *widget) { return !widget->isHidden(); }));
+    ui->settingHelp->move(ui->settingsCard->x(),
+                          ui->settingsCard->isHidden() ? ui->settingsCard->y() : HelpBelowSettings);
 }
 
 std::array<QWidget *, 12> Sensor::settings() const
@@ -400,6 +403,23 @@ void Sensor::SlotAllLanguage(int index)
         panel->SlotAllLanguage(index);
     setTips(index);
     placeTips();
+    setHelp(index);
+}
+
+void Sensor::setHelp(int index)
+{
+    const auto entry = [index](const QVector<QWidget *> &areas, const char *title, const char *text) {
+        return SettingHelp::Entry{areas, sensorText(title, index), sensorText(text, index)};
+    };
+    ui->settingHelp->setEntries(
+        {entry({ui->SensorDPI}, "DPISetting", "DPISettingTips"),
+         entry({ui->SensorRate}, "ReportRate", "ReportRateTips"),
+         entry({ui->ModelChoose, ui->label_11, ui->TitleButton_4}, "SensorMode", "SensorModeTips"),
+         entry({ui->SensorLOD}, "LOD", "LODTips"),
+         entry({ui->Performance, ui->performanceTip, ui->PerformanceOpen}, "Performance", "PerformanceTips"),
+         entry({ui->RippeControl}, "Ripple", "RippleTips"), entry({ui->StraightLine}, "Angle", "AngleTips"),
+         entry({ui->MotionSync}, "MotionSync", "MotionSyncTips")},
+        entry({}, "HelpTitle", "HelpHint"));
 }
 
 void Sensor::setTips(int index)

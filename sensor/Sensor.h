@@ -60,6 +60,7 @@ private:
     void applyStyle();
     void setTips(int index);
     void placeTips();
+    void setHelp(int language);
 
     void paint(const FlashDataMap &map);
     void paintRate(uint8_t code, bool wired);

@@ -79,7 +79,7 @@ void SensorDPI::applyStyle()
 {
     PicturePath_ = style::pictureFolder(QStringLiteral("Sensor"));
     row_->applyStyle();
-    ui->label->setStyleSheet(style::label(style::color("LabelColor")));
+    ui->label->setStyleSheet(style::heading());
     ui->ReduceLevelA->setStyleSheet(style::titleButton(PicturePath_, QStringLiteral("Reduce")));
     ui->AddLevelA->setStyleSheet(style::titleButton(PicturePath_, QStringLiteral("Add")));
     ui->label_8->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Level.png")));

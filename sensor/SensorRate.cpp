@@ -55,7 +55,7 @@ void SensorRate::applyStyle()
     const QString sheet = style::stateButton(folder, QStringLiteral("RateButton"), ink, ink);
     for (QToolButton *button : buttons_)
         button->setStyleSheet(sheet);
-    ui->label->setStyleSheet(style::label(style::color("LabelColor")));
+    ui->label->setStyleSheet(style::heading());
 }
 
 SensorRate::~SensorRate() = default;

@@ -13,7 +13,9 @@
 namespace
 {
 
-constexpr int CaptionGap = 4;                              // pixels
+constexpr int CaptionGap = 4; // pixels
+constexpr char PictureAtRight[] = "QLabel{background-position: right center;}";
+constexpr int TipRight[] = {191, 166, 116, 191};           // as tipX: the rightmost tip and its 16 pixels
 constexpr int TipXOfLanguage[] = {0, 1, 1, 2, 3, 3, 3, 3}; // of tipX, by language
 
 } // namespace
@@ -25,7 +27,7 @@ SwitchPanel::SwitchPanel(const SwitchRow &rowOfPanel, QWidget *parent)
     ui->button->setObjectName(QLatin1String(row_.buttonName));
     ui->caption->setText(QString::fromUtf8(row_.defaultCaption));
     ui->button->setAccessibleName(ui->caption->text());
-    placeTip(row_.tipX[0]);
+    placeTip(0);
     onFirstShow(this, [this] { applyStyle(); });
 }
 
@@ -36,6 +38,7 @@ void SwitchPanel::applyStyle()
     ui->button->setStyleSheet(style::switchButton(style::pictureFolder(QStringLiteral("Sensor"))));
     ui->caption->setStyleSheet(style::label(style::color("LabelColor")));
     styleTip(ui->tip);
+    ui->tip->setStyleSheet(ui->tip->styleSheet() + QLatin1String(PictureAtRight));
 }
 
 QToolButton *SwitchPanel::button() const { return ui->button; }
@@ -63,12 +66,14 @@ void SwitchPanel::SlotAllLanguage(int index)
     }
     setTip(ui->tip, ui->button, text(Section::sensor, row_.tipKey, index));
     if (index >= 0 && index < int(std::size(TipXOfLanguage)))
-        placeTip(row_.tipX[TipXOfLanguage[index]]);
+        placeTip(TipXOfLanguage[index]);
 }
 
-// The caption ends where the tip begins.
-void SwitchPanel::placeTip(int x)
+// The caption ends where the tip begins. The tips of the panels begin at different places and end at the same
+// one, where their pictures stand.
+void SwitchPanel::placeTip(int width)
 {
-    ui->tip->move(x, ui->tip->y());
+    const int x = row_.tipX[width];
+    ui->tip->setGeometry(x, ui->tip->y(), TipRight[width] - x, ui->tip->height());
     ui->caption->resize(x - CaptionGap - ui->caption->x(), ui->caption->height());
 }

@@ -44,7 +44,7 @@ protected:
 
 private:
     void applyStyle();
-    void placeTip(int x);
+    void placeTip(int width); // index into tipX
 
     const SwitchRow &row_;
     std::unique_ptr<Ui::SwitchPanel> ui;

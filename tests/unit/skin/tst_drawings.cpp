@@ -81,12 +81,12 @@ void tst_Drawings::straightStrokesFillWholePixels_data()
     QTest::newRow("Dialog/OnLineUsb right arm") << QRect(16, 8, 4, 3);
     QTest::newRow("DialogChange/OnLineUsb stem") << QRect(15, 6, 2, 5);
     QTest::newRow("DialogChange/OnLineUsb left arm") << QRect(9, 11, 2, 2);
-    QTest::newRow("Dialog/MacroButton short bar") << QRect(48, 21, 6, 2);
-    QTest::newRow("Dialog/FormSetting left edge") << QRect(47, 19, 2, 6);
-    QTest::newRow("Dialog/FormSetting right edge") << QRect(63, 19, 2, 6);
+    QTest::newRow("Dialog/MacroButton short bar") << QRect(48, 19, 6, 2);
+    QTest::newRow("Dialog/FormSetting left edge") << QRect(47, 17, 2, 6);
+    QTest::newRow("Dialog/FormSetting right edge") << QRect(63, 17, 2, 6);
     QTest::newRow("Dialog/Battery pole") << QRect(51, 9, 3, 4);
     QTest::newRow("Sensor/RateButtonCheck mark") << QRect(39, 34, 18, 3);
-    QTest::newRow("Buttoninterface/RowCheck mark") << QRect(5, 14, 3, 12);
+    QTest::newRow("Buttoninterface/RowCheck mark") << QRect(5, 12, 3, 12);
     QTest::newRow("DialogChange/4KHz bar") << QRect(25, 21, 1, 2);
 }
 

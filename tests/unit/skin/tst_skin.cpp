@@ -187,8 +187,8 @@ void tst_skin::statesDifferByMoreThanHue_data()
          {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"})
         QTest::addRow("Dialog/%s locked", icon)
             << QStringList{QString(), QStringLiteral("Checked"), QStringLiteral("Off")};
-    for (const char *stem : {"Buttoninterface/Row", "Buttoninterface/Function", "Buttoninterface/Detail",
-                             "Buttoninterface/Mark"})
+    for (const char *stem : {"Buttoninterface/Row", "Buttoninterface/Choice", "Buttoninterface/Function",
+                             "Buttoninterface/Detail", "Buttoninterface/Mark"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Click"),
                                            QStringLiteral("Check")};
     QTest::newRow("Buttoninterface/Button") << three;
@@ -238,7 +238,7 @@ void tst_skin::textCanBeRead_data()
     for (const char *state : {"", "Hover", "Click"})
         QTest::addRow("WarningDialog/Cancel%s", state) << button << false;
     for (const char *state : {"", "Hover", "Checked"})
-        QTest::addRow("Dialog/NavButton%s", state) << QRect(8, 6, 98, 32) << true;
+        QTest::addRow("Dialog/NavButton%s", state) << QRect(8, 32, 98, 20) << true;
     for (const char *state : {"", "Hover", "Click", "Check"})
         QTest::addRow("Sensor/RateButton%s", state) << QRect(6, 6, 84, 26) << true;
     for (int model = 0; model < 4; ++model) {
@@ -246,7 +246,8 @@ void tst_skin::textCanBeRead_data()
         QTest::addRow("DialogChange/DisOnlin%d", model) << QRect(12, 308, 260, 40) << true;
     }
     for (const char *state : {"", "Hover", "Click", "Check"}) {
-        QTest::addRow("Buttoninterface/Row%s", state) << QRect(12, 4, 324, 32) << false;
+        QTest::addRow("Buttoninterface/Row%s", state) << QRect(12, 4, 326, 28) << false;
+        QTest::addRow("Buttoninterface/Choice%s", state) << QRect(12, 4, 172, 20) << false;
         QTest::addRow("Buttoninterface/Function%s", state) << QRect(12, 4, 172, 24) << false;
         QTest::addRow("Buttoninterface/Detail%s", state) << QRect(12, 4, 112, 24) << false;
     }

@@ -71,6 +71,73 @@ private slots:
         QCOMPARE(button("PreButton")->isChecked(), name == "ButtonMain");
     }
 
+    // Seen, heard and as a tip, and the head tells it once more.
+    void theColumnNamesItsPages_data()
+    {
+        QTest::addColumn<QString>("name");
+        const char *const names[][2] = {{"ButtonMain", "Buttons"}, {"SensorButton", "Sensor"},
+                                        {"MacroButton", "Macros"}, {"LightsButton", "Lighting"},
+                                        {"Advanced", "Advanced"},  {"FormSetting", "Settings"}};
+        for (const auto &each : names)
+            QTest::newRow(each[0]) << each[1];
+    }
+    void theColumnNamesItsPages()
+    {
+        QFETCH(QString, name);
+        openDevicePage();
+        QToolButton *way = button(QTest::currentDataTag());
+        QCOMPARE(way->text(), name);
+        QCOMPARE(way->toolTip(), name);
+        QCOMPARE(way->accessibleName(), name);
+        way->click();
+        QCOMPARE(dialog()->findChild<QLabel *>("headTitle")->text(), name);
+        QVERIFY(dialog()->findChild<QLabel *>("headTitle")->isVisible());
+    }
+
+    void theHeadTellsTheDevice_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<int>("drive");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("receiver") << int(Receiver8K) << 0 << "Model 6 · Profile 1 · 8 kHz receiver";
+        QTest::newRow("slow receiver") << int(Receiver1K) << 0 << "Model 6 · Profile 1 · 1 kHz receiver";
+        QTest::newRow("cable") << int(fixture::CableKind) << 0 << "Model 6 · Profile 1 · Cable";
+        QTest::newRow("no section") << int(Receiver8K) << 99 << "Unknown model · Profile 1 · 8 kHz receiver";
+    }
+    void theHeadTellsTheDevice()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, drive);
+        QFETCH(QString, text);
+        DeviceAllInfo info = fixture::info("dev", uint16_t(kind));
+        info.DriveIndex = drive;
+        info.Online = true;
+        fixture::select(info);
+        emit PostMsg::instance()->SigSelectMouseInfo(info);
+        QTRY_VERIFY(fake.idle());
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        auto *line = dialog()->findChild<QLabel *>("headDevice");
+        QTRY_COMPARE(line->text(), text);
+        emit PostMsg::instance()->SigAddConfig("Profile 3");
+        QCOMPARE(line->text(), text.replace("Profile 1", "Profile 3"));
+    }
+
+    // The end of a line that has no room is not lost.
+    void theHeadLeavesTheStripItsPlace()
+    {
+        openOffline();
+        QTRY_VERIFY(isAway());
+        auto *head = dialog()->findChild<QWidget *>("deviceHead");
+        auto *line = dialog()->findChild<QLabel *>("headDevice");
+        QVERIFY(head->geometry().right() < strip()->geometry().left());
+        emit PostMsg::instance()->SigAddConfig(QString(100, 'P'));
+        QVERIFY(line->text().endsWith(QChar(0x2026)));
+        QVERIFY(line->toolTip().contains(QString(100, 'P')));
+        fake.setOnline("away", true);
+        QTRY_VERIFY(!isAway());
+        QCOMPARE(head->geometry().right(), 719);
+    }
+
     void recordingLocksTheColumn()
     {
         openDevicePage();

@@ -202,6 +202,46 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // The titles of page, sections and panels are of one size, larger than the labels of controls.
+    void headings()
+    {
+        fake.setDevices({fixture::shipped(6, Receiver8K, "0x0005")});
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("0x0005/6", Receiver8K));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        emit PostMsg::instance()->SigUpDataSensorUIB(FlashDataMap{});
+        emit PostMsg::instance()->SigUpDataButtonUIC(FlashDataMap{});
+        auto *dialog = window.findChild<Dialog *>();
+        const std::pair<const char *, QStringList> pages[] = {
+            {"ButtonMain", {"page_9 label_3"}},
+            {"SensorButton",
+             {"SensorDPI label", "SensorRate label", "Sensor label_10", "settingHelp helpTitle"}},
+            {"LightsButton", {"LampLight title"}},
+            {"Advanced",
+             {"Advanced SleepCaption", "Advanced KFpsCaption", "Advanced LongRangeCaption",
+              "Advanced AngleCaption"}}};
+        const auto checkHeading = [dialog](const QString &place) {
+            const QStringList names = place.split(' ');
+            QLabel *heading = nullptr;
+            for (const QWidget *parent : dialog->findChildren<QWidget *>(names[0]))
+                if (auto *found = parent->findChild<QLabel *>(names[1]))
+                    heading = found;
+            QVERIFY2(heading, qPrintable(place));
+            QCOMPARE(QFontInfo(heading->font()).pixelSize(), 15);
+            QCOMPARE(heading->font().weight(), int(QFont::Medium));
+        };
+        for (const auto &[way, headings] : pages) {
+            dialog->findChild<QToolButton *>(way)->click();
+            checkHeading("deviceHead headTitle");
+            for (const QString &heading : headings)
+                checkHeading(heading);
+        }
+        QVERIFY(QFontInfo(dialog->findChild<QLabel *>("label_11")->font()).pixelSize() < 15);
+        QTRY_VERIFY(fake.idle());
+    }
+
     // Each model with all of its stages, each of them in turn the current one, and its longest number on all.
     void sensorPage_data()
     {

@@ -121,6 +121,93 @@ private slots:
         QVERIFY(FakeHidUsb::instance().updates().empty());
     }
 
+    // Pointing at a row, at its number or at its mark lights row and mark alike, and so does the keyboard.
+    void rowAndMarkLightTogether_data() { eachButtonRow(); }
+    void rowAndMarkLightTogether()
+    {
+        QFETCH(int, row);
+        page().show(ButtonPage::plainRecord());
+        auto *const caption = static_cast<PairedButton *>(page().button(ButtonPageRows[row].caption));
+        auto *const mark = static_cast<PairedButton *>(page().button(ButtonPageRows[row].marker));
+        const auto send = [](QWidget *to, QEvent &&event) { QCoreApplication::sendEvent(to, &event); };
+        for (QWidget *pointed : {static_cast<QWidget *>(caption), static_cast<QWidget *>(mark)}) {
+            const QImage dark = mark->grab().toImage();
+            send(pointed, QEnterEvent({1, 1}, {1, 1}, {1, 1}));
+            QVERIFY(caption->isLit() && mark->isLit());
+            if (pointed == caption)
+                QVERIFY(mark->grab().toImage() != dark);
+            send(pointed, QEvent(QEvent::Leave));
+            QVERIFY(!caption->isLit() && !mark->isLit());
+        }
+        send(caption, QFocusEvent(QEvent::FocusIn, Qt::TabFocusReason));
+        QVERIFY(caption->isLit() && mark->isLit());
+        for (const Row &other : ButtonPageRows)
+            QCOMPARE(static_cast<PairedButton *>(page().button(other.marker))->isLit(),
+                     &other == &ButtonPageRows[row]);
+        send(caption, QFocusEvent(QEvent::FocusOut, Qt::TabFocusReason));
+        QVERIFY(!caption->isLit() && !mark->isLit());
+        send(caption, QFocusEvent(QEvent::FocusIn, Qt::MouseFocusReason));
+        QVERIFY(!mark->isLit());
+    }
+
+    void theCheckedRowsNumberIsBoldInBoth_data() { eachButtonRow(); }
+    void theCheckedRowsNumberIsBoldInBoth()
+    {
+        QFETCH(int, row);
+        page().show(ButtonPage::plainRecord());
+        page().click(ButtonPageRows[row].marker);
+        const auto labels =
+            page().form.findChild<QScrollArea *>("scrollArea_11")->widget()->findChildren<QLabel *>();
+        QCOMPARE(labels.size(), 12);
+        for (int i = 0; i < 12; ++i) {
+            QCOMPARE(labels[i]->font().bold(), i == row);
+            QCOMPARE(page().button(ButtonPageRows[i].marker)->font().bold(), i == row);
+        }
+    }
+
+    void eightRowsFit()
+    {
+        page().show(ButtonPage::plainRecord());
+        auto *const area = page().form.findChild<QScrollArea *>("scrollArea_11");
+        const auto placeOf = [&](int row) { return page().button(ButtonPageRows[row].caption)->geometry(); };
+        for (int row = 0; row < 12; ++row) {
+            QCOMPARE(placeOf(row).height(), 36);
+            QCOMPARE(placeOf(row).y(), 44 * row);
+        }
+        QVERIFY(placeOf(7).bottom() < area->height());
+        QVERIFY(placeOf(8).top() >= area->height()); // no sliver of the ninth
+    }
+
+    void aCutRowFades()
+    {
+        page().show(ButtonPage::plainRecord());
+        auto *const area = page().form.findChild<QScrollArea *>("scrollArea_11");
+        const auto fades = [&] {
+            QString shown;
+            for (const char *name : {"FadeTop", "FadeBottom"})
+                if (area->findChild<QLabel *>(name)->isVisible())
+                    shown += QLatin1String(name) + ' ';
+            return shown;
+        };
+        QCOMPARE(fades(), QString());
+        area->verticalScrollBar()->setValue(20);
+        QCOMPARE(fades(), QString("FadeTop FadeBottom "));
+        area->verticalScrollBar()->setValue(44);
+        QCOMPARE(fades(), QString());
+        area->verticalScrollBar()->setValue(area->verticalScrollBar()->maximum());
+        QVERIFY(!fades().contains("FadeBottom")); // the end of the list
+    }
+
+    void theListBeginsAtTheTop()
+    {
+        page().show(ButtonPage::plainRecord());
+        auto *const bar = page().form.findChild<QScrollArea *>("scrollArea_11")->verticalScrollBar();
+        bar->setValue(200);
+        QCOMPARE(bar->value(), 200);
+        emit PostMsg::instance()->SigMouseIndex(6);
+        QCOMPARE(bar->value(), 0);
+    }
+
     void aMarkOfASilentMouseChecksAllTheSame()
     {
         page().show(ButtonPage::plainRecord());

@@ -58,6 +58,50 @@ private slots:
     void init() { begin(); }
     void cleanup() { end(); }
 
+    // Each function shows whether it binds at once, opens a panel or opens a dialog, and neighbours that do
+    // the same stand together.
+    void theFunctionsStandInGroups()
+    {
+        page().show(ButtonPage::plainRecord());
+        page().click("RightKey");
+        const QString all = PanelWidgets[0].widgets;
+        const QStringList dialogs = {"DPI_6", "DPI_8"};
+        const QStringList panels = {"DPI_13", "DPI_11", "DPI_4", "DPI_9", "DPI_7", "DPI_12", "DPI_10"};
+        const ActionButton *before = nullptr;
+        int gaps = 0;
+        for (const QString &name : all.split(' ')) {
+            const auto *button = static_cast<ActionButton *>(page().button(name));
+            QCOMPARE(button->opens(), panels.contains(name)    ? ActionButton::Opens::Panel
+                                      : dialogs.contains(name) ? ActionButton::Opens::Dialog
+                                                               : ActionButton::Opens::Nothing);
+            QVERIFY2(!button->isElided(), qPrintable(name));
+            QVERIFY(page().form.findChild<QWidget *>("page_2")->rect().contains(button->geometry()));
+            const bool newGroup = before && before->opens() != button->opens();
+            if (newGroup) {
+                QCOMPARE(button->x(), 0);
+                QCOMPARE(button->y() - before->geometry().bottom() - 1, 9);
+                ++gaps;
+            } else if (before && button->x() == 0) {
+                QCOMPARE(button->y() - before->geometry().bottom() - 1, 4);
+            }
+            before = button;
+        }
+        QCOMPARE(gaps, 3);
+    }
+
+    // The sign is drawn, the text stays that of the action.
+    void theSignIsNoPartOfTheText()
+    {
+        auto *const button = static_cast<ActionButton *>(page().button("DPI_6"));
+        const QString text = button->text();
+        const QImage asking = button->grab().toImage();
+        button->setOpens(ActionButton::Opens::Nothing);
+        const QImage binding = button->grab().toImage();
+        button->setOpens(ActionButton::Opens::Panel);
+        QVERIFY(asking != binding && button->grab().toImage() != binding);
+        QCOMPARE(button->text(), text);
+    }
+
     void aButtonOpensOnItsAction_data()
     {
         QTest::addColumn<int>("row");

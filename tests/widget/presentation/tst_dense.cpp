@@ -74,7 +74,7 @@ private slots:
              {"ButtonMain", "SensorButton", "MacroButton", "LightsButton", "Advanced", "FormSetting"}) {
             QToolButton button;
             button.setCheckable(true);
-            button.setFixedSize(112, 44);
+            button.setFixedSize(112, 56);
             button.setStyleSheet(style::navigationButton(folder, QLatin1String(icon)));
             check(&button, folder, icon);
             button.setChecked(true);

@@ -156,6 +156,28 @@ private slots:
         QCOMPARE(page.find<QLabel>("label_11")->text(), QString("Sensor mode")); // one without a table
     }
 
+    // The labels begin where the language wants them; their pictures stand under each other.
+    void theTipsOfTheSwitchesMakeOneColumn_data()
+    {
+        QTest::addColumn<int>("language");
+        for (int language = 0; language < 8; ++language)
+            QTest::addRow("%d", language) << language;
+    }
+    void theTipsOfTheSwitchesMakeOneColumn()
+    {
+        QFETCH(int, language);
+        SensorFixture page;
+        emit PostMsg::instance()->SigAllLanguage(language);
+        QSet<int> ends;
+        for (const char *panel : {"RippeControl", "StraightLine", "MotionSync"}) {
+            auto *tip = page.find<QWidget>(panel)->findChild<QLabel *>("tip");
+            ends << tip->geometry().right();
+            const QImage shot = tip->grab(QRect(tip->width() - 16, 1, 16, 16)).toImage();
+            QVERIFY(shot.pixel(8, 9) != shot.pixel(0, 0)); // the foot of its sign
+        }
+        QCOMPARE(ends.size(), 1);
+    }
+
     void theObjectsStandAtTheirPlaces()
     {
         SensorFixture page;
