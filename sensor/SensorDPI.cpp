@@ -455,8 +455,18 @@ void SensorDPI::exchangeWith(int index)
 
 // ---- The marker
 
+// A panel that is hidden or blocked by a modal window gets no release; with the drag kept, the release of a
+// later press would select a stage.
+bool SensorDPI::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide)
+        abandonDrag();
+    return QFrame::event(event);
+}
+
 void SensorDPI::mousePressEvent(QMouseEvent *event)
 {
+    abandonDrag(); // whose release was lost
     if (event->buttons() == Qt::NoButton || !ui->label_8->geometry().contains(event->pos()) ||
         !mouseAnswers())
         return;
@@ -486,6 +496,14 @@ void SensorDPI::returnMarker()
 {
     if (isStage(CurrentStage_))
         ui->label_8->move(StagePoint[std::size_t(CurrentStage_)]);
+}
+
+void SensorDPI::abandonDrag()
+{
+    if (!Dragging_)
+        return;
+    Dragging_ = false;
+    returnMarker();
 }
 
 void SensorDPI::drop(const QPoint &pointer)

@@ -102,6 +102,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -125,6 +126,7 @@ private:
     void returnSlider();
     void stepTo(int dpi);
     void returnMarker();
+    void abandonDrag();
     void drop(const QPoint &pointer);
     void dropOn(int stage);
 
