@@ -27,6 +27,13 @@ void MySlider::mousePressEvent(QMouseEvent *event)
         QCoreApplication::postEvent(parentWidget(), new QEvent(Jumped));
 }
 
+void MySlider::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!(event->buttons() & Qt::LeftButton))
+        endPress();
+    QSlider::mouseMoveEvent(event);
+}
+
 // The base class ends a drag when it is disabled, with a last step.
 void MySlider::changeEvent(QEvent *event)
 {
@@ -37,6 +44,14 @@ void MySlider::changeEvent(QEvent *event)
     QSlider::changeEvent(event);
     if (event->type() == QEvent::EnabledChange && !isEnabled())
         endPress();
+}
+
+bool MySlider::event(QEvent *event)
+{
+    const bool handled = QSlider::event(event);
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide)
+        endPress();
+    return handled;
 }
 
 // Only a release clears what the base class keeps of a press; setSliderDown(false) leaves the pressed handle

@@ -31,9 +31,10 @@ protected:
     void wheelEvent(QWheelEvent *event) override { event->ignore(); }
 };
 
-// A press jumps to the place under the pointer; the parent then gets an event of type Jumped. Being disabled
-// ends a press: the release that follows never arrives at a disabled slider, and with the press kept, a
-// pointer that passes over the slider later would drag it.
+// A press jumps to the place under the pointer; the parent then gets an event of type Jumped. A slider that
+// is disabled, hidden or blocked by a modal window gets no release, and with the press kept, it would go on
+// with its repeated steps, and a pointer that passes over it later would drag it; so each of these ends the
+// press, and so does a move without the left button.
 class MySlider : public WheelPasses<QSlider>
 {
     Q_OBJECT
@@ -49,12 +50,14 @@ public:
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool event(QEvent *event) override;
 
 private:
     void endPress();
 
-    bool pressEnded_ = false; // while mousePressEvent runs: the slider was disabled meanwhile
+    bool pressEnded_ = false; // while mousePressEvent runs: the press was lost meanwhile
     bool asking_ = false;     // enabledBy() runs its question
 };
 

@@ -21,6 +21,7 @@
 #include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <cstring>
 
 namespace
 {
@@ -59,6 +60,7 @@ SensorDPI::SensorDPI(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::
                           ui->GreenButtonA, ui->PurpleButtonA, ui->LightBlueButtonA, ui->LightYellowButtonA});
     MarkerArea_ = ui->markerTrack->geometry();
     makeGroups();
+    connect(PostMsg::instance(), &PostMsg::SigAddConfig, this, &SensorDPI::followProfile);
     onFirstShow(this, [this] { applyStyle(); });
 }
 
@@ -106,6 +108,8 @@ void SensorDPI::paintSilently(const std::function<void()> &paint)
 
 void SensorDPI::paint(const FlashDataMap &map, int offered)
 {
+    if (std::memcmp(&map.DpiStages[pickedStage_], &picked_, sizeof picked_) != 0)
+        closePicker(); // its answer would change a stage that the user was not asked about
     paintSilently([&] {
         SetStageCount(map.DpiStageCount);
         if (isStage(map.CurrentDpiStage))
@@ -181,6 +185,8 @@ void SensorDPI::ShowStages(int lastIndex)
 {
     const int last = qBound(0, lastIndex, DpiStageLimit - 1);
     row_->show(last);
+    if (pickedStage_ > last)
+        closePicker();
     ui->groove->resize(MarkerPitch * last + 2 * StopRadius, ui->groove->height());
 }
 
@@ -293,8 +299,23 @@ void SensorDPI::barClicked(int stage)
     if (!ColorPicker_)
         makePicker();
     pickedStage_ = stage;
+    picked_ = DeviceRecord::copy().DpiStages[stage];
     ColorPicker_->setCurrentColor(colorOf(row_->color(stage)));
     ColorPicker_->open();
+}
+
+void SensorDPI::closePicker()
+{
+    if (ColorPicker_)
+        ColorPicker_->reject();
+}
+
+// The record is read before the profile's name, and two profiles may hold the same stages.
+void SensorDPI::followProfile(const QString &name)
+{
+    if (name != profile_)
+        closePicker();
+    profile_ = name;
 }
 
 // The arrow keys of a group click what they reach, and a click on a bar asks for a colour.
@@ -455,8 +476,20 @@ void SensorDPI::exchangeWith(int index)
 
 // ---- The marker
 
+// A panel that is hidden or blocked by a modal window gets no release; with the drag kept, the release of a
+// later press would select a stage.
+bool SensorDPI::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::Hide)
+        abandonDrag();
+    if (event->type() == QEvent::Hide && !event->spontaneous())
+        closePicker(); // another page may show another device; a minimized window shows the same again
+    return QFrame::event(event);
+}
+
 void SensorDPI::mousePressEvent(QMouseEvent *event)
 {
+    abandonDrag(); // whose release was lost
     if (event->buttons() == Qt::NoButton || !ui->label_8->geometry().contains(event->pos()) ||
         !mouseAnswers())
         return;
@@ -486,6 +519,14 @@ void SensorDPI::returnMarker()
 {
     if (isStage(CurrentStage_))
         ui->label_8->move(StagePoint[std::size_t(CurrentStage_)]);
+}
+
+void SensorDPI::abandonDrag()
+{
+    if (!Dragging_)
+        return;
+    Dragging_ = false;
+    returnMarker();
 }
 
 void SensorDPI::drop(const QPoint &pointer)

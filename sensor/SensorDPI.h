@@ -102,6 +102,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -115,6 +116,8 @@ private:
     void applyStyle();
     void makeGroups();
     void makePicker();
+    void closePicker();
+    void followProfile(const QString &name);
     void recolor(int stage, const QColor &color);
     void showStage(int stage);
     void takeStage(int stage);
@@ -125,6 +128,7 @@ private:
     void returnSlider();
     void stepTo(int dpi);
     void returnMarker();
+    void abandonDrag();
     void drop(const QPoint &pointer);
     void dropOn(int stage);
 
@@ -140,5 +144,7 @@ private:
     bool ArmWrite_ = false; // false: the slider's next change comes from a selection and is no edit
     QColorDialog *ColorPicker_ = nullptr; // a child, from its first use on
     int pickedStage_ = 0;                 // whose bar opened it; another may be checked when it ends
+    DpiStage picked_ = {};                // as it was then
+    QString profile_;                     // the name of the one in use, as the hub told it
     QRect MarkerArea_;
 };

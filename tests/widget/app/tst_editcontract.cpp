@@ -127,6 +127,31 @@ private:
     QWindow *window_;
 };
 
+// Ways in which a pressed slider misses its release.
+const struct {
+    const char *name;
+    void (*lose)(QWidget *slider, const std::function<void()> &release);
+} losses[] = {
+    {"behind a modal window",
+     [](QWidget *slider, const std::function<void()> &release) {
+         QDialog notice(slider->window());
+         notice.open();
+         release();
+     }},
+    {"while hidden",
+     [](QWidget *slider, const std::function<void()> &release) {
+         slider->hide();
+         release();
+         slider->show();
+     }},
+    {"in another program",
+     [](QWidget *slider, const std::function<void()> &) {
+         const QPoint place(slider->width() / 2, slider->height() / 2);
+         QMouseEvent move(QEvent::MouseMove, place, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+         QCoreApplication::sendEvent(slider, &move);
+     }},
+};
+
 void dragToTheEnd(QWidget *slider)
 {
     Pointer pointer(slider);
@@ -607,6 +632,43 @@ private slots:
         const std::size_t writes = fake.updates().size();
         pointer.hover(5);
         QCOMPARE(fake.updates().size(), writes);
+    }
+
+    // However the release is lost.
+    void aPressWithoutAReleaseIsOver_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::addColumn<int>("loss");
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            for (std::size_t loss = 0; loss < std::size(losses); ++loss)
+                if (rows[i].several)
+                    QTest::addRow("%s %s", rows[i].name.constData(), losses[loss].name)
+                        << int(i) << int(loss);
+    }
+    void aPressWithoutAReleaseIsOver()
+    {
+        QFETCH(int, index);
+        QFETCH(int, loss);
+        const Row &row = rows[std::size_t(index)];
+        open(row);
+        auto *slider = static_cast<QSlider *>(control(row));
+        Pointer pointer(slider);
+        const int x = pointer.ownX();
+        const int far = slider->width() - 20;
+        pointer.press(x);
+        QVERIFY(slider->isSliderDown());
+        losses[loss].lose(slider, [&] { pointer.release(far); });
+        QVERIFY(!slider->isSliderDown());
+        DeviceRecord::edit([&row](FlashDataMap &map) { map = recordOf(row); });
+        paint(row);
+        const QStringList before = state();
+        fake.clearCalls();
+        for (const int to : {far, x, 5, far})
+            pointer.hover(to);
+        QCOMPARE(state(), before);
+        expectNothingWritten(row);
+        row.act(slider);
+        expectWritten(row);
     }
 
     // A press beside the handle repeats its step for as long as it lasts.

@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The wheel: over every control of every page it changes nothing and takes no focus; what lies under the
-// control scrolls, and so does an open list.
+// The wheel: over every control of every page and dialog it changes nothing and takes no focus; what lies
+// under the control scrolls, and so does an open list.
 #include "app/DialogMain.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"
+#include "presentation/dialogs/AddDelayTime.h"
+#include "presentation/dialogs/FireKey.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/app/Wheel.h"
 
@@ -77,6 +79,17 @@ private slots:
         QVERIFY(checkAll<QComboBox>(window) >= 8);
         QVERIFY(checkAll<QSlider>(window) >= 4);
         QVERIFY(checkAll<QSpinBox>(window) >= 3);
+    }
+
+    // OK binds what the dialog shows.
+    void inTheDialogsThatAskForANumberItChangesNothing()
+    {
+        FireKey fireKey;
+        AddDelayTime delay;
+        fireKey.show();
+        delay.show();
+        QCOMPARE(checkAll<QSpinBox>(fireKey), 2);
+        QCOMPARE(checkAll<QSpinBox>(delay), 1);
     }
 
     void whatLiesUnderTheControlScrolls()

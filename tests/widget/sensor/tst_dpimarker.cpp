@@ -168,6 +168,43 @@ private slots:
         QCOMPARE(editor.difference(), QString());
     }
 
+    void aDragWhoseReleaseIsLostIsOver_data()
+    {
+        QTest::addColumn<QString>("lost");
+        for (const char *lost : {"behind a modal window", "while hidden", "in another program"})
+            QTest::newRow(lost) << lost;
+    }
+    void aDragWhoseReleaseIsLostIsOver()
+    {
+        QFETCH(QString, lost);
+        DpiEditor editor(FastModel, 2);
+        QWindow *window = editor.panel.windowHandle();
+        const QPoint away(home(4) + 14, 168);
+        QTest::mousePress(window, Qt::LeftButton, {}, editor.marker()->geometry().center());
+        QTest::mouseMove(window, away);
+        QCOMPARE(editor.marker()->x(), home(4) + 1);
+        if (lost == "behind a modal window") {
+            QDialog notice(&editor.panel);
+            notice.open();
+            QCOMPARE(editor.marker()->pos(), StagePoint[2]);
+            QTest::mouseRelease(window, Qt::LeftButton, {}, away);
+        } else if (lost == "while hidden") {
+            editor.panel.hide();
+            QCOMPARE(editor.marker()->pos(), StagePoint[2]);
+            QTest::mouseRelease(window, Qt::LeftButton, {}, away);
+            editor.panel.show();
+        }
+        QTest::mousePress(window, Qt::LeftButton, {}, QPoint(home(6) + 14, 168));
+        QTest::mouseMove(window, away);
+        QCOMPARE(editor.marker()->pos(), StagePoint[2]);
+        QTest::mouseRelease(window, Qt::LeftButton, {}, away);
+        QVERIFY(editor.nothingWritten());
+        QCOMPARE(editor.difference(), QString());
+        editor.drag(away); // and the next drag is one
+        QCOMPARE(int(DeviceRecord::copy().CurrentDpiStage), 4);
+        QCOMPARE(editor.difference(), QString());
+    }
+
     void theMarkerOfASilentMouseStays()
     {
         DpiEditor editor(FastModel, 2);

@@ -209,6 +209,45 @@ private slots:
             QCOMPARE(editor.difference(), QString());
     }
 
+    void thePickerClosesWithItsStage_data()
+    {
+        QTest::addColumn<QString>("meanwhile");
+        for (const char *meanwhile : {"fewer stages", "another profile", "a profile with the same stages",
+                                      "no device", "the panel is hidden"})
+            QTest::newRow(meanwhile) << meanwhile;
+    }
+    void thePickerClosesWithItsStage()
+    {
+        QFETCH(QString, meanwhile);
+        DpiEditor editor(FastModel, 6);
+        emit PostMsg::instance()->SigAddConfig("Profile 1");
+        QTest::mouseClick(editor.bar(6), Qt::LeftButton);
+        editor.paint();
+        emit PostMsg::instance()->SigAddConfig("Profile 1");
+        QVERIFY(editor.picker()->isVisible());
+        if (meanwhile == "fewer stages") {
+            DeviceRecord::edit([](FlashDataMap &map) { map.DpiStageCount = 3, map.CurrentDpiStage = 1; });
+            editor.paint();
+        } else if (meanwhile == "another profile") {
+            DeviceRecord::edit([](FlashDataMap &map) { map.DpiStages[6] = map.DpiStages[5]; });
+            editor.paint();
+        } else if (meanwhile == "a profile with the same stages") {
+            emit PostMsg::instance()->SigAddConfig("Profile 2");
+        } else if (meanwhile == "no device") {
+            editor.panel.reset();
+        } else {
+            editor.panel.hide();
+            editor.panel.show();
+        }
+        QVERIFY(!editor.picker()->isVisible());
+        QVERIFY(editor.nothingWritten());
+        const int stage = editor.panel.currentStage(); // and the next question is answered
+        QTest::mouseClick(editor.bar(stage), Qt::LeftButton);
+        editor.picker()->setCurrentColor(QColor(1, 0, 254));
+        editor.picker()->accept();
+        QCOMPARE(colorText(DeviceRecord::copy().DpiStages[stage]), QString("1,0,254"));
+    }
+
     void aColorForASilentMouseIsDropped()
     {
         DpiEditor editor(FastModel, 3);
