@@ -167,7 +167,7 @@ void Advanced::applyStyle()
     ui->KFPS->setStyleSheet(style::switchButton(PicturePath_));
     for (QCheckBox *box : {ui->checkBox, ui->checkBox_2})
         box->setStyleSheet(style::checkBox(PicturePath_, labelColor));
-    ui->AngleSet->setStyleSheet(style::thumbSlider(PicturePath_));
+    ui->AngleSet->setStyleSheet(style::centredSlider());
 }
 
 // ---- What a record shows ------------------------------------------------------------------------

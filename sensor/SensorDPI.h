@@ -12,6 +12,7 @@
 #include <QFrame>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QColorDialog;
 
@@ -125,6 +126,7 @@ private:
     void returnSlider();
     void stepTo(int dpi);
     void returnMarker();
+    std::optional<int> targetAt(const QPoint &pointer) const;
     void drop(const QPoint &pointer);
     void dropOn(int stage);
 

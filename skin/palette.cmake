@@ -64,6 +64,7 @@ set(look_keyCheck plate=${accentTint} edge=${accent} edgeWidth=2 ink=${accent} b
 set(look_stage plateTop=${surface3} plate=${surface2} edge=${lineStrong} ink=${ink} bar=${lineStrong})
 set(look_stageHover plateTop=${raised} plate=${surface3} edge=${inkDim} ink=${ink} bar=${inkDim})
 set(look_stageClick plateTop=${groundLow} plate=${surface1} edge=${accent} ink=${ground} bar=${accentMid})
+set(look_stageTarget plateTop=${raised} plate=${surface3} edge=${accent} edgeWidth=2 ink=${ink} bar=${accent})
 set(look_stageCheck plateTop=${accentDark} plate=${accentTint} edge=${accent} edgeWidth=2 ink=${ink} bar=${accent})
 
 set(look_colorBar edge=${lineStrong} corner=1.5 seam=none seamOpacity=0)

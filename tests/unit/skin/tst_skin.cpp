@@ -204,7 +204,6 @@ void tst_skin::statesDifferByMoreThanHue_data()
     for (const char *stem : {"Sensor/MinB", "Sensor/MaxB"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover")};
     QTest::newRow("Sensor/ switches") << QStringList{QStringLiteral("Open"), QStringLiteral("Close")};
-    QTest::newRow("Advanced/Thumb") << three + QStringList{QStringLiteral("Off")};
     for (const char *stem : {"DialogChange/CheckBox", "Sensor/CheckBox", "Advanced/CheckBox"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check"),
                                            QStringLiteral("CheckHover")};

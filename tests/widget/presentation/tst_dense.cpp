@@ -92,15 +92,6 @@ private slots:
         check(&box, folder, "Menu");
     }
 
-    void theThumbOfASlider()
-    {
-        const QString folder = style::pictureFolder(QStringLiteral("Advanced"));
-        QSlider slider(Qt::Horizontal);
-        slider.setFixedSize(200, 32);
-        slider.setStyleSheet(style::thumbSlider(folder));
-        check(&slider, folder, "Thumb");
-    }
-
     void theMarkOfACheckBox()
     {
         const QString folder = style::pictureFolder(QStringLiteral("DialogChange"));
