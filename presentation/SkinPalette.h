@@ -20,5 +20,7 @@ void applySkin();
 // Styles a combo box and its list with the pictures in `folder`.
 void styleComboBox(QComboBox *box, const QString &folder);
 
-// Masks the window's corners outside the radius of the background picture.
-void roundCorners(QWidget *window);
+constexpr int WindowRadius = 12; // of the backgrounds' pictures
+
+// Masks the window's corners outside the radius.
+void roundCorners(QWidget *window, int radius = WindowRadius);
