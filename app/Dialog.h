@@ -69,6 +69,7 @@ private:
     void writeCache();
     void beginDevice(const DeviceAllInfo &info);
     void showAway(bool away);
+    void showCharge(bool low);
 
     struct Navigation {
         QToolButton *button;
