@@ -125,16 +125,16 @@ constexpr char SwitchButton[] =
     "QToolButton:checked{background-image: url(%POpen.png);}"
     "QToolButton:checked:hover{background-image: url(%POpenHover.png);}"
     "QToolButton:checked:pressed{background-image: url(%POpenClick.png);}";
-// %1 filled part, %2 handle, %3 background, %4 groove and disabled parts.
-constexpr char Slider[] =
-    "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background: rgba(%4,90);}"
-    "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background: rgb(%1);}"
-    "QSlider::handle:horizontal{width: 12px;margin: -6px 0px;border: 2px solid rgb(%2);"
-    "border-radius: 8px;background: rgb(%2);}"
-    "QSlider::handle:horizontal:hover{border-color: rgb(%1);}"
-    "QSlider::handle:horizontal:pressed{border-color: rgb(%1);background: rgb(%1);}"
-    "QSlider::sub-page:horizontal:disabled{background: rgba(%4,90);}"
-    "QSlider::handle:horizontal:disabled{border-color: rgb(%4);background: rgb(%3);}";
+// %1 filled part, %2 handle, %3 background, %4 disabled parts, %5 groove.
+constexpr char Slider[] = "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background: rgb(%5);}"
+                          "QSlider::groove:horizontal:disabled{background: rgba(%4,90);}"
+                          "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background: rgb(%1);}"
+                          "QSlider::handle:horizontal{width: 12px;margin: -6px 0px;border: 2px solid rgb(%2);"
+                          "border-radius: 8px;background: rgb(%2);}"
+                          "QSlider::handle:horizontal:hover{border-color: rgb(%1);}"
+                          "QSlider::handle:horizontal:pressed{border-color: rgb(%1);background: rgb(%1);}"
+                          "QSlider::sub-page:horizontal:disabled{background: rgba(%4,90);}"
+                          "QSlider::handle:horizontal:disabled{border-color: rgb(%4);background: rgb(%3);}";
 constexpr char EmptySlider[] = "QLabel{margin: 10px 0px;border-radius: 2px;background: rgba(%1,40);}";
 constexpr char Caption[] = "QLabel{color: rgb(%1);}QLabel:disabled{color: rgb(%2);}";
 constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
@@ -145,7 +145,7 @@ constexpr char QuotedText[] =
     "padding: 2px 4px;selection-color: rgb(%2);selection-background-color: rgb(%3);}";
 constexpr char StageButton[] =
     "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
-    "background-image: url(%P%1.png);color: rgb(%2;);}";
+    "background-image: url(%P%1);color: rgb(%2;);}";
 constexpr char StageButtonStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}"
                                      "QToolButton:pressed{background-image: url(%P%1Click.png);}";
 constexpr char StageButtonChosen[] = "QToolButton{font-weight: bold;}";
@@ -296,7 +296,7 @@ QString slider()
 {
     return compose(Slider, {},
                    {color("SliderColor"), color("LabelColor"), color("ComboxBackGroundColor"),
-                    color("LinEditColorSecond")});
+                    color("LinEditColorSecond"), listed(outlineColor())});
 }
 
 QString centredSlider() { return slider() + QLatin1String(UnfilledSlider); }
@@ -321,15 +321,15 @@ QString lineEdit()
 
 QString stageButton(const QString &folder, const QString &color, bool selected)
 {
-    return selected ? compose(StageButton, folder, {QStringLiteral("MaxA"), color}) +
+    return selected ? compose(StageButton, folder, {QStringLiteral("MaxA.png"), color}) +
                           QLatin1String(StageButtonChosen)
-                    : compose(StageButton, folder, {QStringLiteral("MinA"), color}) +
+                    : compose(StageButton, folder, {QStringLiteral("MinA.png"), color}) +
                           compose(StageButtonStates, folder, {QStringLiteral("MinA")});
 }
 
 QString stageTarget(const QString &folder, const QString &color)
 {
-    return compose(StageButton, folder, {QStringLiteral("MinATarget"), color});
+    return compose(StageButton, folder, {QStringLiteral("MinATarget.png"), color});
 }
 
 QString hoverPicture(const QString &folder, const QString &name)
