@@ -7,6 +7,7 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QEvent>
+#include <QIcon>
 #include <QPainter>
 #include <QStyledItemDelegate>
 #include <qdrawutil.h>
@@ -65,13 +66,18 @@ protected:
             return false;
         QPainter painter(window());
         painter.drawPixmap(0, 0, ground_);
-        qDrawBorderPixmap(&painter, window()->rect(), QMargins(Slice, Slice, Slice, Slice),
-                          QPixmap(picture_));
+        qDrawBorderPixmap(&painter, window()->rect(), QMargins(Slice, Slice, Slice, Slice), framePicture());
         return true;
     }
 
 private:
     QWidget *window() const { return box_->view()->window(); }
+    // An icon takes the double picture where the screen has two pixels for each.
+    QPixmap framePicture() const
+    {
+        const QIcon icon(picture_);
+        return icon.pixmap(window()->windowHandle(), icon.availableSizes().value(0));
+    }
     void takeGround()
     {
         QWidget *page = box_->window();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/ToolTips.h"
 
+#include "presentation/Motion.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 
@@ -127,6 +128,7 @@ void ToolTips::show(QWidget *widget, const QPoint &pointer)
     bubble_->move(placeOf(bubble_->size(), anchorOf(widget, pointer), window->rect()));
     bubble_->raise();
     bubble_->show();
+    fadeIn(bubble_);
 }
 
 void ToolTips::hide()

@@ -4,6 +4,7 @@
 // Controls in the skin that ships, from their pixels: the open list of a box, tool tips, the focus and groups
 // of choices, the slider over two sides, and what is off.
 #include "environment/DataRoot.h"
+#include "presentation/Motion.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"
@@ -13,6 +14,8 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QListView>
+#include <QScopeGuard>
+#include <QTemporaryDir>
 #include <QToolTip>
 #include <cmath>
 
@@ -171,6 +174,7 @@ private slots:
         QVERIFY(!tip->geometry().intersects(button.geometry()));
         QCOMPARE(tip->width(), 260);
         QVERIFY(tip->height() >= tip->heightForWidth(260));
+        QTRY_VERIFY(!tip->graphicsEffect());
         const QImage shot = shotOf(&window);
         const QColor plate = shot.pixelColor(tip->geometry().topLeft() + QPoint(4, tip->height() / 2));
         QCOMPARE(plate, skinColor("ComboxBackGroundColor"));
@@ -180,6 +184,52 @@ private slots:
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(&button, &leave);
         QVERIFY(!tip->isVisible());
+    }
+
+    void motionIsForThoseWhoWantIt_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("moves");
+        const QString gtk = "gtk-3.0/settings.ini";
+        QTest::newRow("nothing said") << gtk << QByteArray("[Settings]\n") << true;
+        QTest::newRow("GTK on") << gtk << QByteArray("[Settings]\ngtk-enable-animations=true\n") << true;
+        QTest::newRow("GTK off") << gtk << QByteArray("[Settings]\ngtk-enable-animations=false\n") << false;
+        QTest::newRow("GTK 0") << gtk << QByteArray("[Settings]\ngtk-enable-animations=0\n") << false;
+        QTest::newRow("GTK 4 off") << "gtk-4.0/settings.ini"
+                                   << QByteArray("[Settings]\ngtk-enable-animations=false\n") << false;
+        QTest::newRow("KDE slow") << "kdeglobals" << QByteArray("[KDE]\nAnimationDurationFactor=2\n") << true;
+        QTest::newRow("KDE off") << "kdeglobals" << QByteArray("[KDE]\nAnimationDurationFactor=0\n") << false;
+    }
+    void motionIsForThoseWhoWantIt()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QFETCH(bool, moves);
+        const QTemporaryDir config;
+        QVERIFY(QDir(config.path()).mkpath(QFileInfo(file).path()));
+        QFile settings(config.filePath(file));
+        QVERIFY(settings.open(QIODevice::WriteOnly) && settings.write(content) == content.size());
+        settings.close();
+        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
+        const auto restored = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"); });
+        QVERIFY(motionTime() == 0 || (motionTime() >= 120 && motionTime() <= 150));
+        QCOMPARE(motionTime() > 0, moves);
+        Window window;
+        QToolButton button(&window);
+        button.setCheckable(true);
+        button.setToolTip("A tip");
+        button.setGeometry(60, 60, 44, 24);
+        switchSoftly(&button, style::pictureFolder("Sensor"));
+        button.show();
+        button.click();
+        QCOMPARE(button.findChild<QWidget *>("MotionCover") != nullptr, moves);
+        point(&button);
+        QVERIFY(bubble(&window)->isVisible());
+        QCOMPARE(bubble(&window)->graphicsEffect() != nullptr, moves);
+        QTRY_VERIFY(!button.findChild<QWidget *>("MotionCover")); // both end and leave nothing
+        QTRY_VERIFY(!bubble(&window)->graphicsEffect());
+        QVERIFY(bubble(&window)->isVisible());
     }
 
     void theRingIsNotOfTheCheckedColor()
