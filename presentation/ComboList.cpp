@@ -7,8 +7,8 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QEvent>
-#include <QIcon>
 #include <QPainter>
+#include <QPixmap>
 #include <QStyledItemDelegate>
 #include <qdrawutil.h>
 
@@ -66,18 +66,15 @@ protected:
             return false;
         QPainter painter(window());
         painter.drawPixmap(0, 0, ground_);
-        qDrawBorderPixmap(&painter, window()->rect(), QMargins(Slice, Slice, Slice, Slice), framePicture());
+        const QPixmap frame = skinPicture(picture_, window());
+        const int slice = int(Slice * frame.devicePixelRatio()); // the source is measured in its own pixels
+        qDrawBorderPixmap(&painter, window()->rect(), QMargins(Slice, Slice, Slice, Slice), frame,
+                          frame.rect(), QMargins(slice, slice, slice, slice));
         return true;
     }
 
 private:
     QWidget *window() const { return box_->view()->window(); }
-    // An icon takes the double picture where the screen has two pixels for each.
-    QPixmap framePicture() const
-    {
-        const QIcon icon(picture_);
-        return icon.pixmap(window()->windowHandle(), icon.availableSizes().value(0));
-    }
     void takeGround()
     {
         QWidget *page = box_->window();

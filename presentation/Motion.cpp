@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/Motion.h"
 
+#include "presentation/SkinPalette.h"
+
 #include <QAbstractButton>
 #include <QGraphicsOpacityEffect>
-#include <QIcon>
 #include <QPainter>
 #include <QPropertyAnimation>
 #include <QSettings>
@@ -77,8 +78,8 @@ void switchSoftly(QAbstractButton *button, const QString &folder)
         if (!button->isVisible() || motionTime() == 0)
             return;
         delete button->findChild<QWidget *>(CoverName);
-        const QIcon before(folder + (on ? QStringLiteral("Close.png") : QStringLiteral("Open.png")));
-        auto *cover = new Cover(before.pixmap(button->window()->windowHandle(), button->size()), button);
+        const QString before = folder + (on ? QStringLiteral("Close.png") : QStringLiteral("Open.png"));
+        auto *cover = new Cover(skinPicture(before, button), button);
         cover->show();
     });
 }

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QListView>
 #include <QPalette>
+#include <QPixmap>
 #include <QStyleFactory>
 #include <QToolTip>
 #include <cmath>
@@ -26,6 +27,16 @@ QColor skinColor(const char *key)
 {
     const QStringList parts = style::color(key).split(QLatin1Char(','));
     return parts.size() == 3 ? QColor(parts[0].toInt(), parts[1].toInt(), parts[2].toInt()) : QColor();
+}
+
+QPixmap skinPicture(const QString &path, const QWidget *on)
+{
+    const QString doublePath = path.chopped(4) + QStringLiteral("@2x.png");
+    QPixmap twice = on->devicePixelRatioF() > 1 ? QPixmap(doublePath) : QPixmap();
+    if (twice.isNull())
+        return QPixmap(path);
+    twice.setDevicePixelRatio(2);
+    return twice;
 }
 
 void applySkin()
