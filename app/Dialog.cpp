@@ -37,7 +37,14 @@ constexpr int StripGap = 8;
 constexpr double AwayOpacity = 0.4;
 
 const QString LowColor = QStringLiteral("152, 43, 34");
+const QString LowTextColor = QStringLiteral("255,107,94");
 const QString FullColor = QStringLiteral("0, 255, 153");
+
+void explain(QWidget *state, const QString &text)
+{
+    state->setToolTip(text);
+    state->setAccessibleDescription(text);
+}
 
 } // namespace
 
@@ -68,6 +75,7 @@ Dialog::Dialog(QWidget *parent)
     setWindowFlags(FramelessFlags);
     setFixedSize(size());
     ui->progressBar->setStyleSheet(style::batteryBar(FullColor));
+    ui->BatteryButtonC->raise(); // rounds the corners of the fill
     installCrashFilter();
     SlotSecondDialog();
     connectSignals();
@@ -95,9 +103,8 @@ void Dialog::applyStyle()
     ui->UpArrow->setStyleSheet(style::titleButton(pictures_, QStringLiteral("UpArrow")));
     ui->MinButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Min")));
     ui->CloseButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Close")));
-    ui->BatteryButtonC->setStyleSheet(style::tile(pictures_, QStringLiteral("Battery.png")));
+    showCharge(false);
     ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Charg.png")));
-    ui->label_2->setStyleSheet(style::label(labelColor));
     ui->label_3->setStyleSheet(style::label(labelColor));
     for (QFrame *line : {ui->line, ui->line_8, ui->line_9})
         line->setStyleSheet(style::hairline(labelColor, LineOpacity));
@@ -282,6 +289,16 @@ void Dialog::SlotIsUsb(bool Usb, bool)
 {
     const QString name = Usb ? QStringLiteral("OnLineUsb.png") : QStringLiteral("OnLineWifi.png");
     ui->label_4->setStyleSheet(style::stretchedPicture(pictures_, name));
+    explain(ui->label_4,
+            language::text(language::Section::home, Usb ? "LinkCable" : "LinkRadio", LanguageIndex));
+}
+
+// The dark red of the fill alone does not stand out from the shell, so the shell and the figure warn as well.
+void Dialog::showCharge(bool low)
+{
+    const QString shell = low ? QStringLiteral("BatteryLow.png") : QStringLiteral("Battery.png");
+    ui->BatteryButtonC->setStyleSheet(style::tile(pictures_, shell));
+    ui->label_2->setStyleSheet(style::label(low ? LowTextColor : style::color("LabelColor")));
 }
 
 void Dialog::SlotBattery(bool IsCharg, int Number, bool IsText)
@@ -290,6 +307,9 @@ void Dialog::SlotBattery(bool IsCharg, int Number, bool IsText)
     ui->progressBar->setValue(Number);
     ui->label_2->setText(QString::number(Number) + (IsText ? QStringLiteral("%") : QString()));
     ui->progressBar->setStyleSheet(style::batteryBar(Number < LowBattery ? LowColor : FullColor));
+    showCharge(Number < LowBattery);
+    const QString level = language::choice("receiverStatusList", QStringLiteral("battery"), LanguageIndex);
+    explain(ui->BatteryButtonC, QStringLiteral("%1: %2%").arg(level).arg(Number));
 }
 
 // A load that begins while the wait dialog is open is covered by the same dialog.

@@ -73,6 +73,7 @@ private:
     void showAway(bool away);
     void showTitle();
     void makeRoomInHead();
+    void showCharge(bool low);
 
     struct Navigation {
         QToolButton *button;

@@ -2,16 +2,23 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/FocusRing.h"
 
+#include <QAbstractScrollArea>
 #include <QApplication>
+#include <QCheckBox>
 #include <QFocusEvent>
 #include <QPainter>
+#include <QStyle>
 
 namespace
 {
 
 constexpr int Gap = 2;
 constexpr int LineWidth = 2;
-constexpr int Radius = 8;
+constexpr double Radius = 10;
+constexpr double BarRadius = 5;
+// Heights of controls with round ends (switches, marks on a picture), and of lower ones (colour bars).
+constexpr int RoundFrom = 20;
+constexpr int RoundTo = 28;
 
 bool fromKeyboard(const QEvent *event)
 {
@@ -20,7 +27,51 @@ bool fromKeyboard(const QEvent *event)
            reason == Qt::ShortcutFocusReason;
 }
 
-class Outline : public QWidget
+// Of a check box its mark and its text, which may be much narrower than the widget.
+QRect drawnPart(const QWidget *control)
+{
+    if (!qobject_cast<const QCheckBox *>(control))
+        return control->rect();
+    return QStyle::alignedRect(control->layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter,
+                               control->sizeHint().boundedTo(control->size()), control->rect());
+}
+
+double radiusAround(const QWidget *control)
+{
+    const int height = control->height();
+    if (!qobject_cast<const QAbstractButton *>(control) || qobject_cast<const QCheckBox *>(control) ||
+        height > RoundTo)
+        return Radius;
+    return height < RoundFrom ? BarRadius : height / 2.0 + Gap + LineWidth;
+}
+
+bool isScrolled(const QWidget *widget)
+{
+    const QWidget *viewport = widget->parentWidget();
+    const auto *area =
+        viewport ? qobject_cast<const QAbstractScrollArea *>(viewport->parentWidget()) : nullptr;
+    return area && area->viewport() == viewport;
+}
+
+QRect ringIn(const QWidget *ground, const QWidget *control)
+{
+    const QRect part = drawnPart(control);
+    const int room = Gap + LineWidth;
+    return QRect(control->mapTo(ground, part.topLeft()), part.size()).adjusted(-room, -room, room, room);
+}
+
+// The nearest ancestor with room for the ring, but none beyond a list that scrolls, which moves and cuts it.
+QWidget *groundOf(const QWidget *control)
+{
+    QWidget *ground = control->parentWidget();
+    while (!ground->isWindow() && !isScrolled(ground) && !ground->rect().contains(ringIn(ground, control)))
+        ground = ground->parentWidget();
+    return ground;
+}
+
+} // namespace
+
+class FocusRing::Outline : public QWidget
 {
 public:
     Outline(const QColor &color, QWidget *parent) : QWidget(parent), ink_(color)
@@ -29,6 +80,11 @@ public:
         setAttribute(Qt::WA_TransparentForMouseEvents);
         setFocusPolicy(Qt::NoFocus);
     }
+    void follow(const QWidget *control)
+    {
+        radius_ = radiusAround(control);
+        setGeometry(ringIn(parentWidget(), control).intersected(parentWidget()->rect()));
+    }
 
 protected:
     void paintEvent(QPaintEvent *) override
@@ -36,14 +92,13 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(QPen(ink_, LineWidth));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Radius, Radius);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius_ - 1, radius_ - 1);
     }
 
 private:
     QColor ink_;
+    double radius_ = Radius;
 };
-
-} // namespace
 
 void FocusRing::install(const QColor &color)
 {
@@ -54,42 +109,41 @@ void FocusRing::install(const QColor &color)
 
 FocusRing::FocusRing(const QColor &color) : QObject(qApp), ink_(color) { qApp->installEventFilter(this); }
 
+FocusRing::~FocusRing() = default;
+
 bool FocusRing::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::FocusIn && watched->isWidgetType() && fromKeyboard(event)) {
+    const QEvent::Type type = event->type();
+    if (type == QEvent::FocusIn && watched->isWidgetType() && fromKeyboard(event)) {
         surround(static_cast<QWidget *>(watched));
-    } else if (control_ && watched == control_) {
-        const QEvent::Type type = event->type();
-        if (type == QEvent::Move || type == QEvent::Resize) {
-            follow();
-        } else if (type == QEvent::FocusOut || type == QEvent::Hide) {
-            control_ = nullptr;
-            if (outline_)
-                outline_->hide();
-        }
+    } else if (control_ && outline_ && (type == QEvent::Move || type == QEvent::Resize)) {
+        if (watched == control_ || (watched->isWidgetType() && isBetween(static_cast<QWidget *>(watched))))
+            outline_->follow(control_);
+    } else if (control_ && watched == control_ && (type == QEvent::FocusOut || type == QEvent::Hide)) {
+        control_ = nullptr;
+        if (outline_)
+            outline_->hide();
     }
     return false;
 }
 
+// An ancestor of the control within the widget on which the ring is drawn.
+bool FocusRing::isBetween(const QWidget *widget) const
+{
+    return widget->isAncestorOf(control_) && outline_->parentWidget()->isAncestorOf(widget);
+}
+
 void FocusRing::surround(QWidget *widget)
 {
-    QWidget *ground = widget->parentWidget();
-    if (!ground || widget->isWindow())
+    if (!widget->parentWidget() || widget->isWindow())
         return;
     control_ = widget;
+    QWidget *ground = groundOf(widget);
     if (!outline_)
         outline_ = new Outline(ink_, ground);
     else if (outline_->parentWidget() != ground)
         outline_->setParent(ground);
-    follow();
+    outline_->follow(widget);
     outline_->show();
     outline_->raise();
-}
-
-void FocusRing::follow()
-{
-    const int room = Gap + LineWidth;
-    const QRect around = control_->geometry().adjusted(-room, -room, room, room);
-    if (outline_)
-        outline_->setGeometry(around.intersected(outline_->parentWidget()->rect()));
 }

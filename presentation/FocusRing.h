@@ -14,16 +14,19 @@ class FocusRing : public QObject
 public:
     // Serves all windows of the application until it ends. Main thread.
     static void install(const QColor &color);
+    ~FocusRing() override;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    class Outline;
+
     explicit FocusRing(const QColor &color);
     void surround(QWidget *control);
-    void follow();
+    bool isBetween(const QWidget *widget) const;
 
     QColor ink_;
     QPointer<QWidget> control_;
-    QPointer<QWidget> outline_; // a sibling of the control, so that it moves with the window
+    QPointer<Outline> outline_; // in the same window as the control, so that it moves with it
 };

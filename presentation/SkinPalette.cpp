@@ -2,13 +2,16 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/SkinPalette.h"
 
+#include "presentation/ComboList.h"
 #include "presentation/FocusRing.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/ToolTips.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QListView>
 #include <QPalette>
+#include <QPixmap>
 #include <QStyleFactory>
 #include <QToolTip>
 #include <cmath>
@@ -17,7 +20,6 @@ namespace
 {
 
 constexpr int VisibleItems = 5;
-constexpr int CornerRadius = 12; // of the backgrounds' pictures
 
 } // namespace
 
@@ -25,6 +27,16 @@ QColor skinColor(const char *key)
 {
     const QStringList parts = style::color(key).split(QLatin1Char(','));
     return parts.size() == 3 ? QColor(parts[0].toInt(), parts[1].toInt(), parts[2].toInt()) : QColor();
+}
+
+QPixmap skinPicture(const QString &path, const QWidget *on)
+{
+    const QString doublePath = path.chopped(4) + QStringLiteral("@2x.png");
+    QPixmap twice = on->devicePixelRatioF() > 1 ? QPixmap(doublePath) : QPixmap();
+    if (twice.isNull())
+        return QPixmap(path);
+    twice.setDevicePixelRatio(2);
+    return twice;
 }
 
 void applySkin()
@@ -40,7 +52,8 @@ void applySkin()
     palette.setColor(QPalette::ToolTipText, ink);
     QApplication::setPalette(palette);
     QToolTip::setPalette(palette);
-    FocusRing::install(skinColor("SliderColor"));
+    FocusRing::install(ink); // the accent marks what is checked
+    ToolTips::install();
 }
 
 void styleComboBox(QComboBox *box, const QString &folder)
@@ -52,18 +65,19 @@ void styleComboBox(QComboBox *box, const QString &folder)
     box->setStyleSheet(style::comboBox(folder, style::color("ComboxTextColor"), selectColor));
     box->setView(list);
     box->setMaxVisibleItems(VisibleItems);
+    frameComboList(box, folder + QStringLiteral("ComboboxTextBack.png"));
 }
 
 // Built row by row, because a polygon region loses half a pixel at the right and bottom edges. Pixels that
 // the curve touches stay in the region, so that the background's outline is complete.
-void roundCorners(QWidget *window)
+void roundCorners(QWidget *window, int radius)
 {
     const int width = window->width();
     const int height = window->height();
-    QRegion region(0, CornerRadius, width, height - 2 * CornerRadius);
-    for (int row = 0; row < CornerRadius; ++row) {
-        const double rise = CornerRadius - row - 0.5;
-        const int inset = int(CornerRadius - std::sqrt(CornerRadius * CornerRadius - rise * rise));
+    QRegion region(0, radius, width, height - 2 * radius);
+    for (int row = 0; row < radius; ++row) {
+        const double rise = radius - row - 0.5;
+        const int inset = int(radius - std::sqrt(radius * radius - rise * rise));
         region += QRect(inset, row, width - 2 * inset, 1);
         region += QRect(inset, height - 1 - row, width - 2 * inset, 1);
     }

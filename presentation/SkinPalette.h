@@ -9,10 +9,15 @@
 #include <QString>
 
 class QComboBox;
+class QPixmap;
 class QWidget;
 
 // A colour of the catalogue's general section.
 QColor skinColor(const char *key);
+
+// A picture as a style sheet on that widget would show it: the double one where the screen has two pixels for
+// each.
+QPixmap skinPicture(const QString &path, const QWidget *on);
 
 // Sets the toolkit style and the skin's colours of the application. Main thread, before any window.
 void applySkin();
@@ -20,5 +25,7 @@ void applySkin();
 // Styles a combo box and its list with the pictures in `folder`.
 void styleComboBox(QComboBox *box, const QString &folder);
 
-// Masks the window's corners outside the radius of the background picture.
-void roundCorners(QWidget *window);
+constexpr int WindowRadius = 12; // of the backgrounds' pictures
+
+// Masks the window's corners outside the radius.
+void roundCorners(QWidget *window, int radius = WindowRadius);

@@ -47,6 +47,7 @@ constexpr char CheckBox[] = "QCheckBox{color: rgb(%1;);}"
                             "QCheckBox::indicator:unchecked {image: url(%PCheckBox.png);}";
 // The toolkit loads @2x pictures for background-image and border-image but not for `image`.
 constexpr char CheckBoxMarks[] =
+    "QCheckBox{outline: none;}" // the focus has a ring
     "QCheckBox::indicator{width: 18px;height: 18px;background-position: center;"
     "background-repeat: no-repeat;}"
     "QCheckBox::indicator:checked{image: none;background-image: url(%PCheckBoxCheck.png);}"
@@ -62,6 +63,7 @@ constexpr char ComboBox[] =
     "QComboBox QAbstractItemView {outline: 0px solid gray; border: 1px  solid gray;color: rgb(%2); "
     "border-image: url(%PComboboxTextBack.png);selection-background-color: rgb(%2); }";
 constexpr char Groove[] = "66,76,83";
+constexpr char OffInk[] = "102,114,111"; // text of what cannot be used, dimmer than any other
 // Removes the drop-down button's frame and keeps the text off the rounded end. The pictures contain the
 // outline. combobox-popup: 0 gives a list that scrolls; a menu would show all rows.
 constexpr char ComboBoxFinish[] =
@@ -71,8 +73,10 @@ constexpr char ComboBoxFinish[] =
     "QComboBox::drop-down:enabled{background-image: url(%PMenu.png);}"
     "QComboBox::drop-down:enabled:on{background-image: url(%PMenuClicked.png);}"
     "QComboBox::down-arrow,QComboBox::down-arrow:on{image: none;}"
-    "QComboBox QAbstractItemView{border: 0px;color: rgb(%1);padding: 5px;}"
-    "QComboBox:disabled{border: 1px dashed rgb(%3);border-image: none;color: rgb(%2);padding-left: 8px;}";
+    "QComboBox QAbstractItemView{border: 0px;border-image: none;background: transparent;color: rgb(%1);"
+    "padding: 5px;}"
+    "QComboBox:disabled{border: 1px solid rgb(%3);border-radius: 6px;border-image: none;"
+    "color: rgb(%2);padding-left: 8px;}";
 constexpr char ComboBoxBack[] = "QComboBox{border-image: url(%P%1);}";
 // Dark text on the selection's colour, for contrast.
 constexpr char ComboListFinish[] = "QListView::item:selected{color: rgb(%1);border-radius: 4px;}"
@@ -110,13 +114,8 @@ constexpr char BatteryBar[] = "#progressBar{border: none;background-color: trans
 constexpr char Strip[] = "#%1{border: 1px solid rgb(%2);border-radius: 6px;background-color: rgb(%3);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
-constexpr char ThumbSlider[] =
-    "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: url(%PGroove.png);}"
-    "QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px 0px;background-position:center;"
-    "background-repeat:no-repeat;background-image: url(%PThumb.png);}"
-    "QSlider::handle:horizontal:hover{background-image: url(%PThumbHover.png);}"
-    "QSlider::handle:horizontal:pressed{background-image: url(%PThumbClick.png);}"
-    "QSlider::handle:horizontal:disabled{background-image: url(%PThumbOff.png);}";
+constexpr char UnfilledSlider[] =
+    "QSlider::sub-page:horizontal,QSlider::sub-page:horizontal:disabled{background: transparent;}";
 // Shows the handle only; the scroll bar needs no background.
 constexpr char ScrollArea[] =
     "QScrollArea,QScrollArea>QWidget>QWidget{border:0px;background: transparent;}"
@@ -132,16 +131,16 @@ constexpr char SwitchButton[] =
     "QToolButton:checked{background-image: url(%POpen.png);}"
     "QToolButton:checked:hover{background-image: url(%POpenHover.png);}"
     "QToolButton:checked:pressed{background-image: url(%POpenClick.png);}";
-// %1 filled part, %2 handle, %3 background, %4 groove and disabled parts.
-constexpr char Slider[] =
-    "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background: rgba(%4,90);}"
-    "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background: rgb(%1);}"
-    "QSlider::handle:horizontal{width: 12px;margin: -6px 0px;border: 2px solid rgb(%2);"
-    "border-radius: 8px;background: rgb(%2);}"
-    "QSlider::handle:horizontal:hover{border-color: rgb(%1);}"
-    "QSlider::handle:horizontal:pressed{border-color: rgb(%1);background: rgb(%1);}"
-    "QSlider::sub-page:horizontal:disabled{background: rgba(%4,90);}"
-    "QSlider::handle:horizontal:disabled{border-color: rgb(%4);background: rgb(%3);}";
+// %1 filled part, %2 handle, %3 background, %4 disabled parts, %5 groove.
+constexpr char Slider[] = "QSlider::groove:horizontal{height: 4px;border-radius: 2px;background: rgb(%5);}"
+                          "QSlider::groove:horizontal:disabled{background: rgba(%4,90);}"
+                          "QSlider::sub-page:horizontal{height: 4px;border-radius: 2px;background: rgb(%1);}"
+                          "QSlider::handle:horizontal{width: 12px;margin: -6px 0px;border: 2px solid rgb(%2);"
+                          "border-radius: 8px;background: rgb(%2);}"
+                          "QSlider::handle:horizontal:hover{border-color: rgb(%1);}"
+                          "QSlider::handle:horizontal:pressed{border-color: rgb(%1);background: rgb(%1);}"
+                          "QSlider::sub-page:horizontal:disabled{background: rgba(%4,90);}"
+                          "QSlider::handle:horizontal:disabled{border-color: rgb(%4);background: rgb(%3);}";
 constexpr char EmptySlider[] = "QLabel{margin: 10px 0px;border-radius: 2px;background: rgba(%1,40);}";
 constexpr char Caption[] = "QLabel{color: rgb(%1);}QLabel:disabled{color: rgb(%2);}";
 constexpr char Readout[] = "QSpinBox{border: 0px;background: transparent;color: rgb(%1);}";
@@ -152,19 +151,17 @@ constexpr char QuotedText[] =
     "padding: 2px 4px;selection-color: rgb(%2);selection-background-color: rgb(%3);}";
 constexpr char StageButton[] =
     "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
-    "background-image: url(%P%1.png);color: rgb(%2;);}";
+    "background-image: url(%P%1);color: rgb(%2;);}";
 constexpr char StageButtonStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}"
                                      "QToolButton:pressed{background-image: url(%P%1Click.png);}";
 constexpr char StageButtonChosen[] = "QToolButton{font-weight: bold;}";
+constexpr char HoverPicture[] = "QLabel:hover{background-image: url(%P%1);}";
 constexpr char ColorBar[] =
     "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%P%1.png);background-color: rgb(%2;);}";
 constexpr char ColorBarStates[] = "QToolButton:hover{background-image: url(%P%1Hover.png);}";
 constexpr char TiledPicture[] = "QLabel{border:0px;background-position:left;background-repeat:repeat-x;"
                                 "background-image: url(%P%1);}";
-constexpr char FramedReadout[] =
-    "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
-    "border-radius: 6px;font-weight: bold;}";
 constexpr char SpinBox[] =
     "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);border-radius: 6px;"
     "padding: 0px 28px 0px 8px;}"
@@ -178,6 +175,11 @@ constexpr char SpinBox[] =
     "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
     "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}";
 
+QString listed(const QColor &color)
+{
+    return QStringLiteral("%1,%2,%3").arg(color.red()).arg(color.green()).arg(color.blue());
+}
+
 } // namespace
 
 namespace style
@@ -187,6 +189,8 @@ QString pictureFolder(const QString &page)
 {
     return applicationFolder() + QStringLiteral("/Picture/") + page + QLatin1Char('/');
 }
+
+QColor outlineColor() { return {111, 125, 134}; }
 
 QString color(const char *key) { return DeviceCatalogue().colour(key); }
 
@@ -233,7 +237,7 @@ QString checkBox(const QString &folder, const QString &color)
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
 {
     return compose(ComboBox, folder, {textColor, selectColor}) +
-           compose(ComboBoxFinish, folder, {textColor, color("LinEditColorSecond"), QLatin1String(Groove)});
+           compose(ComboBoxFinish, folder, {textColor, QLatin1String(OffInk), QLatin1String(Groove)});
 }
 
 QString comboBoxBack(const QString &folder, const QString &name)
@@ -295,20 +299,20 @@ QString hairline(const QString &color, int opacity)
     return compose(Hairline, {}, {color, QString::number(opacity)});
 }
 
-QString thumbSlider(const QString &folder) { return compose(ThumbSlider, folder, {}); }
-
 QString switchButton(const QString &folder) { return compose(SwitchButton, folder, {}); }
 
 QString slider()
 {
     return compose(Slider, {},
                    {color("SliderColor"), color("LabelColor"), color("ComboxBackGroundColor"),
-                    color("LinEditColorSecond")});
+                    color("LinEditColorSecond"), listed(outlineColor())});
 }
+
+QString centredSlider() { return slider() + QLatin1String(UnfilledSlider); }
 
 QString emptySlider() { return compose(EmptySlider, {}, {color("LinEditColorSecond")}); }
 
-QString caption() { return compose(Caption, {}, {color("LabelColor"), color("LinEditColorSecond")}); }
+QString caption() { return compose(Caption, {}, {color("LabelColor"), QLatin1String(OffInk)}); }
 
 QString readout() { return compose(Readout, {}, {color("LabelColor")}); }
 
@@ -321,15 +325,25 @@ QString quotedText()
 QString lineEdit()
 {
     return compose(LineEdit, {},
-                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
 }
 
 QString stageButton(const QString &folder, const QString &color, bool selected)
 {
-    return selected ? compose(StageButton, folder, {QStringLiteral("MaxA"), color}) +
+    return selected ? compose(StageButton, folder, {QStringLiteral("MaxA.png"), color}) +
                           QLatin1String(StageButtonChosen)
-                    : compose(StageButton, folder, {QStringLiteral("MinA"), color}) +
+                    : compose(StageButton, folder, {QStringLiteral("MinA.png"), color}) +
                           compose(StageButtonStates, folder, {QStringLiteral("MinA")});
+}
+
+QString stageTarget(const QString &folder, const QString &color)
+{
+    return compose(StageButton, folder, {QStringLiteral("MinATarget.png"), color});
+}
+
+QString hoverPicture(const QString &folder, const QString &name)
+{
+    return compose(HoverPicture, folder, {name});
 }
 
 QString colorBar(const QString &folder, const QString &fill, bool selected)
@@ -343,15 +357,10 @@ QString tiledPicture(const QString &folder, const QString &name)
     return compose(TiledPicture, folder, {name});
 }
 
-QString framedReadout()
-{
-    return compose(FramedReadout, {},
-                   {color("LinEditColor"), color("ComboxBackGroundColor"), QLatin1String(Groove)});
-}
 QString spinBox(const QString &folder)
 {
     return compose(SpinBox, folder,
-                   {color("LinEditColor"), color("ComboxBackGroundColor"), color("LinEditColorSecond")});
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
 }
 
 } // namespace style

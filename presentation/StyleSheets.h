@@ -7,6 +7,7 @@
 // they are shown: a sheet on a window restyles all of its children.
 #pragma once
 
+#include <QColor>
 #include <QString>
 
 namespace style
@@ -16,6 +17,8 @@ namespace style
 QString pictureFolder(const QString &page);
 // A colour of the catalogue's general section.
 QString color(const char *key);
+// The outline of what can be used, the same as in the pictures: 3 to 1 on every surface.
+QColor outlineColor();
 
 QString windowBackground(const QString &folder, const QString &frameName);
 QString dialogBackground(const QString &folder, const QString &frameName);
@@ -29,6 +32,8 @@ QString label(const QString &color);
 // The title of a page or of a section of it.
 QString heading();
 QString labelPicture(const QString &folder, const QString &name);
+// Append to labelPicture(): the picture under the pointer.
+QString hoverPicture(const QString &folder, const QString &name);
 QString tile(const QString &folder, const QString &name);
 // Append to tile(): its hovered and pressed states.
 QString tileHover();
@@ -59,19 +64,18 @@ QString batteryBar(const QString &chunkColor);
 QString strip(const QString &objectName);
 // A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
-// A slider without a filled part: Groove; Thumb, ThumbHover, ThumbClick, ThumbOff.
-QString thumbSlider(const QString &folder);
 // A switch: "Close" and, while it is on, "Open", each + "Hover" and + "Click".
 QString switchButton(const QString &folder);
 // A horizontal slider with a filled part left of the handle.
 QString slider();
+// The same for a CentredSlider, which fills itself.
+QString centredSlider();
 // A label of 24 pixels in place of a slider that has nothing to set.
 QString emptySlider();
 // The caption of a control, dim while disabled.
 QString caption();
-// A number beside a slider, and one in a frame of its own.
+// A number beside a slider: it cannot be typed into, so it has no frame.
 QString readout();
-QString framedReadout();
 // Read-only lines to copy, such as a command.
 QString quotedText();
 // A field to type in.
@@ -81,6 +85,8 @@ QString spinBox(const QString &folder);
 
 // A DPI stage, and below it the bar in its colour `fill`; selected ones use other pictures.
 QString stageButton(const QString &folder, const QString &color, bool selected);
+// A stage that will be selected when the marker is dropped.
+QString stageTarget(const QString &folder, const QString &color);
 QString colorBar(const QString &folder, const QString &fill, bool selected);
 // A label with a horizontally repeated picture.
 QString tiledPicture(const QString &folder, const QString &name);

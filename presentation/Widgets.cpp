@@ -2,15 +2,32 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/Widgets.h"
 
+#include "presentation/SkinPalette.h"
+
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QSignalBlocker>
 #include <QStyleOptionButton>
 #include <QStylePainter>
+#include <algorithm>
 
 namespace
 {
 constexpr int ProgressStepMs = 20;
+constexpr int FillHeight = 4; // of the sheets' grooves
+} // namespace
+
+void tabEntersAtChecked(const QList<QAbstractButton *> &choices)
+{
+    const auto stop = [choices] {
+        const bool any =
+            std::any_of(choices.begin(), choices.end(), [](auto *each) { return each->isChecked(); });
+        for (QAbstractButton *each : choices)
+            each->setFocusPolicy(!any || each->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+    };
+    for (QAbstractButton *each : choices)
+        QObject::connect(each, &QAbstractButton::toggled, each, stop);
+    stop();
 }
 
 void MySlider::mousePressEvent(QMouseEvent *event)
@@ -87,6 +104,26 @@ bool MySlider::enabledBy(const std::function<bool()> &question)
     else if (focused)
         setFocus();
     return enabled;
+}
+
+void CentredSlider::paintEvent(QPaintEvent *event)
+{
+    MySlider::paintEvent(event);
+    if (!isEnabled())
+        return;
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    const auto handleAt = [&](int place) {
+        option.sliderPosition = place;
+        return style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
+    };
+    const QRect handle = handleAt(sliderPosition());
+    const int zero = handleAt(0).center().x();
+    const int from = sliderPosition() > 0 ? zero : handle.right() + 1;
+    const int to = sliderPosition() > 0 ? handle.left() : zero;
+    if (from < to)
+        QPainter(this).fillRect(from, (height() - FillHeight) / 2, to - from, FillHeight,
+                                skinColor("SliderColor"));
 }
 
 void MyConmboBox::mousePressEvent(QMouseEvent *event)

@@ -4,6 +4,7 @@
 // The small widgets that differ from the toolkit's own in how they take the mouse or paint themselves.
 #pragma once
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QList>
@@ -15,6 +16,10 @@
 #include <QToolButton>
 #include <QWheelEvent>
 #include <functional>
+
+// Tab stops at the checked one of a group of choices; the arrow keys lead to the others. While none is
+// checked, Tab stops at each.
+void tabEntersAtChecked(const QList<QAbstractButton *> &choices);
 
 // A control that writes a setting: a wheel over it neither changes it nor gives it the keyboard focus, but
 // scrolls what lies under it, so that scrolling changes no setting on its way. An open list has a view of its
@@ -101,6 +106,18 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+};
+
+// A slider over values on both sides of 0, filled from there to its handle.
+class CentredSlider : public MySlider
+{
+    Q_OBJECT
+
+public:
+    using MySlider::MySlider;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
 };
 
 // The tile of a device. Its object name is "btn" and the index of the device in the list.

@@ -10,6 +10,7 @@
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/ModelPicture.h"
+#include "presentation/Motion.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
@@ -165,9 +166,10 @@ void Advanced::applyStyle()
         styleTip(tips);
     ui->AnglePicture->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Angle.png")));
     ui->KFPS->setStyleSheet(style::switchButton(PicturePath_));
+    switchSoftly(ui->KFPS, PicturePath_);
     for (QCheckBox *box : {ui->checkBox, ui->checkBox_2})
         box->setStyleSheet(style::checkBox(PicturePath_, labelColor));
-    ui->AngleSet->setStyleSheet(style::thumbSlider(PicturePath_));
+    ui->AngleSet->setStyleSheet(style::centredSlider());
 }
 
 // ---- What a record shows ------------------------------------------------------------------------

@@ -84,10 +84,11 @@ void SensorDPI::applyStyle()
     ui->label->setStyleSheet(style::heading());
     ui->ReduceLevelA->setStyleSheet(style::titleButton(PicturePath_, QStringLiteral("Reduce")));
     ui->AddLevelA->setStyleSheet(style::titleButton(PicturePath_, QStringLiteral("Add")));
-    ui->label_8->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Level.png")));
+    ui->label_8->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Level.png")) +
+                               style::hoverPicture(PicturePath_, QStringLiteral("LevelHover.png")));
     ui->groove->setStyleSheet(style::tiledPicture(PicturePath_, QStringLiteral("Track.png")));
     ui->horizontalSliderC->setStyleSheet(style::slider());
-    ui->spinBoxA->setStyleSheet(style::framedReadout());
+    ui->spinBoxA->setStyleSheet(style::readout());
     styleComboBox(ui->ChooseEvent, PicturePath_);
     ui->ChooseEvent->setStyleSheet(ui->ChooseEvent->styleSheet() +
                                    style::comboBoxBack(PicturePath_, QStringLiteral("CountBack.png")));
@@ -501,10 +502,12 @@ void SensorDPI::mouseMoveEvent(QMouseEvent *event)
 {
     if (!Dragging_)
         return;
-    if (MarkerArea_.contains(event->pos()))
-        ui->label_8->move(event->pos() - DragOffset_);
-    else
+    if (!MarkerArea_.contains(event->pos())) {
         mouseReleaseEvent(event);
+        return;
+    }
+    ui->label_8->move(event->pos() - DragOffset_);
+    row_->setTarget(targetAt(event->pos()).value_or(StageRow::NoTarget));
 }
 
 void SensorDPI::mouseReleaseEvent(QMouseEvent *event)
@@ -512,6 +515,7 @@ void SensorDPI::mouseReleaseEvent(QMouseEvent *event)
     if (!Dragging_)
         return;
     Dragging_ = false;
+    row_->setTarget(StageRow::NoTarget);
     drop(event->pos());
 }
 
@@ -526,13 +530,23 @@ void SensorDPI::abandonDrag()
     if (!Dragging_)
         return;
     Dragging_ = false;
+    row_->setTarget(StageRow::NoTarget);
     returnMarker();
+}
+
+// The stage that a drop there selects.
+std::optional<int> SensorDPI::targetAt(const QPoint &pointer) const
+{
+    if (!isStage(CurrentStage_) || isBesideTrack(pointer.x()) ||
+        isBehindLastStage(pointer.x(), ui->ChooseEvent->currentIndex()))
+        return std::nullopt;
+    const std::optional<int> shift = markerShift(pointer.x() - StagePoint[std::size_t(CurrentStage_)].x());
+    return shift && isStage(CurrentStage_ + *shift) ? std::optional(CurrentStage_ + *shift) : std::nullopt;
 }
 
 void SensorDPI::drop(const QPoint &pointer)
 {
     const bool onMarker = ui->label_8->geometry().contains(pointer);
-    const int home = isStage(CurrentStage_) ? StagePoint[std::size_t(CurrentStage_)].x() : 0;
     returnMarker();
     if (!onMarker || isBesideTrack(pointer.x()))
         return;
@@ -541,9 +555,8 @@ void SensorDPI::drop(const QPoint &pointer)
             SetCurrentDpiStage(uint8_t(CurrentStage_));
         return;
     }
-    const std::optional<int> shift = markerShift(pointer.x() - home);
-    if (shift && isStage(CurrentStage_ + *shift))
-        dropOn(CurrentStage_ + *shift);
+    if (const std::optional<int> stage = targetAt(pointer))
+        dropOn(*stage);
 }
 
 void SensorDPI::dropOn(int stage)

@@ -12,6 +12,7 @@
 #include <QFrame>
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QColorDialog;
 
@@ -129,6 +130,7 @@ private:
     void stepTo(int dpi);
     void returnMarker();
     void abandonDrag();
+    std::optional<int> targetAt(const QPoint &pointer) const;
     void drop(const QPoint &pointer);
     void dropOn(int stage);
 

@@ -9,6 +9,7 @@
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/Widgets.h"
 #include "ui_SensorRate.h"
 
 namespace
@@ -45,6 +46,7 @@ SensorRate::SensorRate(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui
     ui->setupUi(this);
     buttons_ = {ui->Button125HZ,  ui->Button250HZ,  ui->Button500HZ, ui->Button1000HZ,
                 ui->Button2000HZ, ui->Button4000HZ, ui->Button8000HZ};
+    tabEntersAtChecked({buttons_.begin(), buttons_.end()});
     onFirstShow(this, [this] { applyStyle(); });
 }
 

@@ -70,7 +70,20 @@ void StageRow::styleButton(int stage)
     const auto i = std::size_t(stage);
     place(buttons_[i], BigRect_[i], ButtonGrowth, buttonSelected_[i]);
     if (!folder_.isEmpty())
-        setSheet(buttons_[i], style::stageButton(folder_, ink_, buttonSelected_[i]));
+        setSheet(buttons_[i], stage == target_ && !buttonSelected_[i]
+                                  ? style::stageTarget(folder_, ink_)
+                                  : style::stageButton(folder_, ink_, buttonSelected_[i]));
+}
+
+void StageRow::setTarget(int stage)
+{
+    if (stage == target_)
+        return;
+    const int before = target_;
+    target_ = stage;
+    for (const int changed : {before, target_})
+        if (changed != NoTarget)
+            styleButton(changed);
 }
 
 void StageRow::styleBar(int stage)

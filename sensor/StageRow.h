@@ -44,6 +44,9 @@ public:
     void selectBar(int stage, bool selected);
     // The looks of the whole row; -1: all plain.
     void selectOnly(int stage);
+    // The stage over which the marker is dragged looks like one about to be selected.
+    static constexpr int NoTarget = -1;
+    void setTarget(int stage);
     void show(int lastStage);
     // The Tab key comes to this stage alone; the arrow keys go on from there.
     void stopTabAt(int stage);
@@ -64,5 +67,6 @@ private:
     std::array<QRect, DpiStageLimit> BigRect_, BarRect_;
     std::array<QString, DpiStageLimit> StageColor_;
     std::array<bool, DpiStageLimit> buttonSelected_{}, barSelected_{};
+    int target_ = NoTarget;
     QString folder_, ink_; // of the pictures, of the numbers; empty before applyStyle()
 };

@@ -5,6 +5,7 @@
 #include "device/DeviceState.h"
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
+#include "presentation/Motion.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 #include "sensor/Tip.h"
@@ -35,7 +36,9 @@ SwitchPanel::~SwitchPanel() = default;
 
 void SwitchPanel::applyStyle()
 {
-    ui->button->setStyleSheet(style::switchButton(style::pictureFolder(QStringLiteral("Sensor"))));
+    const QString folder = style::pictureFolder(QStringLiteral("Sensor"));
+    ui->button->setStyleSheet(style::switchButton(folder));
+    switchSoftly(ui->button, folder);
     ui->caption->setStyleSheet(style::label(style::color("LabelColor")));
     styleTip(ui->tip);
     ui->tip->setStyleSheet(ui->tip->styleSheet() + QLatin1String(PictureAtRight));

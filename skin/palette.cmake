@@ -13,9 +13,10 @@ set(surface2 "#21272a")
 set(surface3 "#2b3236")
 set(raised "#39434a")
 
-# Hairlines, and the stronger line that outlines what can be used.
+# Hairlines, lines of decoration, and the line that outlines what can be used: 3 to 1 on every surface.
 set(line "#2f373b")
-set(lineStrong "#56626a")
+set(lineFaint "#56626a")
+set(lineStrong "#6f7d86")
 
 # Ink: text and icons. The dim one keeps 4.5 to 1 on every surface; the faint one is for decoration alone,
 # the one that is off for controls that cannot be used.
@@ -56,16 +57,17 @@ set(look_closeHover plate=${dangerDeep} ink=${ink})
 set(look_closeClick plate=${surface1} edge=${danger} ink=${danger})
 
 set(look_key plate=${surface3} edge=${lineStrong} ink=${inkDim})
-set(look_keyHover plate=${raised} edge=${inkFaint} ink=${ink})
+set(look_keyHover plate=${raised} edge=${inkDim} ink=${ink})
 set(look_keyClick plate=${groundLow} edge=${accent} ink=${ink})
 set(look_keyCheck plate=${accentTint} edge=${accent} edgeWidth=2 ink=${accent} bar=${accent})
 
 set(look_stage plateTop=${surface3} plate=${surface2} edge=${lineStrong} ink=${ink} bar=${lineStrong})
 set(look_stageHover plateTop=${raised} plate=${surface3} edge=${inkDim} ink=${ink} bar=${inkDim})
 set(look_stageClick plateTop=${groundLow} plate=${surface1} edge=${accent} ink=${ground} bar=${accentMid})
+set(look_stageTarget plateTop=${raised} plate=${surface3} edge=${accent} edgeWidth=2 ink=${ink} bar=${accent})
 set(look_stageCheck plateTop=${accentDark} plate=${accentTint} edge=${accent} edgeWidth=2 ink=${ink} bar=${accent})
 
-set(look_colorBar edge=${inkFaint} corner=1.5 seam=none seamOpacity=0)
+set(look_colorBar edge=${lineStrong} corner=1.5 seam=none seamOpacity=0)
 set(look_colorBarHover edge=${ink} edgeWidth=2 corner=1 seam=none seamOpacity=0)
 set(look_colorBarCheck edge=${ink} edgeWidth=2 corner=1 seam=${groundLow} seamOpacity=1)
 set(look_colorBarCheckHover edge=${accent} edgeWidth=2 corner=1 seam=${ink} seamOpacity=1)
@@ -98,7 +100,7 @@ set(look_mouse
   "outline=#7f8c92" outlineWidth=1 keyRim=4 "seam=#101315" "glint=#7b878c" glintOpacity=0.55
   "pit=#0b0d0e" "wheel=#4a5459" light=${accent} glow=0.85 shadow=0.75)
 set(look_mouseAway
-  cardTop=${ground} cardLow=${ground} cardEdge=${lineStrong} cardDash=4,4 halo=0
+  cardTop=${ground} cardLow=${ground} cardEdge=${lineFaint} cardDash=4,4 halo=0
   shellEdge=${surface1} shellMid=${surface1} shellHigh=${surface1} shellLow=${surface1}
-  outline=${lineStrong} outlineWidth=2 keyRim=6 seam=${lineStrong} glint=${surface1} glintOpacity=0
-  pit=${surface1} wheel=${ground} light=${lineStrong} glow=0 shadow=0)
+  outline=${lineFaint} outlineWidth=2 keyRim=6 seam=${lineFaint} glint=${surface1} glintOpacity=0
+  pit=${surface1} wheel=${ground} light=${lineFaint} glow=0 shadow=0)

@@ -19,6 +19,9 @@ namespace
 const QColor Ground(QLatin1String("#" skin_ground));
 const QColor Ink(QLatin1String("#" skin_ink));
 const QColor DimInk(QLatin1String("#" skin_inkDim));
+const QColor Surfaces[] = {Ground, QColor(QLatin1String("#" skin_surface1)),
+                           QColor(QLatin1String("#" skin_surface2)),
+                           QColor(QLatin1String("#" skin_surface3))};
 
 QColor over(QRgb pixel, const QColor &under)
 {
@@ -84,6 +87,7 @@ private slots:
     void statesDifferByMoreThanHue();
     void textCanBeRead_data();
     void textCanBeRead();
+    void outlinesCanBeSeen();
 };
 
 void tst_skin::everyPictureHasItsDouble()
@@ -200,7 +204,6 @@ void tst_skin::statesDifferByMoreThanHue_data()
     for (const char *stem : {"Sensor/MinB", "Sensor/MaxB"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover")};
     QTest::newRow("Sensor/ switches") << QStringList{QStringLiteral("Open"), QStringLiteral("Close")};
-    QTest::newRow("Advanced/Thumb") << three + QStringList{QStringLiteral("Off")};
     for (const char *stem : {"DialogChange/CheckBox", "Sensor/CheckBox", "Advanced/CheckBox"})
         QTest::newRow(stem) << QStringList{QString(), QStringLiteral("Hover"), QStringLiteral("Check"),
                                            QStringLiteral("CheckHover")};
@@ -278,6 +281,33 @@ void tst_skin::textCanBeRead()
     QVERIFY2(ink >= 4.5, qPrintable(QStringLiteral("ink: %1 to 1").arg(ink)));
     const double dimInk = worstContrast(ground, where, DimInk);
     QVERIFY2(!dimToo || dimInk >= 4.5, qPrintable(QStringLiteral("dim ink: %1 to 1").arg(dimInk)));
+}
+
+// The outline of a control at the middle of its left side, on every surface that may lie around it.
+void tst_skin::outlinesCanBeSeen()
+{
+    QStringList faint;
+    for (const char *name : {"Sensor/ComboboxBack",     "Sensor/CountBack",
+                             "Sensor/ComboboxTextBack", "Sensor/CheckBox",
+                             "Sensor/CheckBoxHover",    "Sensor/Close",
+                             "Sensor/CloseHover",       "Sensor/RateButton",
+                             "Sensor/RateButtonHover",  "Sensor/MinA",
+                             "Sensor/MinAHover",        "Sensor/MinB",
+                             "Sensor/Reduce",           "Buttoninterface/Button",
+                             "Buttoninterface/Row",     "Buttoninterface/Function",
+                             "Buttoninterface/Detail",  "WarningDialog/Cancel",
+                             "WarningDialog/Confirm",   "WarningDialog/CheckBox",
+                             "Dialog/NavButtonChecked", "DialogChange/Copy"}) {
+        const QImage control = picture(QLatin1String(name) + QStringLiteral("@2x.png"));
+        QVERIFY2(!control.isNull(), name);
+        const QRgb outline = control.pixel(1, control.height() / 2);
+        for (const QColor &surface : Surfaces) {
+            const double seen = contrast(over(outline, surface), surface);
+            if (seen < 3)
+                faint << QStringLiteral("%1 on %2: %3").arg(QLatin1String(name), surface.name()).arg(seen);
+        }
+    }
+    QCOMPARE(faint.join(QLatin1Char('\n')), QString());
 }
 
 TEST_CLASS(tst_skin, testmain::CoreApplication)

@@ -315,6 +315,50 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // Also at its corners, which are round in the shell.
+    void theBatteryFillsWithinItsShell()
+    {
+        fake.setDevices({fixture::shipped(6, Receiver8K, "0x0005")});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("dev", Receiver8K, 0));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        auto *dialog = window.findChild<Dialog *>();
+        const QRect shell(2, 2, 46, 18); // within its outline
+        const auto *battery = dialog->findChild<QToolButton *>("BatteryButtonC");
+        const auto fillOf = [&](int level, const QColor &color) {
+            fixture::emitOnOtherThread([=] { emit PostMsg::instance()->SigBattery(false, level, true); });
+            const QImage shot = window.grab().toImage();
+            const QPoint place = battery->mapTo(&window, QPoint());
+            QRegion fill;
+            for (int y = 0; y < battery->height(); ++y)
+                for (int x = 0; x < battery->width(); ++x)
+                    if (shot.pixelColor(place + QPoint(x, y)) == color)
+                        fill += QRect(x, y, 1, 1);
+            return fill;
+        };
+        const QRegion full = fillOf(100, QColor(0, 255, 153));
+        QCOMPARE(full.boundingRect(), shell.adjusted(2, 2, -2, -2));
+        QVERIFY(!full.contains(full.boundingRect().topRight()));
+        QVERIFY(!full.contains(full.boundingRect().bottomLeft()));
+        QVERIFY(shell.contains(fillOf(9, QColor(152, 43, 34)).boundingRect()));
+        const QColor warning(255, 107, 94); // 6.6 to 1 on the head, where the fill has 2.4
+        QVERIFY(fillOf(9, warning).boundingRect().contains(shell));
+        QCOMPARE(dialog->findChild<QLabel *>("label_2")->palette().color(QPalette::WindowText), warning);
+        QVERIFY(fillOf(16, warning).isEmpty());
+        fillOf(9, warning);
+        QCOMPARE(battery->toolTip(), QString("Battery level: 9%"));
+        QCOMPARE(dialog->findChild<QLabel *>("label_2")->text(), QString("9%"));
+        emit PostMsg::instance()->SigIsUsb(true, false);
+        const QString cable = dialog->findChild<QLabel *>("label_4")->toolTip();
+        emit PostMsg::instance()->SigIsUsb(false, false);
+        const QString radio = dialog->findChild<QLabel *>("label_4")->toolTip();
+        QVERIFY(!cable.isEmpty() && !radio.isEmpty() && cable != radio);
+        QTRY_VERIFY(fake.idle());
+    }
+
     // Each model's page, and each panel that a button can open.
     void bindingPage_data()
     {

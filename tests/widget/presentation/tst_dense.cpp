@@ -9,6 +9,7 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QLabel>
 
@@ -92,13 +93,25 @@ private slots:
         check(&box, folder, "Menu");
     }
 
-    void theThumbOfASlider()
+    void theFrameOfAList()
     {
-        const QString folder = style::pictureFolder(QStringLiteral("Advanced"));
-        QSlider slider(Qt::Horizontal);
-        slider.setFixedSize(200, 32);
-        slider.setStyleSheet(style::thumbSlider(folder));
-        check(&slider, folder, "Thumb");
+        QWidget page;
+        page.resize(300, 300);
+        page.show();
+        MyConmboBox box(&page);
+        box.addItems({"1", "2", "3"});
+        box.setGeometry(60, 60, 130, 30);
+        const QString folder = style::pictureFolder(QStringLiteral("Sensor"));
+        styleComboBox(&box, folder);
+        box.show();
+        box.showPopup();
+        const QImage list = box.view()->window()->grab().toImage().convertToFormat(QImage::Format_ARGB32);
+        const QImage picture(folder + QStringLiteral("ComboboxTextBack@2x.png"));
+        const QImage corner =
+            picture.convertToFormat(QImage::Format_ARGB32).copy(0, 0, 10, 10); // short of the first row
+        QVERIFY(!corner.isNull());
+        QVERIFY(showsAt(list, corner, {0, 0}));
+        box.hidePopup();
     }
 
     void theMarkOfACheckBox()

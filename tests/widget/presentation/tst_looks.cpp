@@ -9,6 +9,7 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
+#include <QCheckBox>
 #include <QTemporaryDir>
 #include <QVBoxLayout>
 
@@ -44,6 +45,12 @@ private:
             for (int x = 0; x < image.width(); ++x)
                 count += image.pixelColor(x, y) == color;
         return count;
+    }
+
+    static QWidget *ringIn(QWidget *window) { return window->findChild<QWidget *>("FocusOutline"); }
+    static QRect placeIn(QWidget *window, const QWidget *widget)
+    {
+        return {widget->mapTo(window, QPoint()), widget->size()};
     }
 
 private slots:
@@ -85,7 +92,7 @@ private slots:
                               << "QToolButton{border:0px;" + centred + "background-image: " + url +
                                      "OnLine0.png);color: rgb(255, 255, 255);}";
         QTest::newRow("check box")
-            << style::checkBox(p, c).left(style::checkBox(p, c).indexOf("QCheckBox::indicator{width"))
+            << style::checkBox(p, c).left(style::checkBox(p, c).indexOf("QCheckBox{outline"))
             << "QCheckBox{color: rgb(255,0,0;);}QCheckBox::indicator:checked {image: " + url +
                    "CheckBoxCheck.png);}QCheckBox::indicator:unchecked {image: " + url + "CheckBox.png);}";
         QTest::newRow("combo list") << style::comboList(c).left(
@@ -97,16 +104,6 @@ private slots:
                                        << "#TitleButton_2{border-image: " + url + "Title.png);}";
         QTest::newRow("flat link") << style::flatLink(c)
                                    << "QPushButton{border:none;background:transparent;color: rgb(255,0,0;);}";
-        QTest::newRow("thumb slider")
-            << style::thumbSlider(p)
-            << "QSlider::groove:horizontal{border: 0px;height: 4px;border-image: " + url +
-                   "Groove.png);}QSlider::handle:horizontal{border: 0px;width: 24px;margin: -10px "
-                   "0px;" +
-                   centred + "background-image: " + url +
-                   "Thumb.png);}QSlider::handle:horizontal:hover{background-image: " + url +
-                   "ThumbHover.png);}QSlider::handle:horizontal:pressed{background-image: " + url +
-                   "ThumbClick.png);}QSlider::handle:horizontal:disabled{background-image: " + url +
-                   "ThumbOff.png);}";
         QTest::newRow("connection") << style::stretchedPicture(p, "OnLineUsb.png")
                                     << "QLabel{border-image: " + url + "OnLineUsb.png);}";
     }
@@ -270,6 +267,47 @@ private slots:
         QVERIFY(outline->geometry().contains(first.geometry()));
         second.setFocus(Qt::MouseFocusReason);
         QVERIFY(!outline->isVisible());
+    }
+
+    // The control fills its panel, so that only what is around the panel has room for the ring.
+    void focusRingIsNotCutByAPanel()
+    {
+        FocusRing::install(Qt::green);
+        QWidget window;
+        window.resize(300, 100);
+        QFrame panel(&window);
+        panel.setGeometry(40, 30, 80, 30);
+        QToolButton button(&panel);
+        button.setGeometry(0, 0, 80, 30);
+        window.show();
+        QApplication::setActiveWindow(&window);
+        button.clearFocus(); // the window gave it the focus
+        button.setFocus(Qt::TabFocusReason);
+        QWidget *ring = ringIn(&window);
+        QVERIFY(ring && ring->isVisible());
+        const int room = 4;
+        QCOMPARE(placeIn(&window, ring), QRect(40, 30, 80, 30).adjusted(-room, -room, room, room));
+        panel.move(100, 50);
+        QCOMPARE(placeIn(&window, ring), QRect(100, 50, 80, 30).adjusted(-room, -room, room, room));
+        panel.hide();
+        QVERIFY(!ring->isVisible());
+    }
+
+    void focusRingHugsMarkAndText()
+    {
+        FocusRing::install(Qt::green);
+        QWidget window;
+        window.resize(300, 100);
+        QCheckBox box("On", &window);
+        box.setGeometry(20, 20, 230, 31);
+        window.show();
+        QApplication::setActiveWindow(&window);
+        box.clearFocus(); // the window gave it the focus
+        box.setFocus(Qt::TabFocusReason);
+        QWidget *ring = ringIn(&window);
+        QVERIFY(ring && ring->isVisible());
+        QVERIFY(ring->width() < 100);
+        QVERIFY(placeIn(&window, ring).contains(QRect(QPoint(20, 25), box.sizeHint())));
     }
 };
 

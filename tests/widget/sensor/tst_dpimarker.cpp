@@ -157,6 +157,36 @@ private slots:
         QCOMPARE(editor.difference(), QString());
     }
 
+    void theStageThatADropWouldSelectIsLit()
+    {
+        DpiEditor editor(FastModel, 2, 6);
+        const auto lit = [&editor] {
+            QList<int> found;
+            for (int i = 0; i < DpiStageLimit; ++i)
+                if (editor.button(i)->styleSheet().contains("Target"))
+                    found << i;
+            return found;
+        };
+        QWindow *window = editor.panel.windowHandle();
+        const auto moveTo = [window](int x) { QTest::mouseMove(window, QPoint(x, 168)); };
+        QCOMPARE(editor.marker()->cursor().shape(), Qt::PointingHandCursor);
+        QTest::mousePress(window, Qt::LeftButton, {}, editor.marker()->geometry().center());
+        QCOMPARE(lit(), QList<int>());
+        moveTo(home(4) + 14);
+        QCOMPARE(lit(), QList<int>{4});
+        moveTo(home(0) + 14);
+        QCOMPARE(lit(), QList<int>{0});
+        moveTo(home(2) + 14); // where it was
+        QCOMPARE(lit(), QList<int>());
+        moveTo(home(7) + 14); // not shown
+        QCOMPARE(lit(), QList<int>());
+        moveTo(home(3) + 14);
+        QCOMPARE(lit(), QList<int>{3});
+        QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(home(3) + 14, 168));
+        QCOMPARE(lit(), QList<int>());
+        QCOMPARE(editor.panel.currentStage(), 3);
+    }
+
     void aPressBesideTheMarkerDragsNothing()
     {
         DpiEditor editor(FastModel, 2);

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/Motion.h"
+
+#include "presentation/SkinPalette.h"
+
+#include <QAbstractButton>
+#include <QGraphicsOpacityEffect>
+#include <QPainter>
+#include <QPropertyAnimation>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace
+{
+
+constexpr int MotionMs = 130;
+const QString CoverName = QStringLiteral("MotionCover");
+
+// Where desktops keep the wish for no animation, and the values that express it.
+struct Wish {
+    const char *file;
+    const char *key;
+    const char *none[2];
+};
+constexpr Wish Wishes[] = {
+    {"gtk-3.0/settings.ini", "Settings/gtk-enable-animations", {"0", "false"}},
+    {"gtk-4.0/settings.ini", "Settings/gtk-enable-animations", {"0", "false"}},
+    {"kdeglobals", "KDE/AnimationDurationFactor", {"0", "0.0"}},
+};
+
+class Cover : public QWidget
+{
+public:
+    Cover(const QPixmap &picture, QWidget *covered) : QWidget(covered), picture_(picture)
+    {
+        setObjectName(CoverName);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        resize(covered->size());
+        fade_.setStartValue(1.0);
+        fade_.setEndValue(0.0);
+        fade_.setDuration(MotionMs);
+        connect(&fade_, &QVariantAnimation::valueChanged, this, QOverload<>::of(&QWidget::update));
+        connect(&fade_, &QVariantAnimation::finished, this, &QObject::deleteLater);
+        fade_.start();
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setOpacity(fade_.currentValue().toReal());
+        painter.drawPixmap(0, 0, picture_);
+    }
+
+private:
+    QPixmap picture_;
+    QVariantAnimation fade_;
+};
+
+} // namespace
+
+int motionTime()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    for (const Wish &wish : Wishes) {
+        const QSettings settings(folder + QLatin1Char('/') + QLatin1String(wish.file), QSettings::IniFormat);
+        const QString value = settings.value(QLatin1String(wish.key)).toString().toLower();
+        if (value == QLatin1String(wish.none[0]) || value == QLatin1String(wish.none[1]))
+            return 0;
+    }
+    return MotionMs;
+}
+
+void switchSoftly(QAbstractButton *button, const QString &folder)
+{
+    QObject::connect(button, &QAbstractButton::toggled, button, [button, folder](bool on) {
+        if (!button->isVisible() || motionTime() == 0)
+            return;
+        delete button->findChild<QWidget *>(CoverName);
+        const QString before = folder + (on ? QStringLiteral("Close.png") : QStringLiteral("Open.png"));
+        auto *cover = new Cover(skinPicture(before, button), button);
+        cover->show();
+    });
+}
+
+void fadeIn(QWidget *widget)
+{
+    if (motionTime() == 0)
+        return;
+    auto *opacity = new QGraphicsOpacityEffect(widget);
+    opacity->setOpacity(0);
+    widget->setGraphicsEffect(opacity);
+    auto *fade = new QPropertyAnimation(opacity, "opacity", opacity);
+    fade->setDuration(motionTime());
+    fade->setEndValue(1.0);
+    // A widget with an effect is painted on the side each time.
+    QObject::connect(
+        fade, &QPropertyAnimation::finished, widget, [widget] { widget->setGraphicsEffect(nullptr); },
+        Qt::QueuedConnection); // the animation goes with the effect
+    fade->start();
+}
