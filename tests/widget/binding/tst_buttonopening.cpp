@@ -155,7 +155,7 @@ private slots:
         FlashDataMap map = ButtonPage::plainRecord();
         map.KeyBindings[1] = {9, 0, 0};
         page().show(map);
-        QCOMPARE(title->text(), "Button 2: Switch profile");
+        QCOMPARE(title->text(), "Button 2: Next profile");
     }
 
     void everyRowOpens_data() { eachButtonRow(); }
