@@ -9,8 +9,8 @@
 namespace
 {
 
-constexpr int TextLeft = 14; // right of the bar that marks a checked button
-constexpr int TextRight = 6;
+constexpr int TextLeft = 12; // right of the bar that marks a checked button
+constexpr int TextRight = 4;
 
 // Distance of `to` from `from` in the direction of an arrow key, sideways offset counted twice; negative
 // when `to` lies in another direction.

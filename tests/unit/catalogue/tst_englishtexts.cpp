@@ -19,11 +19,14 @@ constexpr int SentenceWords = 5;
 // Sentences that are shorter.
 constexpr const char *ShortSentences[] = {"New firmware is available.", "Ready to update.",
                                           "Stop the recording first.", "The update is complete."};
-// Labels that are longer: the prompt of a field, the heading of a card, and choices.
+// Labels that are longer: the prompt of a field, the heading of a card, choices and names.
 constexpr const char *LongLabels[] = {"Press up to three keys, ticked ones included",
-                                      "You have no permission to use %1", "Repeat until any key is pressed",
+                                      "You have no permission to use %1",
+                                      "Repeat until any key is pressed",
                                       "Repeat until the button is pressed again",
-                                      "Repeat while the button is held"};
+                                      "Repeat while the button is held",
+                                      "DPI of the current stage",
+                                      "Color of DPI stage %1"};
 
 template <std::size_t N> bool listed(const char *const (&list)[N], const QString &text)
 {
