@@ -138,6 +138,13 @@ private slots:
         QCOMPARE(page().shownPanel(), "page_5");
     }
 
+    void theArrowSaysWhereItLeads()
+    {
+        const auto *const back = page().form.findChild<QToolButton *>("FunctionsBack");
+        QCOMPARE(back->toolTip(), QString("Back to the buttons"));
+        QCOMPARE(back->accessibleName(), back->toolTip());
+    }
+
     // The button's caption stands above its functions, also when it changes.
     void theTitleFollowsTheCaption()
     {
