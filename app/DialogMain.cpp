@@ -12,6 +12,7 @@
 #include "device/hidusb/HIDUsb.h"
 #include "environment/DataRoot.h"
 #include "hub/PostMsg.h"
+#include "presentation/NamedWidgets.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/Spin.h"
@@ -230,6 +231,7 @@ void DialogMain::SlotAllLanguage(int index)
 {
     openText_ = language::text(language::Section::home, "OpenMain", index);
     exitText_ = language::text(language::Section::home, "Exit", index);
+    nameWidgets(this, index);
     if (trayMenu_) {
         actionMain_->setText(openText_);
         actionExit_->setText(exitText_);

@@ -9,8 +9,8 @@
 namespace
 {
 
-constexpr int TextLeft = 14; // right of the bar that marks a checked button
-constexpr int TextRight = 6;
+constexpr int TextLeft = 12; // right of the bar that marks a checked button
+constexpr int TextRight = 4;
 constexpr int ChevronRoom = 20;
 constexpr QSize Chevron{4, 8};
 constexpr double ChevronWidth = 1.5;

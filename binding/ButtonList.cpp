@@ -3,8 +3,10 @@
 #include "binding/ButtonList.h"
 
 #include "binding/ActionButton.h"
+#include "device/DeviceState.h"
 #include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
 
 #include <QButtonGroup>
 #include <QEvent>
@@ -175,7 +177,9 @@ void ButtonList::setText(int button, const QString &text)
     const Row &row = rows_[*index];
     row.caption->setText(text);
     row.caption->setToolTip(row.caption->isElided() ? text : QString());
-    const QString name = tr("Button %1: %2").arg(row.number->text(), text);
+    const QString form = language::text(language::Section::common, "ButtonName", LanguageIndex);
+    const QString name =
+        (form.isEmpty() ? QStringLiteral("Button %1: %2") : form).arg(row.number->text(), text);
     row.caption->setAccessibleName(name);
     row.marker->setAccessibleName(name);
     row.marker->setToolTip(text);

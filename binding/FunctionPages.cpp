@@ -176,7 +176,7 @@ void FunctionPages::setLanguage(int index)
         each->setText(actionText(*row, index));
     for (const auto &[panel, label] : titles_)
         label->setText(actionText(*openerOf(panel), index));
-    back_->setToolTip(language::text(language::Section::common, "Cancel", index));
+    back_->setToolTip(language::text(language::Section::common, "BackToButtons", index));
     back_->setAccessibleName(back_->toolTip());
 }
 

@@ -6,6 +6,7 @@
 #include "catalogue/UserStore.h"
 #include "hub/PostMsg.h"
 #include "presentation/FirstShow.h"
+#include "presentation/NamedWidgets.h"
 #include "presentation/ScreenFont.h"
 #include "presentation/StyleSheets.h"
 #include "ui_NoticeDialog.h"
@@ -75,6 +76,7 @@ void NoticeDialog::arrangeButtons()
 
 void NoticeDialog::SlotAllLanguage(int index)
 {
+    nameWidgets(this, index);
     setTexts(language::text(kind_.section, textKey(), index),
              language::text(language::Section::common, "OK", index),
              language::text(language::Section::common, "Cancel", index));

@@ -4,7 +4,9 @@
 
 #include "catalogue/DeviceKinds.h"
 #include "device/DeviceSearch.h"
+#include "device/DeviceState.h"
 #include "presentation/ModelPicture.h"
+#include "presentation/NamedWidgets.h"
 #include "presentation/StyleSheets.h"
 
 #include <QStackedWidget>
@@ -158,11 +160,10 @@ void TileBoard::show(Tile &tile, int index, const DeviceAllInfo &device)
         style::tile(folder_, tilePicture(unknown, device.Online, device.Mid)) + style::tileHover();
     if (tile.button->styleSheet() != sheet)
         tile.button->setStyleSheet(sheet);
-    tile.button->setAccessibleName(QStringLiteral("Device %1, %2")
-                                       .arg(index + 1)
-                                       .arg(unknown         ? QStringLiteral("unknown")
-                                            : device.Online ? QStringLiteral("on line")
-                                                            : QStringLiteral("off line")));
+    const char *const name = unknown ? "DeviceUnknown" : device.Online ? "DeviceOnline" : "DeviceOffline";
+    const QString key = QStringLiteral("home %1 %2").arg(QLatin1String(name)).arg(index + 1);
+    tile.button->setProperty("nameKey", key);
+    nameWidgets(tile.button, LanguageIndex);
     tile.link->setVisible(linked);
     tile.offline->setVisible(!linked);
 }

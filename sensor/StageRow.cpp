@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "sensor/StageRow.h"
 
+#include "device/DeviceState.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
 
 #include <QAbstractButton>
 #include <QColor>
@@ -97,7 +99,8 @@ void StageRow::styleBar(int stage)
 void StageRow::setText(int stage, const QString &text)
 {
     button(stage)->setText(text);
-    button(stage)->setAccessibleDescription(text + QStringLiteral(" DPI"));
+    const QString form = language::text(language::Section::sensor, "StageDPI", LanguageIndex);
+    button(stage)->setAccessibleDescription(form.isEmpty() ? text : form.arg(text));
 }
 
 QString StageRow::text(int stage) const { return button(stage)->text(); }

@@ -116,7 +116,7 @@ QString PanelDevice::statusText() const
     QString text = plugged ? QStringLiteral("Plugged in") : QStringLiteral("Unplugged");
     if (boot)
         return text + QStringLiteral(", boot loader");
-    text += online ? QStringLiteral(", on line") : QStringLiteral(", off line");
+    text += online ? QStringLiteral(", online") : QStringLiteral(", offline");
     if (isMouse && !radio)
         text += QStringLiteral(", radio off");
     return asleep ? text + QStringLiteral(", asleep") : text;

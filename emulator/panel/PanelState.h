@@ -42,7 +42,7 @@ struct PanelDevice {
     bool operator==(const PanelDevice &other) const;
     bool operator!=(const PanelDevice &other) const { return !(*this == other); }
     QString kindText() const;   // "8k receiver", "Mouse \"Seven\""
-    QString statusText() const; // "Plugged in, on line"
+    QString statusText() const; // "Plugged in, online"
     QString detailText() const; // battery, profile, stage and rate of a mouse; version of a receiver
 };
 Q_DECLARE_METATYPE(PanelDevice)

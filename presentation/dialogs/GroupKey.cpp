@@ -17,7 +17,12 @@ constexpr QLatin1Char Plus('+');
 } // namespace
 
 GroupKey::GroupKey()
-    : KeyDialog({{"label", language::Section::home, "ComKey"}}), ui(std::make_unique<Ui::GroupKey>())
+    : KeyDialog({{"label", language::Section::home, "ComKey"},
+                 {"Shift", language::Section::key, "KeyShift"},
+                 {"Ctrl", language::Section::key, "KeyCtrl"},
+                 {"Alt", language::Section::key, "KeyAlt"},
+                 {"Win", language::Section::key, "KeyWin"}})
+    , ui(std::make_unique<Ui::GroupKey>())
 {
     ui->setupUi(this);
     finishKeyForm();

@@ -6,6 +6,7 @@
 #include "catalogue/UserStore.h"
 #include "hub/PostMsg.h"
 #include "presentation/FirstShow.h"
+#include "presentation/NamedWidgets.h"
 #include "presentation/ScreenFont.h"
 #include "presentation/StyleSheets.h"
 
@@ -81,6 +82,7 @@ void InputDialog::applyStyle()
 
 void InputDialog::SlotAllLanguage(int index)
 {
+    nameWidgets(this, index);
     for (std::size_t i = 0; i < texts_.size(); ++i) {
         QWidget *widget = named(this, texts_[i].widget);
         const QString text = language::text(texts_[i].section, texts_[i].key, index);

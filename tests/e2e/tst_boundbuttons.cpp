@@ -252,7 +252,7 @@ private slots:
         chooseProfile(1);
         program.expect("its captions", [&] { return shows(1, plain); });
         chooseProfile(0);
-        program.expect("its own again", [&] { return shows(0, QStringLiteral("Switch profile")); });
+        program.expect("its own again", [&] { return shows(0, QStringLiteral("Next profile")); });
         program.expect("record and flash agree", [&] { return program.agrees("m2"); });
         QCOMPARE(program.script.run(), QString());
     }

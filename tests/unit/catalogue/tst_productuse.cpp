@@ -156,7 +156,14 @@ class tst_ProductUse : public QObject
 
 private:
     QString sources;
+    QString forms;
     LanguageFile english;
+
+    // A form names a key "section key", or "section key 3" where the text takes a number.
+    bool namesAsk(const QString &key) const
+    {
+        return forms.contains('>' + key + '<') || forms.contains('>' + key + ' ');
+    }
 
 private slots:
     void initTestCase()
@@ -164,6 +171,7 @@ private slots:
         setApplicationFolder(PRODUCT_FOLDER);
         LoadLanguageTables();
         sources = programSources();
+        forms = programSources({"*.ui"});
         english = readLanguageFile(applicationFolder() + "/Language/en.json");
         QVERIFY(sources.size() > 100000);
     }
@@ -212,9 +220,44 @@ private slots:
         QStringList idle;
         for (const RequiredTexts &required : MouseTexts)
             for (const QString &key : english.section(Word::Mouse, required.section).keys())
-                if (!QString(required.keys).split(' ').contains(key) && !sources.contains('"' + key + '"'))
+                if (!QString(required.keys).split(' ').contains(key) && !sources.contains('"' + key + '"') &&
+                    !namesAsk(Sections[std::size_t(required.section)].name + (' ' + key)))
                     idle << Sections[std::size_t(required.section)].name + (' ' + key);
         QCOMPARE(idle, QStringList());
+    }
+
+    // What a form says of a control aloud or in a tool tip comes from the tables. Dialog gives its column of
+    // icons their names itself.
+    void eachNameInAFormHasAKey()
+    {
+        const QStringList ofTheColumn = {"Buttons", "Sensor", "Macros", "Lights", "Advanced", "Settings"};
+        int keyed = 0;
+        const QRegularExpression named(
+            "\"(accessibleName|toolTip)\"><string>([^<]*)</string></property>\\s*"
+            "(?:<property name=\"nameKey\" stdset=\"0\"><string notr=\"true\">([^<]*)<)?");
+        QHash<QString, QStringList> keysOf;
+        for (auto each = named.globalMatch(forms); each.hasNext();) {
+            const auto match = each.next();
+            const QString name = match.captured(2);
+            const QStringList place = match.captured(3).split(' ');
+            if (match.captured(1) == "toolTip") { // stands behind the name, which it repeats
+                QVERIFY2(keysOf.contains(name) || ofTheColumn.contains(name), qPrintable(name));
+                continue;
+            }
+            if (place.size() < 2) {
+                QVERIFY2(ofTheColumn.contains(name), qPrintable(name));
+                continue;
+            }
+            keysOf[name] = place;
+            for (std::size_t i = 0; i < Sections.size(); ++i)
+                if (place.at(0) == Sections[i].name) {
+                    const QString given = text(Section(i), place.at(1), 0);
+                    QCOMPARE(place.size() > 2 ? given.arg(place.at(2)) : given, name);
+                    ++keyed;
+                }
+        }
+        QCOMPARE(keyed, forms.count("\"nameKey\""));
+        QVERIFY(keyed > 40);
     }
 
     // Of the other device's texts the program shows one.

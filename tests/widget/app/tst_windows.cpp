@@ -60,6 +60,32 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // Names and tool tips of every page, also of one that is not shown.
+    void aLanguageReachesTheNames()
+    {
+        const auto nameOf = [this](const char *widget) {
+            return window->findChild<QWidget *>(widget)->accessibleName();
+        };
+        QCOMPARE(nameOf("btn0"), QString("Device 1, online"));
+        QCOMPARE(nameOf("AddLevelA"), QString("Higher DPI"));
+        QCOMPARE(nameOf("ProjectChoose"), QString("Profile"));
+        QCOMPARE(button("MinButton")->toolTip(), QString("Minimize"));
+        {
+            const fixture::OtherLanguage other(
+                R"({"mouse":{"common":{"Minimize":"Small"},"home":{"DeviceOnline":"%1 is there"},
+                             "key":{"configName":"Set"},"sensor":{"HigherDPI":"More","StageName":"Step %1"}}})");
+            emit PostMsg::instance()->SigAllLanguage(0);
+        }
+        QCOMPARE(nameOf("btn0"), QString("1 is there"));
+        QCOMPARE(nameOf("AddLevelA"), QString("More"));
+        QCOMPARE(nameOf("RedButton"), QString("Step 3"));
+        QCOMPARE(nameOf("ProjectChoose"), QString("Set"));
+        for (const QWidget *page : {static_cast<QWidget *>(dialog()), stack()->widget(0)}) {
+            QCOMPARE(page->findChild<QToolButton *>("MinButton")->accessibleName(), QString("Small"));
+            QCOMPARE(page->findChild<QToolButton *>("MinButton")->toolTip(), QString("Small"));
+        }
+    }
+
     void escapeClosesNothing()
     {
         openDevicePage();

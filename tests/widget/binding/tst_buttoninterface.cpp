@@ -78,7 +78,7 @@ private slots:
         page().show(ButtonPage::plainRecord());
         QCOMPARE(page().captions(),
                  QStringList({"Left button", "Right button", "Middle button", "Forward button", "Back button",
-                              "Next DPI stage", "DPI+", "DPI-", "Switch report rate", "Switch report rate",
+                              "Next DPI stage", "DPI up", "DPI down", "Next report rate", "Next report rate",
                               "Rapid fire", "Disabled"}));
     }
 
@@ -94,7 +94,7 @@ private slots:
         }
         QCOMPARE(ButtonList::rowOf(4).value_or(99), std::size_t(3)); // the fourth row
         page().form.ShowBinding(4, 7, 0, 0, map);
-        QCOMPARE(page().captions()[3], "Switch report rate");
+        QCOMPARE(page().captions()[3], "Next report rate");
     }
 
     void theSensorsCodesAreReadWithThePage()
@@ -118,7 +118,7 @@ private slots:
         SelectedDevice::set(fixture::info("dev", Receiver8K, 1));
         page().show(FlashDataMap{});
         QCOMPARE(page().button("BackMusic")->text(), "Disabled");
-        QCOMPARE(page().button("Button7")->text(), "DPI+");
+        QCOMPARE(page().button("Button7")->text(), "DPI up");
     }
 
     void whatIsNoBindingKeepsTheCaption_data()
@@ -212,9 +212,9 @@ private slots:
     void textsComeFromTheLanguage()
     {
         const std::pair<const char *, const char *> texts[] = {
-            {"OutputData", "Export"},   {"ImportData", "Import"},  {"DPI_2", "Switch report rate"},
-            {"DPI_9", "Lighting"},      {"DPI_12", "Media"},       {"Mute", "Stop"},
-            {"Player", "Media player"}, {"VolumeDown_5", "Email"}, {"VolumeUp_21", "1200"},
+            {"OutputData", "Export"},   {"ImportData", "Import"},     {"DPI_2", "Next report rate"},
+            {"DPI_9", "Lighting"},      {"DPI_12", "Media and apps"}, {"Mute", "Stop playback"},
+            {"Player", "Media player"}, {"VolumeDown_5", "Email"},    {"VolumeUp_21", "1200"},
             {"Number10", "10"},
         };
         for (const auto &[name, text] : texts)
@@ -260,7 +260,7 @@ private slots:
         ImageCacheWrite(SelectedDevice::cacheName(), kept);
         page().show(ButtonPage::plainRecord());
         page().setLanguage(0);
-        QCOMPARE(page().button("RightKey")->text(), "Switch profile");
+        QCOMPARE(page().button("RightKey")->text(), "Next profile");
         MouseOnline = true;
         DeviceRecord::edit([](FlashDataMap &map) { map = ButtonPage::plainRecord(); });
         page().setLanguage(0);

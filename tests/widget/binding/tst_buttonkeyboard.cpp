@@ -40,7 +40,7 @@ private slots:
         QCOMPARE(page().focusName(), "DPI_2");
         QVERIFY(FakeHidUsb::instance().updates().empty()); // going there is no choice
         QTest::keyClick(page().focus(), Qt::Key_Space);
-        QCOMPARE(page().button("BackKey")->text(), "Switch report rate");
+        QCOMPARE(page().button("BackKey")->text(), "Next report rate");
         QCOMPARE(page().shownPage(), "page");
         QCOMPARE(page().focusName(), "BackKey");
     }

@@ -182,6 +182,13 @@ private slots:
         QCOMPARE(page().shownPanel(), "page_5");
     }
 
+    void theArrowSaysWhereItLeads()
+    {
+        const auto *const back = page().form.findChild<QToolButton *>("FunctionsBack");
+        QCOMPARE(back->toolTip(), QString("Back to the buttons"));
+        QCOMPARE(back->accessibleName(), back->toolTip());
+    }
+
     // The button's caption stands above its functions, also when it changes.
     void theTitleFollowsTheCaption()
     {
@@ -199,7 +206,7 @@ private slots:
         FlashDataMap map = ButtonPage::plainRecord();
         map.KeyBindings[1] = {9, 0, 0};
         page().show(map);
-        QCOMPARE(title->text(), "Button 2: Switch profile");
+        QCOMPARE(title->text(), "Button 2: Next profile");
     }
 
     void everyRowOpens_data() { eachButtonRow(); }

@@ -61,7 +61,7 @@ private slots:
         openOnEmulator();
         const QString text =
             part<QListView>("deviceList")->model()->index(1, 0).data(Qt::AccessibleTextRole).toString();
-        QCOMPARE(text, QString("air, Mouse \u201cSix\u201d. Unplugged, on line. Battery 80 %. "
+        QCOMPARE(text, QString("air, Mouse \u201cSix\u201d. Unplugged, online. Battery 80 %. "
                                "Profile 1, stage 2 of 6, 1000 Hz, address a10001"));
         QCOMPARE(shown("rx").receiverClass, QString("8k"));
         QVERIFY(shown("rx").plugged && shown("rx").online);

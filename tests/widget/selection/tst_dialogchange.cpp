@@ -117,6 +117,9 @@ private slots:
                  language::text(language::Section::infoTips, "DialogOffline", 0) + '\n' +
                      language::text(language::Section::home, "PairTips_z", 0));
         QVERIFY(child<QLabel>("Rate2")->styleSheet().contains("8KHz.png"));
+        QCOMPARE(tile(0)->accessibleName(), QString("Device 1, online"));
+        QCOMPARE(tile(1)->accessibleName(), QString("Device 2, unknown"));
+        QCOMPARE(tile(2)->accessibleName(), QString("Device 3, offline"));
     }
 
     void thePointerBringsATileUpToDate()
@@ -139,7 +142,7 @@ private slots:
         fixture::whenModal<QuestiondialogB>([&](QuestiondialogB *notice) {
             told = true;
             QCOMPARE(notice->findChild<QLabel *>("label")->text(),
-                     QString("Do not insert multiple identical devices"));
+                     QString("Two identical devices are connected. Unplug one to continue."));
             place = notice->pos();
             notice->on_CloseButton_clicked();
         });
@@ -150,14 +153,16 @@ private slots:
         QVERIFY(shows("label_2"));
         QVERIFY(!shows("stackedWidget"));
         // The page goes on saying so, since a mouse is connected already.
-        QCOMPARE(child<QLabel>("label_2")->text(), QString("Do not insert multiple identical devices"));
+        QCOMPARE(child<QLabel>("label_2")->text(),
+                 QString("Two identical devices are connected. Unplug one to continue."));
         emit PostMsg::instance()->SigAllLanguage(0);
-        QCOMPARE(child<QLabel>("label_2")->text(), QString("Do not insert multiple identical devices"));
+        QCOMPARE(child<QLabel>("label_2")->text(),
+                 QString("Two identical devices are connected. Unplug one to continue."));
         plug({fixture::device("a", 6, Receiver1K)});
         QCOMPARE(tileCount(), 1);
         plug({});
         QVERIFY(shows("label_2"));
-        QCOMPARE(child<QLabel>("label_2")->text(), QString("Connect a mouse or a receiver"));
+        QCOMPARE(child<QLabel>("label_2")->text(), QString("Connect a mouse or a receiver."));
     }
 
     void aCableHidesTheReceiver()

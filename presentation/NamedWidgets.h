@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Names for those who do not see a control: a widget whose form gives it the dynamic property "nameKey" takes
+// its accessible name, and a tool tip that repeats it, from the language tables. The property holds a section
+// and a key, and behind them the number that takes the place of %1: "common StageName 3".
+#pragma once
+
+class QWidget;
+
+// Sets the names of `root` and of everything in it. A name that the tables lack stays as it is.
+void nameWidgets(QWidget *root, int language);
