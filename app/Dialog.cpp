@@ -133,17 +133,15 @@ void Dialog::connectSignals()
     connect(hub, SIGNAL(SigStartRecord(int)), this, SLOT(SlotStartRecord(int)));
     connect(hub, SIGNAL(SigMouseIndex(int)), this, SLOT(SlotMouseIndex(int)));
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
-    connect(hub, &PostMsg::SigAddConfig, ui->deviceHead, &DeviceHead::setProfile);
+    connect(hub, SIGNAL(SigAddConfig(QString)), ui->deviceHead, SLOT(setProfile(QString)));
     connect(hub, SIGNAL(SigBattery(bool, int, bool)), this, SLOT(SlotBattery(bool, int, bool)),
             Qt::BlockingQueuedConnection);
     connect(ui->MinButton, &QToolButton::clicked, this, &Dialog::WindowMin);
-    connect(hub, &PostMsg::SigSelectMouseInfo, this, &Dialog::beginDevice);
-    // Both follow a pass without the mouse, the second a read as well. The mouse may have answered meanwhile.
-    const auto passed = [this] { showAway(AwaitingMouse && !SelectedDevice::info().Online); };
-    connect(hub, &PostMsg::SigFormReset, this, passed);
-    connect(hub, &PostMsg::SigForm, this, passed);
-    connect(hub, &PostMsg::SigMouseOffLineo, this, [this] { showAway(true); });
-    connect(hub, &PostMsg::SigCloseOffOnline, this, [this] { showAway(false); });
+    connect(hub, SIGNAL(SigSelectMouseInfo(DeviceAllInfo)), this, SLOT(SlotSelectMouseInfo(DeviceAllInfo)));
+    connect(hub, SIGNAL(SigFormReset()), this, SLOT(SlotFormReset()), Qt::BlockingQueuedConnection);
+    connect(hub, SIGNAL(SigForm()), this, SLOT(SlotForm()), Qt::BlockingQueuedConnection);
+    connect(hub, SIGNAL(SigMouseOffLineo(int)), this, SLOT(SlotMouseOffLine(int)));
+    connect(hub, SIGNAL(SigCloseOffOnline()), this, SLOT(SlotCloseOffOnline()));
 }
 
 // ---- Navigation ---------------------------------------------------------------------------------
@@ -246,14 +244,26 @@ void Dialog::on_UpArrow_clicked()
 // ---- State of the device -------------------------------------------------------------------------
 
 // The battery in the head is still that of the device before.
-void Dialog::beginDevice(const DeviceAllInfo &info)
+void Dialog::SlotSelectMouseInfo(const DeviceAllInfo &SelectInfo)
 {
     ui->label->hide();
     ui->progressBar->setValue(0);
     ui->label_2->clear();
-    ui->deviceHead->setDevice(info);
-    showAway(!info.Online);
+    ui->deviceHead->setDevice(SelectInfo);
+    showAway(!SelectInfo.Online);
 }
+
+void Dialog::SlotFormReset() { showPassed(); }
+
+void Dialog::SlotForm() { showPassed(); }
+
+void Dialog::SlotMouseOffLine(int) { showAway(true); }
+
+void Dialog::SlotCloseOffOnline() { showAway(false); }
+
+// A pass without the mouse ends in SigForm or SigFormReset, a full read in SigForm. The offline watch may
+// have reached the mouse before the slot runs, and then the strip would stay although the mouse answers.
+void Dialog::showPassed() { showAway(AwaitingMouse && !SelectedDevice::info().Online); }
 
 // What the head shows of a mouse that does not answer may be out of date.
 void Dialog::showAway(bool away)

@@ -49,6 +49,11 @@ public slots:
     void SlotBattery(bool IsCharg, int Number, bool IsText);
     void SlotUpDataParam(int index);
     void SlotStartRecord(int index);
+    void SlotSelectMouseInfo(const DeviceAllInfo &SelectInfo);
+    void SlotFormReset();
+    void SlotForm();
+    void SlotMouseOffLine(int index);
+    void SlotCloseOffOnline();
     void on_stackedWidgetDialog_currentChanged(int arg1);
     void SlotAllLanguage(int index);
     void SlotMouseIndex(int) {}
@@ -69,7 +74,7 @@ private:
     void connectSignals();
     void showPage(QWidget *page);
     void writeCache();
-    void beginDevice(const DeviceAllInfo &info);
+    void showPassed();
     void showAway(bool away);
     void showTitle();
     void makeRoomInHead();

@@ -129,7 +129,8 @@ void Buttoninterface::connectSignals()
     connect(hub, SIGNAL(SigMouseIndex(int)), this, SLOT(SlotMouseIndex(int)));
     connect(hub, SIGNAL(SigAddMacroButton()), this, SLOT(SlotAddMacroButton()));
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
-    connect(hub, &PostMsg::SigSelectMouseInfo, this, &Buttoninterface::beginDevice); // behind the worker's
+    // The worker was made before and thus has taken the selected device when this page's slot runs.
+    connect(hub, SIGNAL(SigSelectMouseInfo(DeviceAllInfo)), this, SLOT(SlotSelectMouseInfo(DeviceAllInfo)));
 }
 
 // ---- Showing a record ---------------------------------------------------------------------------
@@ -175,11 +176,11 @@ void Buttoninterface::ShowBinding(int button, int actionClass, int first, int se
 
 // Until another device has been read, its rows show what a mouse does when it is new. The same device keeps
 // its rows: while it stays off line, no pass shows its cached image again.
-void Buttoninterface::beginDevice(const DeviceAllInfo &info)
+void Buttoninterface::SlotSelectMouseInfo(const DeviceAllInfo &SelectInfo)
 {
-    const bool isShown =
-        info.DevicePath == shown_.DevicePath && info.Cid == shown_.Cid && info.Mid == shown_.Mid;
-    shown_ = info;
+    const bool isShown = SelectInfo.DevicePath == shown_.DevicePath && SelectInfo.Cid == shown_.Cid &&
+                         SelectInfo.Mid == shown_.Mid;
+    shown_ = SelectInfo;
     if (isShown)
         return;
     const PageFilling filling(ButtonPageBusy);

@@ -42,6 +42,7 @@ public slots:
     void SlotUpDataButtonUIButton(FlashDataMap DataMap);
     void SlotUpDataButtonUIB(FlashDataMap DataMap);
     void SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool ItemEnable);
+    void SlotSelectMouseInfo(const DeviceAllInfo &SelectInfo);
     void SlotMouseIndex(int index);
     void SlotFormResetButton();
     void SlotAddMacroButton();
@@ -93,7 +94,6 @@ private:
     void arrangeTabs();
     void connectSignals();
 
-    void beginDevice(const DeviceAllInfo &info);
     void showRecord(const FlashDataMap &map);
     void showBindings(const FlashDataMap &map);
 

@@ -60,7 +60,7 @@ SensorDPI::SensorDPI(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::
                           ui->GreenButtonA, ui->PurpleButtonA, ui->LightBlueButtonA, ui->LightYellowButtonA});
     MarkerArea_ = ui->markerTrack->geometry();
     makeGroups();
-    connect(PostMsg::instance(), &PostMsg::SigAddConfig, this, &SensorDPI::followProfile);
+    connect(PostMsg::instance(), SIGNAL(SigAddConfig(QString)), this, SLOT(followProfile(QString)));
     onFirstShow(this, [this] { applyStyle(); });
 }
 

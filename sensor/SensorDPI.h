@@ -61,6 +61,7 @@ public slots:
     void on_ReduceLevelA_clicked();
     void on_AddLevelA_clicked();
     void SetColor(const QColor &color);
+    void followProfile(const QString &name);
 
     // The names are those of the widgets; a stage may have any colour.
     void on_BlueButton_toggled(bool checked) { stageToggled(0, checked); }
@@ -118,7 +119,6 @@ private:
     void makeGroups();
     void makePicker();
     void closePicker();
-    void followProfile(const QString &name);
     void recolor(int stage, const QColor &color);
     void showStage(int stage);
     void takeStage(int stage);
