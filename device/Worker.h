@@ -57,8 +57,8 @@ private:
     QTimer CheckTimer_;
     std::atomic<unsigned> requestedPasses_{0};
     std::atomic<unsigned> begunPasses_{0}; // requests that the latest pass has seen
-    // Each departure from the device page, and the end of the program. It ends the connection, so the next
-    // pass opens one even if nothing else is new.
+    // Counts the departures from the device page and the end of the program. Each of them ends the
+    // connection, so the next pass opens one even if nothing else is new.
     std::atomic<unsigned> departures_{0};
     std::atomic<bool> stopped_{false};
     unsigned begunDepartures_ = 0; // at the start of the current pass

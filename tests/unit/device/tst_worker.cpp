@@ -214,10 +214,8 @@ private slots:
         layer.setHook([&](const std::string &name) {
             if (name != during.constData() || --awaited != 0)
                 return;
-            if (byStop)
-                worker->stop();
-            else
-                worker->SlotMainPageChange();
+            const auto leave = [&] { byStop ? worker->stop() : worker->SlotMainPageChange(); };
+            QMetaObject::invokeMethod(worker.get(), leave, Qt::BlockingQueuedConnection);
         });
         pass();
         layer.setHook(nullptr);
