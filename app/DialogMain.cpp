@@ -9,6 +9,7 @@
 #include "catalogue/UserStore.h"
 #include "device/DeviceState.h"
 #include "device/EventDispatch.h"
+#include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "environment/DataRoot.h"
 #include "hub/PostMsg.h"
@@ -146,11 +147,15 @@ void DialogMain::buildTrayMenu()
     trayMenu_ = std::move(menu);
 }
 
-// close() does nothing when the window is being closed already, which then ends behind closeEvent().
+// The worker is stopped first, because a pass that began during the spin or after it would open the
+// connection again. When the window is being closed already, close() does nothing, and the window is hidden
+// after closeEvent() has returned.
 void DialogMain::endProgram()
 {
     ended_ = true;
     qDebug() << "close";
+    if (Worker *const worker = Worker::instance())
+        worker->stop();
     StopUsbChanged();
     spinEventLoop(ClosingMs);
     UsbServer_Exit();

@@ -51,16 +51,25 @@ Worker::~Worker()
 
 void Worker::startPass()
 {
+    if (stopped_)
+        return;
     ++requestedPasses_;
     WorkerArmed = true;
     start(QThread::InheritPriority);
 }
 
-void Worker::shutDown()
+void Worker::stop()
 {
+    stopped_ = true;
     CheckTimer_.stop();
     disconnect(this, &QThread::finished, this, nullptr);
     WorkerArmed = false;
+    ++departures_;
+}
+
+void Worker::shutDown()
+{
+    stop();
     while (!wait(1))
         QCoreApplication::processEvents();
 }
@@ -73,7 +82,11 @@ void Worker::SlotSelectMouseInfo(const DeviceAllInfo &SelectInfo)
     SelectedDevice::setCacheName(imageFileName(SelectInfo.Cid, SelectInfo.Mid));
 }
 
-void Worker::SlotMainPageChange() { ReadStartedOnline = false; }
+void Worker::SlotMainPageChange()
+{
+    ReadStartedOnline = false;
+    ++departures_;
+}
 
 void Worker::SlotCheckOnline()
 {
@@ -99,6 +112,7 @@ void Worker::SlotCheckOnline()
 void Worker::run()
 {
     begunPasses_ = requestedPasses_.load();
+    begunDepartures_ = departures_;
     if (!WorkerArmed)
         return;
     if (!MouseOnline)
@@ -114,12 +128,14 @@ void Worker::run()
 bool Worker::nothingNew(const DeviceAllInfo &selected) const
 {
     return selected.DevicePath == lastPath_ && selected.DeviceKind == lastKind_ &&
-           ReadStartedOnline == MouseOnline && !ConfigChanged;
+           lastDepartures_ == begunDepartures_ && ReadStartedOnline == MouseOnline && !ConfigChanged;
 }
 
 void Worker::pass(const DeviceAllInfo &selected)
 {
     const bool online = UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0;
+    if (isLeft())
+        return;
     SelectedDevice::setOnline(online);
     if (online) {
         announceLoad();
@@ -129,12 +145,18 @@ void Worker::pass(const DeviceAllInfo &selected)
     }
     lastPath_ = selected.DevicePath;
     lastKind_ = selected.DeviceKind;
+    lastDepartures_ = begunDepartures_;
     UsbServerC_Start(CurrentDevicePath(), CurrentDevicePath(), ProtocolCallback);
     qDebug("OnlinA");
     UsbServer_SetPCDriverStatus(1);
     UsbServer_ReadAllFlashData();
     ReadStartedOnline = MouseOnline.load();
     qDebug("OnlinB");
+    // The main thread may have ended the connection before this pass opened its own.
+    if (isLeft()) {
+        UsbServer_SetPCDriverStatus(0);
+        UsbServer_Exit();
+    }
 }
 
 // The wait dialog covers the pages until they have been sent the record.

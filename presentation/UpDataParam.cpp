@@ -55,7 +55,7 @@ void UpDataParam::setImport(const QString &path)
     SlotAllLanguage(LanguageIndex);
 }
 
-// A language without a text of its own for an import says what it says of any other wait.
+// A language file may lack the text for an import in all its languages; the dialog then shows that of a load.
 const char *UpDataParam::textKey() const
 {
     const bool told = !language::text(WaitRow.section, ImportKey, LanguageIndex).isEmpty();

@@ -82,6 +82,30 @@ private slots:
         QCOMPARE(program.script.run(), QString());
     }
 
+    // Leaving ended the connection, so the second visit needs one of its own although nothing else changed.
+    void aMouseThatIsStillAwayIsConnectedAgain()
+    {
+        Program program;
+        const auto awaiting = [] {
+            return AwaitingMouse && !WorkerArmed && OnDevicePage == 1 &&
+                   windows::visible<QLabel>(QStringLiteral("offlineText"));
+        };
+        program.order("radio m1 off");
+        clickTile(program);
+        program.expect("awaiting", awaiting);
+        program.click("UpArrow");
+        program.expect("left", [] { return OnDevicePage == 0; });
+        clickTile(program);
+        program.expect("awaiting again", awaiting);
+        program.order("radio m1 on");
+        program.expect("read", [&] { return !AwaitingMouse && DataLoaded && program.agrees("m1"); });
+        program.click("SensorButton");
+        program.click("Button125HZ");
+        program.expect("written", [&] { return program.bus.flash("m1").ReportRate == 8; });
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
+        QCOMPARE(program.script.run(), QString());
+    }
+
     void awayDuringTheWaitTheTimeOutIsTold_data()
     {
         QTest::addColumn<QByteArray>("loss");
@@ -138,7 +162,7 @@ private slots:
         QCOMPARE(notice.count(), 1);
     }
 
-    // ---- A slider in the user's hand
+    // ---- A slider that is pressed while the mouse is lost
 
     void aSliderThatWasHeldWorksAgain_data()
     {
@@ -221,7 +245,7 @@ private slots:
             slider->setMouseTracking(false);
         });
         std::unique_ptr<ProgramSettled> settled;
-        program.script.step("a word behind", always,
+        program.script.step("the mouse reports its battery", always,
                             [&] { settled = std::make_unique<ProgramSettled>(program.bus, "m1"); });
         program.expect("settled", [&] { return bool(*settled); });
         QCOMPARE(program.script.run(), QString());

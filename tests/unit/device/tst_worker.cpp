@@ -174,6 +174,68 @@ private slots:
         QCOMPARE(memcmp(&record, &empty, sizeof record), 0); // the cache is shown, not taken over
     }
 
+    void anOffLineMouseIsConnectedAtEachVisit()
+    {
+        layer.setOnline("mouse", false);
+        pass();
+        pass();
+        QCOMPARE(callNames(), QStringList{Question}); // the connection stands, nothing is new
+        emit PostMsg::instance()->SigMainPageChange();
+        pass();
+        QCOMPARE(callNames(), QStringList({Question, Question}) + Connection);
+        QCOMPARE(hub->lines, QStringList{"formreset"});
+    }
+
+    // Leaving and closing end the connection. A pass under way must not open another one.
+    void aPassThatIsLeftLetsGo_data()
+    {
+        QTest::addColumn<bool>("byStop");
+        QTest::addColumn<QByteArray>("during");
+        QTest::addColumn<QStringList>("calls");
+        const QStringList letGo = {"UsbServer_SetPCDriverStatus 0", "UsbServer_Exit"};
+        for (const bool byStop : {false, true}) {
+            const char *const way = byStop ? "closed" : "left";
+            QTest::addRow("%s at the question", way)
+                << byStop << QByteArray("UsbFinderC_GetDeviceOnLine") << QStringList{Question, Question};
+            QTest::addRow("%s at the connection", way)
+                << byStop << QByteArray("UsbServerC_Start")
+                << QStringList{Question, Question} + Connection + letGo;
+            QTest::addRow("%s at the read", way) << byStop << QByteArray("UsbServer_ReadAllFlashData")
+                                                 << QStringList{Question, Question} + Connection + letGo;
+        }
+    }
+    void aPassThatIsLeftLetsGo()
+    {
+        QFETCH(bool, byStop);
+        QFETCH(QByteArray, during);
+        QFETCH(QStringList, calls);
+        // The first question is that of run().
+        std::atomic<int> awaited{during == "UsbFinderC_GetDeviceOnLine" ? 2 : 1};
+        layer.setHook([&](const std::string &name) {
+            if (name != during.constData() || --awaited != 0)
+                return;
+            const auto leave = [&] { byStop ? worker->stop() : worker->SlotMainPageChange(); };
+            QMetaObject::invokeMethod(worker.get(), leave, Qt::BlockingQueuedConnection);
+        });
+        pass();
+        layer.setHook(nullptr);
+        QCOMPARE(callNames(), calls);
+        QVERIFY(!layer.connected());
+        QVERIFY(!AwaitingMouse);
+    }
+
+    void nothingStartsAStoppedWorker()
+    {
+        worker->stop();
+        QVERIFY(!worker->checkTimer().isActive());
+        MouseOnline = RestartWorker = true;
+        worker->SlotCheckOnline();
+        QTRY_VERIFY(!RestartWorker && !worker->isRunning());
+        worker->startPass();
+        QTRY_VERIFY(!worker->isRunning());
+        QVERIFY(callNames().isEmpty());
+    }
+
     void aPassAskedForDuringAPassIsNotLost()
     {
         std::atomic<bool> once{true};

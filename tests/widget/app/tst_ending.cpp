@@ -6,11 +6,13 @@
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
 #include "device/ImageCache.h"
+#include "device/Worker.h"
 #include "device/WriteFamily.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QCloseEvent>
+#include <QSemaphore>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QWindow>
@@ -195,6 +197,64 @@ private slots:
         QCOMPARE(calls(), (QStringList{"UsbServer_SetPCDriverStatus 0", "StopUsbChanged", "UsbServer_Exit"}));
         QCOMPARE(keptWhenLetGo, onDevicePage ? 64 : -1);
         QCOMPARE(keptRate(), keptWhenLetGo);
+    }
+
+    // Opening a device takes 150 ms, in which the window can be closed.
+    void aCloseWhileADeviceIsOpenedConnectsNothing()
+    {
+        auto *const tile = window->findChild<QToolButton *>("btn0");
+        QVERIFY(tile);
+        connect(PostMsg::instance(), &PostMsg::SigChangeMainDialog, window.get(),
+                [this] { QTimer::singleShot(0, window.get(), [this] { window->close(); }); });
+        tile->click();
+        QVERIFY(window->isHidden());
+        QTRY_VERIFY(!Worker::instance()->isRunning());
+        QCOMPARE(fake.count("UsbServer_Exit"), 1);
+        QCOMPARE(fake.count("UsbServerC_Start"), 0);
+        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus 1"), 0);
+    }
+
+    // A pass that stands at the device's answer until the program has let the device go.
+    void aPassUnderWayDoesNotUndoTheClose()
+    {
+        openDevicePage();
+        OnDevicePage = 1;
+        MouseOnline = true; // the pass asks once
+        QSemaphore asked;
+        QSemaphore letGo;
+        fake.setHook([&](const std::string &call) {
+            if (call == "UsbFinderC_GetDeviceOnLine" && QThread::currentThread() == Worker::instance()) {
+                asked.release();
+                letGo.acquire();
+            }
+            if (call == "UsbServer_Exit")
+                letGo.release();
+        });
+        Worker::instance()->startPass();
+        asked.acquire();
+        window->close();
+        QTRY_VERIFY(!Worker::instance()->isRunning());
+        QVERIFY(!fake.connected());
+        QCOMPARE(calls(), (QStringList{"UsbServer_SetPCDriverStatus 0", "StopUsbChanged", "UsbServer_Exit"}));
+    }
+
+    // The offline watch and a reset end in a new pass.
+    void nothingStartsAPassBehindTheClose()
+    {
+        openDevicePage();
+        OnDevicePage = 1;
+        fake.setHook([&](const std::string &call) {
+            if (call == "StopUsbChanged")
+                QTimer::singleShot(0, window.get(), [] {
+                    MouseOnline = RestartWorker = true;
+                    Worker::instance()->SlotCheckOnline();
+                });
+        });
+        window->close();
+        QVERIFY(!RestartWorker); // the watch has run
+        QTRY_VERIFY(!Worker::instance()->isRunning());
+        QCOMPARE(calls(), (QStringList{"UsbServer_SetPCDriverStatus 0", "StopUsbChanged", "UsbServer_Exit"}));
+        QCOMPARE(fake.count("UsbServerC_Start"), 0);
     }
 
     void theFormsButtonClosesLikeTheOthers()
