@@ -337,9 +337,9 @@ std::optional<wire::Report> Connection::request(const Order &order)
     const OrderRow *row = findOrderRow(order.command);
     if (row == nullptr)
         return std::nullopt;
-    const bool last = order.command == Command::DriverStatus;
+    const Deadline &change = order.command == Command::DriverStatus ? leaveEnd_ : changesEnd_;
     auto reply = ask(makeRequest(order.command, order.address, &order.argument, row->requestSize), UsualTries,
-                     last ? leaveEnd_ : changesEnd_);
+                     row->message ? readsEnd_ : change);
     if (!reply || reply->status() != wire::Status::Ok || reply->Length != row->replySize)
         return std::nullopt;
     return reply;

@@ -134,6 +134,31 @@ TEST_F(Leaving, ALoadThatRunsIsGivenUpAndTheDriverStatusSent)
     heal();
 }
 
+TEST_F(Leaving, AnUnansweredReadTakesNoTimeFromTheChangesBehindIt)
+{
+    const std::pair<Command, void (*)()> reads[] = {{Command::Battery, UsbServer_ReadBatteryLevel},
+                                                    {Command::Version, UsbServer_ReadVersion},
+                                                    {Command::Config, UsbServer_ReadConfig},
+                                                    {Command::PairStatus, UsbServer_ReadDonglePairStatus}};
+    for (const auto &[command, read] : reads) {
+        bool stored = false;
+        for (uint8_t round = 1; round < 20 && !stored; ++round) {
+            loadUnbound();
+            device.setScript([stuck = command](const wire::Report &request) {
+                return request.command() == stuck ? std::make_optional(Answers{}) : std::nullopt;
+            });
+            read();
+            ASSERT_TRUE(eventually([&, stuck = command] { return device.count(stuck) > 0; }));
+            edit(round);
+            UsbServer_SetCurrentConfig(2);
+            UsbServer_Exit();
+            stored = device.flash().ReportRate == round && device.asked(Command::ConfigSelect) == 1;
+            heal();
+        }
+        EXPECT_TRUE(stored) << static_cast<int>(command);
+    }
+}
+
 // The mouse is silent when the program lets go, and answers while it leaves.
 TEST_F(Leaving, TheDriverStatusIsSentAgainBehindAWriteThatWasHeld)
 {
