@@ -173,15 +173,18 @@ void Connection::drain(Lock &lock)
 {
     orders_.prepareForEnd();
     bool writes = true;
+    bool repeated = false;
     while (channel_ && !channel_->isDead()) {
-        if (writes && mirror_.next())
+        if (writes && mirror_.next()) {
             writes = writeNext(lock, UsualTries);
-        else if (orders_.empty() && letGo_ == LetGo::Before)
+        } else if (orders_.empty() && letGo_ == LetGo::Before && !repeated) {
             orders_.add({Command::DriverStatus, 0});
-        else if (!orders_.empty())
+            repeated = true;
+        } else if (!orders_.empty()) {
             carryOut(lock, Order(orders_.front()));
-        else
+        } else {
             return;
+        }
     }
 }
 
@@ -221,14 +224,18 @@ void Connection::carryOut(Lock &lock, const Order &order)
         if (isFullRead(order))
             fullReadMissing_ = !answered;
     } else {
+        if (letGo_ == LetGo::Last && !isRead(order))
+            letGo_ = LetGo::Before;
         lock.unlock();
         const std::optional<wire::Report> reply = request(order);
         lock.lock();
         answered = reply.has_value();
         if (order.command == Command::PairEnter)
             endPairingStart(answered);
-        if (order.command == Command::DriverStatus)
-            letGo_ = order.argument == 0 ? LetGo::Last : LetGo::No;
+        if (order.command == Command::DriverStatus && order.argument == 0)
+            letGo_ = answered ? LetGo::Last : LetGo::Before;
+        else if (order.command == Command::DriverStatus)
+            letGo_ = LetGo::No;
         if (answered)
             deliverAnswer(*reply);
     }

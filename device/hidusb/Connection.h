@@ -54,8 +54,8 @@ private:
     enum class Retry : uint8_t { None, Wanted, Running };
     enum class LetGo : uint8_t {
         No,
-        Last,   // the driver status 0 was the last that was sent
-        Before, // a write has followed it
+        Last,   // the driver status 0 was answered, and nothing has changed the device since
+        Before, // it was not answered, or something has changed the device since
     };
 
     void work();

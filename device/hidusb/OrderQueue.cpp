@@ -44,7 +44,7 @@ static bool isSame(const Order &one, const Order &other)
     return one.command == other.command && one.argument == other.argument && one.address == other.address;
 }
 
-static bool isRead(const Order &order)
+bool isRead(const Order &order)
 {
     const OrderRow *row = findOrderRow(order.command);
     return order.command == Command::FlashRead || (row != nullptr && row->message);

@@ -34,6 +34,7 @@ const OrderRow *findOrderRow(wire::Command command);
 bool isFullRead(const Order &order);
 // It replaces the content of the flash.
 bool changesProfile(const Order &order);
+bool isRead(const Order &order);
 
 class OrderQueue
 {

@@ -182,6 +182,49 @@ TEST_F(Leaving, TheDriverStatusIsSentAgainBehindAWriteThatWasHeld)
     EXPECT_TRUE(told);
 }
 
+TEST_F(Leaving, ADriverStatusWithoutAnswerIsSentAgain)
+{
+    bool told = false;
+    for (int round = 1; round < 20 && !told; ++round) {
+        loadUnbound();
+        std::atomic<bool> silent{true};
+        device.setScript([&silent](const wire::Report &request) {
+            return silent && request.command() == Command::DriverStatus ? std::make_optional(Answers{})
+                                                                        : std::nullopt;
+        });
+        UsbServer_SetPCDriverStatus(0);
+        UsbServer_ReadVersion();
+        ASSERT_TRUE(messages.waitFor(1)); // the status is given up
+        silent = false;
+        device.clearRequests();
+        UsbServer_Exit();
+        told = device.asked(Command::DriverStatus) == 1;
+        heal();
+    }
+    EXPECT_TRUE(told);
+}
+
+TEST_F(Leaving, TheDriverStatusIsSentAgainBehindAnOrderThatChangesTheDevice)
+{
+    void (*const orders[])() = {[] { UsbServer_SetCurrentConfig(2); }, UsbServer_SetClearSetting,
+                                [] { UsbServer_SetBatteryOptimizeEnable(0); },
+                                [] { UsbServer_EnterDonglePairOnlyCid(1); }};
+    for (const auto order : orders) {
+        bool told = false;
+        for (int round = 1; round < 20 && !told; ++round) {
+            loadUnbound();
+            UsbServer_SetPCDriverStatus(0);
+            order();
+            UsbServer_ReadVersion();
+            ASSERT_TRUE(messages.waitFor(1)); // both are carried out
+            UsbServer_Exit();
+            told = device.asked(Command::DriverStatus) == 2 && lastCommand() == Command::DriverStatus &&
+                   device.requests().back().Payload[0] == 0;
+        }
+        EXPECT_TRUE(told);
+    }
+}
+
 TEST_F(Leaving, DoesNotWaitForACallback)
 {
     loadUnbound();
