@@ -38,8 +38,9 @@ static TaskQueue &callbackQueue()
     return *queue;
 }
 
-Connection::Connection(std::string path, ProtocolCallback_t callback, uint64_t generation)
-    : path_(std::move(path)), callback_(callback), generation_(generation)
+Connection::Connection(std::string path, ProtocolCallback_t callback, uint64_t generation,
+                       std::chrono::milliseconds pairingLimit)
+    : path_(std::move(path)), callback_(callback), generation_(generation), pairingLimit_(pairingLimit)
 {
 }
 
@@ -129,7 +130,8 @@ void Connection::work()
         previous_.reset();
     }
     while (!leaving_) {
-        changed_.wait(lock, [this] { return hasWork(); });
+        changed_.wait_until(lock, pairing_ ? pairingEnd_ : Clock::time_point::max(),
+                            [this] { return hasWork(); });
         if (!leaving_)
             step(lock);
     }
@@ -148,11 +150,13 @@ bool Connection::hasWork() const
 
 void Connection::step(Lock &lock)
 {
+    if (isPairingOver())
+        failPairing();
     orders_.beginAll();
     if (!ensureChannel(lock)) {
         // The orders for the absent device are dropped. Those that came during the attempt to open it
         // stay: they may be for a device that has been plugged in since.
-        if (orders_.holds(Command::PairEnter))
+        if (orders_.hasBegun(Command::PairEnter))
             endPairingStart(false);
         orders_.removeBegun();
         if (!orders_.awaitsProfile())
@@ -198,8 +202,8 @@ bool Connection::ensureChannel(Lock &lock)
     const bool hadChannel = channel_ != nullptr;
     suspended_ = false;
     mirror_.forget();
-    if (pairing_)
-        failPairing();
+    if (pairing_ && !orders_.holds(Command::PairEnter))
+        failPairing(); // a start that is there gets its own result
     lock.unlock();
     std::shared_ptr<Channel> opened = acquireChannel(path_);
     if (opened)
@@ -354,9 +358,10 @@ std::optional<wire::Report> Connection::request(const Order &order)
 
 // ---- Pairing
 //
-// The program cannot leave a pairing before it has been told a result, so each start gets one: also when the
-// receiver refuses, does not answer, or is unplugged. A receiver that has refused a start still tells the
-// result of the one before, which would be taken for that of the new one.
+// The program cannot leave a pairing before it has been told a result, so the newest start gets one: also
+// when the receiver refuses, does not answer, is unplugged, forgets that it pairs, or tells none in time. A
+// receiver that has refused a start still tells the result of the one before, which would be taken for that
+// of the new one.
 
 void Connection::endPairingStart(bool accepted)
 {
@@ -364,11 +369,20 @@ void Connection::endPairingStart(bool accepted)
     if (!accepted)
         return failPairing();
     pairing_ = pairingEnded_ < pairingStarts_; // the result may have come with the acknowledgement
+    pairingEnd_ = Clock::now() + pairingLimit_;
 }
 
+// A start that waits ends with a result of its own, and this one would be taken for it.
 void Connection::failPairing()
 {
-    deliverPairState(makeRequest(Command::PairStatus), wire::PairState::Failed);
+    pairing_ = false;
+    if (!orders_.awaits(Command::PairEnter))
+        deliverPairState(makeRequest(Command::PairStatus), wire::PairState::Failed);
+}
+
+bool Connection::isPairingOver() const
+{
+    return pairing_ && Clock::now() >= pairingEnd_ && !orders_.holds(Command::PairEnter);
 }
 
 bool Connection::isStale(const wire::Report &pairStatus) const
@@ -377,11 +391,19 @@ bool Connection::isStale(const wire::Report &pairStatus) const
     return result && (pairingRefused_ || orders_.holds(Command::PairEnter));
 }
 
-// A result that waits for the program while it starts again is dropped: it belongs to the start before.
+static bool isResult(wire::PairState state)
+{
+    return state == wire::PairState::Failed || state == wire::PairState::Succeeded;
+}
+
+// A receiver that tells no state while it should pair has forgotten that, so the pairing has failed. A result
+// that waits for the program while it starts again is dropped: it belongs to the start before.
 void Connection::deliverPairState(const wire::Report &head, wire::PairState state, std::size_t limit)
 {
     const uint64_t start = pairingStarts_;
-    if (state != wire::PairState::Working) {
+    if (pairing_ && !isResult(state) && state != wire::PairState::Working)
+        state = wire::PairState::Failed;
+    if (isResult(state)) {
         pairing_ = false;
         pairingEnded_ = start;
     }

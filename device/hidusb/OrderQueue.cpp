@@ -75,6 +75,20 @@ bool OrderQueue::holds(Command command) const
                        [command](const Order &order) { return order.command == command; });
 }
 
+bool OrderQueue::hasBegun(Command command) const
+{
+    const auto waiting = orders_.begin() + static_cast<std::ptrdiff_t>(begun_);
+    return std::any_of(orders_.begin(), waiting,
+                       [command](const Order &order) { return order.command == command; });
+}
+
+bool OrderQueue::awaits(Command command) const
+{
+    const auto waiting = orders_.begin() + static_cast<std::ptrdiff_t>(begun_);
+    return std::any_of(waiting, orders_.end(),
+                       [command](const Order &order) { return order.command == command; });
+}
+
 bool OrderQueue::awaitsProfile() const { return std::any_of(orders_.begin(), orders_.end(), changesProfile); }
 
 bool OrderQueue::changesDevice() const { return !std::all_of(orders_.begin(), orders_.end(), isRead); }
