@@ -14,7 +14,10 @@ using wire::Command;
 
 constexpr std::size_t FlashWindow = 8; // a larger one is no faster at one report per millisecond
 constexpr std::chrono::milliseconds FlashReadLimit{5000};
-constexpr std::size_t WaitingNotices = 256; // further ones are dropped, so that a flood stays bounded
+// Further notices are dropped when so many messages wait, so that a flood stays bounded. The end of a reset
+// or of a pairing, for which the program waits, has as much room again.
+constexpr std::size_t WaitingNotices = 256;
+constexpr std::size_t WaitingEnds = 2 * WaitingNotices;
 constexpr std::chrono::milliseconds LeavingReplyTimeout{50};
 constexpr int LeavingTries = LeaveTime / LeavingReplyTimeout;
 
@@ -412,7 +415,7 @@ void Connection::deliverPairState(const wire::Report &head, wire::PairState stat
             if (self->pairingStarts_ == start)
                 self->call(head, {static_cast<uint8_t>(state)});
         },
-        limit);
+        isResult(state) ? std::max(limit, WaitingEnds) : limit);
 }
 
 // ---- Messages for the program
@@ -445,7 +448,8 @@ void Connection::notice(const wire::Report &report)
     if (known && report.command() == Command::PairStatus)
         deliverPairState(report, static_cast<wire::PairState>(report.Payload[0]), WaitingNotices);
     else if (known)
-        deliver(report, {report.Payload, report.Payload + report.Length}, WaitingNotices);
+        deliver(report, {report.Payload, report.Payload + report.Length},
+                report.command() == Command::ClearSettings ? WaitingEnds : WaitingNotices);
 }
 
 void Connection::deliverAnswer(const wire::Report &reply)
