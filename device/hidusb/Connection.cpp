@@ -14,7 +14,10 @@ using wire::Command;
 
 constexpr std::size_t FlashWindow = 8; // a larger one is no faster at one report per millisecond
 constexpr std::chrono::milliseconds FlashReadLimit{5000};
-constexpr std::size_t WaitingNotices = 256; // further ones are dropped, so that a flood stays bounded
+// Further notices are dropped when so many messages wait, so that a flood stays bounded. The end of a reset
+// or of a pairing, for which the program waits, has as much room again.
+constexpr std::size_t WaitingNotices = 256;
+constexpr std::size_t WaitingEnds = 2 * WaitingNotices;
 constexpr std::chrono::milliseconds LeavingReplyTimeout{50};
 constexpr int LeavingTries = LeaveTime / LeavingReplyTimeout;
 
@@ -38,8 +41,9 @@ static TaskQueue &callbackQueue()
     return *queue;
 }
 
-Connection::Connection(std::string path, ProtocolCallback_t callback, uint64_t generation)
-    : path_(std::move(path)), callback_(callback), generation_(generation)
+Connection::Connection(std::string path, ProtocolCallback_t callback, uint64_t generation,
+                       std::chrono::milliseconds pairingLimit)
+    : path_(std::move(path)), callback_(callback), generation_(generation), pairingLimit_(pairingLimit)
 {
 }
 
@@ -129,7 +133,8 @@ void Connection::work()
         previous_.reset();
     }
     while (!leaving_) {
-        changed_.wait(lock, [this] { return hasWork(); });
+        changed_.wait_until(lock, pairing_ ? pairingEnd_ : Clock::time_point::max(),
+                            [this] { return hasWork(); });
         if (!leaving_)
             step(lock);
     }
@@ -148,11 +153,13 @@ bool Connection::hasWork() const
 
 void Connection::step(Lock &lock)
 {
+    if (isPairingOver())
+        failPairing();
     orders_.beginAll();
     if (!ensureChannel(lock)) {
         // The orders for the absent device are dropped. Those that came during the attempt to open it
         // stay: they may be for a device that has been plugged in since.
-        if (orders_.holds(Command::PairEnter))
+        if (orders_.hasBegun(Command::PairEnter))
             endPairingStart(false);
         orders_.removeBegun();
         if (!orders_.awaitsProfile())
@@ -173,15 +180,18 @@ void Connection::drain(Lock &lock)
 {
     orders_.prepareForEnd();
     bool writes = true;
+    bool repeated = false;
     while (channel_ && !channel_->isDead()) {
-        if (writes && mirror_.next())
+        if (writes && mirror_.next()) {
             writes = writeNext(lock, UsualTries);
-        else if (orders_.empty() && letGo_ == LetGo::Before)
+        } else if (orders_.empty() && letGo_ == LetGo::Before && !repeated) {
             orders_.add({Command::DriverStatus, 0});
-        else if (!orders_.empty())
+            repeated = true;
+        } else if (!orders_.empty()) {
             carryOut(lock, Order(orders_.front()));
-        else
+        } else {
             return;
+        }
     }
 }
 
@@ -195,8 +205,8 @@ bool Connection::ensureChannel(Lock &lock)
     const bool hadChannel = channel_ != nullptr;
     suspended_ = false;
     mirror_.forget();
-    if (pairing_)
-        failPairing();
+    if (pairing_ && !orders_.holds(Command::PairEnter))
+        failPairing(); // a start that is there gets its own result
     lock.unlock();
     std::shared_ptr<Channel> opened = acquireChannel(path_);
     if (opened)
@@ -221,14 +231,18 @@ void Connection::carryOut(Lock &lock, const Order &order)
         if (isFullRead(order))
             fullReadMissing_ = !answered;
     } else {
+        if (letGo_ == LetGo::Last && !isRead(order))
+            letGo_ = LetGo::Before;
         lock.unlock();
         const std::optional<wire::Report> reply = request(order);
         lock.lock();
         answered = reply.has_value();
         if (order.command == Command::PairEnter)
             endPairingStart(answered);
-        if (order.command == Command::DriverStatus)
-            letGo_ = order.argument == 0 ? LetGo::Last : LetGo::No;
+        if (order.command == Command::DriverStatus && order.argument == 0)
+            letGo_ = answered ? LetGo::Last : LetGo::Before;
+        else if (order.command == Command::DriverStatus)
+            letGo_ = LetGo::No;
         if (answered)
             deliverAnswer(*reply);
     }
@@ -337,9 +351,9 @@ std::optional<wire::Report> Connection::request(const Order &order)
     const OrderRow *row = findOrderRow(order.command);
     if (row == nullptr)
         return std::nullopt;
-    const bool last = order.command == Command::DriverStatus;
+    const Deadline &change = order.command == Command::DriverStatus ? leaveEnd_ : changesEnd_;
     auto reply = ask(makeRequest(order.command, order.address, &order.argument, row->requestSize), UsualTries,
-                     last ? leaveEnd_ : changesEnd_);
+                     row->message ? readsEnd_ : change);
     if (!reply || reply->status() != wire::Status::Ok || reply->Length != row->replySize)
         return std::nullopt;
     return reply;
@@ -347,9 +361,10 @@ std::optional<wire::Report> Connection::request(const Order &order)
 
 // ---- Pairing
 //
-// The program cannot leave a pairing before it has been told a result, so each start gets one: also when the
-// receiver refuses, does not answer, or is unplugged. A receiver that has refused a start still tells the
-// result of the one before, which would be taken for that of the new one.
+// The program cannot leave a pairing before it has been told a result, so the newest start gets one: also
+// when the receiver refuses, does not answer, is unplugged, forgets that it pairs, or tells none in time. A
+// receiver that has refused a start still tells the result of the one before, which would be taken for that
+// of the new one.
 
 void Connection::endPairingStart(bool accepted)
 {
@@ -357,11 +372,20 @@ void Connection::endPairingStart(bool accepted)
     if (!accepted)
         return failPairing();
     pairing_ = pairingEnded_ < pairingStarts_; // the result may have come with the acknowledgement
+    pairingEnd_ = Clock::now() + pairingLimit_;
 }
 
+// A start that waits ends with a result of its own, and this one would be taken for it.
 void Connection::failPairing()
 {
-    deliverPairState(makeRequest(Command::PairStatus), wire::PairState::Failed);
+    pairing_ = false;
+    if (!orders_.awaits(Command::PairEnter))
+        deliverPairState(makeRequest(Command::PairStatus), wire::PairState::Failed);
+}
+
+bool Connection::isPairingOver() const
+{
+    return pairing_ && Clock::now() >= pairingEnd_ && !orders_.holds(Command::PairEnter);
 }
 
 bool Connection::isStale(const wire::Report &pairStatus) const
@@ -370,11 +394,19 @@ bool Connection::isStale(const wire::Report &pairStatus) const
     return result && (pairingRefused_ || orders_.holds(Command::PairEnter));
 }
 
-// A result that waits for the program while it starts again is dropped: it belongs to the start before.
+static bool isResult(wire::PairState state)
+{
+    return state == wire::PairState::Failed || state == wire::PairState::Succeeded;
+}
+
+// A receiver that tells no state while it should pair has forgotten that, so the pairing has failed. A result
+// that waits for the program while it starts again is dropped: it belongs to the start before.
 void Connection::deliverPairState(const wire::Report &head, wire::PairState state, std::size_t limit)
 {
     const uint64_t start = pairingStarts_;
-    if (state != wire::PairState::Working) {
+    if (pairing_ && !isResult(state) && state != wire::PairState::Working)
+        state = wire::PairState::Failed;
+    if (isResult(state)) {
         pairing_ = false;
         pairingEnded_ = start;
     }
@@ -383,7 +415,7 @@ void Connection::deliverPairState(const wire::Report &head, wire::PairState stat
             if (self->pairingStarts_ == start)
                 self->call(head, {static_cast<uint8_t>(state)});
         },
-        limit);
+        isResult(state) ? std::max(limit, WaitingEnds) : limit);
 }
 
 // ---- Messages for the program
@@ -416,7 +448,8 @@ void Connection::notice(const wire::Report &report)
     if (known && report.command() == Command::PairStatus)
         deliverPairState(report, static_cast<wire::PairState>(report.Payload[0]), WaitingNotices);
     else if (known)
-        deliver(report, {report.Payload, report.Payload + report.Length}, WaitingNotices);
+        deliver(report, {report.Payload, report.Payload + report.Length},
+                report.command() == Command::ClearSettings ? WaitingEnds : WaitingNotices);
 }
 
 void Connection::deliverAnswer(const wire::Report &reply)

@@ -27,10 +27,14 @@ namespace hidusb
 constexpr std::chrono::milliseconds LeaveTime{300};
 constexpr std::chrono::milliseconds LeaveReserve{50};
 
+// How long an accepted start of a pairing may stay without a result: longer than the 60 s of a receiver.
+constexpr std::chrono::seconds PairingLimit{65};
+
 class Connection : public NoticeSink, public std::enable_shared_from_this<Connection>
 {
 public:
-    Connection(std::string path, ProtocolCallback_t callback, uint64_t generation);
+    Connection(std::string path, ProtocolCallback_t callback, uint64_t generation,
+               std::chrono::milliseconds pairingLimit = PairingLimit);
 
     // All of these return at once and may be called from any thread. The connection sends nothing before the
     // previous one, which may be null, has left.
@@ -54,8 +58,8 @@ private:
     enum class Retry : uint8_t { None, Wanted, Running };
     enum class LetGo : uint8_t {
         No,
-        Last,   // the driver status 0 was the last that was sent
-        Before, // a write has followed it
+        Last,   // the driver status 0 was answered, and nothing has changed the device since
+        Before, // it was not answered, or something has changed the device since
     };
 
     void work();
@@ -74,6 +78,7 @@ private:
 
     void endPairingStart(bool accepted);
     void failPairing();
+    bool isPairingOver() const;
     bool isStale(const wire::Report &pairStatus) const;
     void deliverAnswer(const wire::Report &reply);
     void deliverPairState(const wire::Report &head, wire::PairState state, std::size_t limit = SIZE_MAX);
@@ -85,6 +90,7 @@ private:
     const std::string path_;
     const ProtocolCallback_t callback_;
     const uint64_t generation_;
+    const std::chrono::milliseconds pairingLimit_;
     std::atomic<bool> leaving_{false};
     Deadline readsEnd_{Clock::time_point::max()};
     Deadline changesEnd_{Clock::time_point::max()}; // for writes and orders
@@ -106,7 +112,8 @@ private:
     bool returned_ = false;        // the mouse came back since the last read or write began
     bool lost_ = false;            // the channel is dead and not replaced yet
     bool pairing_ = false;         // the receiver has accepted a start and told no result
-    bool pairingRefused_ = false;  // the newest start; the receiver still tells the result before it
+    Clock::time_point pairingEnd_ = Clock::time_point::max(); // when that start has failed
+    bool pairingRefused_ = false; // the newest start; the receiver still tells the result before it
     std::atomic<uint64_t> pairingStarts_{0};
     uint64_t pairingEnded_ = 0; // the start whose result was told
 };

@@ -43,14 +43,16 @@ void openConnection(const char *path, ProtocolCallback_t callback)
     current().last = made;
 }
 
+// The closed connection leaves before the lock is let go: a start meanwhile waits for it as its previous one,
+// and only one that leaves has a limit for that.
 void closeConnection()
 {
     std::unique_lock lock(current().mutex);
     const std::shared_ptr<Connection> closed = std::move(current().connection);
-    lock.unlock();
     if (!closed)
         return;
     closed->leave();
+    lock.unlock();
     closed->awaitLeft();
 }
 

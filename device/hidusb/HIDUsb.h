@@ -99,8 +99,9 @@ HIDUSB_API void UsbServer_ReadConfig(void);                // message 14, one by
 HIDUSB_API void UsbServer_SetCurrentConfig(uint8_t index); // 0..3
 HIDUSB_API void UsbServer_SetClearSetting(void);           // factory reset; message 9 when it is done
 HIDUSB_API void UsbServer_SetBatteryOptimizeEnable(uint8_t enable);
-HIDUSB_API void UsbServer_EnterDonglePairOnlyCid(uint8_t cid); // message 6; each call gets a result, 2 or 3
-HIDUSB_API void UsbServer_ReadDonglePairStatus(void);          // message 6
+// Message 6. The newest start gets one result, 2 or 3; 2 after 65 s when the receiver tells none.
+HIDUSB_API void UsbServer_EnterDonglePairOnlyCid(uint8_t cid);
+HIDUSB_API void UsbServer_ReadDonglePairStatus(void); // message 6
 
 // The record is the new wanted state of the device. It is copied; a writer in the background sends the
 // difference to what the device is known to hold: newer values replace waiting ones, neighbours share a

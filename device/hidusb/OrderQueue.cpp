@@ -44,7 +44,7 @@ static bool isSame(const Order &one, const Order &other)
     return one.command == other.command && one.argument == other.argument && one.address == other.address;
 }
 
-static bool isRead(const Order &order)
+bool isRead(const Order &order)
 {
     const OrderRow *row = findOrderRow(order.command);
     return order.command == Command::FlashRead || (row != nullptr && row->message);
@@ -72,6 +72,20 @@ void OrderQueue::requireFullRead()
 bool OrderQueue::holds(Command command) const
 {
     return std::any_of(orders_.begin(), orders_.end(),
+                       [command](const Order &order) { return order.command == command; });
+}
+
+bool OrderQueue::hasBegun(Command command) const
+{
+    const auto waiting = orders_.begin() + static_cast<std::ptrdiff_t>(begun_);
+    return std::any_of(orders_.begin(), waiting,
+                       [command](const Order &order) { return order.command == command; });
+}
+
+bool OrderQueue::awaits(Command command) const
+{
+    const auto waiting = orders_.begin() + static_cast<std::ptrdiff_t>(begun_);
+    return std::any_of(waiting, orders_.end(),
                        [command](const Order &order) { return order.command == command; });
 }
 

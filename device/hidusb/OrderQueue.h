@@ -34,6 +34,7 @@ const OrderRow *findOrderRow(wire::Command command);
 bool isFullRead(const Order &order);
 // It replaces the content of the flash.
 bool changesProfile(const Order &order);
+bool isRead(const Order &order);
 
 class OrderQueue
 {
@@ -45,6 +46,8 @@ public:
     bool empty() const { return orders_.empty(); }
     const Order &front() const { return orders_.front(); }
     bool holds(wire::Command command) const;
+    bool hasBegun(wire::Command command) const;
+    bool awaits(wire::Command command) const; // one that has not begun is there
     bool awaitsProfile() const;
     bool changesDevice() const; // an order is there that is more than a read
 

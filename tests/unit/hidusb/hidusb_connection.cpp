@@ -295,7 +295,40 @@ TEST_F(Connection, TheQueueOfNoticesIsBounded)
     messages.setHook(nullptr);
     leave = true;
     ASSERT_TRUE(eventually([this] { return messages.all().back().code() == 18; }));
-    EXPECT_LE(messages.size(), 2U + 256U);
+    EXPECT_LE(messages.size(), 2U + 512U);
+}
+
+// The program waits for these, and would do so for ever.
+TEST_F(Connection, AFloodOfNoticesPushesOutNoEnd)
+{
+    load();
+    std::atomic<bool> leave{false};
+    messages.setHook([&leave](const Message &) { eventually([&leave] { return leave.load(); }); });
+    const DeviceStatusChange change{};
+    const auto notify = [&] {
+        device.send(datagram(noticeOf(Command::StatusChanged, &change, sizeof change)));
+    };
+    notify();
+    ASSERT_TRUE(messages.waitFor(1));
+    for (int i = 0; i < 400; ++i) {
+        notify();
+        if (i % 50 == 0)
+            UsbFinderC_GetVersion(device.path().c_str()); // the layer has read the notices before it
+    }
+    const auto result = wire::PairState::Succeeded;
+    device.send(datagram(noticeOf(Command::ClearSettings)));
+    device.send(datagram(noticeOf(Command::PairStatus, &result, sizeof result)));
+    ASSERT_NE(UsbFinderC_GetVersion(device.path().c_str()), 0U);
+    messages.setHook(nullptr);
+    leave = true;
+    const auto isTold = [this](int code) {
+        return eventually([this, code] {
+            const auto all = messages.all();
+            return std::any_of(all.begin(), all.end(), [code](const Message &m) { return m.code() == code; });
+        });
+    };
+    EXPECT_TRUE(isTold(9));
+    EXPECT_TRUE(isTold(6));
 }
 
 TEST_F(Connection, ManyThreadsMayCallAtOnce)

@@ -134,6 +134,31 @@ TEST_F(Leaving, ALoadThatRunsIsGivenUpAndTheDriverStatusSent)
     heal();
 }
 
+TEST_F(Leaving, AnUnansweredReadTakesNoTimeFromTheChangesBehindIt)
+{
+    const std::pair<Command, void (*)()> reads[] = {{Command::Battery, UsbServer_ReadBatteryLevel},
+                                                    {Command::Version, UsbServer_ReadVersion},
+                                                    {Command::Config, UsbServer_ReadConfig},
+                                                    {Command::PairStatus, UsbServer_ReadDonglePairStatus}};
+    for (const auto &[command, read] : reads) {
+        bool stored = false;
+        for (uint8_t round = 1; round < 20 && !stored; ++round) {
+            loadUnbound();
+            device.setScript([stuck = command](const wire::Report &request) {
+                return request.command() == stuck ? std::make_optional(Answers{}) : std::nullopt;
+            });
+            read();
+            ASSERT_TRUE(eventually([&, stuck = command] { return device.count(stuck) > 0; }));
+            edit(round);
+            UsbServer_SetCurrentConfig(2);
+            UsbServer_Exit();
+            stored = device.flash().ReportRate == round && device.asked(Command::ConfigSelect) == 1;
+            heal();
+        }
+        EXPECT_TRUE(stored) << static_cast<int>(command);
+    }
+}
+
 // The mouse is silent when the program lets go, and answers while it leaves.
 TEST_F(Leaving, TheDriverStatusIsSentAgainBehindAWriteThatWasHeld)
 {
@@ -155,6 +180,49 @@ TEST_F(Leaving, TheDriverStatusIsSentAgainBehindAWriteThatWasHeld)
         heal();
     }
     EXPECT_TRUE(told);
+}
+
+TEST_F(Leaving, ADriverStatusWithoutAnswerIsSentAgain)
+{
+    bool told = false;
+    for (int round = 1; round < 20 && !told; ++round) {
+        loadUnbound();
+        std::atomic<bool> silent{true};
+        device.setScript([&silent](const wire::Report &request) {
+            return silent && request.command() == Command::DriverStatus ? std::make_optional(Answers{})
+                                                                        : std::nullopt;
+        });
+        UsbServer_SetPCDriverStatus(0);
+        UsbServer_ReadVersion();
+        ASSERT_TRUE(messages.waitFor(1)); // the status is given up
+        silent = false;
+        device.clearRequests();
+        UsbServer_Exit();
+        told = device.asked(Command::DriverStatus) == 1;
+        heal();
+    }
+    EXPECT_TRUE(told);
+}
+
+TEST_F(Leaving, TheDriverStatusIsSentAgainBehindAnOrderThatChangesTheDevice)
+{
+    void (*const orders[])() = {[] { UsbServer_SetCurrentConfig(2); }, UsbServer_SetClearSetting,
+                                [] { UsbServer_SetBatteryOptimizeEnable(0); },
+                                [] { UsbServer_EnterDonglePairOnlyCid(1); }};
+    for (const auto order : orders) {
+        bool told = false;
+        for (int round = 1; round < 20 && !told; ++round) {
+            loadUnbound();
+            UsbServer_SetPCDriverStatus(0);
+            order();
+            UsbServer_ReadVersion();
+            ASSERT_TRUE(messages.waitFor(1)); // both are carried out
+            UsbServer_Exit();
+            told = device.asked(Command::DriverStatus) == 2 && lastCommand() == Command::DriverStatus &&
+                   device.requests().back().Payload[0] == 0;
+        }
+        EXPECT_TRUE(told);
+    }
 }
 
 TEST_F(Leaving, DoesNotWaitForACallback)

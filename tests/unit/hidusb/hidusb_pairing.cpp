@@ -160,3 +160,26 @@ TEST_F(Pairing, AResultThatWaitsForTheProgramIsNotThatOfANewStart)
     EXPECT_TRUE(isTold(PairState::Succeeded));
     EXPECT_EQ(results(), succeeded_);
 }
+
+// Neither 0 nor an unknown state is a result; a receiver that tells one does not pair any more.
+TEST_F(Pairing, AReceiverThatForgetsItsPairingHasFailed)
+{
+    for (const uint8_t state : {0, 4, 255}) {
+        device.setScript([state](const wire::Report &request) {
+            return request.command() == Command::PairStatus
+                       ? std::make_optional(Answers{datagram(replyTo(request, &state, sizeof state))})
+                       : std::nullopt;
+        });
+        start();
+        messages.clear();
+        UsbServer_EnterDonglePairOnlyCid(Cid);
+        UsbServer_ReadDonglePairStatus();
+        EXPECT_EQ(results(), failed_) << "answered " << int{state};
+        messages.clear();
+        UsbServer_EnterDonglePairOnlyCid(Cid);
+        EXPECT_TRUE(results().empty());
+        device.send(datagram(noticeOf(Command::PairStatus, &state, sizeof state)));
+        EXPECT_TRUE(isTold(PairState::Failed)) << "told " << int{state};
+    }
+    heal();
+}

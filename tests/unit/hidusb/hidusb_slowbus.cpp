@@ -139,9 +139,9 @@ protected:
             connection_->leave();
     }
     // Each test has a path of its own, so that it does not share the channel of another test.
-    void start(const char *path)
+    void start(const char *path, std::chrono::milliseconds pairingLimit = PairingLimit)
     {
-        connection_ = std::make_shared<hidusb::Connection>(path, logMessage<0>, 1);
+        connection_ = std::make_shared<hidusb::Connection>(path, logMessage<0>, 1, pairingLimit);
         asked_ = theBus().asked();
         connection_->start(nullptr);
     }
@@ -167,6 +167,47 @@ TEST_F(GatedOpening, AnOrderForADeviceThatHasJustComeIsCarriedOut)
     theBus().decide(true);
     ASSERT_TRUE(messages_.waitFor(1));
     EXPECT_EQ(messages_.all().at(0).code(), 4);
+}
+
+// The start before it, which was for the absent receiver, gets no result: it would be taken for that of this
+// one.
+TEST_F(GatedOpening, AStartForAReceiverThatHasJustComeHasNotFailed)
+{
+    theBus().script = [](const wire::Report &request) {
+        const auto state = wire::PairState::Succeeded;
+        const bool asked = request.command() == Command::PairStatus;
+        return Answers{datagram(replyTo(request, &state, asked ? sizeof state : 0))};
+    };
+    const std::pair<const char *, Command> rows[] = {{"question", Command::Battery},
+                                                     {"start", Command::PairEnter}};
+    for (const auto &[path, first] : rows) {
+        messages_.clear();
+        start(path);
+        ASSERT_TRUE(opens(1));
+        theBus().decide(false);
+        connection_->order({first}); // for the receiver that is not attached
+        ASSERT_TRUE(opens(2));
+        connection_->order({Command::PairEnter}); // for the one that is plugged in meanwhile
+        theBus().decide(false);
+        ASSERT_TRUE(opens(3));
+        theBus().decide(true);
+        connection_->order({Command::PairStatus});
+        ASSERT_TRUE(messages_.waitFor(1));
+        EXPECT_EQ(messages_.all().at(0).code(), 6);
+        EXPECT_EQ(messages_.all().at(0).payload.at(0), static_cast<int>(wire::PairState::Succeeded)) << path;
+        connection_->leave();
+    }
+}
+
+TEST_F(GatedOpening, APairingWithoutAResultFailsAtItsLimit)
+{
+    theBus().script = [](const wire::Report &request) { return Answers{datagram(replyTo(request))}; };
+    theBus().decide(true);
+    start("pairs in silence", std::chrono::milliseconds(20));
+    connection_->order({Command::PairEnter});
+    ASSERT_TRUE(messages_.waitFor(1));
+    EXPECT_EQ(messages_.all().at(0).code(), 6);
+    EXPECT_EQ(messages_.all().at(0).payload.at(0), static_cast<int>(wire::PairState::Failed));
 }
 
 TEST_F(GatedOpening, AMouseThatReturnsWhileItIsReportedOffLineIsReadAgain)
