@@ -149,7 +149,8 @@ HIDUSB_API void UsbFinderC_ReadWriteDeviceData(const uint8_t *write_buffer, uint
 // costs 0.3 s, and any number of them 0.5 s at most.
 HIDUSB_API void UsbUpgradeC_FindBootDevices(const uint8_t *image, int32_t *count);
 // Starts flashing and returns: true when the file is whole and one device that it fits (in its boot
-// loader or not) is attached, and no other upgrade runs. The device is followed by its USB port, and the
+// loader or not) is attached, no other device is still being opened or asked at the end of the search, and no
+// other upgrade runs. The device is followed by its USB port, and the
 // upgrade has succeeded when it is there again and reports the file's version. `timeout_ms` is how long the
 // boot loader may take to appear and the device to come back. The end is reported two minutes after the call
 // at the latest. The image is copied. The callback has a thread of its own. The search takes as long as that
