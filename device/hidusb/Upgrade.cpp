@@ -167,10 +167,7 @@ std::optional<UpgradeResult> Upgrade::checkBootLoader(Channel &channel)
     wire::BootIdentityReply identity{};
     if (!fetch(channel, Command::BootIdentity, &identity))
         return std::nullopt;
-    if (firmware_.fitsBootLoader(identity))
-        return Result::Succeeded;
-    leave(channel);
-    return Result::Failed;
+    return firmware_.fitsBootLoader(identity) ? Result::Succeeded : Result::Failed;
 }
 
 std::optional<UpgradeResult> Upgrade::checkReturned(Channel &channel) const
@@ -232,10 +229,11 @@ void Upgrade::leave(Channel &channel)
 UpgradeResult Upgrade::run()
 {
     const Result entered = enterBootLoader();
-    if (entered != Result::Succeeded)
+    if (entered == Result::Refused)
         return entered;
-    if (!write(*channel_)) {
-        leave(*channel_);
+    if (entered != Result::Succeeded || !write(*channel_)) {
+        if (channel_)
+            leave(*channel_);
         return Result::Failed;
     }
     return waitFor(wire::SettingsUsagePage, timeout_,

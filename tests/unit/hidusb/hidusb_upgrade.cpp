@@ -308,6 +308,26 @@ TEST_F(Upgrade, AfterAFailureTheBootLoaderIsAskedToLeave)
     }
 }
 
+// It has told what it is when it was searched for, then no more.
+TEST_F(Upgrade, ABootLoaderThatDoesNotSayWhatItIsIsAskedToLeave)
+{
+    for (const bool silent : {true, false}) {
+        SCOPED_TRACE(silent ? "silent" : "refused");
+        upgradeLog().ends.clear();
+        std::atomic<bool> told{false};
+        plugBootLoader([&](const wire::Report &request) -> std::optional<Answers> {
+            if (request.command() != Command::BootIdentity || !told.exchange(true))
+                return std::nullopt;
+            return silent ? Answers{}
+                          : Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
+        });
+        ASSERT_TRUE(start(300));
+        EXPECT_TRUE(endsWith(0));
+        EXPECT_EQ(bootLoader->asked(Command::BootLeave), 1U);
+        EXPECT_EQ(bootLoader->asked(Command::BootBegin), 0U);
+    }
+}
+
 TEST_F(Upgrade, ABootLoaderThatDoesNotComeEndsIt)
 {
     plugMouse();
