@@ -4,6 +4,7 @@
 // An upgrade is cut at each of its packets, in each way that an upgrade can be cut: no device is bricked,
 // each is repaired in at most two tries, and what the caller is told is true. One seed runs by default; with
 // UPGRADE_CUTS=10000 in the environment, seeds run until that many cuts have been made.
+#include "device/hidusb/Finder.h"
 #include "device/hidusb/Upgrade.h"
 #include "emulator/Emulator.h"
 #include "tests/support/Eventually.h"
@@ -82,6 +83,8 @@ protected:
         std::string error;
         ASSERT_TRUE(emulator.loadText(Scenario, "scenario", error)) << error;
         ASSERT_TRUE(emulator.start(busFolder(), error)) << error;
+        int32_t most = 1;
+        hidusb::findPaths("1209", "0001", 1, wire::SettingsUsagePage, &most); // names the vendor
         times.answer = milliseconds(100);
         times.slow = milliseconds(2000);
         times.askAgain = milliseconds(10);

@@ -56,6 +56,8 @@ protected:
     Upgrade()
     {
         busFolder();
+        int32_t count = 1;
+        UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0001", &count); // names the vendor
         const std::lock_guard lock(upgradeLog().mutex);
         upgradeLog().percentages.clear();
         upgradeLog().ends.clear();
@@ -455,13 +457,11 @@ TEST_F(Upgrade, AllBootLoadersAreAskedAtOnce)
 
 TEST_F(Upgrade, OtherMakersDevicesAreNotAsked)
 {
-    int32_t count = 5;
-    UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0001", &count); // names the vendor
     plugBootLoader();
     wire::BusName name = bootName("foreign");
     name.vendorId = 0x1234;
     const FakeDevice foreign(name);
-    count = 5;
+    int32_t count = 5;
     UsbUpgradeC_FindBootDevices(firmware.data(), &count);
     EXPECT_EQ(count, 1);
     EXPECT_TRUE(foreign.requests().empty());

@@ -3,6 +3,7 @@
 //
 // What an upgrade asks of the bus: a watch before the device leaves, or polling where there is none, and an
 // end in any case. The bus is the test's own, in front of the sockets of an emulator.
+#include "device/hidusb/Finder.h"
 #include "device/hidusb/FirmwareTargets.h"
 #include "device/hidusb/SocketBus.h"
 #include "device/hidusb/Upgrade.h"
@@ -58,6 +59,12 @@ void onUpgrade(const uint8_t *data)
         result = data[2];
 }
 
+void nameVendor(const char *id)
+{
+    int32_t count = 1;
+    hidusb::findPaths(id, "0001", 1, wire::SettingsUsagePage, &count);
+}
+
 class UpgradeBus : public testing::Test
 {
 protected:
@@ -82,6 +89,7 @@ protected:
     {
         const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
         const auto firmware = hidusb::readFirmware(file.data());
+        nameVendor("1209");
         result = -1;
         // On a busy machine the search may find the device silent.
         EXPECT_TRUE(firmware &&
@@ -96,6 +104,23 @@ protected:
 } // namespace
 
 hidusb::Bus &hidusb::bus() { return ownBus(); }
+
+// The first test of the file: no vendor has been named before it.
+TEST_F(UpgradeBus, ADeviceIsAskedOnceItsVendorIsNamed)
+{
+    wire::BusName name = mouseName("other");
+    name.vendorId = 0x4321;
+    FakeDevice other(name);
+    other.setIdentity({18, 8, 2});
+    ASSERT_EQ(emulator.order("unplug wired"), "ok\n");
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    const auto firmware = hidusb::readFirmware(file.data());
+    ASSERT_TRUE(firmware);
+    EXPECT_FALSE(hidusb::findTarget(*firmware));
+    EXPECT_TRUE(other.requests().empty());
+    nameVendor("4321");
+    EXPECT_TRUE(eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
+}
 
 TEST_F(UpgradeBus, IsWatchedBeforeTheDeviceLeaves)
 {
@@ -148,6 +173,7 @@ TEST_F(UpgradeBus, ADeviceThatOpensLateMayBeTheSecondThatFits)
     const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
     const auto firmware = hidusb::readFirmware(file.data());
     ASSERT_TRUE(firmware);
+    nameVendor("1209");
     std::promise<void> letOpen;
     std::atomic<bool> opened{false};
     ownBus().onOpen = [&, open = letOpen.get_future().share()](const std::string &path) {
