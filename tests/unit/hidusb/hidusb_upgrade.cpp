@@ -379,6 +379,19 @@ TEST_F(Upgrade, NeedsExactlyOneFittingDevice)
     EXPECT_TRUE(ends().empty());
 }
 
+TEST_F(Upgrade, AMousesFileNeedsAWiredKind)
+{
+    for (const uint8_t kind : {6, 200, 2, 3}) {
+        upgradeLog().ends.clear();
+        plugMouse(kind);
+        const bool wired = kind == 2 || kind == 3;
+        EXPECT_EQ(start(0), wired) << int{kind};
+        if (wired) {
+            EXPECT_TRUE(endsWith(0));
+        }
+    }
+}
+
 TEST_F(Upgrade, EachReceiverKindTakesItsOwnReceiversFile)
 {
     const std::pair<uint8_t, uint8_t> classes[] = {{0, 1}, {4, 2}, {1, 4}, {5, 8}};
