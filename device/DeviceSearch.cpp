@@ -99,13 +99,17 @@ DeviceMatch identifyDevice(DeviceAllInfo &device)
     return DeviceMatch::Known;
 }
 
+// Identifies first: that waits until the device is opened, while the 200 ms of an on-line question may end
+// before.
 DeviceMatch refreshDevice(DeviceAllInfo &device)
 {
+    const DeviceMatch match = identifyDevice(device);
     OnlineAddress address{};
     UsbFinderC_GetDeviceOnLineWithUsbAddress(device.DevicePath.toLocal8Bit().constData(), &address);
     device.Online = address.Online == 1;
-    device.UsbAddress = QByteArray(reinterpret_cast<const char *>(address.Address), sizeof address.Address);
-    return identifyDevice(device);
+    const QByteArray bytes(reinterpret_cast<const char *>(address.Address), sizeof address.Address);
+    device.UsbAddress = bytes.count('\0') == bytes.size() ? QByteArray() : bytes;
+    return match;
 }
 
 QStringList searchedProductIds()

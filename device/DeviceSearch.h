@@ -28,7 +28,7 @@ int unknownIndex();
 // DriveIndex and, for a known one, Online.
 DeviceMatch identifyDevice(DeviceAllInfo &device);
 
-// Asks for Online and UsbAddress, then identifies again.
+// Identifies again, then asks for Online and UsbAddress, which stays empty without an answer.
 DeviceMatch refreshDevice(DeviceAllInfo &device);
 
 // The PIDs of the catalogue: cable, then the receivers of 1, 2, 4 and 8 kHz.

@@ -14,7 +14,8 @@ ChannelRegistry &ChannelRegistry::instance()
 }
 
 // Opens without the lock: the kernel may take seconds to open a device that does not wake up, and requests to
-// other devices must not wait for it.
+// devices that are open must not wait for it. Those to a device that is not open do: hidraw nodes are opened
+// one at a time.
 std::shared_ptr<Channel> ChannelRegistry::acquire(const std::string &path, Clock::time_point until)
 {
     if (std::shared_ptr<Channel> known = holdKnown(path))
@@ -28,21 +29,25 @@ std::shared_ptr<Channel> ChannelRegistry::acquire(const std::string &path, Clock
 std::shared_ptr<Channel> ChannelRegistry::openWithin(const std::string &path, Clock::time_point until)
 {
     std::unique_lock lock(mutex_);
-    std::shared_ptr<Opening> &place = openings_[path];
-    if (!place) {
-        place = std::make_shared<Opening>();
-        if (!startThread([this, path, opening = place] { open(path, opening); })) {
-            openings_.erase(path);
+    const auto at = openings_.find(path);
+    std::shared_ptr<Opening> opening = at != openings_.end() ? at->second : nullptr;
+    if (!opening) {
+        opening = std::make_shared<Opening>();
+        if (!startThread([this, path, opening] { open(path, opening); }))
             return nullptr;
-        }
+        openings_[path] = opening;
     }
-    const std::shared_ptr<Opening> opening = place;
     return opened_.wait_until(lock, until, [&opening] { return opening->done; }) ? opening->channel : nullptr;
 }
 
 void ChannelRegistry::open(const std::string &path, const std::shared_ptr<Opening> &opening)
 {
-    ChannelPtr channel = acquire(path);
+    ChannelPtr channel;
+    try {
+        channel = acquire(path);
+    } catch (const std::exception &) {
+        channel = nullptr; // as for a device that can't be opened
+    }
     const std::lock_guard lock(mutex_);
     opening->channel = channel;
     opening->done = true;
@@ -61,14 +66,14 @@ std::shared_ptr<Channel> ChannelRegistry::holdKnown(const std::string &path)
 std::shared_ptr<Channel> ChannelRegistry::holdNew(const std::string &path, std::unique_ptr<ReportPort> port)
 {
     const std::lock_guard lock(mutex_);
-    ChannelPtr &place = channels_[path];
-    if (place && !place->isDead())
-        return hold(place);
-    place = std::make_shared<Channel>(path, std::move(port));
-    if (startThread([this, path, channel = place] { read(path, channel); }))
-        return hold(place);
-    channels_.erase(path);
-    return nullptr;
+    const auto at = channels_.find(path);
+    if (at != channels_.end() && !at->second->isDead())
+        return hold(at->second);
+    const auto channel = std::make_shared<Channel>(path, std::move(port));
+    if (!startThread([this, path, channel] { read(path, channel); }))
+        return nullptr;
+    channels_[path] = channel;
+    return hold(channel);
 }
 
 std::shared_ptr<Channel> ChannelRegistry::hold(const ChannelPtr &channel)

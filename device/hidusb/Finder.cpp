@@ -53,8 +53,7 @@ std::vector<InterfaceInfo> findOfKnownVendors()
     std::unique_lock lock(knownVendors().mutex);
     const std::set<uint16_t> known = knownVendors().ids;
     lock.unlock();
-    return findAll(
-        [&known](const InterfaceInfo &info) { return known.empty() || known.count(info.vendorId) > 0; });
+    return findAll([&known](const InterfaceInfo &info) { return known.count(info.vendorId) > 0; });
 }
 
 std::optional<InterfaceInfo> findByPath(const char *path)

@@ -18,8 +18,7 @@ std::optional<uint16_t> parseId(const char *text);
 // again. *count holds the most paths wanted on entry and the number found on return.
 const char *const *findPaths(const char *vendorId, const char *productId, int interfaceNumber, int usagePage,
                              int32_t *count);
-// Interfaces of the vendors that the program has searched for, or of all before its first search: other
-// makers' devices are not asked.
+// Interfaces of the vendors that the program has searched for: other makers' devices are not asked.
 std::vector<InterfaceInfo> findOfKnownVendors();
 std::optional<InterfaceInfo> findByPath(const char *path);
 

@@ -74,7 +74,10 @@ bool Firmware::mayFitDevice(const DeviceIdentity &identity) const
 
 bool Firmware::isOfItsKind(const DeviceIdentity &identity) const
 {
-    return identity.Cid == fits.Cid && wire::receiverKHz(identity.DeviceKind) == fits.ReceiverKHz;
+    const bool sameKind = fits.Target == wire::TargetMouse
+                              ? wire::isCable(identity.DeviceKind)
+                              : wire::receiverKHz(identity.DeviceKind) == fits.ReceiverKHz;
+    return identity.Cid == fits.Cid && sameKind;
 }
 
 } // namespace hidusb

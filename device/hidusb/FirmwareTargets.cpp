@@ -24,12 +24,13 @@ enum class Fit : uint8_t {
     Perhaps, // a receiver that does not know its model
     Device,
     BootLoader,
+    Unknown, // not decided within SearchLimit: it may be any of these
 };
 
 // The answers, which may still come when nobody waits for them any more.
 struct Survey {
     explicit Survey(const Firmware &wanted, std::size_t count)
-        : firmware(wanted), unanswered(count), fits(count, Fit::None)
+        : firmware(wanted), unanswered(count), fits(count, Fit::Unknown)
     {
     }
 
@@ -57,11 +58,11 @@ Fit fitOf(const Firmware &firmware, const InterfaceInfo &info)
 
 void ask(const std::shared_ptr<Survey> &survey, std::size_t index, const InterfaceInfo &info)
 {
-    Fit fit = Fit::None;
+    Fit fit = Fit::Unknown;
     try {
         fit = fitOf(survey->firmware, info);
     } catch (const std::exception &) {
-        fit = Fit::None;
+        fit = Fit::Unknown;
     }
     const std::lock_guard lock(survey->mutex);
     survey->fits[index] = fit;
@@ -106,7 +107,8 @@ std::optional<FirmwareTarget> findTarget(const Firmware &firmware)
     const auto infos = interfacesWith({wire::BootUsagePage, wire::SettingsUsagePage});
     const std::vector<Fit> fits = askAll(firmware, infos);
     const auto best = std::max_element(fits.begin(), fits.end());
-    if (best == fits.end() || *best == Fit::None || std::count(fits.begin(), fits.end(), *best) != 1)
+    if (best == fits.end() || *best == Fit::None || *best == Fit::Unknown ||
+        std::count(fits.begin(), fits.end(), *best) != 1)
         return std::nullopt;
     const InterfaceInfo &info = infos[static_cast<std::size_t>(best - fits.begin())];
     return FirmwareTarget{info.path, info.port, *best == Fit::BootLoader};

@@ -23,7 +23,8 @@ struct FirmwareTarget {
 
 // The number of attached boot loaders that the file fits.
 int countBootLoaders(const Firmware &firmware);
-// The one boot loader that the file fits; if there is none, the one device. Empty when there are several.
+// The one boot loader that the file fits; if there is none, the one device. Empty when there are several,
+// and while a device is not opened and asked within SearchLimit: it may be the second one.
 std::optional<FirmwareTarget> findTarget(const Firmware &firmware);
 
 } // namespace hidusb

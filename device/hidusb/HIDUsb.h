@@ -12,7 +12,8 @@
 // - Every call is bounded. A question to a device is asked up to 3 times with 150 ms for each answer
 //   (the on-line question twice with 150 ms), so no call takes longer than 0.5 s on a silent device;
 //   exceptions are named below. The first question in three seconds opens the device, for which the kernel
-//   takes some 60 ms, and more when it has to wake it up. Functions that start something return at once.
+//   takes some 60 ms, and more when it has to wake it up; it opens one at a time, so the first questions to
+//   several devices wait for each other. Functions that start something return at once.
 // - Callbacks come on threads of the library's own, never on a caller's thread, and no lock of the
 //   library is held meanwhile. They may block; only later callbacks of the same queue wait.
 //
@@ -63,7 +64,8 @@ HIDUSB_API DeviceIdentity UsbFinderC_GetDeviceInfo(const char *path, int32_t res
 HIDUSB_API void UsbFinderC_GetUsbDeviceAttribute(const char *path, UsbAttribute *attribute);
 // True when the mouse itself answers, by cable or radio. False also for a mouse whose last write
 // stayed unanswered, when it does not acknowledge that write now either. Takes at most 200 ms, whether
-// or not the device opens and answers.
+// or not the device opens and answers: while others are being opened, only a device that is open surely
+// answers.
 HIDUSB_API uint8_t UsbFinderC_GetDeviceOnLine(const char *path);
 // The same, with the address of the paired mouse. Without an answer `record` is unchanged.
 HIDUSB_API uint8_t UsbFinderC_GetDeviceOnLineWithUsbAddress(const char *path, OnlineAddress *record);
@@ -150,7 +152,8 @@ HIDUSB_API void UsbFinderC_ReadWriteDeviceData(const uint8_t *write_buffer, uint
 // costs 0.3 s, and any number of them 0.5 s at most.
 HIDUSB_API void UsbUpgradeC_FindBootDevices(const uint8_t *image, int32_t *count);
 // Starts flashing and returns: true when the file is whole and one device that it fits (in its boot
-// loader or not) is attached, and no other upgrade runs. The device is followed by its USB port, and the
+// loader or not) is attached, no other device is still being opened or asked at the end of the search, and no
+// other upgrade runs. The device is followed by its USB port, and the
 // upgrade has succeeded when it is there again and reports the file's version. `timeout_ms` is how long the
 // boot loader may take to appear and the device to come back. The end is reported two minutes after the call
 // at the latest. The image is copied. The callback has a thread of its own. The search takes as long as that

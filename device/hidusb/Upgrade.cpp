@@ -33,7 +33,7 @@ public:
     {
     }
 
-    // Before anything is sent. A device must not be sent to its boot loader unless its return can be seen.
+    // Before anything is sent: the return of the device is watched for before it leaves.
     bool prepare();
     UpgradeResult run();
     void report(uint8_t what, uint8_t value);
@@ -80,7 +80,7 @@ bool Upgrade::prepare()
         return false;
     target_ = *target;
     changes_ = watchOrPoll(bus());
-    return changes_ != nullptr;
+    return true;
 }
 
 // Reports go through a queue, so that a slow callback does not stop the transfer.
@@ -129,7 +129,7 @@ std::shared_ptr<Channel> Upgrade::channelAtPort(uint16_t usagePage) const
         return info.port != target_.port || info.usagePage != usagePage;
     };
     infos.erase(std::remove_if(infos.begin(), infos.end(), other), infos.end());
-    return infos.size() == 1 ? acquireChannel(infos.front().path) : nullptr;
+    return infos.size() == 1 ? acquireChannel(infos.front().path, deadline_) : nullptr;
 }
 
 UpgradeResult Upgrade::waitFor(uint16_t usagePage, milliseconds limit, const Check &check)
@@ -150,7 +150,7 @@ UpgradeResult Upgrade::waitFor(uint16_t usagePage, milliseconds limit, const Che
 UpgradeResult Upgrade::enterBootLoader()
 {
     if (!target_.inBootLoader) {
-        const std::shared_ptr<Channel> channel = acquireChannel(target_.path);
+        const std::shared_ptr<Channel> channel = acquireChannel(target_.path, deadline_);
         if (!channel)
             return Result::Failed;
         const auto request = makeRequest(Command::BootEnter, 0, &firmware_.fits.Target, 1);
@@ -167,10 +167,7 @@ std::optional<UpgradeResult> Upgrade::checkBootLoader(Channel &channel)
     wire::BootIdentityReply identity{};
     if (!fetch(channel, Command::BootIdentity, &identity))
         return std::nullopt;
-    if (firmware_.fitsBootLoader(identity))
-        return Result::Succeeded;
-    leave(channel);
-    return Result::Failed;
+    return firmware_.fitsBootLoader(identity) ? Result::Succeeded : Result::Failed;
 }
 
 std::optional<UpgradeResult> Upgrade::checkReturned(Channel &channel) const
@@ -232,10 +229,11 @@ void Upgrade::leave(Channel &channel)
 UpgradeResult Upgrade::run()
 {
     const Result entered = enterBootLoader();
-    if (entered != Result::Succeeded)
+    if (entered == Result::Refused)
         return entered;
-    if (!write(*channel_)) {
-        leave(*channel_);
+    if (entered != Result::Succeeded || !write(*channel_)) {
+        if (channel_)
+            leave(*channel_);
         return Result::Failed;
     }
     return waitFor(wire::SettingsUsagePage, timeout_,

@@ -28,7 +28,7 @@ enum class UpgradeResult : uint8_t {
     Refused = 2, // the device answered that it does not enter its boot loader; it is as it was
 };
 
-// False when there is not exactly one device to flash, an upgrade runs, or the bus can't be watched.
+// False when there is not exactly one device to flash, or an upgrade runs.
 // `timeoutMs` is the longest wait for the boot loader, and for the device to come back. `callback` is called
 // on a thread of its own; from its end report on, another upgrade may start, even from inside that call.
 bool startUpgrade(Firmware firmware, UpgradeCallback_t callback, int timeoutMs,

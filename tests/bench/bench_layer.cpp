@@ -154,6 +154,8 @@ void upgrade(benchmark::State &state)
     emulated.order("pace on");
     emulated.order(state.range(0) ? "boottimes 30 60" : "boottimes 1 1");
     const auto file = support::makeFirmware(wire::TargetMouse, 128 * 1024, 18, 8);
+    int32_t most = 1;
+    UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0001", &most); // names the vendor
     const uint64_t before = emulated.reportCount("cable");
     for (auto _ : state) {
         upgradeEnd = -1;

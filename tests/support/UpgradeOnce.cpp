@@ -22,6 +22,8 @@ int main(int count, char **arguments)
         return EXIT_FAILURE;
     std::ifstream file(arguments[1], std::ios::binary);
     const std::vector<char> image(std::istreambuf_iterator<char>(file), {});
+    int32_t most = 1;
+    UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0001", &most); // names the vendor
     if (UsbUpgrade_Start(reinterpret_cast<const uint8_t *>(image.data()), onUpgrade, 1000) == 0)
         return 3;
     for (;;)

@@ -29,6 +29,11 @@ constexpr TargetRow Targets[] = {{"wired", "wired", wire::TargetMouse, 6, 0},
 class Firmware : public MachineTest, public testing::WithParamInterface<TargetRow>
 {
 protected:
+    Firmware()
+    {
+        int32_t count = 1;
+        UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0001", &count); // names the vendor
+    }
     static int bootDevices(const std::vector<uint8_t> &file)
     {
         int32_t count = 5;

@@ -66,11 +66,14 @@ constexpr std::size_t LongRangeNoticeSize = 10;
 constexpr uint8_t TargetMouse = 210;
 constexpr uint8_t TargetReceiver = 211;
 
-// The class of a receiver by its DeviceKind; 0 for a mouse on its cable.
+// The class of a receiver by its DeviceKind; 0 for any other device.
 constexpr uint8_t receiverKHz(uint8_t deviceKind)
 {
     return deviceKind == 0 ? 1 : deviceKind == 4 ? 2 : deviceKind == 1 ? 4 : deviceKind == 5 ? 8 : 0;
 }
+
+// A mouse on its cable, by its DeviceKind.
+constexpr bool isCable(uint8_t deviceKind) { return deviceKind == 2 || deviceKind == 3; }
 
 struct Report {
     uint8_t Id;          // ReportId

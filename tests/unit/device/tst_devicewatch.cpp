@@ -144,6 +144,29 @@ private slots:
         QCOMPARE(int(uint8_t(info.UsbAddress[0])), 1);
     }
 
+    // The first question opens the device, for which an on-line question leaves too little time.
+    void theAddressIsNotTheFirstQuestion()
+    {
+        layer.setDevices({receiver()});
+        DeviceAllInfo info;
+        info.DevicePath = QStringLiteral("receiver");
+        refreshDevice(info);
+        QCOMPARE(layer.calls().front(), std::string("UsbFinderC_GetDeviceInfo receiver"));
+        QCOMPARE(layer.calls().back(), std::string("UsbFinderC_GetDeviceOnLineWithUsbAddress receiver"));
+    }
+
+    void anAddressThatIsNotAnsweredIsUnknown()
+    {
+        DeviceAllInfo info;
+        info.DevicePath = QStringLiteral("receiver");
+        info.UsbAddress = QByteArray("\1\2\3");
+        refreshDevice(info); // nothing is attached
+        QVERIFY(info.UsbAddress.isEmpty());
+        layer.setDevices({device("receiver", "0002", {18, 6, 0}, 0)});
+        QCOMPARE(int(refreshDevice(info)), int(DeviceMatch::Known));
+        QVERIFY2(info.UsbAddress.isEmpty(), "zeros are no address");
+    }
+
     void searchWalksTheCatalogueInOrder()
     {
         QCOMPARE(searchedProductIds(), (QStringList{"0001", "0002", "0005"}));
@@ -317,6 +340,22 @@ private slots:
         QCOMPARE(std::string(CurrentDevicePath()), std::string(switches ? "cable" : "receiver"));
         QCOMPARE(layer.count("UsbServerC_Start"), switches ? 1 : 0);
         QVERIFY(!leftPage());
+    }
+
+    void unknownAddressesAreNotTheSame()
+    {
+        layer.setDevices({device("receiver", "0002", {18, 6, 0}, 0)});
+        select("receiver");
+        OnDevicePage = 1;
+        layer.addDevice(cable(0));
+        changed();
+        QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("receiver"));
+        QCOMPARE(int(deviceList().size()), 2);
+        layer.setDevices({receiver()});
+        select("receiver");
+        layer.addDevice(cable());
+        changed();
+        QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("cable"));
     }
 
     void onACableNothingSwitches()

@@ -40,6 +40,7 @@ protected:
         std::string error;
         ASSERT_TRUE(emulator.loadText(Scenario, "scenario", error)) << error;
         ASSERT_TRUE(emulator.start(busFolder(), error)) << error;
+        receiver(); // names the vendor, of whose devices alone an upgrade is made
     }
     void TearDown() override
     {

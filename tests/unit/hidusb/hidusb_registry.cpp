@@ -70,7 +70,7 @@ private:
     Ports &ports_;
 };
 
-// "slow" opens once the test lets it, "none" never, every other path at once.
+// "slow" opens once the test lets it, "none" never, "no memory" throws, every other path opens at once.
 class SlowOpeningBus : public Bus
 {
 public:
@@ -80,6 +80,8 @@ public:
         ++opening;
         if (path == "slow")
             opened_.wait();
+        if (path == "no memory")
+            throw std::bad_alloc();
         return path == "none" ? nullptr : std::make_unique<SilentPort>(ports);
     }
     std::unique_ptr<ChangeSource> watch() override { return nullptr; }
@@ -150,6 +152,15 @@ TEST_F(Registry, AFailedOpeningIsTriedAgain)
     EXPECT_FALSE(registry_.acquire("none"));
     EXPECT_FALSE(registry_.acquire("none"));
     EXPECT_EQ(bus_.opening, 2);
+}
+
+TEST_F(Registry, AnOpeningThatThrowsIsTriedAgain)
+{
+    const auto patience = Clock::now() + std::chrono::hours(1); // it is told, not waited for
+    for (int times = 1; times <= 2; ++times) {
+        EXPECT_FALSE(registry_.acquire("no memory", patience));
+        EXPECT_EQ(bus_.opening, times);
+    }
 }
 
 // The kernel takes 50 ms to open a node, so requests that follow each other share one opening.

@@ -56,6 +56,8 @@ protected:
     Upgrade()
     {
         busFolder();
+        int32_t count = 1;
+        UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0001", &count); // names the vendor
         const std::lock_guard lock(upgradeLog().mutex);
         upgradeLog().percentages.clear();
         upgradeLog().ends.clear();
@@ -308,6 +310,26 @@ TEST_F(Upgrade, AfterAFailureTheBootLoaderIsAskedToLeave)
     }
 }
 
+// It has told what it is when it was searched for, then no more.
+TEST_F(Upgrade, ABootLoaderThatDoesNotSayWhatItIsIsAskedToLeave)
+{
+    for (const bool silent : {true, false}) {
+        SCOPED_TRACE(silent ? "silent" : "refused");
+        upgradeLog().ends.clear();
+        std::atomic<bool> told{false};
+        plugBootLoader([&](const wire::Report &request) -> std::optional<Answers> {
+            if (request.command() != Command::BootIdentity || !told.exchange(true))
+                return std::nullopt;
+            return silent ? Answers{}
+                          : Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
+        });
+        ASSERT_TRUE(start(300));
+        EXPECT_TRUE(endsWith(0));
+        EXPECT_EQ(bootLoader->asked(Command::BootLeave), 1U);
+        EXPECT_EQ(bootLoader->asked(Command::BootBegin), 0U);
+    }
+}
+
 TEST_F(Upgrade, ABootLoaderThatDoesNotComeEndsIt)
 {
     plugMouse();
@@ -355,6 +377,19 @@ TEST_F(Upgrade, NeedsExactlyOneFittingDevice)
     twin.setIdentity({0x1A, 0x03, 2});
     EXPECT_FALSE(start()) << "two of them";
     EXPECT_TRUE(ends().empty());
+}
+
+TEST_F(Upgrade, AMousesFileNeedsAWiredKind)
+{
+    for (const uint8_t kind : {6, 200, 2, 3}) {
+        upgradeLog().ends.clear();
+        plugMouse(kind);
+        const bool wired = kind == 2 || kind == 3;
+        EXPECT_EQ(start(0), wired) << int{kind};
+        if (wired) {
+            EXPECT_TRUE(endsWith(0));
+        }
+    }
 }
 
 TEST_F(Upgrade, EachReceiverKindTakesItsOwnReceiversFile)
@@ -435,13 +470,11 @@ TEST_F(Upgrade, AllBootLoadersAreAskedAtOnce)
 
 TEST_F(Upgrade, OtherMakersDevicesAreNotAsked)
 {
-    int32_t count = 5;
-    UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0001", &count); // names the vendor
     plugBootLoader();
     wire::BusName name = bootName("foreign");
     name.vendorId = 0x1234;
     const FakeDevice foreign(name);
-    count = 5;
+    int32_t count = 5;
     UsbUpgradeC_FindBootDevices(firmware.data(), &count);
     EXPECT_EQ(count, 1);
     EXPECT_TRUE(foreign.requests().empty());

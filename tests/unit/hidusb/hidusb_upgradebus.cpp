@@ -3,6 +3,8 @@
 //
 // What an upgrade asks of the bus: a watch before the device leaves, or polling where there is none, and an
 // end in any case. The bus is the test's own, in front of the sockets of an emulator.
+#include "device/hidusb/Finder.h"
+#include "device/hidusb/FirmwareTargets.h"
 #include "device/hidusb/SocketBus.h"
 #include "device/hidusb/Upgrade.h"
 #include "emulator/Emulator.h"
@@ -11,6 +13,7 @@
 #include "tests/support/Firmware.h"
 
 #include <atomic>
+#include <future>
 #include <gtest/gtest.h>
 
 using namespace support;
@@ -23,7 +26,11 @@ class OwnBus : public hidusb::Bus
 {
 public:
     std::vector<hidusb::InterfaceInfo> enumerate() override { return sockets_.enumerate(); }
-    std::unique_ptr<hidusb::ReportPort> open(const std::string &path) override { return sockets_.open(path); }
+    std::unique_ptr<hidusb::ReportPort> open(const std::string &path) override
+    {
+        onOpen(path);
+        return sockets_.open(path);
+    }
     std::unique_ptr<hidusb::ChangeSource> watch() override
     {
         onWatch();
@@ -32,6 +39,7 @@ public:
 
     std::atomic<bool> watched{true};
     std::function<void()> onWatch = [] {};
+    std::function<void(const std::string &)> onOpen = [](const std::string &) {};
 
 private:
     hidusb::SocketBus sockets_{busFolder()};
@@ -51,6 +59,12 @@ void onUpgrade(const uint8_t *data)
         result = data[2];
 }
 
+void nameVendor(const char *id)
+{
+    int32_t count = 1;
+    hidusb::findPaths(id, "0001", 1, wire::SettingsUsagePage, &count);
+}
+
 class UpgradeBus : public testing::Test
 {
 protected:
@@ -58,7 +72,8 @@ protected:
     {
         std::string error;
         ASSERT_TRUE(emulator.loadText("usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0005 mouseboot "
-                                      "0006 receiverboot 0007\nmouse wired cid 18 mid 8\nplug wired\n",
+                                      "0006 receiverboot 0007\nmouse wired cid 18 mid 8\n"
+                                      "mouse twin cid 18 mid 8\nplug wired\n",
                                       "scenario", error))
             << error;
         ASSERT_TRUE(emulator.start(busFolder(), error)) << error;
@@ -67,12 +82,14 @@ protected:
     {
         ownBus().watched = true;
         ownBus().onWatch = [] {};
+        ownBus().onOpen = [](const std::string &) {};
     }
 
     int upgrade(int timeoutMs, const hidusb::UpgradeTimes &times = {})
     {
         const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
         const auto firmware = hidusb::readFirmware(file.data());
+        nameVendor("1209");
         result = -1;
         // On a busy machine the search may find the device silent.
         EXPECT_TRUE(firmware &&
@@ -87,6 +104,23 @@ protected:
 } // namespace
 
 hidusb::Bus &hidusb::bus() { return ownBus(); }
+
+// The first test of the file: no vendor has been named before it.
+TEST_F(UpgradeBus, ADeviceIsAskedOnceItsVendorIsNamed)
+{
+    wire::BusName name = mouseName("other");
+    name.vendorId = 0x4321;
+    FakeDevice other(name);
+    other.setIdentity({18, 8, 2});
+    ASSERT_EQ(emulator.order("unplug wired"), "ok\n");
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    const auto firmware = hidusb::readFirmware(file.data());
+    ASSERT_TRUE(firmware);
+    EXPECT_FALSE(hidusb::findTarget(*firmware));
+    EXPECT_TRUE(other.requests().empty());
+    nameVendor("4321");
+    EXPECT_TRUE(eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
+}
 
 TEST_F(UpgradeBus, IsWatchedBeforeTheDeviceLeaves)
 {
@@ -131,4 +165,27 @@ TEST_F(UpgradeBus, TheWholeUpgradeHasAnEnd)
     emulator.order("fault wired unstored always command bootenter");
     times.answer = hidusb::ReplyTimeout;
     EXPECT_EQ(upgrade(60000, times), 0) << "while the boot loader does not come";
+}
+
+// Nodes are opened one after the other, so the last of many may open when the search is over.
+TEST_F(UpgradeBus, ADeviceThatOpensLateMayBeTheSecondThatFits)
+{
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    const auto firmware = hidusb::readFirmware(file.data());
+    ASSERT_TRUE(firmware);
+    nameVendor("1209");
+    std::promise<void> letOpen;
+    std::atomic<bool> opened{false};
+    ownBus().onOpen = [&, open = letOpen.get_future().share()](const std::string &path) {
+        if (path.find("-twin") == std::string::npos)
+            return;
+        open.wait();
+        opened = true;
+    };
+    ASSERT_EQ(emulator.order("plug twin"), "ok\n");
+    EXPECT_FALSE(hidusb::findTarget(*firmware)) << "while the twin opens";
+    letOpen.set_value();
+    ASSERT_TRUE(eventually([&] { return opened.load(); }));
+    ASSERT_EQ(emulator.order("unplug twin"), "ok\n");
+    EXPECT_TRUE(eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
 }
