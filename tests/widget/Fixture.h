@@ -11,6 +11,7 @@
 #include "presentation/SkinPalette.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/FakeHidUsb.h"
+#include "tests/support/OtherLanguage.h"
 #include "tests/support/OtherThread.h"
 #include "tests/support/ProductFolder.h"
 #include "tests/support/TestMain.h"
@@ -23,6 +24,9 @@
 
 namespace fixture
 {
+
+using support::OtherLanguage;
+using support::WithoutTexts;
 
 constexpr uint8_t Cid = 18;
 constexpr uint8_t CableKind = 3;
@@ -91,33 +95,6 @@ struct ShippedLooks {
     QApplication application;
 };
 
-// Another language file in the place of the one that ships, which is loaded again at the end.
-class OtherLanguage
-{
-public:
-    explicit OtherLanguage(const QByteArray &json)
-    {
-        QDir(folder_.path()).mkdir(QStringLiteral("Language"));
-        QFile file(folder_.filePath(QStringLiteral("Language/en.json")));
-        if (file.open(QIODevice::WriteOnly))
-            file.write(json);
-        file.close();
-        setApplicationFolder(folder_.path());
-        LoadLanguageTables();
-    }
-    ~OtherLanguage()
-    {
-        setApplicationFolder(shipped_);
-        LoadLanguageTables();
-    }
-    OtherLanguage(const OtherLanguage &) = delete;
-    OtherLanguage &operator=(const OtherLanguage &) = delete;
-
-private:
-    const QString shipped_ = applicationFolder();
-    QTemporaryDir folder_;
-};
-
 // The set-up with everything that ships, the catalogue included, and a home of the test's own.
 struct ShippedHome {
     ShippedHome()
@@ -134,11 +111,6 @@ struct ShippedProduct : private ShippedHome, testmain::WidgetApplication {
         QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
         applySkin();
     }
-};
-
-// While it lives, no language has any text, so what is built in shows.
-struct WithoutTexts : OtherLanguage {
-    WithoutTexts() : OtherLanguage("{}") {}
 };
 
 // Makes the device at `path` the selected one, with the windows open for input.

@@ -28,6 +28,9 @@ struct PicturesToCome {
     const char *names;
 };
 constexpr PicturesToCome ToCome[] = {
+    {"Buttoninterface", "FadeTop"},
+    {"Panel", "CheckBox CheckBoxCheck CheckBoxCheckHover CheckBoxCheckOff CheckBoxHover CheckBoxOff Menu "
+              "MenuClicked MenuOff"}, // of the emulator's panel
     {"WarningDialog",
      "CheckBox CheckBoxCheck CheckBoxHover CheckBoxCheckHover Up UpHover UpOff Down DownHover "
      "DownOff"},

@@ -76,8 +76,11 @@ private slots:
         QCOMPARE(menu()->actions().size(), 2);
         QCOMPARE(menu()->actions().at(0)->text(), language::text(language::Section::home, "OpenMain", 0));
         QCOMPARE(menu()->actions().at(1)->text(), language::text(language::Section::home, "Exit", 0));
-        emit PostMsg::instance()->SigAllLanguage(99); // a language without texts
-        QCOMPARE(menu()->actions().at(0)->text(), QString());
+        {
+            const fixture::OtherLanguage other(R"({"mouse": {"home": {"OpenMain": "Offnen"}}})");
+            emit PostMsg::instance()->SigAllLanguage(0);
+            QCOMPARE(menu()->actions().at(0)->text(), "Offnen");
+        }
         emit PostMsg::instance()->SigAllLanguage(0);
         QCOMPARE(menu()->actions().at(0)->text(), language::text(language::Section::home, "OpenMain", 0));
     }

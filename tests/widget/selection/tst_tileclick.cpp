@@ -261,12 +261,12 @@ private slots:
         QTest::addColumn<int>("firstMid");
         QTest::addColumn<bool>("firstOnline");
         QTest::addColumn<bool>("secondOnline");
-        QTest::addColumn<int>("questions"); // for a click on the second
-        QTest::newRow("two models") << 7 << true << true << 0;
-        QTest::newRow("two models, silent") << 7 << false << false << 0;
-        QTest::newRow("twins") << 6 << true << true << 1;
-        QTest::newRow("twins, the other is silent") << 6 << false << true << 1;
-        QTest::newRow("twins, both silent") << 6 << false << false << 2;
+        QTest::addColumn<QString>("asked"); // for a click on the second
+        QTest::newRow("two models") << 7 << true << true << "";
+        QTest::newRow("two models, silent") << 7 << false << false << "";
+        QTest::newRow("twins") << 6 << true << true << "b";
+        QTest::newRow("twins, the other is silent") << 6 << false << true << "b";
+        QTest::newRow("twins, both silent") << 6 << false << false << "b a";
     }
     void aClickAsksNoDeviceWhoseAnswerDoesNotMatter()
     {
@@ -277,18 +277,16 @@ private slots:
         plug({fixture::device("a", uint8_t(firstMid), Receiver1K, firstOnline),
               fixture::device("b", 6, Receiver8K, secondOnline)});
         fake.clearCalls();
-        QStringList questions;
+        QStringList asked;
         QObject context;
         connect(PostMsg::instance(), &PostMsg::SigSelectMouseInfo, &context, [&] {
             for (const std::string &call : fake.calls())
                 if (call.find("UsbFinderC_GetDeviceOnLine") == 0)
-                    questions << QString::fromStdString(call);
+                    asked << QString::fromStdString(call).section(' ', -1);
         });
         emit tile(1)->clicked(); // no pointer, which would refresh the tile on its way
         QCOMPARE(int(OnDevicePage), 1);
-        QTEST(int(questions.size()), "questions");
-        for (const QString &question : qAsConst(questions))
-            QVERIFY2(question.endsWith(" b"), qPrintable(question));
+        QTEST(asked.join(' '), "asked");
     }
 
     void aTwinThatFellSilentAfterTheSearchIsAsked()
