@@ -34,11 +34,12 @@ QSlider *angle() { return control<QSlider>("AngleSet"); }
 QComboBox *sleepBox() { return control<QComboBox>("StopClose"); }
 bool isOn(const char *button) { return control<QAbstractButton>(button)->isChecked(); }
 
-// A press on the bar jumps there.
+// A press on the bar jumps there. Each degree takes the pixels from its place outwards.
 void pressAngle(int degrees)
 {
-    const int x = (degrees - angle()->minimum()) * angle()->width() / 60;
-    QTest::mouseClick(angle(), Qt::LeftButton, {}, QPoint(x, angle()->height() / 2));
+    const double middle = degrees + (degrees < 0 ? -0.5 : 0.5);
+    const double x = (middle - angle()->minimum()) * angle()->width() / 60;
+    QTest::mouseClick(angle(), Qt::LeftButton, {}, QPoint(int(x), angle()->height() / 2));
 }
 
 bool showsAngle(int degrees)

@@ -171,11 +171,11 @@ private slots:
         const QString path = QStringLiteral(PRODUCT_DIR "/morlen");
         WatchedProgram first(work, QStringLiteral("first"), path);
         QTRY_VERIFY_WITH_TIMEOUT(first.shows("DialogMain"), 30000);
-        // The last question of the search. It is asked in the middle, too, but not behind one for an address.
+        // The last question of the search, which is asked for the search itself and for the tile.
         const auto isSearched = [&first] {
             const QByteArray calls = contentOf(first.calls);
-            return calls.contains("UsbFinderC_GetDeviceOnLineWithUsbAddress\n") &&
-                   calls.endsWith("UsbFinderC_GetDeviceOnLine\n");
+            return calls.count("UsbFinderC_GetDeviceOnLineWithUsbAddress\n") == 2 &&
+                   calls.endsWith("UsbFinderC_GetDeviceOnLineWithUsbAddress\n");
         };
         QTRY_VERIFY_WITH_TIMEOUT(isSearched(), 30000);
         const QByteArray before = contentOf(first.calls);

@@ -431,12 +431,17 @@ private:
         return found;
     }
     void act(const Row &row) const { row.act(control(row)); }
+    // The explanation of a setting follows the focus.
+    static bool isHelp(const QWidget *widget)
+    {
+        return widget->parentWidget() && widget->parentWidget()->inherits("SettingHelp");
+    }
     // Everything that the page shows of its values. The colour dialog is a window of its own.
     QStringList state() const
     {
         QStringList all;
         for (const QWidget *widget : page->findChildren<QWidget *>()) {
-            if (widget->window() != page->window() || widget->inherits("QTabBar"))
+            if (widget->window() != page->window() || widget->inherits("QTabBar") || isHelp(widget))
                 continue;
             const QString name = widget->objectName();
             if (const auto *button = qobject_cast<const QAbstractButton *>(widget))

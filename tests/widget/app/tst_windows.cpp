@@ -35,7 +35,7 @@ private slots:
         QCOMPARE(int(window->windowFlags()) & 0x6800, 0x6800);
         QVERIFY(qobject_cast<DialogChange *>(stack()->currentWidget()));
         QCOMPARE(stack()->indexOf(dialog()), 1);
-        QCOMPARE(fake.calls().back(), std::string("UsbFinderC_GetDeviceOnLine dev"));
+        QCOMPARE(fake.calls().back(), std::string("UsbFinderC_GetDeviceOnLineWithUsbAddress dev"));
         QCOMPARE(fake.count("StartUsbChanged"), 1);
     }
 

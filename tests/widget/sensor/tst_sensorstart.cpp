@@ -127,7 +127,7 @@ private slots:
         QCOMPARE(page.time()->itemText(7), QString("15 minutes"));
         QCOMPARE(page.mode()->itemText(0) + page.mode()->itemText(1) + page.mode()->itemText(2),
                  QString("LPHPCorded"));
-        QVERIFY(page.find<QToolButton>("TitleButton_4")->toolTip().contains("Low power"));
+        QVERIFY(page.find<QToolButton>("TitleButton_4")->toolTip().contains("low power"));
         QVERIFY(page.find<QLabel>("performanceTip")->toolTip().contains("full speed"));
         QVERIFY(!page.ripple()->accessibleDescription().isEmpty());
     }
