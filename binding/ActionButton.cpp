@@ -72,7 +72,7 @@ void ActionButton::paintEvent(QPaintEvent *)
 
 void ActionButton::drawChevron(QPainter &painter) const
 {
-    const QPointF tip(width() - ChevronRoom / 2 + Chevron.width() / 2.0, height() / 2.0);
+    const QPointF tip(width() - ChevronRoom / 2.0 + Chevron.width() / 2.0, height() / 2.0);
     const QPointF back(Chevron.width(), Chevron.height() / 2.0);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(palette().buttonText(), ChevronWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));

@@ -17,9 +17,9 @@ namespace
 
 constexpr int Width = 260;
 constexpr int Padding = 8;
-constexpr int Gap = 8;  // to what it explains
-constexpr int Edge = 8; // to the window's edge
-constexpr int Radius = 6;
+constexpr int AnchorGap = 8; // to what it explains
+constexpr int Edge = 8;      // to the window's edge
+constexpr int TipRadius = 6;
 // What is taller has its tip at the pointer.
 constexpr int TallControl = 64;
 
@@ -33,7 +33,8 @@ bool endsTip(QEvent::Type type)
 QRect anchorOf(const QWidget *widget, const QPoint &pointer)
 {
     if (widget->height() > TallControl)
-        return QRect(widget->window()->mapFromGlobal(pointer), QSize(1, 1)).adjusted(0, -Gap, 0, Gap);
+        return QRect(widget->window()->mapFromGlobal(pointer), QSize(1, 1))
+            .adjusted(0, -AnchorGap, 0, AnchorGap);
     return QRect(widget->mapTo(widget->window(), QPoint()), widget->size());
 }
 
@@ -41,8 +42,8 @@ QRect anchorOf(const QWidget *widget, const QPoint &pointer)
 QPoint placeOf(const QSize &tip, const QRect &anchor, const QRect &window)
 {
     const QRect room = window.adjusted(Edge, Edge, -Edge, -Edge);
-    const int below = anchor.bottom() + Gap;
-    const int y = below + tip.height() <= room.bottom() ? below : anchor.top() - Gap - tip.height();
+    const int below = anchor.bottom() + AnchorGap;
+    const int y = below + tip.height() <= room.bottom() ? below : anchor.top() - AnchorGap - tip.height();
     const QPoint last = room.bottomRight() - QPoint(tip.width(), tip.height()) + QPoint(1, 1);
     return {qMax(room.left(), qMin(anchor.center().x() - tip.width() / 2, last.x())),
             qMax(room.top(), qMin(y, last.y()))};
@@ -80,7 +81,7 @@ protected:
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(edge_);
         painter.setBrush(plate_);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Radius, Radius);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), TipRadius, TipRadius);
         painter.end();
         QLabel::paintEvent(event);
     }
