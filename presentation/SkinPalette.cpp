@@ -31,7 +31,7 @@ QColor skinColor(const char *key)
 
 QPixmap skinPicture(const QString &path, const QWidget *on)
 {
-    const QString doublePath = path.chopped(4) + QStringLiteral("@2x.png");
+    const QString doublePath = path.left(path.size() - 4) + QStringLiteral("@2x.png");
     QPixmap twice = on->devicePixelRatioF() > 1 ? QPixmap(doublePath) : QPixmap();
     if (twice.isNull())
         return QPixmap(path);
