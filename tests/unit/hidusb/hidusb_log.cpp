@@ -21,6 +21,7 @@
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace hidusb;
@@ -456,17 +457,22 @@ TEST(RefusedPath, HasItsReason)
 
 // ---- The log of the process: chosen once, so that each of these tests starts a process of its own
 
+constexpr int ChildEnded = 42; // exit code; a program that finds no test of the name ends with 0
+
+[[noreturn]] static void endChild() { std::exit(testing::Test::HasFailure() ? 1 : ChildEnded); }
+
 class LogProcess : public testing::Test
 {
 protected:
-    // Runs a test of this program in the empty folder. True when it succeeds.
+    // Runs a test of this program in the empty folder. True when it comes to its end without a failure.
     bool run(const char *test, const std::string &setting) const
     {
         const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
         const std::string command = "cd '" + folder.path() + "' && unset HIDUSB_LOG && " + setting + " '" +
                                     program + "' --gtest_also_run_disabled_tests --gtest_filter=" + test +
                                     " >/dev/null";
-        return std::system(command.c_str()) == 0;
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) && WEXITSTATUS(status) == ChildEnded;
     }
     const TempFolder folder;
 };
@@ -501,6 +507,7 @@ TEST(LogChild, DISABLED_HasNoLog)
     const FakeDevice device;
     EXPECT_TRUE(acquireChannel(device.path())->ask(makeRequest(Command::Battery)));
     EXPECT_EQ(wireLog(), nullptr);
+    endChild();
 }
 
 TEST(LogChild, DISABLED_AsksADevice)
@@ -510,7 +517,7 @@ TEST(LogChild, DISABLED_AsksADevice)
     for (int i = 0; i < 1000; ++i) // more than is written before the process ends
         logLine("test", [] { return "one of many"; });
     logLine("test", [] { return "the last line"; });
-    std::exit(testing::Test::HasFailure() ? 1 : 0);
+    endChild();
 }
 
 TEST(LogChild, DISABLED_EndsInTheMiddle)
@@ -523,5 +530,5 @@ TEST(LogChild, DISABLED_EndsInTheMiddle)
                 logLine("test", [] { return "one of very many"; });
         }).detach();
     EXPECT_TRUE(eventually([] { return std::filesystem::exists("log"); }));
-    std::exit(0);
+    endChild();
 }

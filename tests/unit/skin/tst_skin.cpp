@@ -3,6 +3,7 @@
 //
 // The rendered skin: every picture in both sizes, the sizes that the pages count on, states that a person
 // who sees no colour can tell apart, and grounds on which the skin's text can be read.
+#include "tests/support/Contrast.h"
 #include "tests/support/TestMain.h"
 #include "tests/unit/skin/SkinPictures.h"
 
@@ -31,21 +32,8 @@ QColor over(QRgb pixel, const QColor &under)
                   mix(qBlue(pixel), under.blue()));
 }
 
-// Relative luminance and contrast as WCAG 2 defines them.
-double luminance(const QColor &color)
-{
-    const auto linear = [](double c) {
-        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor &a, const QColor &b)
-{
-    const double first = luminance(a) + 0.05;
-    const double second = luminance(b) + 0.05;
-    return std::max(first, second) / std::min(first, second);
-}
+using support::contrast;
+using support::luminance;
 
 // The worst contrast of a text colour with the pixels of a rectangle.
 double worstContrast(const QImage &image, const QRect &where, const QColor &text)

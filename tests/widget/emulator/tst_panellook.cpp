@@ -3,6 +3,7 @@
 //
 // The panel's look: boxes tell their state by a tick and not by their colour alone, and profiles are counted
 // as the program counts them.
+#include "tests/support/Contrast.h"
 #include "tests/widget/emulator/PanelFixture.h"
 
 #include <cmath>
@@ -10,21 +11,7 @@
 namespace
 {
 
-// As WCAG 2 defines them.
-double luminance(const QColor &color)
-{
-    const auto linear = [](double c) {
-        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor &a, const QColor &b)
-{
-    const double first = luminance(a) + 0.05;
-    const double second = luminance(b) + 0.05;
-    return std::max(first, second) / std::min(first, second);
-}
+using support::contrast;
 
 QImage indicatorOf(QCheckBox *box)
 {

@@ -8,6 +8,7 @@
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"
+#include "tests/support/Contrast.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
@@ -24,20 +25,8 @@ namespace
 
 const QColor Page(40, 20, 60); // none of the skin's
 
-double luminance(const QColor &color)
-{
-    const auto linear = [](double c) {
-        return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-double contrast(const QColor &a, const QColor &b)
-{
-    const double first = luminance(a) + 0.05;
-    const double second = luminance(b) + 0.05;
-    return std::max(first, second) / std::min(first, second);
-}
+using support::contrast;
+using support::luminance;
 
 QImage shotOf(QWidget *widget) { return widget->grab().toImage().convertToFormat(QImage::Format_RGB32); }
 
