@@ -74,25 +74,27 @@ int motionTime()
 
 void switchSoftly(QAbstractButton *button, const QString &folder)
 {
-    QObject::connect(button, &QAbstractButton::toggled, button, [button, folder](bool on) {
+    const auto cover = [button, folder](bool on) {
         if (!button->isVisible() || motionTime() == 0)
             return;
         delete button->findChild<QWidget *>(CoverName);
         const QString before = folder + (on ? QStringLiteral("Close.png") : QStringLiteral("Open.png"));
-        auto *cover = new Cover(skinPicture(before, button), button);
-        cover->show();
-    });
+        (new Cover(skinPicture(before, button), button))->show();
+    };
+    // Queued, so that the desktop's settings are read behind the edit that the switch makes.
+    QObject::connect(button, &QAbstractButton::toggled, button, cover, Qt::QueuedConnection);
 }
 
 void fadeIn(QWidget *widget)
 {
-    if (motionTime() == 0)
+    const int time = motionTime();
+    if (time == 0)
         return;
     auto *opacity = new QGraphicsOpacityEffect(widget);
     opacity->setOpacity(0);
     widget->setGraphicsEffect(opacity);
     auto *fade = new QPropertyAnimation(opacity, "opacity", opacity);
-    fade->setDuration(motionTime());
+    fade->setDuration(time);
     fade->setEndValue(1.0);
     // A widget with an effect is painted on the side each time.
     QObject::connect(

@@ -198,7 +198,7 @@ static const FailureRow Failures[] = {
     {"end", Command::BootEnd},
 };
 
-TEST_F(Upgrade, ARefusalEndsIt)
+TEST_F(Upgrade, ARefusalEndsItAndTheBootLoaderIsAskedToLeave)
 {
     const FakeDevice healthy(mouseName("healthy")); // must not be taken for the flashed device
     for (const FailureRow &row : Failures) {
@@ -210,6 +210,7 @@ TEST_F(Upgrade, ARefusalEndsIt)
         });
         ASSERT_TRUE(start()) << row.name;
         EXPECT_TRUE(endsWith(0)) << row.name;
+        EXPECT_EQ(bootLoader->asked(Command::BootLeave), 1U) << row.name;
         bootLoader.reset();
     }
 }
@@ -293,21 +294,6 @@ TEST_F(Upgrade, ADeviceThatComesBackWithAnotherVersionIsAFailure)
     bootLoader.reset();
     plugMouse(); // its version is 1.0A
     EXPECT_TRUE(endsWith(0));
-}
-
-TEST_F(Upgrade, AfterAFailureTheBootLoaderIsAskedToLeave)
-{
-    for (const FailureRow &row : Failures) {
-        upgradeLog().ends.clear();
-        plugBootLoader([&row](const wire::Report &request) -> std::optional<Answers> {
-            if (request.command() != row.command)
-                return std::nullopt;
-            return Answers{datagram(replyTo(request, nullptr, 0, wire::Status::Refused))};
-        });
-        ASSERT_TRUE(start()) << row.name;
-        EXPECT_TRUE(endsWith(0)) << row.name;
-        EXPECT_EQ(bootLoader->asked(Command::BootLeave), 1U) << row.name;
-    }
 }
 
 // It has told what it is when it was searched for, then no more.

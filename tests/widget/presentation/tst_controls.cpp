@@ -212,6 +212,7 @@ private slots:
         switchSoftly(&button, style::pictureFolder("Sensor"));
         button.show();
         button.click();
+        QCoreApplication::sendPostedEvents(&button); // the motion begins behind the edit
         QCOMPARE(button.findChild<QWidget *>("MotionCover") != nullptr, moves);
         point(&button);
         QVERIFY(bubble(&window)->isVisible());
