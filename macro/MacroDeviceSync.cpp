@@ -25,7 +25,7 @@ QSet<QString> held;
 bool gives(const QByteArray &file, const MacroBlock &block, uint8_t cycle)
 {
     const std::optional<MacroText> text = parseMacro(file);
-    return text && cycleByte(*text) == cycle &&
+    return text && cycleByte(text->cycle.value_or(0)) == cycle &&
            (sameEvents(boundBlock({}, text->rows), block) || sameEvents(savedBlock({}, text->rows), block));
 }
 

@@ -108,16 +108,4 @@ bool AppendMacroRows(const QString &name, const MacroRows &rows)
     return !text.isNull() && writeMacroFile(name, text + rowsText(rows));
 }
 
-uint8_t cycleByte(const MacroText &macro)
-{
-    const int cycle = macro.cycle.value_or(0);
-    return cycle >= 0 && cycle <= 0xFF ? uint8_t(cycle) : uint8_t(0);
-}
-
-uint8_t cycleOf(const QString &name)
-{
-    const std::optional<MacroText> macro = loadMacro(name);
-    return macro ? cycleByte(*macro) : uint8_t(0);
-}
-
 } // namespace macro

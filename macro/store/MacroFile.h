@@ -4,8 +4,8 @@
 // A macro as text: the number of the cycle mode in the first line, then one line a row, "10ms" for a delay
 // and "0x1E 1 0" for an event, which is the key's code, its kind and 1 for a release. Lines are written with
 // a line feed and read with either line end. A new macro's file is empty. Files come from anywhere, so a line
-// that has no such form is dropped, a number alone is a delay, and a file past the limits is refused whole. Main thread, because the
-// names of the mouse buttons follow the language.
+// that has no such form is dropped, a number alone is a delay, and a file past the limits is refused whole.
+// Main thread, because the names of the mouse buttons follow the language.
 #pragma once
 
 #include "macro/store/MacroRow.h"
@@ -35,9 +35,7 @@ std::optional<MacroText> loadMacro(const QString &name);
 bool saveMacro(const QString &name, int cycle, const MacroRows &rows);
 // Appends the rows in one safe write, without a first line. False: the file is as it was.
 bool AppendMacroRows(const QString &name, const MacroRows &rows);
-// The number of the file's first line as a binding holds it; 0 without one, without a file, and for a number
-// that is no byte.
-uint8_t cycleOf(const QString &name);
-uint8_t cycleByte(const MacroText &macro);
+// The number of the first line as a binding holds it, 0 for one that is no byte.
+constexpr uint8_t cycleByte(int cycle) { return cycle >= 0 && cycle <= 0xFF ? uint8_t(cycle) : uint8_t(0); }
 
 } // namespace macro
