@@ -128,7 +128,7 @@ Summary summaryOf(const MacroRows &rows)
     Summary summary;
     for (const MacroRow &row : rows) {
         if (row.isDelay()) {
-            summary.milliseconds += row.text.left(row.text.indexOf(QLatin1String("ms"))).toLongLong();
+            summary.milliseconds += row.text.left(row.text.indexOf(QLatin1String("ms"))).toUInt();
             continue;
         }
         ++summary.events;
