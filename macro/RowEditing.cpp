@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "macro/RowEditing.h"
 
-#include <QStringList>
-
-namespace rowediting
+namespace macro::rowediting
 {
 namespace
 {
@@ -89,7 +87,7 @@ bool insertClick(Editing &list, const QString &name)
 
 bool insertDelay(Editing &list, int milliseconds)
 {
-    const MacroRow pause = delayRow(milliseconds);
+    const MacroRow pause = delayRow(quint32(milliseconds));
     if (placeOf(list) == Place::NoSelection) {
         list.rows.append(pause);
         list.selected = list.rows.size() - 1;
@@ -128,16 +126,16 @@ Summary summaryOf(const MacroRows &rows)
     Summary summary;
     for (const MacroRow &row : rows) {
         if (row.isDelay()) {
-            summary.milliseconds += row.text.left(row.text.indexOf(QLatin1String("ms"))).toUInt();
+            summary.milliseconds += delayOf(row);
             continue;
         }
         ++summary.events;
-        if (row.type == PressRow && !summary.held.contains(row.text))
-            summary.held << row.text;
-        else if (row.type != PressRow)
+        if (row.isRelease())
             summary.held.removeOne(row.text);
+        else if (!summary.held.contains(row.text))
+            summary.held << row.text;
     }
     return summary;
 }
 
-} // namespace rowediting
+} // namespace macro::rowediting

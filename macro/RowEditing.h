@@ -5,9 +5,11 @@
 // selected one; the tables of the tests show each case. Pure functions, any thread.
 #pragma once
 
-#include "macro/MacroRow.h"
+#include "macro/store/MacroRow.h"
 
-namespace rowediting
+#include <QStringList>
+
+namespace macro::rowediting
 {
 
 constexpr int NoRow = -1;
@@ -38,4 +40,4 @@ struct Summary {
 };
 Summary summaryOf(const MacroRows &rows);
 
-} // namespace rowediting
+} // namespace macro::rowediting
