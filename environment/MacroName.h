@@ -14,5 +14,8 @@ constexpr int MacroNameBytes = 30;
 // rest is cut to 30 bytes at a character's end.
 QString fittingMacroName(const QString &typed);
 
+// The longest beginning that has room in a mouse.
+QString cutToMacroBytes(const QString &name);
+
 // Whether a macro may have this name. A name of a mouse or a file is to be asked before it becomes a path.
 bool isMacroName(const QString &name);

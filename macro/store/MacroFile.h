@@ -4,7 +4,7 @@
 // A macro as text: the number of the cycle mode in the first line, then one line a row, "10ms" for a delay
 // and "0x1E 1 0" for an event, which is the key's code, its kind and 1 for a release. Lines are written with
 // a line feed and read with either line end. A new macro's file is empty. Files come from anywhere, so a line
-// that has no such form is dropped, and a file past the limits is refused whole. Main thread, because the
+// that has no such form is dropped, a number alone is a delay, and a file past the limits is refused whole. Main thread, because the
 // names of the mouse buttons follow the language.
 #pragma once
 

@@ -34,7 +34,7 @@ QByteArray readMacroFile(const QString &name);
 bool writeMacroFile(const QString &name, const QByteArray &text);
 
 // Copies the macro's file to the kept ones, of which the oldest go; the same bytes of the same name are kept
-// once. False when there is a file and it could not be kept.
+// once, an empty file never. False when there is a file and it could not be kept.
 bool keepMacro(const QString &name);
 
 } // namespace macro

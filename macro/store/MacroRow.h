@@ -16,24 +16,20 @@ namespace macro
 constexpr int ReleaseItemType = 1; // item type of a release; presses and delays have type 0
 
 struct MacroRow {
-    QString text;       // the key's name, or the milliseconds and "ms"
-    int type = 0;       // of its list item
-    bool timed = false; // a delay by its place in the file, whatever its text is
+    QString text; // the key's name, or the milliseconds and "ms"
+    int type = 0; // of its list item
 
     bool isRelease() const { return type == ReleaseItemType; }
     // No key's name holds these two letters.
-    bool isDelay() const { return timed || text.contains(QLatin1String("ms")); }
+    bool isDelay() const { return text.contains(QLatin1String("ms")); }
 };
-inline bool operator==(const MacroRow &a, const MacroRow &b)
-{
-    return a.text == b.text && a.type == b.type && a.isDelay() == b.isDelay();
-}
+inline bool operator==(const MacroRow &a, const MacroRow &b) { return a.text == b.text && a.type == b.type; }
 inline bool operator!=(const MacroRow &a, const MacroRow &b) { return !(a == b); }
 
 using MacroRows = QVector<MacroRow>;
 
-inline MacroRow keyRow(const QString &name, bool press) { return {name, press ? 0 : ReleaseItemType, false}; }
-inline MacroRow delayRow(quint32 ms) { return {QString::number(ms) + QLatin1String("ms"), 0, true}; }
+inline MacroRow keyRow(const QString &name, bool press) { return {name, press ? 0 : ReleaseItemType}; }
+inline MacroRow delayRow(quint32 ms) { return {QString::number(ms) + QLatin1String("ms"), 0}; }
 // The milliseconds of a delay's text; 0 for a text without a number.
 inline quint32 delayOf(const MacroRow &row) { return QString(row.text).remove(QLatin1String("ms")).toUInt(); }
 
