@@ -39,9 +39,8 @@ public:
 private:
     QString spoken() const
     {
-        const QString form =
-            language::text(language::Section::macro, SpokenKeys[sort_], LanguageIndex);
-        const QString plain = sort_ == EventList::Delay ? QString::number(delayOf({text()})) : text();
+        const QString form = language::text(language::Section::macro, SpokenKeys[sort_], LanguageIndex);
+        const QString plain = sort_ == EventList::Delay ? QString::number(delayOf({text(), 0})) : text();
         return form.isEmpty() ? text() : form.arg(plain);
     }
 
@@ -68,7 +67,7 @@ int EventList::selectedRow() const
 MacroRow EventList::rowAt(int row) const
 {
     const QListWidgetItem *item = list_->item(row);
-    return {item->text(), item->type(), item->data(SortRole).toInt() == Delay};
+    return {item->text(), item->type()};
 }
 
 MacroRows EventList::rows() const
@@ -92,8 +91,7 @@ void EventList::show(const MacroRows &rows, int selected)
     while (head < shorter && rowAt(head) == rows[head])
         ++head;
     int tail = 0;
-    while (tail < shorter - head &&
-           rowAt(list_->count() - 1 - tail) == rows[rows.size() - 1 - tail])
+    while (tail < shorter - head && rowAt(list_->count() - 1 - tail) == rows[rows.size() - 1 - tail])
         ++tail;
     while (list_->count() > head + tail)
         delete list_->takeItem(head);
