@@ -547,10 +547,12 @@ void Macro::showHint(const rowediting::Summary &summary)
 
 // ---- Recording ----------------------------------------------------------------------------------
 
-std::array<QWidget *, 9> Macro::choices() const
+std::array<QWidget *, 13> Macro::choices() const
 {
-    return {ui->AutoInsertDelay, ui->DefaultDelay, ui->ReNumber,  ui->ReUntil,   ui->ReUntilLoose,
-            ui->ReUntilClick,    ui->ChooseEvent,  ui->DelayTime, ui->NumberEdit};
+    return {ui->AutoInsertDelay, ui->AutoInsertDelayLabel, ui->DefaultDelay, ui->ReNumber,
+            ui->ReUntil,         ui->ReUntilLabel,         ui->ReUntilLoose, ui->ReUntilLooseLabel,
+            ui->ReUntilClick,    ui->ReUntilClickLabel,    ui->ChooseEvent,  ui->DelayTime,
+            ui->NumberEdit};
 }
 
 void Macro::on_StartRecord_clicked()
@@ -559,6 +561,7 @@ void Macro::on_StartRecord_clicked()
         ask("DialogSelectMacroFirst");
         return;
     }
+    ui->listWidgetKey->setFocus(); // not where the list of macros, disabled, would send it
     for (QWidget *each : choices())
         each->setEnabled(false);
     ui->listWidgetHong->setEnabled(false);

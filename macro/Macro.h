@@ -113,7 +113,7 @@ private:
 
     void endRecording(Ending ending);
     void endFull();
-    std::array<QWidget *, 9> choices() const; // disabled during a recording
+    std::array<QWidget *, 13> choices() const; // disabled during a recording
 
     std::unique_ptr<Ui::Macro> ui;
     MacroList macros_;

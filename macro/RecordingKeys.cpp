@@ -5,8 +5,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 
-RecordingKeys::RecordingKeys(QWidget *page)
-    : QObject(page), page_(page), source_(KeySource::AltKeys::Known)
+RecordingKeys::RecordingKeys(QWidget *page) : QObject(page), page_(page), source_(KeySource::AltKeys::Known)
 {
     connect(&source_, &KeySource::keyEvent, this, &RecordingKeys::keyEvent);
 }

@@ -32,7 +32,8 @@ bool hasDelay(const Editing &list, int row)
     return row >= 0 && row < list.rows.size() && list.rows[row].isDelay();
 }
 
-// Selects the last event of what was inserted. A single row has no row 1, so that `at` may lie behind the end.
+// Selects the last event of what was inserted. A single row has no row 1, so that `at` may lie behind the
+// end.
 bool insertRows(Editing &list, int at, const MacroRows &inserted)
 {
     at = qMin(at, list.rows.size());

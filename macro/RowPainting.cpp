@@ -75,8 +75,7 @@ void MacroDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     if (index.data(UnsavedRole).toBool()) {
         painter->setPen(Qt::NoPen);
         painter->setBrush(colors().accent);
-        painter->drawEllipse(
-            middleOf(option.rect, option.rect.width() - Margin - DotSize, DotSize, DotSize));
+        painter->drawEllipse(middleOf(option.rect, option.rect.width() - Margin - DotSize, DotSize, DotSize));
     }
     painter->restore();
 }

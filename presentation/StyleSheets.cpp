@@ -186,7 +186,8 @@ constexpr char SpinBox[] =
     "QSpinBox::down-button:hover{background-image: url(%PDownHover.png);}"
     "QSpinBox::up-button:off{background-image: url(%PUpOff.png);}"
     "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
-    "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}";
+    "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}"
+    "QSpinBox:disabled{color: rgb(%4);border-color: rgb(%5);}";
 
 QString listed(const QColor &color)
 {
@@ -390,7 +391,8 @@ QString tiledPicture(const QString &folder, const QString &name)
 QString spinBox(const QString &folder)
 {
     return compose(SpinBox, folder,
-                   {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor()),
+                    QLatin1String(OffInk), QLatin1String(Groove)});
 }
 
 } // namespace style
