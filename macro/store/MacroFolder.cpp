@@ -38,6 +38,13 @@ bool mayBeWritten(const QString &path)
     return !entry.isSymLink() && (!entry.exists() || entry.isFile());
 }
 
+// A link that leads nowhere takes the name as well.
+bool isFree(const QString &name)
+{
+    const QFileInfo entry(macroPath(name));
+    return isMacroName(name) && !entry.exists() && !entry.isSymLink();
+}
+
 QStringList keptFiles() { return QDir(keptFolder()).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name); }
 
 QString keptPath(const QString &file) { return keptFolder() + QLatin1Char('/') + file; }
@@ -70,15 +77,11 @@ bool macroExists(const QString &name)
     return namesOneFile(name) && entry.isFile() && !entry.isSymLink();
 }
 
-bool createMacro(const QString &name)
-{
-    const QFileInfo entry(macroPath(name));
-    return isMacroName(name) && !entry.exists() && !entry.isSymLink() && writeMacroFile(name, QByteArray(""));
-}
+bool createMacro(const QString &name) { return isFree(name) && writeMacroFile(name, QByteArray("")); }
 
 bool renameMacro(const QString &name, const QString &newName)
 {
-    return macroExists(name) && isMacroName(newName) && QFile::rename(macroPath(name), macroPath(newName));
+    return macroExists(name) && isFree(newName) && QFile::rename(macroPath(name), macroPath(newName));
 }
 
 bool removeMacro(const QString &name) { return macroExists(name) && QFile::remove(macroPath(name)); }
