@@ -5,7 +5,7 @@
 // thread.
 #pragma once
 
-#include "macro/RowEditing.h"
+#include "macro/store/RowEditing.h"
 
 #include <QIcon>
 #include <QListWidget>

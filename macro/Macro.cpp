@@ -97,6 +97,13 @@ QString textOf(const char *key, int language = LanguageIndex)
     return text.isEmpty() ? language::text(language::Section::common, key, language) : text;
 }
 
+// A text with places for numbers and names.
+QString formOf(const char *key, const char *fallback)
+{
+    const QString form = textOf(key);
+    return form.isEmpty() ? QLatin1String(fallback) : form;
+}
+
 QString durationText(qint64 milliseconds)
 {
     return milliseconds < 1000 ? QStringLiteral("%1 ms").arg(milliseconds)
@@ -126,7 +133,7 @@ Macro::Macro(QWidget *parent)
     ui->StartRecord->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_R));
     connectSignals();
     onFirstShow(this, [this] { applyStyle(); });
-    SlotAllLanguage(LanguageIndex);
+    setTexts(LanguageIndex);
 }
 
 Macro::~Macro() { MacroRecording = false; }
@@ -195,8 +202,6 @@ void Macro::SlotAllLanguage(int index)
 {
     setMouseButtonNames(index);
     setTexts(index);
-    nameWidgets(this, index);
-    showState();
 }
 
 void Macro::setMouseButtonNames(int language)
@@ -229,6 +234,8 @@ void Macro::setTexts(int language)
                 : language::choice("InsertEventOptions", QLatin1String(row.textKey), language);
         ui->ChooseEvent->setItemText(item++, text.isEmpty() ? QString::fromUtf8(row.text) : text);
     }
+    nameWidgets(this, language);
+    showState();
 }
 
 // ---- Macros -------------------------------------------------------------------------------------
@@ -518,7 +525,7 @@ void Macro::on_Discard_clicked()
 void Macro::showState()
 {
     const rowediting::Summary summary = rowediting::summaryOf(events_.rows());
-    const QString count = textOf("EventCount").arg(summary.events).arg(MacroEventCount);
+    const QString count = formOf("EventCount", "%1/%2").arg(summary.events).arg(MacroEventCount);
     ui->eventCount->setText(
         shown_.isEmpty() ? QString() : count + QStringLiteral(" · ") + durationText(summary.milliseconds));
     ui->eventCount->setStyleSheet(style::label(summary.events > MacroEventCount
@@ -538,9 +545,9 @@ void Macro::showHint(const rowediting::Summary &summary)
 {
     QString hint;
     if (summary.events > MacroEventCount)
-        hint = textOf("TooManyEvents").arg(MacroEventCount);
+        hint = formOf("TooManyEvents", "> %1").arg(MacroEventCount);
     else if (!summary.held.isEmpty())
-        hint = textOf("StillHeld").arg(summary.held.join(QStringLiteral(", ")));
+        hint = formOf("StillHeld", "%1").arg(summary.held.join(QStringLiteral(", ")));
     ui->eventHint->setText(hint);
     ui->eventHint->setVisible(!MacroRecording);
 }

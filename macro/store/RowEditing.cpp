@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "macro/RowEditing.h"
+#include "macro/store/RowEditing.h"
 
 namespace macro::rowediting
 {
