@@ -10,6 +10,7 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
+#include <QLabel>
 #include <QScrollArea>
 #include <random>
 
@@ -134,6 +135,37 @@ private slots:
         QVERIFY(page().macro(wide)->isElided());
         QCOMPARE(page().macro(wide)->toolTip(), wide);
         QCOMPARE(page().macro("short")->toolTip(), QString());
+    }
+
+    void theBoundMacroIsScrolledTo()
+    {
+        for (int i = 0; i < 60; ++i)
+            QVERIFY(createMacro(QString("macro %1").arg(i, 4)));
+        const QByteArray name = "macro   55";
+        bindAll(name.constData());
+        page().click("Button8");
+        const QWidget *const chosen = page().macro(name);
+        const auto *const viewport =
+            page().form.findChild<QWidget *>("page_5")->findChild<QScrollArea *>()->viewport();
+        QVERIFY(viewport->rect().contains(QRect(chosen->mapTo(viewport, QPoint(0, 0)), chosen->size())));
+    }
+
+    void aLongTitleIsElided()
+    {
+        const QString wide(30, 'W');
+        saveMacro(wide, 1, presses(1));
+        page().click("RightKey");
+        page().click("DPI_10");
+        page().macro(wide)->click();
+        page().click("RightKey");
+        const auto *const title = page().form.findChild<QLabel *>("FunctionsTitle");
+        QCOMPARE(title->toolTip(), "Button 2: Macro: " + wide);
+        QVERIFY(title->text().endsWith(QChar(0x2026)));
+        QVERIFY(title->sizeHint().width() <= title->width());
+        page().leave();
+        page().click("BackKey");
+        QCOMPARE(title->toolTip(), QString());
+        QCOMPARE(title->text(), QString("Button 3: Middle button"));
     }
 
     void anAmpersandIsPartOfTheName()
@@ -284,6 +316,16 @@ private slots:
         QCOMPARE(order, QList<int>({2, 4, 3, 5, 6, 7, 8, 9, 10, 11}));
         for (int button = 2; button < 12; ++button)
             expectMacro(button, "Burst", 254, presses(5));
+        QVERIFY(isWanted());
+    }
+
+    void aSaveSendsWhatIsSavedWhenTheWaitEnds()
+    {
+        bindAll("Burst");
+        QTimer::singleShot(0, &macroPage, [] { saveMacro("Burst", 254, presses(11)); });
+        emit PostMsg::instance()->SigUpDataMacro("Burst", 0);
+        for (int button = 2; button < 12; ++button)
+            expectMacro(button, "Burst", 254, presses(11));
         QVERIFY(isWanted());
     }
 
