@@ -60,13 +60,15 @@ std::vector<FakeDevice> everyKind()
     return all;
 }
 
-// "Page/Name.png" of each picture in the style sheets of a window.
+// "Page/Name.png" of each picture in the style sheets of a window, and in those that wait until they are
+// seen.
 void note(const QWidget *window, QSet<QString> &seen)
 {
     static const QRegularExpression url("url\\([^)]*/Picture/([^)]*)\\)");
     for (const QWidget *widget : window->findChildren<QWidget *>())
-        for (auto each = url.globalMatch(widget->styleSheet()); each.hasNext();)
-            seen << each.next().captured(1);
+        for (const QString &sheet : {widget->styleSheet(), widget->property("waitingStyleSheet").toString()})
+            for (auto each = url.globalMatch(sheet); each.hasNext();)
+                seen << each.next().captured(1);
 }
 
 std::vector<std::unique_ptr<NoticeDialog>> everyNotice()
