@@ -35,6 +35,7 @@ set(accentTint "#17362b")
 set(warning "#ffb454")
 set(danger "#ff6b5e")
 set(dangerDeep "#982b22")
+set(dangerDark "#5c1a15")
 
 # Bare metal of plugs.
 set(metalHigh "#8d999e")
@@ -81,6 +82,10 @@ set(look_badge plate=${surface3} edge=${lineStrong})
 set(look_primary plate=${accentDeep} edge=${accentMid})
 set(look_primaryHover plate=${accentDeep} edge=${accent} edgeWidth=2)
 set(look_primaryClick plate=${accentDark} edge=${accent})
+
+set(look_danger plate=${dangerDeep} edge=${danger})
+set(look_dangerHover plate=${dangerDeep} edge=${ink} edgeWidth=2)
+set(look_dangerClick plate=${dangerDark} edge=${danger})
 
 set(look_nav)
 set(look_navHover plate=${surface2} edge=${line})
