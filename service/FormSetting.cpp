@@ -20,6 +20,7 @@
 #include "ui_FormSetting.h"
 
 #include <QDesktopServices>
+#include <QMouseEvent>
 #include <QProcess>
 #include <QScreen>
 #include <QScrollBar>
@@ -32,6 +33,9 @@ using language::Section;
 
 constexpr char MarkColor[] = "QToolButton{color: rgb(255,106,0);}";
 constexpr char PlainText[] = "QTextEdit{background: transparent;border: 0px;color: rgb(%1);}";
+constexpr char LinkAtLeft[] =
+    "QPushButton{text-align: left;padding: 0px;}QPushButton:hover{text-decoration: underline;}";
+constexpr int LinkGap = 16;
 constexpr int LineOpacity = 28;
 constexpr int VersionDrop = 10; // of the program's version below its place in the form
 constexpr int ButtonPoints = 10;
@@ -68,6 +72,8 @@ FormSetting::FormSetting(QWidget *parent)
     versionPlace_ = ui->label->pos();
     SlotScroolChange(0);
     hideMarks();
+    ui->label_10->installEventFilter(this);
+    ui->NewLabel->document()->setDocumentMargin(0);
     restoreAutoStart();
     onFirstShow(this, [this] { applyStyle(); });
     connectSignals();
@@ -142,8 +148,8 @@ void FormSetting::styleButtons()
     ui->pushButton_2->setStyleSheet(style::pushButton(pictures_, ink, QStringLiteral("PariButton")));
     for (QPushButton *button : {ui->pushButton, ui->OpenFolder})
         button->setStyleSheet(style::pushButton(pictures_, ink, QStringLiteral("Confirm")));
-    ui->pushButton_4->setStyleSheet(style::flatLink(style::color("LabelColor")));
-    ui->pushButton_3->setStyleSheet(style::flatLink(style::color("SliderColor")));
+    ui->pushButton_4->setStyleSheet(style::flatLink(style::color("LabelColor")) + QLatin1String(LinkAtLeft));
+    ui->pushButton_3->setStyleSheet(style::flatLink(style::color("SliderColor")) + QLatin1String(LinkAtLeft));
     ui->checkBox->setStyleSheet(style::checkBox(pictures_, style::color("LabelColor")));
     ui->pushButton->setEnabled(!mouseSettingsCommand().isEmpty());
     setFileTexts(LanguageIndex);
@@ -249,6 +255,7 @@ void FormSetting::SlotAllLanguage(int index)
     }
     place(index);
     setTexts(index);
+    setCompany(language::companyLabels(index));
     setFileTexts(index);
 }
 
@@ -260,12 +267,21 @@ void FormSetting::place(int language)
     ui->label_7->move(columns.mouseX, ui->label_7->y());
 }
 
+void FormSetting::setCompany(const QStringList &labels)
+{
+    const QString address = labels.value(1);
+    ui->pushButton_4->setText(labels.value(0));
+    ui->pushButton_4->resize(ui->pushButton_4->fontMetrics().size(0, labels.value(0)).width() + LinkGap,
+                             ui->pushButton_4->height());
+    ui->pushButton_3->setText(address);
+    ui->pushButton_3->setVisible(!address.isEmpty());
+    ui->pushButton_3->move(ui->pushButton_4->geometry().right() + 1, ui->pushButton_3->y());
+    ui->pushButton_3->resize(ui->pushButton_3->fontMetrics().size(0, address).width() + LinkGap,
+                             ui->pushButton_3->height());
+}
+
 void FormSetting::setTexts(int index)
 {
-    const QStringList company = language::companyLabels(index);
-    ui->pushButton_4->setText(company.value(0));
-    ui->pushButton_3->setText(company.value(1));
-    ui->pushButton_3->setVisible(!company.value(1).isEmpty());
     ui->label->setText(language::text(Section::home, "Version", index) + QLatin1String(ProgramVersion));
     setTextOf(ui->label_2, language::text(Section::Settings, "Language", index));
     setTextOf(ui->label_3, language::text(Section::Settings, "DeviceInfo", index));
@@ -311,6 +327,15 @@ void FormSetting::restoreAutoStart()
     ui->checkBox->setChecked(on);
     if (on && !autostart::isWhole())
         autostart::enable();
+}
+
+// The caption of the box is a label of its own, and a click on it counts as one on the box.
+bool FormSetting::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == ui->label_10 && event->type() == QEvent::MouseButtonRelease &&
+        static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton)
+        ui->checkBox->click();
+    return PageSurface::eventFilter(watched, event);
 }
 
 void FormSetting::on_checkBox_clicked(bool checked)

@@ -58,12 +58,16 @@ public slots:
     void on_checkBox_clicked(bool checked);
     void on_Reset_clicked();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void connectSignals();
     void applyStyle();
     void styleButtons();
     void place(int language);
     void setTexts(int index);
+    void setCompany(const QStringList &labels);
     void setFileTexts(int index);
     void showVersion(int target, const QString &version);
     void showWaiting(bool waits);
