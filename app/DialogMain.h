@@ -53,6 +53,7 @@ private:
     void endProgram();
     void takeCharge();
     void comeBack();
+    bool staysForUpgrade();
     void pairSelected();
 
     std::unique_ptr<Ui::DialogMain> ui;

@@ -112,6 +112,8 @@ constexpr char NavigationName[] = "QToolButton{padding-top: 30px;color: rgb(%2);
                                   "QToolButton:disabled{color: rgba(%2,90);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
+constexpr char ProgressBar[] = "QProgressBar{border: none;border-radius: 3px;background-color: rgb(%1);}"
+                               "QProgressBar::chunk{border-radius: 3px;background-color: rgb(%2);}";
 constexpr char Strip[] = "#%1{border: 1px solid rgb(%2);border-radius: 6px;background-color: rgb(%3);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
@@ -296,6 +298,8 @@ QString navigationButton(const QString &folder, const QString &icon)
 }
 
 QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {chunkColor}); }
+
+QString progressBar() { return compose(ProgressBar, {}, {QLatin1String(Groove), color("SliderColor")}); }
 
 QString strip(const QString &objectName)
 {

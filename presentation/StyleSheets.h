@@ -62,6 +62,8 @@ QString scrollArea();
 QString navigationButton(const QString &folder, const QString &icon);
 // The filled part of the battery's bar.
 QString batteryBar(const QString &chunkColor);
+// A line that fills from left to right.
+QString progressBar();
 // A frame around one line of text.
 QString strip(const QString &objectName);
 // A hairline in a colour at that opacity (0..255).
