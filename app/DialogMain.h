@@ -53,7 +53,6 @@ private:
     void endProgram();
     void takeCharge();
     void comeBack();
-    void pairSelected();
 
     std::unique_ptr<Ui::DialogMain> ui;
     std::unique_ptr<QMenu> trayMenu_;
