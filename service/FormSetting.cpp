@@ -16,7 +16,9 @@
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 #include "service/AutoStart.h"
+#include "service/Match.h"
 #include "service/MouseSettings.h"
+#include "service/UpgradeFlow.h"
 #include "ui_FormSetting.h"
 
 #include <QDesktopServices>
@@ -35,6 +37,7 @@ constexpr char MarkColor[] = "QToolButton{color: rgb(255,106,0);}";
 constexpr char PlainText[] = "QTextEdit{background: transparent;border: 0px;color: rgb(%1);}";
 constexpr char LinkAtLeft[] =
     "QPushButton{text-align: left;padding: 0px;}QPushButton:hover{text-decoration: underline;}";
+constexpr QPoint PairingOffset{-70, -30};
 constexpr int LinkGap = 16;
 constexpr int LineOpacity = 28;
 constexpr int VersionDrop = 10; // of the program's version below its place in the form
@@ -71,6 +74,7 @@ FormSetting::FormSetting(QWidget *parent)
     ui->setupUi(form);
     versionPlace_ = ui->label->pos();
     SlotScroolChange(0);
+    flow_ = std::make_unique<UpgradeFlow>(*this);
     hideMarks();
     ui->label_10->installEventFilter(this);
     ui->NewLabel->document()->setDocumentMargin(0);
@@ -100,12 +104,18 @@ void FormSetting::connectSignals()
     connect(hub, SIGNAL(SigFormB()), this, SLOT(SlotFormB()));
     connect(hub, SIGNAL(SigLightToFrom(int)), this, SLOT(SlotLightToFrom(int)));
     connect(hub, SIGNAL(SigButtonCheck()), this, SLOT(SlotButtonCheck()));
+    connect(hub, SIGNAL(SigCheckUpdate()), this, SLOT(SlotCheckUpdate()));
+    connect(hub, SIGNAL(SigUpdateFrame(bool)), this, SLOT(SlotUpdateFrame(bool)));
+    connect(hub, SIGNAL(SigUpdateStart()), this, SLOT(on_Start()));
+    connect(hub, SIGNAL(SigContinue(int)), this, SLOT(SlotContinue(int)));
 
     connect(ui->comboBox, QOverload<int>::of(&QComboBox::activated), this,
             &FormSetting::on_comboBox_activated);
     connect(ui->checkBox, &QCheckBox::clicked, this, &FormSetting::on_checkBox_clicked);
     connect(ui->pushButton, &QPushButton::clicked, this, &FormSetting::on_pushButton_clicked);
     connect(ui->Reset, &QToolButton::clicked, this, &FormSetting::on_Reset_clicked);
+    connect(ui->Receive_2, &QToolButton::clicked, this, &FormSetting::on_Receive_2_clicked);
+    connect(ui->pushButton_2, &QPushButton::clicked, this, &FormSetting::on_pushButton_2_clicked);
     connect(ui->pushButton_3, &QPushButton::clicked, this, &FormSetting::on_pushButton_3_clicked);
     connect(ui->OpenFolder, &QPushButton::clicked, this, &FormSetting::on_OpenFolder_clicked);
     connect(ui->scrollArea->verticalScrollBar(), &QScrollBar::valueChanged, this,
@@ -171,8 +181,8 @@ void FormSetting::SlotScroolChange(int index)
 
 void FormSetting::hideMarks()
 {
-    ui->toolButton_2->hide();
-    ui->toolButton_3->hide();
+    showMark(TargetReceiver, false);
+    showMark(TargetMouse, false);
 }
 
 void FormSetting::showVersion(int target, const QString &version)
@@ -190,21 +200,35 @@ void FormSetting::takeVersions()
 
 void FormSetting::SetVer(int index)
 {
-    if (index == 1)
-        ui->toolButton_2->hide();
-    if (index == 2)
-        ui->toolButton_3->hide();
+    if (index == 1 || index == 2)
+        showMark(index == 1 ? TargetReceiver : TargetMouse, false);
     if (index >= 3 && index <= 5)
         ui->Receive_2->setText(upgrade_);
-    if (index == 4 || index == 5)
+    if (index == 4 || index == 5) {
         hideMarks();
+        flow_->forgetTargets();
+    }
     if (index == 0 || index == 5)
         takeVersions();
+    if (index == 0)
+        flow_->showOffers();
     if (index == 6) {
         showVersion(TargetReceiver, QString());
         showVersion(TargetMouse, QString());
     }
 }
+
+QString FormSetting::shownVersion(int target) const
+{
+    return (target == TargetMouse ? ui->label_7 : ui->label_5)->text();
+}
+
+void FormSetting::showMark(int target, bool shown)
+{
+    (target == TargetMouse ? ui->toolButton_3 : ui->toolButton_2)->setVisible(shown);
+}
+
+bool FormSetting::isUpToDate() const { return !upToDate_.isEmpty() && ui->Receive_2->text() == upToDate_; }
 
 void FormSetting::SetVerText() { ui->Receive_2->setText(upToDate_); }
 
@@ -253,13 +277,13 @@ void FormSetting::SlotAllLanguage(int index)
         ui->Receive_2->setFont(buttonFont);
         fontIsSet_ = true;
     }
-    place(index);
+    placeVersions(index);
     setTexts(index);
     setCompany(language::companyLabels(index));
     setFileTexts(index);
 }
 
-void FormSetting::place(int language)
+void FormSetting::placeVersions(int language)
 {
     const bool listed = language >= 0 && language < int(std::size(VersionColumns));
     const Columns &columns = listed ? VersionColumns[language] : OtherColumns;
@@ -363,6 +387,8 @@ void FormSetting::on_OpenFolder_clicked() { QDesktopServices::openUrl(QUrl::from
 
 // ---- The device -----------------------------------------------------------------------------------
 
+void FormSetting::on_pushButton_2_clicked() { pairing::pairSelected(this, PairingOffset); }
+
 void FormSetting::on_Reset_clicked() { runFactoryReset(this); }
 
 void FormSetting::on_checkBox_2_toggled(bool checked)
@@ -372,3 +398,16 @@ void FormSetting::on_checkBox_2_toggled(bool checked)
     else
         emit PostMsg::instance()->SigMouseOffLineo(0);
 }
+
+// ---- The upgrade ----------------------------------------------------------------------------------
+
+void FormSetting::on_Receive_2_clicked() { flow_->on_Receive_2_clicked(); }
+void FormSetting::on_Receive_clicked() { flow_->on_Receive_clicked(); }
+void FormSetting::on_Mouse_clicked() { flow_->on_Mouse_clicked(); }
+void FormSetting::onDongleCheckTimer() { flow_->onDongleCheckTimer(); }
+void FormSetting::onMouseCheckTimer() { flow_->onMouseCheckTimer(); }
+void FormSetting::SlotContinue(int index) { flow_->SlotContinue(index); }
+void FormSetting::SlotUpdateFrame(bool IsVis) { flow_->SlotUpdateFrame(IsVis); }
+void FormSetting::on_Start() { flow_->on_Start(); }
+bool FormSetting::ChechIsUpDate() { return flow_->ChechIsUpDate(); }
+void FormSetting::SlotCheckUpdate() { flow_->SlotCheckUpdate(); }

@@ -8,10 +8,11 @@
 #pragma once
 
 #include "presentation/PageSurface.h"
+#include "service/UpgradePage.h"
 
 #include <memory>
 
-class QToolButton;
+class UpgradeFlow;
 struct DongleRGB;
 
 namespace Ui
@@ -21,7 +22,7 @@ class FormSetting;
 
 constexpr char ProgramVersion[] = "1.0.2.0";
 
-class FormSetting : public PageSurface
+class FormSetting : public PageSurface, private UpgradePage
 {
     Q_OBJECT
 
@@ -31,6 +32,7 @@ public:
 
 public slots:
     void on_pushButton_clicked();
+    void on_pushButton_2_clicked();
     void on_pushButton_3_clicked();
     void on_OpenFolder_clicked();
     void SetVerText();
@@ -58,24 +60,43 @@ public slots:
     void on_checkBox_clicked(bool checked);
     void on_Reset_clicked();
 
+    // The upgrade of the firmware.
+    void on_Receive_2_clicked();
+    void on_Receive_clicked();
+    void on_Mouse_clicked();
+    void onDongleCheckTimer();
+    void onMouseCheckTimer();
+    void SlotContinue(int index);
+    void SlotUpdateFrame(bool IsVis);
+    void on_Start();
+    bool ChechIsUpDate();
+    void SlotCheckUpdate();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    QWidget *place() override { return this; }
+    QString shownVersion(int target) const override;
+    void showMark(int target, bool shown) override;
+    void showWaiting(bool waits) override;
+    void showUpToDate() override { SetVerText(); }
+    bool isUpToDate() const override;
+
     void connectSignals();
     void applyStyle();
     void styleButtons();
-    void place(int language);
+    void placeVersions(int language);
     void setTexts(int index);
     void setCompany(const QStringList &labels);
     void setFileTexts(int index);
     void showVersion(int target, const QString &version);
-    void showWaiting(bool waits);
     void hideMarks();
     void takeVersions();
     void restoreAutoStart();
 
     std::unique_ptr<Ui::FormSetting> ui;
+    std::unique_ptr<UpgradeFlow> flow_;
     QString pictures_;
     QString upgrade_; // texts of Receive_2
     QString upToDate_;
