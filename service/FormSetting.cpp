@@ -74,7 +74,7 @@ FormSetting::FormSetting(QWidget *parent)
     ui->setupUi(form);
     versionPlace_ = ui->label->pos();
     SlotScroolChange(0);
-    flow_ = std::make_unique<UpgradeFlow>(*this);
+    flow_ = std::make_unique<UpgradeFlow>(static_cast<UpgradePage &>(*this));
     hideMarks();
     ui->label_10->installEventFilter(this);
     ui->NewLabel->document()->setDocumentMargin(0);

@@ -8,6 +8,8 @@
 #include "presentation/UpDataParam.h"
 #include "service/AutoStart.h"
 #include "service/FormSetting.h"
+#include "service/Match.h"
+#include "service/UpDateRepair.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/service/Desktop.h"
@@ -318,6 +320,51 @@ private slots:
         QCOMPARE(updates.count(), 2);
         QCOMPARE(updates[0][0].toInt(), 1);
         QVERIFY(updates[0][1].toBool() && !updates[1][1].toBool());
+    }
+
+    // ---- Pairing and upgrade
+
+    void theToolPairsOverThePage()
+    {
+        OnDevicePage = 1;
+        QPoint middle;
+        QString target;
+        fixture::whenModal<Match>([&](Match *match) {
+            middle = match->geometry().center();
+            target = match->target().DevicePath;
+            match->reject();
+        });
+        widget<QPushButton>("pushButton_2")->click();
+        QCOMPARE(target, QString("dev"));
+        const QPoint wanted = page->mapToGlobal(page->rect().center()) + QPoint(-70, -30);
+        QVERIFY2((middle - wanted).manhattanLength() <= 2, qPrintable(QString::number(middle.x())));
+        QVERIFY(fake.connected());
+        QCOMPARE(fake.connectedPath(), std::string("dev"));
+    }
+
+    void theUpgradeButtonOpensItsDialog()
+    {
+        UpDateRepair *dialog = UpDateRepair::instance();
+        QVERIFY(dialog && !dialog->isVisible());
+        widget<QToolButton>("Receive_2")->click();
+        QVERIFY(dialog->isVisible() && dialog->isModal());
+        emit PostMsg::instance()->SigUpdateFrame(false);
+        QVERIFY(!dialog->isVisible());
+        emit PostMsg::instance()->SigUpdateFrame(true);
+        QVERIFY(dialog->isVisible());
+        dialog->close();
+    }
+
+    void whatIsUpToDateOpensNothing()
+    {
+        emit PostMsg::instance()->SigSetNewVer();
+        widget<QToolButton>("Receive_2")->click();
+        emit PostMsg::instance()->SigUpdateFrame(true);
+        QVERIFY(!UpDateRepair::instance()->isVisible());
+        emit PostMsg::instance()->SigSetver(3);
+        widget<QToolButton>("Receive_2")->click();
+        QVERIFY(UpDateRepair::instance()->isVisible());
+        UpDateRepair::instance()->close();
     }
 
     // ---- Language
