@@ -19,6 +19,7 @@
 #include "service/Match.h"
 #include "service/MouseSettings.h"
 #include "service/UpgradeFlow.h"
+#include "service/UpgradeTexts.h"
 #include "ui_FormSetting.h"
 
 #include <QDesktopServices>
@@ -320,12 +321,12 @@ void FormSetting::setTexts(int index)
     ui->checkBox->setAccessibleName(ui->label_10->text());
     setTextOf(ui->Reset, language::text(Section::Settings, "Restore", index));
     setTextOf(ui->pushButton, language::text(Section::Settings, "WindowSet", index));
-    ui->toolButton_2->setToolTip(language::text(Section::home, "NoDevice", index));
-    ui->toolButton_3->setToolTip(language::text(Section::home, "WiredMode", index));
+    ui->toolButton_2->setToolTip(upgradeText(UpgradeText::NoDevice, index));
+    ui->toolButton_3->setToolTip(upgradeText(UpgradeText::WiredMode, index));
     for (QToolButton *mark : {ui->toolButton_2, ui->toolButton_3})
         mark->setAccessibleName(mark->toolTip());
     setTextOf(ui->NewLabel, language::text(Section::Settings, "LabelTip", index));
-    upToDate_ = language::text(Section::update, "newTips", index, language::Word::Keyboard);
+    upToDate_ = upgradeText(UpgradeText::newTips, index);
     setTextOf(ui->label_12, language::text(Section::Settings, "Restore", index));
 }
 
