@@ -78,10 +78,14 @@ QString caption();
 QString readout();
 // Read-only lines to copy, such as a command.
 QString quotedText();
+// Lines below a choice that say what it does.
+QString description();
 // A field to type in.
 QString lineEdit();
 // A number to type or to step: "Up" and "Down".
 QString spinBox(const QString &folder);
+// A number to type that has buttons of its own beside it.
+QString numberBox();
 
 // A DPI stage, and below it the bar in its colour `fill`; selected ones use other pictures.
 QString stageButton(const QString &folder, const QString &color, bool selected);
