@@ -59,7 +59,11 @@ void HueField::paintEvent(QPaintEvent *)
     if (!color_.isValid() || underMouse())
         return;
     painter.setRenderHint(QPainter::Antialiasing);
-    const QPointF at = placeOf(color_);
+    const QRect whole =
+        rect().adjusted(MarkerRadius + 1, MarkerRadius + 1, -MarkerRadius - 2, -MarkerRadius - 2);
+    const QPoint place = placeOf(color_);
+    const QPointF at(qBound(whole.left(), place.x(), whole.right()),
+                     qBound(whole.top(), place.y(), whole.bottom()));
     painter.setBrush(color_);
     painter.setPen(QPen(Qt::black, 3));
     painter.drawEllipse(at, MarkerRadius, MarkerRadius);

@@ -25,8 +25,8 @@ int turnMs(const ShownLight &light)
 
 double fraction(double value) { return value - std::floor(value); }
 
-// 0 at the beginning of a turn, 1 in its middle.
-double breath(double turns) { return (1 - std::cos(2 * Pi * turns)) / 2; }
+// 1 at the beginning of a turn, 0 in its middle.
+double breath(double turns) { return (1 + std::cos(2 * Pi * turns)) / 2; }
 
 QColor dimmed(const QColor &color, double share)
 {
@@ -57,12 +57,10 @@ QColor lampColor(const ShownLight &light, double place, qint64 ms)
     case Neon:
         return dimmed(hue(std::floor(turns * NeonColors) / NeonColors), share);
     case ColorBreathing:
-        return dimmed(hue(std::floor(turns) * GoldenTurn), breathing(turns));
+        return dimmed(hue(std::floor(turns + 0.5) * GoldenTurn), breathing(turns));
     case ColorWave:
         return dimmed(hue(place), breathing(turns - place));
     default:
         return Qt::black;
     }
 }
-
-qint64 stillMoment(const ShownLight &light) { return turnMs(light) / 2; }

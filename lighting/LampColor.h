@@ -16,7 +16,6 @@ struct ShownLight {
 
 // Whether the lamps change with time.
 bool moves(const ShownLight &light);
-// place: of the lamp in the row, from 0 to 1; ms: since the light began. Black is a dark lamp.
+// place: of the lamp in the row, from 0 to 1; ms: since the light began, which is a moment at which it shows
+// well. Black is a dark lamp.
 QColor lampColor(const ShownLight &light, double place, qint64 ms);
-// A moment at which the light shows itself well without moving, in ms.
-qint64 stillMoment(const ShownLight &light);

@@ -26,8 +26,10 @@ const QColor DarkLamp(38, 44, 48);
 // A dark lamp is grey, so that it is seen.
 QColor lit(const QColor &color)
 {
-    return {qMax(color.red(), DarkLamp.red()), qMax(color.green(), DarkLamp.green()),
-            qMax(color.blue(), DarkLamp.blue())};
+    const double share = color.valueF();
+    const auto mix = [share](int part, int dark) { return int(part + dark * (1 - share)); };
+    return {mix(color.red(), DarkLamp.red()), mix(color.green(), DarkLamp.green()),
+            mix(color.blue(), DarkLamp.blue())};
 }
 
 } // namespace
@@ -92,7 +94,7 @@ QRect LightPreview::lampRow() const
 void LightPreview::paintEvent(QPaintEvent *)
 {
     moveOrRest();
-    const qint64 now = motionAllowed_ ? clock_.elapsed() : stillMoment(light_);
+    const qint64 now = motionAllowed_ ? clock_.elapsed() : 0;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(style::outlineColor());

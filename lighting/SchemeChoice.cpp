@@ -109,7 +109,7 @@ void SchemeChoice::setTexts(int language)
         buttons_[std::size_t(i)]->setText(name);
         QStringList steps;
         for (const QString &step : QString::fromLatin1(scheme.steps).split(QLatin1Char(' ')))
-            steps << status(step, language);
+            steps << status(step, language).replace(QLatin1Char(' '), QChar::Nbsp);
         const QString text = steps.join(QStringLiteral(" · "));
         descriptions_[std::size_t(i)]->setPlainText(text);
         descriptions_[std::size_t(i)]->setAccessibleName(name);
