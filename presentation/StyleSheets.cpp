@@ -179,6 +179,10 @@ constexpr char SpinBox[] =
     "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
     "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}";
 
+constexpr char Description[] = "QTextEdit{color: rgb(%1);background: transparent;border: 0px;}";
+constexpr char NumberBox[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+                             "border-radius: 6px;}";
+
 QString listed(const QColor &color)
 {
     return QStringLiteral("%1,%2,%3").arg(color.red()).arg(color.green()).arg(color.blue());
@@ -337,6 +341,8 @@ QString quotedText()
 
 QString instructions() { return compose(Instructions, {}, {color("LabelColor")}); }
 
+QString description() { return compose(Description, {}, {color("LinEditColorSecond")}); }
+
 QString lineEdit()
 {
     return compose(LineEdit, {},
@@ -375,6 +381,12 @@ QString tiledPicture(const QString &folder, const QString &name)
 QString spinBox(const QString &folder)
 {
     return compose(SpinBox, folder,
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
+}
+
+QString numberBox()
+{
+    return compose(NumberBox, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
 }
 

@@ -84,10 +84,14 @@ QString readout();
 QString quotedText();
 // Lines to read, without a surface of their own.
 QString instructions();
+// Lines below a choice that say what it does.
+QString description();
 // A field to type in.
 QString lineEdit();
 // A number to type or to step: "Up" and "Down".
 QString spinBox(const QString &folder);
+// A number to type that has buttons of its own beside it.
+QString numberBox();
 
 // A DPI stage, and below it the bar in its colour `fill`; selected ones use other pictures.
 QString stageButton(const QString &folder, const QString &color, bool selected);
