@@ -53,7 +53,7 @@ private:
     void endProgram();
     void takeCharge();
     void comeBack();
-    void pairSelected();
+    bool staysForUpgrade();
 
     std::unique_ptr<Ui::DialogMain> ui;
     std::unique_ptr<QMenu> trayMenu_;

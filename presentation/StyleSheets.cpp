@@ -33,6 +33,7 @@ constexpr char TextButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;color: rgb(%2;);"
     "border-image: url(%P%1.png);}QToolButton:pressed{border-image: url(%P%1Click.png); }";
 constexpr char TextButtonHover[] = "QToolButton:hover:!pressed{border-image: url(%P%1Hover.png);}";
+constexpr char TextButtonOff[] = "QToolButton:disabled{border-image: url(%P%1Off.png);color: rgb(%2);}";
 constexpr char Label[] = "QLabel{color: rgb(%1;);}";
 // The toolkit divides a weight by eight: 456 is QFont::Medium, 500 would be drawn bold.
 constexpr char Heading[] = "QLabel{font-size: 15px;font-weight: 456;}";
@@ -111,6 +112,8 @@ constexpr char NavigationName[] = "QToolButton{padding-top: 30px;color: rgb(%2);
                                   "QToolButton:disabled{color: rgba(%2,90);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
+constexpr char ProgressBar[] = "QProgressBar{border: none;border-radius: 3px;background-color: rgb(%1);}"
+                               "QProgressBar::chunk{border-radius: 3px;background-color: rgb(%2);}";
 constexpr char Strip[] = "#%1{border: 1px solid rgb(%2);border-radius: 6px;background-color: rgb(%3);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
@@ -149,6 +152,7 @@ constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);
 constexpr char QuotedText[] =
     "QPlainTextEdit{color: rgb(%1);background-color: rgb(%2);border: 0px;border-radius: 6px;"
     "padding: 2px 4px;selection-color: rgb(%2);selection-background-color: rgb(%3);}";
+constexpr char Instructions[] = "QTextEdit{color: rgb(%1);border: 0px;background: transparent;}";
 constexpr char StageButton[] =
     "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%P%1);color: rgb(%2;);}";
@@ -174,6 +178,10 @@ constexpr char SpinBox[] =
     "QSpinBox::up-button:off{background-image: url(%PUpOff.png);}"
     "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
     "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}";
+
+constexpr char Description[] = "QTextEdit{color: rgb(%1);background: transparent;border: 0px;}";
+constexpr char NumberBox[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+                             "border-radius: 6px;}";
 
 QString listed(const QColor &color)
 {
@@ -214,6 +222,13 @@ QString arrow(const QString &folder, const QString &stem) { return compose(Arrow
 QString textButton(const QString &folder, const QString &color, const QString &stem)
 {
     return compose(TextButton, folder, {stem, color}) + compose(TextButtonHover, folder, {stem});
+}
+
+QString pushButton(const QString &folder, const QString &color, const QString &stem)
+{
+    const QString sheet =
+        textButton(folder, color, stem) + compose(TextButtonOff, folder, {stem, QLatin1String(OffInk)});
+    return QString(sheet).replace(QLatin1String("QToolButton"), QLatin1String("QPushButton"));
 }
 
 QString label(const QString &color) { return compose(Label, {}, {color}); }
@@ -289,6 +304,8 @@ QString navigationButton(const QString &folder, const QString &icon)
 
 QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {chunkColor}); }
 
+QString progressBar() { return compose(ProgressBar, {}, {QLatin1String(Groove), color("SliderColor")}); }
+
 QString strip(const QString &objectName)
 {
     return compose(Strip, {}, {objectName, QLatin1String(Groove), color("ComboxBackGroundColor")});
@@ -321,6 +338,10 @@ QString quotedText()
     return compose(QuotedText, {},
                    {color("LabelColor"), color("ComboxBackGroundColor"), color("SliderColor")});
 }
+
+QString instructions() { return compose(Instructions, {}, {color("LabelColor")}); }
+
+QString description() { return compose(Description, {}, {color("LinEditColorSecond")}); }
 
 QString lineEdit()
 {
@@ -360,6 +381,12 @@ QString tiledPicture(const QString &folder, const QString &name)
 QString spinBox(const QString &folder)
 {
     return compose(SpinBox, folder,
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
+}
+
+QString numberBox()
+{
+    return compose(NumberBox, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
 }
 

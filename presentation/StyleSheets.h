@@ -28,6 +28,8 @@ QString titleButton(const QString &folder, const QString &stem);
 QString arrow(const QString &folder, const QString &stem);
 // Stem, stem + "Hover", stem + "Click".
 QString textButton(const QString &folder, const QString &color, const QString &stem);
+// The same on a QPushButton, and stem + "Off" while it is disabled.
+QString pushButton(const QString &folder, const QString &color, const QString &stem);
 QString label(const QString &color);
 // The title of a page or of a section of it.
 QString heading();
@@ -60,6 +62,8 @@ QString scrollArea();
 QString navigationButton(const QString &folder, const QString &icon);
 // The filled part of the battery's bar.
 QString batteryBar(const QString &chunkColor);
+// A line that fills from left to right.
+QString progressBar();
 // A frame around one line of text.
 QString strip(const QString &objectName);
 // A hairline in a colour at that opacity (0..255).
@@ -78,10 +82,16 @@ QString caption();
 QString readout();
 // Read-only lines to copy, such as a command.
 QString quotedText();
+// Lines to read, without a surface of their own.
+QString instructions();
+// Lines below a choice that say what it does.
+QString description();
 // A field to type in.
 QString lineEdit();
 // A number to type or to step: "Up" and "Down".
 QString spinBox(const QString &folder);
+// A number to type that has buttons of its own beside it.
+QString numberBox();
 
 // A DPI stage, and below it the bar in its colour `fill`; selected ones use other pictures.
 QString stageButton(const QString &folder, const QString &color, bool selected);

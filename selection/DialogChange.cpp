@@ -15,6 +15,7 @@
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
+#include "service/UpDateRepair.h"
 #include "ui_DialogChange.h"
 
 #include <QPointer>
@@ -112,7 +113,7 @@ void DialogChange::take(const DeviceScan &scan)
     rebuild(scan);
     // The offers of the upgrade dialog depend on the attached devices.
     if (UpgradeDialogOpen && !UpdateBusy)
-        emit PostMsg::instance()->SigRepairCheckUpdate();
+        checkRepair();
 }
 
 void DialogChange::rebuild(const DeviceScan &scan)
@@ -247,7 +248,21 @@ void DialogChange::slotButtonClicked()
         click_.open(tile->deviceIndex());
 }
 
-void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }
+void DialogChange::on_Repair_clicked()
+{
+    if (UpDateRepair *const dialog = UpDateRepair::instance()) {
+        dialog->resetForm();
+        dialog->showOver(this);
+    }
+    checkRepair();
+}
+
+void DialogChange::checkRepair()
+{
+    if (UpDateRepair *const dialog = UpDateRepair::instance())
+        dialog->setAttached(attached_.all());
+    emit PostMsg::instance()->SigRepairCheckUpdate();
+}
 
 void DialogChange::SlotUpDateButton(bool IsHide)
 {

@@ -1,0 +1,169 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "service/RepairRoute.h"
+
+#include "device/DeviceSearch.h"
+#include "device/DeviceState.h"
+#include "device/FirmwareImage.h"
+#include "device/FirmwareSearch.h"
+#include "device/SideBySide.h"
+#include "hub/PostMsg.h"
+#include "service/FlashRun.h"
+#include "service/ModelFirmware.h"
+#include "service/UpgradeState.h"
+#include "service/WiredMarriage.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int BootLoaderLimit = 5;
+
+enum AutoRepair : int { Repaired = 0, NotRepaired = 1 };
+enum ProgressWord : int { ShowSuccess = 2, ShowFailure = 6 };
+
+struct Plan {
+    UpdateFailRecord failed;
+    QByteArray receiverImage; // empty: the receiver is left as it is
+    QByteArray mouseImage;
+};
+
+UpdateFailRecord recordOf(const Plan &plan, int target)
+{
+    UpdateFailRecord record = plan.failed;
+    record.target = target;
+    return record;
+}
+
+void endRun()
+{
+    RepairRunning = false;
+    RepairBusy = false;
+    NotUpgrading = true;
+}
+
+void tellSuccess()
+{
+    endRun();
+    PostMsg *hub = PostMsg::instance();
+    emit hub->SigAutoRepair(Repaired);
+    emit hub->SigUpDateButton(true);
+    emit hub->SigProgress(0, ShowSuccess);
+}
+
+void tellFailure()
+{
+    flashrun::emptyLog();
+    endRun();
+    PostMsg *hub = PostMsg::instance();
+    emit hub->SigAutoRepair(NotRepaired);
+    emit hub->SigUpDateButton(false);
+    emit hub->SigProgress(0, ShowFailure);
+}
+
+// Searched now: what the selection page knows may be older than the receiver's restart.
+bool mouseIsThere(const Plan &plan)
+{
+    std::vector<DeviceAllInfo> devices = findDevices(DeviceFinder::Default);
+    sideBySide(devices, identifyDevice);
+    return std::any_of(devices.cbegin(), devices.cend(),
+                       [&plan](const DeviceAllInfo &device) {
+                           return device.Usb && device.Mid == plan.failed.mid;
+                       }) ||
+           findBootDevices(plan.mouseImage, BootLoaderLimit) == 1;
+}
+
+void flash(const Plan &plan, int target);
+
+void onProgress(int target, int percent)
+{
+    RepairBusy = true;
+    const int half = percent / 2;
+    const int value = Stages != 2 ? percent : target == TargetMouse ? half + 50 : half;
+    emit PostMsg::instance()->SigAutoRepairProgress(value);
+}
+
+void onSuccess(const Plan &plan, int target)
+{
+    // While the mouse waits for its repair the record stays, as it is the mouse's.
+    if (target == TargetMouse || target == plan.failed.target)
+        UpdateFailRecord::remove();
+    WiredMarriage().marryAttached();
+    const bool goesOn = target == TargetReceiver && !plan.mouseImage.isEmpty() &&
+                        (plan.failed.target != TargetReceiver || mouseIsThere(plan));
+    if (goesOn)
+        flash(plan, TargetMouse);
+    else
+        tellSuccess();
+}
+
+void onFailure(const Plan &plan, int target, bool started)
+{
+    if (started)
+        UpdateFailRecord::store(recordOf(plan, target).text());
+    tellFailure();
+}
+
+// The receiver of a mouse that failed is flashed under the mouse's record: a cut leaves both of them in their
+// boot loaders, and the repair then does both.
+void flash(const Plan &plan, int target)
+{
+    UpgradeTarget = target;
+    const FlashHandlers handlers = {[target](int percent) { onProgress(target, percent); },
+                                    [plan, target](bool succeeded, bool started) {
+                                        if (succeeded)
+                                            onSuccess(plan, target);
+                                        else
+                                            onFailure(plan, target, started);
+                                    }};
+    const bool isReceiver = target == TargetReceiver;
+    flashrun::start(isReceiver ? plan.receiverImage : plan.mouseImage,
+                    isReceiver ? plan.failed : recordOf(plan, target), handlers);
+}
+
+ModelFirmware firmwareOf(const UpdateFailRecord &record, int connectionKind)
+{
+    return {record.cid, record.mid, connectionKind};
+}
+
+} // namespace
+
+GateVerdict RepairRoute::check(const std::vector<DeviceAllInfo> &attached)
+{
+    const QString text = UpdateFailRecord::storedText();
+    const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
+    const auto image = [&record](int target, int kHz) {
+        return firmwareOf(record, kHz).findForRepair(target);
+    };
+    const GateQuestions questions = {
+        [&image](int target, int kHz, bool) { return !image(target, kHz).isEmpty(); },
+        [&image](int target, int kHz) { return findBootDevices(image(target, kHz), BootLoaderLimit); }};
+    last_ = repairGate(attached, text, questions);
+    if (last_.recordIsSenseless)
+        UpdateFailRecord::remove();
+    return last_;
+}
+
+bool RepairRoute::start()
+{
+    const auto record = UpdateFailRecord::parse(UpdateFailRecord::storedText());
+    if (!last_.ready || !record)
+        return false;
+    Plan plan;
+    plan.failed = *record;
+    const ModelFirmware firmware = firmwareOf(*record, record->connectionKind);
+    if (last_.receiverNew)
+        plan.receiverImage = firmware.findForRepair(TargetReceiver);
+    plan.mouseImage = firmware.findForRepair(TargetMouse);
+    if ((record->target == TargetReceiver ? plan.receiverImage : plan.mouseImage).isEmpty())
+        return false;
+    UpgradeKind = record->connectionKind;
+    UpgradeCid = record->cid;
+    UpgradeMid = record->mid;
+    Stages = plan.receiverImage.isEmpty() || plan.mouseImage.isEmpty() ? 1 : 2;
+    RepairRunning = true;
+    NotUpgrading = false;
+    flash(plan, plan.receiverImage.isEmpty() ? TargetMouse : TargetReceiver);
+    return true;
+}
