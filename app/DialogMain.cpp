@@ -20,6 +20,7 @@
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 #include "selection/DialogChange.h"
+#include "service/Match.h"
 #include "service/UpDateRepair.h"
 #include "ui_DialogMain.h"
 
@@ -285,7 +286,7 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
         if (ui->stackedWidget->currentWidget() == dialogChange_)
             dialogChange_->openOnlyReceiver();
         else
-            pairSelected();
+            pairing::pairSelected(this);
         break;
     case Qt::Key_Escape:
     case Qt::Key_F12:
@@ -298,12 +299,6 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
     default:
         QDialog::keyPressEvent(event);
     }
-}
-
-// Pairing takes the connection over; the callback of this page is set again afterwards.
-void DialogMain::pairSelected()
-{
-    UsbServerC_Start(CurrentDevicePath(), CurrentDevicePath(), &ProtocolCallback);
 }
 
 void DialogMain::mousePressEvent(QMouseEvent *event)

@@ -54,7 +54,6 @@ private:
     void takeCharge();
     void comeBack();
     bool staysForUpgrade();
-    void pairSelected();
 
     std::unique_ptr<Ui::DialogMain> ui;
     std::unique_ptr<QMenu> trayMenu_;

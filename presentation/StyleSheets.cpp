@@ -151,6 +151,7 @@ constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);
 constexpr char QuotedText[] =
     "QPlainTextEdit{color: rgb(%1);background-color: rgb(%2);border: 0px;border-radius: 6px;"
     "padding: 2px 4px;selection-color: rgb(%2);selection-background-color: rgb(%3);}";
+constexpr char Instructions[] = "QTextEdit{color: rgb(%1);border: 0px;background: transparent;}";
 constexpr char StageButton[] =
     "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%P%1);color: rgb(%2;);}";
@@ -325,6 +326,8 @@ QString quotedText()
     return compose(QuotedText, {},
                    {color("LabelColor"), color("ComboxBackGroundColor"), color("SliderColor")});
 }
+
+QString instructions() { return compose(Instructions, {}, {color("LabelColor")}); }
 
 QString lineEdit()
 {

@@ -80,6 +80,8 @@ QString caption();
 QString readout();
 // Read-only lines to copy, such as a command.
 QString quotedText();
+// Lines to read, without a surface of their own.
+QString instructions();
 // A field to type in.
 QString lineEdit();
 // A number to type or to step: "Up" and "Down".

@@ -82,6 +82,11 @@ set(look_primary plate=${accentDeep} edge=${accentMid})
 set(look_primaryHover plate=${accentDeep} edge=${accent} edgeWidth=2)
 set(look_primaryClick plate=${accentDark} edge=${accent})
 
+set(look_done plate=${accentTint} edge=${accent})
+set(look_failed plate=${dangerDeep} edge=${danger})
+set(look_failedHover plate=${dangerDeep} edge=${ink} edgeWidth=2)
+set(look_failedClick plate=${groundLow} edge=${danger})
+
 set(look_nav)
 set(look_navHover plate=${surface2} edge=${line})
 set(look_navCheck plate=${surface3} edge=${lineStrong} bar=${accent})
