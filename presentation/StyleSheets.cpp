@@ -33,6 +33,7 @@ constexpr char TextButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;color: rgb(%2;);"
     "border-image: url(%P%1.png);}QToolButton:pressed{border-image: url(%P%1Click.png); }";
 constexpr char TextButtonHover[] = "QToolButton:hover:!pressed{border-image: url(%P%1Hover.png);}";
+constexpr char TextButtonOff[] = "QToolButton:disabled{border-image: url(%P%1Off.png);color: rgb(%2);}";
 constexpr char Label[] = "QLabel{color: rgb(%1;);}";
 // The toolkit divides a weight by eight: 456 is QFont::Medium, 500 would be drawn bold.
 constexpr char Heading[] = "QLabel{font-size: 15px;font-weight: 456;}";
@@ -217,6 +218,13 @@ QString arrow(const QString &folder, const QString &stem) { return compose(Arrow
 QString textButton(const QString &folder, const QString &color, const QString &stem)
 {
     return compose(TextButton, folder, {stem, color}) + compose(TextButtonHover, folder, {stem});
+}
+
+QString pushButton(const QString &folder, const QString &color, const QString &stem)
+{
+    const QString sheet =
+        textButton(folder, color, stem) + compose(TextButtonOff, folder, {stem, QLatin1String(OffInk)});
+    return QString(sheet).replace(QLatin1String("QToolButton"), QLatin1String("QPushButton"));
 }
 
 QString label(const QString &color) { return compose(Label, {}, {color}); }

@@ -28,6 +28,8 @@ QString titleButton(const QString &folder, const QString &stem);
 QString arrow(const QString &folder, const QString &stem);
 // Stem, stem + "Hover", stem + "Click".
 QString textButton(const QString &folder, const QString &color, const QString &stem);
+// The same on a QPushButton, and stem + "Off" while it is disabled.
+QString pushButton(const QString &folder, const QString &color, const QString &stem);
 QString label(const QString &color);
 // The title of a page or of a section of it.
 QString heading();

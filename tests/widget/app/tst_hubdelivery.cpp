@@ -124,6 +124,16 @@ const std::vector<Row> &rows()
          [](PostMsg *hub) { emit hub->SigCheckUpdate(); },
          {{"FormSetting", "SlotCheckUpdate()"}}},
 
+        {"SigLabelText(int,QString)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigLabelText(7, {}); },
+         {{"FormSetting", "SlotLabelText(int,QString)"}}},
+
+        {"SigSetNewVer()", Plain, nullptr, {{"FormSetting", "SetVerText()"}}},
+        {"SigUpdateFrame(bool)", Plain, nullptr, {{"FormSetting", "SlotUpdateFrame(bool)"}}},
+        {"SigUpdateStart()", Plain, nullptr, {{"FormSetting", "on_Start()"}}},
+        {"SigContinue(int)", Plain, nullptr, {{"FormSetting", "SlotContinue(int)"}}},
+        {"SigButtonCheck()", Plain, nullptr, {{"FormSetting", "SlotButtonCheck()"}}},
         {"SigChangeSize(int)", Plain, nullptr, {{"DialogMain", "SlotChangeSize(int)"}}},
         {"SigMouseOffLineo(int)",
          Plain,

@@ -112,6 +112,7 @@ private:
         for (int page = 0; page < pages->count(); ++page) {
             pages->setCurrentIndex(page);
             emit PostMsg::instance()->SigIsUsb(page % 2 == 0, false);
+            emit PostMsg::instance()->SigLabelTextB({}, model % 2 ? QString() : QStringLiteral("true"));
             fixture::emitOnOtherThread(
                 [page] { emit PostMsg::instance()->SigBattery(true, page * 10, true); });
             QVERIFY(pages->currentWidget()->isVisible());
