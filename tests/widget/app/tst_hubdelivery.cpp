@@ -7,6 +7,7 @@
 #include "device/Worker.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
+#include "service/Match.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -134,13 +135,25 @@ const std::vector<Row> &rows()
         {"SigUpdateStart()", Plain, nullptr, {{"FormSetting", "on_Start()"}}},
         {"SigContinue(int)", Plain, nullptr, {{"FormSetting", "SlotContinue(int)"}}},
         {"SigButtonCheck()", Plain, nullptr, {{"FormSetting", "SlotButtonCheck()"}}},
+        {"SigTimerStop()",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigTimerStop(); },
+         {{"Match", "SlotStopTimer()"}}},
+        {"SigButtonEnable(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigButtonEnable(1); },
+         {{"Match", "SlotButtonenable(int)"}}},
+
         {"SigChangeSize(int)", Plain, nullptr, {{"DialogMain", "SlotChangeSize(int)"}}},
         {"SigMouseOffLineo(int)",
          Plain,
          nullptr,
          {{"DialogMain", "SlotMouseOffLine(int)"}, {"Dialog", "SlotMouseOffLine(int)"}}},
         {"SigUpPageLight()", Plain, nullptr, {{"DialogMain", "SlotUpPageLight()"}}},
-        {"SigMainPageChange()", Plain, nullptr, {{"Worker", "SlotMainPageChange()"}}},
+        {"SigMainPageChange()",
+         Plain,
+         nullptr,
+         {{"Worker", "SlotMainPageChange()"}, {"Match", "SlotMainPageChange()"}}},
         {"SigSecondPageChange()", Plain, nullptr, {{"Dialog", "SlotSecondDialog()"}}},
         {"SigSelectMouseInfo(DeviceAllInfo)",
          Plain,
@@ -188,6 +201,7 @@ const std::vector<Row> &rows()
           {"MouseOffLine", "SlotAllLanguage(int)"},
           {"ContainReset", "SlotAllLanguage(int)"},
           {"InportFail", "SlotAllLanguage(int)"},
+          {"Match", "SlotAllLanguage(int)"},
           {"FormSetting", "SlotAllLanguage(int)"},
           {"Advanced", "SlotAllLanguage(int)"}}},
         {"SigLanguageSameA(int)", Plain, nullptr, {{"DialogChange", "SlotSameLanguageA(int)"}}},
@@ -258,12 +272,13 @@ private:
     std::unique_ptr<ContainReset> reset;
     std::unique_ptr<InportFail> importFailed;
     std::unique_ptr<UpDataParam> wait;
+    std::unique_ptr<Match> match;
 
     QObject *object(const char *className) const
     {
         for (QObject *each : std::initializer_list<QObject *>{
                  window.get(), running.get(), offLine.get(), duplicates.get(), reset.get(),
-                 importFailed.get(), wait.get(), Worker::instance()})
+                 importFailed.get(), wait.get(), match.get(), Worker::instance()})
             if (each && qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
         for (QObject *each : window->findChildren<QObject *>())
@@ -306,6 +321,7 @@ private slots:
         reset = std::make_unique<ContainReset>();
         importFailed = std::make_unique<InportFail>();
         wait = std::make_unique<UpDataParam>();
+        match = std::make_unique<Match>();
         QTRY_VERIFY(FakeHidUsb::instance().idle());
         QCoreApplication::processEvents();
     }
@@ -317,6 +333,7 @@ private slots:
         reset.reset();
         importFailed.reset();
         wait.reset();
+        match.reset();
         window.reset();
     }
 

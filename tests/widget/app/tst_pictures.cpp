@@ -13,6 +13,7 @@
 #include "presentation/UpDataParam.h"
 #include "presentation/Widgets.h"
 #include "presentation/language/LanguageTables.h"
+#include "service/Match.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -83,6 +84,18 @@ std::vector<std::unique_ptr<NoticeDialog>> everyNotice()
     return all;
 }
 
+// The pairing in each of its phases.
+void walkPairing(QSet<QString> &seen)
+{
+    Match match;
+    match.show();
+    note(&match, seen);
+    for (const int outcome : {0, 1}) {
+        emit PostMsg::instance()->SigButtonEnable(outcome);
+        note(&match, seen);
+    }
+}
+
 // By its name or, for one of a numbered row, by the name that its number is put into.
 bool isNamed(const QString &sources, const QString &name)
 {
@@ -145,6 +158,7 @@ private:
             notice->show();
             note(notice.get(), seen);
         }
+        walkPairing(seen);
         QTRY_VERIFY(fake.idle());
     }
 
