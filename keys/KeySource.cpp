@@ -59,6 +59,9 @@ void KeySource::start()
     doubtful_.reset();
     lastKey_ = 0;
     repeats_ = down_ = false;
+    lastTimestamp_.reset();
+    time_ = timed_ = 0;
+    clock_.start();
     qGuiApp->installEventFilter(this);
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
@@ -126,7 +129,8 @@ void KeySource::takePress(const QKeyEvent &event)
     const int virtualKey = VirtualKeyFromEvdev(int(scanCode) - ScanCodeOffset);
     if (find(scanCode) == held_.end())
         held_.push_back({scanCode, virtualKey, event.timestamp()});
-    report(virtualKey, isAlt(virtualKey) || comesWithAlt(event) ? Message::AltDown : Message::Down);
+    report(virtualKey, isAlt(virtualKey) || comesWithAlt(event) ? Message::AltDown : Message::Down,
+           event.timestamp());
 }
 
 void KeySource::takeRelease(const Release &release)
@@ -154,7 +158,7 @@ void KeySource::finish(const Release &release)
         return;
     const int virtualKey = key->virtualKey;
     held_.erase(key);
-    report(virtualKey, isAlt(virtualKey) || release.withAlt ? Message::AltUp : Message::Up);
+    report(virtualKey, isAlt(virtualKey) || release.withAlt ? Message::AltUp : Message::Up, release.timestamp);
 }
 
 void KeySource::releaseAll()
@@ -162,7 +166,7 @@ void KeySource::releaseAll()
     while (running_ && !held_.empty()) {
         const int key = held_.back().virtualKey;
         held_.pop_back();
-        report(key, isAlt(key) ? Message::AltUp : Message::Up);
+        report(key, isAlt(key) ? Message::AltUp : Message::Up, 0);
     }
 }
 
@@ -173,8 +177,9 @@ std::vector<KeySource::HeldKey>::iterator KeySource::find(quint32 scanCode)
 }
 
 // The release of an Alt does not clear lastKey_, so the next press of that Alt is reported as a repeat.
-void KeySource::report(int virtualKey, Message message)
+void KeySource::report(int virtualKey, Message message, ulong timestamp)
 {
+    setTime(timestamp);
     repeats_ = virtualKey == lastKey_;
     lastKey_ = virtualKey;
     const bool isPlain = message == Message::Down || message == Message::Up;
@@ -184,5 +189,21 @@ void KeySource::report(int virtualKey, Message message)
         repeats_ = false;
         lastKey_ = 0;
     }
+    const bool nested = std::exchange(reporting_, true);
     emit keyEvent(virtualKey, down_, repeats_);
+    reporting_ = nested;
 }
+
+// A timestamp counts from a moment that only the window system knows, in 32 bits, so only the difference of
+// two means anything. An event without one happened now.
+void KeySource::setTime(ulong timestamp)
+{
+    const qint64 now = clock_.elapsed();
+    const auto between = [this, timestamp] { return qint32(quint32(timestamp) - quint32(*lastTimestamp_)); };
+    const bool known = timestamp != 0 && lastTimestamp_ && between() >= 0;
+    time_ += known ? between() : now - timed_;
+    timed_ = now;
+    lastTimestamp_ = timestamp != 0 ? std::optional<ulong>(timestamp) : std::nullopt;
+}
+
+qint64 KeySource::time() const { return reporting_ ? time_ : time_ + clock_.elapsed() - timed_; }

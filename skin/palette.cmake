@@ -60,7 +60,7 @@ set(look_closeClick plate=${surface1} edge=${danger} ink=${danger})
 set(look_key plate=${surface3} edge=${lineStrong} ink=${inkDim})
 set(look_keyHover plate=${raised} edge=${inkDim} ink=${ink})
 set(look_keyClick plate=${groundLow} edge=${accent} ink=${ink})
-set(look_keyOff edge=${inkOff} ink=${inkOff})
+set(look_keyOff edge=${line} ink=${inkOff})
 set(look_keyCheck plate=${accentTint} edge=${accent} edgeWidth=2 ink=${accent} bar=${accent})
 
 set(look_stage plateTop=${surface3} plate=${surface2} edge=${lineStrong} ink=${ink} bar=${lineStrong})

@@ -284,13 +284,13 @@ std::optional<wire::Report> Connection::ask(const wire::Report &request, int tri
 // True when the device has acknowledged it, or nothing is to be written.
 bool Connection::writeNext(Lock &lock, int tries)
 {
-    const std::optional<FlashRange> range = mirror_.next();
+    const std::optional<FlashWrite> range = mirror_.next();
     if (!range) {
         suspended_ = false;
         return true;
     }
     const wire::Report request =
-        makeRequest(Command::FlashWrite, range->address, mirror_.wanted(range->address), range->size);
+        makeRequest(Command::FlashWrite, range->address, range->bytes.data(), range->size);
     returned_ = false;
     if (letGo_ == LetGo::Last)
         letGo_ = LetGo::Before;

@@ -387,6 +387,7 @@ private slots:
         map.KeyBindings[0] = map.KeyBindings[1] = {1, 1, 0};
         map.KeyBindings[2] = {6, 2, 1};
         qstrncpy(map.MacroBlocks[2].Name, "Reload", MacroNameSize);
+        map.MacroBlocks[2].NameLength = 6;
         DeviceRecord::edit([&](FlashDataMap &record) { record = map; });
         emit PostMsg::instance()->SigUpDataButtonUIC(map);
         const auto click = [&](const char *name) { window.findChild<QToolButton *>(name)->click(); };

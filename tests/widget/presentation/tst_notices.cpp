@@ -5,6 +5,7 @@
 #include "catalogue/LanguageChoice.h"
 #include "catalogue/UserStore.h"
 #include "device/ImageFile.h"
+#include "environment/MacroName.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/UpDataParam.h"
@@ -424,6 +425,20 @@ private slots:
         QTest::newRow("200") << QString(200, 'x') << QString(30, 'x');
         QTest::newRow("empty") << ""
                                << "";
+        QTest::newRow("separator") << "a/b"
+                                   << "ab";
+        QTest::newRow("parent") << "../a"
+                                << "a";
+        QTest::newRow("hidden") << ".a.b"
+                                << "a.b";
+        QTest::newRow("the word that hides a file") << "myxml"
+                                                    << "myxm";
+        QTest::newRow("the same within") << "axmllb"
+                                         << "axmb";
+        QTest::newRow("other case") << "XML"
+                                    << "XML";
+        QTest::newRow("control character") << "a\tb\n"
+                                           << "ab";
     }
     void aNameFitsTheDevice()
     {
