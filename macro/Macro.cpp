@@ -628,6 +628,7 @@ void Macro::SlotSetMacroPage()
 
 void Macro::endRecording(Ending ending)
 {
+    keys_->settle();
     MacroRecording = false;
     keys_->stop();
     for (QWidget *each : choices())

@@ -371,6 +371,16 @@ private slots:
         QVERIFY(page().rows().endsWith("+B 10ms -B"));
     }
 
+    // The release of a long held key waits for the press of a repeat, but not beyond the end.
+    void noReleaseIsMissingAtTheEnd()
+    {
+        start();
+        page().record(A, Qt::Key_A, 500);
+        QCOMPARE(page().rows(), QString("+A"));
+        page().button("StopRecord")->click();
+        QCOMPARE(page().rows(), QString("+A 500ms -A"));
+    }
+
     // What is still held at the end is told.
     void heldKeysAreTold()
     {
