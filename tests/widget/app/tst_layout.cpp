@@ -20,6 +20,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
+#include "service/FormSetting.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/selection/RefusedNodes.h"
@@ -420,7 +421,7 @@ private slots:
         emit PostMsg::instance()->SigChangeMainDialog(1);
         auto *dialog = window.findChild<Dialog *>();
         dialog->findChild<QToolButton *>("FormSetting")->click();
-        auto *page = dialog->findChild<QScrollArea *>("scrollArea")->parentWidget();
+        auto *page = dialog->findChild<FormSetting *>();
         for (const char *mark : {"toolButton_2", "toolButton_3"})
             page->findChild<QToolButton *>(mark)->show();
         emit PostMsg::instance()->SigLabelText(0, "v12.0A");
