@@ -14,7 +14,7 @@ QColor fieldColor(const QPoint &pixel, const QSize &size)
 {
     const int hue = qMin(HueTurn - 1, HueTurn * pixel.x() / size.width());
     const int saturation = 255 - 255 * pixel.y() / qMax(1, size.height() - 1);
-    return QColor::fromHsv(hue, saturation, 255);
+    return QColor::fromHsv(hue, saturation, 255).rgb(); // in the parts that the record has
 }
 
 QImage fieldImage(const QSize &size)

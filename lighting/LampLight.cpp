@@ -107,6 +107,7 @@ void LampLight::buildContents()
     area_->setObjectName(QStringLiteral("scrollArea"));
     area_->setGeometry(rect());
     area_->setFrameShape(QFrame::NoFrame);
+    area_->setFocusPolicy(Qt::NoFocus); // a press beside the controls is the page's
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area_->verticalScrollBar()->setObjectName(QStringLiteral("verticalScrollBar"));
     area_->setWidget(contents_);

@@ -21,13 +21,20 @@ public:
 
 protected:
     NoticeWindow() = default;
+    ~NoticeWindow() override;
     // Call after setupUi(): fixes the window to the form's size.
     void becomeNotice();
+    // Whether the window under the notice is dimmed while it shows.
+    virtual bool dimsWindow() const { return true; }
 
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void changeEvent(QEvent *event) override;
 
 private:
+    void dimWindow();
+
     QPointer<QWidget> before_; // the window to activate at the end
+    QPointer<QWidget> under_;  // the window that it was placed over
+    QPointer<QWidget> shade_;
 };

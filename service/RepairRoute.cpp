@@ -2,14 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "service/RepairRoute.h"
 
-#include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
 #include "device/FirmwareImage.h"
 #include "device/FirmwareSearch.h"
-#include "device/SideBySide.h"
 #include "hub/PostMsg.h"
 #include "service/FlashRun.h"
-#include "service/ModelFirmware.h"
+#include "service/ModelDevices.h"
 #include "service/UpgradeState.h"
 #include "service/WiredMarriage.h"
 
@@ -62,15 +60,17 @@ void tellFailure()
     emit hub->SigProgress(0, ShowFailure);
 }
 
+ModelFirmware modelOf(const UpdateFailRecord &record)
+{
+    return {record.cid, record.mid, record.connectionKind};
+}
+
 // Searched now: what the selection page knows may be older than the receiver's restart.
 bool mouseIsThere(const Plan &plan)
 {
-    std::vector<DeviceAllInfo> devices = findDevices(DeviceFinder::Default);
-    sideBySide(devices, identifyDevice);
+    const std::vector<DeviceAllInfo> devices = attachedOfModel(modelOf(plan.failed));
     return std::any_of(devices.cbegin(), devices.cend(),
-                       [&plan](const DeviceAllInfo &device) {
-                           return device.Usb && device.Mid == plan.failed.mid;
-                       }) ||
+                       [](const DeviceAllInfo &device) { return device.Usb; }) ||
            findBootDevices(plan.mouseImage, BootLoaderLimit) == 1;
 }
 
@@ -89,7 +89,7 @@ void onSuccess(const Plan &plan, int target)
     // While the mouse waits for its repair the record stays, as it is the mouse's.
     if (target == TargetMouse || target == plan.failed.target)
         UpdateFailRecord::remove();
-    WiredMarriage().marryAttached();
+    WiredMarriage().marry(attachedOfModel(modelOf(plan.failed)));
     const bool goesOn = target == TargetReceiver && !plan.mouseImage.isEmpty() &&
                         (plan.failed.target != TargetReceiver || mouseIsThere(plan));
     if (goesOn)
@@ -122,23 +122,16 @@ void flash(const Plan &plan, int target)
                     isReceiver ? plan.failed : recordOf(plan, target), handlers);
 }
 
-ModelFirmware firmwareOf(const UpdateFailRecord &record, int connectionKind)
-{
-    return {record.cid, record.mid, connectionKind};
-}
-
 } // namespace
 
 GateVerdict RepairRoute::check(const std::vector<DeviceAllInfo> &attached)
 {
     const QString text = UpdateFailRecord::storedText();
     const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
-    const auto image = [&record](int target, int kHz) {
-        return firmwareOf(record, kHz).findForRepair(target);
-    };
+    const auto image = [&record](int target) { return modelOf(record).findForRepair(target); };
     const GateQuestions questions = {
-        [&image](int target, int kHz, bool) { return !image(target, kHz).isEmpty(); },
-        [&image](int target, int kHz) { return findBootDevices(image(target, kHz), BootLoaderLimit); }};
+        [&image](int target, int, bool) { return !image(target).isEmpty(); },
+        [&image](int target, int) { return findBootDevices(image(target), BootLoaderLimit); }};
     last_ = repairGate(attached, text, questions);
     if (last_.recordIsSenseless)
         UpdateFailRecord::remove();
@@ -152,7 +145,7 @@ bool RepairRoute::start()
         return false;
     Plan plan;
     plan.failed = *record;
-    const ModelFirmware firmware = firmwareOf(*record, record->connectionKind);
+    const ModelFirmware firmware = modelOf(*record);
     if (last_.receiverNew)
         plan.receiverImage = firmware.findForRepair(TargetReceiver);
     plan.mouseImage = firmware.findForRepair(TargetMouse);

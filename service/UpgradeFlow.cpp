@@ -12,6 +12,7 @@
 #include "environment/DataRoot.h"
 #include "hub/PostMsg.h"
 #include "service/FlashRun.h"
+#include "service/ModelDevices.h"
 #include "service/UpgradeState.h"
 #include "service/WiredMarriage.h"
 
@@ -69,7 +70,7 @@ void onSuccess(int target, const QString &version)
     }
     UpdateFailRecord::remove();
     if (target == TargetMouse)
-        WiredMarriage().marryAttached();
+        WiredMarriage().marry(attachedOfModel({UpgradeCid, UpgradeMid, UpgradeKind}));
     if (target == TargetMouse || Stages == 1)
         emit hub->SigProgress(0, ShowSuccess);
     emit hub->SigLabelText(target == TargetMouse ? 1 : 0, version);

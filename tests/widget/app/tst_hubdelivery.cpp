@@ -10,6 +10,7 @@
 #include "lighting/LightModeSet.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
+#include "service/Match.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -139,13 +140,25 @@ const std::vector<Row> &rows()
         {"SigUpdateStart()", Plain, nullptr, {{"FormSetting", "on_Start()"}}},
         {"SigContinue(int)", Plain, nullptr, {{"FormSetting", "SlotContinue(int)"}}},
         {"SigButtonCheck()", Plain, nullptr, {{"FormSetting", "SlotButtonCheck()"}}},
+        {"SigTimerStop()",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigTimerStop(); },
+         {{"Match", "SlotStopTimer()"}}},
+        {"SigButtonEnable(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigButtonEnable(1); },
+         {{"Match", "SlotButtonenable(int)"}}},
+
         {"SigChangeSize(int)", Plain, nullptr, {{"DialogMain", "SlotChangeSize(int)"}}},
         {"SigMouseOffLineo(int)",
          Plain,
          nullptr,
          {{"DialogMain", "SlotMouseOffLine(int)"}, {"Dialog", "SlotMouseOffLine(int)"}}},
         {"SigUpPageLight()", Plain, nullptr, {{"DialogMain", "SlotUpPageLight()"}}},
-        {"SigMainPageChange()", Plain, nullptr, {{"Worker", "SlotMainPageChange()"}}},
+        {"SigMainPageChange()",
+         Plain,
+         nullptr,
+         {{"Worker", "SlotMainPageChange()"}, {"Match", "SlotMainPageChange()"}}},
         {"SigSecondPageChange()", Plain, nullptr, {{"Dialog", "SlotSecondDialog()"}}},
         {"SigSelectMouseInfo(DeviceAllInfo)",
          Plain,
@@ -171,7 +184,27 @@ const std::vector<Row> &rows()
          nullptr,
          {{"DeviceHead", "setProfile(QString)"}, {"SensorDPI", "followProfile(QString)"}}},
         {"SigAddMacroButton()", Plain, nullptr, {{"Buttoninterface", "SlotAddMacroButton()"}}},
+        {"SigUpDataMacro(QString,int)",
+         Plain,
+         nullptr,
+         {{"Buttoninterface", "SlotUpDataMacro(QString,int)"}}},
+        {"SigMacroRename(QString,QString)",
+         Plain,
+         nullptr,
+         {{"Buttoninterface", "SlotMacroRename(QString,QString)"}}},
+        {"SigDeleteMacroButton(QString)",
+         Plain,
+         nullptr,
+         {{"Buttoninterface", "SlotDeleteMacroButton(QString)"}}},
         {"SigSetMacroPage()", Plain, nullptr, {{"Macro", "SlotSetMacroPage()"}}},
+        {"SigMacroDownLoadData(QString,int)",
+         Plain,
+         nullptr,
+         {{"Macro", "SlotMacroDownLoadData(QString,int)"}}},
+        {"SigButtonToMacro(FlashDataMap,int)",
+         Plain,
+         nullptr,
+         {{"Macro", "SlotButtonToMacro(FlashDataMap,int)"}}},
         {"SigStartRecord(int)", Plain, nullptr, {{"Dialog", "SlotStartRecord(int)"}}},
         {"SigHideModel(int)", Plain, nullptr, {{"Sensor", "SlotHideModel(int)"}}},
         {"SigCloseOffOnline()",
@@ -193,6 +226,7 @@ const std::vector<Row> &rows()
           {"MouseOffLine", "SlotAllLanguage(int)"},
           {"ContainReset", "SlotAllLanguage(int)"},
           {"InportFail", "SlotAllLanguage(int)"},
+          {"Match", "SlotAllLanguage(int)"},
           {"FormSetting", "SlotAllLanguage(int)"},
           {"LedInfo", "SlotAllLanguage(int)"},
           {"InputPicA", "SlotAllLanguage(int)"},
@@ -268,12 +302,13 @@ private:
     std::unique_ptr<InportFail> importFailed;
     std::unique_ptr<UpDataParam> wait;
     std::vector<std::unique_ptr<QDialog>> unopened; // what no page opens
+    std::unique_ptr<Match> match;
 
     QObject *object(const char *className) const
     {
         for (QObject *each : std::initializer_list<QObject *>{
                  window.get(), running.get(), offLine.get(), duplicates.get(), reset.get(),
-                 importFailed.get(), wait.get(), Worker::instance()})
+                 importFailed.get(), wait.get(), match.get(), Worker::instance()})
             if (each && qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
         for (const auto &each : unopened)
@@ -323,6 +358,7 @@ private slots:
         unopened.push_back(std::make_unique<InputPicA>());
         unopened.push_back(std::make_unique<InputPicB>());
         unopened.push_back(std::make_unique<LightModeSet>());
+        match = std::make_unique<Match>();
         QTRY_VERIFY(FakeHidUsb::instance().idle());
         QCoreApplication::processEvents();
     }
@@ -335,6 +371,7 @@ private slots:
         importFailed.reset();
         wait.reset();
         unopened.clear();
+        match.reset();
         window.reset();
     }
 

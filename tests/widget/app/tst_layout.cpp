@@ -21,6 +21,7 @@
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
 #include "service/FormSetting.h"
+#include "service/Match.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/selection/RefusedNodes.h"
@@ -33,6 +34,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStackedWidget>
+#include <QTextEdit>
 #include <QToolButton>
 
 namespace
@@ -84,8 +86,8 @@ QStringList faults(QWidget *window)
         if (const auto *button = qobject_cast<QAbstractButton *>(widget))
             if (!textFits(button->text(), button, false, 8))
                 found << "cut: " + place(widget);
-        if (const auto *lines = qobject_cast<QPlainTextEdit *>(widget))
-            if (lines->verticalScrollBar()->maximum() > 0)
+        if (qobject_cast<QPlainTextEdit *>(widget) || qobject_cast<QTextEdit *>(widget))
+            if (static_cast<QAbstractScrollArea *>(widget)->verticalScrollBar()->maximum() > 0)
                 found << "cut: " + place(widget);
         if (const auto *box = qobject_cast<QComboBox *>(widget))
             if (!textFits(box->currentText(), box, false, 36))
@@ -392,6 +394,7 @@ private slots:
         map.KeyBindings[0] = map.KeyBindings[1] = {1, 1, 0};
         map.KeyBindings[2] = {6, 2, 1};
         qstrncpy(map.MacroBlocks[2].Name, "Reload", MacroNameSize);
+        map.MacroBlocks[2].NameLength = 6;
         DeviceRecord::edit([&](FlashDataMap &record) { record = map; });
         emit PostMsg::instance()->SigUpDataButtonUIC(map);
         const auto click = [&](const char *name) { window.findChild<QToolButton *>(name)->click(); };
@@ -490,6 +493,31 @@ private slots:
         shown(std::move(warning));
         shown(ExeIsRun());
         shown(UpDataParam());
+    }
+
+    // Each state of the pairing, and the one that asks for a receiver.
+    void pairing()
+    {
+        LoadLanguageTables();
+        AttachedDevices attached;
+        for (const bool wired : {true, false}) {
+            attached.choosePairingTarget(fixture::info(
+                QStringLiteral("dev"), wired ? uint16_t(fixture::CableKind) : uint16_t(Receiver1K)));
+            Match match(&attached);
+            match.show();
+            check(&match);
+            if (wired)
+                continue;
+            match.on_MatchButton_clicked();
+            for (int i = 0; i < 4; ++i)
+                match.onTextTimeupDestroy(); // as long as the text gets
+            check(&match);
+            pairing::end(PairingPhase::Failed);
+            for (const int outcome : {0, 1}) {
+                emit PostMsg::instance()->SigButtonEnable(outcome);
+                check(&match);
+            }
+        }
     }
 
     void inputDialogs()

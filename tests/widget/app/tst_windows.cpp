@@ -11,6 +11,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "sensor/Sensor.h"
 #include "sensor/SensorRate.h"
+#include "service/Match.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 #include "tests/widget/app/MainWindow.h"
@@ -111,8 +112,15 @@ private slots:
         QTest::keyClick(window.get(), Qt::Key_Return);
         QCOMPARE(enter.count(), 0);
         MacroRecording = false;
+        QString target;
+        fixture::whenModal<Match>([&target](Match *pairing) {
+            target = pairing->target().DevicePath;
+            pairing->WindowClosedSet();
+        });
         QTest::keyClick(window.get(), Qt::Key_Space);
+        QCOMPARE(target, QString("dev"));
         QVERIFY(attached.pairingTarget() && attached.pairingTarget()->DevicePath == "dev");
+        QTRY_VERIFY(fake.idle());
     }
 
     void theMouseMovesTheWindow()
@@ -302,12 +310,23 @@ private slots:
     void spaceOnTheDevicePageTakesTheConnectionBack()
     {
         openDevicePage();
+        OnDevicePage = 1;
         fake.clearCalls();
+        QPoint place;
+        const auto close = [&place](Match *pairing) {
+            place = pairing->pos();
+            pairing->WindowClosedSet();
+        };
+        fixture::whenModal<Match>(close);
         QTest::keyClick(window.get(), Qt::Key_Space);
+        const QSize room = window->size() - Match().size();
+        QCOMPARE(place, window->pos() + QPoint(room.width() / 2, room.height() / 2));
         QCOMPARE(fake.count("UsbServerC_Start"), 1);
         QCOMPARE(fake.connectedPath(), std::string("dev"));
         emit PostMsg::instance()->SigChangeMainDialog(0);
+        QTRY_VERIFY(fake.idle());
         fake.clearCalls();
+        fixture::whenModal<Match>(close);
         QTest::keyClick(window.get(), Qt::Key_Space);
         QCOMPARE(fake.count("UsbServerC_Start"), 0);
         QTRY_VERIFY(fake.idle());
