@@ -5,6 +5,9 @@
 // for; a receiver takes part as soon as its class has the slot.
 #include "app/DialogMain.h"
 #include "device/Worker.h"
+#include "lighting/InputPic.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 #include "service/Match.h"
@@ -78,7 +81,9 @@ const std::vector<Row> &rows()
         {"SigRGBValue(DongleRGB*)",
          Blocking,
          [](PostMsg *hub) { emit hub->SigRGBValue(&color); },
-         {{"LampLight", "SlotRGBValue(DongleRGB*)"}, {"FormSetting", "SlotRGBValue(DongleRGB*)"}}},
+         {{"LampLight", "SlotRGBValue(DongleRGB*)"},
+          {"FormSetting", "SlotRGBValue(DongleRGB*)"},
+          {"LedInfo", "SlotRGBValue(DongleRGB*)"}}},
         {"SigLongRangeMode(bool)",
          Blocking,
          [](PostMsg *hub) { emit hub->SigLongRangeMode(true); },
@@ -223,6 +228,10 @@ const std::vector<Row> &rows()
           {"InportFail", "SlotAllLanguage(int)"},
           {"Match", "SlotAllLanguage(int)"},
           {"FormSetting", "SlotAllLanguage(int)"},
+          {"LedInfo", "SlotAllLanguage(int)"},
+          {"InputPicA", "SlotAllLanguage(int)"},
+          {"InputPicB", "SlotAllLanguage(int)"},
+          {"LightModeSet", "SlotAllLanguage(int)"},
           {"Advanced", "SlotAllLanguage(int)"}}},
         {"SigLanguageSameA(int)", Plain, nullptr, {{"DialogChange", "SlotSameLanguageA(int)"}}},
         {"SigLanguageSameB(int)", Plain, nullptr, {{"FormSetting", "SlotLanguageSameB(int)"}}},
@@ -292,6 +301,7 @@ private:
     std::unique_ptr<ContainReset> reset;
     std::unique_ptr<InportFail> importFailed;
     std::unique_ptr<UpDataParam> wait;
+    std::vector<std::unique_ptr<QDialog>> unopened; // what no page opens
     std::unique_ptr<Match> match;
 
     QObject *object(const char *className) const
@@ -301,6 +311,9 @@ private:
                  importFailed.get(), wait.get(), match.get(), Worker::instance()})
             if (each && qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
+        for (const auto &each : unopened)
+            if (qstrcmp(each->metaObject()->className(), className) == 0)
+                return each.get();
         for (QObject *each : window->findChildren<QObject *>())
             if (qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
@@ -341,6 +354,10 @@ private slots:
         reset = std::make_unique<ContainReset>();
         importFailed = std::make_unique<InportFail>();
         wait = std::make_unique<UpDataParam>();
+        unopened.push_back(std::make_unique<LedInfo>());
+        unopened.push_back(std::make_unique<InputPicA>());
+        unopened.push_back(std::make_unique<InputPicB>());
+        unopened.push_back(std::make_unique<LightModeSet>());
         match = std::make_unique<Match>();
         QTRY_VERIFY(FakeHidUsb::instance().idle());
         QCoreApplication::processEvents();
@@ -353,6 +370,7 @@ private slots:
         reset.reset();
         importFailed.reset();
         wait.reset();
+        unopened.clear();
         match.reset();
         window.reset();
     }

@@ -5,6 +5,9 @@
 // and skin: no text is cut, no control stands on another, and each that can be used has a name.
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
+#include "lighting/InputPic.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -17,6 +20,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
+#include "service/FormSetting.h"
 #include "service/Match.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -220,6 +224,9 @@ private slots:
             {"ButtonMain", {"page_9 label_3"}},
             {"SensorButton",
              {"SensorDPI label", "SensorRate label", "Sensor label_10", "settingHelp helpTitle"}},
+            {"FormSetting",
+             {"FormSetting label_2", "FormSetting label_3", "FormSetting label_8", "FormSetting label_9",
+              "FormSetting label_12", "FormSetting label_13"}},
             {"LightsButton", {"LampLight title"}},
             {"Advanced",
              {"Advanced SleepCaption", "Advanced KFpsCaption", "Advanced LongRangeCaption",
@@ -397,6 +404,64 @@ private slots:
             click(opener.toLatin1());
         check(&window);
         QTRY_VERIFY(fake.idle());
+    }
+
+    // From its top to its end, by cable and by radio, with every mark and each text of the upgrade button.
+    void settingsPage_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::newRow("radio") << int(Receiver8K);
+        QTest::newRow("cable") << int(fixture::CableKind);
+    }
+    void settingsPage()
+    {
+        QFETCH(int, kind);
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("dev", uint16_t(kind)));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        auto *dialog = window.findChild<Dialog *>();
+        dialog->findChild<QToolButton *>("FormSetting")->click();
+        auto *page = dialog->findChild<FormSetting *>();
+        for (const char *mark : {"toolButton_2", "toolButton_3"})
+            page->findChild<QToolButton *>(mark)->show();
+        emit PostMsg::instance()->SigLabelText(0, "v12.0A");
+        emit PostMsg::instance()->SigLabelText(1, "v12.0B");
+        QScrollBar *bar = page->findChild<QScrollArea *>("scrollArea")->verticalScrollBar();
+        for (const int language : {0, 1, 2}) {
+            emit PostMsg::instance()->SigAllLanguage(language);
+            for (int at = 0; at < bar->maximum(); at += bar->pageStep() / 2) {
+                bar->setValue(at);
+                check(&window);
+            }
+            bar->setValue(bar->maximum());
+            check(&window);
+            emit PostMsg::instance()->SigSetNewVer();
+            bar->setValue(0);
+            check(&window);
+        }
+        QTRY_VERIFY(fake.idle());
+    }
+
+    void dialogsThatNothingOpens()
+    {
+        LoadLanguageTables();
+        static DongleRGB record;
+        fixture::select(fixture::info("dev", Receiver8K));
+        LedInfo receiver;
+        receiver.SlotRGBValue(&record);
+        InputPicB screen;
+        LightModeSet light;
+        for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &light}) {
+            dialog->show();
+            check(dialog);
+        }
+        for (int mode = 0; mode < 6; ++mode) {
+            light.findChild<QComboBox *>("LightMod")->setCurrentIndex(mode);
+            check(&light);
+        }
     }
 
     void notices()

@@ -6,6 +6,9 @@
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
 #include "binding/Buttoninterface.h"
+#include "lighting/InputPic.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -157,6 +160,14 @@ private:
         for (const auto &notice : everyNotice()) {
             notice->show();
             note(notice.get(), seen);
+        }
+        // What no page opens in this release.
+        LedInfo receiver;
+        InputPicB screen;
+        LightModeSet screenLight;
+        for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &screenLight}) {
+            dialog->show();
+            note(dialog, seen);
         }
         walkPairing(seen);
         QTRY_VERIFY(fake.idle());
