@@ -7,6 +7,7 @@
 #include "device/Worker.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
+#include "service/UpDateRepair.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -129,6 +130,24 @@ const std::vector<Row> &rows()
          [](PostMsg *hub) { emit hub->SigLabelText(7, {}); },
          {{"FormSetting", "SlotLabelText(int,QString)"}}},
 
+        {"SigProgress(int,int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigProgress(0, 7); },
+         {{"UpDateRepair", "SlotProgress(int,int)"}}},
+        {"SigAutoRepair(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigAutoRepair(0); },
+         {{"UpDateRepair", "SlotAutoRepair(int)"}}},
+        {"SigAutoRepairProgress(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigAutoRepairProgress(0); },
+         {{"UpDateRepair", "SlotAutoRepairProgress(int)"}}},
+        {"SigUpDateButton(bool)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigUpDateButton(true); },
+         {{"DialogChange", "SlotUpDateButton(bool)"}}},
+
+        {"SigRepairCheckUpdate()", Plain, nullptr, {{"UpDateRepair", "SlotRepairCheckUpdate()"}}},
         {"SigSetNewVer()", Plain, nullptr, {{"FormSetting", "SetVerText()"}}},
         {"SigUpdateFrame(bool)", Plain, nullptr, {{"FormSetting", "SlotUpdateFrame(bool)"}}},
         {"SigUpdateStart()", Plain, nullptr, {{"FormSetting", "on_Start()"}}},
@@ -189,10 +208,10 @@ const std::vector<Row> &rows()
           {"ContainReset", "SlotAllLanguage(int)"},
           {"InportFail", "SlotAllLanguage(int)"},
           {"FormSetting", "SlotAllLanguage(int)"},
+          {"UpDateRepair", "SlotAllLanguage(int)"},
           {"Advanced", "SlotAllLanguage(int)"}}},
         {"SigLanguageSameA(int)", Plain, nullptr, {{"DialogChange", "SlotSameLanguageA(int)"}}},
         {"SigLanguageSameB(int)", Plain, nullptr, {{"FormSetting", "SlotLanguageSameB(int)"}}},
-        {"SigUpDateButton(bool)", Plain, nullptr, {{"DialogChange", "SlotUpDateButton(bool)"}}},
         {"SigMouseIndex(int)",
          Plain,
          nullptr,
@@ -263,7 +282,7 @@ private:
     {
         for (QObject *each : std::initializer_list<QObject *>{
                  window.get(), running.get(), offLine.get(), duplicates.get(), reset.get(),
-                 importFailed.get(), wait.get(), Worker::instance()})
+                 importFailed.get(), wait.get(), UpDateRepair::instance(), Worker::instance()})
             if (each && qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
         for (QObject *each : window->findChildren<QObject *>())
