@@ -11,6 +11,7 @@
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 #include "service/Match.h"
+#include "service/UpDateRepair.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -135,6 +136,24 @@ const std::vector<Row> &rows()
          [](PostMsg *hub) { emit hub->SigLabelText(7, {}); },
          {{"FormSetting", "SlotLabelText(int,QString)"}}},
 
+        {"SigProgress(int,int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigProgress(0, 7); },
+         {{"UpDateRepair", "SlotProgress(int,int)"}}},
+        {"SigAutoRepair(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigAutoRepair(0); },
+         {{"UpDateRepair", "SlotAutoRepair(int)"}}},
+        {"SigAutoRepairProgress(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigAutoRepairProgress(0); },
+         {{"UpDateRepair", "SlotAutoRepairProgress(int)"}}},
+        {"SigUpDateButton(bool)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigUpDateButton(true); },
+         {{"DialogChange", "SlotUpDateButton(bool)"}}},
+
+        {"SigRepairCheckUpdate()", Plain, nullptr, {{"UpDateRepair", "SlotRepairCheckUpdate()"}}},
         {"SigSetNewVer()", Plain, nullptr, {{"FormSetting", "SetVerText()"}}},
         {"SigUpdateFrame(bool)", Plain, nullptr, {{"FormSetting", "SlotUpdateFrame(bool)"}}},
         {"SigUpdateStart()", Plain, nullptr, {{"FormSetting", "on_Start()"}}},
@@ -232,10 +251,10 @@ const std::vector<Row> &rows()
           {"InputPicA", "SlotAllLanguage(int)"},
           {"InputPicB", "SlotAllLanguage(int)"},
           {"LightModeSet", "SlotAllLanguage(int)"},
+          {"UpDateRepair", "SlotAllLanguage(int)"},
           {"Advanced", "SlotAllLanguage(int)"}}},
         {"SigLanguageSameA(int)", Plain, nullptr, {{"DialogChange", "SlotSameLanguageA(int)"}}},
         {"SigLanguageSameB(int)", Plain, nullptr, {{"FormSetting", "SlotLanguageSameB(int)"}}},
-        {"SigUpDateButton(bool)", Plain, nullptr, {{"DialogChange", "SlotUpDateButton(bool)"}}},
         {"SigMouseIndex(int)",
          Plain,
          nullptr,
@@ -308,7 +327,7 @@ private:
     {
         for (QObject *each : std::initializer_list<QObject *>{
                  window.get(), running.get(), offLine.get(), duplicates.get(), reset.get(),
-                 importFailed.get(), wait.get(), match.get(), Worker::instance()})
+                 importFailed.get(), wait.get(), match.get(), UpDateRepair::instance(), Worker::instance()})
             if (each && qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
         for (const auto &each : unopened)
