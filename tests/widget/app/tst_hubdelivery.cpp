@@ -8,6 +8,7 @@
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 #include "service/Match.h"
+#include "service/PreVier.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -167,7 +168,15 @@ const std::vector<Row> &rows()
         {"SigAddConfig(QString)",
          Plain,
          nullptr,
-         {{"DeviceHead", "setProfile(QString)"}, {"SensorDPI", "followProfile(QString)"}}},
+         {{"DeviceHead", "setProfile(QString)"},
+          {"SensorDPI", "followProfile(QString)"},
+          {"PreVier", "SlotAddConfig(QString)"}}},
+        {"SigAddSensor(int)", Plain, nullptr, {{"PreVier", "SlotAddSensor(int)"}}},
+        {"SigAddReport(int)", Plain, nullptr, {{"PreVier", "SlotAddReport(int)"}}},
+        {"SigAddLOD(QString)", Plain, nullptr, {{"PreVier", "SlotAddLOD(QString)"}}},
+        {"SigDebunce(QString)", Plain, nullptr, {{"PreVier", "SlotDebnunce(QString)"}}},
+        {"SigAddVer(int,QString)", Plain, nullptr, {{"PreVier", "SlotAddVer(int,QString)"}}},
+        {"SigAddUpdate(int,bool)", Plain, nullptr, {{"PreVier", "SlotAddUpdate(int,bool)"}}},
         {"SigAddMacroButton()", Plain, nullptr, {{"Buttoninterface", "SlotAddMacroButton()"}}},
         {"SigSetMacroPage()", Plain, nullptr, {{"Macro", "SlotSetMacroPage()"}}},
         {"SigStartRecord(int)", Plain, nullptr, {{"Dialog", "SlotStartRecord(int)"}}},
@@ -192,6 +201,7 @@ const std::vector<Row> &rows()
           {"ContainReset", "SlotAllLanguage(int)"},
           {"InportFail", "SlotAllLanguage(int)"},
           {"Match", "SlotAllLanguage(int)"},
+          {"PreVier", "SlotAllLanguage(int)"},
           {"FormSetting", "SlotAllLanguage(int)"},
           {"Advanced", "SlotAllLanguage(int)"}}},
         {"SigLanguageSameA(int)", Plain, nullptr, {{"DialogChange", "SlotSameLanguageA(int)"}}},
@@ -200,7 +210,9 @@ const std::vector<Row> &rows()
         {"SigMouseIndex(int)",
          Plain,
          nullptr,
-         {{"Dialog", "SlotMouseIndex(int)"}, {"Buttoninterface", "SlotMouseIndex(int)"}}},
+         {{"Dialog", "SlotMouseIndex(int)"},
+          {"Buttoninterface", "SlotMouseIndex(int)"},
+          {"PreVier", "SlotMouseIndex(int)"}}},
         {"SigFormB()",
          Plain,
          nullptr,
@@ -263,12 +275,13 @@ private:
     std::unique_ptr<InportFail> importFailed;
     std::unique_ptr<UpDataParam> wait;
     std::unique_ptr<Match> match;
+    std::unique_ptr<PreVier> summary;
 
     QObject *object(const char *className) const
     {
         for (QObject *each : std::initializer_list<QObject *>{
                  window.get(), running.get(), offLine.get(), duplicates.get(), reset.get(),
-                 importFailed.get(), wait.get(), match.get(), Worker::instance()})
+                 importFailed.get(), wait.get(), match.get(), summary.get(), Worker::instance()})
             if (each && qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
         for (QObject *each : window->findChildren<QObject *>())
@@ -312,6 +325,7 @@ private slots:
         importFailed = std::make_unique<InportFail>();
         wait = std::make_unique<UpDataParam>();
         match = std::make_unique<Match>();
+        summary = std::make_unique<PreVier>();
         QTRY_VERIFY(FakeHidUsb::instance().idle());
         QCoreApplication::processEvents();
     }
@@ -324,6 +338,7 @@ private slots:
         importFailed.reset();
         wait.reset();
         match.reset();
+        summary.reset();
         window.reset();
     }
 
