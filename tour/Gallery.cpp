@@ -16,8 +16,10 @@
 #include "presentation/dialogs/addKey.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
+#include "service/Match.h"
 #include "tour/Windows.h"
 
+#include <QKeyEvent>
 #include <QScreen>
 
 namespace
@@ -214,6 +216,42 @@ void Gallery::shootNotices()
     }
 }
 
+// One after the other: before, during, failed and paired.
+void Gallery::shootPairing()
+{
+    const auto press = [this](const char *name) {
+        script_.step(
+            name, [] { return windows::shown<Match>() && !pairing::isActive(); },
+            [] { windows::click(QStringLiteral("MatchButton")); });
+        script_.step(name, [] { return pairing::isActive(); });
+    };
+    const auto tell = [this](const char *line, PairingPhase outcome) {
+        script_.step(
+            line, [] { return true; }, [line] { order(QLatin1String(line)); });
+        script_.step(line, [outcome] { return pairing::phase() == outcome; });
+    };
+    plugScene({"pairing", "rlone"});
+    script_.step(
+        "the tile", [] { return true; }, [] { windows::click(QStringLiteral("btn0")); });
+    script_.step("the dialog", [] { return windows::shown<Match>() != nullptr; });
+    shoot("pairing");
+    press("pairing-running");
+    shoot("pairing-running");
+    tell("pairfail rlone", PairingPhase::Failed);
+    shoot("pairing-failed");
+    press("again");
+    tell("pair newcomer", PairingPhase::Succeeded);
+    shoot("pairing-paired");
+    closePairing();
+}
+
+void Gallery::closePairing()
+{
+    script_.step(
+        "end of the pairing", [] { return true; }, [] { windows::shown<Match>()->WindowClosedSet(); });
+    script_.step("tiles or page", [] { return !windows::shown<Match>(); });
+}
+
 QString Gallery::run()
 {
     for (const Scene &scene : {Scene{"selection-0", ""},
@@ -230,14 +268,25 @@ QString Gallery::run()
     for (const Scene &scene :
          {Scene{"sensor-6", "r1"}, {"sensor-7", "r2"}, {"sensor-8", "r3"}, {"sensor-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("SensorButton"));
-    for (const Scene &scene : {Scene{"advanced", "r1"}, {"advanced-wired", "wired"}})
-        shootDevicePage(scene, QStringLiteral("Advanced"));
+    shootDevicePage({"advanced", "r1"}, QStringLiteral("Advanced"));
     for (const Scene &scene : {Scene{"binding-6", "r1"}, {"binding-8", "r3"}, {"binding-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("ButtonMain"));
     // The model with the most buttons shows every dialog of the binding page.
     shootDevicePage({"binding-7", "r2"}, QStringLiteral("ButtonMain"), [this] {
         for (const auto &[opener, name] : BindingPanels)
             shootPanel(opener, name);
+    });
+    shootPairing();
+    shootDevicePage({"advanced-wired", "wired"}, QStringLiteral("Advanced"), [this] {
+        script_.step(
+            "space", [] { return true; },
+            [this] {
+                QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
+                QCoreApplication::sendEvent(&window_, &space);
+            });
+        script_.step("the dialog", [] { return windows::shown<Match>() != nullptr; });
+        shoot("pairing-wired");
+        closePairing();
     });
     shootNotices();
     script_.step(

@@ -32,6 +32,8 @@ private:
         const Scene &scene, const QString &button, const std::function<void()> &more = [] {});
     void shootPanel(const char *opener, const char *name);
     void shootNotices();
+    void shootPairing();
+    void closePairing();
     void shoot(const char *name);
     void save(const QString &name) const;
 
