@@ -19,8 +19,10 @@
 #include "service/Match.h"
 #include "tour/Windows.h"
 
+#include <QComboBox>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QScrollBar>
 
 namespace
 {
@@ -199,6 +201,28 @@ void Gallery::shootPanel(const char *opener, const char *name)
         name, [] { return true; }, [] { windows::click(QStringLiteral("FunctionsBack")); });
 }
 
+// The lights in a colour of their own, from the top and from the end of the page.
+void Gallery::shootLights()
+{
+    constexpr int steady = 3;
+    script_.step(
+        "steady lights", [] { return true; },
+        [] {
+            for (const char *name : {"LightMod", "LightMod_2"})
+                windows::visible<QComboBox>(QLatin1String(name))->setCurrentIndex(steady);
+            windows::click(QStringLiteral("toolButtonColorI"));
+            windows::click(QStringLiteral("toolButtonColorM_2"));
+        });
+    shoot("lighting");
+    script_.step(
+        "the end of the page", [] { return true; },
+        [] {
+            auto *bar = windows::visible<QScrollBar>(QStringLiteral("verticalScrollBar"));
+            bar->setValue(bar->maximum());
+        });
+    shoot("lighting-receiver");
+}
+
 void Gallery::shootNotices()
 {
     for (const auto &row : Notices) {
@@ -268,7 +292,10 @@ QString Gallery::run()
     for (const Scene &scene :
          {Scene{"sensor-6", "r1"}, {"sensor-7", "r2"}, {"sensor-8", "r3"}, {"sensor-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("SensorButton"));
-    shootDevicePage({"advanced", "r1"}, QStringLiteral("Advanced"));
+    for (const Scene &scene : {Scene{"advanced", "r1"}, {"advanced-wired", "wired"}})
+        shootDevicePage(scene, QStringLiteral("Advanced"));
+    shootDevicePage({"lighting-flow", "r2"}, QStringLiteral("LightsButton"), [this] { shootLights(); });
+    shootDevicePage({"lighting-wired", "wired"}, QStringLiteral("LightsButton"));
     for (const Scene &scene : {Scene{"binding-6", "r1"}, {"binding-8", "r3"}, {"binding-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("ButtonMain"));
     // The model with the most buttons shows every dialog of the binding page.
