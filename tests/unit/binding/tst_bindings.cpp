@@ -252,6 +252,7 @@ private slots:
             std::memcpy(bytes + 144 + 52 * button, combination, sizeof combination);
             check(decodeBinding(binding::slotOf(record, button), NoTable, Loaded), "A", "page_9", "DPI_8");
             bytes[95 + 3 * button] = 6;
+            bytes[976 + 592 * button] = 1;
             bytes[976 + 592 * button + 1] = 'm';
             check(decodeBinding(binding::slotOf(record, button), NoTable, Loaded), "Macro m", "page_5",
                   "DPI_10");

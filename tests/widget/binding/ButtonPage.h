@@ -187,8 +187,8 @@ protected:
         for (const QString &folder : {macro::macroFolder(), macro::keptFolder()})
             QDir(folder).removeRecursively();
         makeDataFolders();
-        MouseOnline = true;
         made = std::make_unique<ButtonPage>();
+        MouseOnline = true;
     }
     void end() { made.reset(); }
 
