@@ -31,6 +31,7 @@ private:
     void shootDevicePage(
         const Scene &scene, const QString &button, const std::function<void()> &more = [] {});
     void shootPanel(const char *opener, const char *name);
+    void shootMacros();
     void shootNotices();
     void shoot(const char *name);
     void save(const QString &name) const;
