@@ -32,6 +32,7 @@ private:
         const Scene &scene, const QString &button, const std::function<void()> &more = [] {});
     void shootPanel(const char *opener, const char *name);
     void shootLights();
+    void shootMacros();
     void shootNotices();
     void shootPairing();
     void closePairing();
