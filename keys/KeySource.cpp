@@ -19,8 +19,8 @@ constexpr int ScanCodeOffset = 8;
 // A repeating key sends a release and a press with one timestamp. When the press is not in the queue yet, the
 // toolkit reports the release as a real one, so the release of a key that may repeat waits for its press.
 // Milliseconds.
-constexpr ulong SoonestRepeat = 100;
-constexpr int PressPatience = 5;
+constexpr quint32 SoonestRepeat = 100;
+constexpr int PressPatience = 30; // a busy machine brings the press late
 
 constexpr int LeftAlt = 0xA4;
 constexpr int RightAlt = 0xA5;
@@ -138,7 +138,7 @@ void KeySource::takeRelease(const Release &release)
     const auto key = find(release.scanCode);
     if (key == held_.end())
         return;
-    if (release.timestamp - key->since < SoonestRepeat)
+    if (quint32(release.timestamp) - quint32(key->since) < SoonestRepeat)
         return finish(release);
     doubtful_ = release;
     patience_.start();
@@ -158,7 +158,8 @@ void KeySource::finish(const Release &release)
         return;
     const int virtualKey = key->virtualKey;
     held_.erase(key);
-    report(virtualKey, isAlt(virtualKey) || release.withAlt ? Message::AltUp : Message::Up, release.timestamp);
+    report(virtualKey, isAlt(virtualKey) || release.withAlt ? Message::AltUp : Message::Up,
+           release.timestamp);
 }
 
 void KeySource::releaseAll()

@@ -30,6 +30,9 @@ public:
     void start();
     void stop();
     bool isRunning() const { return running_; }
+    // Reports a release that waits for the press of a repeat. To be called before stop() by whoever counts
+    // releases.
+    void settle() { finishDoubtful(); }
 
     // While keyEvent is emitted, the moment at which the key moved, as the window system has it, however late
     // the event is handled; otherwise now. Milliseconds since the start.

@@ -130,7 +130,6 @@ Macro::Macro(QWidget *parent)
     setAccessibleName(QStringLiteral("Macro"));
     for (const InsertionRow &row : Insertions)
         ui->ChooseEvent->addItem(QString::fromUtf8(row.text));
-    ui->StartRecord->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_R));
     connectSignals();
     onFirstShow(this, [this] { applyStyle(); });
     setTexts(LanguageIndex);
@@ -223,6 +222,7 @@ void Macro::setTexts(int language)
     for (const auto *label : findChildren<ChoiceLabel *>())
         label->buddy()->setAccessibleName(label->text());
     ui->recordMark->setText(textOf("Recording", language));
+    ui->StartRecord->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_R)); // a text takes it away
     ui->StartRecord->setToolTip(QStringLiteral("%1 (%2)").arg(
         ui->StartRecord->text(), ui->StartRecord->shortcut().toString(QKeySequence::NativeText)));
     int item = 0;
@@ -628,6 +628,7 @@ void Macro::SlotSetMacroPage()
 
 void Macro::endRecording(Ending ending)
 {
+    keys_->settle();
     MacroRecording = false;
     keys_->stop();
     for (QWidget *each : choices())

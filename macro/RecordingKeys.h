@@ -18,6 +18,7 @@ public:
     explicit RecordingKeys(QWidget *page);
 
     void start();
+    void settle() { source_.settle(); } // before the end, so that no release is missing
     void stop();
     // No key is told any more, but what is typed into the window still does nothing.
     void stopTelling();
