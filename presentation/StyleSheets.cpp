@@ -122,6 +122,8 @@ constexpr char NavigationName[] = "QToolButton{padding-top: 30px;color: rgb(%2);
                                   "QToolButton:disabled{color: rgba(%2,90);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
+constexpr char ProgressBar[] = "QProgressBar{border: none;border-radius: 3px;background-color: rgb(%1);}"
+                               "QProgressBar::chunk{border-radius: 3px;background-color: rgb(%2);}";
 constexpr char Strip[] = "#%1{border: 1px solid rgb(%2);border-radius: 6px;background-color: rgb(%3);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
@@ -162,6 +164,7 @@ constexpr char LineEdit[] = "QLineEdit{color: rgb(%1);background-color: rgb(%2);
 constexpr char QuotedText[] =
     "QPlainTextEdit{color: rgb(%1);background-color: rgb(%2);border: 0px;border-radius: 6px;"
     "padding: 2px 4px;selection-color: rgb(%2);selection-background-color: rgb(%3);}";
+constexpr char Instructions[] = "QTextEdit{color: rgb(%1);border: 0px;background: transparent;}";
 constexpr char StageButton[] =
     "QToolButton{border:0px;border-radius:3px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%P%1);color: rgb(%2;);}";
@@ -188,6 +191,10 @@ constexpr char SpinBox[] =
     "QSpinBox::down-button:off,QSpinBox::down-button:disabled{background-image: url(%PDownOff.png);}"
     "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}"
     "QSpinBox:disabled{color: rgb(%4);border-color: rgb(%5);}";
+
+constexpr char Description[] = "QTextEdit{color: rgb(%1);background: transparent;border: 0px;}";
+constexpr char NumberBox[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+                             "border-radius: 6px;}";
 
 QString listed(const QColor &color)
 {
@@ -233,6 +240,12 @@ QString textButton(const QString &folder, const QString &color, const QString &s
 QString textButtonOff(const QString &folder, const QString &stem)
 {
     return compose(TextButtonOff, folder, {stem, QLatin1String(OffInk)});
+}
+
+QString pushButton(const QString &folder, const QString &color, const QString &stem)
+{
+    const QString sheet = textButton(folder, color, stem) + textButtonOff(folder, stem);
+    return QString(sheet).replace(QLatin1String("QToolButton"), QLatin1String("QPushButton"));
 }
 
 QString label(const QString &color) { return compose(Label, {}, {color}); }
@@ -315,6 +328,8 @@ QString navigationButton(const QString &folder, const QString &icon)
 
 QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {chunkColor}); }
 
+QString progressBar() { return compose(ProgressBar, {}, {QLatin1String(Groove), color("SliderColor")}); }
+
 QString strip(const QString &objectName)
 {
     return compose(Strip, {}, {objectName, QLatin1String(Groove), color("ComboxBackGroundColor")});
@@ -352,6 +367,10 @@ QString quotedText()
     return compose(QuotedText, {},
                    {color("LabelColor"), color("ComboxBackGroundColor"), color("SliderColor")});
 }
+
+QString instructions() { return compose(Instructions, {}, {color("LabelColor")}); }
+
+QString description() { return compose(Description, {}, {color("LinEditColorSecond")}); }
 
 QString lineEdit()
 {
@@ -393,6 +412,12 @@ QString spinBox(const QString &folder)
     return compose(SpinBox, folder,
                    {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor()),
                     QLatin1String(OffInk), QLatin1String(Groove)});
+}
+
+QString numberBox()
+{
+    return compose(NumberBox, {},
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
 }
 
 } // namespace style

@@ -30,6 +30,8 @@ QString arrow(const QString &folder, const QString &stem);
 QString textButton(const QString &folder, const QString &color, const QString &stem);
 // Append to textButton(): the button while it is disabled, stem + "Off".
 QString textButtonOff(const QString &folder, const QString &stem);
+// The same on a QPushButton, and stem + "Off" while it is disabled.
+QString pushButton(const QString &folder, const QString &color, const QString &stem);
 QString label(const QString &color);
 // The title of a page or of a section of it.
 QString heading();
@@ -66,6 +68,8 @@ QString listView();
 QString navigationButton(const QString &folder, const QString &icon);
 // The filled part of the battery's bar.
 QString batteryBar(const QString &chunkColor);
+// A line that fills from left to right.
+QString progressBar();
 // A frame around one line of text.
 QString strip(const QString &objectName);
 // A frame that has an outline and nothing else.
@@ -86,10 +90,16 @@ QString caption();
 QString readout();
 // Read-only lines to copy, such as a command.
 QString quotedText();
+// Lines to read, without a surface of their own.
+QString instructions();
+// Lines below a choice that say what it does.
+QString description();
 // A field to type in.
 QString lineEdit();
 // A number to type or to step: "Up" and "Down".
 QString spinBox(const QString &folder);
+// A number to type that has buttons of its own beside it.
+QString numberBox();
 
 // A DPI stage, and below it the bar in its colour `fill`; selected ones use other pictures.
 QString stageButton(const QString &folder, const QString &color, bool selected);

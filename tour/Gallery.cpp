@@ -19,10 +19,14 @@
 #include "presentation/dialogs/addKey.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
+#include "service/Match.h"
 #include "tour/Windows.h"
 
+#include <QComboBox>
+#include <QKeyEvent>
 #include <QListWidget>
 #include <QScreen>
+#include <QScrollBar>
 
 namespace
 {
@@ -201,6 +205,28 @@ void Gallery::shootPanel(const char *opener, const char *name)
         name, [] { return true; }, [] { windows::click(QStringLiteral("FunctionsBack")); });
 }
 
+// The lights in a colour of their own, from the top and from the end of the page.
+void Gallery::shootLights()
+{
+    constexpr int steady = 3;
+    script_.step(
+        "steady lights", [] { return true; },
+        [] {
+            for (const char *name : {"LightMod", "LightMod_2"})
+                windows::visible<QComboBox>(QLatin1String(name))->setCurrentIndex(steady);
+            windows::click(QStringLiteral("toolButtonColorI"));
+            windows::click(QStringLiteral("toolButtonColorM_2"));
+        });
+    shoot("lighting");
+    script_.step(
+        "the end of the page", [] { return true; },
+        [] {
+            auto *bar = windows::visible<QScrollBar>(QStringLiteral("verticalScrollBar"));
+            bar->setValue(bar->maximum());
+        });
+    shoot("lighting-receiver");
+}
+
 // Macros of each kind, the empty page before them, and a recording.
 void Gallery::shootMacros()
 {
@@ -258,6 +284,42 @@ void Gallery::shootNotices()
     }
 }
 
+// One after the other: before, during, failed and paired.
+void Gallery::shootPairing()
+{
+    const auto press = [this](const char *name) {
+        script_.step(
+            name, [] { return windows::shown<Match>() && !pairing::isActive(); },
+            [] { windows::click(QStringLiteral("MatchButton")); });
+        script_.step(name, [] { return pairing::isActive(); });
+    };
+    const auto tell = [this](const char *line, PairingPhase outcome) {
+        script_.step(
+            line, [] { return true; }, [line] { order(QLatin1String(line)); });
+        script_.step(line, [outcome] { return pairing::phase() == outcome; });
+    };
+    plugScene({"pairing", "rlone"});
+    script_.step(
+        "the tile", [] { return true; }, [] { windows::click(QStringLiteral("btn0")); });
+    script_.step("the dialog", [] { return windows::shown<Match>() != nullptr; });
+    shoot("pairing");
+    press("pairing-running");
+    shoot("pairing-running");
+    tell("pairfail rlone", PairingPhase::Failed);
+    shoot("pairing-failed");
+    press("again");
+    tell("pair newcomer", PairingPhase::Succeeded);
+    shoot("pairing-paired");
+    closePairing();
+}
+
+void Gallery::closePairing()
+{
+    script_.step(
+        "end of the pairing", [] { return true; }, [] { windows::shown<Match>()->WindowClosedSet(); });
+    script_.step("tiles or page", [] { return !windows::shown<Match>(); });
+}
+
 QString Gallery::run()
 {
     for (const Scene &scene : {Scene{"selection-0", ""},
@@ -276,6 +338,8 @@ QString Gallery::run()
         shootDevicePage(scene, QStringLiteral("SensorButton"));
     for (const Scene &scene : {Scene{"advanced", "r1"}, {"advanced-wired", "wired"}})
         shootDevicePage(scene, QStringLiteral("Advanced"));
+    shootDevicePage({"lighting-flow", "r2"}, QStringLiteral("LightsButton"), [this] { shootLights(); });
+    shootDevicePage({"lighting-wired", "wired"}, QStringLiteral("LightsButton"));
     for (const Scene &scene : {Scene{"binding-6", "r1"}, {"binding-8", "r3"}, {"binding-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("ButtonMain"));
     shootMacros();
@@ -283,6 +347,18 @@ QString Gallery::run()
     shootDevicePage({"binding-7", "r2"}, QStringLiteral("ButtonMain"), [this] {
         for (const auto &[opener, name] : BindingPanels)
             shootPanel(opener, name);
+    });
+    shootPairing();
+    shootDevicePage({"advanced-wired", "wired"}, QStringLiteral("Advanced"), [this] {
+        script_.step(
+            "space", [] { return true; },
+            [this] {
+                QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
+                QCoreApplication::sendEvent(&window_, &space);
+            });
+        script_.step("the dialog", [] { return windows::shown<Match>() != nullptr; });
+        shoot("pairing-wired");
+        closePairing();
     });
     shootNotices();
     script_.step(

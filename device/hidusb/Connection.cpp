@@ -3,6 +3,7 @@
 #include "device/hidusb/Connection.h"
 
 #include "device/hidusb/Thread.h"
+#include "device/hidusb/WireLog.h"
 
 #include <algorithm>
 #include <cstring>
@@ -190,8 +191,14 @@ void Connection::drain(Lock &lock)
         } else if (!orders_.empty()) {
             carryOut(lock, Order(orders_.front()));
         } else {
-            return;
+            break;
         }
+    }
+    if (!orders_.empty() || mirror_.next()) {
+        logLine(path_, [orders = orders_.size(), changes = mirror_.next().has_value()] {
+            return "left undone: " + std::to_string(orders) + " orders" +
+                   (changes ? ", changed settings" : "");
+        });
     }
 }
 
