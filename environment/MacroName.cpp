@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "environment/MacroName.h"
 
+#include <QVector>
 #include <algorithm>
 
 namespace
@@ -13,12 +14,20 @@ bool cannotBeNamed(QChar c)
 {
     switch (c.category()) {
     case QChar::Other_Control:
+    case QChar::Other_Format: // a change of direction, for one, would show another name
     case QChar::Separator_Line:
     case QChar::Separator_Paragraph:
         return true;
     default:
         return c == QLatin1Char('/') || c == QChar(QChar::ReplacementCharacter);
     }
+}
+
+// Half of a surrogate pair becomes the replacement character, which no name holds.
+QString wholeCharacters(const QString &name)
+{
+    const QVector<uint> characters = name.toUcs4();
+    return QString::fromUcs4(characters.constData(), characters.size());
 }
 
 } // namespace
@@ -36,7 +45,7 @@ QString cutToMacroBytes(const QString &name)
 
 QString fittingMacroName(const QString &typed)
 {
-    QString name = typed;
+    QString name = wholeCharacters(typed);
     if (name.endsWith(QLatin1Char(' ')))
         name.remove(QLatin1Char(' '));
     const auto kept = std::remove_if(name.begin(), name.end(), cannotBeNamed);
@@ -50,6 +59,7 @@ QString fittingMacroName(const QString &typed)
 
 bool isMacroName(const QString &name)
 {
-    return !name.isEmpty() && !name.startsWith(QLatin1Char('.')) && !name.contains(Hiding) &&
-           std::none_of(name.begin(), name.end(), cannotBeNamed) && cutToMacroBytes(name) == name;
+    return !name.trimmed().isEmpty() && !name.startsWith(QLatin1Char('.')) && !name.contains(Hiding) &&
+           wholeCharacters(name) == name && std::none_of(name.begin(), name.end(), cannotBeNamed) &&
+           cutToMacroBytes(name) == name;
 }

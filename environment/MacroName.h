@@ -10,8 +10,8 @@
 constexpr int MacroNameBytes = 30;
 
 // The typed name as it can be used: a trailing blank removes all blanks; what no file's name holds goes: "/",
-// control characters, a dot in front, and the last letter of "xml", which hides a file from the lists. The
-// rest is cut to 30 bytes at a character's end.
+// control characters, those that turn the direction of a text, a dot in front, and the last letter of "xml",
+// which hides a file from the lists. The rest is cut to 30 bytes at a character's end.
 QString fittingMacroName(const QString &typed);
 
 // The longest beginning that has room in a mouse.

@@ -168,15 +168,21 @@ bool isText(const QString &text)
     return std::none_of(text.begin(), text.end(), isControl);
 }
 
+// A delay is written into the macro's file as it stands, as one line.
+bool isReadAgain(const MacroRow &row)
+{
+    const std::optional<MacroText> file = parseMacro(macroText(CycleOnce, {row}));
+    return !row.isDelay() || (file && file->rows == MacroRows{row});
+}
+
 MacroRow takeRow(Reader &reader)
 {
     MacroRow row{reader.text(TextLimit), 0};
     skipIcon(reader);
-    // What is written as one line is to be read as one.
-    if (!isText(row.text) || (row.isDelay() && row.text.contains(QLatin1Char(' '))))
-        reader.fail();
     if (!row.isDelay())
         row.type = reader.text(1) == PressField ? 0 : ReleaseItemType;
+    if (!isText(row.text) || !isReadAgain(row))
+        reader.fail();
     return row;
 }
 

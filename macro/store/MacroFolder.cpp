@@ -45,7 +45,12 @@ bool isFree(const QString &name)
     return isMacroName(name) && !entry.exists() && !entry.isSymLink();
 }
 
-QStringList keptFiles() { return QDir(keptFolder()).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name); }
+// Of what the folder holds, the files that a program like this one wrote.
+QStringList keptFiles()
+{
+    static const QRegularExpression numbered(QStringLiteral("^[0-9]{%1} ").arg(NumberDigits));
+    return QDir(keptFolder()).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name).filter(numbered);
+}
 
 QString keptPath(const QString &file) { return keptFolder() + QLatin1Char('/') + file; }
 
@@ -104,8 +109,11 @@ bool keepMacro(const QString &name)
     const QByteArray text = readMacroFile(name);
     if (text.isNull())
         return mayBeWritten(macroPath(name)) && !macroExists(name);
-    if (text.isEmpty())
-        return true;
+    return text.isEmpty() || keepText(name, text);
+}
+
+bool keepText(const QString &name, const QByteArray &text)
+{
     const QString file = QLatin1Char(' ') + name + Extension;
     QStringList kept = keptFiles();
     for (const QString &each : qAsConst(kept))

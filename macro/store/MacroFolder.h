@@ -36,5 +36,7 @@ bool writeMacroFile(const QString &name, const QByteArray &text);
 // Copies the macro's file to the kept ones, of which the oldest go; the same bytes of the same name are kept
 // once, an empty file never. False when there is a file and it could not be kept.
 bool keepMacro(const QString &name);
+// The same with a text that is in no file.
+bool keepText(const QString &name, const QByteArray &text);
 
 } // namespace macro

@@ -253,6 +253,27 @@ private slots:
         QVERIFY(!parseExportedMacro(QByteArray(Head + Rows).replace(at, bytes.size(), bytes)));
     }
 
+    // What the macro's file would not give back is no delay.
+    void aDelayThatNoFileHoldsIsRefused_data()
+    {
+        QTest::addColumn<QString>("delay");
+        QTest::addColumn<bool>("taken");
+        QTest::newRow("ms") << "65535ms" << true;
+        QTest::newRow("long") << QString(100, '1') + "ms" << false;
+        QTest::newRow("long in bytes") << QString(30, QChar(0x4F60)) + "ms" << false;
+        QTest::newRow("blanks") << "10 ms" << false;
+    }
+    void aDelayThatNoFileHoldsIsRefused()
+    {
+        QFETCH(QString, delay);
+        QFETCH(bool, taken);
+        const MacroRows rows = {keyRow("A", true), {delay, 0}, keyRow("A", false)};
+        const auto read = parseExportedMacro(exportedMacro({"Burst", 1, rows}, {}));
+        QCOMPARE(read.has_value(), taken);
+        if (read)
+            QCOMPARE(parseMacro(macroText(1, read->rows))->rows, rows);
+    }
+
     void anyOtherDirectionIsARelease()
     {
         for (const char *field : {"1", "2", "\x31", "\x7F"}) {

@@ -292,6 +292,17 @@ private slots:
         QCOMPARE(macroNames(), QStringList("Good"));
         QVERIFY(fittingMacroName(name).isEmpty() || isMacroName(fittingMacroName(name)));
     }
+    void namesThatShowAsOthersAreNone()
+    {
+        const QString pair = QString::fromUtf8("\xF0\x9F\x98\x80");
+        for (const QString &name : {QString(" "), QString("  "), "a" + QString(QChar(0x202E)) + "b",
+                                    QString(QChar(0x200B)), "a" + pair.left(1), pair.right(1) + "b"}) {
+            QVERIFY2(!isMacroName(name), qPrintable(name.toHtmlEscaped()));
+            QVERIFY(fittingMacroName(name).isEmpty() || isMacroName(fittingMacroName(name)));
+        }
+        QVERIFY(isMacroName("a" + pair));
+        QCOMPARE(fittingMacroName("a" + pair), "a" + pair);
+    }
     void otherNamesAreTaken()
     {
         for (const char *name : {"a", "a b", "a.b", "XML", "a..b", "\xE4\xBD\xA0"})
@@ -314,6 +325,19 @@ private slots:
 
     // ---- What a mouse's copy replaces
 
+    void filesOfOthersInTheFolderStay()
+    {
+        QVERIFY(QDir().mkpath(keptFolder()));
+        for (const char *name : {"notes", "zzz", "1234567 x", "12 y"})
+            MacroHome::write(keptFolder() + "/" + name, "mine");
+        for (int i = 0; i < 12; ++i) {
+            QVERIFY(saveMacro("Burst", i, someRows()));
+            QVERIFY(keepMacro("Burst"));
+        }
+        const QStringList kept = QDir(keptFolder()).entryList(QDir::Files, QDir::Name);
+        QCOMPARE(kept.size(), KeptFiles + 4);
+        QVERIFY(kept.contains("000012 Burst.ini") && kept.contains("zzz") && kept.contains("12 y"));
+    }
     void theLastTenAreKept()
     {
         for (int i = 0; i < 25; ++i) {
