@@ -229,16 +229,22 @@ void Dialog::writeCache() { ImageCacheWrite(SelectedDevice::imageName(), DeviceR
 
 void Dialog::WindowClosed()
 {
+    buttons_->sendWaitingMacros();
     writeCache();
     emit PostMsg::instance()->SigChangeSize(1);
 }
 
 void Dialog::on_CloseButton_clicked() { WindowClosed(); }
 
-void Dialog::WindowMin() { emit PostMsg::instance()->SigChangeSize(0); }
+void Dialog::WindowMin()
+{
+    buttons_->sendWaitingMacros();
+    emit PostMsg::instance()->SigChangeSize(0);
+}
 
 void Dialog::on_UpArrow_clicked()
 {
+    buttons_->sendWaitingMacros();
     UsbServer_SetPCDriverStatus(0);
     writeCache();
     ui->PreButton->setChecked(true);

@@ -14,6 +14,7 @@
 #include "device/Worker.h"
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
+#include "environment/MacroName.h"
 #include "hub/PostMsg.h"
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
@@ -23,7 +24,6 @@
 #include "presentation/Notices.h"
 #include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
-#include "presentation/Spin.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/dialogs/FireKey.h"
 #include "presentation/dialogs/GroupKey.h"
@@ -31,7 +31,10 @@
 #include "ui_Buttoninterface.h"
 
 #include <QAbstractButton>
+#include <QEventLoop>
 #include <QKeyEvent>
+#include <QTimer>
+#include <algorithm>
 
 using namespace binding;
 
@@ -43,6 +46,9 @@ constexpr int DefaultSleepSeconds = 60;
 constexpr QPoint NoticeOffset{-100, -50};
 constexpr int RowsWait = 1500; // milliseconds from a macro's save to the mouse's copies
 constexpr int FireButton = 10; // its default binding holds the dialog's initial values
+
+// By a name that is cut in the mouse, its buttons would not be found again.
+bool mayBeBound(const QString &name) { return MouseOnline && isMacroName(name); }
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
 
@@ -139,6 +145,7 @@ void Buttoninterface::connectSignals()
     connect(hub, SIGNAL(SigUpDataMacro(QString, int)), this, SLOT(SlotUpDataMacro(QString, int)));
     connect(hub, SIGNAL(SigMacroRename(QString, QString)), this, SLOT(SlotMacroRename(QString, QString)));
     connect(hub, SIGNAL(SigDeleteMacroButton(QString)), this, SLOT(SlotDeleteMacroButton(QString)));
+    connect(hub, SIGNAL(SigMainPageChange()), this, SLOT(sendWaitingMacros()));
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
     // The worker was made before and thus has taken the selected device when this page's slot runs.
     connect(hub, SIGNAL(SigSelectMouseInfo(DeviceAllInfo)), this, SLOT(SlotSelectMouseInfo(DeviceAllInfo)));
@@ -473,7 +480,7 @@ QString Buttoninterface::ReadCycle(const QString &name) const
 std::optional<MacroBlock> Buttoninterface::BuildMacroBlock(const QString &name) const
 {
     const std::optional<macro::MacroText> file = macro::loadMacro(name);
-    if (!MouseOnline || !file)
+    if (!mayBeBound(name) || !file)
         return std::nullopt;
     return macro::boundBlock(name, file->rows);
 }
@@ -489,42 +496,83 @@ void Buttoninterface::slotButtonClicked(bool)
     leaveFunctions();
 }
 
-// A macro with more events than a mouse holds is bound with the first ones.
+// A macro with more events than a mouse holds is bound with the first ones. That is said of a mouse that
+// answers only, because the off-line notice would follow.
 bool Buttoninterface::writeMacro(int button, const QString &name)
 {
     const std::optional<macro::MacroText> file = macro::loadMacro(name);
-    const std::optional<MacroBlock> block = BuildMacroBlock(name);
-    if (!file || !block)
+    if (!mayBeBound(name) || !file)
         return false;
-    if (!macro::fitsBlock(file->rows))
+    if (!macro::fitsBlock(file->rows)) {
+        if (!CheckOnline())
+            return false;
         notice::ask<KeyNumberLimit>(this, NoticeOffset);
-    return bindings_.writeMacro(button, macro::cycleByte(file->cycle.value_or(0)), *block);
+    }
+    return bindings_.writeMacro(button, macro::cycleByte(file->cycle.value_or(0)),
+                                macro::boundBlock(name, file->rows));
 }
 
 std::vector<int> Buttoninterface::buttonsWithCaption(const QString &text) const
 {
     std::vector<int> buttons;
     for (std::size_t row = 0; row < ButtonRows.size(); ++row)
-        if (list_->caption(row)->text().remove(QChar()) == text)
+        // What a mouse before had on the buttons that this one lacks is still there, hidden.
+        if (ButtonRows[row].button < bindings_.count() && list_->caption(row)->text().remove(QChar()) == text)
             buttons.push_back(ButtonRows[row].button);
     return buttons;
 }
 
 void Buttoninterface::SlotUpDataMacro(QString MacroName, int index)
 {
-    if (index == 0) {
-        spinEventLoop(RowsWait);
-        for (const int button : buttonsWithCaption(macroCaption(MacroName, LanguageIndex)))
-            emit PostMsg::instance()->SigMacroDownLoadData(MacroName, button);
+    if (index != 0) {
+        writeCycle(MacroName);
         return;
     }
-    for (const int button : buttonsWithCaption(macroCaption(MacroName, LanguageIndex)))
-        if (!bindings_.writeMacroCycle(button, macro::cycleByte(ReadCycle(MacroName).toInt())))
+    QEventLoop waiter;
+    waiting_.push_back({MacroName, &waiter});
+    QTimer::singleShot(RowsWait, Qt::PreciseTimer, &waiter, [&] { sendRows(&waiter); });
+    waiter.exec();
+}
+
+// Each macro is sent when its own wait ends, although the waits are nested.
+void Buttoninterface::sendRows(const QEventLoop *waiter)
+{
+    const auto isOf = [waiter](const WaitingMacro &each) { return each.waiter == waiter; };
+    const auto found = std::find_if(waiting_.begin(), waiting_.end(), isOf);
+    if (found == waiting_.end())
+        return;
+    const WaitingMacro macro = *found;
+    waiting_.erase(found);
+    for (const int button : buttonsWithCaption(macroCaption(macro.name, LanguageIndex)))
+        emit PostMsg::instance()->SigMacroDownLoadData(macro.name, button);
+    macro.waiter->quit();
+}
+
+void Buttoninterface::sendWaitingMacros()
+{
+    const PageFilling filling(ButtonPageBusy); // nobody is there to wake the mouse up
+    while (!waiting_.empty()) {
+        const WaitingMacro macro = waiting_.front();
+        sendRows(macro.waiter);
+        writeCycle(macro.name);
+    }
+}
+
+// A button that has the mode already is not written.
+void Buttoninterface::writeCycle(const QString &name)
+{
+    const uint8_t cycle = macro::cycleByte(ReadCycle(name).toInt());
+    for (const int button : buttonsWithCaption(macroCaption(name, LanguageIndex)))
+        if (DeviceRecord::copy().KeyBindings[button].Second != cycle &&
+            !bindings_.writeMacroCycle(button, cycle))
             return; // the others would only repeat the notice
 }
 
 void Buttoninterface::SlotMacroRename(QString Rename, QString Name)
 {
+    for (WaitingMacro &each : waiting_)
+        if (each.name == Rename)
+            each.name = Name;
     bool taken = true;
     for (const int button : buttonsWithCaption(macroCaption(Rename, LanguageIndex))) {
         list_->setText(button, macroCaption(Name, LanguageIndex));

@@ -19,6 +19,7 @@
 class ButtonList;
 class FunctionPages;
 class ProfileBox;
+class QEventLoop;
 class Worker;
 
 namespace Ui
@@ -60,6 +61,9 @@ public slots:
     // MacroName: the caption of the buttons that played the macro that was deleted.
     void SlotDeleteMacroButton(QString MacroName);
     void SlotAllLanguage(int index);
+    // Sends what is saved and waits to be sent, with its cycle mode. To be called while the mouse is still
+    // held, before it is left.
+    void sendWaitingMacros();
 
     void on_FireKey_clicked() { openRow(0); }
     void on_RightKey_clicked() { openRow(1); }
@@ -131,6 +135,8 @@ private:
 
     std::vector<int> buttonsWithCaption(const QString &text) const;
     bool writeMacro(int button, const QString &name);
+    void sendRows(const QEventLoop *waiter);
+    void writeCycle(const QString &name);
     bool bindDefault(int button);
 
     std::unique_ptr<Ui::Buttoninterface> ui;
@@ -142,6 +148,11 @@ private:
     bool styled_ = false;
     int fireInterval_; // FireInterval, FireCount: as last accepted in their dialog
     int fireCount_;
-    DeviceAllInfo shown_; // the device that the page was opened for
+    struct WaitingMacro {
+        QString name;
+        QEventLoop *waiter;
+    };
+    std::vector<WaitingMacro> waiting_; // saved, and not sent yet
+    DeviceAllInfo shown_;               // the device that the page was opened for
     std::unique_ptr<Worker> worker_;
 };

@@ -4,6 +4,7 @@
 
 #include "binding/ActionButton.h"
 #include "binding/actions/BindingDecoder.h"
+#include "environment/MacroName.h"
 #include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
@@ -31,6 +32,9 @@ constexpr QPoint DetailPlace{16, 42};
 constexpr int PanelWidth = 820;
 constexpr int ButtonGap = 8;
 constexpr int DetailPitch = 36;
+constexpr int MacroColumns = (PanelWidth + ButtonGap) / (FunctionSize.width() + ButtonGap);
+constexpr int LeastMacros = 7; // places of the panel of macros
+constexpr int FillerHeight = 23;
 constexpr int FewDetails = 8; // the most buttons of a panel with wide ones
 
 constexpr Panel Panels[] = {Panel::Media,      Panel::Lights,   Panel::DpiLocks,
@@ -267,6 +271,7 @@ QList<ActionButton *> FunctionPages::setMacros(const QStringList &names)
     macros_.clear();
     for (const QString &name : names)
         macros_ << addMacro(name, macros_.size());
+    fillRows(names.size());
     macroGrid_->parentWidget()->adjustSize();
     if (macrosStyled_)
         stylePanel(page(Panel::Macros));
@@ -277,16 +282,33 @@ QList<ActionButton *> FunctionPages::setMacros(const QStringList &names)
     return macros_;
 }
 
+// Disabled and empty ones behind a few macros.
+void FunctionPages::fillRows(int count)
+{
+    qDeleteAll(fillers_);
+    fillers_.clear();
+    for (int place = count; count > 0 && place < LeastMacros; ++place) {
+        auto *filler = new QToolButton(macroGrid_->parentWidget());
+        filler->setFixedSize(FunctionSize.width(), FillerHeight);
+        filler->setEnabled(false);
+        filler->setAutoRaise(true);
+        filler->setFocusPolicy(Qt::NoFocus);
+        macroGrid_->addWidget(filler, place / MacroColumns, place % MacroColumns);
+        filler->show();
+        fillers_ << filler;
+    }
+}
+
 ActionButton *FunctionPages::addMacro(const QString &name, int place)
 {
-    const int columns = (PanelWidth + ButtonGap) / (FunctionSize.width() + ButtonGap);
     auto *made = new ActionButton(QString(), macroGrid_->parentWidget());
     made->setText(name);
-    made->setShortcut({});        // an "&" is part of the name
-    made->setFont(back_->font()); // the font as scaled for the screen when the page was built
+    made->setEnabled(isMacroName(name)); // a mouse has no room for another
+    made->setShortcut({});               // an "&" is part of the name
+    made->setFont(back_->font());        // the font as scaled for the screen when the page was built
     made->setFixedSize(FunctionSize);
     detailGroup_->addButton(made);
-    macroGrid_->addWidget(made, place / columns, place % columns);
+    macroGrid_->addWidget(made, place / MacroColumns, place % MacroColumns);
     made->show();
     return made;
 }

@@ -62,6 +62,7 @@ private:
     void addMacroPanel();
     ActionButton *addAction(const binding::ActionRow &row, QWidget *parent);
     ActionButton *addMacro(const QString &name, int place);
+    void fillRows(int count);
     void stylePanel(QWidget *page);
 
     QStackedWidget *functionStack_;
@@ -75,6 +76,7 @@ private:
     QScrollArea *macroArea_ = nullptr;
     QGridLayout *macroGrid_ = nullptr;
     QList<ActionButton *> macros_;
+    QList<QToolButton *> fillers_;
     QStringList macroNames_;
     bool macrosStyled_ = false;
 };

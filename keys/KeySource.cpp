@@ -49,11 +49,12 @@ KeySource::KeySource(AltKeys keys, QObject *parent) : QObject(parent), altKeys_(
 
 KeySource::~KeySource() { stop(); }
 
-void KeySource::start()
+void KeySource::start(const QWindow *only)
 {
     if (running_)
         return;
     running_ = true;
+    only_ = only;
     held_.clear();
     offered_ = {};
     doubtful_.reset();
@@ -87,7 +88,8 @@ bool KeySource::eventFilter(QObject *watched, QEvent *event)
         query->accept();
         return true;
     }
-    if (!watched->isWindowType())
+    const bool isElsewhere = only_ && watched != only_ && event->type() != QEvent::KeyRelease;
+    if (!watched->isWindowType() || isElsewhere)
         return false;
     if (event->type() == QEvent::ShortcutOverride)
         offer(*static_cast<QKeyEvent *>(event));

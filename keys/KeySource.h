@@ -14,6 +14,7 @@
 #include <vector>
 
 class QKeyEvent;
+class QWindow;
 
 class KeySource : public QObject
 {
@@ -27,7 +28,8 @@ public:
     explicit KeySource(AltKeys altKeys, QObject *parent = nullptr);
     ~KeySource() override;
 
-    void start();
+    // Keys that are pressed in other windows than `only` are not reported.
+    void start(const QWindow *only = nullptr);
     void stop();
     bool isRunning() const { return running_; }
     // Reports a release that waits for the press of a repeat. To be called before stop() by whoever counts
@@ -78,6 +80,7 @@ private:
 
     const AltKeys altKeys_;
     bool running_ = false;
+    const QObject *only_ = nullptr;
     std::vector<HeldKey> held_;
     Press offered_; // seen as a shortcut override; its press may follow or not
     std::optional<Release> doubtful_;

@@ -42,6 +42,9 @@ namespace
 constexpr QPoint NoticeOffset{-100, -50};
 constexpr int LongestDelay = 65535;
 constexpr int RecordFrameRadius = 12;
+// Those that choose nothing in a closed combo box.
+constexpr Qt::Key HarmlessKeys[] = {Qt::Key_Space,  Qt::Key_F4,  Qt::Key_Enter,  Qt::Key_Return,
+                                    Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Backtab};
 constexpr char WarningColor[] = "255,180,84";
 
 template <typename Form> std::unique_ptr<Form> formOn(QWidget *page)
@@ -49,6 +52,15 @@ template <typename Form> std::unique_ptr<Form> formOn(QWidget *page)
     auto form = std::make_unique<Form>();
     form->setupUi(page);
     return form;
+}
+
+QString menuStyle()
+{
+    return QStringLiteral("QMenu{border: 1px solid %1;padding: 4px;background-color: rgb(%2);color: rgb(%3);}"
+                          "QMenu::item{padding: 6px 22px;border-radius: 4px;}"
+                          "QMenu::item:selected{background-color: rgb(%4);color: rgb(%2);}")
+        .arg(style::outlineColor().name(), style::color("ComboxBackGroundColor"), style::color("LabelColor"),
+             style::color("ComboxSelectColor"));
 }
 
 QByteArray iconBytes(const char *name)
@@ -79,6 +91,8 @@ Macro::Macro(QWidget *parent)
     setAccessibleName(QStringLiteral("Macro"));
     for (std::size_t item = 0; item < std::size(Insertions); ++item)
         ui->ChooseEvent->addItem(QString());
+    for (QLabel *hint : {ui->noMacros, ui->noEvents})
+        hint->setAttribute(Qt::WA_TransparentForMouseEvents); // it lies over the list
     connectSignals();
     onFirstShow(this, [this] { applyStyle(); });
     setTexts(LanguageIndex);
@@ -148,7 +162,9 @@ void Macro::applyStyle()
 
 void Macro::SlotAllLanguage(int index)
 {
+    const MouseButtonTexts before = MouseButtonNames();
     setMouseButtonNames(index);
+    renameRows(before);
     setTexts(index);
 }
 
@@ -161,6 +177,23 @@ void Macro::setMouseButtonNames(int language)
         names[i] = events.value(QLatin1String(row.textKey), QString::fromUtf8(row.text));
     }
     SetMouseButtonNames(names);
+}
+
+// A file holds codes, but a row holds the name, which a save looks up in the language in use.
+void Macro::renameRows(const MouseButtonTexts &before)
+{
+    const MouseButtonTexts &now = MouseButtonNames();
+    const auto renamed = [&](MacroRows rows) {
+        for (MacroRow &row : rows) {
+            const auto known = std::find(before.begin(), before.end(), row.text);
+            if (!row.text.isEmpty() && known != before.end())
+                row.text = now[std::size_t(known - before.begin())];
+        }
+        return rows;
+    };
+    events_.show(renamed(events_.rows()), events_.selectedRow());
+    for (Draft &draft : drafts_)
+        draft.rows = renamed(draft.rows);
 }
 
 void Macro::setTexts(int language)
@@ -191,8 +224,25 @@ bool Macro::refusesWhileRecording()
     return MacroRecording;
 }
 
+// A file past the limits is listed, but what is in it is not replaced by a save.
+bool Macro::isUnreadable() const
+{
+    return !shown_.isEmpty() && events_.isEmpty() && !unsaved_ && macroExists(shown_) && !loadMacro(shown_);
+}
+
+bool Macro::refusesUnreadable()
+{
+    const bool unreadable = isUnreadable();
+    if (unreadable)
+        ask("MacroUnreadable");
+    return unreadable;
+}
+
 bool Macro::refusesName(const QString &name)
 {
+    // The file may have come while the page showed.
+    if (!macros_.contains(name) && isMacroName(name) && macroExists(name))
+        macros_.show(macroNames());
     const bool taken = macros_.contains(name);
     if (taken)
         notice::ask<SameMacro>(this, NoticeOffset);
@@ -241,6 +291,7 @@ void Macro::showMacro(const QString &name)
         cycle_->mute(true);
         LoadMacroFile(name);
     }
+    ui->listWidgetKey->scrollToTop();
     showState();
 }
 
@@ -273,7 +324,7 @@ void Macro::CreateMewMacro()
 {
     if (refusesWhileRecording())
         return;
-    QuestionDialog dialog(QuestionDialog::Mode::Create);
+    QuestionDialog dialog;
     dialog.openOver(this, NoticeOffset);
     const QString name = dialog.name();
     if (name.isEmpty() || refusesName(name))
@@ -287,7 +338,7 @@ void Macro::RenameMacro()
 {
     if (refusesWhileRecording() || shown_.isEmpty())
         return;
-    QuestionDialog dialog(QuestionDialog::Mode::Rename);
+    QuestionDialog dialog;
     dialog.openOver(this, NoticeOffset);
     const QString name = dialog.name();
     const QString before = shown_; // a read may have changed the selection while the dialog was open
@@ -295,10 +346,8 @@ void Macro::RenameMacro()
         return;
     shown_ = name;
     macros_.rename(before, name);
-    if (unsaved_) {
-        hold(name);
-        release(before);
-    }
+    moveMarks(before, name);
+    std::replace(saving_.begin(), saving_.end(), before, name);
     emit PostMsg::instance()->SigMacroRename(before, name);
 }
 
@@ -312,6 +361,9 @@ void Macro::DeleteMacro()
     removeMacro(name);
     emit PostMsg::instance()->SigDeleteMacroButton(text("MacroSeond") + name);
     release(name);
+    setMissed(name, false);
+    std::replace(saving_.begin(), saving_.end(), name, QString());
+    drafts_.remove(name); // a read during the notices deselects the macro, which makes one
     shown_.clear();
     macros_.remove(name);
     macros_.select({});
@@ -320,7 +372,7 @@ void Macro::DeleteMacro()
 
 void Macro::ExPortMacro()
 {
-    if (refusesWhileRecording() || shown_.isEmpty())
+    if (refusesWhileRecording() || shown_.isEmpty() || refusesUnreadable())
         return;
     QFileDialog dialog(this, QStringLiteral("FileSave"), documentsFolder(), QStringLiteral("File(*.ini)"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
@@ -364,6 +416,7 @@ void Macro::on_listWidgetHong_customContextMenuRequested(const QPoint &place)
     static constexpr Entry OnEmpty[] = {{"NewMacro", &Macro::CreateMewMacro, Qt::Key_unknown},
                                         {"MacroImport", &Macro::InPortMacro, Qt::Key_unknown}};
     QMenu menu(this);
+    menu.setStyleSheet(menuStyle());
     menu.setFont(ui->listWidgetHong->font());
     const auto add = [this, &menu](const Entry &entry) {
         QAction *action = menu.addAction(text(entry.textKey), this, entry.run);
@@ -382,7 +435,9 @@ void Macro::on_listWidgetHong_customContextMenuRequested(const QPoint &place)
 
 void Macro::SlotMacroDownLoadData(QString MacroName, int index)
 {
-    sendSaved(MacroName.remove(QChar()), index);
+    const QString name = MacroName.remove(QChar());
+    if (!sendSaved(name, index))
+        setMissed(name, true);
 }
 
 void Macro::SlotButtonToMacro(FlashDataMap DataMap, int KeyNumer)
@@ -436,7 +491,7 @@ void Macro::on_Save_clicked()
         return;
     ui->Save->setEnabled(false);
     const QString name = shown_;
-    if (name.isEmpty())
+    if (name.isEmpty() || refusesUnreadable())
         return;
     if (!SaveMacroFile(name)) {
         markUnsaved();
@@ -448,18 +503,34 @@ void Macro::on_Save_clicked()
     markSaved();
     if (newEvents && tooLong)
         notice::ask<KeyNumberLimit>(this, NoticeOffset);
-    if (newEvents)
+    sendToMouse(name, newEvents, newCycle);
+}
+
+// The macro may be renamed or deleted while its rows wait to be sent, and another save may begin, which ends
+// before this one.
+void Macro::sendToMouse(const QString &name, bool events, bool cycle)
+{
+    saving_ << name;
+    if (events)
         emit PostMsg::instance()->SigUpDataMacro(name, 0);
-    if (newCycle)
-        emit PostMsg::instance()->SigUpDataMacro(name, 1);
-    if (!isUnsaved(name))
+    if (const QString now = saving_.last(); cycle && !now.isEmpty()) {
+        QObject heard;
+        connect(PostMsg::instance(), &PostMsg::SigMouseOffLineo, &heard, [now] { setMissed(now, true); });
+        emit PostMsg::instance()->SigUpDataMacro(now, 1);
+    }
+    releaseSaved(saving_.takeLast());
+}
+
+void Macro::releaseSaved(const QString &name)
+{
+    if (!isUnsaved(name) && !saving_.contains(name))
         release(name);
 }
 
 void Macro::on_Discard_clicked()
 {
-    release(shown_);
     markSaved();
+    releaseSaved(shown_);
     showMacro(shown_);
 }
 
@@ -478,6 +549,7 @@ void Macro::showState()
     ui->noEvents->setVisible(events_.isEmpty());
     ui->noEvents->setText(text(shown_.isEmpty() ? "NoMacroChosen"
                                : MacroRecording ? "PressKeys"
+                               : isUnreadable() ? "MacroUnreadable"
                                                 : "NoEvents"));
     ui->Discard->setVisible(unsaved_ && !recording_.isLocked());
     showHint(summary);
@@ -502,6 +574,8 @@ void Macro::on_StartRecord_clicked()
         ask("DialogSelectMacroFirst");
         return;
     }
+    if (refusesUnreadable())
+        return;
     ui->listWidgetKey->setFocus(); // not where the list of macros, disabled, would send it
     recording_.showRunning();
     emit PostMsg::instance()->SigStartRecord(0);
@@ -547,7 +621,10 @@ void Macro::endFull()
 void Macro::on_StopRecord_clicked()
 {
     endRecording(RecordingPanel::Ending::Stopped);
-    markUnsaved();
+    if (eventsChanged_)
+        markUnsaved();
+    else // another macro was made behind the 70th event
+        ui->Save->setEnabled(!shown_.isEmpty());
 }
 
 // A recording that is left does not offer to save.
@@ -564,6 +641,8 @@ void Macro::endRecording(RecordingPanel::Ending ending)
     keys_->settle();
     MacroRecording = false;
     keys_->stop();
+    if (ui->StopRecord->hasFocus())
+        ui->listWidgetKey->setFocus(); // not where the hidden button would send it
     recording_.showEnded(ending);
     emit PostMsg::instance()->SigStartRecord(1);
     showState();
@@ -633,6 +712,8 @@ void Macro::on_ChooseEvent_activated(int index)
         return;
     const InsertionRow &row = Insertions[index];
     ui->ChooseEvent->setCurrentIndex(0); // so that the same one can be chosen again by the keyboard
+    if (refusesUnreadable())
+        return;
     if (row.what == Insertion::Press || row.what == Insertion::Release) {
         addKey dialog;
         dialog.openOver(this, InputDialogOffset);
@@ -673,7 +754,7 @@ void Macro::on_Amend_clicked()
 // Clearing a short list is no change that a mouse is told of.
 void Macro::on_DeleteKey_clicked()
 {
-    if (refusesWhileRecording() || shown_.isEmpty())
+    if (refusesWhileRecording() || shown_.isEmpty() || refusesUnreadable())
         return;
     rowediting::Editing list = events_.editing();
     const bool isShort = list.rows.size() < rowediting::ShortList;
@@ -689,11 +770,11 @@ void Macro::on_DeleteKey_clicked()
 bool Macro::runListKey(const QObject *list, int key)
 {
     if (list == ui->ChooseEvent) {
-        const bool opens =
-            (key == Qt::Key_Up || key == Qt::Key_Down) && !ui->ChooseEvent->view()->isVisible();
-        if (opens)
+        if (ui->ChooseEvent->view()->isVisible())
+            return false;
+        if (key == Qt::Key_Up || key == Qt::Key_Down)
             ui->ChooseEvent->showPopup();
-        return opens;
+        return std::find(std::begin(HarmlessKeys), std::end(HarmlessKeys), key) == std::end(HarmlessKeys);
     }
     if (key != Qt::Key_F2 && key != Qt::Key_Delete)
         return false;
@@ -705,7 +786,7 @@ bool Macro::runListKey(const QObject *list, int key)
     return true;
 }
 
-// The arrow keys would insert the first kind of event, since a choice acts at once.
+// Arrow keys, letters and the like would insert an event, since a choice acts at once.
 bool Macro::eventFilter(QObject *watched, QEvent *event)
 {
     return event->type() == QEvent::KeyPress && runListKey(watched, static_cast<QKeyEvent *>(event)->key());

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
+#include "keys/KeyVocabulary.h"
 #include "macro/EventList.h"
 #include "macro/MacroList.h"
 #include "macro/Recorder.h"
@@ -90,6 +91,7 @@ private:
     void applyStyle();
     void connectSignals();
     void setMouseButtonNames(int language);
+    void renameRows(const MouseButtonTexts &before);
     void setTexts(int language);
 
     void followSelection();
@@ -98,12 +100,16 @@ private:
     void addMacro(const QString &name, const macro::MacroRows &rows);
     bool refusesName(const QString &name);
     bool refusesWhileRecording();
+    bool refusesUnreadable();
+    bool isUnreadable() const;
     void ask(const char *textKey); // a notice with this text of the section "macro"
 
     bool runListKey(const QObject *list, int key);
 
     void showEdited(const macro::rowediting::Editing &edited);
     bool isUnsaved(const QString &name) const;
+    void sendToMouse(const QString &name, bool events, bool cycle);
+    void releaseSaved(const QString &name);
     void holdUnsaved();
     void markUnsaved(); // and light up Save
     void markSaved();
@@ -125,4 +131,5 @@ private:
     bool eventsChanged_ = false;
     bool cycleChanged_ = false;
     bool unsaved_ = false; // the shown macro
+    QStringList saving_;   // macros on their way to the mouse, by their present names; a deleted one is empty
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "macro/MacroDeviceSync.h"
 
+#include "catalogue/DeviceCatalogue.h"
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
@@ -19,6 +20,13 @@ namespace
 {
 
 QSet<QString> held;
+QSet<QString> missed;
+
+void move(QSet<QString> *marks, const QString &name, const QString &newName)
+{
+    if (marks->remove(name))
+        marks->insert(newName);
+}
 
 // Whether the file plays what the block plays: other line ends, or events past the mouse's last one, are no
 // reason to write over it.
@@ -29,6 +37,33 @@ bool gives(const QByteArray &file, const MacroBlock &block, uint8_t cycle)
            (sameEvents(boundBlock({}, text->rows), block) || sameEvents(savedBlock({}, text->rows), block));
 }
 
+// A mouse that is being read answers, and its thread, which waits for this one, cannot be asked.
+bool isReachable() { return MouseOnline && (FullReadPending || CheckOnline()); }
+
+bool sendMissed(const QString &name, int button)
+{
+    const std::optional<MacroText> saved = loadMacro(name);
+    if (!saved || !isReachable())
+        return false;
+    DeviceRecord::edit([&](FlashDataMap &record) {
+        record.KeyBindings[button].Second = cycleByte(saved->cycle.value_or(0));
+        record.MacroBlocks[button] = savedBlock(name, saved->rows);
+    });
+    PushRecord();
+    return true;
+}
+
+// The last button that plays a macro of this name, from `button` on, which does.
+int lastButton(const FlashDataMap &record, int button, const QString &name)
+{
+    const int count = DeviceCatalogue().number(SelectedDevice::info().DriveIndex, "KeyNumber");
+    int last = button;
+    for (int k = button + 1; k < qMin(count, int(KeySlotCount)); ++k)
+        if (record.KeyBindings[k].Class == MacroBlockClass && blockName(record.MacroBlocks[k]) == name)
+            last = k;
+    return last;
+}
+
 } // namespace
 
 void hold(const QString &name) { held.insert(name); }
@@ -37,6 +72,20 @@ void release(const QString &name) { held.remove(name); }
 
 bool isHeld(const QString &name) { return held.contains(name); }
 
+void setMissed(const QString &name, bool isMissed)
+{
+    if (isMissed)
+        missed.insert(name);
+    else
+        missed.remove(name);
+}
+
+void moveMarks(const QString &name, const QString &newName)
+{
+    move(&held, name, newName);
+    move(&missed, name, newName);
+}
+
 Taken takeFromMouse(const FlashDataMap &record, int button)
 {
     if (button < 0 || button >= KeySlotCount)
@@ -44,10 +93,23 @@ Taken takeFromMouse(const FlashDataMap &record, int button)
     const MacroBlock &block = record.MacroBlocks[button];
     const uint8_t cycle = record.KeyBindings[button].Second;
     const QString name = blockName(block);
-    if (!isMacroName(name) || isHeld(name))
+    if (!isMacroName(name))
+        return {};
+    if (missed.contains(name) && macroExists(name)) {
+        if (sendMissed(name, button) && lastButton(record, button, name) == button)
+            missed.remove(name);
+        return {};
+    }
+    if (isHeld(name))
         return {};
     const QByteArray file = readMacroFile(name);
     const QByteArray text = macroText(cycle, blockRows(block));
+    // Of several buttons the file is the last one's. What the others play is kept where it differs.
+    if (const int last = lastButton(record, button, name); last != button) {
+        if (record.KeyBindings[last].Second != cycle || !sameEvents(record.MacroBlocks[last], block))
+            keepText(name, text);
+        return {};
+    }
     if (file == text || (!file.isNull() && gives(file, block, cycle)) || !keepMacro(name))
         return {};
     const bool isNew = file.isNull();

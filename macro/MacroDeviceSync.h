@@ -14,14 +14,20 @@ namespace macro
 
 // While held, a macro's file is not touched by what is read from a mouse. The page holds the macro that is
 // recorded and every one with rows or a cycle mode that are not saved, and releases it with the save or when
-// the changes are dropped. A rename moves the hold.
+// the changes are dropped.
 void hold(const QString &name);
 void release(const QString &name);
 bool isHeld(const QString &name);
 
+// A saved macro that did not reach every button of the mouse. The next read of the mouse does not take its
+// old rows: it sends the file again.
+void setMissed(const QString &name, bool missed);
+// A renamed macro keeps both marks.
+void moveMarks(const QString &name, const QString &newName);
+
 // Body of SlotButtonToMacro: brings the macro of the button's block into the folder. The file that it
 // replaces is kept first. Nothing is written for a held macro, for a name that cannot be a file's, and when
-// the file gives the same block and cycle mode already.
+// the file gives the same block and cycle mode already. A macro that the mouse missed goes the other way.
 struct Taken {
     QString name;       // empty: the folder is as it was
     bool isNew = false; // there was no such macro, so a list needs an item for it

@@ -13,7 +13,7 @@ RecordingKeys::RecordingKeys(QWidget *page) : QObject(page), page_(page), source
 void RecordingKeys::start()
 {
     qApp->installEventFilter(this);
-    source_.start();
+    source_.start(page_->window()->windowHandle());
 }
 
 void RecordingKeys::stopTelling() { source_.stop(); }

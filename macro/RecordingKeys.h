@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// RecordingKeys: the keys of a recording. All keys of the keyboard are told, and those that come to the
-// page's window do nothing else there: no button is pressed, no focus moves and no shortcut runs. Other
+// RecordingKeys: the keys of a recording. All keys that come to the page's window are told, and they
+// do nothing else there: no button is pressed, no focus moves and no shortcut runs. Other
 // windows, such as a notice, take their keys as ever. Main thread.
 #pragma once
 

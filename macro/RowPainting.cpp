@@ -103,31 +103,41 @@ void EventDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     const QString text = index.data().toString();
     const int sort = index.data(EventList::SortRole).toInt();
     if (sort == EventList::Delay) {
-        paintDelay(painter, option.rect, text);
+        paintDelay(painter, option, text);
     } else {
         index.data(Qt::DecorationRole)
             .value<QIcon>()
             .paint(painter, middleOf(option.rect, IconLeft, IconSize, IconSize));
-        paintKey(painter, option.rect, text, sort == EventList::Release);
+        paintKey(painter, option, text, sort == EventList::Release);
     }
     painter->restore();
 }
 
-// A line between the events, and the time beside it.
-void EventDelegate::paintDelay(QPainter *painter, const QRect &row, const QString &text) const
+// Of what is dim, which the ground of a chosen row would swallow.
+QColor EventDelegate::inkOn(const QStyleOptionViewItem &option) const
 {
+    return option.state & QStyle::State_Selected ? colors().ink : colors().dim;
+}
+
+// A line between the events, and the time beside it.
+void EventDelegate::paintDelay(QPainter *painter, const QStyleOptionViewItem &option,
+                               const QString &text) const
+{
+    const QRect row = option.rect;
     painter->setPen(colors().line);
     const qreal x = row.left() + IconLeft + IconSize / 2.0;
     painter->drawLine(QPointF(x, row.top() + 3), QPointF(x, row.bottom() - 2));
     QString shown = text;
     shown.replace(QLatin1String("ms"), QLatin1String(" ms"));
-    painter->setPen(colors().dim);
+    painter->setPen(inkOn(option));
     painter->drawText(row.adjusted(CapLeft, 0, -Margin, 0), Qt::AlignVCenter | Qt::TextSingleLine, shown);
 }
 
 // A pressed key is a filled cap, a released one its outline.
-void EventDelegate::paintKey(QPainter *painter, const QRect &row, const QString &text, bool release) const
+void EventDelegate::paintKey(QPainter *painter, const QStyleOptionViewItem &option, const QString &text,
+                             bool release) const
 {
+    const QRect row = option.rect;
     const int room = row.width() - CapLeft - Margin;
     const QFontMetrics metrics(painter->font());
     const QString shown = metrics.elidedText(text, Qt::ElideRight, room - 2 * CapPadding);
@@ -136,7 +146,7 @@ void EventDelegate::paintKey(QPainter *painter, const QRect &row, const QString 
     painter->setPen(release ? QPen(colors().line, 1, Qt::DashLine) : QPen(colors().line));
     painter->setBrush(release ? QBrush(Qt::NoBrush) : QBrush(colors().cap));
     painter->drawRoundedRect(QRectF(cap).adjusted(0.5, 0.5, -0.5, -0.5), Radius, Radius);
-    painter->setPen(release ? colors().dim : colors().ink);
+    painter->setPen(release ? inkOn(option) : colors().ink);
     painter->drawText(cap, Qt::AlignCenter | Qt::TextSingleLine, shown);
 }
 

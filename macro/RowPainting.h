@@ -51,6 +51,8 @@ public:
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 private:
-    void paintDelay(QPainter *painter, const QRect &row, const QString &text) const;
-    void paintKey(QPainter *painter, const QRect &row, const QString &text, bool release) const;
+    void paintDelay(QPainter *painter, const QStyleOptionViewItem &option, const QString &text) const;
+    QColor inkOn(const QStyleOptionViewItem &option) const;
+    void paintKey(QPainter *painter, const QStyleOptionViewItem &option, const QString &text,
+                  bool release) const;
 };

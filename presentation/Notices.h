@@ -29,7 +29,7 @@ inline constexpr NoticeKind Reset = {"ContainResetA", Section::Settings, "Dialog
 inline constexpr NoticeKind Pairing = {"RePairA", Section::home, "Repair", "        Do you need to pair again", NoticeButtons::Question, NoticeSign::Question};
 inline constexpr NoticeKind Import = {"InportFailA", Section::key, "DialogConfigError", "Config does not match the device", NoticeButtons::Confirm};
 inline constexpr NoticeKind Running = {"ExeIsRunA", Section::home, "OnRun", "Confirm Delete", NoticeButtons::Confirm, NoticeSign::Information};
-inline constexpr NoticeKind MacroName = {"QuestionDialogA", Section::macro, "DialogSelectMacroFirst", "", NoticeButtons::Question};
+inline constexpr NoticeKind MacroName = {"QuestionDialogA", Section::macro, "DialogInputMacroName", "", NoticeButtons::Question};
 // clang-format on
 
 } // namespace notice

@@ -19,7 +19,7 @@ constexpr QRect FieldPlace{52, 76, 256, 36};
 
 } // namespace
 
-QuestionDialog::QuestionDialog(Mode asked) : NoticeDialog(notice::MacroName), mode_(asked)
+QuestionDialog::QuestionDialog() : NoticeDialog(notice::MacroName)
 {
     // The field takes the place of the picture.
     findChild<QWidget *>(QStringLiteral("label_2"))->hide();
@@ -34,11 +34,6 @@ QuestionDialog::QuestionDialog(Mode asked) : NoticeDialog(notice::MacroName), mo
     connect(lineEdit_, &QLineEdit::textEdited, this, &QuestionDialog::on_lineEdit_textEdited);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     lineEdit_->setAccessibleName(accessibleName());
-}
-
-const char *QuestionDialog::textKey() const
-{
-    return mode_ == Mode::Create ? "DialogSelectMacroFirst" : "DialogInputMacroName";
 }
 
 void QuestionDialog::on_lineEdit_textEdited(const QString &arg1)

@@ -13,8 +13,7 @@ class QuestionDialog : public NoticeDialog
     Q_OBJECT
 
 public:
-    enum class Mode : uint8_t { Create, Rename };
-    explicit QuestionDialog(Mode mode);
+    QuestionDialog();
 
     // Empty unless OK ended the dialog.
     QString name() const { return accepted_; }
@@ -26,11 +25,7 @@ public slots:
     void on_Cancel_clicked() override { WindowClosedLan(); }
     void on_CloseButton_clicked() override { WindowClosedLan(); }
 
-protected:
-    const char *textKey() const override;
-
 private:
-    Mode mode_;
     QLineEdit *lineEdit_;
     QString accepted_;
 };

@@ -71,7 +71,7 @@ const std::pair<const char *, Maker> Notices[] = {
     {"UpDateWarning", updateWarning},
     {"RePair", maker<RePair>()},
     {"UpDataParam", maker<UpDataParam>()},
-    {"QuestionDialog", [] { return std::make_unique<QuestionDialog>(QuestionDialog::Mode::Rename); }},
+    {"QuestionDialog", [] { return std::make_unique<QuestionDialog>(); }},
     {"GroupKey", withKeys<GroupKey>({0x09, 0x70})},
     {"FireKey", maker<FireKey>()},
     {"addKey", withKeys<addKey>({0xA3})},

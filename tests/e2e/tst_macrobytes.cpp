@@ -7,9 +7,12 @@
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
+#include "presentation/QuestionDialog.h"
 #include "tests/e2e/Program.h"
 #include "tests/support/TestMain.h"
 
+#include <QLineEdit>
+#include <QListWidget>
 #include <QToolButton>
 
 using namespace macro;
@@ -158,6 +161,71 @@ private slots:
         });
         program.expect("record and flash agree", [&] { return program.agrees("m2"); });
         QCOMPARE(program.script.run(), QString());
+    }
+
+    // A save reaches the mouse, whatever the user does while its rows wait.
+    void aSaveReachesTheMouse_data()
+    {
+        QTest::addColumn<QString>("then");
+        for (const char *then :
+             {"the page is left", "the window is closed", "it is renamed", "the mouse sleeps"})
+            QTest::newRow(then) << then;
+    }
+    void aSaveReachesTheMouse()
+    {
+        QFETCH(QString, then);
+        Program program;
+        const QString name = then == "it is renamed" ? QStringLiteral("Tap") : QStringLiteral("Burst");
+        const MacroRows rows = presses(3) + MacroRows{delayRow(10), keyRow("Left button", true), delayRow(10),
+                                                      keyRow("Left button", false)};
+        const auto plays = [&] {
+            const FlashDataMap held = program.bus.flash("m2");
+            return held.KeyBindings[1].Second == 253 && blockName(held.MacroBlocks[1]) == name &&
+                   sameEvents(held.MacroBlocks[1], savedBlock(name, rows));
+        };
+        program.open(QStringLiteral("r2"));
+        program.script.step("bound", always, [&] {
+            saveMacro("Burst", 254, presses(3));
+            bind(program, "RightKey", "Burst");
+        });
+        program.expect("in flash", [&] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
+        program.click("MacroButton");
+        program.script.step("edited", always, [&] {
+            auto *const page = program.window->findChild<QWidget *>(QStringLiteral("Macro"));
+            page->findChild<QListWidget *>(QStringLiteral("listWidgetHong"))->setCurrentRow(0);
+            QMetaObject::invokeMethod(page, "on_ChooseEvent_activated", Q_ARG(int, 4));
+        });
+        program.click("ReUntil");
+        if (then == "the mouse sleeps")
+            program.order("radio m2 off");
+        program.click("Save");
+        if (then == "the mouse sleeps") {
+            program.script.step("the notice", isShown<MouseOffLine>, [] { answer<MouseOffLine>("OK"); });
+            program.order("radio m2 on");
+            program.waitForLoad();
+        } else if (then == "it is renamed") {
+            program.script.step("a new name", always, [&] {
+                auto *const page = program.window->findChild<QWidget *>(QStringLiteral("listWidgetHong"));
+                QTest::keyClick(page, Qt::Key_F2);
+            });
+            program.script.step("name", isShown<QuestionDialog>, [] {
+                auto *const dialog = windows::shown<QuestionDialog>();
+                dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit"))->setText(QStringLiteral("Tap"));
+                dialog->on_OK_clicked();
+            });
+        } else if (then == "the page is left") {
+            program.click("UpArrow");
+            program.open(QStringLiteral("r2"));
+        } else {
+            program.click("CloseButton");
+        }
+        program.expect("in flash", plays);
+        program.expect("in the folder", [&] {
+            const std::optional<MacroText> file = loadMacro(name);
+            return file && file->rows == rows && file->cycle == 253;
+        });
+        QCOMPARE(program.script.run(), QString());
+        QCOMPARE(QDir(keptFolder()).entryList(QDir::Files), QStringList());
     }
 
     void aLostMouseHasNoBindingWithoutItsMacro_data()

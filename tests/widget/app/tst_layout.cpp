@@ -537,7 +537,7 @@ private slots:
         shown(DeleteConfirm());
         shown(LessThree());
         shown(RePair());
-        shown(QuestionDialog(QuestionDialog::Mode::Create));
+        shown(QuestionDialog());
         UpDateWarning warning;
         warning.setText(language::text(language::Section::home, "WiredMode", 0));
         shown(std::move(warning));

@@ -81,7 +81,7 @@ std::vector<std::unique_ptr<NoticeDialog>> everyNotice()
     all.push_back(std::make_unique<MouseOffLine>());
     all.push_back(std::make_unique<QuestiondialogB>());
     all.push_back(std::make_unique<ContainReset>());
-    all.push_back(std::make_unique<QuestionDialog>(QuestionDialog::Mode::Create));
+    all.push_back(std::make_unique<QuestionDialog>());
     all.push_back(std::make_unique<UpDataParam>());
     all.push_back(std::make_unique<ExeIsRun>());
     return all;

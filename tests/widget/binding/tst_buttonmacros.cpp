@@ -272,6 +272,57 @@ private slots:
         QVERIFY(isWanted());
     }
 
+    // Its buttons would have another name, by which nothing finds them.
+    void aNameThatAMouseCannotHoldIsNotBound()
+    {
+        const QByteArray wide(31, 'w');
+        QVERIFY(writeMacroFile(wide, "1\n0x04 1 0\n"));
+        saveMacro("Burst", 1, presses(3));
+        page().click("RightKey");
+        page().click("DPI_10");
+        QVERIFY(!page().macro(wide)->isEnabled());
+        QVERIFY(!page().form.BuildMacroBlock(wide));
+        page().macro(wide)->setEnabled(true);
+        page().macro(wide)->click();
+        QVERIFY(isWanted());
+        QVERIFY(page().form.BuildMacroBlock("Burst"));
+        bind(1, "Burst");
+        expectMacro(1, "Burst", 1, presses(3));
+        QVERIFY(isWanted());
+    }
+
+    void aLongMacroAndASilentMouseGiveOneNotice()
+    {
+        saveMacro("Long", 1, presses(200));
+        page().click("RightKey");
+        page().click("DPI_10");
+        FakeHidUsb::instance().setOnline("dev", false);
+        QSignalSpy offLine(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        const notice::NextAnswer<KeyNumberLimit> told(true);
+        page().macro("Long")->click();
+        QVERIFY(!told.isTaken());
+        QCOMPARE(offLine.count(), 1);
+    }
+
+    void fewMacrosAreMadeUpToSeven()
+    {
+        const auto fillers = [&] {
+            int count = 0;
+            for (const auto *each : page().form.findChild<QWidget *>("page_5")->findChildren<QToolButton *>())
+                count += !qobject_cast<const ActionButton *>(each) && !each->isEnabled() &&
+                         each->text().isEmpty() && each->height() == 23;
+            return count;
+        };
+        emit PostMsg::instance()->SigAddMacroButton();
+        QCOMPARE(fillers(), 0);
+        for (int count = 1; count <= 9; ++count) {
+            createMacro(QString("macro %1").arg(count));
+            emit PostMsg::instance()->SigAddMacroButton();
+            QCOMPARE(page().macros().size(), count);
+            QCOMPARE(fillers(), qMax(0, 7 - count));
+        }
+    }
+
     void moreThanSeventyEventsAreSaidOnce()
     {
         saveMacro("Long", 1, presses(200));
@@ -327,6 +378,105 @@ private slots:
         for (int button = 2; button < 12; ++button)
             expectMacro(button, "Burst", 254, presses(11));
         QVERIFY(isWanted());
+    }
+
+    void aNewNameWithinTheWaitIsSent()
+    {
+        bindAll("Burst");
+        QTimer::singleShot(0, &macroPage, [] {
+            QVERIFY(renameMacro("Burst", "Tap"));
+            emit PostMsg::instance()->SigMacroRename("Burst", "Tap");
+        });
+        saveMacro("Burst", 254, presses(5));
+        emit PostMsg::instance()->SigUpDataMacro("Burst", 0);
+        for (int button = 2; button < 12; ++button)
+            expectMacro(button, "Tap", 254, presses(5));
+        QVERIFY(isWanted());
+    }
+
+    // The waits are nested, but no macro waits for the one that was saved after it.
+    void eachSaveIsSentWhenItsOwnWaitEnds()
+    {
+        for (const char *name : {"One", "Two"})
+            saveMacro(name, 1, presses(3));
+        expectMacro(2, "Two", 1, presses(3));
+        expectMacro(3, "One", 1, presses(3));
+        page().show(wanted);
+        QStringList order;
+        QObject::connect(PostMsg::instance(), &PostMsg::SigMacroDownLoadData, &macroPage,
+                         [&](const QString &name) { order << name; });
+        QTimer::singleShot(0, &macroPage, [] { emit PostMsg::instance()->SigUpDataMacro("Two", 0); });
+        emit PostMsg::instance()->SigUpDataMacro("One", 0);
+        QCOMPARE(order, QStringList({"One", "Two"}));
+    }
+
+    void leavingSendsWhatWaits_data()
+    {
+        QTest::addColumn<bool>("answers");
+        QTest::newRow("at once") << true;
+        QTest::newRow("not to a mouse that sleeps, without a notice") << false;
+    }
+    void leavingSendsWhatWaits()
+    {
+        QFETCH(bool, answers);
+        bindAll("Burst");
+        QSignalSpy offLine(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        saveMacro("Burst", 17, presses(5));
+        for (int button = 2; button < 12 && answers; ++button)
+            expectMacro(button, "Burst", 17, presses(5));
+        bool wasSent = false;
+        QTimer::singleShot(0, &macroPage, [&] {
+            FakeHidUsb::instance().setOnline("dev", answers);
+            emit PostMsg::instance()->SigMainPageChange();
+            wasSent = isWanted();
+        });
+        emit PostMsg::instance()->SigUpDataMacro("Burst", 0);
+        QVERIFY(wasSent);
+        const std::size_t sent = updates();
+        QCOMPARE(sent > 0, answers);
+        QCOMPARE(offLine.count(), 0);
+        if (!answers)
+            return;
+        emit PostMsg::instance()->SigUpDataMacro("Burst", 1); // the mode that is there already
+        QCOMPARE(updates(), sent);
+    }
+
+    // Rows of buttons that this mouse lacks keep the captions of the one before.
+    void aButtonThatTheModelLacksIsNotWritten_data()
+    {
+        QTest::addColumn<QString>("what");
+        for (const char *what : {"save", "cycle", "rename", "delete"})
+            QTest::newRow(what) << what;
+    }
+    void aButtonThatTheModelLacksIsNotWritten()
+    {
+        QFETCH(QString, what);
+        bindAll("Burst");
+        FakeHidUsb::instance().addDevice(fixture::device("six", 7, Receiver8K));
+        fixture::select(fixture::info("six", Receiver8K, 1));
+        wanted = ButtonPage::plainRecord();
+        expectMacro(5, "Burst", 254, presses(3));
+        page().show(wanted);
+        const FlashDataMap before = wanted;
+        QCOMPARE(caption(11), QString("Macro: Burst"));
+        PostMsg *const hub = PostMsg::instance();
+        saveMacro("Burst", 17, presses(5));
+        if (what == "save")
+            emit hub->SigUpDataMacro("Burst", 0);
+        else if (what == "cycle")
+            emit hub->SigUpDataMacro("Burst", 1);
+        else if (what == "rename")
+            emit hub->SigMacroRename("Burst", "Tap");
+        else
+            emit hub->SigDeleteMacroButton("Macro: Burst");
+        const FlashDataMap after = DeviceRecord::copy();
+        QVERIFY(bytesOf(after) != bytesOf(before)); // of button 5
+        for (int button = 6; button < 12; ++button) {
+            QVERIFY(std::memcmp(&after.MacroBlocks[button], &before.MacroBlocks[button],
+                                sizeof(MacroBlock)) == 0);
+            QVERIFY(std::memcmp(&after.KeyBindings[button], &before.KeyBindings[button],
+                                sizeof(KeyBinding)) == 0);
+        }
     }
 
     void aCycleModeIsTheBindingsThirdByte()
@@ -509,6 +659,30 @@ private slots:
         QCOMPARE(fileOf("Burst"), macroText(254, presses(3)));
     }
 
+    // What the mouse missed is sent to it when it is read, to each button that plays the macro.
+    void aReadSendsWhatTheMouseMissed()
+    {
+        bindAll("Burst");
+        saveMacro("Burst", 17, presses(7));
+        setMissed("Burst", true);
+        MouseOnline = false; // its cached image is shown
+        page().show(wanted);
+        QVERIFY(isWanted());
+        MouseOnline = true;
+        page().show(wanted);
+        for (int button = 2; button < 12; ++button)
+            expectMacro(button, "Burst", 17, presses(7));
+        QVERIFY(isWanted());
+        QCOMPARE(bytesOf(FakeHidUsb::instance().updates().back()), bytesOf(wanted));
+        QCOMPARE(fileOf("Burst"), macroText(17, presses(7)));
+        QCOMPARE(kept(), QStringList());
+        for (int button = 2; button < 12; ++button)
+            expectMacro(button, "Burst", 254, presses(3)); // by another computer
+        page().show(wanted);
+        QVERIFY(isWanted());
+        QCOMPARE(fileOf("Burst"), macroText(254, presses(3)));
+    }
+
     void twoBlocksOfOneNameAreBothThere()
     {
         expectMacro(2, "Burst", 254, presses(3));
@@ -516,7 +690,16 @@ private slots:
         for (int read = 0; read < 5; ++read)
             page().show(wanted);
         QCOMPARE(fileOf("Burst"), macroText(1, presses(5))); // button 4 is walked before 3
-        QCOMPARE(kept().size(), 2);
+        // The file was written once; what the other button plays is kept beside it.
+        QCOMPARE(kept(), QStringList("000001 Burst.ini"));
+        QFile keptFile(keptFolder() + "/000001 Burst.ini");
+        QVERIFY(keptFile.open(QIODevice::ReadOnly));
+        QCOMPARE(keptFile.readAll(), macroText(254, presses(3)));
+        QFileInfo written(macroPath("Burst"));
+        const QDateTime before = written.lastModified();
+        page().show(wanted);
+        written.refresh();
+        QCOMPARE(written.lastModified(), before);
         QVERIFY(isWanted());
     }
 

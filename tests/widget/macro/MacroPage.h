@@ -45,8 +45,10 @@ public:
     }
     ~MacroPage()
     {
-        for (const QString &name : names())
+        for (const QString &name : names()) {
             macro::release(name);
+            macro::setMissed(name, false);
+        }
     }
 
     template <typename Widget> Widget *find(const char *name) const

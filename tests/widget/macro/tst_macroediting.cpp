@@ -286,6 +286,18 @@ private slots:
         QTRY_COMPARE(page().rows(), TwoRows + " 10ms +Left button 10ms -Left button");
     }
 
+    void otherKeysChooseNothing()
+    {
+        auto *box = page().find<QComboBox>("ChooseEvent");
+        box->setFocus();
+        for (const Qt::Key key : {Qt::Key_L, Qt::Key_End, Qt::Key_Home})
+            QTest::keyClick(box, key);
+        QCOMPARE(page().rows(), TwoRows);
+        QTest::keyClick(box, Qt::Key_Space);
+        QTRY_VERIFY(box->view()->isVisible());
+        box->hidePopup();
+    }
+
     void everyControlIsReachedByTab()
     {
         QSet<QString> reached;
@@ -386,6 +398,30 @@ private slots:
         MacroHome::write(macro::macroPath("Beta"), "1\n0x01 4 0\n");
         page().choose("Beta");
         QCOMPARE(page().rows(), QString("+Linke"));
+    }
+
+    // A row is saved by its name, so the names of rows and drafts follow the language.
+    void aChangeOfTheLanguageKeepsTheEvents()
+    {
+        const QByteArray text = "1\n0x01 4 0\n10ms\n0x10 4 1\n";
+        MacroHome::write(macro::macroPath("Beta"), text);
+        page().page->hide();
+        page().page->show();
+        for (const char *name : {"Beta", "Alpha"}) {
+            page().choose(name);
+            page().page->InsertClickRows("Right button");
+        }
+        page().choose("Beta");
+        const fixture::OtherLanguage other(R"({"mouse": {"macro": {"InsertEventOptions": [
+            {"command": 2, "option": "Linke"}, {"command": 3, "option": "Rechte"}]}}})");
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(page().rows(), QString("+Linke 10ms -前进键 10ms +Rechte 10ms -Rechte"));
+        for (const char *name : {"Beta", "Alpha"}) {
+            page().choose(name);
+            page().button("Save")->click();
+            QVERIFY(page().file(name).endsWith("10ms\n0x02 4 0\n10ms\n0x02 4 1\n"));
+        }
+        QVERIFY(page().file("Beta").startsWith(text));
     }
     void cleanupTestCase() { emit PostMsg::instance()->SigAllLanguage(0); }
 };

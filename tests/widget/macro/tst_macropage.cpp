@@ -3,6 +3,9 @@
 //
 // The page's macros: what the list shows of the folder, and new, rename, delete, save, drafts, export and
 // import with their notices, files and signals.
+#include "device/DeviceRecord.h"
+#include "device/DeviceState.h"
+#include "device/WriteFamily.h"
 #include "macro/store/ExportedMacro.h"
 #include "macro/store/MacroBlockCodec.h"
 #include "presentation/Notices.h"
@@ -217,6 +220,82 @@ private slots:
         QCOMPARE(page.names(), QStringList({"Alpha", "alpha"}));
     }
 
+    // The name is in the folder, although the list does not show it yet.
+    void aNewMacroOfAFileThatCameMeanwhile_data()
+    {
+        QTest::addColumn<bool>("rename");
+        QTest::newRow("new") << false;
+        QTest::newRow("rename") << true;
+    }
+    void aNewMacroOfAFileThatCameMeanwhile()
+    {
+        QFETCH(bool, rename);
+        const MacroPage page({{"Alpha", Hold}});
+        page.choose("Alpha");
+        MacroHome::write(macro::macroPath("Ghost"), Tap);
+        notice::NextAnswer<SameMacro> told(true);
+        page.answerName("Ghost");
+        rename ? page.page->RenameMacro() : page.page->CreateMewMacro();
+        QVERIFY(told.isTaken());
+        QCOMPARE(page.names(), QStringList({"Alpha", "Ghost"}));
+        QCOMPARE(page.selected(), QString("Alpha"));
+        page.choose("Ghost");
+        QCOMPARE(page.rows(), TapRows);
+        QCOMPARE(page.file("Ghost"), Tap);
+    }
+
+    void aFileThatCannotBeShown_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("too many bytes") << "1\n" + QByteArray(1024 * 1024, 'x');
+        QTest::newRow("too many rows") << "1\n" + QByteArray("0x04 1 0\n1ms\n").repeated(5001);
+    }
+    void aFileThatCannotBeShown()
+    {
+        QFETCH(QByteArray, content);
+        const MacroPage page({{"Alpha", Tap}, {"Huge", content}});
+        page.choose("Huge");
+        const QString hint = page.find<QLabel>("noEvents")->text();
+        QVERIFY(page.rows().isEmpty() && hint.contains("cannot be shown"));
+        const auto refuses = [&](const std::function<void()> &change) {
+            notice::NextAnswer<ExeIsRun> told(true);
+            change();
+            return told.isTaken() && !MacroRecording && !page.saves() && page.rows().isEmpty();
+        };
+        QVERIFY(refuses([&] { page.page->on_StartRecord_clicked(); }));
+        QVERIFY(refuses([&] { page.page->on_ChooseEvent_activated(4); }));
+        QVERIFY(refuses([&] { page.page->on_DeleteKey_clicked(); }));
+        QVERIFY(refuses([&] { page.page->on_Save_clicked(); }));
+        QVERIFY(refuses([&] { page.page->ExPortMacro(); }));
+        QVERIFY(page.file("Huge") == content);
+        page.choose("Alpha");
+        page.page->on_ChooseEvent_activated(4);
+        QVERIFY(page.saves());
+    }
+
+    // The label lies over the list, and a right click on it is one on the list's empty area.
+    void theHintsLetTheMouseThrough()
+    {
+        const MacroPage page;
+        for (const char *name : {"noMacros", "noEvents"}) {
+            const auto *label = page.find<QLabel>(name);
+            const QPoint middle = label->mapTo(page.page.get(), label->rect().center());
+            const QWidget *under = page.page->childAt(middle);
+            QVERIFY(under && under != label);
+            QVERIFY(under == page.macros()->viewport() || under == page.events()->viewport());
+        }
+    }
+
+    void anotherMacroIsShownFromItsTop()
+    {
+        const QByteArray rows = QByteArray("0x04 1 0\n1ms\n").repeated(200);
+        const MacroPage page({{"Alpha", "1\n" + rows}, {"Beta", "2\n0x05 1 0\n1ms\n" + rows}});
+        page.choose("Alpha");
+        page.events()->scrollToBottom();
+        page.choose("Beta");
+        QVERIFY(page.events()->visualItemRect(page.events()->item(0)).top() >= 0);
+    }
+
     void aNewMacroWithoutAName()
     {
         const MacroPage page;
@@ -327,6 +406,115 @@ private slots:
         QCOMPARE(log.size(), 1);
     }
 
+    // While the rows of a save wait, and while its notice is open.
+    void aRenameWithinASaveKeepsItsHold()
+    {
+        const MacroPage page({{"Alpha", Tap}});
+        QStringList log;
+        page.choose("Alpha");
+        page.page->InsertKeyRow("C", true);
+        page.radio("ReUntilClick")->click();
+        bool held = false;
+        connect(PostMsg::instance(), &PostMsg::SigUpDataMacro, page.page.get(),
+                [&](const QString &, int what) {
+                    if (what != 0)
+                        return;
+                    page.answerName("Gamma");
+                    page.page->RenameMacro();
+                    held = macro::isHeld("Gamma") && !macro::isHeld("Alpha");
+                });
+        listen(log, page.page.get());
+        page.button("Save")->click();
+        QVERIFY(held);
+        QCOMPARE(log, QStringList({"rename Alpha Gamma", "update Alpha 0", "update Gamma 1"}));
+        QVERIFY(!macro::isHeld("Gamma") && !macro::isHeld("Alpha"));
+    }
+
+    void aDiscardWithinASaveKeepsItsHold()
+    {
+        const MacroPage page({{"Alpha", Tap}});
+        page.choose("Alpha");
+        page.page->InsertKeyRow("C", true);
+        bool held = false;
+        connect(PostMsg::instance(), &PostMsg::SigUpDataMacro, page.page.get(), [&] {
+            page.page->InsertKeyRow("D", true);
+            page.page->on_Discard_clicked();
+            held = macro::isHeld("Alpha");
+        });
+        page.button("Save")->click();
+        QVERIFY(held);
+        QVERIFY(!macro::isHeld("Alpha"));
+    }
+
+    void aDeleteWithinASaveTellsNoMore()
+    {
+        const MacroPage page({{"Alpha", Tap}});
+        QStringList log;
+        page.choose("Alpha");
+        page.page->InsertKeyRow("C", true);
+        page.radio("ReUntilClick")->click();
+        notice::NextAnswer<DeleteConfirm> yes(true);
+        connect(PostMsg::instance(), &PostMsg::SigUpDataMacro, page.page.get(),
+                [&] { page.page->DeleteMacro(); });
+        listen(log, page.page.get());
+        page.button("Save")->click();
+        QVERIFY(yes.isTaken());
+        QCOMPARE(log, QStringList({"delete Macro: Alpha", "update Alpha 0"}));
+        QCOMPARE(page.names(), QStringList());
+    }
+
+    // What a save did not bring to the mouse goes there when it is read, and the file stays.
+    void aReadAfterAMissedSave_data()
+    {
+        QTest::addColumn<bool>("rows");
+        QTest::addColumn<bool>("renamed");
+        QTest::newRow("rows") << true << false;
+        QTest::newRow("rows, then renamed") << true << true;
+        QTest::newRow("mode") << false << false;
+    }
+    void aReadAfterAMissedSave()
+    {
+        QFETCH(bool, rows);
+        QFETCH(bool, renamed);
+        const MacroPage page({{"Alpha", Tap}});
+        fixture::beginWithDevice();
+        MouseOnline = true;
+        FlashDataMap record{};
+        record.KeyBindings[3] = {6, 3, 1};
+        record.MacroBlocks[3] = macro::savedBlock("Alpha", macro::loadMacro("Alpha")->rows);
+        DeviceRecord::edit([&](FlashDataMap &map) { map = record; });
+        PostMsg *const hub = PostMsg::instance();
+        connect(hub, &PostMsg::SigUpDataMacro, page.page.get(), [hub](const QString &name, int what) {
+            if (what == 0)
+                emit hub->SigMacroDownLoadData(name, 3);
+            else
+                SetMacroBinding(3, {6, 3, 17}, {});
+        });
+        page.choose("Alpha");
+        FakeHidUsb::instance().setOnline("dev", false);
+        if (rows)
+            page.page->InsertKeyRow("C", true);
+        page.number()->setValue(rows ? 1 : 17);
+        page.button("Save")->click();
+        FakeHidUsb::instance().setOnline("dev", true);
+        QString name = "Alpha";
+        if (renamed) {
+            name = "Gamma";
+            page.answerName(name);
+            page.page->RenameMacro();
+            macro::renameBlock(&record.MacroBlocks[3], name);
+        }
+        const QByteArray saved = page.file(name);
+        emit hub->SigButtonToMacro(record, 3);
+        QCOMPARE(page.file(name), saved);
+        const FlashDataMap sent = FakeHidUsb::instance().updates().back();
+        const macro::MacroText file = *macro::loadMacro(name);
+        QVERIFY(macro::sameEvents(sent.MacroBlocks[3], macro::savedBlock(name, file.rows)));
+        QCOMPARE(int(sent.KeyBindings[3].Second), rows ? 1 : 17);
+        emit hub->SigButtonToMacro(record, 3); // changed by another computer
+        QCOMPARE(page.file(name), Tap);
+    }
+
     // ---- Delete
 
     void aDelete()
@@ -374,6 +562,28 @@ private slots:
         page.answerName("Alpha");
         page.button("NewHong")->click();
         QCOMPARE(page.rows(), QString());
+    }
+
+    // A read while the mouse's buttons are set back deselects the macro, which keeps its rows as a draft.
+    void aDeleteDropsTheDraftOfARead()
+    {
+        const MacroPage page({{"Alpha", Tap}, {"Beta", Tap}});
+        page.choose("Alpha");
+        page.page->InsertKeyRow("C", true);
+        FlashDataMap record{};
+        record.KeyBindings[3] = {6, 3, 253};
+        record.MacroBlocks[3] = macro::boundBlock("Fresh", {macro::keyRow("A", true)});
+        connect(PostMsg::instance(), &PostMsg::SigDeleteMacroButton, page.page.get(),
+                [&] { emit PostMsg::instance()->SigButtonToMacro(record, 3); });
+        notice::NextAnswer<DeleteConfirm> yes(true);
+        page.page->DeleteMacro();
+        QCOMPARE(page.names(), QStringList({"Fresh", "Beta"}));
+        page.answerName("Alpha");
+        page.page->CreateMewMacro();
+        page.choose("Beta");
+        page.choose("Alpha");
+        QCOMPARE(page.rows(), QString());
+        QVERIFY(!page.saves());
     }
 
     // ---- Save

@@ -285,6 +285,25 @@ private slots:
         QCOMPARE(disabled(), QStringList());
         QCOMPARE(locks.size(), 2);
         QVERIFY(page().saves());
+        QVERIFY(page().events()->hasFocus()); // and nothing that a key would change
+    }
+
+    void aNewMacroBehindTheLastPlaceIsNotTheRecordedOne()
+    {
+        start();
+        fixture::whenModal<KeyNumberLimit>([](KeyNumberLimit *dialog) { dialog->close(); });
+        for (int i = 0; i < 35; ++i)
+            page().record(A);
+        QTRY_VERIFY(page().button("StopRecord")->hasFocus());
+        page().answerName("Fresh");
+        page().button("NewHong")->click();
+        page().button("StopRecord")->click();
+        QCOMPARE(page().selected(), QString("Fresh"));
+        QVERIFY(!macro::isHeld("Fresh") && page().button("Discard")->isHidden());
+        QVERIFY(macro::isHeld("Alpha"));
+        page().choose("Alpha");
+        QCOMPARE(page().events()->count(), 139);
+        QVERIFY(page().saves());
     }
 
     // ---- Keys do nothing else
@@ -350,6 +369,28 @@ private slots:
         page().button("Save")->click();
         QVERIFY(closed);
         QVERIFY(MacroRecording);
+    }
+
+    // The Enter that closes a notice is no event of the macro, and a release is none without its press.
+    void keysOfANoticeAreNotRecorded()
+    {
+        start();
+        page().record(B);
+        const QString before = page().rows();
+        bool sent = false;
+        fixture::whenModal<ExeIsRun>([&](ExeIsRun *dialog) {
+            for (const auto type : {QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease}) {
+                QKeyEvent event(type, Qt::Key_A, {}, quint32(A + 8), 0, 0, "a");
+                QCoreApplication::sendEvent(dialog->windowHandle(), &event);
+            }
+            sent = true;
+            dialog->close();
+        });
+        page().page->RenameMacro();
+        QVERIFY(sent);
+        QCOMPARE(page().rows(), before);
+        page().record(B);
+        QVERIFY(page().rows().startsWith(before + ' ') && page().rows().endsWith("-B"));
     }
 
     // ---- Losses

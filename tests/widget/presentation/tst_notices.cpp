@@ -36,11 +36,6 @@ template <typename Notice> Maker maker()
     return [] { return std::make_unique<Notice>(); };
 }
 
-Maker nameAsker(QuestionDialog::Mode mode)
-{
-    return [mode] { return std::make_unique<QuestionDialog>(mode); };
-}
-
 std::vector<Row> rows()
 {
     using language::Section;
@@ -61,10 +56,8 @@ std::vector<Row> rows()
          "xn.."},
         {"LessThree", maker<LessThree>(), Section::key, "DialogDebounceTips", "LessThreeA", "xn.."},
         {"RePair", maker<RePair>(), Section::home, "Repair", "RePairA", "x.oc"},
-        {"QuestionDialog create", nameAsker(QuestionDialog::Mode::Create), Section::macro,
-         "DialogSelectMacroFirst", "QuestionDialogA", "x.oc"},
-        {"QuestionDialog rename", nameAsker(QuestionDialog::Mode::Rename), Section::macro,
-         "DialogInputMacroName", "QuestionDialogA", "x.oc"},
+        {"QuestionDialog", maker<QuestionDialog>(), Section::macro, "DialogInputMacroName", "QuestionDialogA",
+         "x.oc"},
         {"ExeIsRun", maker<ExeIsRun>(), Section::home, "OnRun", "ExeIsRunA", "xn.."},
         {"UpDataParam", maker<UpDataParam>(), Section::infoTips, "DialogUpdating", "UpDataParamA", "...."},
     };
@@ -395,7 +388,7 @@ private slots:
     void aNameIsTakenByOkAlone()
     {
         QFETCH(QString, button);
-        QuestionDialog question(QuestionDialog::Mode::Create);
+        QuestionDialog question;
         question.show();
         QTest::keyClicks(question.findChild<QLineEdit *>("lineEdit"), "Jump");
         QTest::mouseClick(question.findChild<QToolButton *>(button), Qt::LeftButton);
@@ -405,7 +398,7 @@ private slots:
 
     void enterInTheFieldTakesTheName()
     {
-        QuestionDialog question(QuestionDialog::Mode::Rename);
+        QuestionDialog question;
         question.show();
         QTest::keyClicks(question.findChild<QLineEdit *>("lineEdit"), "a b ");
         QTest::keyClick(question.findChild<QLineEdit *>("lineEdit"), Qt::Key_Return);
