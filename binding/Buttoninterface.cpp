@@ -543,8 +543,13 @@ void Buttoninterface::sendRows(const QEventLoop *waiter)
         return;
     const WaitingMacro macro = *found;
     waiting_.erase(found);
+    bool lost = false;
+    const QMetaObject::Connection watch =
+        connect(PostMsg::instance(), &PostMsg::SigMouseOffLineo, this, [&lost] { lost = true; });
     for (const int button : buttonsWithCaption(macroCaption(macro.name, LanguageIndex)))
-        emit PostMsg::instance()->SigMacroDownLoadData(macro.name, button);
+        if (!lost) // the others would only repeat the notice
+            emit PostMsg::instance()->SigMacroDownLoadData(macro.name, button);
+    disconnect(watch);
     macro.waiter->quit();
 }
 
@@ -565,7 +570,7 @@ void Buttoninterface::writeCycle(const QString &name)
     for (const int button : buttonsWithCaption(macroCaption(name, LanguageIndex)))
         if (DeviceRecord::copy().KeyBindings[button].Second != cycle &&
             !bindings_.writeMacroCycle(button, cycle))
-            return; // the others would only repeat the notice
+            return;
 }
 
 void Buttoninterface::SlotMacroRename(QString Rename, QString Name)

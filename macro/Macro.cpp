@@ -541,9 +541,10 @@ void Macro::showState()
     const QString count = form("EventCount", "%1/%2").arg(summary.events).arg(MacroEventCount);
     ui->eventCount->setText(
         shown_.isEmpty() ? QString() : count + QStringLiteral(" · ") + duration(summary.milliseconds));
-    ui->eventCount->setStyleSheet(style::label(summary.events > MacroEventCount
-                                                   ? QString::fromLatin1(WarningColor)
-                                                   : style::color("LinEditColorSecond")));
+    const QString sheet = style::label(summary.events > MacroEventCount ? QString::fromLatin1(WarningColor)
+                                                                        : style::color("LinEditColorSecond"));
+    if (ui->eventCount->styleSheet() != sheet)
+        ui->eventCount->setStyleSheet(sheet);
     ui->noMacros->setVisible(ui->listWidgetHong->count() == 0);
     ui->noMacros->setText(text("NoMacros"));
     ui->noEvents->setVisible(events_.isEmpty());

@@ -4,6 +4,7 @@
 
 #include "environment/MacroName.h"
 #include "environment/SafeFile.h"
+#include "keys/KeyVocabulary.h"
 #include "macro/store/MacroFile.h"
 
 #include <QDataStream>
@@ -175,9 +176,18 @@ bool isReadAgain(const MacroRow &row)
     return !row.isDelay() || (file && file->rows == MacroRows{row});
 }
 
+// A mouse button of a program without a language has its built-in name.
+QString keyNameHere(const QString &name)
+{
+    for (std::size_t i = 0; i < MouseButtonCount; ++i)
+        if (name == QString::fromUtf8(MouseButtonTable[i].text) && KeyNameToCodeText(name).isEmpty())
+            return MouseButtonNames()[i];
+    return name;
+}
+
 MacroRow takeRow(Reader &reader)
 {
-    MacroRow row{reader.text(TextLimit), 0};
+    MacroRow row{keyNameHere(reader.text(TextLimit)), 0};
     skipIcon(reader);
     if (!row.isDelay())
         row.type = reader.text(1) == PressField ? 0 : ReleaseItemType;

@@ -564,7 +564,7 @@ private slots:
     void offLineThereIsOneNotice_data()
     {
         QTest::addColumn<QString>("what");
-        for (const char *what : {"save", "cycle", "rename", "delete"})
+        for (const char *what : {"save", "save to a silent mouse", "cycle", "rename", "delete"})
             QTest::newRow(what) << what;
     }
     void offLineThereIsOneNotice()
@@ -580,8 +580,9 @@ private slots:
             emit hub->SigMacroRename("Burst", "Tap");
         else if (what == "delete")
             emit hub->SigDeleteMacroButton("Macro: Burst");
-        else
-            MouseOnline = false, emit hub->SigUpDataMacro("Burst", 0);
+        MouseOnline = what != "save";
+        if (what.startsWith("save"))
+            emit hub->SigUpDataMacro("Burst", 0);
         QCOMPARE(offLine.count(), what == "save" ? 0 : 1);
         QVERIFY(isWanted());
         QCOMPARE(caption(2), what == "rename" ? QString("Macro: Tap") : QString("Macro: Burst"));
