@@ -19,6 +19,8 @@
 #include "tour/Windows.h"
 
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 namespace
 {
@@ -232,6 +234,17 @@ QString Gallery::run()
         shootDevicePage(scene, QStringLiteral("SensorButton"));
     for (const Scene &scene : {Scene{"advanced", "r1"}, {"advanced-wired", "wired"}})
         shootDevicePage(scene, QStringLiteral("Advanced"));
+    shootDevicePage({"settings-wired", "wired"}, QStringLiteral("FormSetting"));
+    shootDevicePage({"settings", "r1"}, QStringLiteral("FormSetting"), [this] {
+        script_.step(
+            "the page's end", [] { return true; },
+            [] {
+                QScrollBar *bar =
+                    windows::visible<QScrollArea>(QStringLiteral("scrollArea"))->verticalScrollBar();
+                bar->setValue(bar->maximum());
+            });
+        shoot("settings-about");
+    });
     for (const Scene &scene : {Scene{"binding-6", "r1"}, {"binding-8", "r3"}, {"binding-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("ButtonMain"));
     // The model with the most buttons shows every dialog of the binding page.
