@@ -246,7 +246,7 @@ void LampLight::arrange()
     place(mouseCard_, nullptr, true);
     place(receiverCard_, receiver_, receiverShown_);
     place(lampsCard_, lamps_, receiverShown_);
-    place(schemeCard_, scheme_, schemeShown_ && receiverShown_);
+    place(schemeCard_, scheme_, schemeShown_ && !wired);
     contents_->resize(width(), qMax(top, height()));
 }
 
@@ -266,8 +266,11 @@ void LampLight::SlotAllLanguage(int index)
     effect_->SlotAllLanguage(index);
     const char *const pickKey = screenCanBeRead() ? "ColorPick" : "ColorPickHere";
     const QString tip = language::text(language::Section::light, pickKey, index);
-    for (LightGroup *group : {mouse_, receiver_})
-        group->field()->setToolTip(tip);
+    for (LightGroup *group : {mouse_, receiver_}) {
+        group->field()->setToolTip(
+            QStringLiteral("<p>%1</p>").arg(tip.toHtmlEscaped())); // only this is wrapped
+        group->field()->setAccessibleDescription(tip);
+    }
 }
 
 // ---- The mouse's light --------------------------------------------------------------------------

@@ -100,6 +100,7 @@ LightGroup::LightGroup(const LightNames &names, LightDevice &device, QWidget *pa
     buildColor();
     buildChannels();
     buildPresets();
+    buildHex(); // the order of the keyboard
     preview_ = add<LightPreview>("lightPreview", PreviewAlone);
     preview_->setProperty("nameKey", QStringLiteral("light Preview"));
     setState({});
@@ -179,13 +180,7 @@ void LightGroup::buildColor()
     field_ = addNamed<HueField>(QLatin1String(names_.colorField), FieldPlace);
     field_->setProperty("nameKey", QStringLiteral("light ColorField"));
     swatch_ = add<QLabel>("Preview", SwatchPlace);
-    hex_ = add<QLineEdit>("HexColor", HexPlace);
-    hex_->setMaxLength(7);
-    hex_->setValidator(
-        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("#?[0-9A-Fa-f]{6}")), hex_));
-    hex_->setProperty("nameKey", QStringLiteral("light ColorCode"));
-    connect(hex_, &QLineEdit::editingFinished, this, &LightGroup::takeHex);
-    colorControls_ = {customCaption_, presetCaption_, previewCaption_, field_, swatch_, hex_};
+    colorControls_ = {customCaption_, presetCaption_, previewCaption_, field_, swatch_};
 }
 
 void LightGroup::buildChannels()
@@ -237,6 +232,17 @@ void LightGroup::buildPresets()
         presets_.push_back(button);
         colorControls_.push_back(button);
     }
+}
+
+void LightGroup::buildHex()
+{
+    hex_ = add<QLineEdit>("HexColor", HexPlace);
+    hex_->setMaxLength(7);
+    hex_->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("#?[0-9A-Fa-f]{6}")), hex_));
+    hex_->setProperty("nameKey", QStringLiteral("light ColorCode"));
+    connect(hex_, &QLineEdit::editingFinished, this, &LightGroup::takeHex);
+    colorControls_.push_back(hex_);
 }
 
 void LightGroup::applyStyle()

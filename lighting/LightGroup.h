@@ -79,6 +79,7 @@ private:
     void buildColor();
     void buildChannels();
     void buildPresets();
+    void buildHex();
     void takeHex();
     void paintColor(const QColor &color);
     void showColor();

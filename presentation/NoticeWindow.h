@@ -14,6 +14,7 @@ class NoticeWindow : public QDialog
     Q_OBJECT
 
 public:
+    ~NoticeWindow() override;
     // Moves the dialog over the middle of `widget`, plus `offset`.
     void placeOver(const QWidget *widget, const QPoint &offset = {});
     // Runs the dialog there, or in the middle of the screen without a widget.
@@ -21,7 +22,6 @@ public:
 
 protected:
     NoticeWindow() = default;
-    ~NoticeWindow() override;
     // Call after setupUi(): fixes the window to the form's size.
     void becomeNotice();
     // Whether the window under the notice is dimmed while it shows.

@@ -56,7 +56,7 @@ constexpr char CheckBoxMarks[] =
     "QCheckBox::indicator:checked:hover{background-image: url(%PCheckBoxCheckHover.png);}"
     "QCheckBox::indicator:unchecked:hover{background-image: url(%PCheckBoxHover.png);}";
 constexpr char RadioButton[] =
-    "QRadioButton{color: rgb(%1);outline: none;}QRadioButton:disabled{color: rgb(%2);}"
+    "QRadioButton{color: rgb(%1);outline: none;spacing: 6px;}QRadioButton:disabled{color: rgb(%2);}"
     "QRadioButton::indicator{width: 18px;height: 18px;background-position: center;"
     "background-repeat: no-repeat;}"
     "QRadioButton::indicator:unchecked{background-image: url(%PRadio.png);}"
@@ -187,8 +187,8 @@ constexpr char SpinBox[] =
     "QSpinBox::down-button{subcontrol-position: bottom right;background-image: url(%PDown.png);}"
     "QSpinBox::up-button:hover{background-image: url(%PUpHover.png);}"
     "QSpinBox::down-button:hover{background-image: url(%PDownHover.png);}"
-    "QSpinBox::up-button:off{background-image: url(%PUpOff.png);}"
-    "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
+    "QSpinBox::up-button:off,QSpinBox::up-button:disabled{background-image: url(%PUpOff.png);}"
+    "QSpinBox::down-button:off,QSpinBox::down-button:disabled{background-image: url(%PDownOff.png);}"
     "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}"
     "QSpinBox:disabled{color: rgb(%4);border-color: rgb(%5);}";
 

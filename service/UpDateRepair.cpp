@@ -300,7 +300,7 @@ void UpDateRepair::SlotAutoRepairProgress(int index) { setBar(index); }
 
 void UpDateRepair::SlotRepairCheckUpdate()
 {
-    if (busy_ || RepairRunning || UpdateBusy || showsResult())
+    if (busy_ || RepairRunning || showsResult())
         return;
     const GateVerdict verdict = repair_.check(attached_);
     if (verdict.ready)

@@ -444,10 +444,11 @@ void UpgradeFlow::finish(int target)
 // watch looks at once.
 void UpgradeFlow::endRun()
 {
-    NotUpgrading = true;
+    if (!RepairRunning) // the user may have gone on to the repair between the result and this step
+        NotUpgrading = true;
     failedTarget_ = 0;
     const auto is = [](UpgradeStatus status) { return ReceiverStatus == status || MouseStatus == status; };
-    if (dialog_.isBusy()) {
+    if (dialog_.isBusy() && !RepairRunning) {
         if (is(UpgradeStatus::Failed))
             emit PostMsg::instance()->SigProgress(0, ShowFailure);
         else if (is(UpgradeStatus::Succeeded))

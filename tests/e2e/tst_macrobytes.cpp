@@ -125,8 +125,14 @@ private slots:
             constexpr KeyBinding Defaults[] = {{1, 1, 0},  {1, 2, 0}, {1, 4, 0},  {1, 8, 0},
                                                {1, 16, 0}, {2, 1, 0}, {2, 2, 0},  {2, 3, 0},
                                                {7, 0, 0},  {7, 0, 0}, {4, 10, 3}, {0, 0, 0}};
-            for (const ButtonOf &each : Buttons)
+            // The catalogue gives two buttons a media key and a combination. Their blocks are cleared behind
+            // them, which the next record takes along.
+            for (const ButtonOf &each : Buttons) {
                 wanted.KeyBindings[each.button] = Defaults[each.button];
+                if (each.button != std::end(Buttons)[-1].button)
+                    wanted.KeySequences[each.button] = {};
+            }
+            wanted.KeyBindings[3] = wanted.KeyBindings[5] = {5, 0, 0};
             QVERIFY(removeMacro("Tap"));
             emit PostMsg::instance()->SigDeleteMacroButton("Macro: Tap");
         });

@@ -11,6 +11,8 @@
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 #include "service/Match.h"
+#include "service/PreVier.h"
+#include "service/UpDateRepair.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -135,6 +137,24 @@ const std::vector<Row> &rows()
          [](PostMsg *hub) { emit hub->SigLabelText(7, {}); },
          {{"FormSetting", "SlotLabelText(int,QString)"}}},
 
+        {"SigProgress(int,int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigProgress(0, 7); },
+         {{"UpDateRepair", "SlotProgress(int,int)"}}},
+        {"SigAutoRepair(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigAutoRepair(0); },
+         {{"UpDateRepair", "SlotAutoRepair(int)"}}},
+        {"SigAutoRepairProgress(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigAutoRepairProgress(0); },
+         {{"UpDateRepair", "SlotAutoRepairProgress(int)"}}},
+        {"SigUpDateButton(bool)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigUpDateButton(true); },
+         {{"DialogChange", "SlotUpDateButton(bool)"}}},
+
+        {"SigRepairCheckUpdate()", Plain, nullptr, {{"UpDateRepair", "SlotRepairCheckUpdate()"}}},
         {"SigSetNewVer()", Plain, nullptr, {{"FormSetting", "SetVerText()"}}},
         {"SigUpdateFrame(bool)", Plain, nullptr, {{"FormSetting", "SlotUpdateFrame(bool)"}}},
         {"SigUpdateStart()", Plain, nullptr, {{"FormSetting", "on_Start()"}}},
@@ -182,7 +202,15 @@ const std::vector<Row> &rows()
         {"SigAddConfig(QString)",
          Plain,
          nullptr,
-         {{"DeviceHead", "setProfile(QString)"}, {"SensorDPI", "followProfile(QString)"}}},
+         {{"DeviceHead", "setProfile(QString)"},
+          {"SensorDPI", "followProfile(QString)"},
+          {"PreVier", "SlotAddConfig(QString)"}}},
+        {"SigAddSensor(int)", Plain, nullptr, {{"PreVier", "SlotAddSensor(int)"}}},
+        {"SigAddReport(int)", Plain, nullptr, {{"PreVier", "SlotAddReport(int)"}}},
+        {"SigAddLOD(QString)", Plain, nullptr, {{"PreVier", "SlotAddLOD(QString)"}}},
+        {"SigDebunce(QString)", Plain, nullptr, {{"PreVier", "SlotDebnunce(QString)"}}},
+        {"SigAddVer(int,QString)", Plain, nullptr, {{"PreVier", "SlotAddVer(int,QString)"}}},
+        {"SigAddUpdate(int,bool)", Plain, nullptr, {{"PreVier", "SlotAddUpdate(int,bool)"}}},
         {"SigAddMacroButton()", Plain, nullptr, {{"Buttoninterface", "SlotAddMacroButton()"}}},
         {"SigUpDataMacro(QString,int)",
          Plain,
@@ -227,19 +255,22 @@ const std::vector<Row> &rows()
           {"ContainReset", "SlotAllLanguage(int)"},
           {"InportFail", "SlotAllLanguage(int)"},
           {"Match", "SlotAllLanguage(int)"},
+          {"PreVier", "SlotAllLanguage(int)"},
           {"FormSetting", "SlotAllLanguage(int)"},
           {"LedInfo", "SlotAllLanguage(int)"},
           {"InputPicA", "SlotAllLanguage(int)"},
           {"InputPicB", "SlotAllLanguage(int)"},
           {"LightModeSet", "SlotAllLanguage(int)"},
+          {"UpDateRepair", "SlotAllLanguage(int)"},
           {"Advanced", "SlotAllLanguage(int)"}}},
         {"SigLanguageSameA(int)", Plain, nullptr, {{"DialogChange", "SlotSameLanguageA(int)"}}},
         {"SigLanguageSameB(int)", Plain, nullptr, {{"FormSetting", "SlotLanguageSameB(int)"}}},
-        {"SigUpDateButton(bool)", Plain, nullptr, {{"DialogChange", "SlotUpDateButton(bool)"}}},
         {"SigMouseIndex(int)",
          Plain,
          nullptr,
-         {{"Dialog", "SlotMouseIndex(int)"}, {"Buttoninterface", "SlotMouseIndex(int)"}}},
+         {{"Dialog", "SlotMouseIndex(int)"},
+          {"Buttoninterface", "SlotMouseIndex(int)"},
+          {"PreVier", "SlotMouseIndex(int)"}}},
         {"SigFormB()",
          Plain,
          nullptr,
@@ -303,12 +334,14 @@ private:
     std::unique_ptr<UpDataParam> wait;
     std::vector<std::unique_ptr<QDialog>> unopened; // what no page opens
     std::unique_ptr<Match> match;
+    std::unique_ptr<PreVier> summary;
 
     QObject *object(const char *className) const
     {
         for (QObject *each : std::initializer_list<QObject *>{
                  window.get(), running.get(), offLine.get(), duplicates.get(), reset.get(),
-                 importFailed.get(), wait.get(), match.get(), Worker::instance()})
+                 importFailed.get(), wait.get(), match.get(), summary.get(), UpDateRepair::instance(),
+                 Worker::instance()})
             if (each && qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
         for (const auto &each : unopened)
@@ -359,6 +392,7 @@ private slots:
         unopened.push_back(std::make_unique<InputPicB>());
         unopened.push_back(std::make_unique<LightModeSet>());
         match = std::make_unique<Match>();
+        summary = std::make_unique<PreVier>();
         QTRY_VERIFY(FakeHidUsb::instance().idle());
         QCoreApplication::processEvents();
     }
@@ -372,6 +406,7 @@ private slots:
         wait.reset();
         unopened.clear();
         match.reset();
+        summary.reset();
         window.reset();
     }
 

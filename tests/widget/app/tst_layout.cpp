@@ -6,8 +6,10 @@
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
 #include "lighting/InputPic.h"
+#include "lighting/LampLight.h"
 #include "lighting/LedInfo.h"
 #include "lighting/LightModeSet.h"
+#include "lighting/LightTables.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -30,9 +32,11 @@
 #include <QAbstractSlider>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSpinBox>
 #include <QStackedWidget>
 #include <QTextEdit>
 #include <QToolButton>
@@ -57,8 +61,11 @@ bool textFits(const QString &text, const QWidget *widget, bool wraps, int room)
 
 bool isControl(const QWidget *widget)
 {
+    if (qobject_cast<const QAbstractSpinBox *>(widget->parentWidget()))
+        return false; // the field of a box is no control of its own
     return (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
-            qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QPlainTextEdit *>(widget)) &&
+            qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QPlainTextEdit *>(widget) ||
+            qobject_cast<const QAbstractSpinBox *>(widget) || qobject_cast<const QLineEdit *>(widget)) &&
            widget->focusPolicy() != Qt::NoFocus;
 }
 
@@ -227,7 +234,7 @@ private slots:
             {"FormSetting",
              {"FormSetting label_2", "FormSetting label_3", "FormSetting label_8", "FormSetting label_9",
               "FormSetting label_12", "FormSetting label_13"}},
-            {"LightsButton", {"LampLight title"}},
+            {"LightsButton", {"LampLight title", "LampLight lightTitle", "LampLight indicatorTitle"}},
             {"Advanced",
              {"Advanced SleepCaption", "Advanced KFpsCaption", "Advanced LongRangeCaption",
               "Advanced AngleCaption"}}};
@@ -321,6 +328,49 @@ private slots:
         fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         open->click();
         check(&window);
+        QTRY_VERIFY(fake.idle());
+    }
+
+    // Each mode of both lights, on cable and radio, with and without colour schemes, from top to bottom.
+    void lightPage_data()
+    {
+        QTest::addColumn<int>("mode");
+        for (int mode = 0; mode < LightModeCount; ++mode)
+            QTest::addRow("%d", mode) << mode;
+    }
+    void lightPage()
+    {
+        QFETCH(int, mode);
+        FakeDevice device = fixture::shipped(6, Receiver8K, "0x0005");
+        device.bar = {uint8_t(mode), 250, 251, 252, 9, 9, uint8_t(mode > 0)};
+        device.indicator = {{1, 2, 3}};
+        fake.setDevices({device});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        auto *open = window.findChild<Dialog *>()->findChild<QToolButton *>("LightsButton");
+        FlashDataMap map{};
+        map.LedBarMode = uint8_t(mode);
+        map.LedBarEnable = mode > 0;
+        map.LedBarBrightness = map.LedBarSpeed = 9;
+        map.DpiLedMode = 2;
+        map.DpiLedEnable = 1;
+        for (const int model : {0, 3})
+            for (const uint16_t kind : {uint16_t(Receiver8K), uint16_t(fixture::CableKind)}) {
+                fixture::select(fixture::info("0x0005/6", kind, model));
+                emit PostMsg::instance()->SigChangeMainDialog(1);
+                emit PostMsg::instance()->SigUpDataLightUIA(map);
+                emit PostMsg::instance()->SigFormB();
+                open->click();
+                QVERIFY(open->isVisible());
+                auto *bar = window.findChild<LampLight *>()->findChild<QScrollBar *>("verticalScrollBar");
+                for (bar->setValue(0);; bar->setValue(bar->value() + 300)) {
+                    check(&window);
+                    if (bar->value() == bar->maximum())
+                        break;
+                }
+            }
         QTRY_VERIFY(fake.idle());
     }
 

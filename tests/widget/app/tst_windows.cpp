@@ -123,6 +123,32 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // No control takes the key before the user has moved to one.
+    void spaceReachesTheWindowOnAFreshPage()
+    {
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        int opened = 0;
+        for (const bool devicePage : {false, true}) {
+            if (devicePage) {
+                openDevicePage();
+                OnDevicePage = 1;
+            }
+            fixture::whenModal<Match>([&opened](Match *pairing) {
+                ++opened;
+                pairing->WindowClosedSet();
+            });
+            QTest::keyClick(window->windowHandle(), Qt::Key_Space);
+            QCOMPARE(opened, devicePage ? 2 : 1);
+            QTRY_VERIFY(fake.idle());
+        }
+        // Held down, the key does not open it again.
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, " ", true);
+        QCoreApplication::sendEvent(window.get(), &repeated);
+        QCOMPARE(opened, 2);
+        QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
+        QVERIFY(QApplication::focusWidget() && QApplication::focusWidget() != dialog());
+    }
+
     void theMouseMovesTheWindow()
     {
         window->move(40, 30);

@@ -504,12 +504,16 @@ private slots:
             for (int button = 0; button < 12; ++button) {
                 auto *const bytes = reinterpret_cast<uint8_t *>(&wanted.MacroBlocks[button]);
                 for (std::size_t i = 0; i < sizeof(MacroBlock); ++i)
-                    bytes[i] = uint8_t(random() % 3 ? random() : 'a' + random() % 3);
+                    bytes[i] = uint8_t(random());
+                wanted.MacroBlocks[button].NameLength = uint8_t(random() % 40);
+                for (char &letter : wanted.MacroBlocks[button].Name)
+                    letter = char(random() % 90 ? 'a' + random() % 3 : random());
                 wanted.KeyBindings[button] = {6, uint8_t(random()), uint8_t(random())};
             }
             page().show(wanted);
             QVERIFY(isWanted());
         }
+        QVERIFY(macroNames().size() > 20);
         for (const QString &name : macroNames())
             QVERIFY(loadMacro(name) && eventCount(loadMacro(name)->rows) <= 70);
         QVERIFY(kept().size() <= 10);
