@@ -54,9 +54,9 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     dialogChange_ = new DialogChange(this);
     ui->stackedWidget->addWidget(dialogChange_);
     ui->stackedWidget->addWidget(dialog_);
-    ui->stackedWidget->setCurrentWidget(dialogChange_);
     setWindowFlags(FramelessFlags);
     setFixedSize(size());
+    showPage(dialogChange_); // a change of the flags would take the focus away
     roundCorners(this);
     setWindowTitle(applicationName());
     connectSignals();
@@ -87,6 +87,14 @@ void DialogMain::connectSignals()
 
 // ---- Pages --------------------------------------------------------------------------------------
 
+// The page itself has the focus at first. The toolkit would give it to some control, which would take the
+// space bar for itself.
+void DialogMain::showPage(QWidget *page)
+{
+    ui->stackedWidget->setCurrentWidget(page);
+    page->setFocus();
+}
+
 void DialogMain::SlotChangeMainDialog(int index)
 {
     UiArmed = true;
@@ -96,10 +104,10 @@ void DialogMain::SlotChangeMainDialog(int index)
         emit PostMsg::instance()->SigMainPageChange();
         UsbServer_Exit();
         QThread::msleep(ServiceExitMs);
-        ui->stackedWidget->setCurrentWidget(dialogChange_);
+        showPage(dialogChange_);
         StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
     } else if (index == 1) {
-        ui->stackedWidget->setCurrentWidget(dialog_);
+        showPage(dialog_);
         StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
     }
 }
@@ -283,6 +291,8 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
         return;
     switch (event->key()) {
     case Qt::Key_Space:
+        if (event->isAutoRepeat()) // held since it has opened this page or closed a dialog
+            break;
         if (ui->stackedWidget->currentWidget() == dialogChange_)
             dialogChange_->openOnlyReceiver();
         else

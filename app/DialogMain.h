@@ -48,6 +48,7 @@ protected:
 
 private:
     void connectSignals();
+    void showPage(QWidget *page);
     void hideToTray();
     void buildTrayMenu();
     void endProgram();

@@ -11,6 +11,7 @@
 #include "device/hidusb/HIDUsb.h"
 #include "environment/MainThread.h"
 #include "hub/PostMsg.h"
+#include "presentation/FirstShow.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -57,18 +58,18 @@ void DialogChange::applyStyle()
     ui->frameChange->setStyleSheet(style::windowBackground(pictures_, QStringLiteral("frameChange")));
     ui->MinButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Min")));
     ui->CloseButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Close")));
-    ui->LeftButton->setStyleSheet(style::arrow(pictures_, QStringLiteral("Left")));
-    ui->RightButton->setStyleSheet(style::arrow(pictures_, QStringLiteral("Right")));
-    ui->Repair->setStyleSheet(confirm(pictures_));
+    setStyleSheetWhenShown(ui->LeftButton, style::arrow(pictures_, QStringLiteral("Left")));
+    setStyleSheetWhenShown(ui->RightButton, style::arrow(pictures_, QStringLiteral("Right")));
+    setStyleSheetWhenShown(ui->Repair, confirm(pictures_));
     ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
     styleComboBox(ui->comboBox, pictures_);
-    ui->FindVer->setStyleSheet(style::dialogBackground(notices, QStringLiteral("FindVer")));
-    ui->FindVerlaebl->setStyleSheet(labelSheet);
-    ui->CloseButton_2->setStyleSheet(style::titleButton(notices, QStringLiteral("Close")));
-    ui->NewHong->setStyleSheet(confirm(notices));
-    ui->NoApear->setStyleSheet(style::checkBox(pictures_, style::color("LabelColor")));
+    setStyleSheetWhenShown(ui->FindVer, style::dialogBackground(notices, QStringLiteral("FindVer")));
+    setStyleSheetWhenShown(ui->FindVerlaebl, labelSheet);
+    setStyleSheetWhenShown(ui->CloseButton_2, style::titleButton(notices, QStringLiteral("Close")));
+    setStyleSheetWhenShown(ui->NewHong, confirm(notices));
+    setStyleSheetWhenShown(ui->NoApear, style::checkBox(pictures_, style::color("LabelColor")));
 }
 
 void DialogChange::connectSignals()

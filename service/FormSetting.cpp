@@ -35,7 +35,6 @@ namespace
 using language::Section;
 
 constexpr char MarkColor[] = "QToolButton{color: rgb(255,106,0);}";
-constexpr char PlainText[] = "QTextEdit{background: transparent;border: 0px;color: rgb(%1);}";
 constexpr char LinkAtLeft[] =
     "QPushButton{text-align: left;padding: 0px;}QPushButton:hover{text-decoration: underline;}";
 constexpr QPoint PairingOffset{-70, -30};
@@ -141,7 +140,7 @@ void FormSetting::applyStyle()
         label->setStyleSheet(style::label(labelColor));
     for (QLabel *label : {ui->label_14, ui->label_15, ui->label_16})
         label->setStyleSheet(style::label(dimColor));
-    ui->NewLabel->setStyleSheet(QString::fromLatin1(PlainText).arg(dimColor));
+    ui->NewLabel->setStyleSheet(style::description());
     ui->label->setStyleSheet(style::strip(ui->label->objectName()) + style::label(dimColor));
     ui->label->raise();
     styleComboBox(ui->comboBox, pictures_);

@@ -10,7 +10,9 @@
 #include "presentation/PageSurface.h"
 #include "service/UpgradePage.h"
 
+#include <QDialog>
 #include <memory>
+#include <vector>
 
 class UpgradeFlow;
 struct DongleRGB;
@@ -29,6 +31,8 @@ class FormSetting : public PageSurface, private UpgradePage
 public:
     explicit FormSetting(QWidget *parent = nullptr);
     ~FormSetting() override;
+    // Dialogs of other pages' devices that live as long as this page.
+    void keep(std::unique_ptr<QDialog> dialog) { kept_.push_back(std::move(dialog)); }
 
 public slots:
     void on_pushButton_clicked();
@@ -97,6 +101,7 @@ private:
 
     std::unique_ptr<Ui::FormSetting> ui;
     std::unique_ptr<UpgradeFlow> flow_;
+    std::vector<std::unique_ptr<QDialog>> kept_;
     QString pictures_;
     QString upgrade_; // texts of Receive_2
     QString upToDate_;

@@ -16,8 +16,9 @@
 #include "ui_Match.h"
 
 #include <QDebug>
+#include <QGraphicsOpacityEffect>
 #include <QKeyEvent>
-#include <cstring>
+#include <QTextBlock>
 
 namespace
 {
@@ -27,6 +28,9 @@ constexpr int UsbMs = 100;
 constexpr int TextMs = 500;
 constexpr int LastDots = 3; // the step behind it repeats the last text
 constexpr int32_t PathsPerPair = 5;
+
+constexpr double OffOpacity = 0.35;
+constexpr int StepGap = 4;
 
 const QString OffColor = QStringLiteral("0,0,0");
 
@@ -72,6 +76,7 @@ Match::Match(const AttachedDevices *attached)
     prepare(attached);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     scaleFontsToScreen(this);
+    ui->MatchButton->setFocus();
 }
 
 Match::~Match() = default;
@@ -237,11 +242,32 @@ void Match::showPhase()
     ui->MatchButton->setStyleSheet(style::textButton(
         pictures_, MayPair_ ? style::color("ButtonColor") : OffColor, QLatin1String(row().picture)));
     ui->MatchButton->setShortcut(Qt::Key_Space); // a change of the text removes it
-    ui->CloseButton->setEnabled(now != PairingPhase::Pairing);
+    showClosing(now != PairingPhase::Pairing);
     ui->ring->setPhase(now);
     ui->ring->setAccessibleName(texts[std::size_t(now)]);
     if (now == PairingPhase::Pairing)
         showLeft();
+}
+
+void Match::showClosing(bool possible)
+{
+    if (possible == ui->CloseButton->isEnabled())
+        return;
+    ui->CloseButton->setEnabled(possible);
+    auto *dim = possible ? nullptr : new QGraphicsOpacityEffect(ui->CloseButton);
+    if (dim)
+        dim->setOpacity(OffOpacity);
+    ui->CloseButton->setGraphicsEffect(dim);
+}
+
+void Match::showInstructions(const QString &steps)
+{
+    ui->textEdit->setPlainText(steps);
+    QTextCursor all(ui->textEdit->document());
+    all.select(QTextCursor::Document);
+    QTextBlockFormat step;
+    step.setBottomMargin(StepGap);
+    all.mergeBlockFormat(step);
 }
 
 void Match::SlotAllLanguage(int index)
@@ -253,7 +279,7 @@ void Match::SlotAllLanguage(int index)
     pairSuccess_ = pairText("PairSuccess", index);
     timeLeft_ = pairText("PairTimeLeft", index);
     ui->label->setText(language::text(language::Section::home, "NoPair", index));
-    ui->textEdit->setPlainText(pairText("DialogPairTips", index));
+    showInstructions(pairText("DialogPairTips", index));
     ui->title->setText(pairText("PairTool", index));
     setAccessibleName(ui->title->text());
     showPhase();

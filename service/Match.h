@@ -67,6 +67,8 @@ private:
     void showPhase();
     void showRule();
     void showLeft();
+    void showClosing(bool possible);
+    void showInstructions(const QString &steps);
     QString dotted(int dots) const;
 
     std::unique_ptr<Ui::Match> ui;
