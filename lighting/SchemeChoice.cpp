@@ -110,7 +110,7 @@ void SchemeChoice::setTexts(int language)
         QStringList steps;
         for (const QString &step : QString::fromLatin1(scheme.steps).split(QLatin1Char(' ')))
             steps << status(step, language).replace(QLatin1Char(' '), QChar::Nbsp);
-        const QString text = steps.join(QStringLiteral(" · "));
+        const QString text = steps.join(QChar(QChar::Nbsp) + QStringLiteral("· "));
         descriptions_[std::size_t(i)]->setPlainText(text);
         descriptions_[std::size_t(i)]->setAccessibleName(name);
         buttons_[std::size_t(i)]->setAccessibleDescription(text);
