@@ -38,8 +38,6 @@ namespace
 {
 
 // Where things stand in the group. The columns of the first row are those of the DPI light.
-constexpr QRect MarkPlace{0, 7, 24, 24};
-constexpr QRect TitlePlace{28, 4, 400, 30};
 constexpr QRect ModePlace{28, 40, 152, 30};
 constexpr QRect BrightnessCaptionPlace{196, 40, 84, 30};
 constexpr QRect BrightnessPlace{284, 43, 180, 24};
@@ -90,11 +88,9 @@ void setTextOf(QLabel *label, const char *key, int language)
 } // namespace
 
 LightGroup::LightGroup(const LightNames &names, LightDevice &device, QWidget *parent)
-    : QWidget(parent), names_(names), device_(device)
+    : QWidget(parent), names_(names), device_(device), heading_(this, named("lightTitle"))
 {
     resize(Size);
-    mark_ = add<QLabel>("lightMark", MarkPlace);
-    title_ = add<QLabel>("lightTitle", TitlePlace);
     buildMode();
     buildScales();
     buildColor();
@@ -247,9 +243,7 @@ void LightGroup::buildHex()
 
 void LightGroup::applyStyle()
 {
-    const QString pictures = style::pictureFolder(QStringLiteral("Light"));
-    mark_->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Title.png")));
-    title_->setStyleSheet(style::heading());
+    heading_.applyStyle();
     styleComboBox(mode_, style::pictureFolder(QStringLiteral("Sensor")));
     brightness_.applyStyle();
     speed_.applyStyle();
@@ -270,7 +264,7 @@ void LightGroup::applyStyle()
 
 void LightGroup::setTexts(int language)
 {
-    setTextOf(title_, names_.titleKey, language);
+    heading_.setText(language::text(language::Section::light, names_.titleKey, language));
     setTextOf(brightnessCaption_, "Brightness", language);
     setTextOf(speedCaption_, "Speed", language);
     setTextOf(customCaption_, "CustomColor", language);
