@@ -107,9 +107,10 @@ void LightPreview::paintEvent(QPaintEvent *event)
     painter.setPen(Qt::NoPen);
     const int count = qMax(1, (width() - 2 * SideRoom + LampGap) / LampPitch);
     const int left = (width() - count * LampPitch + LampGap) / 2;
+    const int top = (height() - LampHeight) / 2;
     for (int i = 0; i < count; ++i) {
         const QColor color = lampColor(light_, double(i) / count, now);
-        const QRectF lamp(left + i * LampPitch, (height() - LampHeight) / 2, LampPitch - LampGap, LampHeight);
+        const QRectF lamp(left + i * LampPitch, top, LampPitch - LampGap, LampHeight);
         QColor glow = color;
         glow.setAlpha(GlowAlpha * color.value() / 255);
         painter.setBrush(glow);
