@@ -20,13 +20,17 @@
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 #include "selection/DialogChange.h"
+#include "service/Match.h"
+#include "service/UpDateRepair.h"
 #include "ui_DialogMain.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QDebug>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QSessionManager>
 #include <QThread>
 #include <QTimer>
 #include <cstdlib>
@@ -50,9 +54,9 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     dialogChange_ = new DialogChange(this);
     ui->stackedWidget->addWidget(dialogChange_);
     ui->stackedWidget->addWidget(dialog_);
-    ui->stackedWidget->setCurrentWidget(dialogChange_);
     setWindowFlags(FramelessFlags);
     setFixedSize(size());
+    showPage(dialogChange_); // a change of the flags would take the focus away
     roundCorners(this);
     setWindowTitle(applicationName());
     connectSignals();
@@ -75,9 +79,21 @@ void DialogMain::connectSignals()
     connect(hub, SIGNAL(SigMouseOffLineo(int)), this, SLOT(SlotMouseOffLine(int)));
     connect(hub, SIGNAL(SigUpPageLight()), this, SLOT(SlotUpPageLight()));
     connect(&trayIcon_, &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
+        if (staysForUpgrade())
+            session.cancel();
+    });
 }
 
 // ---- Pages --------------------------------------------------------------------------------------
+
+// The page itself has the focus at first. The toolkit would give it to some control, which would take the
+// space bar for itself.
+void DialogMain::showPage(QWidget *page)
+{
+    ui->stackedWidget->setCurrentWidget(page);
+    page->setFocus();
+}
 
 void DialogMain::SlotChangeMainDialog(int index)
 {
@@ -88,10 +104,10 @@ void DialogMain::SlotChangeMainDialog(int index)
         emit PostMsg::instance()->SigMainPageChange();
         UsbServer_Exit();
         QThread::msleep(ServiceExitMs);
-        ui->stackedWidget->setCurrentWidget(dialogChange_);
+        showPage(dialogChange_);
         StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
     } else if (index == 1) {
-        ui->stackedWidget->setCurrentWidget(dialog_);
+        showPage(dialog_);
         StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
     }
 }
@@ -117,6 +133,8 @@ void DialogMain::SlotMouseOffLine(int index)
 
 void DialogMain::SlotChangeSize(int index)
 {
+    if ((index == 1 || index == 3) && staysForUpgrade())
+        return;
     if (index == 0 || index == 1)
         UsbServer_SetPCDriverStatus(0);
     if (index == 0 || index == 2)
@@ -162,9 +180,27 @@ void DialogMain::endProgram()
     close();
 }
 
+// A device whose firmware is half written does not work. The upgrade dialog, which says so, is brought to the
+// front.
+bool DialogMain::staysForUpgrade()
+{
+    if (NotUpgrading)
+        return false;
+    comeBack();
+    if (UpDateRepair *const dialog = UpDateRepair::instance(); dialog && dialog->isVisible()) {
+        dialog->raise();
+        dialog->activateWindow();
+    }
+    return true;
+}
+
 // The window manager and the end of a session close the window without a button of the page.
 void DialogMain::closeEvent(QCloseEvent *event)
 {
+    if (!ended_ && staysForUpgrade()) {
+        event->ignore();
+        return;
+    }
     if (!ended_) {
         if (ui->stackedWidget->currentWidget() == dialog_)
             dialog_->WindowClosed();
@@ -230,7 +266,11 @@ void DialogMain::comeBack()
     });
 }
 
-void DialogMain::slotActionExitApp() { std::exit(0); }
+void DialogMain::slotActionExitApp()
+{
+    if (!staysForUpgrade())
+        std::exit(0);
+}
 
 void DialogMain::SlotAllLanguage(int index)
 {
@@ -251,10 +291,12 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
         return;
     switch (event->key()) {
     case Qt::Key_Space:
+        if (event->isAutoRepeat()) // held since it has opened this page or closed a dialog
+            break;
         if (ui->stackedWidget->currentWidget() == dialogChange_)
             dialogChange_->openOnlyReceiver();
         else
-            pairSelected();
+            pairing::pairSelected(this);
         break;
     case Qt::Key_Escape:
     case Qt::Key_F12:
@@ -267,12 +309,6 @@ void DialogMain::keyPressEvent(QKeyEvent *event)
     default:
         QDialog::keyPressEvent(event);
     }
-}
-
-// Pairing takes the connection over; the callback of this page is set again afterwards.
-void DialogMain::pairSelected()
-{
-    UsbServerC_Start(CurrentDevicePath(), CurrentDevicePath(), &ProtocolCallback);
 }
 
 void DialogMain::mousePressEvent(QMouseEvent *event)

@@ -48,12 +48,13 @@ protected:
 
 private:
     void connectSignals();
+    void showPage(QWidget *page);
     void hideToTray();
     void buildTrayMenu();
     void endProgram();
     void takeCharge();
     void comeBack();
-    void pairSelected();
+    bool staysForUpgrade();
 
     std::unique_ptr<Ui::DialogMain> ui;
     std::unique_ptr<QMenu> trayMenu_;

@@ -54,11 +54,11 @@ constexpr int ReduceX = 238;
 constexpr int BoxX = 274;
 constexpr int AddX = 326;
 constexpr QSize StepSize{32, 32};
-constexpr QRect PresetPlace{380, 78, 220, 20};
+constexpr QRect PresetsPlace{380, 78, 220, 20};
 constexpr int PresetTop = 102;
-constexpr int PresetPitch = 33;
-constexpr int PresetsInRow = 7;
-constexpr QSize PresetSize{28, 28};
+constexpr int PresetStep = 33;
+constexpr int PresetColumns = 7;
+constexpr QSize PresetExtent{28, 28};
 constexpr QRect PreviewCaptionPlace{380, 174, 60, 32};
 constexpr QRect SwatchPlace{444, 176, 62, 28};
 constexpr QRect HexPlace{514, 175, 94, 30};
@@ -76,7 +76,7 @@ constexpr ChannelRow ChannelRows[LightGroup::Channels] = {
     {'B', "B:", "light Blue", "light BlueLess", "light BlueMore"},
 };
 
-constexpr char SwatchSheet[] = "QLabel{background-color: rgb(%1,%2,%3);border: 2px solid  rgb(220,220,220);}";
+constexpr char ColorSheet[] = "QLabel{background-color: rgb(%1,%2,%3);border: 2px solid  rgb(220,220,220);}";
 
 void setTextOf(QLabel *label, const char *key, int language)
 {
@@ -170,7 +170,7 @@ void LightGroup::buildScales()
 void LightGroup::buildColor()
 {
     customCaption_ = add<QLabel>("customCaption", CustomPlace);
-    presetCaption_ = add<QLabel>("presetCaption", PresetPlace);
+    presetCaption_ = add<QLabel>("presetCaption", PresetsPlace);
     previewCaption_ = addNamed<QLabel>(QLatin1String(names_.previewCaption), PreviewCaptionPlace);
     previewCaption_->setText(QStringLiteral("预览"));
     field_ = addNamed<HueField>(QLatin1String(names_.colorField), FieldPlace);
@@ -217,9 +217,9 @@ void LightGroup::buildPresets()
         const Preset &preset = Presets[i];
         auto *button = new PresetButton(QColor(preset.red, preset.green, preset.blue), this);
         button->setObjectName(named((QByteArray("toolButtonColor") + preset.letter).constData()));
-        button->setGeometry(QRect(QPoint(PresetPlace.x() + int(i) % PresetsInRow * PresetPitch,
-                                         PresetTop + int(i) / PresetsInRow * PresetPitch),
-                                  PresetSize));
+        button->setGeometry(QRect(QPoint(PresetsPlace.x() + int(i) % PresetColumns * PresetStep,
+                                         PresetTop + int(i) / PresetColumns * PresetStep),
+                                  PresetExtent));
         button->setProperty("nameKey", QString::fromLatin1(preset.nameKey));
         connect(button, &QToolButton::clicked, this, [this, button] {
             if (mayChange())
@@ -333,7 +333,7 @@ void LightGroup::paintColor(const QColor &color)
 void LightGroup::showColor()
 {
     const QColor now = color();
-    swatch_->setStyleSheet(QString::fromLatin1(SwatchSheet).arg(now.red()).arg(now.green()).arg(now.blue()));
+    swatch_->setStyleSheet(QString::fromLatin1(ColorSheet).arg(now.red()).arg(now.green()).arg(now.blue()));
     field_->setColor(now);
     hex_->setText(now.name().toUpper());
     for (PresetButton *preset : presets_)

@@ -12,7 +12,9 @@
 #include "hub/PostMsg.h"
 #include "presentation/Notices.h"
 #include "presentation/Spin.h"
+#include "selection/DialogChange.h"
 #include "selection/OfflineTile.h"
+#include "service/Match.h"
 
 #include <QDir>
 
@@ -98,13 +100,19 @@ bool TileClick::settleOfflineTile(const DeviceAllInfo &device)
         return false;
     case OfflineTileAction::AskForPairing:
         if (notice::ask<RePair>(page_))
-            devices_.choosePairingTarget(device);
+            pair(device);
         return false;
     case OfflineTileAction::Pair:
-        devices_.choosePairingTarget(device);
+        pair(device);
         return false;
     }
     return false;
+}
+
+void TileClick::pair(const DeviceAllInfo &receiver)
+{
+    devices_.choosePairingTarget(receiver);
+    pairing::pairAttached(page_, devices_, &DialogChange::UsbChanged);
 }
 
 void TileClick::enter(const DeviceAllInfo &device)

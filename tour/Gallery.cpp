@@ -7,6 +7,9 @@
 #include "environment/DataRoot.h"
 #include "environment/Words.h"
 #include "hub/PostMsg.h"
+#include "keys/KeyVocabulary.h"
+#include "macro/Macro.h"
+#include "macro/store/MacroFile.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/UpDataParam.h"
@@ -16,9 +19,12 @@
 #include "presentation/dialogs/addKey.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
+#include "service/Match.h"
 #include "tour/Windows.h"
 
 #include <QComboBox>
+#include <QKeyEvent>
+#include <QListWidget>
 #include <QScreen>
 #include <QScrollBar>
 
@@ -221,6 +227,46 @@ void Gallery::shootLights()
     shoot("lighting-receiver");
 }
 
+// Macros of each kind, the empty page before them, and a recording.
+void Gallery::shootMacros()
+{
+    using namespace macro;
+    const auto list = [this](const char *name) {
+        return window_.findChild<QListWidget *>(QLatin1String(name));
+    };
+    const auto act = [this](std::function<void()> action) {
+        script_.step(
+            "macros", [] { return true; }, std::move(action));
+    };
+    shootDevicePage({"macro-empty", "r1"}, QStringLiteral("MacroButton"), [this, list, act] {
+        act([list] {
+            saveMacro(QStringLiteral("Quick reload"), CycleOnce,
+                      {keyRow(QStringLiteral("LShift"), true), delayRow(35),
+                       keyRow(QStringLiteral("R"), true), delayRow(60), keyRow(QStringLiteral("R"), false),
+                       delayRow(12), keyRow(QStringLiteral("LShift"), false), delayRow(250),
+                       keyRow(MouseNameFromBit(1), true), delayRow(20), keyRow(MouseNameFromBit(1), false)});
+            saveMacro(QStringLiteral("Double tap"), CycleUntilReleased, {});
+            saveMacro(QStringLiteral("A name as long as there may be"), CycleOnce, {});
+            windows::click(QStringLiteral("ButtonMain"));
+            windows::click(QStringLiteral("MacroButton"));
+            list("listWidgetHong")->setCurrentRow(2);
+            list("listWidgetKey")->setCurrentRow(4);
+        });
+        shoot("macro");
+        act([this, list] {
+            list("listWidgetHong")->setCurrentRow(1);
+            windows::click(QStringLiteral("StartRecord"));
+            for (const int key : {'A', 'S', ' '})
+                for (const bool down : {true, false})
+                    window_.findChild<Macro *>()->UpdateCapslockTip(key, down, false);
+        });
+        shoot("macro-recording");
+        act([] { windows::click(QStringLiteral("StopRecord")); });
+        shoot("macro-unsaved");
+        act([] { windows::click(QStringLiteral("Discard")); });
+    });
+}
+
 void Gallery::shootNotices()
 {
     for (const auto &row : Notices) {
@@ -236,6 +282,42 @@ void Gallery::shootNotices()
         script_.step(
             row.first, [] { return true; }, [notice] { notice->reset(); });
     }
+}
+
+// One after the other: before, during, failed and paired.
+void Gallery::shootPairing()
+{
+    const auto press = [this](const char *name) {
+        script_.step(
+            name, [] { return windows::shown<Match>() && !pairing::isActive(); },
+            [] { windows::click(QStringLiteral("MatchButton")); });
+        script_.step(name, [] { return pairing::isActive(); });
+    };
+    const auto tell = [this](const char *line, PairingPhase outcome) {
+        script_.step(
+            line, [] { return true; }, [line] { order(QLatin1String(line)); });
+        script_.step(line, [outcome] { return pairing::phase() == outcome; });
+    };
+    plugScene({"pairing", "rlone"});
+    script_.step(
+        "the tile", [] { return true; }, [] { windows::click(QStringLiteral("btn0")); });
+    script_.step("the dialog", [] { return windows::shown<Match>() != nullptr; });
+    shoot("pairing");
+    press("pairing-running");
+    shoot("pairing-running");
+    tell("pairfail rlone", PairingPhase::Failed);
+    shoot("pairing-failed");
+    press("again");
+    tell("pair newcomer", PairingPhase::Succeeded);
+    shoot("pairing-paired");
+    closePairing();
+}
+
+void Gallery::closePairing()
+{
+    script_.step(
+        "end of the pairing", [] { return true; }, [] { windows::shown<Match>()->WindowClosedSet(); });
+    script_.step("tiles or page", [] { return !windows::shown<Match>(); });
 }
 
 QString Gallery::run()
@@ -260,10 +342,23 @@ QString Gallery::run()
     shootDevicePage({"lighting-wired", "wired"}, QStringLiteral("LightsButton"));
     for (const Scene &scene : {Scene{"binding-6", "r1"}, {"binding-8", "r3"}, {"binding-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("ButtonMain"));
+    shootMacros();
     // The model with the most buttons shows every dialog of the binding page.
     shootDevicePage({"binding-7", "r2"}, QStringLiteral("ButtonMain"), [this] {
         for (const auto &[opener, name] : BindingPanels)
             shootPanel(opener, name);
+    });
+    shootPairing();
+    shootDevicePage({"advanced-wired", "wired"}, QStringLiteral("Advanced"), [this] {
+        script_.step(
+            "space", [] { return true; },
+            [this] {
+                QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
+                QCoreApplication::sendEvent(&window_, &space);
+            });
+        script_.step("the dialog", [] { return windows::shown<Match>() != nullptr; });
+        shoot("pairing-wired");
+        closePairing();
     });
     shootNotices();
     script_.step(

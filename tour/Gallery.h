@@ -32,7 +32,10 @@ private:
         const Scene &scene, const QString &button, const std::function<void()> &more = [] {});
     void shootPanel(const char *opener, const char *name);
     void shootLights();
+    void shootMacros();
     void shootNotices();
+    void shootPairing();
+    void closePairing();
     void shoot(const char *name);
     void save(const QString &name) const;
 

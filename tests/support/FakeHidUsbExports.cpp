@@ -258,7 +258,13 @@ void UsbFinderC_SetLongRangeMode(const char *path, uint8_t mode)
     world().with(path, [&](FakeDevice &device) { device.longRange = mode; });
 }
 
-void UsbFinderC_SetDongleIDToMouse(const char *path, const uint8_t *) { note(__func__, text(path)); }
+void UsbFinderC_SetDongleIDToMouse(const char *path, const uint8_t *pairing)
+{
+    std::string arguments = text(path);
+    for (std::size_t i = 0; i < sizeof(DonglePairing); ++i)
+        arguments += ' ' + std::to_string(pairing[i]);
+    note(__func__, arguments);
+}
 
 uint8_t UsbFinderC_OpenDevice(const char *path)
 {

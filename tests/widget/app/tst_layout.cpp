@@ -5,7 +5,10 @@
 // and skin: no text is cut, no control stands on another, and each that can be used has a name.
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
+#include "lighting/InputPic.h"
 #include "lighting/LampLight.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
 #include "lighting/LightTables.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
@@ -19,6 +22,8 @@
 #include "presentation/language/LanguageTables.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
+#include "service/FormSetting.h"
+#include "service/Match.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/selection/RefusedNodes.h"
@@ -88,11 +93,8 @@ QStringList faults(QWidget *window)
         if (const auto *button = qobject_cast<QAbstractButton *>(widget))
             if (!textFits(button->text(), button, false, 8))
                 found << "cut: " + place(widget);
-        if (const auto *lines = qobject_cast<QPlainTextEdit *>(widget))
-            if (lines->verticalScrollBar()->maximum() > 0)
-                found << "cut: " + place(widget);
-        if (const auto *text = qobject_cast<QTextEdit *>(widget))
-            if (text->verticalScrollBar()->maximum() > 0)
+        if (qobject_cast<QPlainTextEdit *>(widget) || qobject_cast<QTextEdit *>(widget))
+            if (static_cast<QAbstractScrollArea *>(widget)->verticalScrollBar()->maximum() > 0)
                 found << "cut: " + place(widget);
         if (const auto *box = qobject_cast<QComboBox *>(widget))
             if (!textFits(box->currentText(), box, false, 36))
@@ -229,6 +231,9 @@ private slots:
             {"ButtonMain", {"page_9 label_3"}},
             {"SensorButton",
              {"SensorDPI label", "SensorRate label", "Sensor label_10", "settingHelp helpTitle"}},
+            {"FormSetting",
+             {"FormSetting label_2", "FormSetting label_3", "FormSetting label_8", "FormSetting label_9",
+              "FormSetting label_12", "FormSetting label_13"}},
             {"LightsButton", {"LampLight title", "LampLight lightTitle", "LampLight indicatorTitle"}},
             {"Advanced",
              {"Advanced SleepCaption", "Advanced KFpsCaption", "Advanced LongRangeCaption",
@@ -439,6 +444,7 @@ private slots:
         map.KeyBindings[0] = map.KeyBindings[1] = {1, 1, 0};
         map.KeyBindings[2] = {6, 2, 1};
         qstrncpy(map.MacroBlocks[2].Name, "Reload", MacroNameSize);
+        map.MacroBlocks[2].NameLength = 6;
         DeviceRecord::edit([&](FlashDataMap &record) { record = map; });
         emit PostMsg::instance()->SigUpDataButtonUIC(map);
         const auto click = [&](const char *name) { window.findChild<QToolButton *>(name)->click(); };
@@ -448,6 +454,64 @@ private slots:
             click(opener.toLatin1());
         check(&window);
         QTRY_VERIFY(fake.idle());
+    }
+
+    // From its top to its end, by cable and by radio, with every mark and each text of the upgrade button.
+    void settingsPage_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::newRow("radio") << int(Receiver8K);
+        QTest::newRow("cable") << int(fixture::CableKind);
+    }
+    void settingsPage()
+    {
+        QFETCH(int, kind);
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("dev", uint16_t(kind)));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        auto *dialog = window.findChild<Dialog *>();
+        dialog->findChild<QToolButton *>("FormSetting")->click();
+        auto *page = dialog->findChild<FormSetting *>();
+        for (const char *mark : {"toolButton_2", "toolButton_3"})
+            page->findChild<QToolButton *>(mark)->show();
+        emit PostMsg::instance()->SigLabelText(0, "v12.0A");
+        emit PostMsg::instance()->SigLabelText(1, "v12.0B");
+        QScrollBar *bar = page->findChild<QScrollArea *>("scrollArea")->verticalScrollBar();
+        for (const int language : {0, 1, 2}) {
+            emit PostMsg::instance()->SigAllLanguage(language);
+            for (int at = 0; at < bar->maximum(); at += bar->pageStep() / 2) {
+                bar->setValue(at);
+                check(&window);
+            }
+            bar->setValue(bar->maximum());
+            check(&window);
+            emit PostMsg::instance()->SigSetNewVer();
+            bar->setValue(0);
+            check(&window);
+        }
+        QTRY_VERIFY(fake.idle());
+    }
+
+    void dialogsThatNothingOpens()
+    {
+        LoadLanguageTables();
+        static DongleRGB record;
+        fixture::select(fixture::info("dev", Receiver8K));
+        LedInfo receiver;
+        receiver.SlotRGBValue(&record);
+        InputPicB screen;
+        LightModeSet light;
+        for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &light}) {
+            dialog->show();
+            check(dialog);
+        }
+        for (int mode = 0; mode < 6; ++mode) {
+            light.findChild<QComboBox *>("LightMod")->setCurrentIndex(mode);
+            check(&light);
+        }
     }
 
     void notices()
@@ -479,6 +543,31 @@ private slots:
         shown(std::move(warning));
         shown(ExeIsRun());
         shown(UpDataParam());
+    }
+
+    // Each state of the pairing, and the one that asks for a receiver.
+    void pairing()
+    {
+        LoadLanguageTables();
+        AttachedDevices attached;
+        for (const bool wired : {true, false}) {
+            attached.choosePairingTarget(fixture::info(
+                QStringLiteral("dev"), wired ? uint16_t(fixture::CableKind) : uint16_t(Receiver1K)));
+            Match match(&attached);
+            match.show();
+            check(&match);
+            if (wired)
+                continue;
+            match.on_MatchButton_clicked();
+            for (int i = 0; i < 4; ++i)
+                match.onTextTimeupDestroy(); // as long as the text gets
+            check(&match);
+            pairing::end(PairingPhase::Failed);
+            for (const int outcome : {0, 1}) {
+                emit PostMsg::instance()->SigButtonEnable(outcome);
+                check(&match);
+            }
+        }
     }
 
     void inputDialogs()

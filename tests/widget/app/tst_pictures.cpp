@@ -6,6 +6,9 @@
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
 #include "binding/Buttoninterface.h"
+#include "lighting/InputPic.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -13,6 +16,7 @@
 #include "presentation/UpDataParam.h"
 #include "presentation/Widgets.h"
 #include "presentation/language/LanguageTables.h"
+#include "service/Match.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -60,13 +64,15 @@ std::vector<FakeDevice> everyKind()
     return all;
 }
 
-// "Page/Name.png" of each picture in the style sheets of a window.
+// "Page/Name.png" of each picture in the style sheets of a window, and in those that wait until they are
+// seen.
 void note(const QWidget *window, QSet<QString> &seen)
 {
     static const QRegularExpression url("url\\([^)]*/Picture/([^)]*)\\)");
     for (const QWidget *widget : window->findChildren<QWidget *>())
-        for (auto each = url.globalMatch(widget->styleSheet()); each.hasNext();)
-            seen << each.next().captured(1);
+        for (const QString &sheet : {widget->styleSheet(), widget->property("waitingStyleSheet").toString()})
+            for (auto each = url.globalMatch(sheet); each.hasNext();)
+                seen << each.next().captured(1);
 }
 
 std::vector<std::unique_ptr<NoticeDialog>> everyNotice()
@@ -79,6 +85,18 @@ std::vector<std::unique_ptr<NoticeDialog>> everyNotice()
     all.push_back(std::make_unique<UpDataParam>());
     all.push_back(std::make_unique<ExeIsRun>());
     return all;
+}
+
+// The pairing in each of its phases.
+void walkPairing(QSet<QString> &seen)
+{
+    Match match;
+    match.show();
+    note(&match, seen);
+    for (const int outcome : {0, 1}) {
+        emit PostMsg::instance()->SigButtonEnable(outcome);
+        note(&match, seen);
+    }
 }
 
 // By its name or, for one of a numbered row, by the name that its number is put into.
@@ -112,6 +130,7 @@ private:
         for (int page = 0; page < pages->count(); ++page) {
             pages->setCurrentIndex(page);
             emit PostMsg::instance()->SigIsUsb(page % 2 == 0, false);
+            emit PostMsg::instance()->SigLabelTextB({}, model % 2 ? QString() : QStringLiteral("true"));
             fixture::emitOnOtherThread(
                 [page] { emit PostMsg::instance()->SigBattery(true, page * 10, true); });
             QVERIFY(pages->currentWidget()->isVisible());
@@ -142,6 +161,15 @@ private:
             notice->show();
             note(notice.get(), seen);
         }
+        // What no page opens in this release.
+        LedInfo receiver;
+        InputPicB screen;
+        LightModeSet screenLight;
+        for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &screenLight}) {
+            dialog->show();
+            note(dialog, seen);
+        }
+        walkPairing(seen);
         QTRY_VERIFY(fake.idle());
     }
 

@@ -11,6 +11,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "sensor/Sensor.h"
 #include "sensor/SensorRate.h"
+#include "service/Match.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 #include "tests/widget/app/MainWindow.h"
@@ -111,8 +112,41 @@ private slots:
         QTest::keyClick(window.get(), Qt::Key_Return);
         QCOMPARE(enter.count(), 0);
         MacroRecording = false;
+        QString target;
+        fixture::whenModal<Match>([&target](Match *pairing) {
+            target = pairing->target().DevicePath;
+            pairing->WindowClosedSet();
+        });
         QTest::keyClick(window.get(), Qt::Key_Space);
+        QCOMPARE(target, QString("dev"));
         QVERIFY(attached.pairingTarget() && attached.pairingTarget()->DevicePath == "dev");
+        QTRY_VERIFY(fake.idle());
+    }
+
+    // No control takes the key before the user has moved to one.
+    void spaceReachesTheWindowOnAFreshPage()
+    {
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        int opened = 0;
+        for (const bool devicePage : {false, true}) {
+            if (devicePage) {
+                openDevicePage();
+                OnDevicePage = 1;
+            }
+            fixture::whenModal<Match>([&opened](Match *pairing) {
+                ++opened;
+                pairing->WindowClosedSet();
+            });
+            QTest::keyClick(window->windowHandle(), Qt::Key_Space);
+            QCOMPARE(opened, devicePage ? 2 : 1);
+            QTRY_VERIFY(fake.idle());
+        }
+        // Held down, the key does not open it again.
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, " ", true);
+        QCoreApplication::sendEvent(window.get(), &repeated);
+        QCOMPARE(opened, 2);
+        QTest::keyClick(window->windowHandle(), Qt::Key_Tab);
+        QVERIFY(QApplication::focusWidget() && QApplication::focusWidget() != dialog());
     }
 
     void theMouseMovesTheWindow()
@@ -302,12 +336,23 @@ private slots:
     void spaceOnTheDevicePageTakesTheConnectionBack()
     {
         openDevicePage();
+        OnDevicePage = 1;
         fake.clearCalls();
+        QPoint place;
+        const auto close = [&place](Match *pairing) {
+            place = pairing->pos();
+            pairing->WindowClosedSet();
+        };
+        fixture::whenModal<Match>(close);
         QTest::keyClick(window.get(), Qt::Key_Space);
+        const QSize room = window->size() - Match().size();
+        QCOMPARE(place, window->pos() + QPoint(room.width() / 2, room.height() / 2));
         QCOMPARE(fake.count("UsbServerC_Start"), 1);
         QCOMPARE(fake.connectedPath(), std::string("dev"));
         emit PostMsg::instance()->SigChangeMainDialog(0);
+        QTRY_VERIFY(fake.idle());
         fake.clearCalls();
+        fixture::whenModal<Match>(close);
         QTest::keyClick(window.get(), Qt::Key_Space);
         QCOMPARE(fake.count("UsbServerC_Start"), 0);
         QTRY_VERIFY(fake.idle());

@@ -4,6 +4,7 @@
 // The selection page: what follows a click on a tile, and the other controls.
 #include "catalogue/LanguageChoice.h"
 #include "device/hidusb/wire/FirmwareFile.h"
+#include "service/Match.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/selection/SelectionPage.h"
 
@@ -28,9 +29,40 @@ class tst_TileClick : public SelectionPage
         file.write(reinterpret_cast<const char *>(&head), sizeof head);
     }
 
+    // Closes each pairing that opens, as a user who wants none, and notes for which receiver the last was and
+    // where it stood.
+    struct PairingsClosed {
+        PairingsClosed()
+        {
+            QObject::connect(&timer, &QTimer::timeout, [this] {
+                auto *const dialog = qobject_cast<Match *>(QApplication::activeModalWidget());
+                if (!dialog)
+                    return;
+                receiver = dialog->target().DevicePath;
+                place = dialog->pos();
+                ++count;
+                dialog->WindowClosedSet();
+            });
+            timer.start(5);
+        }
+        QTimer timer;
+        QString receiver;
+        QPoint place;
+        int count = 0;
+    };
+    std::unique_ptr<PairingsClosed> pairings;
+
 private slots:
-    void init() { begin(); }
-    void cleanup() { end(); }
+    void init()
+    {
+        begin();
+        pairings = std::make_unique<PairingsClosed>();
+    }
+    void cleanup()
+    {
+        pairings.reset();
+        end();
+    }
 
     void anUnfinishedUpdateOffersTheRepair()
     {
@@ -127,18 +159,45 @@ private slots:
     void whatCannotBeEnteredStays_data()
     {
         QTest::addColumn<int>("kind");
-        QTest::newRow("unknown on cable") << int(CableKind);
-        QTest::newRow("unknown behind a receiver") << int(Receiver1K);
+        QTest::addColumn<bool>("pairs");
+        QTest::newRow("unknown on cable") << int(CableKind) << false;
+        QTest::newRow("unknown behind a receiver") << int(Receiver1K) << true;
     }
     void whatCannotBeEnteredStays()
     {
         QFETCH(int, kind);
+        QFETCH(bool, pairs);
         build();
         plug({fixture::device("x", 99, uint8_t(kind))});
         QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
         QTest::mouseClick(tile(0), Qt::LeftButton);
         QCOMPARE(pages.count(), 0);
         QCOMPARE(int(OnDevicePage), 0);
+        QCOMPARE(pairings->count, pairs ? 1 : 0);
+        if (!pairs)
+            return page->openOnlyReceiver(); // ignores cables
+        QCOMPARE(pairings->receiver, QString("x"));
+        QCOMPARE(pairings->place, middleFor(Match()));
+        settle();
+    }
+
+    // The search that follows shows what the pairing has changed.
+    void aPairingEndsInASearch()
+    {
+        build();
+        plug({fixture::device("x", 99, Receiver1K, false)});
+        pairings.reset();
+        fixture::whenModal<Match>([this](Match *pairing) {
+            pairing->on_MatchButton_clicked();
+            fake.setDevices({fixture::device("x", 6, Receiver1K)});
+            fake.deliver(6, 0, {3});
+            QTRY_VERIFY(!pairing::isActive());
+            pairing->WindowClosedSet();
+        });
+        QTest::mouseClick(tile(0), Qt::LeftButton);
+        QCOMPARE(fake.connected(), false);
+        QTRY_COMPARE(attached().front().Mid, uint8_t(6));
+        settle();
     }
 
     void theSilentOneOfTwoTwinsIsNotEntered()
@@ -147,7 +206,9 @@ private slots:
         plug({fixture::device("a", 6, Receiver1K), fixture::device("b", 6, Receiver8K, false)});
         QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
         QTest::mouseClick(tile(1), Qt::LeftButton);
+        QCOMPARE(pairings->receiver, QString("b"));
         QCOMPARE(pages.count(), 0);
+        settle();
         QTest::mouseClick(tile(0), Qt::LeftButton);
         QCOMPARE(pages.count(), 1);
     }
@@ -175,7 +236,13 @@ private slots:
         QCOMPARE(asked, 1);
         QCOMPARE(place, middleFor(RePair()));
         QCOMPARE(page->attached().pairingTarget().has_value(), yes);
-        QVERIFY(!yes || page->attached().pairingTarget()->DevicePath == "b");
+        QCOMPARE(pairings->count, yes ? 1 : 0);
+        if (!yes) {
+            const notice::NextAnswer<RePair> accept(true);
+            QTest::mouseClick(tile(1), Qt::LeftButton);
+        }
+        QCOMPARE(pairings->receiver, QString("b"));
+        settle();
     }
 
     void aSilentMouseWithNewFirmwareMustBeWired()
@@ -219,7 +286,9 @@ private slots:
         plug(attached);
         page->openOnlyReceiver();
         QTEST(page->attached().pairingTarget().has_value(), "chosen");
+        QTEST(pairings->count == 1, "chosen");
         QCOMPARE(int(OnDevicePage), 0);
+        settle();
     }
 
     // The space bar opens the same pages as a click.
@@ -297,7 +366,8 @@ private slots:
         QSignalSpy pages(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
         emit tile(1)->clicked();
         QCOMPARE(pages.count(), 0);
-        QVERIFY(page->attached().pairingTarget().has_value());
+        QCOMPARE(pairings->receiver, QString("b"));
+        settle();
     }
 
     void aSilentMouseAloneIsEntered()
@@ -428,6 +498,7 @@ private slots:
             QCOMPARE(ScreenClass.load(), remembered);
         }
         QCOMPARE(names(models), (QStringList{"6", "7", "8"}));
+        settle();
     }
 
     // A receiver without a mouse, of which nothing is known, is to be paired.
@@ -437,6 +508,8 @@ private slots:
         plug({fixture::device("lone", 99, Receiver1K)});
         QTest::mouseClick(tile(0), Qt::LeftButton);
         QVERIFY(page->attached().pairingTarget() && page->attached().pairingTarget()->DevicePath == "lone");
+        QCOMPARE(pairings->receiver, QString("lone"));
+        settle();
     }
 
     void enterOnAnotherPageAsksForNoRepair()
