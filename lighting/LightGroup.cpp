@@ -78,7 +78,7 @@ constexpr ChannelRow ChannelRows[LightGroup::Channels] = {
 
 constexpr char ColorSheet[] = "QLabel{background-color: rgb(%1,%2,%3);border: 2px solid  rgb(220,220,220);}";
 
-void setTextOf(QLabel *label, const char *key, int language)
+void showText(QLabel *label, const char *key, int language)
 {
     const QString text = language::text(language::Section::light, key, language);
     if (!text.isEmpty())
@@ -265,13 +265,13 @@ void LightGroup::applyStyle()
 void LightGroup::setTexts(int language)
 {
     heading_.setText(language::text(language::Section::light, names_.titleKey, language));
-    setTextOf(brightnessCaption_, "Brightness", language);
-    setTextOf(speedCaption_, "Speed", language);
-    setTextOf(customCaption_, "CustomColor", language);
-    setTextOf(presetCaption_, "Preset", language);
-    setTextOf(previewCaption_, "Preview", language);
+    showText(brightnessCaption_, "Brightness", language);
+    showText(speedCaption_, "Speed", language);
+    showText(customCaption_, "CustomColor", language);
+    showText(presetCaption_, "Preset", language);
+    showText(previewCaption_, "Preview", language);
     for (std::size_t i = 0; i < channelCaptions_.size(); ++i)
-        setTextOf(channelCaptions_[i], ChannelRows[i].captionKey, language);
+        showText(channelCaptions_[i], ChannelRows[i].captionKey, language);
     const QSignalBlocker silent(mode_);
     for (int i = 0; i < mode_->count(); ++i) {
         const QString mode = language::choice("LightModeOptions", QString::number(i), language);
