@@ -27,6 +27,7 @@
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QScreen>
+#include <QScrollArea>
 #include <QScrollBar>
 
 namespace
@@ -310,8 +311,10 @@ void Gallery::shootPairing()
         script_.step(line, [outcome] { return pairing::phase() == outcome; });
     };
     plugScene({"pairing", "rlone"});
+    const QString receiver = QStringLiteral("rlone");
     script_.step(
-        "the tile", [] { return true; }, [] { windows::click(QStringLiteral("btn0")); });
+        "the tile", [receiver] { return windows::visible(windows::tileOf(receiver)); },
+        [receiver] { windows::click(windows::tileOf(receiver)); });
     script_.step("the dialog", [] { return windows::shown<Match>() != nullptr; });
     shoot("pairing");
     press("pairing-running");
@@ -349,6 +352,17 @@ QString Gallery::run()
         shootDevicePage(scene, QStringLiteral("SensorButton"));
     for (const Scene &scene : {Scene{"advanced", "r1"}, {"advanced-wired", "wired"}})
         shootDevicePage(scene, QStringLiteral("Advanced"));
+    shootDevicePage({"settings-wired", "wired"}, QStringLiteral("FormSetting"));
+    shootDevicePage({"settings", "r1"}, QStringLiteral("FormSetting"), [this] {
+        script_.step(
+            "the page's end", [] { return true; },
+            [] {
+                QScrollBar *bar =
+                    windows::visible<QScrollArea>(QStringLiteral("scrollArea"))->verticalScrollBar();
+                bar->setValue(bar->maximum());
+            });
+        shoot("settings-about");
+    });
     shootDevicePage({"lighting-flow", "r2"}, QStringLiteral("LightsButton"), [this] { shootLights(); });
     shootDevicePage({"lighting-wired", "wired"}, QStringLiteral("LightsButton"));
     for (const Scene &scene : {Scene{"binding-6", "r1"}, {"binding-8", "r3"}, {"binding-9", "r4"}})

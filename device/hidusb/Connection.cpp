@@ -382,12 +382,9 @@ void Connection::endPairingStart(bool accepted)
     pairingEnd_ = Clock::now() + pairingLimit_;
 }
 
-// A start that waits ends with a result of its own, and this one would be taken for it.
 void Connection::failPairing()
 {
-    pairing_ = false;
-    if (!orders_.awaits(Command::PairEnter))
-        deliverPairState(makeRequest(Command::PairStatus), wire::PairState::Failed);
+    deliverPairState(makeRequest(Command::PairStatus), wire::PairState::Failed);
 }
 
 bool Connection::isPairingOver() const
@@ -407,7 +404,8 @@ static bool isResult(wire::PairState state)
 }
 
 // A receiver that tells no state while it should pair has forgotten that, so the pairing has failed. A result
-// that waits for the program while it starts again is dropped: it belongs to the start before.
+// that comes before a waiting start was sent, or waits for the program while that starts again, is dropped:
+// it belongs to the start before.
 void Connection::deliverPairState(const wire::Report &head, wire::PairState state, std::size_t limit)
 {
     const uint64_t start = pairingStarts_;
@@ -415,6 +413,8 @@ void Connection::deliverPairState(const wire::Report &head, wire::PairState stat
         state = wire::PairState::Failed;
     if (isResult(state)) {
         pairing_ = false;
+        if (orders_.awaits(Command::PairEnter))
+            return;
         pairingEnded_ = start;
     }
     callbackQueue().post(

@@ -161,6 +161,35 @@ TEST_F(Pairing, AResultThatWaitsForTheProgramIsNotThatOfANewStart)
     EXPECT_EQ(results(), succeeded_);
 }
 
+// The receiver tells how the pairing before has ended while the next start has not been sent yet.
+TEST_F(Pairing, ANoticeInFrontOfAStartTellsNoResult)
+{
+    device.setScript([](const wire::Report &request) {
+        return request.command() == Command::Battery ? std::make_optional(Answers{}) : std::nullopt;
+    });
+    // A busy machine may send the start before the notice has come, which proves nothing.
+    bool proved = false;
+    for (int i = 0; i < 10 && !proved; ++i) {
+        start();
+        messages.clear();
+        UsbServer_EnterDonglePairOnlyCid(Cid);
+        EXPECT_TRUE(results().empty());
+        const auto asked = device.count(Command::Battery);
+        const auto begun = device.count(Command::PairEnter);
+        UsbServer_ReadBatteryLevel(); // stays unanswered
+        ASSERT_TRUE(eventually([&] { return device.count(Command::Battery) > asked; }));
+        UsbServer_EnterDonglePairOnlyCid(Cid);
+        endPairing(PairState::Failed);
+        ASSERT_NE(UsbFinderC_GetVersion(device.path().c_str()), 0U); // the layer has read the notice by now
+        proved = device.count(Command::PairEnter) == begun;
+        EXPECT_TRUE(!proved || results().empty());
+        endPairing(PairState::Succeeded);
+        EXPECT_TRUE(isTold(PairState::Succeeded));
+    }
+    EXPECT_TRUE(proved);
+    heal();
+}
+
 // Neither 0 nor an unknown state is a result; a receiver that tells one does not pair any more.
 TEST_F(Pairing, AReceiverThatForgetsItsPairingHasFailed)
 {
