@@ -563,13 +563,11 @@ void Buttoninterface::sendWaitingMacros()
     }
 }
 
-// A button that has the mode already is not written.
 void Buttoninterface::writeCycle(const QString &name)
 {
     const uint8_t cycle = macro::cycleByte(ReadCycle(name).toInt());
     for (const int button : buttonsWithCaption(macroCaption(name, LanguageIndex)))
-        if (DeviceRecord::copy().KeyBindings[button].Second != cycle &&
-            !bindings_.writeMacroCycle(button, cycle))
+        if (!bindings_.writeMacroCycle(button, cycle))
             return;
 }
 

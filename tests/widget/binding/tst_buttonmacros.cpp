@@ -432,13 +432,8 @@ private slots:
         });
         emit PostMsg::instance()->SigUpDataMacro("Burst", 0);
         QVERIFY(wasSent);
-        const std::size_t sent = updates();
-        QCOMPARE(sent > 0, answers);
+        QCOMPARE(updates() > 0, answers);
         QCOMPARE(offLine.count(), 0);
-        if (!answers)
-            return;
-        emit PostMsg::instance()->SigUpDataMacro("Burst", 1); // the mode that is there already
-        QCOMPARE(updates(), sent);
     }
 
     // Rows of buttons that this mouse lacks keep the captions of the one before.
