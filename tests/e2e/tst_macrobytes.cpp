@@ -179,7 +179,7 @@ private slots:
         const MacroRows rows = presses(3) + MacroRows{delayRow(10), keyRow("Left button", true), delayRow(10),
                                                       keyRow("Left button", false)};
         const auto plays = [&] {
-            const FlashDataMap held = program.bus.flash("m2");
+            const FlashDataMap held = program.bus.record("m2");
             return held.KeyBindings[1].Second == 253 && blockName(held.MacroBlocks[1]) == name &&
                    sameEvents(held.MacroBlocks[1], savedBlock(name, rows));
         };
