@@ -450,6 +450,8 @@ private slots:
         FakeHidUsb::instance().addDevice(fixture::device("six", 7, Receiver8K));
         fixture::select(fixture::info("six", Receiver8K, 1));
         wanted = ButtonPage::plainRecord();
+        for (int button = 6; button < 12; ++button)
+            wanted.KeyBindings[button] = {1, 2, 0}; // no default of theirs
         expectMacro(5, "Burst", 254, presses(3));
         page().show(wanted);
         const FlashDataMap before = wanted;
