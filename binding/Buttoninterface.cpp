@@ -21,6 +21,7 @@
 #include "macro/store/MacroFolder.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
+#include "presentation/LossWatch.h"
 #include "presentation/Notices.h"
 #include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
@@ -543,13 +544,10 @@ void Buttoninterface::sendRows(const QEventLoop *waiter)
         return;
     const WaitingMacro macro = *found;
     waiting_.erase(found);
-    bool lost = false;
-    const QMetaObject::Connection watch =
-        connect(PostMsg::instance(), &PostMsg::SigMouseOffLineo, this, [&lost] { lost = true; });
+    const LossWatch watch;
     for (const int button : buttonsWithCaption(macroCaption(macro.name, LanguageIndex)))
-        if (!lost) // the others would only repeat the notice
+        if (!watch.isLost()) // the others would only repeat the notice
             emit PostMsg::instance()->SigMacroDownLoadData(macro.name, button);
-    disconnect(watch);
     macro.waiter->quit();
 }
 

@@ -17,6 +17,7 @@
 #include "macro/store/MacroFolder.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
+#include "presentation/LossWatch.h"
 #include "presentation/NamedWidgets.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
@@ -514,9 +515,10 @@ void Macro::sendToMouse(const QString &name, bool events, bool cycle)
     if (events)
         emit PostMsg::instance()->SigUpDataMacro(name, 0);
     if (const QString now = saving_.last(); cycle && !now.isEmpty()) {
-        QObject heard;
-        connect(PostMsg::instance(), &PostMsg::SigMouseOffLineo, &heard, [now] { setMissed(now, true); });
+        const LossWatch watch;
         emit PostMsg::instance()->SigUpDataMacro(now, 1);
+        if (watch.isLost())
+            setMissed(now, true);
     }
     releaseSaved(saving_.takeLast());
 }

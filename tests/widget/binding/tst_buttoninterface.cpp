@@ -259,6 +259,7 @@ private slots:
         kept.KeyBindings[1] = {9, 0, 0};
         ImageCacheWrite(SelectedDevice::cacheName(), kept);
         page().show(ButtonPage::plainRecord());
+        MouseOnline = false;
         page().setLanguage(0);
         QCOMPARE(page().button("RightKey")->text(), "Next profile");
         MouseOnline = true;
