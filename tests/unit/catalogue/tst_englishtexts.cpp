@@ -26,7 +26,9 @@ constexpr const char *LongLabels[] = {"Press up to three keys, ticked ones inclu
                                       "Repeat until the button is pressed again",
                                       "Repeat while the button is held",
                                       "DPI of the current stage",
-                                      "Color of DPI stage %1"};
+                                      "Color of DPI stage %1",
+                                      "Pairing failed – try again",
+                                      "At most %1 s left"};
 
 template <std::size_t N> bool listed(const char *const (&list)[N], const QString &text)
 {
