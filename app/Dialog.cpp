@@ -10,7 +10,10 @@
 #include "device/hidusb/HIDUsb.h"
 #include "environment/CrashFile.h"
 #include "hub/PostMsg.h"
+#include "lighting/InputPic.h"
 #include "lighting/LampLight.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
 #include "macro/Macro.h"
 #include "presentation/FirstShow.h"
 #include "presentation/Spin.h"
@@ -91,6 +94,10 @@ void Dialog::buildPages()
     macro_ = new Macro(this);
     sensor_ = new Sensor(this);
     setting_ = new class FormSetting(this);
+    setting_->keep(std::make_unique<LedInfo>());
+    setting_->keep(std::make_unique<InputPicA>());
+    setting_->keep(std::make_unique<InputPicB>());
+    setting_->keep(std::make_unique<LightModeSet>());
     for (QWidget *page :
          std::initializer_list<QWidget *>{advanced_, buttons_, lights_, macro_, sensor_, setting_})
         ui->stackedWidgetDialog->addWidget(page);

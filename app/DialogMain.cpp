@@ -21,13 +21,16 @@
 #include "presentation/language/LanguageTables.h"
 #include "selection/DialogChange.h"
 #include "service/Match.h"
+#include "service/UpDateRepair.h"
 #include "ui_DialogMain.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QDebug>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QSessionManager>
 #include <QThread>
 #include <QTimer>
 #include <cstdlib>
@@ -76,6 +79,10 @@ void DialogMain::connectSignals()
     connect(hub, SIGNAL(SigMouseOffLineo(int)), this, SLOT(SlotMouseOffLine(int)));
     connect(hub, SIGNAL(SigUpPageLight()), this, SLOT(SlotUpPageLight()));
     connect(&trayIcon_, &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
+        if (staysForUpgrade())
+            session.cancel();
+    });
 }
 
 // ---- Pages --------------------------------------------------------------------------------------
@@ -126,6 +133,8 @@ void DialogMain::SlotMouseOffLine(int index)
 
 void DialogMain::SlotChangeSize(int index)
 {
+    if ((index == 1 || index == 3) && staysForUpgrade())
+        return;
     if (index == 0 || index == 1)
         UsbServer_SetPCDriverStatus(0);
     if (index == 0 || index == 2)
@@ -171,9 +180,27 @@ void DialogMain::endProgram()
     close();
 }
 
+// A device whose firmware is half written does not work. The upgrade dialog, which says so, is brought to the
+// front.
+bool DialogMain::staysForUpgrade()
+{
+    if (NotUpgrading)
+        return false;
+    comeBack();
+    if (UpDateRepair *const dialog = UpDateRepair::instance(); dialog && dialog->isVisible()) {
+        dialog->raise();
+        dialog->activateWindow();
+    }
+    return true;
+}
+
 // The window manager and the end of a session close the window without a button of the page.
 void DialogMain::closeEvent(QCloseEvent *event)
 {
+    if (!ended_ && staysForUpgrade()) {
+        event->ignore();
+        return;
+    }
     if (!ended_) {
         if (ui->stackedWidget->currentWidget() == dialog_)
             dialog_->WindowClosed();
@@ -239,7 +266,11 @@ void DialogMain::comeBack()
     });
 }
 
-void DialogMain::slotActionExitApp() { std::exit(0); }
+void DialogMain::slotActionExitApp()
+{
+    if (!staysForUpgrade())
+        std::exit(0);
+}
 
 void DialogMain::SlotAllLanguage(int index)
 {

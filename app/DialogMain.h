@@ -54,6 +54,7 @@ private:
     void endProgram();
     void takeCharge();
     void comeBack();
+    bool staysForUpgrade();
 
     std::unique_ptr<Ui::DialogMain> ui;
     std::unique_ptr<QMenu> trayMenu_;

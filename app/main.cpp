@@ -5,6 +5,7 @@
 #include "environment/SingleInstance.h"
 #include "presentation/Notices.h"
 #include "presentation/ScreenFont.h"
+#include "service/AutoStart.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -15,15 +16,20 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     prepareApplication();
 
+    const bool hidden = autostart::takeHiddenStart();
     SingleInstance instance;
     if (!instance.acquire()) {
-        notice::ask<ExeIsRun>();
+        if (!hidden)
+            notice::ask<ExeIsRun>();
         return 0;
     }
     DialogMain window;
     scaleFontsToScreen(&window);
     // Some window managers place a frameless window without an event, and notices would not be centred on it.
     window.move(QGuiApplication::primaryScreen()->availableGeometry().center() - window.rect().center());
-    window.show();
+    if (hidden)
+        window.SlotChangeSize(2); // to the tray, and the device, which nothing has opened, hears nothing
+    else
+        window.show();
     return QApplication::exec();
 }

@@ -7,6 +7,7 @@
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "macro/store/MacroBlockCodec.h"
 #include "presentation/language/LanguageTables.h"
 
 #include <algorithm>
@@ -70,17 +71,6 @@ DecodedBinding ButtonBindings::decoded(int button, const KeyBinding &binding,
                          LanguageIndex);
 }
 
-QStringList ButtonBindings::macroNames() const
-{
-    QStringList names;
-    for (int k = 0; k < count(); ++k)
-        if (const QString name = macroName(record_.MacroBlocks[k]);
-            record_.KeyBindings[k].Class == MacroClass && !name.isEmpty() && !names.contains(name))
-            names << name;
-    names.sort(Qt::CaseInsensitive);
-    return names;
-}
-
 bool ButtonBindings::write(int button, const EncodedAction &action)
 {
     const bool taken = action.sequence ? SetKeySequence(button, action.binding, *action.sequence)
@@ -90,18 +80,33 @@ bool ButtonBindings::write(int button, const EncodedAction &action)
     return taken;
 }
 
-bool ButtonBindings::writeMacro(int button, const QString &name)
+bool ButtonBindings::writeMacro(int button, uint8_t cycle, const MacroBlock &macro)
 {
-    for (int k = 0; k < ButtonCount; ++k) {
-        if (record_.KeyBindings[k].Class != MacroClass || macroName(record_.MacroBlocks[k]) != name)
-            continue;
-        const KeyBinding binding = macroBinding(button, record_.KeyBindings[k].Second);
-        const bool taken = SetMacroBinding(button, binding, record_.MacroBlocks[k]);
-        if (taken)
-            take(button);
-        return taken;
-    }
-    return false;
+    return writeBlock(button, macroBinding(button, cycle), macro);
+}
+
+bool ButtonBindings::writeMacroName(int button, const QString &name)
+{
+    const FlashDataMap record = DeviceRecord::copy();
+    MacroBlock block = record.MacroBlocks[button];
+    macro::renameBlock(&block, name);
+    return writeBlock(button, record.KeyBindings[button], block);
+}
+
+bool ButtonBindings::writeMacroCycle(int button, uint8_t cycle)
+{
+    const FlashDataMap record = DeviceRecord::copy();
+    KeyBinding binding = record.KeyBindings[button];
+    binding.Second = cycle;
+    return writeBlock(button, binding, record.MacroBlocks[button]);
+}
+
+bool ButtonBindings::writeBlock(int button, const KeyBinding &binding, const MacroBlock &macro)
+{
+    const bool taken = SetMacroBinding(button, binding, macro);
+    if (taken)
+        take(button);
+    return taken;
 }
 
 void ButtonBindings::take(int button)

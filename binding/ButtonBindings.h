@@ -35,14 +35,15 @@ public:
 
     // The record supplies the key sequence and the macro, which do not fit into the binding.
     binding::DecodedBinding decoded(int button, const KeyBinding &binding, const FlashDataMap &record) const;
-    // Names of the macros that are bound, sorted, each once. The mouse keeps a macro in its button's slot.
-    QStringList macroNames() const;
-
     bool write(int button, const binding::EncodedAction &action);
-    // Copies the macro of that name from the button that has it.
-    bool writeMacro(int button, const QString &name);
+    // A macro goes into the button's own slot.
+    bool writeMacro(int button, uint8_t cycle, const MacroBlock &macro);
+    // Change what the button's slot holds, as the device's record has it.
+    bool writeMacroName(int button, const QString &name);
+    bool writeMacroCycle(int button, uint8_t cycle);
 
 private:
+    bool writeBlock(int button, const KeyBinding &binding, const MacroBlock &macro);
     void take(int button); // what has just been written
 
     FlashDataMap record_{};

@@ -176,6 +176,7 @@ void ButtonList::setText(int button, const QString &text)
         return;
     const Row &row = rows_[*index];
     row.caption->setText(text);
+    row.caption->setShortcut({}); // an "&" is part of a macro's name
     row.caption->setToolTip(row.caption->isElided() ? text : QString());
     const QString form = language::text(language::Section::common, "ButtonName", LanguageIndex);
     const QString name =

@@ -15,11 +15,15 @@
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
 #include "hub/PostMsg.h"
+#include "macro/store/MacroBlockCodec.h"
+#include "macro/store/MacroFile.h"
+#include "macro/store/MacroFolder.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
 #include "presentation/Notices.h"
 #include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
+#include "presentation/Spin.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/dialogs/FireKey.h"
 #include "presentation/dialogs/GroupKey.h"
@@ -37,6 +41,7 @@ namespace
 constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
 constexpr QPoint NoticeOffset{-100, -50};
+constexpr int RowsWait = 1500; // milliseconds from a macro's save to the mouse's copies
 constexpr int FireButton = 10; // its default binding holds the dialog's initial values
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
@@ -51,7 +56,11 @@ bool hasFocusIn(const QWidget *widget)
 } // namespace
 
 Buttoninterface::Buttoninterface(QWidget *parent)
-    : QWidget(parent), ui(std::make_unique<Ui::Buttoninterface>()), worker_(std::make_unique<Worker>())
+    : QWidget(parent)
+    , ui(std::make_unique<Ui::Buttoninterface>())
+    , fireInterval_(builtInAction(FireButton)->binding.First)
+    , fireCount_(builtInAction(FireButton)->binding.Second)
+    , worker_(std::make_unique<Worker>())
 {
     ui->setupUi(this);
     setAccessibleName(QStringLiteral("Buttons"));
@@ -61,7 +70,6 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     QMetaObject::connectSlotsByName(this); // after the widgets that are made here exist
     connect(list_, &ButtonList::checkedChanged, this, &Buttoninterface::nameChosenRow);
     connect(functions_, &FunctionPages::chosen, this, &Buttoninterface::choose);
-    connect(functions_, &FunctionPages::macroChosen, this, &Buttoninterface::slotButtonClicked);
     connect(functions_->backButton(), &QToolButton::clicked, this, &Buttoninterface::leaveFunctions);
     onFirstShow(this, [this] { applyStyle(); });
     showButtons();
@@ -128,6 +136,9 @@ void Buttoninterface::connectSignals()
     connect(hub, SIGNAL(SigFormReset()), this, SLOT(SlotFormResetButton()), Qt::BlockingQueuedConnection);
     connect(hub, SIGNAL(SigMouseIndex(int)), this, SLOT(SlotMouseIndex(int)));
     connect(hub, SIGNAL(SigAddMacroButton()), this, SLOT(SlotAddMacroButton()));
+    connect(hub, SIGNAL(SigUpDataMacro(QString, int)), this, SLOT(SlotUpDataMacro(QString, int)));
+    connect(hub, SIGNAL(SigMacroRename(QString, QString)), this, SLOT(SlotMacroRename(QString, QString)));
+    connect(hub, SIGNAL(SigDeleteMacroButton(QString)), this, SLOT(SlotDeleteMacroButton(QString)));
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
     // The worker was made before and thus has taken the selected device when this page's slot runs.
     connect(hub, SIGNAL(SigSelectMouseInfo(DeviceAllInfo)), this, SLOT(SlotSelectMouseInfo(DeviceAllInfo)));
@@ -160,7 +171,7 @@ void Buttoninterface::showBindings(const FlashDataMap &map)
     bindings_.load(map, count);
     for (int k = 0; k < bindings_.count(); ++k)
         ShowBinding(k, map.KeyBindings[k].Class, map.KeyBindings[k].First, map.KeyBindings[k].Second, map);
-    functions_->setMacros(bindings_.macroNames());
+    SlotAddMacroButton();
     nameChosenRow();
 }
 
@@ -169,7 +180,13 @@ void Buttoninterface::ShowBinding(int button, int actionClass, int first, int se
 {
     if (!ButtonList::rowOf(button))
         return;
-    const KeyBinding binding{uint8_t(actionClass), uint8_t(first), uint8_t(second)};
+    showCaption(button, {uint8_t(actionClass), uint8_t(first), uint8_t(second)}, record);
+    if (actionClass == MacroClass)
+        emit PostMsg::instance()->SigButtonToMacro(record, button);
+}
+
+void Buttoninterface::showCaption(int button, const KeyBinding &binding, const FlashDataMap &record)
+{
     if (const auto caption = bindings_.decoded(button, binding, record).caption)
         list_->setText(button, *caption);
 }
@@ -276,7 +293,8 @@ void Buttoninterface::preselect(int button)
     if (!binding)
         return;
     const FlashDataMap &record = bindings_.record();
-    functions_->preselect(bindings_.decoded(button, *binding, record), macroName(record.MacroBlocks[button]));
+    functions_->preselect(bindings_.decoded(button, *binding, record),
+                          macro::blockName(record.MacroBlocks[button]));
 }
 
 void Buttoninterface::showFunctions()
@@ -377,7 +395,9 @@ void Buttoninterface::on_DPI_6_clicked()
         preselect(button);
         return;
     }
-    bindChosen(encodeFireKey(dialog.interval(), dialog.count()));
+    fireInterval_ = dialog.interval();
+    fireCount_ = dialog.count();
+    bindChosen(encodeFireKey(fireInterval_, fireCount_));
 }
 
 void Buttoninterface::on_DPI_8_clicked()
@@ -408,8 +428,7 @@ bool Buttoninterface::bind(int button, const std::function<bool()> &write)
     }
     if (!write())
         return false;
-    const KeyBinding binding = *bindings_.at(button);
-    ShowBinding(button, binding.Class, binding.First, binding.Second, bindings_.record());
+    showCaption(button, *bindings_.at(button), bindings_.record());
     return true;
 }
 
@@ -426,10 +445,15 @@ bool Buttoninterface::SetComboAction(int button, const QString &keys)
 
 // ---- Macros -------------------------------------------------------------------------------------
 
-void Buttoninterface::SlotAddMacroButton() { functions_->setMacros(bindings_.macroNames()); }
+void Buttoninterface::SlotAddMacroButton()
+{
+    for (ActionButton *each : functions_->setMacros(macro::macroNames()))
+        connect(each, SIGNAL(clicked(bool)), this, SLOT(slotButtonClicked(bool)));
+}
 
 void Buttoninterface::on_DPI_10_clicked()
 {
+    SlotAddMacroButton(); // a file may have come or gone
     if (functions_->hasMacros()) {
         openPanel(Panel::Macros);
         return;
@@ -440,13 +464,100 @@ void Buttoninterface::on_DPI_10_clicked()
     functions_->showPanel(Panel::Debounce);
 }
 
-void Buttoninterface::slotButtonClicked(const QString &macro)
+QString Buttoninterface::ReadCycle(const QString &name) const
 {
+    const std::optional<macro::MacroText> file = macro::loadMacro(name);
+    return file && file->cycle ? QString::number(*file->cycle) : QString();
+}
+
+std::optional<MacroBlock> Buttoninterface::BuildMacroBlock(const QString &name) const
+{
+    const std::optional<macro::MacroText> file = macro::loadMacro(name);
+    if (!MouseOnline || !file)
+        return std::nullopt;
+    return macro::boundBlock(name, file->rows);
+}
+
+void Buttoninterface::slotButtonClicked(bool)
+{
+    const auto *const clicked = qobject_cast<const ActionButton *>(sender());
+    const QString name = clicked ? clicked->text() : QString();
     const int button = chosenButton();
     functions_->clearDetails();
     if (button >= 0)
-        bind(button, [&] { return bindings_.writeMacro(button, macro); });
+        bind(button, [&] { return writeMacro(button, name); });
     leaveFunctions();
+}
+
+// A macro with more events than a mouse holds is bound with the first ones.
+bool Buttoninterface::writeMacro(int button, const QString &name)
+{
+    const std::optional<macro::MacroText> file = macro::loadMacro(name);
+    const std::optional<MacroBlock> block = BuildMacroBlock(name);
+    if (!file || !block)
+        return false;
+    if (!macro::fitsBlock(file->rows))
+        notice::ask<KeyNumberLimit>(this, NoticeOffset);
+    return bindings_.writeMacro(button, macro::cycleByte(file->cycle.value_or(0)), *block);
+}
+
+std::vector<int> Buttoninterface::buttonsWithCaption(const QString &text) const
+{
+    std::vector<int> buttons;
+    for (std::size_t row = 0; row < ButtonRows.size(); ++row)
+        if (list_->caption(row)->text().remove(QChar()) == text)
+            buttons.push_back(ButtonRows[row].button);
+    return buttons;
+}
+
+void Buttoninterface::SlotUpDataMacro(QString MacroName, int index)
+{
+    if (index == 0) {
+        spinEventLoop(RowsWait);
+        for (const int button : buttonsWithCaption(macroCaption(MacroName, LanguageIndex)))
+            emit PostMsg::instance()->SigMacroDownLoadData(MacroName, button);
+        return;
+    }
+    for (const int button : buttonsWithCaption(macroCaption(MacroName, LanguageIndex)))
+        if (!bindings_.writeMacroCycle(button, macro::cycleByte(ReadCycle(MacroName).toInt())))
+            return; // the others would only repeat the notice
+}
+
+void Buttoninterface::SlotMacroRename(QString Rename, QString Name)
+{
+    bool taken = true;
+    for (const int button : buttonsWithCaption(macroCaption(Rename, LanguageIndex))) {
+        list_->setText(button, macroCaption(Name, LanguageIndex));
+        taken = taken && bindings_.writeMacroName(button, Name);
+    }
+}
+
+void Buttoninterface::SlotDeleteMacroButton(QString MacroName)
+{
+    for (const int button : buttonsWithCaption(MacroName)) {
+        list_->check(*ButtonList::rowOf(button));
+        if (!bindDefault(button))
+            return;
+        // The mouse gets this with the next record.
+        DeviceRecord::edit([button](FlashDataMap &record) { record.KeySequences[button] = {}; });
+    }
+}
+
+// The action of a button whose macro is gone. True as well for a model that leaves the button as it is.
+bool Buttoninterface::bindDefault(int button)
+{
+    const int model = SelectedDevice::info().DriveIndex;
+    const QByteArray key = keyParamName(button).toLatin1();
+    const DefaultAction action =
+        defaultAction(button, key.isEmpty() ? QStringList() : DeviceCatalogue().list(model, key.constData()));
+    if (!action.action)
+        return true;
+    functions_->button(*action.action)->setChecked(true);
+    if (action.action->form == Form::Combination)
+        return bind(button, encodeCombination(action.keys));
+    if (action.action->form == Form::Fire)
+        return bind(button, encodeFireKey(fireInterval_, fireCount_));
+    return bind(button, *encodeAction(*action.action, bindings_.sensor()));
 }
 
 // ---- Texts --------------------------------------------------------------------------------------

@@ -14,6 +14,7 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class ButtonList;
 class FunctionPages;
@@ -35,8 +36,13 @@ public:
 
     bool SetMediaAction(int button, uint8_t code);
     bool SetComboAction(int button, const QString &keys);
-    // Sets the caption of a button from its three bytes and from the record's key sequence and macro.
+    // Sets the caption of a button from its three bytes and from the record's key sequence and macro. A macro
+    // is handed to the page of the macros, which brings it into the folder.
     void ShowBinding(int button, int actionClass, int first, int second, const FlashDataMap &record);
+    // The number of the cycle mode in the first line of the macro's file; empty without a file.
+    QString ReadCycle(const QString &name) const;
+    // None while the mouse is off line and for a macro without a readable file.
+    std::optional<MacroBlock> BuildMacroBlock(const QString &name) const;
 
 public slots:
     void SlotUpDataButtonUIButton(FlashDataMap DataMap);
@@ -46,6 +52,13 @@ public slots:
     void SlotMouseIndex(int index);
     void SlotFormResetButton();
     void SlotAddMacroButton();
+    // 0: the rows of the macro were saved. It waits, with the event loop running, and has each button that
+    // plays the macro sent anew. 1: its cycle mode was saved.
+    void SlotUpDataMacro(QString MacroName, int index);
+    // The macro `Rename` is now called `Name`.
+    void SlotMacroRename(QString Rename, QString Name);
+    // MacroName: the caption of the buttons that played the macro that was deleted.
+    void SlotDeleteMacroButton(QString MacroName);
     void SlotAllLanguage(int index);
 
     void on_FireKey_clicked() { openRow(0); }
@@ -77,7 +90,7 @@ public slots:
     void on_DPI_6_clicked(); // asks for the fire key's values first
     void on_DPI_8_clicked(); // asks for the keys first
     void on_DPI_10_clicked();
-    void slotButtonClicked(const QString &macro);
+    void slotButtonClicked(bool checked); // of a macro's button
 
     void on_ProjectChoose_activated(int index);
     void on_ProjectChoose_currentIndexChanged(int) {} // the program fills the box, the user chose nothing
@@ -96,6 +109,7 @@ private:
 
     void showRecord(const FlashDataMap &map);
     void showBindings(const FlashDataMap &map);
+    void showCaption(int button, const KeyBinding &binding, const FlashDataMap &record);
 
     bool isLastLeft(std::size_t row) const;
     void refuseLastLeft();
@@ -115,6 +129,10 @@ private:
     bool bind(int button, const std::function<bool()> &write);
     int chosenButton() const; // -1 for none
 
+    std::vector<int> buttonsWithCaption(const QString &text) const;
+    bool writeMacro(int button, const QString &name);
+    bool bindDefault(int button);
+
     std::unique_ptr<Ui::Buttoninterface> ui;
     ButtonList *list_ = nullptr;
     FunctionPages *functions_ = nullptr;
@@ -122,6 +140,8 @@ private:
     std::unique_ptr<ProfileBox> profiles_;
     QString picture_ = QStringLiteral("mouse0.png");
     bool styled_ = false;
+    int fireInterval_; // FireInterval, FireCount: as last accepted in their dialog
+    int fireCount_;
     DeviceAllInfo shown_; // the device that the page was opened for
     std::unique_ptr<Worker> worker_;
 };

@@ -243,32 +243,42 @@ void FunctionPages::focusPanel()
 
 // ---- Macros -------------------------------------------------------------------------------------
 
-void FunctionPages::setMacros(const QStringList &names)
+QList<ActionButton *> FunctionPages::setMacros(const QStringList &names)
 {
     if (names == macroNames_)
-        return; // a rebuild would drop the keyboard focus
+        return {}; // a rebuild would drop the keyboard focus
     macroNames_ = names;
+    QString checked;
     // A read may arrive while a click handler of one of them runs a modal notice.
     for (ActionButton *each : qAsConst(macros_)) {
+        checked = each->isChecked() ? each->text() : checked;
         detailGroup_->removeButton(each);
         each->hide();
         each->deleteLater();
     }
     macros_.clear();
-    const int columns = (PanelWidth + ButtonGap) / (FunctionSize.width() + ButtonGap);
-    QWidget *const list = macroGrid_->parentWidget();
-    for (const QString &name : names) {
-        auto *made = new ActionButton(QString(), list);
-        made->setText(name);
-        made->setFont(back_->font()); // the font as scaled for the screen when the page was built
-        made->setFixedSize(FunctionSize);
-        detailGroup_->addButton(made);
-        macroGrid_->addWidget(made, macros_.size() / columns, macros_.size() % columns);
-        connect(made, &QToolButton::clicked, this, [this, made] { emit macroChosen(made->text()); });
-        made->show();
-        macros_ << made;
-    }
-    list->adjustSize();
+    for (const QString &name : names)
+        macros_ << addMacro(name, macros_.size());
+    macroGrid_->parentWidget()->adjustSize();
     if (macrosStyled_)
         stylePanel(page(Panel::Macros));
+    for (ActionButton *each : qAsConst(macros_)) {
+        each->setToolTip(each->isElided() ? each->text() : QString());
+        each->setChecked(each->text() == checked);
+    }
+    return macros_;
+}
+
+ActionButton *FunctionPages::addMacro(const QString &name, int place)
+{
+    const int columns = (PanelWidth + ButtonGap) / (FunctionSize.width() + ButtonGap);
+    auto *made = new ActionButton(QString(), macroGrid_->parentWidget());
+    made->setText(name);
+    made->setShortcut({});        // an "&" is part of the name
+    made->setFont(back_->font()); // the font as scaled for the screen when the page was built
+    made->setFixedSize(FunctionSize);
+    detailGroup_->addButton(made);
+    macroGrid_->addWidget(made, place / columns, place % columns);
+    made->show();
+    return made;
 }

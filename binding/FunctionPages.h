@@ -47,12 +47,12 @@ public:
     void focusChosen();
     void focusPanel();
 
-    void setMacros(const QStringList &names);
+    // Returns the buttons that were made; none when the same names show already.
+    QList<ActionButton *> setMacros(const QStringList &names);
     bool hasMacros() const { return !macros_.isEmpty(); }
 
 signals:
     void chosen(const binding::ActionRow &row);
-    void macroChosen(const QString &name);
 
 private:
     QWidget *page(binding::Panel panel) const;
@@ -60,6 +60,7 @@ private:
     void addPanel(binding::Panel panel);
     void addMacroPanel();
     ActionButton *addAction(const binding::ActionRow &row, QWidget *parent);
+    ActionButton *addMacro(const QString &name, int place);
     void stylePanel(QWidget *page);
 
     QStackedWidget *functionStack_;

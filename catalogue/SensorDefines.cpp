@@ -40,10 +40,10 @@ int32_t numberOf(const QString &text)
     return text.toInt(nullptr, text.contains(QLatin1String("0x")) ? 16 : 10);
 }
 
-class Reader
+class DefineReader
 {
 public:
-    Reader(QStringList *nameList, QVector<int32_t> *valueList) : names_(nameList), values_(valueList) {}
+    DefineReader(QStringList *nameList, QVector<int32_t> *valueList) : names_(nameList), values_(valueList) {}
 
     void take(const QString &line)
     {
@@ -95,7 +95,7 @@ SensorCapabilities parseSensorDefines(const QByteArray &content, QStringList *na
     QBuffer lines;
     lines.setData(content);
     lines.open(QIODevice::ReadOnly | QIODevice::Text);
-    Reader reader(names, values);
+    DefineReader reader(names, values);
     while (!lines.atEnd())
         reader.take(QString::fromUtf8(lines.readLine()));
     return reader.capabilities;

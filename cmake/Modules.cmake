@@ -52,7 +52,8 @@ function(add_module name)
 endfunction()
 
 # add_test_row(row [XSERVER] COMMAND program arguments …)
-# A test of ctest's, with 120 s. XSERVER: it needs a window system and gets an Xvfb of its own.
+# A test of ctest's, with 120 s. XSERVER: it needs a window system and gets an Xvfb of its own. A test takes two of
+# ctest's processors, so that one that waits for nearly all of its time can take one.
 function(add_test_row row)
   cmake_parse_arguments(test "XSERVER" "" "COMMAND" ${ARGN})
   list(POP_FRONT test_COMMAND program)
@@ -63,7 +64,7 @@ function(add_test_row row)
     set(server xvfb-run -a -s "-screen 0 1600x1200x24")
   endif()
   add_test(NAME ${row} COMMAND ${server} $<TARGET_FILE:${program}> ${test_COMMAND})
-  set_tests_properties(${row} PROPERTIES TIMEOUT 120 ENVIRONMENT "${environment}")
+  set_tests_properties(${row} PROPERTIES TIMEOUT 120 PROCESSORS 2 ENVIRONMENT "${environment}")
 endfunction()
 
 # add_gtest(name SOURCES … LINKS … [DEFINITIONS …] [DEPENDS …])

@@ -92,10 +92,10 @@ void followSelection(const std::vector<DeviceAllInfo> &list)
 
 void announceFirmware()
 {
-    const DeviceAllInfo selected = SelectedDevice::info();
-    const bool isNew = checkForNew(TargetReceiver, selected.DongleVersion,
-                                   connectionKind(selected.DeviceKind), driveSection(selected));
-    emit PostMsg::instance()->SigLabelTextB(selected.DongleVersion,
+    const DeviceAllInfo receiver = selectedReceiver();
+    const bool isNew = checkForNew(TargetReceiver, receiver.DongleVersion,
+                                   connectionKind(receiver.DeviceKind), driveSection(receiver));
+    emit PostMsg::instance()->SigLabelTextB(receiver.DongleVersion,
                                             isNew ? QStringLiteral("true") : QString());
     if (UpgradeDialogOpen && !UpdateBusy)
         emit PostMsg::instance()->SigCheckUpdate();

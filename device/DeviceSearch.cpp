@@ -5,11 +5,27 @@
 #include "catalogue/DeviceCatalogue.h"
 #include "catalogue/DeviceKinds.h"
 #include "device/hidusb/HIDUsb.h"
+#include "device/hidusb/wire/Report.h"
 
 #include <algorithm>
 
 namespace
 {
+
+// The layer knows the codes that are on the wire, the catalogue what follows from them.
+constexpr bool isOneKindOnTheWire(const DeviceKindRow &row)
+{
+    const auto code = static_cast<uint8_t>(row.code);
+    return wire::isCable(code) == row.wired && wire::receiverKHz(code) == (row.wired ? 0 : row.kHz);
+}
+constexpr bool areKindsOfTheWire()
+{
+    for (const DeviceKindRow &row : DeviceKinds)
+        if (!isOneKindOnTheWire(row))
+            return false;
+    return true;
+}
+static_assert(areKindsOfTheWire(), "the layer and the catalogue differ about a kind of device");
 
 constexpr int IdentityTries = 10;
 constexpr int32_t PathsPerPair = 5;

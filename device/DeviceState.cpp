@@ -52,6 +52,10 @@ void SelectedDevice::setMouseVersion(const QString &version)
 {
     assign(selection().info.MouseVersion, version);
 }
+void SelectedDevice::setDongleVersion(const QString &version)
+{
+    assign(selection().info.DongleVersion, version);
+}
 QString SelectedDevice::cacheName() { return guarded(selection().cacheName); }
 void SelectedDevice::setCacheName(const QString &name) { assign(selection().cacheName, name); }
 QString SelectedDevice::imageName() { return guarded(selection().imageName); }
@@ -59,6 +63,17 @@ void SelectedDevice::setImageName(const QString &name) { assign(selection().imag
 
 std::vector<DeviceAllInfo> deviceList() { return guarded(selection().deviceList); }
 void setDeviceList(const std::vector<DeviceAllInfo> &list) { assign(selection().deviceList, list); }
+
+DeviceAllInfo selectedReceiver()
+{
+    const DeviceAllInfo selected = SelectedDevice::info();
+    const std::vector<DeviceAllInfo> list = deviceList();
+    if (selected.Usb && list.size() == 2)
+        for (const DeviceAllInfo &entry : list)
+            if (!entry.Usb)
+                return entry;
+    return selected;
+}
 
 const char *CurrentDevicePath() { return selection().path; }
 

@@ -59,6 +59,7 @@ public:
     static void set(const DeviceAllInfo &info);
     static void setOnline(bool online);
     static void setMouseVersion(const QString &version);
+    static void setDongleVersion(const QString &version);
 
     static QString cacheName(); // CacheName: set at selection
     static void setCacheName(const QString &name);
@@ -86,6 +87,9 @@ inline void awaitMouse()
 // DeviceList: the result of the device page's last search. Copies in, copies out.
 std::vector<DeviceAllInfo> deviceList();
 void setDeviceList(const std::vector<DeviceAllInfo> &list);
+// The receiver that belongs to the selected device: itself, or the one beside it while it is on its cable. A
+// cable without one gives the cable.
+DeviceAllInfo selectedReceiver();
 
 // Restores the state at the start of the process: every DeviceFlag, the selection and the record.
 void resetDeviceState();

@@ -9,6 +9,12 @@
 #include "device/hidusb/HIDUsb.h"
 
 #include <QByteArray>
+#include <QString>
+
+// A complete, undamaged firmware file of a mouse or a receiver.
+bool isSoundFirmware(const QByteArray &image);
+// The version of a sound file, such as "v1.0A".
+QString firmwareVersion(const QByteArray &image);
 
 // The attached boot loaders that the file fits, at most `most`.
 int findBootDevices(const QByteArray &image, int most);

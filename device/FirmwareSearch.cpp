@@ -4,6 +4,7 @@
 
 #include "catalogue/ConfigReader.h"
 #include "catalogue/DeviceKinds.h"
+#include "device/FirmwareImage.h"
 #include "device/hidusb/wire/FirmwareFile.h"
 #include "environment/DataRoot.h"
 
@@ -34,45 +35,86 @@ bool sameNumber(const QString &left, const QString &right)
     return leftIsNumber && rightIsNumber && leftNumber == rightNumber;
 }
 
+struct Wanted {
+    int target;
+    QString version; // without "v"; empty when unknown
+    QString baseName;
+    int cid;
+    int mid;
+    int connectionKind;   // of a receiver; 0 for any
+    bool comparesNumbers; // the same number in another writing ends the search
+};
+
 // A file shorter than a head gives zeros, which match no device.
-bool readHead(const QString &path, wire::FirmwareHead &head)
+wire::FirmwareHead readHead(QFile &file)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    head = wire::FirmwareHead{};
+    wire::FirmwareHead head{};
     if (file.read(reinterpret_cast<char *>(&head), sizeof head) != qint64(sizeof head))
         head = wire::FirmwareHead{};
-    return true;
+    return head;
+}
+
+bool isFor(const wire::FirmwareHead &head, const Wanted &wanted)
+{
+    const QByteArray base(head.BaseName, int(strnlen(head.BaseName, sizeof head.BaseName)));
+    return head.Target == wanted.target && head.Cid == wanted.cid && head.Mid == wanted.mid &&
+           QString::fromUtf8(base) == wanted.baseName &&
+           (wanted.connectionKind == 0 || wanted.target == TargetMouse ||
+            head.ReceiverKHz == wanted.connectionKind);
+}
+
+QByteArray readWhole(QFile &file)
+{
+    if (file.size() > qint64(wire::FirmwareSizeLimit) || !file.seek(0))
+        return {};
+    const QByteArray image = file.readAll();
+    return isSoundFirmware(image) ? image : QByteArray();
+}
+
+QByteArray search(const Wanted &wanted)
+{
+    QByteArray found;
+    const QDir folder(applicationFolder() + QStringLiteral("/bin"));
+    const QStringList names =
+        folder.entryList({QStringLiteral("*.bin")}, QDir::Files | QDir::NoSymLinks).mid(0, FilesLookedAt);
+    for (const QString &name : names) {
+        QFile file(folder.filePath(name));
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        const wire::FirmwareHead head = readHead(file);
+        if (!isFor(head, wanted))
+            continue;
+        const QString offered = fileVersion(head);
+        if (offered == wanted.version)
+            continue;
+        const QByteArray image = readWhole(file);
+        if (image.isEmpty())
+            continue;
+        if (wanted.comparesNumbers && sameNumber(offered, wanted.version))
+            return found;
+        found = image;
+    }
+    return found;
 }
 
 } // namespace
 
-bool hasNewFirmware(int target, const QString &version, const QString &baseName, int cid, int mid)
+bool hasNewFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
+                    int connectionKind)
 {
-    const QDir folder(applicationFolder() + QStringLiteral("/bin"));
-    if (version.isEmpty() || !folder.exists())
-        return false;
-    const QString current = bareVersion(version);
-    bool found = false;
-    const QStringList names =
-        folder.entryList({QStringLiteral("*.bin")}, QDir::Files | QDir::NoSymLinks).mid(0, FilesLookedAt);
-    for (const QString &name : names) {
-        wire::FirmwareHead head;
-        if (!readHead(folder.filePath(name), head))
-            return false;
-        const QByteArray base(head.BaseName, int(strnlen(head.BaseName, sizeof head.BaseName)));
-        if (head.Target != target || head.Cid != cid || head.Mid != mid ||
-            QString::fromUtf8(base) != baseName)
-            continue;
-        const QString offered = fileVersion(head);
-        if (offered == current)
-            continue;
-        if (sameNumber(offered, current))
-            return found;
-        found = true;
-    }
-    return found;
+    return !version.isEmpty() && !findFirmware(target, version, baseName, cid, mid, connectionKind).isEmpty();
+}
+
+QByteArray findFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
+                        int connectionKind)
+{
+    return search({target, bareVersion(version), baseName, cid, mid, connectionKind, true});
+}
+
+QByteArray findRepairFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
+                              int connectionKind)
+{
+    return search({target, bareVersion(version), baseName, cid, mid, connectionKind, false});
 }
 
 QString firmwareKey(int target, int connectionKind)
@@ -93,5 +135,5 @@ bool checkForNew(int target, const QString &version, int connectionKind, const Q
     ConfigReader &config = ConfigReader::instance();
     const int cid = config.ReadConfig(QStringLiteral("Option"), QStringLiteral("CID")).toInt();
     const int mid = config.ReadConfig(section, QStringLiteral("MID")).toInt();
-    return hasNewFirmware(target, version, config.ReadConfig(section, key), cid, mid);
+    return hasNewFirmware(target, version, config.ReadConfig(section, key), cid, mid, connectionKind);
 }

@@ -6,13 +6,13 @@
 // read loses reports and delays nobody. One thread.
 #pragma once
 
-#include "emulator/Bus.h"
 #include "emulator/BusFolder.h"
+#include "emulator/DeviceBus.h"
 
 namespace emulator
 {
 
-class BusSockets final : public Bus
+class BusSockets final : public DeviceBus
 {
 public:
     // The caller owns the folder, which must outlive the bus.

@@ -5,8 +5,8 @@
 // blocks on a client. One thread.
 #pragma once
 
-#include "emulator/Bus.h"
 #include "emulator/BusFolder.h"
+#include "emulator/DeviceBus.h"
 #include "emulator/World.h"
 
 namespace emulator

@@ -86,7 +86,7 @@ private:
     // Used by the emulator's thread only while it runs.
     World world_;
     BusFolder folder_;
-    std::unique_ptr<Bus> bus_;
+    std::unique_ptr<DeviceBus> bus_;
     Control control_;
     std::FILE *const logFile_;
     const TimePoint began_ = Clock::now();

@@ -11,12 +11,12 @@ namespace emulator
 namespace
 {
 
-struct StageRow {
+struct FactoryStage {
     int dpi;
     uint8_t red, green, blue;
 };
 
-constexpr StageRow Stages[DpiStageLimit] = {
+constexpr FactoryStage Stages[DpiStageLimit] = {
     {400, 255, 0, 0},    {800, 0, 255, 0},    {1600, 0, 0, 255},   {2400, 255, 255, 0},
     {3200, 0, 255, 255}, {6400, 255, 0, 255}, {8000, 255, 128, 0}, {12000, 255, 255, 255},
 };
@@ -39,7 +39,7 @@ static_assert(std::size(Bindings) <= KeySlotCount);
 
 } // namespace
 
-static DpiStage encodeStage(const StageRow &row)
+static DpiStage encodeStage(const FactoryStage &row)
 {
     // Levels of 50 DPI; the low byte holds up to 12,800, so that no flag is needed.
     const auto level = static_cast<uint8_t>(row.dpi / 50 - 1);

@@ -16,12 +16,12 @@ using wire::Command;
 namespace
 {
 
-struct RateRow {
+struct RateCode {
     uint8_t code;
     int hertz;
 };
 
-constexpr RateRow Rates[] = {{8, 125}, {4, 250}, {2, 500}, {1, 1000}, {16, 2000}, {32, 4000}, {64, 8000}};
+constexpr RateCode Rates[] = {{8, 125}, {4, 250}, {2, 500}, {1, 1000}, {16, 2000}, {32, 4000}, {64, 8000}};
 
 constexpr std::size_t DpiItem = offsetof(DeviceStatusChange, CurrentDpi);
 constexpr std::size_t RateItem = offsetof(DeviceStatusChange, ReportRate);
@@ -34,7 +34,7 @@ constexpr std::size_t BatteryItem = offsetof(DeviceStatusChange, Battery);
 
 int hertzOf(uint8_t rateCode)
 {
-    for (const RateRow &row : Rates) {
+    for (const RateCode &row : Rates) {
         if (row.code == rateCode)
             return row.hertz;
     }
@@ -111,7 +111,7 @@ void Mouse::press(Button button, int topRate)
 void Mouse::nextRate(int topRate)
 {
     const auto row = std::find_if(std::begin(Rates), std::end(Rates),
-                                  [this](const RateRow &rate) { return rate.code == image().ReportRate; });
+                                  [this](const RateCode &rate) { return rate.code == image().ReportRate; });
     const bool last = row == std::end(Rates) || row + 1 == std::end(Rates) || (row + 1)->hertz > topRate;
     image().ReportRate = last ? Rates[0].code : (row + 1)->code;
 }

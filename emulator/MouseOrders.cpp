@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
+#include "emulator/ControlOrder.h"
 #include "emulator/Listing.h"
-#include "emulator/Order.h"
 
 namespace emulator
 {
@@ -9,15 +9,15 @@ namespace emulator
 namespace
 {
 
-struct ButtonRow {
+struct NamedButton {
     const char *name;
     Button button;
 };
-constexpr ButtonRow Buttons[] = {{"dpi", Button::Dpi},
-                                 {"rate", Button::Rate},
-                                 {"profile", Button::Profile},
-                                 {"light", Button::Light},
-                                 {"bar", Button::Bar}};
+constexpr NamedButton Buttons[] = {{"dpi", Button::Dpi},
+                                   {"rate", Button::Rate},
+                                   {"profile", Button::Profile},
+                                   {"light", Button::Light},
+                                   {"bar", Button::Bar}};
 
 constexpr uint32_t SleepUnitMs = 10000; // of StopCloseTime
 
@@ -26,7 +26,7 @@ constexpr uint32_t SleepUnitMs = 10000; // of StopCloseTime
 namespace mouseorders
 {
 
-void radio(Order &order)
+void radio(ControlOrder &order)
 {
     Mouse *mouse = order.mouse();
     if (mouse == nullptr)
@@ -35,7 +35,7 @@ void radio(Order &order)
         mouse->state.radio = *on;
 }
 
-void sleep(Order &order)
+void sleep(ControlOrder &order)
 {
     Mouse *mouse = order.mouse();
     if (mouse == nullptr)
@@ -45,13 +45,13 @@ void sleep(Order &order)
     mouse->state.asleep = true;
 }
 
-void wake(Order &order)
+void wake(ControlOrder &order)
 {
     if (Mouse *mouse = order.mouse())
         mouse->use(order.scene().now());
 }
 
-void autoSleep(Order &order)
+void autoSleep(ControlOrder &order)
 {
     Mouse *mouse = order.mouse();
     if (mouse == nullptr)
@@ -64,12 +64,12 @@ void autoSleep(Order &order)
     mouse->setAutoSleep(time, order.scene().now());
 }
 
-void press(Order &order)
+void press(ControlOrder &order)
 {
     Mouse *mouse = order.mouse();
     if (mouse == nullptr)
         return;
-    for (const ButtonRow &row : Buttons) {
+    for (const NamedButton &row : Buttons) {
         if (order.arg(2) != row.name)
             continue;
         mouse->use(order.scene().now());
@@ -78,7 +78,7 @@ void press(Order &order)
     order.fail("no such button");
 }
 
-void battery(Order &order)
+void battery(ControlOrder &order)
 {
     Mouse *mouse = order.mouse();
     if (mouse == nullptr)
@@ -91,7 +91,7 @@ void battery(Order &order)
         mouse->setBattery(static_cast<uint8_t>(*level), charging);
 }
 
-void notify(Order &order)
+void notify(ControlOrder &order)
 {
     Mouse *mouse = order.mouse();
     if (mouse == nullptr)
@@ -100,7 +100,7 @@ void notify(Order &order)
         mouse->announce(*item);
 }
 
-void setFlash(Order &order)
+void setFlash(ControlOrder &order)
 {
     Mouse *mouse = order.mouse();
     if (mouse == nullptr)
@@ -121,7 +121,7 @@ void setFlash(Order &order)
         order.fail("the flash ends before that");
 }
 
-void showFlash(Order &order)
+void showFlash(ControlOrder &order)
 {
     const Mouse *mouse = order.mouse();
     if (mouse == nullptr)
@@ -137,7 +137,7 @@ void showFlash(Order &order)
     order.answer = dumpFlash(mouse->state.flash[mouse->state.profile], *address, *count);
 }
 
-void profile(Order &order)
+void profile(ControlOrder &order)
 {
     Mouse *mouse = order.mouse();
     if (mouse == nullptr)
@@ -146,14 +146,14 @@ void profile(Order &order)
         mouse->selectProfile(static_cast<uint8_t>(*index));
 }
 
-void pair(Order &order)
+void pair(ControlOrder &order)
 {
     if (Mouse *mouse = order.mouse())
         mouse->state.pairing = true;
 }
 
 // A reset on the mouse itself: it sends a notice that everything changed, not the answer to a host's reset.
-void reset(Order &order)
+void reset(ControlOrder &order)
 {
     Mouse *mouse = order.mouse();
     if (mouse == nullptr)

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "emulator/Orders.h"
 
+#include "emulator/ControlOrder.h"
 #include "emulator/Listing.h"
-#include "emulator/Order.h"
 
 #include <algorithm>
 #include <iterator>
@@ -18,23 +18,23 @@ constexpr uint32_t ColorLimit = 3;
 constexpr uint32_t BootTimeLimitMs = 60000;
 constexpr uint32_t PairingTimeLimitMs = 600000;
 
-void listDevices(Order &order) { order.answer = listScene(order.scene()); }
-void showState(Order &order) { order.answer = describeWorld(order.world); }
+void listDevices(ControlOrder &order) { order.answer = listScene(order.scene()); }
+void showState(ControlOrder &order) { order.answer = describeWorld(order.world); }
 
 // The control socket streams the reports to the sender; other sources of orders have no receiver for them.
-void follow(Order &order)
+void follow(ControlOrder &order)
 {
     if (order.arg(1) == Everything || order.device() != nullptr)
         order.world.followed = order.arg(1);
 }
 
-void plug(Order &order)
+void plug(ControlOrder &order)
 {
     if (Device *device = order.device())
         order.scene().setPlugged(*device, true);
 }
 
-void unplug(Order &order)
+void unplug(ControlOrder &order)
 {
     Device *device = order.device();
     if (device == nullptr)
@@ -43,7 +43,7 @@ void unplug(Order &order)
     order.world.traffic[device->id].clear();
 }
 
-void pairFail(Order &order)
+void pairFail(ControlOrder &order)
 {
     Receiver *receiver = order.receiver();
     if (receiver == nullptr)
@@ -53,7 +53,7 @@ void pairFail(Order &order)
     receiver->endPairing(wire::PairState::Failed);
 }
 
-void pairRefuse(Order &order)
+void pairRefuse(ControlOrder &order)
 {
     Receiver *receiver = order.receiver();
     if (receiver == nullptr)
@@ -62,7 +62,7 @@ void pairRefuse(Order &order)
         receiver->state.refusesPairing = *on;
 }
 
-void pairTime(Order &order)
+void pairTime(ControlOrder &order)
 {
     Receiver *receiver = order.receiver();
     if (receiver == nullptr)
@@ -71,7 +71,7 @@ void pairTime(Order &order)
         receiver->state.pairingTime = std::chrono::milliseconds(*time);
 }
 
-void unpair(Order &order)
+void unpair(ControlOrder &order)
 {
     Receiver *receiver = order.receiver();
     if (receiver == nullptr)
@@ -84,7 +84,7 @@ void unpair(Order &order)
     }
 }
 
-void color(Order &order)
+void color(ControlOrder &order)
 {
     Receiver *receiver = order.receiver();
     if (receiver == nullptr)
@@ -93,7 +93,7 @@ void color(Order &order)
         receiver->changeColor(static_cast<uint8_t>(*scheme));
 }
 
-void longRange(Order &order)
+void longRange(ControlOrder &order)
 {
     Receiver *receiver = order.receiver();
     if (receiver == nullptr)
@@ -102,7 +102,7 @@ void longRange(Order &order)
         receiver->changeLongRange(*on);
 }
 
-void fault(Order &order)
+void fault(ControlOrder &order)
 {
     const Device *device = order.device();
     if (device == nullptr)
@@ -116,7 +116,7 @@ void fault(Order &order)
         table.add(*rule);
 }
 
-void countReports(Order &order)
+void countReports(ControlOrder &order)
 {
     const Device *device = order.device();
     if (device == nullptr)
@@ -129,7 +129,7 @@ void countReports(Order &order)
     order.answer = std::to_string(row == nullptr ? traffic.total() : traffic.countOf(code)) + "\n";
 }
 
-void version(Order &order)
+void version(ControlOrder &order)
 {
     Device *device = order.device();
     if (device == nullptr)
@@ -138,7 +138,7 @@ void version(Order &order)
         device->version = *number;
 }
 
-void boot(Order &order)
+void boot(ControlOrder &order)
 {
     Device *device = order.device();
     if (device == nullptr)
@@ -153,7 +153,7 @@ void boot(Order &order)
         device->boot.setHoldsImage(leave);
 }
 
-void erase(Order &order)
+void erase(ControlOrder &order)
 {
     Device *device = order.device();
     if (device == nullptr)
@@ -162,7 +162,7 @@ void erase(Order &order)
         device->boot.eraseTime = std::chrono::milliseconds(*time);
 }
 
-void bootTimes(Order &order)
+void bootTimes(ControlOrder &order)
 {
     const auto leave = order.number(1, 0, BootTimeLimitMs);
     const auto away = order.number(2, 0, BootTimeLimitMs);
@@ -170,27 +170,27 @@ void bootTimes(Order &order)
         order.scene().bootTimes = {std::chrono::milliseconds(*leave), std::chrono::milliseconds(*away)};
 }
 
-void setSwitch(Order &order, bool &what)
+void setSwitch(ControlOrder &order, bool &what)
 {
     if (const auto on = order.on(1))
         what = *on;
 }
 
-void pace(Order &order) { setSwitch(order, order.world.pace); }
-void log(Order &order) { setSwitch(order, order.world.log); }
-void quit(Order &order) { order.world.quit = true; }
-void help(Order &order);
+void pace(ControlOrder &order) { setSwitch(order, order.world.pace); }
+void log(ControlOrder &order) { setSwitch(order, order.world.log); }
+void quit(ControlOrder &order) { order.world.quit = true; }
+void help(ControlOrder &order);
 
-struct OrderRow {
+struct ControlOrderRow {
     const char *name;
     const char *usage;
     std::size_t least; // arguments
     std::size_t most;
-    void (*run)(Order &);
+    void (*run)(ControlOrder &);
 };
 
 constexpr std::size_t Any = 4096;
-constexpr OrderRow Table[] = {
+constexpr ControlOrderRow Table[] = {
     {"list", "", 0, 0, listDevices},
     {"state", "", 0, 0, showState},
     {"follow", "DEVICE|all", 1, 1, follow},
@@ -226,16 +226,16 @@ constexpr OrderRow Table[] = {
     {"help", "", 0, 0, help},
 };
 
-void help(Order &order)
+void help(ControlOrder &order)
 {
-    for (const OrderRow &row : Table)
+    for (const ControlOrderRow &row : Table)
         order.answer += std::string(row.name) + (*row.usage != '\0' ? " " : "") + row.usage + "\n";
 }
 
-const OrderRow *findOrder(const std::string &name)
+const ControlOrderRow *findOrder(const std::string &name)
 {
     const auto row = std::find_if(std::begin(Table), std::end(Table),
-                                  [&name](const OrderRow &each) { return name == each.name; });
+                                  [&name](const ControlOrderRow &each) { return name == each.name; });
     return row == std::end(Table) ? nullptr : &*row;
 }
 
@@ -251,13 +251,13 @@ std::string runOrder(World &world, const std::string &line)
         return "error the quote does not end\n";
     if (words->empty())
         return "ok\n";
-    const OrderRow *row = findOrder(words->front());
+    const ControlOrderRow *row = findOrder(words->front());
     if (row == nullptr)
         return "error no order " + words->front() + "; help lists them\n";
     const std::size_t count = words->size() - 1;
     if (count < row->least || count > row->most)
         return "error usage: " + std::string(row->name) + " " + row->usage + "\n";
-    Order order{world, *words, {}, {}};
+    ControlOrder order{world, *words, {}, {}};
     row->run(order);
     return order.error.empty() ? order.answer + "ok\n" : "error " + order.error + "\n";
 }

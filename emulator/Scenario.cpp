@@ -113,10 +113,10 @@ bool putReceiver(const Scene &scene, Receiver &receiver, const std::string &key,
 }
 
 // Reads the lines of one scenario.
-class Reader
+class ScenarioReader
 {
 public:
-    explicit Reader(World &world) : world_(world) {}
+    explicit ScenarioReader(World &world) : world_(world) {}
 
     // The reason why a line is bad; empty when it is good.
     std::string read(const std::string &line)
@@ -216,7 +216,7 @@ private:
 
 bool loadScenario(World &world, std::istream &text, const std::string &name, std::string &error)
 {
-    Reader reader(world);
+    ScenarioReader reader(world);
     std::string line;
     for (int number = 1; std::getline(text, line); ++number) {
         const std::string reason = reader.read(line);

@@ -19,8 +19,8 @@ constexpr int ScanCodeOffset = 8;
 // A repeating key sends a release and a press with one timestamp. When the press is not in the queue yet, the
 // toolkit reports the release as a real one, so the release of a key that may repeat waits for its press.
 // Milliseconds.
-constexpr ulong SoonestRepeat = 100;
-constexpr int PressPatience = 5;
+constexpr quint32 SoonestRepeat = 100;
+constexpr int PressPatience = 30; // a busy machine brings the press late
 
 constexpr int LeftAlt = 0xA4;
 constexpr int RightAlt = 0xA5;
@@ -59,6 +59,9 @@ void KeySource::start()
     doubtful_.reset();
     lastKey_ = 0;
     repeats_ = down_ = false;
+    lastTimestamp_.reset();
+    time_ = timed_ = 0;
+    clock_.start();
     qGuiApp->installEventFilter(this);
     QGuiApplication::inputMethod()->update(Qt::ImEnabled);
 }
@@ -126,7 +129,8 @@ void KeySource::takePress(const QKeyEvent &event)
     const int virtualKey = VirtualKeyFromEvdev(int(scanCode) - ScanCodeOffset);
     if (find(scanCode) == held_.end())
         held_.push_back({scanCode, virtualKey, event.timestamp()});
-    report(virtualKey, isAlt(virtualKey) || comesWithAlt(event) ? Message::AltDown : Message::Down);
+    report(virtualKey, isAlt(virtualKey) || comesWithAlt(event) ? Message::AltDown : Message::Down,
+           event.timestamp());
 }
 
 void KeySource::takeRelease(const Release &release)
@@ -134,7 +138,7 @@ void KeySource::takeRelease(const Release &release)
     const auto key = find(release.scanCode);
     if (key == held_.end())
         return;
-    if (release.timestamp - key->since < SoonestRepeat)
+    if (quint32(release.timestamp) - quint32(key->since) < SoonestRepeat)
         return finish(release);
     doubtful_ = release;
     patience_.start();
@@ -154,7 +158,8 @@ void KeySource::finish(const Release &release)
         return;
     const int virtualKey = key->virtualKey;
     held_.erase(key);
-    report(virtualKey, isAlt(virtualKey) || release.withAlt ? Message::AltUp : Message::Up);
+    report(virtualKey, isAlt(virtualKey) || release.withAlt ? Message::AltUp : Message::Up,
+           release.timestamp);
 }
 
 void KeySource::releaseAll()
@@ -162,7 +167,7 @@ void KeySource::releaseAll()
     while (running_ && !held_.empty()) {
         const int key = held_.back().virtualKey;
         held_.pop_back();
-        report(key, isAlt(key) ? Message::AltUp : Message::Up);
+        report(key, isAlt(key) ? Message::AltUp : Message::Up, 0);
     }
 }
 
@@ -173,8 +178,9 @@ std::vector<KeySource::HeldKey>::iterator KeySource::find(quint32 scanCode)
 }
 
 // The release of an Alt does not clear lastKey_, so the next press of that Alt is reported as a repeat.
-void KeySource::report(int virtualKey, Message message)
+void KeySource::report(int virtualKey, Message message, ulong timestamp)
 {
+    setTime(timestamp);
     repeats_ = virtualKey == lastKey_;
     lastKey_ = virtualKey;
     const bool isPlain = message == Message::Down || message == Message::Up;
@@ -184,5 +190,21 @@ void KeySource::report(int virtualKey, Message message)
         repeats_ = false;
         lastKey_ = 0;
     }
+    const bool nested = std::exchange(reporting_, true);
     emit keyEvent(virtualKey, down_, repeats_);
+    reporting_ = nested;
 }
+
+// A timestamp counts from a moment that only the window system knows, in 32 bits, so only the difference of
+// two means anything. An event without one happened now.
+void KeySource::setTime(ulong timestamp)
+{
+    const qint64 now = clock_.elapsed();
+    const auto between = [this, timestamp] { return qint32(quint32(timestamp) - quint32(*lastTimestamp_)); };
+    const bool known = timestamp != 0 && lastTimestamp_ && between() >= 0;
+    time_ += known ? between() : now - timed_;
+    timed_ = now;
+    lastTimestamp_ = timestamp != 0 ? std::optional<ulong>(timestamp) : std::nullopt;
+}
+
+qint64 KeySource::time() const { return reporting_ ? time_ : time_ + clock_.elapsed() - timed_; }

@@ -7,6 +7,7 @@
 // dead keys. Main thread.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 #include <optional>
@@ -29,6 +30,13 @@ public:
     void start();
     void stop();
     bool isRunning() const { return running_; }
+    // Reports a release that waits for the press of a repeat. To be called before stop() by whoever counts
+    // releases.
+    void settle() { finishDoubtful(); }
+
+    // While keyEvent is emitted, the moment at which the key moved, as the window system has it, however late
+    // the event is handled; otherwise now. Milliseconds since the start.
+    qint64 time() const;
 
 signals:
     // The virtual key, whether it is down, and whether it repeats.
@@ -64,7 +72,8 @@ private:
     void finish(const Release &release);
     void finishDoubtful();
     void releaseAll();
-    void report(int virtualKey, Message message);
+    void report(int virtualKey, Message message, ulong timestamp);
+    void setTime(ulong timestamp);
     std::vector<HeldKey>::iterator find(quint32 scanCode);
 
     const AltKeys altKeys_;
@@ -76,4 +85,9 @@ private:
     int lastKey_ = 0;
     bool repeats_ = false;
     bool down_ = false;
+    QElapsedTimer clock_;
+    std::optional<ulong> lastTimestamp_;
+    qint64 time_ = 0;  // of the last report
+    qint64 timed_ = 0; // what clock_ showed then
+    bool reporting_ = false;
 };

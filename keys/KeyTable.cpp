@@ -55,7 +55,7 @@ const std::array<KeyRow, OrdinaryKeyCount + ModifierCount> KeyTable = {{
     {"\\", KeyKind::Keyboard, 0x31, 0xDC, KEY_BACKSLASH},
     {";", KeyKind::Keyboard, 0x33, 0xBA, KEY_SEMICOLON},
     {"'", KeyKind::Keyboard, 0x34, 0xDE, KEY_APOSTROPHE},
-    {"", KeyKind::Keyboard, 0x35, 0xC0, KEY_GRAVE},
+    {"`", KeyKind::Keyboard, 0x35, 0xC0, KEY_GRAVE},
     {",", KeyKind::Keyboard, 0x36, 0xBC, KEY_COMMA},
     {".", KeyKind::Keyboard, 0x37, 0xBE, KEY_DOT},
     {"/", KeyKind::Keyboard, 0x38, 0xBF, KEY_SLASH},

@@ -2,77 +2,198 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/LampLight.h"
 
+#include "catalogue/DeviceCatalogue.h"
 #include "device/DeviceState.h"
+#include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
+#include "lighting/HueField.h"
+#include "lighting/IndicatorLamps.h"
+#include "lighting/LightGroup.h"
+#include "lighting/LightTables.h"
+#include "lighting/SchemeChoice.h"
+#include "lighting/ScreenColor.h"
 #include "lighting/SensorEffect.h"
+#include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
+#include "presentation/Motion.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
 
+#include <QCursor>
 #include <QLabel>
+#include <QMouseEvent>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QToolButton>
 
 namespace
 {
 
-// On its cable a mouse has no receiver whose lights would stand above.
+enum Channel { Red, Green, Blue };
+
+// Below the mouse's light on a radio link, above it on a cable.
 constexpr QPoint MarkOnCable{40, 84};
 constexpr QPoint EffectOnCable{68, 77};
 constexpr QPoint MarkOnRadio{40, 287};
 constexpr QPoint EffectOnRadio{68, 280};
 constexpr QSize MarkSize{24, 24};
+constexpr QPoint MouseOnCable{40, 168};
+constexpr QPoint MouseOnRadio{40, 62};
 
-constexpr int ResetSpeed = 3;
-constexpr int ResetBrightness = 5;
+constexpr QRect SwitchPlace{68, 28, 44, 24};
+constexpr QRect SwitchCaptionPlace{122, 24, 400, 32};
+constexpr int CardX = 16;
+constexpr int CardTop = 12;
+constexpr int CardGap = 12;
+constexpr int CardPadding = 6; // above what a card holds
+constexpr QSize MouseCardSize{851, 376};
+constexpr QSize ReceiverCardSize{851, 226};
+constexpr QSize LampsCardSize{851, 148};
+constexpr QSize SchemeCardSize{851, 164};
+
+constexpr char NoScheme[] = "-1";
+
+constexpr int ResetSpeed = 7; // as records hold them
+constexpr int ResetBrightness = 9;
+constexpr int ResetEffectSpeed = 3;
+constexpr int ResetEffectBrightness = 5;
+
+// Of a list of sleep times that this page has lost.
+constexpr uint8_t SleepCodes[] = {1, 3, 6, 30, 60, 90, 120, 150, 180, 210, 240};
+
+bool modelHasScheme()
+{
+    const int model = SelectedDevice::info().DriveIndex;
+    return DeviceCatalogue().list(model, "Adveanced").value(1) != QLatin1String(NoScheme);
+}
 
 } // namespace
 
 LampLight::LampLight(QWidget *parent)
     : PageSurface(QStringLiteral("LampLight"), QStringLiteral("Light"), parent)
-    , effectMark_(new QLabel(this))
-    , effect_(new SensorEffect(this))
+    , PicturePath_(style::pictureFolder(QStringLiteral("Light")))
+    , area_(new QScrollArea(this))
+    , contents_(new QWidget)
+    , mouseCard_(addCard("mouseCard"))
+    , receiverCard_(addCard("receiverCard"))
+    , lampsCard_(addCard("lampsCard"))
+    , schemeCard_(addCard("schemeCard"))
+    , movingOff_(new QToolButton(contents_))
+    , movingOffCaption_(new QLabel(QStringLiteral("移动时关灯"), contents_))
+    , mouse_(new LightGroup(MouseLightNames, mouseLight_, contents_))
+    , effectMark_(new QLabel(contents_))
+    , effect_(new SensorEffect(contents_))
+    , receiver_(new LightGroup(ReceiverLightNames, receiverLight_, contents_))
+    , lamps_(new IndicatorLamps(contents_))
+    , scheme_(new SchemeChoice(contents_))
 {
-    effectMark_->resize(MarkSize);
-    placeEffect();
-    onFirstShow(this, [this] {
-        effectMark_->setStyleSheet(
-            style::labelPicture(style::pictureFolder(QStringLiteral("Light")), QStringLiteral("Title.png")));
-    });
+    buildContents();
+    QMetaObject::connectSlotsByName(this);
+    onFirstShow(this, [this] { applyStyle(); });
     connectSignals();
     SlotAllLanguage(LanguageIndex);
+    arrange();
+}
+
+QFrame *LampLight::addCard(const char *name)
+{
+    auto *card = new QFrame(contents_);
+    card->setObjectName(QLatin1String(name));
+    return card;
+}
+
+void LampLight::buildContents()
+{
+    area_->setObjectName(QStringLiteral("scrollArea"));
+    area_->setGeometry(rect());
+    area_->setFrameShape(QFrame::NoFrame);
+    area_->setFocusPolicy(Qt::NoFocus); // a press beside the controls is the page's
+    area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area_->verticalScrollBar()->setObjectName(QStringLiteral("verticalScrollBar"));
+    area_->setWidget(contents_);
+    mouseCard_->resize(MouseCardSize);
+    receiverCard_->resize(ReceiverCardSize);
+    lampsCard_->resize(LampsCardSize);
+    schemeCard_->resize(SchemeCardSize);
+    effectMark_->resize(MarkSize);
+    movingOff_->setObjectName(QStringLiteral("RippeControl"));
+    movingOff_->setGeometry(SwitchPlace);
+    movingOff_->setCheckable(true);
+    movingOff_->setProperty("nameKey", QStringLiteral("light MovingOffLight"));
+    movingOff_->setFocusPolicy(Qt::StrongFocus);
+    movingOffCaption_->setObjectName(QStringLiteral("movingOffCaption"));
+    movingOffCaption_->setGeometry(SwitchCaptionPlace);
 }
 
 void LampLight::connectSignals()
 {
     PostMsg *hub = PostMsg::instance();
+    connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
     connect(hub, SIGNAL(SigUpDataLightLight(FlashDataMap)), this, SLOT(SlotUpDataLightUILight(FlashDataMap)),
             Qt::BlockingQueuedConnection);
     connect(hub, SIGNAL(SigUpDataLightUIA(FlashDataMap)), this, SLOT(SlotUpDataLightUIA(FlashDataMap)));
+    connect(hub, SIGNAL(SigFormReset()), this, SLOT(SlotFormResetLight()), Qt::BlockingQueuedConnection);
     connect(hub, SIGNAL(SigUpDataDPILed(FlashDataMap)), this, SLOT(SlotUpDataDPILed(FlashDataMap)),
             Qt::BlockingQueuedConnection);
-    connect(hub, SIGNAL(SigFormReset()), this, SLOT(SlotFormResetLight()), Qt::BlockingQueuedConnection);
-    connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(hub, SIGNAL(SigForm()), this, SLOT(SlotForm()), Qt::BlockingQueuedConnection);
+    connect(hub, SIGNAL(SigFormB()), this, SLOT(SlotFormB()));
+    connect(hub, SIGNAL(SigRGBValue(DongleRGB *)), this, SLOT(SlotRGBValue(DongleRGB *)),
+            Qt::BlockingQueuedConnection);
 }
+
+void LampLight::applyStyle()
+{
+    const QString sensorPictures = style::pictureFolder(QStringLiteral("Sensor"));
+    area_->setStyleSheet(style::scrollArea());
+    const auto card = [this](QFrame *frame, const QString &name) {
+        frame->setStyleSheet(style::areaPicture(PicturePath_, frame->objectName(), name));
+    };
+    card(mouseCard_, QStringLiteral("MouseCard.png"));
+    card(receiverCard_, QStringLiteral("ReceiverCard.png"));
+    card(lampsCard_, QStringLiteral("LampsCard.png"));
+    card(schemeCard_, QStringLiteral("SchemeCard.png"));
+    effectMark_->setStyleSheet(style::labelPicture(PicturePath_, QStringLiteral("Title.png")));
+    movingOff_->setStyleSheet(style::switchButton(sensorPictures));
+    switchSoftly(movingOff_, sensorPictures);
+    movingOffCaption_->setStyleSheet(style::label(style::color("LabelColor")));
+    mouse_->applyStyle();
+    receiver_->applyStyle();
+    lamps_->applyStyle();
+    scheme_->applyStyle();
+}
+
+// ---- What a record shows ------------------------------------------------------------------------
 
 void LampLight::SlotUpDataLightUILight(FlashDataMap DataMap)
 {
     LightPageLoaded = false;
-    paint(DataMap);
+    paint(DataMap, Paint::Read);
     LightPageLoaded = true;
 }
 
-void LampLight::SlotUpDataLightUIA(FlashDataMap DataMap) { paint(DataMap); }
+void LampLight::SlotUpDataLightUIA(FlashDataMap DataMap) { paint(DataMap, Paint::Import); }
 
-void LampLight::paint(const FlashDataMap &map)
+void LampLight::paint(const FlashDataMap &map, Paint kind)
 {
     const PageFilling filling(LightPageBusy);
-    placeEffect();
+    receiverShown_ = !SelectedDevice::info().Usb;
+    arrange();
+    mouse_->enableSliders(kind == Paint::Read);
+    readReceiver();
     effect_->SetEffect(map);
+    mouse_->setState(MouseLight::stateOf(map));
+    movingOff_->setChecked(map.LightRippeControl == 1);
 }
 
-void LampLight::placeEffect()
+// A receiver that leaves the first question open is not asked the second one: each takes as long as the layer
+// waits for an answer, and the thread that reads the mouse stands meanwhile.
+void LampLight::readReceiver()
 {
-    const bool wired = SelectedDevice::info().Usb;
-    effectMark_->move(wired ? MarkOnCable : MarkOnRadio);
-    effect_->move(wired ? EffectOnCable : EffectOnRadio);
+    if (!receiverShown_)
+        return;
+    if (receiverLight_.read())
+        lamps_->read();
+    receiver_->setState(receiverLight_.state());
 }
 
 void LampLight::SlotUpDataDPILed(FlashDataMap DataMap) { effect_->SetEffect(DataMap); }
@@ -80,10 +201,190 @@ void LampLight::SlotUpDataDPILed(FlashDataMap DataMap) { effect_->SetEffect(Data
 void LampLight::SlotFormResetLight()
 {
     const PageFilling filling(LightPageBusy);
+    for (LightGroup *group : {mouse_, receiver_})
+        group->setState({ColorFlow, group->color(), ResetSpeed, ResetBrightness});
+    movingOff_->setChecked(false);
     effect_->SetModel(0);
-    effect_->SetSpeed(ResetSpeed);
-    effect_->SetLight(ResetBrightness);
-    placeEffect();
+    effect_->SetSpeed(ResetEffectSpeed);
+    effect_->SetLight(ResetEffectBrightness);
+    lamps_->reset();
+    receiverShown_ = schemeShown_ = false;
+    arrange();
 }
 
-void LampLight::SlotAllLanguage(int index) { effect_->SlotAllLanguage(index); }
+void LampLight::SlotForm()
+{
+    schemeShown_ = modelHasScheme() && !SelectedDevice::info().Usb;
+    scheme_->setTexts(languageIndex_); // it names the scheme that the model comes with
+    arrange();
+}
+
+void LampLight::SlotRGBValue(DongleRGB *rgb)
+{
+    scheme_->setRecord(rgb);
+    SlotForm();
+}
+
+// ---- Layout -------------------------------------------------------------------------------------
+
+void LampLight::arrange()
+{
+    const bool wired = SelectedDevice::info().Usb;
+    effectMark_->move(wired ? MarkOnCable : MarkOnRadio);
+    effect_->move(wired ? EffectOnCable : EffectOnRadio);
+    mouse_->move(wired ? MouseOnCable : MouseOnRadio);
+    int top = CardTop;
+    const auto place = [&top](QFrame *card, QWidget *group, bool shown) {
+        card->setVisible(shown);
+        card->move(CardX, top);
+        if (group) {
+            group->setVisible(shown);
+            group->move(MarkOnCable.x(), top + CardPadding);
+        }
+        top += shown ? card->height() + CardGap : 0;
+    };
+    place(mouseCard_, nullptr, true);
+    place(receiverCard_, receiver_, receiverShown_);
+    place(lampsCard_, lamps_, receiverShown_);
+    place(schemeCard_, scheme_, schemeShown_ && !wired);
+    contents_->resize(width(), qMax(top, height()));
+}
+
+// The area has scrolled; what has come into sight moves again, what has left it rests.
+void LampLight::on_verticalScrollBar_valueChanged(int value) { contents_->move(0, -value); }
+
+void LampLight::SlotAllLanguage(int index)
+{
+    languageIndex_ = index;
+    const QString caption = language::text(language::Section::light, "MovingOffLight", index);
+    if (!caption.isEmpty())
+        movingOffCaption_->setText(caption);
+    mouse_->setTexts(index);
+    receiver_->setTexts(index);
+    lamps_->setTexts(index);
+    scheme_->setTexts(index);
+    effect_->SlotAllLanguage(index);
+    const char *const pickKey = screenCanBeRead() ? "ColorPick" : "ColorPickHere";
+    const QString tip = language::text(language::Section::light, pickKey, index);
+    for (LightGroup *group : {mouse_, receiver_}) {
+        group->field()->setToolTip(
+            QStringLiteral("<p>%1</p>").arg(tip.toHtmlEscaped())); // only this is wrapped
+        group->field()->setAccessibleDescription(tip);
+    }
+}
+
+// ---- The mouse's light --------------------------------------------------------------------------
+
+void LampLight::on_LightMod_currentIndexChanged(int index)
+{
+    if (mouse_->chooseMode(index) && index == LightOff)
+        setMovingOff(false);
+}
+
+// Without a light there is nothing to put out.
+void LampLight::setMovingOff(bool on)
+{
+    const bool before = movingOff_->isChecked();
+    movingOff_->setChecked(on);
+    edit(
+        LightPageBusy, movingOff_, [on] { return SetLightRippeControl(on ? 1 : 0); },
+        [this, before] { movingOff_->setChecked(before); });
+}
+
+void LampLight::on_RippeControl_clicked(bool checked)
+{
+    edit(
+        LightPageBusy, movingOff_, [checked] { return SetLightRippeControl(checked ? 1 : 0); },
+        [this, checked] { movingOff_->setChecked(!checked); });
+}
+
+void LampLight::on_StopCloseTime_activated(int index)
+{
+    if (UiArmed && index >= 0 && index < int(std::size(SleepCodes)))
+        SetStopCloseTime(SleepCodes[index]);
+}
+
+void LampLight::on_horizontalLight_valueChanged(int value) { mouse_->changeBrightness(value); }
+void LampLight::on_horizontalLight_sliderMoved(int position) { mouse_->moveBrightness(position); }
+void LampLight::on_horizontalSpeed_valueChanged(int value) { mouse_->changeSpeed(value); }
+void LampLight::on_horizontalSpeed_sliderMoved(int position) { mouse_->moveSpeed(position); }
+void LampLight::on_RSpinBox_valueChanged(int) { mouse_->changeColor(); }
+void LampLight::on_GSpinBox_valueChanged(int) { mouse_->changeColor(); }
+void LampLight::on_BSpinBox_valueChanged(int) { mouse_->changeColor(); }
+void LampLight::on_AddR_clicked() { mouse_->step(Red, 1); }
+void LampLight::on_AddG_clicked() { mouse_->step(Green, 1); }
+void LampLight::on_AddB_clicked() { mouse_->step(Blue, 1); }
+void LampLight::on_ReduceR_clicked() { mouse_->step(Red, -1); }
+void LampLight::on_ReduceG_clicked() { mouse_->step(Green, -1); }
+void LampLight::on_ReduceB_clicked() { mouse_->step(Blue, -1); }
+
+// ---- The receiver's lights ----------------------------------------------------------------------
+
+void LampLight::on_LightMod_2_currentIndexChanged(int index) { receiver_->chooseMode(index); }
+void LampLight::on_horizontalLight_2_valueChanged(int value) { receiver_->changeBrightness(value); }
+void LampLight::on_horizontalLight_2_sliderMoved(int position) { receiver_->moveBrightness(position); }
+void LampLight::on_horizontalSpeed_2_valueChanged(int value) { receiver_->changeSpeed(value); }
+void LampLight::on_horizontalSpeed_2_sliderMoved(int position) { receiver_->moveSpeed(position); }
+void LampLight::on_RSpinBox_2_valueChanged(int) { receiver_->changeColor(); }
+void LampLight::on_GSpinBox_2_valueChanged(int) { receiver_->changeColor(); }
+void LampLight::on_BSpinBox_2_valueChanged(int) { receiver_->changeColor(); }
+void LampLight::on_AddR_2_clicked() { receiver_->step(Red, 1); }
+void LampLight::on_AddG_2_clicked() { receiver_->step(Green, 1); }
+void LampLight::on_AddB_2_clicked() { receiver_->step(Blue, 1); }
+void LampLight::on_ReduceR_2_clicked() { receiver_->step(Red, -1); }
+void LampLight::on_ReduceG_2_clicked() { receiver_->step(Green, -1); }
+void LampLight::on_ReduceB_2_clicked() { receiver_->step(Blue, -1); }
+void LampLight::on_LightMod_3_currentIndexChanged(int index) { lamps_->change(0, index); }
+void LampLight::on_LightMod_4_currentIndexChanged(int index) { lamps_->change(1, index); }
+void LampLight::on_LightMod_5_currentIndexChanged(int index) { lamps_->change(2, index); }
+void LampLight::on_ReUntil_toggled(bool checked) { scheme_->change(1, checked); }
+void LampLight::on_ReUntil_2_toggled(bool checked) { scheme_->change(2, checked); }
+void LampLight::on_ReUntil_3_toggled(bool checked) { scheme_->change(3, checked); }
+
+// ---- The colour under the pointer ----------------------------------------------------------------
+
+LightGroup *LampLight::groupAt(const QPoint &screenPlace) const
+{
+    for (LightGroup *group : {mouse_, receiver_}) {
+        const HueField *field = group->field();
+        if (field->isVisible() && field->visibleRegion().contains(field->mapFromGlobal(screenPlace)))
+            return group;
+    }
+    return nullptr;
+}
+
+void LampLight::pick(LightGroup *group, const QPoint &screenPlace)
+{
+    if (!LightGroup::mayChange())
+        return;
+    const HueField *field = group->field();
+    const QColor color =
+        screenCanBeRead() ? colorUnderPointer() : field->colorAt(field->mapFromGlobal(screenPlace));
+    if (color.isValid())
+        group->setColor(color);
+}
+
+// Reached by presses that no control takes: a press outside the fields to type in takes the focus off them.
+void LampLight::mousePressEvent(QMouseEvent *event)
+{
+    const QWidget *focus = window()->focusWidget();
+    if (mouse_->holdsTyping(focus) || receiver_->holdsTyping(focus))
+        setFocus();
+    picking_ = event->button() == Qt::LeftButton ? groupAt(event->globalPos()) : nullptr;
+    pressedAt_ = event->globalPos();
+    if (picking_)
+        pick(picking_, pressedAt_);
+    else
+        PageSurface::mousePressEvent(event);
+}
+
+// Released elsewhere, the button takes the colour there.
+void LampLight::mouseReleaseEvent(QMouseEvent *event)
+{
+    LightGroup *group = picking_;
+    picking_ = nullptr;
+    if (group && event->globalPos() != pressedAt_)
+        pick(group, event->globalPos());
+    else
+        PageSurface::mouseReleaseEvent(event);
+}

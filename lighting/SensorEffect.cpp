@@ -22,9 +22,6 @@ void setTextOf(QLabel *label, const QString &text)
         label->setText(text);
 }
 
-bool writeSpeed(int value) { return SetDpiLedSpeed(uint8_t(value)); }
-bool writeLight(int value) { return SetDpiLedBrightness(BrightnessCurve[std::size_t(value - 1)]); }
-
 } // namespace
 
 int brightnessOf(uint8_t code)
@@ -38,8 +35,9 @@ int brightnessOf(uint8_t code)
 SensorEffect::SensorEffect(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::SensorEffect>())
 {
     ui->setupUi(this);
-    speed_ = {ui->speedCaption, ui->SpeedH, ui->SpeedSpinBox, ui->SpeedPlaceholder, Breathing};
-    light_ = {ui->lightCaption, ui->LightH, ui->LightSpinBox, ui->LightPlaceholder, Steady};
+    const auto mouse = LightScale::Owner::Mouse;
+    speed_ = {{ui->speedCaption, ui->SpeedH, ui->SpeedSpinBox, ui->SpeedPlaceholder}, mouse};
+    light_ = {{ui->lightCaption, ui->LightH, ui->LightSpinBox, ui->LightPlaceholder}, mouse};
     showMode(Off);
     onFirstShow(this, [this] { applyStyle(); });
 }
@@ -50,32 +48,16 @@ void SensorEffect::applyStyle()
 {
     ui->title->setStyleSheet(style::heading());
     styleComboBox(ui->Model, style::pictureFolder(QStringLiteral("Sensor")));
-    for (const Scale &scale : {speed_, light_}) {
-        scale.caption->setStyleSheet(style::caption());
-        scale.slider->setStyleSheet(style::slider());
-        scale.spinBox->setStyleSheet(style::readout());
-        scale.placeholder->setStyleSheet(style::emptySlider());
-    }
+    speed_.applyStyle();
+    light_.applyStyle();
 }
 
 // ---- What is shown ------------------------------------------------------------------------------
 
 void SensorEffect::showMode(int mode)
 {
-    for (const Scale &scale : {speed_, light_}) {
-        const bool shown = scale.shownInMode == mode;
-        scale.caption->setEnabled(shown);
-        scale.slider->setVisible(shown);
-        scale.spinBox->setVisible(shown);
-        scale.placeholder->setVisible(!shown);
-    }
-}
-
-void SensorEffect::set(const Scale &scale, int value)
-{
-    const QSignalBlocker silent(scale.slider);
-    scale.slider->setValue(value);
-    scale.spinBox->setValue(value);
+    speed_.setShown(mode == Breathing);
+    light_.setShown(mode == Steady);
 }
 
 void SensorEffect::SetModel(int mode)
@@ -86,15 +68,15 @@ void SensorEffect::SetModel(int mode)
     showMode(mode);
 }
 
-void SensorEffect::SetSpeed(int value) { set(speed_, value); }
+void SensorEffect::SetSpeed(int value) { speed_.set(value); }
 
-void SensorEffect::SetLight(int value) { set(light_, value); }
+void SensorEffect::SetLight(int value) { light_.set(value); }
 
 void SensorEffect::SetEffect(const FlashDataMap &map)
 {
     setEnabled(true);
-    speed_.slider->setEnabled(true);
-    light_.slider->setEnabled(true);
+    speed_.setEnabled(true);
+    light_.setEnabled(true);
     if (map.DpiLedEnable == 0)
         SetModel(Off);
     else if (map.DpiLedMode == Steady || map.DpiLedMode == Breathing)
@@ -116,28 +98,19 @@ void SensorEffect::on_Model_currentIndexChanged(int index)
         showMode(index);
 }
 
-void SensorEffect::follow(const Scale &scale, int position)
+void SensorEffect::on_SpeedH_sliderMoved(int position) { speed_.follow(position); }
+void SensorEffect::on_LightH_sliderMoved(int position) { light_.follow(position); }
+
+void SensorEffect::on_SpeedH_valueChanged(int value)
 {
-    if (scale.slider->enabledBy(CheckOnline))
-        scale.spinBox->setValue(position);
-    else
-        scale.slider->giveBack(scale.spinBox->value());
+    speed_.change(SensorPageBusy, value, [value] { return SetDpiLedSpeed(uint8_t(value)); });
 }
 
-void SensorEffect::change(const Scale &scale, int value, bool (*write)(int value))
+void SensorEffect::on_LightH_valueChanged(int value)
 {
-    const auto giveBack = [&scale] { scale.slider->giveBack(scale.spinBox->value()); };
-    if (!scale.slider->isEnabled())
-        giveBack();
-    else if (edit(
-                 SensorPageBusy, scale.slider, [=] { return write(value); }, giveBack) == EditResult::Written)
-        scale.spinBox->setValue(value);
+    light_.change(SensorPageBusy, value,
+                  [value] { return SetDpiLedBrightness(BrightnessCurve[std::size_t(value - 1)]); });
 }
-
-void SensorEffect::on_SpeedH_sliderMoved(int position) { follow(speed_, position); }
-void SensorEffect::on_LightH_sliderMoved(int position) { follow(light_, position); }
-void SensorEffect::on_SpeedH_valueChanged(int value) { change(speed_, value, writeSpeed); }
-void SensorEffect::on_LightH_valueChanged(int value) { change(light_, value, writeLight); }
 
 // ---- Texts --------------------------------------------------------------------------------------
 

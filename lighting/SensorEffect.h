@@ -2,19 +2,16 @@
 // SPDX-License-Identifier: MIT
 //
 // SensorEffect: the light that shows the DPI stage: its mode, and for a steady one its brightness, for a
-// breathing one its speed. The spin boxes hold the last values that the mouse took; a slider whose value
-// was refused goes back and stays disabled until the next record. Main thread.
+// breathing one its speed. A slider whose value was refused goes back and stays disabled until the next
+// record. Main thread.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
+#include "lighting/LightScale.h"
 
 #include <QFrame>
 #include <array>
 #include <memory>
-
-class MySlider;
-class QLabel;
-class QSpinBox;
 
 namespace Ui
 {
@@ -50,22 +47,11 @@ public slots:
     void on_LightH_valueChanged(int value);
 
 private:
-    struct Scale {
-        QLabel *caption;
-        MySlider *slider;
-        QSpinBox *spinBox;
-        QLabel *placeholder;
-        int shownInMode;
-    };
-
     void applyStyle();
     void showMode(int mode);
-    static void set(const Scale &scale, int value);
-    static void follow(const Scale &scale, int position);
-    static void change(const Scale &scale, int value, bool (*write)(int value));
 
     std::unique_ptr<Ui::SensorEffect> ui;
-    Scale speed_;
-    Scale light_;
+    LightScale speed_;
+    LightScale light_;
     int lastMode_ = 0;
 };

@@ -2,22 +2,807 @@
 // SPDX-License-Identifier: MIT
 #include "macro/Macro.h"
 
+#include "device/DeviceState.h"
+#include "environment/MacroName.h"
 #include "hub/PostMsg.h"
 #include "keys/KeyVocabulary.h"
+#include "macro/CycleChoice.h"
+#include "macro/MacroDeviceSync.h"
+#include "macro/RecordingKeys.h"
+#include "macro/RowPainting.h"
+#include "macro/store/ExportedMacro.h"
+#include "macro/store/MacroBlockCodec.h"
+#include "macro/store/MacroFile.h"
+#include "macro/store/MacroFolder.h"
+#include "presentation/DeviceOperations.h"
+#include "presentation/FirstShow.h"
+#include "presentation/NamedWidgets.h"
+#include "presentation/Notices.h"
+#include "presentation/QuestionDialog.h"
+#include "presentation/SkinPalette.h"
+#include "presentation/StyleSheets.h"
+#include "presentation/dialogs/AddDelayTime.h"
+#include "presentation/dialogs/addKey.h"
 #include "presentation/language/LanguageTables.h"
+#include "ui_Macro.h"
 
-Macro::Macro(QWidget *parent) : PageSurface(QStringLiteral("Macro"), QStringLiteral("Macro"), parent)
+#include <QFile>
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QTimer>
+
+using namespace macro;
+
+namespace
 {
-    connect(PostMsg::instance(), SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+
+constexpr QPoint NoticeOffset{-100, -50};
+constexpr int LongestDelay = 65535;
+constexpr int RecordFrameRadius = 12;
+constexpr char WarningColor[] = "255,180,84";
+
+// What ChooseEvent inserts, by index.
+enum class Insertion : uint8_t { Nothing, Press, Release, Delay, Click };
+struct InsertionRow {
+    const char *text;
+    const char *textKey; // of the choices InsertEventOptions; of a delay, of the section "macro"
+    Insertion what;
+    uint8_t bit; // of a clicked mouse button
+};
+constexpr InsertionRow Insertions[] = {
+    {"", nullptr, Insertion::Nothing, 0},     {"按键按下", "0", Insertion::Press, 0},
+    {"按键释放", "1", Insertion::Release, 0}, {"延时", "Delay", Insertion::Delay, 0},
+    {"左键", "2", Insertion::Click, 1},       {"右键", "3", Insertion::Click, 2},
+    {"中键", "4", Insertion::Click, 4},       {"前进键", "5", Insertion::Click, 16},
+    {"后退键", "6", Insertion::Click, 8},
+};
+
+struct TextRow {
+    const char *widget;
+    const char *key;
+};
+constexpr TextRow Texts[] = {
+    {"label", "MacroList"},
+    {"label_2", "KeyList"},
+    {"label_3", "InsertEvent"},
+    {"NewHong", "NewMacro"},
+    {"DeleteHong", "Delete"},
+    {"Amend", "Modify"},
+    {"DeleteKey", "Delete"},
+    {"StartRecord", "StartRecord"},
+    {"StopRecord", "StopRecord"},
+    {"AutoInsertDelayLabel", "AutoDelay"},
+    {"DefaultDelay", "DefaultDelay"},
+    {"ReNumber", "CycleTimes"},
+    {"ReUntilLabel", "UntilThisPressed"},
+    {"ReUntilLooseLabel", "UntilThisReleased"},
+    {"ReUntilClickLabel", "UntilAnyPressed"},
+    {"Save", "Save"},
+    {"Discard", "DiscardChanges"},
+    {"recordTitle", "RecordTitle"},
+    {"cycleTitle", "CycleTitle"},
+};
+
+template <typename Form> std::unique_ptr<Form> formOn(QWidget *page)
+{
+    auto form = std::make_unique<Form>();
+    form->setupUi(page);
+    return form;
 }
+
+QString textOf(const char *key, int language = LanguageIndex)
+{
+    const QString text = language::text(language::Section::macro, key, language);
+    return text.isEmpty() ? language::text(language::Section::common, key, language) : text;
+}
+
+// A text with places for numbers and names.
+QString formOf(const char *key, const char *fallback)
+{
+    const QString form = textOf(key);
+    return form.isEmpty() ? QLatin1String(fallback) : form;
+}
+
+QString durationText(qint64 milliseconds)
+{
+    return milliseconds < 1000 ? QStringLiteral("%1 ms").arg(milliseconds)
+                               : QStringLiteral("%1 s").arg(double(milliseconds) / 1000, 0, 'f', 2);
+}
+
+QByteArray iconBytes(const char *name)
+{
+    QFile file(style::pictureFolder(QStringLiteral("Macro")) + QLatin1String(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+Macro::Macro(QWidget *parent)
+    : QWidget(parent)
+    , ui(formOn<Ui::Macro>(this))
+    , macros_(ui->listWidgetHong)
+    , events_(ui->listWidgetKey)
+    , cycle_(new CycleChoice({ui->ReNumber, ui->ReUntil, ui->ReUntilLoose, ui->ReUntilClick, ui->NumberEdit},
+                             this))
+    , keys_(new RecordingKeys(this))
+{
+    setAccessibleName(QStringLiteral("Macro"));
+    for (const InsertionRow &row : Insertions)
+        ui->ChooseEvent->addItem(QString::fromUtf8(row.text));
+    connectSignals();
+    onFirstShow(this, [this] { applyStyle(); });
+    setTexts(LanguageIndex);
+}
+
+Macro::~Macro() { MacroRecording = false; }
+
+void Macro::connectSignals()
+{
+    PostMsg *hub = PostMsg::instance();
+    connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(hub, SIGNAL(SigSetMacroPage()), this, SLOT(SlotSetMacroPage()));
+    connect(hub, SIGNAL(SigMacroDownLoadData(QString, int)), this, SLOT(SlotMacroDownLoadData(QString, int)));
+    connect(hub, SIGNAL(SigButtonToMacro(FlashDataMap, int)), this,
+            SLOT(SlotButtonToMacro(FlashDataMap, int)));
+    connect(keys_, &RecordingKeys::keyEvent, this, &Macro::UpdateCapslockTip);
+    connect(cycle_, &CycleChoice::changed, this, [this] {
+        cycleChanged_ = true;
+        markUnsaved();
+    });
+    connect(ui->listWidgetHong, &QListWidget::itemSelectionChanged, this, &Macro::followSelection);
+    connect(ui->listWidgetKey, &QListWidget::itemDoubleClicked, this, &Macro::on_Amend_clicked);
+    for (QWidget *each :
+         std::initializer_list<QWidget *>{ui->listWidgetHong, ui->listWidgetKey, ui->ChooseEvent})
+        each->installEventFilter(this);
+}
+
+void Macro::applyStyle()
+{
+    const QString folder = style::pictureFolder(QStringLiteral("Macro"));
+    const QString ink = style::color("ButtonColor");
+    const QString labelColor = style::color("LabelColor");
+    ui->frameMacro->setStyleSheet(style::dialogBackground(folder, QStringLiteral("frameMacro")));
+    ui->recordFrame->setStyleSheet(
+        style::outline(QStringLiteral("recordFrame"), RecordMark::color(), RecordFrameRadius));
+    for (QLabel *heading : {ui->label, ui->label_2, ui->label_3, ui->recordTitle, ui->cycleTitle})
+        heading->setStyleSheet(style::heading());
+    for (QLabel *hint : {ui->noMacros, ui->noEvents})
+        hint->setStyleSheet(style::label(style::color("LinEditColorSecond")));
+    for (QLabel *text :
+         {ui->AutoInsertDelayLabel, ui->ReUntilLabel, ui->ReUntilLooseLabel, ui->ReUntilClickLabel})
+        text->setStyleSheet(style::caption());
+    const auto button = [&](QToolButton *each, const QString &stem) {
+        each->setStyleSheet(style::textButton(folder, ink, stem) + style::textButtonOff(folder, stem));
+    };
+    for (QToolButton *each : {ui->NewHong, ui->DeleteHong})
+        button(each, QStringLiteral("Third"));
+    for (QToolButton *each : {ui->Amend, ui->DeleteKey})
+        button(each, QStringLiteral("Half"));
+    button(ui->StartRecord, QStringLiteral("Start"));
+    button(ui->StopRecord, QStringLiteral("Stop"));
+    button(ui->Save, QStringLiteral("Save"));
+    button(ui->Discard, QStringLiteral("Discard"));
+    for (QRadioButton *each : findChildren<QRadioButton *>())
+        each->setStyleSheet(style::radioButton(folder, labelColor));
+    for (QSpinBox *each : {ui->DelayTime, ui->NumberEdit})
+        each->setStyleSheet(style::spinBox(folder));
+    styleComboBox(ui->ChooseEvent, folder);
+    for (QListWidget *list : {ui->listWidgetHong, ui->listWidgetKey})
+        list->setStyleSheet(style::listView());
+    ui->listWidgetHong->setItemDelegate(new MacroDelegate(ui->listWidgetHong));
+    ui->listWidgetKey->setItemDelegate(new EventDelegate(ui->listWidgetKey));
+    showState();
+}
+
+// ---- Texts --------------------------------------------------------------------------------------
 
 void Macro::SlotAllLanguage(int index)
 {
+    setMouseButtonNames(index);
+    setTexts(index);
+}
+
+void Macro::setMouseButtonNames(int language)
+{
     MouseButtonTexts names;
-    const language::Texts events = language::choices("InsertEventOptions", index);
+    const language::Texts events = language::choices("InsertEventOptions", language);
     for (std::size_t i = 0; i < MouseButtonCount && !events.isEmpty(); ++i) {
         const MouseButtonRow &row = MouseButtonTable[i];
         names[i] = events.value(QLatin1String(row.textKey), QString::fromUtf8(row.text));
     }
     SetMouseButtonNames(names);
+}
+
+void Macro::setTexts(int language)
+{
+    for (const TextRow &row : Texts)
+        if (const QString text = textOf(row.key, language); !text.isEmpty())
+            findChild<QWidget *>(QLatin1String(row.widget))->setProperty("text", text);
+    for (const auto *label : findChildren<ChoiceLabel *>())
+        label->buddy()->setAccessibleName(label->text());
+    ui->recordMark->setText(textOf("Recording", language));
+    ui->StartRecord->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_R)); // a text takes it away
+    ui->StartRecord->setToolTip(QStringLiteral("%1 (%2)").arg(
+        ui->StartRecord->text(), ui->StartRecord->shortcut().toString(QKeySequence::NativeText)));
+    int item = 0;
+    for (const InsertionRow &row : Insertions) {
+        const QString text =
+            !row.textKey ? QString()
+            : row.what == Insertion::Delay
+                ? textOf(row.textKey, language)
+                : language::choice("InsertEventOptions", QLatin1String(row.textKey), language);
+        ui->ChooseEvent->setItemText(item++, text.isEmpty() ? QString::fromUtf8(row.text) : text);
+    }
+    nameWidgets(this, language);
+    showState();
+}
+
+// ---- Macros -------------------------------------------------------------------------------------
+
+void Macro::ask(const char *textKey) { notice::ask<ExeIsRun>(this, NoticeOffset, textOf(textKey)); }
+
+bool Macro::refusesWhileRecording()
+{
+    if (MacroRecording)
+        ask("DialogStopRecordFirst");
+    return MacroRecording;
+}
+
+bool Macro::refusesName(const QString &name)
+{
+    const bool taken = macros_.contains(name);
+    if (taken)
+        notice::ask<SameMacro>(this, NoticeOffset);
+    return taken || !isMacroName(name);
+}
+
+void Macro::followSelection()
+{
+    if (macros_.selected() == shown_)
+        return;
+    keepDraft();
+    showMacro(macros_.selected());
+}
+
+// A click reads the file again, unless that would drop what is not saved.
+void Macro::on_listWidgetHong_clicked()
+{
+    if (!unsaved_ && !shown_.isEmpty())
+        showMacro(shown_);
+    else if (unsaved_)
+        markUnsaved();
+}
+
+void Macro::keepDraft()
+{
+    if (unsaved_)
+        drafts_[shown_] = {events_.rows(), cycle_->mode(), cycle_->isMuted(), eventsChanged_, cycleChanged_};
+}
+
+void Macro::showMacro(const QString &name)
+{
+    shown_ = name;
+    ui->Save->setEnabled(false);
+    const auto draft = drafts_.find(name);
+    const bool isDraft = draft != drafts_.end();
+    unsaved_ = isDraft;
+    eventsChanged_ = isDraft && draft->eventsChanged;
+    cycleChanged_ = isDraft && draft->cycleChanged;
+    if (isDraft) {
+        events_.show(draft->rows);
+        cycle_->setMode(draft->cycle);
+        cycle_->mute(draft->isMuted);
+        drafts_.erase(draft);
+        markUnsaved();
+    } else {
+        cycle_->mute(true);
+        LoadMacroFile(name);
+    }
+    showState();
+}
+
+// The mode stays muted after a file without a first line.
+void Macro::LoadMacroFile(const QString &name)
+{
+    const std::optional<MacroText> text = loadMacro(name);
+    events_.show(text ? text->rows : MacroRows());
+    if (!text || !text->cycle)
+        return;
+    cycle_->setMode(*text->cycle);
+    cycle_->mute(false);
+}
+
+bool Macro::SaveMacroFile(const QString &name) { return saveMacro(name, cycle_->mode(), events_.rows()); }
+
+// Selects the new macro, whose file holds what is shown of it.
+void Macro::addMacro(const QString &name, const MacroRows &rows)
+{
+    keepDraft();
+    shown_ = name; // so that the selection reads nothing
+    macros_.append(name);
+    macros_.select(name);
+    events_.show(rows);
+    unsaved_ = eventsChanged_ = cycleChanged_ = false;
+    markSaved();
+}
+
+void Macro::CreateMewMacro()
+{
+    if (refusesWhileRecording())
+        return;
+    QuestionDialog dialog(QuestionDialog::Mode::Create);
+    dialog.openOver(this, NoticeOffset);
+    const QString name = dialog.name();
+    if (name.isEmpty() || refusesName(name))
+        return;
+    createMacro(name);
+    addMacro(name, {});
+    cycle_->setMode(CycleOnce);
+}
+
+void Macro::RenameMacro()
+{
+    if (refusesWhileRecording() || shown_.isEmpty())
+        return;
+    QuestionDialog dialog(QuestionDialog::Mode::Rename);
+    dialog.openOver(this, NoticeOffset);
+    const QString name = dialog.name();
+    const QString before = shown_; // a read may have changed the selection while the dialog was open
+    if (name.isEmpty() || before.isEmpty() || refusesName(name) || !renameMacro(before, name))
+        return;
+    shown_ = name;
+    macros_.rename(before, name);
+    if (unsaved_) {
+        hold(name);
+        release(before);
+    }
+    emit PostMsg::instance()->SigMacroRename(before, name);
+}
+
+void Macro::DeleteMacro()
+{
+    if (refusesWhileRecording() || shown_.isEmpty())
+        return;
+    if (!notice::ask<DeleteConfirm>(this, NoticeOffset) || shown_.isEmpty())
+        return;
+    const QString name = shown_;
+    removeMacro(name);
+    emit PostMsg::instance()->SigDeleteMacroButton(textOf("MacroSeond") + name);
+    release(name);
+    shown_.clear();
+    macros_.remove(name);
+    macros_.select({});
+    showMacro({});
+}
+
+void Macro::ExPortMacro()
+{
+    if (refusesWhileRecording() || shown_.isEmpty())
+        return;
+    QFileDialog dialog(this, QStringLiteral("FileSave"), documentsFolder(), QStringLiteral("File(*.ini)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(QStringLiteral("ini"));
+    dialog.selectFile(shown_ + QStringLiteral(".ini"));
+    const QString name = shown_;
+    const MacroRows rows = events_.rows();
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return;
+    saveExportedMacro(dialog.selectedFiles().first(), {name, cycle_->mode(), rows},
+                      {iconBytes("MacroDown.png"), iconBytes("MacroUp.png"), iconBytes("MacroTime.png")});
+}
+
+// The radio buttons show the imported mode only when the macro is clicked.
+void Macro::InPortMacro()
+{
+    if (refusesWhileRecording())
+        return;
+    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("SelectFile"), documentsFolder(),
+                                                      QStringLiteral("File(*.ini)"));
+    const std::optional<ExportedMacro> imported = path.isEmpty() ? std::nullopt : loadExportedMacro(path);
+    if (!imported || refusesName(imported->name) || !createMacro(imported->name))
+        return;
+    if (!saveMacro(imported->name, imported->cycle, imported->rows)) {
+        removeMacro(imported->name);
+        return;
+    }
+    addMacro(imported->name, imported->rows);
+}
+
+void Macro::on_listWidgetHong_customContextMenuRequested(const QPoint &place)
+{
+    struct Entry {
+        const char *textKey;
+        void (Macro::*run)();
+        Qt::Key key;
+    };
+    static constexpr Entry OnItem[] = {{"MacroExport", &Macro::ExPortMacro, Qt::Key_unknown},
+                                       {"Rename", &Macro::RenameMacro, Qt::Key_F2},
+                                       {"Delete", &Macro::DeleteMacro, Qt::Key_Delete}};
+    static constexpr Entry OnEmpty[] = {{"NewMacro", &Macro::CreateMewMacro, Qt::Key_unknown},
+                                        {"MacroImport", &Macro::InPortMacro, Qt::Key_unknown}};
+    QMenu menu(this);
+    menu.setFont(ui->listWidgetHong->font());
+    const auto add = [this, &menu](const Entry &entry) {
+        QAction *action = menu.addAction(textOf(entry.textKey), this, entry.run);
+        action->setShortcutVisibleInContextMenu(true);
+        if (entry.key != Qt::Key_unknown)
+            action->setShortcut(entry.key);
+    };
+    if (ui->listWidgetHong->itemAt(place))
+        std::for_each(std::begin(OnItem), std::end(OnItem), add);
+    else
+        std::for_each(std::begin(OnEmpty), std::end(OnEmpty), add);
+    menu.exec(ui->listWidgetHong->viewport()->mapToGlobal(place));
+}
+
+// ---- The mouse's macros ---------------------------------------------------------------------------
+
+void Macro::SlotMacroDownLoadData(QString MacroName, int index)
+{
+    sendSaved(MacroName.remove(QChar()), index);
+}
+
+void Macro::SlotButtonToMacro(FlashDataMap DataMap, int KeyNumer)
+{
+    const Taken taken = takeFromMouse(DataMap, KeyNumer);
+    if (!taken.name.isEmpty()) {
+        if (!macros_.contains(taken.name))
+            macros_.insertBehindSelected(taken.name);
+        if (ui->StopRecord->isHidden()) // a recording keeps its macro
+            macros_.select({});
+        showState();
+    }
+    emit PostMsg::instance()->SigAddMacroButton();
+}
+
+// ---- Saving -------------------------------------------------------------------------------------
+
+bool Macro::isUnsaved(const QString &name) const
+{
+    return drafts_.contains(name) || (unsaved_ && name == shown_);
+}
+
+void Macro::holdUnsaved()
+{
+    unsaved_ = true;
+    hold(shown_);
+    macros_.setUnsaved(shown_, true);
+    showState();
+}
+
+void Macro::markUnsaved()
+{
+    if (shown_.isEmpty())
+        return;
+    ui->Save->setEnabled(true);
+    holdUnsaved();
+}
+
+void Macro::markSaved()
+{
+    unsaved_ = eventsChanged_ = cycleChanged_ = false;
+    ui->Save->setEnabled(false);
+    macros_.setUnsaved(shown_, false);
+    showState();
+}
+
+// The file stays held until the mouse has the new rows, since a read before would bring the old ones back.
+void Macro::on_Save_clicked()
+{
+    if (refusesWhileRecording())
+        return;
+    ui->Save->setEnabled(false);
+    const QString name = shown_;
+    if (name.isEmpty())
+        return;
+    if (!SaveMacroFile(name)) {
+        markUnsaved();
+        return;
+    }
+    const bool newEvents = eventsChanged_;
+    const bool newCycle = cycleChanged_;
+    const bool tooLong = !fitsBlock(events_.rows());
+    markSaved();
+    if (newEvents && tooLong)
+        notice::ask<KeyNumberLimit>(this, NoticeOffset);
+    if (newEvents)
+        emit PostMsg::instance()->SigUpDataMacro(name, 0);
+    if (newCycle)
+        emit PostMsg::instance()->SigUpDataMacro(name, 1);
+    if (!isUnsaved(name))
+        release(name);
+}
+
+void Macro::on_Discard_clicked()
+{
+    release(shown_);
+    markSaved();
+    showMacro(shown_);
+}
+
+// What the lists' headings, hints and buttons say of the present state.
+void Macro::showState()
+{
+    const rowediting::Summary summary = rowediting::summaryOf(events_.rows());
+    const QString count = formOf("EventCount", "%1/%2").arg(summary.events).arg(MacroEventCount);
+    ui->eventCount->setText(
+        shown_.isEmpty() ? QString() : count + QStringLiteral(" · ") + durationText(summary.milliseconds));
+    ui->eventCount->setStyleSheet(style::label(summary.events > MacroEventCount
+                                                   ? QString::fromLatin1(WarningColor)
+                                                   : style::color("LinEditColorSecond")));
+    ui->noMacros->setVisible(ui->listWidgetHong->count() == 0);
+    ui->noMacros->setText(textOf("NoMacros"));
+    ui->noEvents->setVisible(events_.isEmpty());
+    ui->noEvents->setText(textOf(shown_.isEmpty() ? "NoMacroChosen"
+                                 : MacroRecording ? "PressKeys"
+                                                  : "NoEvents"));
+    ui->Discard->setVisible(unsaved_ && ui->StopRecord->isHidden());
+    showHint(summary);
+}
+
+void Macro::showHint(const rowediting::Summary &summary)
+{
+    QString hint;
+    if (summary.events > MacroEventCount)
+        hint = formOf("TooManyEvents", "> %1").arg(MacroEventCount);
+    else if (!summary.held.isEmpty())
+        hint = formOf("StillHeld", "%1").arg(summary.held.join(QStringLiteral(", ")));
+    ui->eventHint->setText(hint);
+    ui->eventHint->setVisible(!MacroRecording);
+}
+
+// ---- Recording ----------------------------------------------------------------------------------
+
+std::array<QWidget *, 13> Macro::choices() const
+{
+    return {ui->AutoInsertDelay, ui->AutoInsertDelayLabel, ui->DefaultDelay, ui->ReNumber,
+            ui->ReUntil,         ui->ReUntilLabel,         ui->ReUntilLoose, ui->ReUntilLooseLabel,
+            ui->ReUntilClick,    ui->ReUntilClickLabel,    ui->ChooseEvent,  ui->DelayTime,
+            ui->NumberEdit};
+}
+
+void Macro::on_StartRecord_clicked()
+{
+    if (shown_.isEmpty()) {
+        ask("DialogSelectMacroFirst");
+        return;
+    }
+    ui->listWidgetKey->setFocus(); // not where the list of macros, disabled, would send it
+    for (QWidget *each : choices())
+        each->setEnabled(false);
+    ui->listWidgetHong->setEnabled(false);
+    emit PostMsg::instance()->SigStartRecord(0);
+    eventsChanged_ = true;
+    keys_->start();
+    ui->StartRecord->hide();
+    ui->StopRecord->show();
+    recorder_.start();
+    MacroRecording = true;
+    events_.show({});
+    ui->recordFrame->show();
+    ui->recordMark->show();
+    holdUnsaved();
+}
+
+void Macro::UpdateCapslockTip(int keyCode, bool downOrUp, bool)
+{
+    if (!MacroRecording)
+        return;
+    const std::optional<int> fixedDelay =
+        ui->AutoInsertDelay->isChecked() ? std::nullopt : std::optional<int>(ui->DelayTime->value());
+    const Recorder::Rows rows = recorder_.take(keyCode, downOrUp, keys_->time(), fixedDelay);
+    if (rows.delayMs)
+        AddDelayRow(*rows.delayMs);
+    if (rows.key)
+        AddKeyRow(*rows.key, downOrUp);
+    showState();
+    if (recorder_.isFull())
+        endFull();
+}
+
+// What is typed does nothing until the notice, which opens behind the key's own event, is closed.
+void Macro::endFull()
+{
+    MacroRecording = false;
+    keys_->stopTelling();
+    ui->recordFrame->hide();
+    ui->recordMark->hide();
+    showState();
+    QTimer::singleShot(0, this, [this] {
+        notice::ask<KeyNumberLimit>(this, NoticeOffset);
+        keys_->stop();
+        if (!ui->StopRecord->isHidden())
+            ui->StopRecord->setFocus();
+    });
+}
+
+void Macro::on_StopRecord_clicked() { endRecording(Ending::Stopped); }
+
+// A recording that is left does not offer to save, and leaves its choices as they were during it.
+void Macro::SlotSetMacroPage()
+{
+    if (!ui->StopRecord->isHidden())
+        endRecording(Ending::Left);
+}
+
+void Macro::endRecording(Ending ending)
+{
+    keys_->settle();
+    MacroRecording = false;
+    keys_->stop();
+    for (QWidget *each : choices())
+        if (ending == Ending::Stopped || each == ui->DelayTime || each == ui->NumberEdit)
+            each->setEnabled(true);
+    ui->listWidgetHong->setEnabled(true);
+    ui->StopRecord->hide();
+    ui->StartRecord->show();
+    ui->recordFrame->hide();
+    ui->recordMark->hide();
+    emit PostMsg::instance()->SigStartRecord(1);
+    if (ending == Ending::Stopped)
+        markUnsaved();
+    else
+        ui->Save->setEnabled(false);
+    showState();
+}
+
+void Macro::on_DelayTime_valueChanged(int milliseconds)
+{
+    if (milliseconds > LongestDelay)
+        ui->DelayTime->setValue(LongestDelay);
+}
+
+// ---- Events -------------------------------------------------------------------------------------
+
+void Macro::AddKeyRow(const QString &name, bool press)
+{
+    if (shown_.isEmpty())
+        return;
+    events_.append(keyRow(name, press));
+    events_.select(ui->listWidgetKey->count() - 1);
+}
+
+void Macro::AddDelayRow(qint64 milliseconds)
+{
+    if (shown_.isEmpty())
+        return;
+    events_.append(delayRow(quint32(milliseconds)));
+    events_.select(ui->listWidgetKey->count() - 2);
+}
+
+void Macro::showEdited(const rowediting::Editing &edited)
+{
+    events_.show(edited.rows, edited.selected);
+    eventsChanged_ = true;
+    markUnsaved();
+}
+
+void Macro::InsertKeyRow(const QString &name, bool press)
+{
+    rowediting::Editing list = events_.editing();
+    if (rowediting::insertKey(list, name, press))
+        showEdited(list);
+}
+
+void Macro::InsertClickRows(const QString &name)
+{
+    rowediting::Editing list = events_.editing();
+    if (rowediting::insertClick(list, name))
+        showEdited(list);
+}
+
+void Macro::InsertDelayRow(int milliseconds)
+{
+    rowediting::Editing list = events_.editing();
+    if (rowediting::insertDelay(list, milliseconds))
+        showEdited(list);
+}
+
+void Macro::on_listWidgetKey_itemChanged()
+{
+    eventsChanged_ = true;
+    markUnsaved();
+}
+
+void Macro::on_ChooseEvent_activated(int index)
+{
+    if (index < 0 || index >= int(std::size(Insertions)))
+        return;
+    const InsertionRow &row = Insertions[index];
+    ui->ChooseEvent->setCurrentIndex(0); // so that the same one can be chosen again by the keyboard
+    if (row.what == Insertion::Press || row.what == Insertion::Release) {
+        addKey dialog;
+        dialog.openOver(this, InputDialogOffset);
+        if (dialog.isAccepted() && !shown_.isEmpty())
+            InsertKeyRow(dialog.keyName(), row.what == Insertion::Press);
+    } else if (row.what == Insertion::Delay) {
+        AddDelayTime dialog;
+        dialog.openOver(this, InputDialogOffset);
+        if (dialog.isAccepted() && !shown_.isEmpty() && events_.selectedRow() != rowediting::NoRow)
+            InsertDelayRow(dialog.milliseconds());
+    } else if (row.what == Insertion::Click && !shown_.isEmpty()) {
+        InsertClickRows(MouseNameFromBit(row.bit));
+    }
+}
+
+void Macro::on_Amend_clicked()
+{
+    if (refusesWhileRecording() || events_.selectedRow() == rowediting::NoRow)
+        return;
+    QString text;
+    if (events_.rows()[events_.selectedRow()].isDelay()) {
+        AddDelayTime dialog;
+        dialog.openOver(this, InputDialogOffset);
+        if (!dialog.isAccepted())
+            return;
+        text = delayRow(quint32(dialog.milliseconds())).text;
+    } else {
+        addKey dialog;
+        dialog.openOver(this, InputDialogOffset);
+        if (!dialog.isAccepted())
+            return;
+        text = dialog.keyName();
+    }
+    if (const int row = events_.selectedRow(); row != rowediting::NoRow)
+        ui->listWidgetKey->item(row)->setText(text);
+}
+
+// Clearing a short list is no change that a mouse is told of.
+void Macro::on_DeleteKey_clicked()
+{
+    if (refusesWhileRecording() || shown_.isEmpty())
+        return;
+    rowediting::Editing list = events_.editing();
+    const bool isShort = list.rows.size() < rowediting::ShortList;
+    if (!rowediting::remove(list))
+        return;
+    const bool before = eventsChanged_;
+    showEdited(list);
+    eventsChanged_ = before || !isShort;
+}
+
+// ---- The page -----------------------------------------------------------------------------------
+
+bool Macro::runListKey(const QObject *list, int key)
+{
+    if (list == ui->ChooseEvent) {
+        const bool opens =
+            (key == Qt::Key_Up || key == Qt::Key_Down) && !ui->ChooseEvent->view()->isVisible();
+        if (opens)
+            ui->ChooseEvent->showPopup();
+        return opens;
+    }
+    if (key != Qt::Key_F2 && key != Qt::Key_Delete)
+        return false;
+    const bool isDelete = key == Qt::Key_Delete;
+    if (list == ui->listWidgetHong)
+        isDelete ? DeleteMacro() : RenameMacro();
+    else
+        isDelete ? on_DeleteKey_clicked() : on_Amend_clicked();
+    return true;
+}
+
+// The arrow keys would insert the first kind of event, since a choice acts at once.
+bool Macro::eventFilter(QObject *watched, QEvent *event)
+{
+    return event->type() == QEvent::KeyPress && runListKey(watched, static_cast<QKeyEvent *>(event)->key());
+}
+
+// The folder may have changed meanwhile.
+void Macro::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (event->spontaneous())
+        return;
+    macros_.show(macroNames());
+    followSelection();
+    showState();
+}
+
+void Macro::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    if (!event->spontaneous())
+        SlotSetMacroPage();
 }

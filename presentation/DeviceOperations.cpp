@@ -24,8 +24,6 @@ bool reachable()
     return false;
 }
 
-QString documentsFolder() { return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); }
-
 // Stops the off-line watch, which would start the worker during a reset.
 class QuietWatch
 {
@@ -47,6 +45,8 @@ public:
 };
 
 } // namespace
+
+QString documentsFolder() { return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); }
 
 void runFactoryReset(QWidget *page)
 {

@@ -3,6 +3,7 @@
 #include "presentation/FirstShow.h"
 
 #include <QEvent>
+#include <QVariant>
 #include <QWidget>
 
 namespace
@@ -37,4 +38,22 @@ private:
 void onFirstShow(QWidget *widget, std::function<void()> applyStyle)
 {
     new FirstShow(widget, std::move(applyStyle));
+}
+
+void setStyleSheetWhenShown(QWidget *widget, const QString &sheet)
+{
+    static constexpr char Waiting[] = "waitingStyleSheet";
+    const bool waits = widget->property(Waiting).isValid();
+    if (widget->isVisible() && !waits) {
+        if (widget->styleSheet() != sheet)
+            widget->setStyleSheet(sheet);
+        return;
+    }
+    widget->setProperty(Waiting, sheet);
+    if (waits)
+        return;
+    onFirstShow(widget, [widget] {
+        widget->setStyleSheet(widget->property(Waiting).toString());
+        widget->setProperty(Waiting, {});
+    });
 }

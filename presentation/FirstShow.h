@@ -7,7 +7,10 @@
 
 #include <functional>
 
+class QString;
 class QWidget;
 
 // Runs `applyStyle` once, when the widget is first shown and before it is painted.
 void onFirstShow(QWidget *widget, std::function<void()> applyStyle);
+// Gives the widget the sheet, at once when it is visible, else when it is next shown.
+void setStyleSheetWhenShown(QWidget *widget, const QString &sheet);

@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr int FooterHalf = 28;
+constexpr const char *SignPictures[] = {"Warn.png", "Info.png", "Question.png"}; // by NoticeSign
 
 QString orDefault(const QString &text, const char *fallback)
 {
@@ -48,13 +49,16 @@ void NoticeDialog::applyStyle()
     const auto button = [&folder, &buttonColor](const QString &stem) {
         return style::textButton(folder, buttonColor, stem);
     };
+    const QString danger =
+        kind_.answer == NoticeAnswer::Destroys ? button(QStringLiteral("Danger")) : QString();
+    const char *const sign = isWait ? "Wait.png" : SignPictures[int(kind_.sign)];
     ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
-    ui->NewHong->setStyleSheet(button(QStringLiteral("Confirm")));
-    ui->OK->setStyleSheet(button(QStringLiteral("Confirm")));
+    ui->NewHong->setStyleSheet(button(QStringLiteral("Confirm")) + danger);
+    ui->OK->setStyleSheet(button(QStringLiteral("Confirm")) + danger);
     ui->Cancel->setStyleSheet(button(QStringLiteral("Cancel")));
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
     ui->footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
-    ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(isWait ? "Wait.png" : "Warn.png")));
+    ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(sign)));
     findChild<QFrame *>(QLatin1String(kind_.frameName))
         ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind_.frameName)));
 }

@@ -22,6 +22,19 @@ enum class NoticeButtons : uint8_t {
     Question, // OK and Cancel with the same keys, and the close button
 };
 
+// The picture above the text.
+enum class NoticeSign : uint8_t {
+    Warning, // something went wrong, or would
+    Information,
+    Question,
+};
+
+// What Enter does, as the button shows it.
+enum class NoticeAnswer : uint8_t {
+    Usual,
+    Destroys, // something of the user's is lost
+};
+
 // One row for each notice. An empty default text leaves the label empty.
 struct NoticeKind {
     const char *frameName;
@@ -29,6 +42,8 @@ struct NoticeKind {
     const char *textKey;
     const char *defaultText;
     NoticeButtons buttons;
+    NoticeSign sign = NoticeSign::Warning;
+    NoticeAnswer answer = NoticeAnswer::Usual;
 };
 
 class NoticeDialog : public NoticeWindow
@@ -60,6 +75,8 @@ protected:
     void setTexts(const QString &text, const QString &confirm, const QString &cancel);
 
     void keyPressEvent(QKeyEvent *event) override;
+    // A wait comes and goes within moments; dimming for it would be a flicker.
+    bool dimsWindow() const override { return kind_.buttons != NoticeButtons::None; }
 
     // The label of the text, for a notice that adds widgets beside it.
     QWidget *content() const;

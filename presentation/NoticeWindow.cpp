@@ -3,6 +3,7 @@
 #include "presentation/NoticeWindow.h"
 
 #include "environment/DataRoot.h"
+#include "presentation/NoticeShade.h"
 #include "presentation/SkinPalette.h"
 
 #include <QApplication>
@@ -17,6 +18,8 @@ static_assert(int(NoticeFlags) == 27666);
 
 } // namespace
 
+NoticeWindow::~NoticeWindow() { delete shade_; }
+
 void NoticeWindow::becomeNotice()
 {
     setWindowFlags(NoticeFlags);
@@ -29,6 +32,7 @@ void NoticeWindow::becomeNotice()
 
 void NoticeWindow::placeOver(const QWidget *widget, const QPoint &offset)
 {
+    under_ = widget->window();
     const QPoint corner = widget->mapToGlobal(QPoint(0, 0));
     move(corner + QPoint((widget->width() - width()) / 2, (widget->height() - height()) / 2) + offset);
 }
@@ -44,13 +48,22 @@ void NoticeWindow::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
     before_ = QApplication::activeWindow();
+    dimWindow();
     raise();
     activateWindow();
+}
+
+void NoticeWindow::dimWindow()
+{
+    QWidget *window = under_ ? under_ : before_;
+    if (dimsWindow() && window && window != this && window->isVisible() && !NoticeShade::covers(window))
+        shade_ = new NoticeShade(window, frameGeometry());
 }
 
 void NoticeWindow::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
+    delete shade_;
     if (before_ && before_->isVisible())
         before_->activateWindow();
 }

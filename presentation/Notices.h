@@ -17,18 +17,18 @@ using language::Section;
 // clang-format off
 inline constexpr NoticeKind OffLine = {"MouseOffLineA", Section::infoTips, "DialogOffline", "   The mouse is offline. Please move first", NoticeButtons::Confirm};
 inline constexpr NoticeKind Duplicate = {"QuestiondialogBA", Section::home, "ErrorDevice", "Do not insert multiple identical devices", NoticeButtons::Close};
-inline constexpr NoticeKind LeftButton = {"LeftButtonOnlyA", Section::key, "DialogKeepLeftKey", "", NoticeButtons::Close};
-inline constexpr NoticeKind NoMacro = {"MakeMacroA", Section::home, "MakeMaro", "Please create a macro first", NoticeButtons::Confirm};
-inline constexpr NoticeKind SameName = {"SameMacroA", Section::macro, "DialogSameMacroName", "Already have a same name macro", NoticeButtons::Confirm};
-inline constexpr NoticeKind ThreeKeys = {"GroupMaxThreeA", Section::home, "MaxThree", "", NoticeButtons::Confirm};
-inline constexpr NoticeKind MacroLength = {"KeyNumberLimitA", Section::macro, "DialogMaxMacroKey", "", NoticeButtons::Confirm};
+inline constexpr NoticeKind LeftButton = {"LeftButtonOnlyA", Section::key, "DialogKeepLeftKey", "", NoticeButtons::Close, NoticeSign::Information};
+inline constexpr NoticeKind NoMacro = {"MakeMacroA", Section::home, "MakeMaro", "Please create a macro first", NoticeButtons::Confirm, NoticeSign::Information};
+inline constexpr NoticeKind SameName = {"SameMacroA", Section::macro, "DialogSameMacroName", "Already have a same name macro", NoticeButtons::Confirm, NoticeSign::Information};
+inline constexpr NoticeKind ThreeKeys = {"GroupMaxThreeA", Section::home, "MaxThree", "", NoticeButtons::Confirm, NoticeSign::Information};
+inline constexpr NoticeKind MacroLength = {"KeyNumberLimitA", Section::macro, "DialogMaxMacroKey", "", NoticeButtons::Confirm, NoticeSign::Information};
 inline constexpr NoticeKind Debounce = {"LessThreeA", Section::key, "DialogDebounceTips", "Please wait, we are updating the setting", NoticeButtons::Confirm};
-inline constexpr NoticeKind Firmware = {"UpDateWarningA", Section::home, "", "Confirm Delete", NoticeButtons::Confirm};
-inline constexpr NoticeKind Delete = {"DeleteConfirmA", Section::macro, "DialogDeleteMacro", "Confirm Delete", NoticeButtons::Confirm};
-inline constexpr NoticeKind Reset = {"ContainResetA", Section::Settings, "DialogRestore", " Is need to restore the default settings", NoticeButtons::Question};
-inline constexpr NoticeKind Pairing = {"RePairA", Section::home, "Repair", "        Do you need to pair again", NoticeButtons::Question};
+inline constexpr NoticeKind Firmware = {"UpDateWarningA", Section::home, "", "Confirm Delete", NoticeButtons::Confirm, NoticeSign::Information};
+inline constexpr NoticeKind Delete = {"DeleteConfirmA", Section::macro, "DialogDeleteMacro", "Confirm Delete", NoticeButtons::Confirm, NoticeSign::Question, NoticeAnswer::Destroys};
+inline constexpr NoticeKind Reset = {"ContainResetA", Section::Settings, "DialogRestore", " Is need to restore the default settings", NoticeButtons::Question, NoticeSign::Question, NoticeAnswer::Destroys};
+inline constexpr NoticeKind Pairing = {"RePairA", Section::home, "Repair", "        Do you need to pair again", NoticeButtons::Question, NoticeSign::Question};
 inline constexpr NoticeKind Import = {"InportFailA", Section::key, "DialogConfigError", "Config does not match the device", NoticeButtons::Confirm};
-inline constexpr NoticeKind Running = {"ExeIsRunA", Section::home, "OnRun", "Confirm Delete", NoticeButtons::Confirm};
+inline constexpr NoticeKind Running = {"ExeIsRunA", Section::home, "OnRun", "Confirm Delete", NoticeButtons::Confirm, NoticeSign::Information};
 inline constexpr NoticeKind MacroName = {"QuestionDialogA", Section::macro, "DialogSelectMacroFirst", "", NoticeButtons::Question};
 // clang-format on
 

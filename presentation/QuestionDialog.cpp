@@ -4,6 +4,7 @@
 
 #include "catalogue/LanguageChoice.h"
 #include "catalogue/UserStore.h"
+#include "environment/MacroName.h"
 #include "presentation/Notices.h"
 #include "presentation/ScreenFont.h"
 #include "presentation/StyleSheets.h"
@@ -13,25 +14,10 @@
 namespace
 {
 
-constexpr int NameBytes = 30;
 constexpr QRect TextPlace{24, 24, 312, 40};
 constexpr QRect FieldPlace{52, 76, 256, 36};
 
 } // namespace
-
-QString fittingMacroName(const QString &typed)
-{
-    QString name = typed;
-    if (name.endsWith(QLatin1Char(' ')))
-        name.remove(QLatin1Char(' '));
-    if (name.toLocal8Bit().size() <= NameBytes)
-        return name;
-    int length = qMin(name.size(), NameBytes + 1);
-    const auto splits = [&name](int at) { return at > 0 && name.at(at - 1).isHighSurrogate(); };
-    while (length > 0 && (name.left(length).toLocal8Bit().size() > NameBytes || splits(length)))
-        --length;
-    return name.left(length);
-}
 
 QuestionDialog::QuestionDialog(Mode asked) : NoticeDialog(notice::MacroName), mode_(asked)
 {

@@ -8,10 +8,6 @@
 
 class QLineEdit;
 
-// The typed name as the device can store it: a trailing blank removes all blanks, and the rest is cut to 30
-// bytes in the local encoding at a character's end.
-QString fittingMacroName(const QString &typed);
-
 class QuestionDialog : public NoticeDialog
 {
     Q_OBJECT

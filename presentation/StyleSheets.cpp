@@ -33,6 +33,7 @@ constexpr char TextButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;color: rgb(%2;);"
     "border-image: url(%P%1.png);}QToolButton:pressed{border-image: url(%P%1Click.png); }";
 constexpr char TextButtonHover[] = "QToolButton:hover:!pressed{border-image: url(%P%1Hover.png);}";
+constexpr char TextButtonOff[] = "QToolButton:disabled{color: rgb(%2);border-image: url(%P%1Off.png);}";
 constexpr char Label[] = "QLabel{color: rgb(%1;);}";
 // The toolkit divides a weight by eight: 456 is QFont::Medium, 500 would be drawn bold.
 constexpr char Heading[] = "QLabel{font-size: 15px;font-weight: 456;}";
@@ -54,6 +55,16 @@ constexpr char CheckBoxMarks[] =
     "QCheckBox::indicator:unchecked{image: none;background-image: url(%PCheckBox.png);}"
     "QCheckBox::indicator:checked:hover{background-image: url(%PCheckBoxCheckHover.png);}"
     "QCheckBox::indicator:unchecked:hover{background-image: url(%PCheckBoxHover.png);}";
+constexpr char RadioButton[] =
+    "QRadioButton{color: rgb(%1);outline: none;spacing: 6px;}QRadioButton:disabled{color: rgb(%2);}"
+    "QRadioButton::indicator{width: 18px;height: 18px;background-position: center;"
+    "background-repeat: no-repeat;}"
+    "QRadioButton::indicator:unchecked{background-image: url(%PRadio.png);}"
+    "QRadioButton::indicator:checked{background-image: url(%PRadioCheck.png);}"
+    "QRadioButton::indicator:unchecked:hover{background-image: url(%PRadioHover.png);}"
+    "QRadioButton::indicator:checked:hover{background-image: url(%PRadioCheckHover.png);}"
+    "QRadioButton::indicator:unchecked:disabled{background-image: url(%PRadioOff.png);}"
+    "QRadioButton::indicator:checked:disabled{background-image: url(%PRadioCheckOff.png);}";
 constexpr char ComboBox[] =
     "QComboBox{border: 1px solid gray; color: rgb(%1); border-image: url(%PComboboxBack.png);}"
     "QComboBox::drop-down:button{border-radius:5px; background:rgb(215,219, 222);} "
@@ -111,19 +122,23 @@ constexpr char NavigationName[] = "QToolButton{padding-top: 30px;color: rgb(%2);
                                   "QToolButton:disabled{color: rgba(%2,90);}";
 constexpr char BatteryBar[] = "#progressBar{border: none;background-color: transparent;}"
                               "#progressBar::chunk {background-color: rgb(%1);}";
+constexpr char ProgressBar[] = "QProgressBar{border: none;border-radius: 3px;background-color: rgb(%1);}"
+                               "QProgressBar::chunk{border-radius: 3px;background-color: rgb(%2);}";
 constexpr char Strip[] = "#%1{border: 1px solid rgb(%2);border-radius: 6px;background-color: rgb(%3);}";
 constexpr char Hairline[] = "QFrame{border:0px;background-color: rgba(%1,%2);}";
 
 constexpr char UnfilledSlider[] =
     "QSlider::sub-page:horizontal,QSlider::sub-page:horizontal:disabled{background: transparent;}";
 // Shows the handle only; the scroll bar needs no background.
-constexpr char ScrollArea[] =
-    "QScrollArea,QScrollArea>QWidget>QWidget{border:0px;background: transparent;}"
+constexpr char ScrollArea[] = "QScrollArea,QScrollArea>QWidget>QWidget{border:0px;background: transparent;}";
+constexpr char ListView[] = "QAbstractItemView{border:0px;background: transparent;outline: none;}";
+constexpr char ScrollHandle[] =
     "QScrollBar:vertical{width: 10px;margin: 0px;border: 0px;background: transparent;}"
     "QScrollBar::handle:vertical{background: rgb(117, 117, 117);border-radius: 3px;min-height: 30px;"
     "margin: 0px 2px;}"
     "QScrollBar::add-line:vertical,QScrollBar::sub-line:vertical{height: 0px;}"
     "QScrollBar::add-page:vertical,QScrollBar::sub-page:vertical{background: transparent;}";
+constexpr char Outline[] = "#%1{border: 2px solid rgb(%2);border-radius: %3px;background: transparent;}";
 constexpr char SwitchButton[] =
     "QToolButton{border:0px;background-position:center;background-repeat:no-repeat;"
     "background-image: url(%PClose.png);}QToolButton:hover{background-image: url(%PCloseHover.png);}"
@@ -172,9 +187,14 @@ constexpr char SpinBox[] =
     "QSpinBox::down-button{subcontrol-position: bottom right;background-image: url(%PDown.png);}"
     "QSpinBox::up-button:hover{background-image: url(%PUpHover.png);}"
     "QSpinBox::down-button:hover{background-image: url(%PDownHover.png);}"
-    "QSpinBox::up-button:off{background-image: url(%PUpOff.png);}"
-    "QSpinBox::down-button:off{background-image: url(%PDownOff.png);}"
-    "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}";
+    "QSpinBox::up-button:off,QSpinBox::up-button:disabled{background-image: url(%PUpOff.png);}"
+    "QSpinBox::down-button:off,QSpinBox::down-button:disabled{background-image: url(%PDownOff.png);}"
+    "QSpinBox::up-arrow,QSpinBox::down-arrow{image: none;}"
+    "QSpinBox:disabled{color: rgb(%4);border-color: rgb(%5);}";
+
+constexpr char Description[] = "QTextEdit{color: rgb(%1);background: transparent;border: 0px;}";
+constexpr char NumberBox[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
+                             "border-radius: 6px;}";
 
 QString listed(const QColor &color)
 {
@@ -217,6 +237,17 @@ QString textButton(const QString &folder, const QString &color, const QString &s
     return compose(TextButton, folder, {stem, color}) + compose(TextButtonHover, folder, {stem});
 }
 
+QString textButtonOff(const QString &folder, const QString &stem)
+{
+    return compose(TextButtonOff, folder, {stem, QLatin1String(OffInk)});
+}
+
+QString pushButton(const QString &folder, const QString &color, const QString &stem)
+{
+    const QString sheet = textButton(folder, color, stem) + textButtonOff(folder, stem);
+    return QString(sheet).replace(QLatin1String("QToolButton"), QLatin1String("QPushButton"));
+}
+
 QString label(const QString &color) { return compose(Label, {}, {color}); }
 
 QString heading() { return label(color("LabelColor")) + QLatin1String(Heading); }
@@ -233,6 +264,11 @@ QString tileHover() { return compose(TileHover, {}, {color("SliderColor")}); }
 QString checkBox(const QString &folder, const QString &color)
 {
     return compose(CheckBox, folder, {color}) + compose(CheckBoxMarks, folder, {});
+}
+
+QString radioButton(const QString &folder, const QString &color)
+{
+    return compose(RadioButton, folder, {color, QLatin1String(OffInk)});
 }
 
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor)
@@ -280,7 +316,9 @@ QString labelPlate(const QString &folder, const QString &color, const QString &n
     return compose(LabelPlate, folder, {name, color});
 }
 
-QString scrollArea() { return QLatin1String(ScrollArea); }
+QString scrollArea() { return QLatin1String(ScrollArea) + QLatin1String(ScrollHandle); }
+
+QString listView() { return QLatin1String(ListView) + QLatin1String(ScrollHandle); }
 
 QString navigationButton(const QString &folder, const QString &icon)
 {
@@ -290,9 +328,16 @@ QString navigationButton(const QString &folder, const QString &icon)
 
 QString batteryBar(const QString &chunkColor) { return compose(BatteryBar, {}, {chunkColor}); }
 
+QString progressBar() { return compose(ProgressBar, {}, {QLatin1String(Groove), color("SliderColor")}); }
+
 QString strip(const QString &objectName)
 {
     return compose(Strip, {}, {objectName, QLatin1String(Groove), color("ComboxBackGroundColor")});
+}
+
+QString outline(const QString &objectName, const QColor &color, int radius)
+{
+    return compose(Outline, {}, {objectName, listed(color), QString::number(radius)});
 }
 
 QString hairline(const QString &color, int opacity)
@@ -324,6 +369,8 @@ QString quotedText()
 }
 
 QString instructions() { return compose(Instructions, {}, {color("LabelColor")}); }
+
+QString description() { return compose(Description, {}, {color("LinEditColorSecond")}); }
 
 QString lineEdit()
 {
@@ -363,6 +410,13 @@ QString tiledPicture(const QString &folder, const QString &name)
 QString spinBox(const QString &folder)
 {
     return compose(SpinBox, folder,
+                   {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor()),
+                    QLatin1String(OffInk), QLatin1String(Groove)});
+}
+
+QString numberBox()
+{
+    return compose(NumberBox, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
 }
 

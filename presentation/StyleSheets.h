@@ -28,6 +28,10 @@ QString titleButton(const QString &folder, const QString &stem);
 QString arrow(const QString &folder, const QString &stem);
 // Stem, stem + "Hover", stem + "Click".
 QString textButton(const QString &folder, const QString &color, const QString &stem);
+// Append to textButton(): the button while it is disabled, stem + "Off".
+QString textButtonOff(const QString &folder, const QString &stem);
+// The same on a QPushButton, and stem + "Off" while it is disabled.
+QString pushButton(const QString &folder, const QString &color, const QString &stem);
 QString label(const QString &color);
 // The title of a page or of a section of it.
 QString heading();
@@ -38,6 +42,8 @@ QString tile(const QString &folder, const QString &name);
 // Append to tile(): its hovered and pressed states.
 QString tileHover();
 QString checkBox(const QString &folder, const QString &color);
+// "Radio" and "RadioCheck", each + "Hover" and + "Off".
+QString radioButton(const QString &folder, const QString &color);
 QString comboBox(const QString &folder, const QString &textColor, const QString &selectColor);
 // Append to comboBox() for a box of another size: its background picture.
 QString comboBoxBack(const QString &folder, const QString &name);
@@ -56,12 +62,18 @@ QString areaPicture(const QString &folder, const QString &frameName, const QStri
 QString labelPlate(const QString &folder, const QString &color, const QString &name);
 // A scroll area with a transparent background and a slim scroll handle.
 QString scrollArea();
+// A list view on the page's own ground, with the same handle.
+QString listView();
 // A navigation button: its own icon over the plates that all of them share, with its name below.
 QString navigationButton(const QString &folder, const QString &icon);
 // The filled part of the battery's bar.
 QString batteryBar(const QString &chunkColor);
+// A line that fills from left to right.
+QString progressBar();
 // A frame around one line of text.
 QString strip(const QString &objectName);
+// A frame that has an outline and nothing else.
+QString outline(const QString &objectName, const QColor &color, int radius);
 // A hairline in a colour at that opacity (0..255).
 QString hairline(const QString &color, int opacity);
 // A switch: "Close" and, while it is on, "Open", each + "Hover" and + "Click".
@@ -80,10 +92,14 @@ QString readout();
 QString quotedText();
 // Lines to read, without a surface of their own.
 QString instructions();
+// Lines below a choice that say what it does.
+QString description();
 // A field to type in.
 QString lineEdit();
 // A number to type or to step: "Up" and "Down".
 QString spinBox(const QString &folder);
+// A number to type that has buttons of its own beside it.
+QString numberBox();
 
 // A DPI stage, and below it the bar in its colour `fill`; selected ones use other pictures.
 QString stageButton(const QString &folder, const QString &color, bool selected);

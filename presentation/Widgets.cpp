@@ -17,17 +17,19 @@ constexpr int ProgressStepMs = 20;
 constexpr int FillHeight = 4; // of the sheets' grooves
 } // namespace
 
+void stopTabAtChecked(const QList<QAbstractButton *> &choices)
+{
+    const bool any =
+        std::any_of(choices.begin(), choices.end(), [](auto *each) { return each->isChecked(); });
+    for (QAbstractButton *each : choices)
+        each->setFocusPolicy(!any || each->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
 void tabEntersAtChecked(const QList<QAbstractButton *> &choices)
 {
-    const auto stop = [choices] {
-        const bool any =
-            std::any_of(choices.begin(), choices.end(), [](auto *each) { return each->isChecked(); });
-        for (QAbstractButton *each : choices)
-            each->setFocusPolicy(!any || each->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
-    };
     for (QAbstractButton *each : choices)
-        QObject::connect(each, &QAbstractButton::toggled, each, stop);
-    stop();
+        QObject::connect(each, &QAbstractButton::toggled, each, [choices] { stopTabAtChecked(choices); });
+    stopTabAtChecked(choices);
 }
 
 void MySlider::mousePressEvent(QMouseEvent *event)

@@ -20,6 +20,8 @@
 // Tab stops at the checked one of a group of choices; the arrow keys lead to the others. While none is
 // checked, Tab stops at each.
 void tabEntersAtChecked(const QList<QAbstractButton *> &choices);
+// The same for a check that was set with the signals blocked.
+void stopTabAtChecked(const QList<QAbstractButton *> &choices);
 
 // A control that writes a setting: a wheel over it neither changes it nor gives it the keyboard focus, but
 // scrolls what lies under it, so that scrolling changes no setting on its way. An open list has a view of its

@@ -11,9 +11,11 @@
 #include "device/hidusb/HIDUsb.h"
 #include "environment/MainThread.h"
 #include "hub/PostMsg.h"
+#include "presentation/FirstShow.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
+#include "service/UpDateRepair.h"
 #include "ui_DialogChange.h"
 
 #include <QPointer>
@@ -56,18 +58,18 @@ void DialogChange::applyStyle()
     ui->frameChange->setStyleSheet(style::windowBackground(pictures_, QStringLiteral("frameChange")));
     ui->MinButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Min")));
     ui->CloseButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Close")));
-    ui->LeftButton->setStyleSheet(style::arrow(pictures_, QStringLiteral("Left")));
-    ui->RightButton->setStyleSheet(style::arrow(pictures_, QStringLiteral("Right")));
-    ui->Repair->setStyleSheet(confirm(pictures_));
+    setStyleSheetWhenShown(ui->LeftButton, style::arrow(pictures_, QStringLiteral("Left")));
+    setStyleSheetWhenShown(ui->RightButton, style::arrow(pictures_, QStringLiteral("Right")));
+    setStyleSheetWhenShown(ui->Repair, confirm(pictures_));
     ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
     styleComboBox(ui->comboBox, pictures_);
-    ui->FindVer->setStyleSheet(style::dialogBackground(notices, QStringLiteral("FindVer")));
-    ui->FindVerlaebl->setStyleSheet(labelSheet);
-    ui->CloseButton_2->setStyleSheet(style::titleButton(notices, QStringLiteral("Close")));
-    ui->NewHong->setStyleSheet(confirm(notices));
-    ui->NoApear->setStyleSheet(style::checkBox(pictures_, style::color("LabelColor")));
+    setStyleSheetWhenShown(ui->FindVer, style::dialogBackground(notices, QStringLiteral("FindVer")));
+    setStyleSheetWhenShown(ui->FindVerlaebl, labelSheet);
+    setStyleSheetWhenShown(ui->CloseButton_2, style::titleButton(notices, QStringLiteral("Close")));
+    setStyleSheetWhenShown(ui->NewHong, confirm(notices));
+    setStyleSheetWhenShown(ui->NoApear, style::checkBox(pictures_, style::color("LabelColor")));
 }
 
 void DialogChange::connectSignals()
@@ -111,7 +113,7 @@ void DialogChange::take(const DeviceScan &scan)
     rebuild(scan);
     // The offers of the upgrade dialog depend on the attached devices.
     if (UpgradeDialogOpen && !UpdateBusy)
-        emit PostMsg::instance()->SigRepairCheckUpdate();
+        checkRepair();
 }
 
 void DialogChange::rebuild(const DeviceScan &scan)
@@ -246,7 +248,21 @@ void DialogChange::slotButtonClicked()
         click_.open(tile->deviceIndex());
 }
 
-void DialogChange::on_Repair_clicked() { emit PostMsg::instance()->SigRepairCheckUpdate(); }
+void DialogChange::on_Repair_clicked()
+{
+    if (UpDateRepair *const dialog = UpDateRepair::instance()) {
+        dialog->resetForm();
+        dialog->showOver(this);
+    }
+    checkRepair();
+}
+
+void DialogChange::checkRepair()
+{
+    if (UpDateRepair *const dialog = UpDateRepair::instance())
+        dialog->setAttached(attached_.all());
+    emit PostMsg::instance()->SigRepairCheckUpdate();
+}
 
 void DialogChange::SlotUpDateButton(bool IsHide)
 {

@@ -66,6 +66,7 @@ private:
     void setPromptText();
     void showCarousel();
     void orderTabs();
+    void checkRepair();
     void refreshTile(int index);
     // Asks the device, which blocks, and passes the answer to the page while that shows the same search.
     static void refreshShown(DeviceAllInfo device, uint64_t generation);

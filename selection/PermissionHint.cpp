@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "selection/PermissionHint.h"
 
+#include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 #include "selection/NodePermission.h"
@@ -51,8 +52,8 @@ QString titleFor(const QLabel *label, const QString &text, const QStringList &no
 PermissionHint::PermissionHint(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::PermissionHint>())
 {
     ui->setupUi(this);
-    applyStyle();
     hide();
+    applyStyle();
     connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &PermissionHint::checkNodes);
     connect(ui->hintCopy, &QToolButton::clicked, this, &PermissionHint::copyCommand);
 }
@@ -62,14 +63,15 @@ PermissionHint::~PermissionHint() = default;
 void PermissionHint::applyStyle()
 {
     const QString pictures = style::pictureFolder(QStringLiteral("DialogChange"));
-    setStyleSheet(style::areaPicture(pictures, QStringLiteral("permissionHint"), QStringLiteral("Hint.png")));
-    ui->hintSign->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Locked.png")));
-    ui->hintTitle->setStyleSheet(style::label(style::color("LabelColor")));
-    ui->hintText->setStyleSheet(style::label(style::color("LinEditColorSecond")));
-    ui->hintCommand->setStyleSheet(style::quotedText());
+    setStyleSheetWhenShown(
+        this, style::areaPicture(pictures, QStringLiteral("permissionHint"), QStringLiteral("Hint.png")));
+    setStyleSheetWhenShown(ui->hintSign, style::labelPicture(pictures, QStringLiteral("Locked.png")));
+    setStyleSheetWhenShown(ui->hintTitle, style::label(style::color("LabelColor")));
+    setStyleSheetWhenShown(ui->hintText, style::label(style::color("LinEditColorSecond")));
+    setStyleSheetWhenShown(ui->hintCommand, style::quotedText());
     ui->hintCommand->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    ui->hintCopy->setStyleSheet(
-        style::textButton(pictures, style::color("ButtonColor"), QStringLiteral("Copy")));
+    setStyleSheetWhenShown(ui->hintCopy,
+                           style::textButton(pictures, style::color("ButtonColor"), QStringLiteral("Copy")));
 }
 
 // Watches the folder, since a node that may not be read may not be watched either.

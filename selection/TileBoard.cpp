@@ -5,6 +5,7 @@
 #include "catalogue/DeviceKinds.h"
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
+#include "presentation/FirstShow.h"
 #include "presentation/ModelPicture.h"
 #include "presentation/NamedWidgets.h"
 #include "presentation/StyleSheets.h"
@@ -114,7 +115,7 @@ QLabel *TileBoard::addLabel(QWidget *page, const QString &name, const QString &p
     auto *label = new QLabel(page);
     label->setObjectName(name);
     if (!picture.isEmpty())
-        label->setStyleSheet(style::labelPicture(folder_, picture));
+        setStyleSheetWhenShown(label, style::labelPicture(folder_, picture));
     label->hide();
     return label;
 }
@@ -156,10 +157,9 @@ void TileBoard::show(Tile &tile, int index, const DeviceAllInfo &device)
     tile.devicePath = device.DevicePath;
     const bool unknown = device.DriveIndex == unknownIndex();
     const bool linked = unknown || device.Online;
-    const QString sheet =
-        style::tile(folder_, tilePicture(unknown, device.Online, device.Mid)) + style::tileHover();
-    if (tile.button->styleSheet() != sheet)
-        tile.button->setStyleSheet(sheet);
+    setStyleSheetWhenShown(tile.button,
+                           style::tile(folder_, tilePicture(unknown, device.Online, device.Mid)) +
+                               style::tileHover());
     const char *const name = unknown ? "DeviceUnknown" : device.Online ? "DeviceOnline" : "DeviceOffline";
     const QString key = QStringLiteral("home %1 %2").arg(QLatin1String(name)).arg(index + 1);
     tile.button->setProperty("nameKey", key);

@@ -35,6 +35,7 @@ set(accentTint "#17362b")
 set(warning "#ffb454")
 set(danger "#ff6b5e")
 set(dangerDeep "#982b22")
+set(dangerDark "#5c1a15")
 
 # Bare metal of plugs.
 set(metalHigh "#8d999e")
@@ -59,6 +60,7 @@ set(look_closeClick plate=${surface1} edge=${danger} ink=${danger})
 set(look_key plate=${surface3} edge=${lineStrong} ink=${inkDim})
 set(look_keyHover plate=${raised} edge=${inkDim} ink=${ink})
 set(look_keyClick plate=${groundLow} edge=${accent} ink=${ink})
+set(look_keyOff edge=${line} ink=${inkOff})
 set(look_keyCheck plate=${accentTint} edge=${accent} edgeWidth=2 ink=${accent} bar=${accent})
 
 set(look_stage plateTop=${surface3} plate=${surface2} edge=${lineStrong} ink=${ink} bar=${lineStrong})
@@ -83,9 +85,9 @@ set(look_primaryHover plate=${accentDeep} edge=${accent} edgeWidth=2)
 set(look_primaryClick plate=${accentDark} edge=${accent})
 
 set(look_done plate=${accentTint} edge=${accent})
-set(look_failed plate=${dangerDeep} edge=${danger})
-set(look_failedHover plate=${dangerDeep} edge=${ink} edgeWidth=2)
-set(look_failedClick plate=${groundLow} edge=${danger})
+set(look_danger plate=${dangerDeep} edge=${danger})
+set(look_dangerHover plate=${dangerDeep} edge=${ink} edgeWidth=2)
+set(look_dangerClick plate=${dangerDark} edge=${danger})
 
 set(look_nav)
 set(look_navHover plate=${surface2} edge=${line})

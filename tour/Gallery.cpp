@@ -7,6 +7,9 @@
 #include "environment/DataRoot.h"
 #include "environment/Words.h"
 #include "hub/PostMsg.h"
+#include "keys/KeyVocabulary.h"
+#include "macro/Macro.h"
+#include "macro/store/MacroFile.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/UpDataParam.h"
@@ -19,8 +22,12 @@
 #include "service/Match.h"
 #include "tour/Windows.h"
 
+#include <QComboBox>
 #include <QKeyEvent>
+#include <QListWidget>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 namespace
 {
@@ -199,6 +206,68 @@ void Gallery::shootPanel(const char *opener, const char *name)
         name, [] { return true; }, [] { windows::click(QStringLiteral("FunctionsBack")); });
 }
 
+// The lights in a colour of their own, from the top and from the end of the page.
+void Gallery::shootLights()
+{
+    constexpr int steady = 3;
+    script_.step(
+        "steady lights", [] { return true; },
+        [] {
+            for (const char *name : {"LightMod", "LightMod_2"})
+                windows::visible<QComboBox>(QLatin1String(name))->setCurrentIndex(steady);
+            windows::click(QStringLiteral("toolButtonColorI"));
+            windows::click(QStringLiteral("toolButtonColorM_2"));
+        });
+    shoot("lighting");
+    script_.step(
+        "the end of the page", [] { return true; },
+        [] {
+            auto *bar = windows::visible<QScrollBar>(QStringLiteral("verticalScrollBar"));
+            bar->setValue(bar->maximum());
+        });
+    shoot("lighting-receiver");
+}
+
+// Macros of each kind, the empty page before them, and a recording.
+void Gallery::shootMacros()
+{
+    using namespace macro;
+    const auto list = [this](const char *name) {
+        return window_.findChild<QListWidget *>(QLatin1String(name));
+    };
+    const auto act = [this](std::function<void()> action) {
+        script_.step(
+            "macros", [] { return true; }, std::move(action));
+    };
+    shootDevicePage({"macro-empty", "r1"}, QStringLiteral("MacroButton"), [this, list, act] {
+        act([list] {
+            saveMacro(QStringLiteral("Quick reload"), CycleOnce,
+                      {keyRow(QStringLiteral("LShift"), true), delayRow(35),
+                       keyRow(QStringLiteral("R"), true), delayRow(60), keyRow(QStringLiteral("R"), false),
+                       delayRow(12), keyRow(QStringLiteral("LShift"), false), delayRow(250),
+                       keyRow(MouseNameFromBit(1), true), delayRow(20), keyRow(MouseNameFromBit(1), false)});
+            saveMacro(QStringLiteral("Double tap"), CycleUntilReleased, {});
+            saveMacro(QStringLiteral("A name as long as there may be"), CycleOnce, {});
+            windows::click(QStringLiteral("ButtonMain"));
+            windows::click(QStringLiteral("MacroButton"));
+            list("listWidgetHong")->setCurrentRow(2);
+            list("listWidgetKey")->setCurrentRow(4);
+        });
+        shoot("macro");
+        act([this, list] {
+            list("listWidgetHong")->setCurrentRow(1);
+            windows::click(QStringLiteral("StartRecord"));
+            for (const int key : {'A', 'S', ' '})
+                for (const bool down : {true, false})
+                    window_.findChild<Macro *>()->UpdateCapslockTip(key, down, false);
+        });
+        shoot("macro-recording");
+        act([] { windows::click(QStringLiteral("StopRecord")); });
+        shoot("macro-unsaved");
+        act([] { windows::click(QStringLiteral("Discard")); });
+    });
+}
+
 void Gallery::shootNotices()
 {
     for (const auto &row : Notices) {
@@ -268,9 +337,24 @@ QString Gallery::run()
     for (const Scene &scene :
          {Scene{"sensor-6", "r1"}, {"sensor-7", "r2"}, {"sensor-8", "r3"}, {"sensor-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("SensorButton"));
-    shootDevicePage({"advanced", "r1"}, QStringLiteral("Advanced"));
+    for (const Scene &scene : {Scene{"advanced", "r1"}, {"advanced-wired", "wired"}})
+        shootDevicePage(scene, QStringLiteral("Advanced"));
+    shootDevicePage({"settings-wired", "wired"}, QStringLiteral("FormSetting"));
+    shootDevicePage({"settings", "r1"}, QStringLiteral("FormSetting"), [this] {
+        script_.step(
+            "the page's end", [] { return true; },
+            [] {
+                QScrollBar *bar =
+                    windows::visible<QScrollArea>(QStringLiteral("scrollArea"))->verticalScrollBar();
+                bar->setValue(bar->maximum());
+            });
+        shoot("settings-about");
+    });
+    shootDevicePage({"lighting-flow", "r2"}, QStringLiteral("LightsButton"), [this] { shootLights(); });
+    shootDevicePage({"lighting-wired", "wired"}, QStringLiteral("LightsButton"));
     for (const Scene &scene : {Scene{"binding-6", "r1"}, {"binding-8", "r3"}, {"binding-9", "r4"}})
         shootDevicePage(scene, QStringLiteral("ButtonMain"));
+    shootMacros();
     // The model with the most buttons shows every dialog of the binding page.
     shootDevicePage({"binding-7", "r2"}, QStringLiteral("ButtonMain"), [this] {
         for (const auto &[opener, name] : BindingPanels)

@@ -31,6 +31,8 @@ private:
     void shootDevicePage(
         const Scene &scene, const QString &button, const std::function<void()> &more = [] {});
     void shootPanel(const char *opener, const char *name);
+    void shootLights();
+    void shootMacros();
     void shootNotices();
     void shootPairing();
     void closePairing();

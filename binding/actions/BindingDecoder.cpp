@@ -4,6 +4,7 @@
 
 #include "catalogue/DpiCodes.h"
 #include "keys/KeyVocabulary.h"
+#include "macro/store/MacroBlockCodec.h"
 #include "presentation/language/LanguageTables.h"
 
 #include <QStringList>
@@ -57,10 +58,10 @@ DecodedBinding decodeSequence(const KeySequence &sequence, int language)
     return {combinationText(sequence), Panel::Debounce, combinationAction(), nullptr};
 }
 
-DecodedBinding decodeMacro(const MacroBlock &macro, int language)
+DecodedBinding decodeMacro(const MacroBlock &block, int language)
 {
     DecodedBinding decoded = onPanel(Panel::Macros);
-    decoded.caption = language::text(language::Section::macro, "MacroSeond", language) + macroName(macro);
+    decoded.caption = macroCaption(macro::blockName(block), language);
     return decoded;
 }
 
@@ -102,9 +103,9 @@ QString combinationText(const KeySequence &sequence)
     return names.join(QLatin1Char('+'));
 }
 
-QString macroName(const MacroBlock &macro)
+QString macroCaption(const QString &name, int language)
 {
-    return QString::fromLocal8Bit(macro.Name, MacroNameSize).remove(QChar());
+    return language::text(language::Section::macro, "MacroSeond", language) + name;
 }
 
 } // namespace binding

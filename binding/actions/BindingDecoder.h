@@ -32,7 +32,7 @@ DecodedBinding decodeBinding(const SlotView &slot, const SensorCodes &sensor, in
 
 // The names of the sequence's keys joined by "+", of at most the six events that a sequence has.
 QString combinationText(const KeySequence &sequence);
-// All bytes of the name field without NUL characters: a rename may leave the tail of a longer name.
-QString macroName(const MacroBlock &macro);
+// Of a button that plays the macro, in the language.
+QString macroCaption(const QString &name, int language);
 
 } // namespace binding

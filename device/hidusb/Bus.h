@@ -22,7 +22,7 @@ struct InterfaceInfo {
     int interfaceNumber = -1;
     uint16_t usagePage = 0;
     // The place where the device is plugged in, which it keeps when it comes back as another device: sysfs
-    // path of the USB device, serial on the emulated bus.
+    // path of the USB device, serial on the emulated bus. Empty for a device that is not on a USB port.
     std::string port = {};
 };
 

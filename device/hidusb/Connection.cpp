@@ -3,6 +3,7 @@
 #include "device/hidusb/Connection.h"
 
 #include "device/hidusb/Thread.h"
+#include "device/hidusb/WireLog.h"
 
 #include <algorithm>
 #include <cstring>
@@ -190,8 +191,14 @@ void Connection::drain(Lock &lock)
         } else if (!orders_.empty()) {
             carryOut(lock, Order(orders_.front()));
         } else {
-            return;
+            break;
         }
+    }
+    if (!orders_.empty() || mirror_.next()) {
+        logLine(path_, [orders = orders_.size(), changes = mirror_.next().has_value()] {
+            return "left undone: " + std::to_string(orders) + " orders" +
+                   (changes ? ", changed settings" : "");
+        });
     }
 }
 
@@ -277,13 +284,13 @@ std::optional<wire::Report> Connection::ask(const wire::Report &request, int tri
 // True when the device has acknowledged it, or nothing is to be written.
 bool Connection::writeNext(Lock &lock, int tries)
 {
-    const std::optional<FlashRange> range = mirror_.next();
+    const std::optional<FlashWrite> range = mirror_.next();
     if (!range) {
         suspended_ = false;
         return true;
     }
     const wire::Report request =
-        makeRequest(Command::FlashWrite, range->address, mirror_.wanted(range->address), range->size);
+        makeRequest(Command::FlashWrite, range->address, range->bytes.data(), range->size);
     returned_ = false;
     if (letGo_ == LetGo::Last)
         letGo_ = LetGo::Before;

@@ -111,6 +111,8 @@ std::optional<FirmwareTarget> findTarget(const Firmware &firmware)
         std::count(fits.begin(), fits.end(), *best) != 1)
         return std::nullopt;
     const InterfaceInfo &info = infos[static_cast<std::size_t>(best - fits.begin())];
+    if (info.port.empty())
+        return std::nullopt; // nothing would tell which device it has become
     return FirmwareTarget{info.path, info.port, *best == Fit::BootLoader};
 }
 

@@ -10,6 +10,27 @@
 namespace hidusb
 {
 
+namespace
+{
+
+// Of what the slot's binding plays, if it plays a block.
+std::optional<FlashSpan> blockOf(const FlashImage &image, std::size_t slot)
+{
+    const auto span = [slot](std::size_t first, std::size_t size) {
+        return FlashSpan{first + slot * size, first + (slot + 1) * size};
+    };
+    switch (image.KeyBindings[slot].Class) {
+    case KeySequenceClass:
+        return span(offsetof(FlashImage, KeySequences), sizeof(FlashSequence));
+    case MacroBlockClass:
+        return span(offsetof(FlashImage, MacroBlocks), sizeof(FlashMacro));
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
 bool FlashMirror::setWanted(const FlashImage &image)
 {
     if (!known_)
@@ -83,63 +104,64 @@ void FlashMirror::forget()
     uncertain_.reset();
 }
 
-bool FlashMirror::differs(std::size_t address) const
+bool FlashMirror::differs(const FlashImage &target, std::size_t address) const
 {
-    return bytesOf(wanted_)[address] != bytesOf(*known_)[address] || uncertain_[address];
+    return bytesOf(target)[address] != bytesOf(*known_)[address] || uncertain_[address];
 }
 
-bool FlashMirror::differs(std::size_t address, std::size_t size) const
+// From the first byte of the span that is to be written to the last one.
+FlashSpan FlashMirror::changesIn(const FlashSpan &span) const
 {
-    bool any = false;
-    for (std::size_t at = address; at < address + size; ++at)
-        any = any || differs(at);
-    return any;
-}
-
-// True for a byte of a binding whose block is not written yet.
-bool FlashMirror::awaitsItsBlock(std::size_t address) const
-{
-    constexpr std::size_t first = offsetof(FlashImage, KeyBindings);
-    if (address < first || address >= first + sizeof wanted_.KeyBindings)
-        return false;
-    const std::size_t slot = (address - first) / sizeof(KeyBinding);
-    switch (wanted_.KeyBindings[slot].Class) {
-    case KeySequenceClass:
-        return differs(offsetof(FlashImage, KeySequences) + slot * sizeof(FlashSequence),
-                       sizeof(FlashSequence));
-    case MacroBlockClass:
-        return differs(offsetof(FlashImage, MacroBlocks) + slot * sizeof(FlashMacro), sizeof(FlashMacro));
-    default:
-        return false;
+    FlashSpan changes{span.end, span.end};
+    for (std::size_t at = span.begin; at < span.end; ++at) {
+        if (!differs(wanted_, at))
+            continue;
+        changes.begin = std::min(changes.begin, at);
+        changes.end = at + 1;
     }
+    return changes;
 }
 
-std::optional<FlashRange> FlashMirror::next() const
+// What the binding is to be until its block is written: as it is known, or no action.
+void FlashMirror::orderBinding(FlashImage *target, std::size_t slot) const
 {
-    if (!known_)
+    const std::optional<FlashSpan> block = blockOf(wanted_, slot);
+    if (!block || changesIn(*block).size() == 0)
+        return;
+    const std::optional<FlashSpan> played = blockOf(*known_, slot);
+    const bool torn = played && changesIn(*played).size() > wire::PayloadSize;
+    target->KeyBindings[slot] = torn ? KeyBinding{} : known_->KeyBindings[slot];
+}
+
+std::optional<FlashWrite> FlashMirror::next() const
+{
+    if (!known_ || (uncertain_.none() && std::memcmp(&wanted_, &*known_, FlashSize) == 0))
         return std::nullopt;
-    const std::size_t tail = FlashSize;
+    FlashImage target = wanted_;
+    for (std::size_t slot = 0; slot < KeySlotCount; ++slot)
+        orderBinding(&target, slot);
     std::size_t first = 0;
-    if (uncertain_.none()) {
-        const auto pair = std::mismatch(bytesOf(wanted_), bytesOf(wanted_) + tail, bytesOf(*known_));
-        first = static_cast<std::size_t>(pair.first - bytesOf(wanted_));
-    }
-    while (first < tail && (!differs(first) || awaitsItsBlock(first)))
+    while (first < FlashSize && !differs(target, first))
         ++first;
-    if (first == tail)
+    if (first == FlashSize)
         return std::nullopt;
     // Equal bytes between two changed ones are sent too, which saves a report, but none that the mouse itself
-    // may have changed since they were read: the write would revert it.
+    // may have changed since they were read: the write would revert it. Such bytes lie behind each block and
+    // before the bindings, so no report reaches into the next one.
     const Owner *owners = flashOwners();
-    std::size_t last = first;
-    const std::size_t limit = std::min(first + wire::PayloadSize, tail);
-    for (std::size_t at = first + 1; at < limit && !awaitsItsBlock(at); ++at) {
-        if (differs(at))
-            last = at;
+    std::size_t end = first + 1;
+    const std::size_t limit = std::min(first + wire::PayloadSize, FlashSize);
+    for (std::size_t at = first + 1; at < limit; ++at) {
+        if (differs(target, at))
+            end = at + 1;
         else if (owners[at] != Owner::Record)
             break;
     }
-    return FlashRange{static_cast<uint16_t>(first), static_cast<uint8_t>(last - first + 1)};
+    FlashWrite write{};
+    write.address = static_cast<uint16_t>(first);
+    write.size = static_cast<uint8_t>(end - first);
+    std::copy(bytesOf(target) + first, bytesOf(target) + end, write.bytes.begin());
+    return write;
 }
 
 } // namespace hidusb

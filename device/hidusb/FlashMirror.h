@@ -10,13 +10,14 @@
 //
 // A binding that plays a combination or a macro is written after the block of its button, so that the mouse
 // never plays a block that it does not hold yet; any other binding is written before, so that the mouse no
-// longer plays a block that is being replaced. A block that a binding plays before and after is overwritten
-// in place.
+// longer plays a block that is being replaced. A block that is played before and after is replaced by one
+// report, or else the button has no action meanwhile. No report ends within a binding.
 #pragma once
 
 #include "device/hidusb/wire/FlashLayout.h"
 #include "device/hidusb/wire/Report.h"
 
+#include <array>
 #include <bitset>
 #include <optional>
 
@@ -26,6 +27,16 @@ namespace hidusb
 struct FlashRange {
     uint16_t address;
     uint8_t size; // 1..wire::PayloadSize
+};
+
+struct FlashSpan { // of any size
+    std::size_t begin;
+    std::size_t end;
+    std::size_t size() const { return end - begin; }
+};
+
+struct FlashWrite : FlashRange {
+    std::array<uint8_t, wire::PayloadSize> bytes; // `size` of them
 };
 
 class FlashMirror
@@ -51,10 +62,8 @@ public:
     void forget();
 
     bool isLoaded() const { return known_.has_value(); }
-    // The next range to write, as long as one report carries; empty when the device holds the wanted
-    // content.
-    std::optional<FlashRange> next() const;
-    const uint8_t *wanted(uint16_t address) const { return bytesOf(wanted_) + address; }
+    // The next report to write; empty when the device holds the wanted content.
+    std::optional<FlashWrite> next() const;
 
 private:
     static const uint8_t *bytesOf(const FlashImage &image)
@@ -62,9 +71,9 @@ private:
         return reinterpret_cast<const uint8_t *>(&image);
     }
     static uint8_t *bytesOf(FlashImage &image) { return reinterpret_cast<uint8_t *>(&image); }
-    bool differs(std::size_t address) const;
-    bool differs(std::size_t address, std::size_t size) const;
-    bool awaitsItsBlock(std::size_t address) const;
+    bool differs(const FlashImage &target, std::size_t address) const;
+    FlashSpan changesIn(const FlashSpan &span) const;
+    void orderBinding(FlashImage *target, std::size_t slot) const;
 
     std::optional<FlashImage> known_;
     FlashImage wanted_{};

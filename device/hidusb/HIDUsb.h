@@ -10,7 +10,7 @@
 //   unknown or stale path fails quietly: false, 0, or the record left as the caller preset it.
 // - "bool" results are one byte, 0 for false. There are no error codes.
 // - Every call is bounded. A question to a device is asked up to 3 times with 150 ms for each answer
-//   (the on-line question twice with 150 ms), so no call takes longer than 0.5 s on a silent device;
+//   (the on-line question twice with 80 ms), so no call takes longer than 0.5 s on a silent device;
 //   exceptions are named below. The first question in three seconds opens the device, for which the kernel
 //   takes some 60 ms, and more when it has to wake it up; it opens one at a time, so the first questions to
 //   several devices wait for each other. Functions that start something return at once.

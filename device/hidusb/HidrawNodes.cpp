@@ -42,7 +42,7 @@ static std::vector<InterfaceInfo> interfacesOf(udev_device *node)
     udev_device *usbDevice = udev_device_get_parent_with_subsystem_devtype(node, "usb", "usb_device");
     InterfaceInfo info;
     info.path = path;
-    info.port = udev_device_get_syspath(usbDevice != nullptr ? usbDevice : hid);
+    info.port = usbDevice != nullptr ? udev_device_get_syspath(usbDevice) : "";
     info.vendorId = static_cast<uint16_t>(vendor);
     info.productId = static_cast<uint16_t>(product);
     info.release = static_cast<uint16_t>(hexadecimal(usbDevice, "bcdDevice", 0));

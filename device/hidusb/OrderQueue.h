@@ -44,6 +44,7 @@ public:
     void requireFullRead();
 
     bool empty() const { return orders_.empty(); }
+    std::size_t size() const { return orders_.size(); }
     const Order &front() const { return orders_.front(); }
     bool holds(wire::Command command) const;
     bool hasBegun(wire::Command command) const;

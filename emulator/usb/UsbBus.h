@@ -5,13 +5,13 @@
 // Programs with permission for a node read and write there. One thread.
 #pragma once
 
-#include "emulator/Bus.h"
+#include "emulator/DeviceBus.h"
 #include "emulator/usb/UsbPlug.h"
 
 namespace emulator
 {
 
-class UsbBus final : public Bus
+class UsbBus final : public DeviceBus
 {
 public:
     // Plugs the device with this id into a host controller and returns the device's end of the socket, not

@@ -62,7 +62,10 @@ UsbPlug::UsbPlug(std::vector<Interface> interfaces, FileDescriptor socket)
 {
 }
 
-bool UsbPlug::service(const Bus::Handler &handler) { return receive() && takeRequests(handler) && !broken_; }
+bool UsbPlug::service(const DeviceBus::Handler &handler)
+{
+    return receive() && takeRequests(handler) && !broken_;
+}
 
 bool UsbPlug::receive()
 {
@@ -74,7 +77,7 @@ bool UsbPlug::receive()
     return size > 0;
 }
 
-bool UsbPlug::takeRequests(const Bus::Handler &handler)
+bool UsbPlug::takeRequests(const DeviceBus::Handler &handler)
 {
     std::size_t at = 0;
     while (input_.size() - at >= HeadSize) {
@@ -99,7 +102,7 @@ bool UsbPlug::takeRequests(const Bus::Handler &handler)
     return true;
 }
 
-void UsbPlug::submit(const Request &request, const Bus::Handler &handler)
+void UsbPlug::submit(const Request &request, const DeviceBus::Handler &handler)
 {
     if (request.endpoint == 0)
         return control(request, handler);
@@ -116,7 +119,7 @@ void UsbPlug::submit(const Request &request, const Bus::Handler &handler)
     pump(pipe);
 }
 
-void UsbPlug::control(const Request &request, const Bus::Handler &handler)
+void UsbPlug::control(const Request &request, const DeviceBus::Handler &handler)
 {
     const std::size_t index = request.setup[4];
     switch (kindOf(request.setup)) {
@@ -168,7 +171,7 @@ const std::vector<uint8_t> *UsbPlug::descriptor(const uint8_t *setup) const
     }
 }
 
-void UsbPlug::takeReport(const UsbFace &face, const Request &request, const Bus::Handler &handler)
+void UsbPlug::takeReport(const UsbFace &face, const Request &request, const DeviceBus::Handler &handler)
 {
     const uint8_t id = request.length > 0 ? request.data[0] : 0;
     for (const Interface &each : face.collections) {

@@ -6,7 +6,7 @@
 // thread.
 #pragma once
 
-#include "emulator/Bus.h"
+#include "emulator/DeviceBus.h"
 #include "emulator/FileDescriptor.h"
 #include "emulator/usb/Descriptors.h"
 
@@ -24,7 +24,7 @@ public:
     const std::vector<Interface> &interfaces() const { return interfaces_; }
     int file() const { return socket_.get(); }
     // Answers received requests; reports go to `handler`. False when the controller closed the socket.
-    bool service(const Bus::Handler &handler);
+    bool service(const DeviceBus::Handler &handler);
     // Sends a report to the readers of the interface. Without a reader the host does not poll the endpoint
     // and the report is lost, as is one that exceeds the queue.
     void send(uint16_t usagePage, const std::vector<uint8_t> &bytes);
@@ -51,11 +51,11 @@ private:
     };
 
     bool receive();
-    bool takeRequests(const Bus::Handler &handler);
-    void submit(const Request &request, const Bus::Handler &handler);
-    void control(const Request &request, const Bus::Handler &handler);
+    bool takeRequests(const DeviceBus::Handler &handler);
+    void submit(const Request &request, const DeviceBus::Handler &handler);
+    void control(const Request &request, const DeviceBus::Handler &handler);
     const std::vector<uint8_t> *descriptor(const uint8_t *setup) const;
-    void takeReport(const UsbFace &face, const Request &request, const Bus::Handler &handler);
+    void takeReport(const UsbFace &face, const Request &request, const DeviceBus::Handler &handler);
     void unlink(uint32_t sequence, uint32_t unlinked);
     void pump(Pipe &pipe);
     void complete(const Request &request, const std::vector<uint8_t> &data);

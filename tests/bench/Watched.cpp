@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <poll.h>
@@ -259,6 +260,15 @@ Watched::Memory Watched::memory() const
         if (std::sscanf(line.c_str(), "Rss: %ld", &found.rss) != 1)
             std::sscanf(line.c_str(), "Pss: %ld", &found.pss);
     return found;
+}
+
+double Watched::processorTime() const
+{
+    clockid_t clock{};
+    timespec time{};
+    if (clock_getcpuclockid(child, &clock) == 0)
+        clock_gettime(clock, &time);
+    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
 }
 
 std::map<std::string, uint64_t> Watched::sleeps() const

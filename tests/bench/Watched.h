@@ -38,6 +38,7 @@ public:
     void wait(double time);
 
     Memory memory() const;
+    double processorTime() const; // of all its threads since its start
     // Times that each thread went to sleep, by its name.
     std::map<std::string, uint64_t> sleeps() const;
 

@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// bench_windows start|pages PAIRS PROGRAM FLOOR
+// bench_windows start|pages|lights PAIRS PROGRAM FLOOR
 // bench_windows compare PAIRS PROGRAM OTHER
-// bench_windows idle PROGRAM
+// bench_windows idle|preview PROGRAM
 //
 // Starts the programs in turn on an empty $DISPLAY with an emulator behind HIDUSB_BUS and prints medians,
 // those of the ratios taken pair by pair. start: to the settled window, and the memory 3 s later. pages:
 // from a click on the first tile to the settled device page, and from clicks in its column, against the
-// floor's start. compare: two starts, memory left out. idle: what wakes up on the open device page.
+// floor's start; lights: the same with the page of the lights, on a desktop without motion. compare: two
+// starts, memory left out. idle: what wakes up on the open device page. preview: the processor time of the
+// page of the lights, whose previews move.
 #include "tests/bench/Watched.h"
 
 #include <algorithm>
@@ -26,6 +28,7 @@ struct Place {
 };
 constexpr Place FirstTile{210, 340};
 constexpr Place SensorButton{68, 170};
+constexpr Place LightsButton{68, 294};
 constexpr Place ButtonMain{68, 114};
 constexpr Place Nowhere{560, 664}; // of the device page
 constexpr double MemoryAfterMs = 3000;
@@ -118,7 +121,7 @@ void letSettle(Watched &watched)
     watched.wait(500);
 }
 
-int pages(Display *display, int pairs, const char *program, const char *floor)
+int pages(Display *display, int pairs, const char *program, const char *floor, Place button)
 {
     Figures figures({"tile to device page", "page, first time", "page, second time", "floor's start",
                      "ratio of the tile", "ratio of the first time", "ratio of the second time"});
@@ -130,9 +133,9 @@ int pages(Display *display, int pairs, const char *program, const char *floor)
             letSettle(watched);
             tile = clickTime(watched, FirstTile);
             watched.waitForPopups(LoadedMs);
-            first = clickTime(watched, SensorButton);
+            first = clickTime(watched, button);
             clickTime(watched, ButtonMain);
-            second = clickTime(watched, SensorButton);
+            second = clickTime(watched, button);
         }
         const double ground = start(display, floor, false).time;
         if (tile < 0 || first < 0 || second < 0 || ground < 0)
@@ -164,6 +167,24 @@ int idle(Display *display, const char *program)
     return 0;
 }
 
+int preview(Display *display, const char *program)
+{
+    Watched watched(display, program);
+    letSettle(watched);
+    if (clickTime(watched, FirstTile) < 0)
+        return noWindow();
+    watched.waitForPopups(LoadedMs);
+    for (const auto &[name, place] : {std::pair("buttons", ButtonMain), {"lights", LightsButton}}) {
+        watched.click(place.x, place.y);
+        watched.wait(LoadedMs);
+        const double before = watched.processorTime();
+        watched.wait(IdleMs);
+        std::printf("%-28s %8.2f ms of processor time per second\n", name,
+                    (watched.processorTime() - before) / IdleMs * 1000);
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -174,10 +195,15 @@ int main(int argc, char **argv)
     if (display != nullptr && what == "idle" && argc == 3)
         return idle(display, argv[2]);
     if (display != nullptr && pairs > 0 && what == "pages")
-        return pages(display, pairs, argv[3], argv[4]);
+        return pages(display, pairs, argv[3], argv[4], SensorButton);
+    if (display != nullptr && pairs > 0 && what == "lights")
+        return pages(display, pairs, argv[3], argv[4], LightsButton);
+    if (display != nullptr && what == "preview" && argc == 3)
+        return preview(display, argv[2]);
     if (display != nullptr && pairs > 0 && (what == "start" || what == "compare"))
         return starts(display, pairs, argv[3], argv[4], what == "start");
-    std::fprintf(stderr, "usage, on an empty display: bench_windows start|pages|compare PAIRS PROGRAM FLOOR\n"
-                         "                            bench_windows idle PROGRAM\n");
+    std::fprintf(stderr,
+                 "usage, on an empty display: bench_windows start|pages|lights|compare PAIRS PROGRAM FLOOR\n"
+                 "                            bench_windows idle|preview PROGRAM\n");
     return 2;
 }

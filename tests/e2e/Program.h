@@ -16,6 +16,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/EmulatedBus.h"
 #include "tests/support/Leftovers.h"
+#include "tests/support/ProductLinks.h"
 #include "tests/support/TestMain.h"
 #include "tour/Script.h"
 #include "tour/Windows.h"
@@ -125,9 +126,9 @@ struct ProgramHome {
     {
         EmulatedBus::folder(); // before the layer's first call
         qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-        setApplicationFolder(QStringLiteral(PRODUCT_DIR));
         prepareStart();
     }
+    ProductLinks product{QStringLiteral(PRODUCT_DIR)};
     QTemporaryDir home;
 };
 struct ProgramSetUp : private ProgramHome, testmain::WidgetApplication {

@@ -26,6 +26,8 @@ struct FakeDevice {
     DongleIndicator indicator{};
     uint8_t longRange = 0;
     bool answersLongRange = true;
+    bool answersLights = true; // reads of its light bar and of its lamps
+    bool takesLights = true;   // writes of them
 };
 
 class FakeHidUsb

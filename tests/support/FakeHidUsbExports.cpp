@@ -204,25 +204,43 @@ void UsbFinderC_Set4KDongleRGB(const char *path, const DongleRGB *record)
 void UsbFinderC_GetDongleRGBBarMode(const char *path, DongleRgbBar *record)
 {
     note(__func__, text(path));
-    world().with(path, [&](const FakeDevice &device) { *record = device.bar; });
+    world().with(path, [&](const FakeDevice &device) {
+        if (device.answersLights)
+            *record = device.bar;
+    });
 }
 
 uint8_t UsbFinderC_SetDongleRGBBarMode(const char *path, const DongleRgbBar *record)
 {
     note(__func__, text(path));
-    return world().with(path, [&](FakeDevice &device) { device.bar = *record; });
+    bool taken = false;
+    world().with(path, [&](FakeDevice &device) {
+        taken = device.takesLights;
+        if (taken)
+            device.bar = *record;
+    });
+    return taken;
 }
 
 void UsbFinderC_GetDongleIndicatorLed(const char *path, DongleIndicator *record)
 {
     note(__func__, text(path));
-    world().with(path, [&](const FakeDevice &device) { *record = device.indicator; });
+    world().with(path, [&](const FakeDevice &device) {
+        if (device.answersLights)
+            *record = device.indicator;
+    });
 }
 
 uint8_t UsbFinderC_SetDongleIndicatorLed(const char *path, const DongleIndicator *record)
 {
     note(__func__, text(path));
-    return world().with(path, [&](FakeDevice &device) { device.indicator = *record; });
+    bool taken = false;
+    world().with(path, [&](FakeDevice &device) {
+        taken = device.takesLights;
+        if (taken)
+            device.indicator = *record;
+    });
+    return taken;
 }
 
 void UsbFinderC_GetLongRangeMode(const char *path, uint8_t *mode)

@@ -7,15 +7,27 @@
 #include "device/hidusb/wire/FirmwareFile.h"
 #include "device/hidusb/wire/Report.h"
 
+#include <algorithm>
+#include <cstring>
 #include <vector>
 #include <zlib.h>
 
 namespace support
 {
 
-// `receiverKHz` is not used for a mouse.
+// The sum of what has been changed by hand.
+inline void seal(std::vector<uint8_t> &file)
+{
+    auto *head = reinterpret_cast<wire::FirmwareHead *>(file.data());
+    constexpr std::size_t from = offsetof(wire::FirmwareHead, Version);
+    head->Crc32.set(
+        static_cast<uint32_t>(crc32(0, file.data() + from, static_cast<uInt>(file.size() - from))));
+}
+
+// `receiverKHz` is not used for a mouse. Without a base name the head has one that is none.
 inline std::vector<uint8_t> makeFirmware(uint8_t target, std::size_t size, uint8_t cid, uint8_t mid,
-                                         uint16_t version = 0x0203, uint8_t receiverKHz = 8)
+                                         uint16_t version = 0x0203, uint8_t receiverKHz = 8,
+                                         const char *baseName = nullptr)
 {
     std::vector<uint8_t> file(size);
     for (std::size_t i = 0; i < size; ++i)
@@ -28,8 +40,9 @@ inline std::vector<uint8_t> makeFirmware(uint8_t target, std::size_t size, uint8
     head->Target = target;
     head->Cid = cid;
     head->Mid = mid;
-    constexpr std::size_t from = offsetof(wire::FirmwareHead, Version);
-    head->Crc32.set(static_cast<uint32_t>(crc32(0, file.data() + from, static_cast<uInt>(size - from))));
+    if (baseName != nullptr)
+        std::memcpy(head->BaseName, baseName, std::min(std::strlen(baseName) + 1, sizeof head->BaseName));
+    seal(file);
     return file;
 }
 

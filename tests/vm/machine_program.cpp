@@ -5,6 +5,9 @@
 // kernel takes for real ones: from the plug to the tile, to the page, to the flash, and back when the cable
 // is pulled. On a display it saves pictures in the folder that OUT names. How long the main thread is silent
 // says nothing on an emulated processor.
+#include "macro/store/MacroBlockCodec.h"
+#include "macro/store/MacroFile.h"
+#include "macro/store/MacroFolder.h"
 #include "tests/e2e/Program.h"
 #include "tests/support/UsbFolder.h"
 
@@ -179,6 +182,46 @@ private slots:
         program.order("unplug r3");
         program.expect("two tiles", [] { return onSelectionPage(2) && showsTiles(0, 2); });
         QCOMPARE(program.script.run(StepMs), QString());
+    }
+
+    // The cable is pulled while a macro of the greatest length is on its way.
+    void aMacroThatIsCutAndBoundAgain()
+    {
+        using namespace macro;
+        MacroRows rows;
+        for (int i = 0; i < MacroEventCount; ++i) {
+            rows << keyRow(QStringLiteral("A"), i % 2 == 0);
+            if (i + 1 < MacroEventCount)
+                rows << delayRow(quint32(i));
+        }
+        const MacroBlock block = boundBlock(QStringLiteral("Burst"), rows);
+        const auto plays = [&](const FlashDataMap &map) {
+            return map.KeyBindings[1].Class == MacroBlockClass &&
+                   std::memcmp(&map.MacroBlocks[1], &block, sizeof block) == 0;
+        };
+        Program program;
+        const auto bind = [&program] {
+            program.click("ButtonMain");
+            program.click("RightKey");
+            program.click("DPI_10");
+            program.script.step(
+                "its button", [] { return windows::visible(QStringLiteral("page_5")) != nullptr; },
+                [] { windows::visible(QStringLiteral("page_5"))->findChild<QAbstractButton *>()->click(); });
+        };
+        QVERIFY(saveMacro(QStringLiteral("Burst"), 254, rows));
+        program.open(QStringLiteral("r1"));
+        program.order("fault r1 unplug at 4 command flashwrite");
+        bind();
+        program.expect("back at the tile that is left", [] { return onSelectionPage(1); });
+        program.script.step("not bound", always,
+                            [&] { QVERIFY(program.bus.flash("m1").KeyBindings[1].Class == 1); });
+        program.order("plug r1");
+        program.open(QStringLiteral("r1"));
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
+        bind();
+        program.expect("bound", [&] { return plays(program.bus.record("m1")) && program.agrees("m1"); });
+        QCOMPARE(program.script.run(StepMs), QString());
+        QVERIFY(removeMacro(QStringLiteral("Burst")));
     }
 
     // The name of the node is the same, whatever has it now.

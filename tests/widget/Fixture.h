@@ -14,6 +14,7 @@
 #include "tests/support/OtherLanguage.h"
 #include "tests/support/OtherThread.h"
 #include "tests/support/ProductFolder.h"
+#include "tests/support/ProductLinks.h"
 #include "tests/support/TestMain.h"
 
 #include <QApplication>
@@ -100,9 +101,9 @@ struct ShippedHome {
     ShippedHome()
     {
         qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
-        setApplicationFolder(QStringLiteral(PRODUCT_FOLDER));
         makeDataFolders();
     }
+    ProductLinks product{QStringLiteral(PRODUCT_FOLDER)};
     QTemporaryDir home;
 };
 struct ShippedProduct : private ShippedHome, testmain::WidgetApplication {

@@ -159,10 +159,12 @@ private:
     QString forms;
     LanguageFile english;
 
-    // A form names a key "section key", or "section key 3" where the text takes a number.
+    // A form names a key "section key", or "section key 3" where the text takes a number, and so does the
+    // source of a page that makes its controls itself.
     bool namesAsk(const QString &key) const
     {
-        return forms.contains('>' + key + '<') || forms.contains('>' + key + ' ');
+        return forms.contains('>' + key + '<') || forms.contains('>' + key + ' ') ||
+               sources.contains('"' + key + '"') || sources.contains('"' + key + " %1");
     }
 
 private slots:
@@ -204,6 +206,11 @@ private slots:
         };
         const QRegularExpression direct("Section::(\\w+),\\s*\"(\\w+)\"");
         for (auto found = direct.globalMatch(sources); found.hasNext();) {
+            const auto match = found.next();
+            check(match.captured(1), match.captured(2));
+        }
+        const QRegularExpression names("\"(light) (\\w+)(?: %1)?\"");
+        for (auto found = names.globalMatch(sources); found.hasNext();) {
             const auto match = found.next();
             check(match.captured(1), match.captured(2));
         }

@@ -3,14 +3,16 @@
 //
 // The search for firmware other than what a device runs, over folders as a packager or a stranger may
 // leave them.
+#include "device/FirmwareImage.h"
 #include "device/FirmwareSearch.h"
-#include "device/hidusb/wire/FirmwareFile.h"
+#include "tests/support/FirmwareFolder.h"
 #include "tests/support/ProductFolder.h"
 #include "tests/support/TestMain.h"
 
 #include <QtTest>
-#include <cstring>
+#include <functional>
 #include <sys/stat.h>
+#include <unistd.h>
 
 class tst_FirmwareSearch : public QObject
 {
@@ -19,24 +21,12 @@ class tst_FirmwareSearch : public QObject
 private:
     std::unique_ptr<QTemporaryDir> folder;
 
-    void put(const QString &name, uint16_t version, const char *base = "M6_Mouse",
-             uint8_t target = TargetMouse, uint8_t cid = 18, uint8_t mid = 6)
+    static void put(const QString &name, uint16_t version, const char *base = "M6_Mouse",
+                    int target = TargetMouse, uint8_t cid = 18, uint8_t mid = 6)
     {
-        wire::FirmwareHead head{};
-        head.Version.set(version);
-        head.Target = target;
-        head.Cid = cid;
-        head.Mid = mid;
-        std::memcpy(head.BaseName, base, qMin(qstrlen(base), uint(sizeof head.BaseName)));
-        write(name, QByteArray(reinterpret_cast<const char *>(&head), sizeof head) + QByteArray(100, 'x'));
+        firmware::write(name, {target, version, base, cid, mid});
     }
-    void write(const QString &name, const QByteArray &bytes)
-    {
-        QDir(folder->path()).mkpath(QStringLiteral("bin"));
-        QFile file(folder->filePath(QStringLiteral("bin/") + name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
+    static void write(const QString &name, const QByteArray &bytes) { firmware::write(name, bytes); }
     bool found(const char *version) const
     {
         return hasNewFirmware(TargetMouse, QLatin1String(version), QStringLiteral("M6_Mouse"), 18, 6);
@@ -113,6 +103,103 @@ private slots:
         put(QStringLiteral("a.bin"), 0x0200, QByteArray(64, 'M').constData());
         QVERIFY(!found("v1.05"));
         QVERIFY(hasNewFirmware(TargetMouse, QStringLiteral("v1.05"), QString(64, QLatin1Char('M')), 18, 6));
+    }
+
+    // Each is a sound file in all but one thing.
+    void aDamagedFileIsNoOffer_data()
+    {
+        using Bytes = std::vector<uint8_t>;
+        QTest::addColumn<QByteArray>("file");
+        const auto row = [](const char *name, const std::function<void(Bytes &)> &change, bool sealed) {
+            Bytes bytes = firmware::Mouse.bytes();
+            change(bytes);
+            if (sealed)
+                support::seal(bytes);
+            QTest::newRow(name) << firmware::image(bytes);
+        };
+        const auto head = [](Bytes &bytes) { return reinterpret_cast<wire::FirmwareHead *>(bytes.data()); };
+        row(
+            "cut off", [](Bytes &bytes) { bytes.pop_back(); }, false);
+        row(
+            "with more behind it", [](Bytes &bytes) { bytes.push_back(0); }, false);
+        row(
+            "a flipped bit", [](Bytes &bytes) { bytes.back() ^= 1; }, false);
+        row(
+            "a flipped bit in the version", [](Bytes &bytes) { bytes[16] ^= 1; }, false);
+        row(
+            "another magic number", [&](Bytes &bytes) { head(bytes)->Magic.set(1); }, true);
+        row(
+            "another length", [&](Bytes &bytes) { head(bytes)->FileLength.set(9); }, true);
+        row(
+            "a mouse with a class", [&](Bytes &bytes) { head(bytes)->ReceiverKHz = 8; }, true);
+        row(
+            "larger than any",
+            [&](Bytes &bytes) {
+                bytes.resize(wire::FirmwareSizeLimit + 1);
+                head(bytes)->FileLength.set(uint32_t(bytes.size()));
+            },
+            true);
+    }
+    void aDamagedFileIsNoOffer()
+    {
+        QFETCH(QByteArray, file);
+        write(QStringLiteral("a.bin"), file);
+        QVERIFY(!found("v1.05"));
+        QVERIFY(findFirmware(TargetMouse, {}, QStringLiteral("M6_Mouse"), 18, 6).isEmpty());
+        put(QStringLiteral("b.bin"), 0x0106);
+        QVERIFY(found("v1.05"));
+    }
+
+    void aReceiversFileIsForItsClass()
+    {
+        firmware::write(QStringLiteral("a.bin"), {TargetReceiver, 0x0103, "R", 18, 6, 4});
+        const auto image = [](int kHz) {
+            return findFirmware(TargetReceiver, {}, QStringLiteral("R"), 18, 6, kHz);
+        };
+        QVERIFY(image(8).isEmpty());
+        QVERIFY(!image(4).isEmpty());
+        QCOMPARE(image(0), image(4));
+    }
+
+    void theLastOfTwoIsTaken()
+    {
+        put(QStringLiteral("a.bin"), 0x0107);
+        put(QStringLiteral("b.bin"), 0x0106);
+        const QByteArray image =
+            findFirmware(TargetMouse, QStringLiteral("v1.05"), QStringLiteral("M6_Mouse"), 18, 6);
+        QCOMPARE(firmwareVersion(image), QStringLiteral("v1.06"));
+        QCOMPARE(image.size(), firmware::Bytes);
+    }
+
+    void withoutAVersionAnyFileDoes()
+    {
+        put(QStringLiteral("a.bin"), 0x0105);
+        QVERIFY(!found(""));
+        QVERIFY(!findFirmware(TargetMouse, {}, QStringLiteral("M6_Mouse"), 18, 6).isEmpty());
+        QVERIFY(!findRepairFirmware(TargetMouse, {}, QStringLiteral("M6_Mouse"), 18, 6).isEmpty());
+    }
+
+    void aRepairComparesTextsAlone()
+    {
+        put(QStringLiteral("a.bin"), 0x0110);
+        put(QStringLiteral("b.bin"), 0x0200);
+        const auto version = [](auto search) {
+            return firmwareVersion(
+                search(TargetMouse, QStringLiteral("v1.1"), QStringLiteral("M6_Mouse"), 18, 6, 0));
+        };
+        QCOMPARE(version(findRepairFirmware), QStringLiteral("v2.00"));
+        QCOMPARE(version(findFirmware), QStringLiteral("v0.00"));
+    }
+
+    void aFileThatCannotBeOpenedEndsTheSearch()
+    {
+        if (geteuid() == 0)
+            QSKIP("root opens every file");
+        put(QStringLiteral("a.bin"), 0x0106);
+        put(QStringLiteral("b.bin"), 0x0106);
+        QVERIFY(found("v1.05"));
+        QVERIFY(QFile::setPermissions(firmware::folder() + QStringLiteral("b.bin"), {}));
+        QVERIFY(!found("v1.05"));
     }
 
     void keysByLink()

@@ -214,8 +214,12 @@ protected:
         int told = 0;
         for (int i = 0; i < 2 && told != 1; ++i) {
             ASSERT_TRUE(eventually([&] { return isOnBus(row); }));
+            // The upgrade that was cut may have left the whole image behind, which a repair that does not
+            // find the device in time leaves as it is.
+            const bool wasUpgraded = isUpgraded(row);
             told = upgrade(row, file);
-            EXPECT_EQ(told == 1, isUpgraded(row)) << "repair, told " << told << ", but: " << wordsOf(row);
+            EXPECT_TRUE(told == 1 ? isUpgraded(row) : wasUpgraded || !isUpgraded(row))
+                << "repair, told " << told << ", but: " << wordsOf(row);
         }
         EXPECT_EQ(told, 1) << "not repaired: " << wordsOf(row);
     }

@@ -305,6 +305,68 @@ TEST_F(WithEmulator, LeavingAtALossLeavesNoBindingWithoutItsMacro)
     EXPECT_GT(stored, 0);
 }
 
+// The binding before and after plays the block of its button: no cut leaves it with a mixture of both.
+TEST_F(WithEmulator, ABlockInUseIsNeverTornByACut)
+{
+    constexpr int Slot = 5;
+    const FlashDataMap any[] = {anyRecord(1), anyRecord(2)};
+    const auto put = [&](uint8_t playedClass, int version) {
+        record->KeyBindings[Slot] = {playedClass, Slot, static_cast<uint8_t>(version)};
+        if (playedClass == KeySequenceClass) {
+            record->KeySequences[Slot] = any[version].KeySequences[Slot];
+        } else {
+            record->MacroBlocks[Slot] = any[version].MacroBlocks[Slot];
+            record->MacroBlocks[Slot].EventCount = MacroEventCount;
+        }
+        ProtocolDataUpdate(record.get());
+    };
+    const auto playedBy = [&](const FlashDataMap &map) {
+        const auto bytes = [](const auto &block) {
+            return std::string(reinterpret_cast<const char *>(&block), sizeof block);
+        };
+        switch (map.KeyBindings[Slot].Class) {
+        case KeySequenceClass:
+            return bytes(map.KeySequences[Slot]);
+        case MacroBlockClass:
+            return bytes(map.MacroBlocks[Slot]);
+        default:
+            return std::string();
+        }
+    };
+    const std::pair<uint8_t, unsigned> rebinds[] = {{MacroBlockClass, 9}, {KeySequenceClass, 2}};
+    for (const auto &[playedClass, reports] : rebinds) {
+        for (const char *kind : {"unplug", "radio", "noreply", "late 400"}) {
+            for (unsigned at = 1; at <= reports + 1; ++at) {
+                SCOPED_TRACE(std::string(kind) + " at " + std::to_string(at));
+                ASSERT_TRUE(load(receiver()));
+                put(playedClass, 0);
+                ASSERT_TRUE(eventually([this] { return flashHolds("air"); }));
+                const std::string before = playedBy(*record);
+                const auto written = emulator.requestCount("air", Command::FlashWrite);
+                order(std::string("fault rx ") + kind + " at " + std::to_string(at) + " command flashwrite");
+                put(playedClass, 1);
+                const std::string after = playedBy(*record);
+                EXPECT_TRUE(eventually([&, path = receiver()] {
+                    return flashHolds("air") || path.empty() || !UsbFinderC_GetDeviceOnLine(path.c_str());
+                }));
+                FlashDataMap held{};
+                hidusb::decode(*emulator.flash("air"), held);
+                const std::string played = playedBy(held);
+                EXPECT_TRUE(played.empty() || played == before || played == after);
+                if (at > reports) {
+                    EXPECT_TRUE(flashHolds("air"));
+                    EXPECT_LE(emulator.requestCount("air", Command::FlashWrite) - written, reports);
+                }
+                order("fault rx clear");
+                maybeOrder("radio air on");
+                maybeOrder("plug rx");
+            }
+        }
+    }
+    ASSERT_TRUE(load(receiver()));
+    EXPECT_TRUE(flashHolds("air"));
+}
+
 // ---- Pairing
 
 struct PairingEnd {

@@ -3,6 +3,7 @@
 //
 // The layer's log: its lines, its file, and that no caller waits for it.
 #include "device/hidusb/ChannelRegistry.h"
+#include "device/hidusb/Connection.h"
 #include "device/hidusb/HidrawBus.h"
 #include "device/hidusb/LoggedBus.h"
 #include "device/hidusb/ReportWriter.h"
@@ -110,6 +111,27 @@ protected:
     LoggedBus bus{sockets, log};
     ChannelRegistry registry{bus};
 };
+
+// On a busy machine the order may be given up before the device is gone.
+TEST_F(LayerLog, WhatAConnectionLeavesUndoneIsCounted)
+{
+    for (uint64_t round = 1; round < 20 && !contains("left undone: 2 orders"); ++round) {
+        auto device = std::make_unique<FakeDevice>();
+        device->setScript([](const wire::Report &request) {
+            return request.command() == Command::ConfigSelect ? std::make_optional(Answers{}) : std::nullopt;
+        });
+        const auto connection = std::make_shared<Connection>(device->path(), nullptr, round);
+        connection->start(nullptr);
+        connection->order({Command::ConfigSelect, 2});
+        ASSERT_TRUE(eventually([&device] { return device->count(Command::ConfigSelect) > 0; }));
+        connection->order({Command::ConfigSelect, 3});
+        connection->order({Command::DriverStatus, 0});
+        connection->leave();
+        device.reset();
+        connection->awaitLeft();
+    }
+    EXPECT_TRUE(contains("left undone: 2 orders"));
+}
 
 TEST_F(LoggedExchange, IsLoggedByteForByteWithItsOpeningAndItsEnd)
 {

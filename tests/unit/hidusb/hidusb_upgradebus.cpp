@@ -25,7 +25,13 @@ namespace
 class OwnBus : public hidusb::Bus
 {
 public:
-    std::vector<hidusb::InterfaceInfo> enumerate() override { return sockets_.enumerate(); }
+    std::vector<hidusb::InterfaceInfo> enumerate() override
+    {
+        std::vector<hidusb::InterfaceInfo> infos = sockets_.enumerate();
+        for (hidusb::InterfaceInfo &info : infos)
+            info.port = hasPorts ? info.port : std::string();
+        return infos;
+    }
     std::unique_ptr<hidusb::ReportPort> open(const std::string &path) override
     {
         onOpen(path);
@@ -38,6 +44,7 @@ public:
     }
 
     std::atomic<bool> watched{true};
+    std::atomic<bool> hasPorts{true};
     std::function<void()> onWatch = [] {};
     std::function<void(const std::string &)> onOpen = [](const std::string &) {};
 
@@ -165,6 +172,18 @@ TEST_F(UpgradeBus, TheWholeUpgradeHasAnEnd)
     emulator.order("fault wired unstored always command bootenter");
     times.answer = hidusb::ReplyTimeout;
     EXPECT_EQ(upgrade(60000, times), 0) << "while the boot loader does not come";
+}
+
+TEST_F(UpgradeBus, ADeviceWithoutAPortIsNotFlashed)
+{
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    const auto firmware = hidusb::readFirmware(file.data());
+    ASSERT_TRUE(firmware);
+    nameVendor("1209");
+    ownBus().hasPorts = false;
+    EXPECT_FALSE(hidusb::findTarget(*firmware));
+    ownBus().hasPorts = true;
+    EXPECT_TRUE(eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
 }
 
 // Nodes are opened one after the other, so the last of many may open when the search is over.

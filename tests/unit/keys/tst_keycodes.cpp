@@ -81,7 +81,7 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         for (const char *name : {"a", "enter", "Ctrl", "Shift", "Alt", "Win", "CTRL", "Num", "NumEnter", " ",
-                                 "A ", "0x04", "Command", "`", "LLCtrl"})
+                                 "A ", "0x04", "Command", "``", "LLCtrl"})
             QTest::newRow(name) << name;
         QTest::newRow("long") << QString(100000, 'A');
         QTest::newRow("NUL") << QString(1, QChar(0));

@@ -93,8 +93,35 @@ private slots:
             QCOMPARE(packed.pixel(x, 0), picture.pixel(x, 0));
     }
 
-    // One that moved would be seen as a step.
-    void manyNearColoursAreLeftAlone() { QVERIFY(withPalette(groundOf(300)).isNull()); }
+    // A shade that moved would be seen as a step, so all of them are mixed from their neighbours.
+    void manyNearColoursAreDithered()
+    {
+        const QImage picture = groundOf(300);
+        const QImage packed = withPalette(picture);
+        QCOMPARE(packed.format(), QImage::Format_Indexed8);
+        QCOMPARE(packed.colorCount(), 256);
+        QVERIFY(largestStep(packed, picture) > 0);
+        QVERIFY(largestStep(packed, picture) <= 2 * DitherTolerance);
+        double redAway = 0, greenAway = 0;
+        int mixed = 0;
+        for (int x = 0; x < picture.width(); ++x) {
+            const QRgb whole = picture.pixel(x, 0);
+            QSet<QRgb> colours;
+            for (int y = 0; y < picture.height(); ++y) {
+                const QRgb pixel = packed.pixel(x, y);
+                redAway += qRed(pixel) - qRed(whole);
+                greenAway += qGreen(pixel) - qGreen(whole);
+                colours.insert(pixel);
+            }
+            mixed += colours.size() > 1 ? 1 : 0;
+            if (packed.colorTable().contains(whole))
+                QCOMPARE(colours, QSet<QRgb>{whole});
+        }
+        QVERIFY(mixed > 0);
+        const double pixels = picture.width() * picture.height();
+        QVERIFY(std::abs(redAway / pixels) < 0.05);
+        QVERIFY(std::abs(greenAway / pixels) < 0.05);
+    }
 
     void transparencyIsAColourToo()
     {

@@ -6,6 +6,7 @@
 // across a loss of the mouse in the middle of a press.
 #include "binding/DebounceTime.h"
 #include "lighting/LampLight.h"
+#include "lighting/LightTables.h"
 #include "lighting/SensorEffect.h"
 #include "presentation/Notices.h"
 #include "sensor/Advanced.h"
@@ -38,9 +39,10 @@ const Host AdvancedHost = {[]() -> Page { return std::make_unique<Advanced>(); }
                                static_cast<Advanced *>(page)->SlotUpDataSenSorUIB(map);
                                static_cast<Advanced *>(page)->SlotFormB();
                            }};
-const Host LightHost = {
-    []() -> Page { return std::make_unique<LampLight>(); },
-    [](QWidget *page, const FlashDataMap &map) { static_cast<LampLight *>(page)->SlotUpDataLightUIA(map); }};
+const Host LightHost = {[]() -> Page { return std::make_unique<LampLight>(); },
+                        [](QWidget *page, const FlashDataMap &map) {
+                            static_cast<LampLight *>(page)->SlotUpDataLightUILight(map);
+                        }};
 const Host DebounceHost = {[]() -> Page { return std::make_unique<DebounceTime>(); },
                            [](QWidget *page, const FlashDataMap &map) {
                                static_cast<DebounceTime *>(page)->SetDebounce(map.DebounceTime);
@@ -82,6 +84,15 @@ Act choose(int index)
 Act setTo(int value)
 {
     return [value](QWidget *slider) { static_cast<QSlider *>(slider)->setValue(value); };
+}
+
+Act typeIn(int value)
+{
+    return [value](QWidget *box) {
+        static_cast<QSpinBox *>(box)->selectAll();
+        QTest::keyClicks(box, QString::number(value));
+        QTest::keyClick(box, Qt::Key_Return);
+    };
 }
 
 Act slideTo(int value)
@@ -214,6 +225,19 @@ Change light(int mode, int speed, int brightness)
         map.DpiLedBrightness = BrightnessCurve[std::size_t(brightness - 1)];
     };
 }
+// The light of the mouse, with a colour of its own in each channel.
+Change bar(int mode, int speed = 3, int brightness = 3, int red = 10, int green = 20, int blue = 30)
+{
+    return [=](FlashDataMap &map) {
+        map.LedBarMode = uint8_t(mode);
+        map.LedBarEnable = 1;
+        map.LedBarSpeed = uint8_t(speed);
+        map.LedBarBrightness = uint8_t(brightness);
+        map.LedBarRed = uint8_t(red);
+        map.LedBarGreen = uint8_t(green);
+        map.LedBarBlue = uint8_t(blue);
+    };
+}
 Change angle(int degrees)
 {
     return [=](FlashDataMap &map) {
@@ -327,6 +351,56 @@ void addLightRows(std::vector<Row> &rows)
         row->asks = row->several = true;
 }
 
+void addMouseLightRows(std::vector<Row> &rows)
+{
+    const auto add = [&](const char *name, const QByteArray &control, const Act &act, const Change &written,
+                         const Change &start) {
+        rows.push_back({name, &LightHost, control, act, written, &LightPageBusy, start});
+        return &rows.back();
+    };
+    for (int to = 1; to < LightModeCount; ++to)
+        add("mouse light", "LightMod", choose(to), bar(to), bar(to == 1 ? 2 : to - 1));
+    for (const auto &way : {setTo, slideTo})
+        for (const int value : {1, 6, LightScaleTop}) {
+            const bool moved = way == slideTo;
+            add("mouse brightness", "horizontalLight", way(value), bar(2, 3, value - 1), bar(2, 3, 3))->asks =
+                moved;
+            add("mouse speed", "horizontalSpeed", way(value), bar(2, value - 1, 3), bar(2, 3, 3))->asks =
+                moved;
+        }
+    add("mouse brightness key", "horizontalLight", key(Qt::Key_Right), bar(2, 3, 4), bar(2, 3, 3));
+    add("mouse speed key", "horizontalSpeed", key(Qt::Key_Left), bar(2, 2, 3), bar(2, 3, 3));
+    for (Row *row :
+         {add("mouse brightness drag", "horizontalLight", dragToTheEnd, bar(2, 3, 9), bar(2, 3, 3)),
+          add("mouse speed drag", "horizontalSpeed", dragToTheEnd, bar(2, 9, 3), bar(2, 3, 3))})
+        row->asks = row->several = true;
+    for (const int on : {0, 1})
+        add("moving off", "RippeControl", click, set(&FlashDataMap::LightRippeControl, !on),
+            set(&FlashDataMap::LightRippeControl, on));
+    // A record that is shown blocks the signals of the boxes, and these ask for no flag.
+    const auto addColor = [&](const char *name, const QByteArray &control, const Act &act,
+                              const Change &written) {
+        Row *row = add(name, control, act, written, bar(2));
+        row->busy = nullptr;
+        return row;
+    };
+    addColor("red", "RSpinBox", typeIn(200), bar(2, 3, 3, 200));
+    addColor("green", "GSpinBox", typeIn(0), bar(2, 3, 3, 10, 0));
+    addColor("blue", "BSpinBox", typeIn(255), bar(2, 3, 3, 10, 20, 255));
+    addColor("more red", "AddR", click, bar(2, 3, 3, 11));
+    addColor("less red", "ReduceR", click, bar(2, 3, 3, 9));
+    addColor("more green", "AddG", click, bar(2, 3, 3, 10, 21));
+    addColor("less green", "ReduceG", click, bar(2, 3, 3, 10, 19));
+    addColor("more blue", "AddB", click, bar(2, 3, 3, 10, 20, 31));
+    addColor("less blue", "ReduceB", click, bar(2, 3, 3, 10, 20, 29));
+    for (const Preset &preset : Presets) {
+        const auto apart = uint8_t(preset.green + 1); // so that one channel changes
+        add("preset", QByteArray("toolButtonColor") + preset.letter, click,
+            bar(2, 3, 3, preset.red, preset.green, preset.blue), bar(2, 3, 3, preset.red, apart, preset.blue))
+            ->busy = nullptr;
+    }
+}
+
 void addAdvancedRows(std::vector<Row> &rows)
 {
     const auto add = [&](const char *name, const QByteArray &control, const Act &act, const Change &written,
@@ -360,6 +434,7 @@ std::vector<Row> allRows()
     rows.reserve(512);
     addSensorRows(rows);
     addLightRows(rows);
+    addMouseLightRows(rows);
     addAdvancedRows(rows);
     for (int from = 0; from < DebounceItems; ++from)
         for (int to = 0; to < DebounceItems; ++to)

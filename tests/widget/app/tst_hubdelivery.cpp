@@ -5,10 +5,14 @@
 // for; a receiver takes part as soon as its class has the slot.
 #include "app/DialogMain.h"
 #include "device/Worker.h"
+#include "lighting/InputPic.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 #include "service/Match.h"
 #include "service/PreVier.h"
+#include "service/UpDateRepair.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -79,7 +83,9 @@ const std::vector<Row> &rows()
         {"SigRGBValue(DongleRGB*)",
          Blocking,
          [](PostMsg *hub) { emit hub->SigRGBValue(&color); },
-         {{"LampLight", "SlotRGBValue(DongleRGB*)"}, {"FormSetting", "SlotRGBValue(DongleRGB*)"}}},
+         {{"LampLight", "SlotRGBValue(DongleRGB*)"},
+          {"FormSetting", "SlotRGBValue(DongleRGB*)"},
+          {"LedInfo", "SlotRGBValue(DongleRGB*)"}}},
         {"SigLongRangeMode(bool)",
          Blocking,
          [](PostMsg *hub) { emit hub->SigLongRangeMode(true); },
@@ -126,6 +132,34 @@ const std::vector<Row> &rows()
          [](PostMsg *hub) { emit hub->SigCheckUpdate(); },
          {{"FormSetting", "SlotCheckUpdate()"}}},
 
+        {"SigLabelText(int,QString)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigLabelText(7, {}); },
+         {{"FormSetting", "SlotLabelText(int,QString)"}}},
+
+        {"SigProgress(int,int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigProgress(0, 7); },
+         {{"UpDateRepair", "SlotProgress(int,int)"}}},
+        {"SigAutoRepair(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigAutoRepair(0); },
+         {{"UpDateRepair", "SlotAutoRepair(int)"}}},
+        {"SigAutoRepairProgress(int)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigAutoRepairProgress(0); },
+         {{"UpDateRepair", "SlotAutoRepairProgress(int)"}}},
+        {"SigUpDateButton(bool)",
+         Crossing,
+         [](PostMsg *hub) { emit hub->SigUpDateButton(true); },
+         {{"DialogChange", "SlotUpDateButton(bool)"}}},
+
+        {"SigRepairCheckUpdate()", Plain, nullptr, {{"UpDateRepair", "SlotRepairCheckUpdate()"}}},
+        {"SigSetNewVer()", Plain, nullptr, {{"FormSetting", "SetVerText()"}}},
+        {"SigUpdateFrame(bool)", Plain, nullptr, {{"FormSetting", "SlotUpdateFrame(bool)"}}},
+        {"SigUpdateStart()", Plain, nullptr, {{"FormSetting", "on_Start()"}}},
+        {"SigContinue(int)", Plain, nullptr, {{"FormSetting", "SlotContinue(int)"}}},
+        {"SigButtonCheck()", Plain, nullptr, {{"FormSetting", "SlotButtonCheck()"}}},
         {"SigTimerStop()",
          Crossing,
          [](PostMsg *hub) { emit hub->SigTimerStop(); },
@@ -178,7 +212,27 @@ const std::vector<Row> &rows()
         {"SigAddVer(int,QString)", Plain, nullptr, {{"PreVier", "SlotAddVer(int,QString)"}}},
         {"SigAddUpdate(int,bool)", Plain, nullptr, {{"PreVier", "SlotAddUpdate(int,bool)"}}},
         {"SigAddMacroButton()", Plain, nullptr, {{"Buttoninterface", "SlotAddMacroButton()"}}},
+        {"SigUpDataMacro(QString,int)",
+         Plain,
+         nullptr,
+         {{"Buttoninterface", "SlotUpDataMacro(QString,int)"}}},
+        {"SigMacroRename(QString,QString)",
+         Plain,
+         nullptr,
+         {{"Buttoninterface", "SlotMacroRename(QString,QString)"}}},
+        {"SigDeleteMacroButton(QString)",
+         Plain,
+         nullptr,
+         {{"Buttoninterface", "SlotDeleteMacroButton(QString)"}}},
         {"SigSetMacroPage()", Plain, nullptr, {{"Macro", "SlotSetMacroPage()"}}},
+        {"SigMacroDownLoadData(QString,int)",
+         Plain,
+         nullptr,
+         {{"Macro", "SlotMacroDownLoadData(QString,int)"}}},
+        {"SigButtonToMacro(FlashDataMap,int)",
+         Plain,
+         nullptr,
+         {{"Macro", "SlotButtonToMacro(FlashDataMap,int)"}}},
         {"SigStartRecord(int)", Plain, nullptr, {{"Dialog", "SlotStartRecord(int)"}}},
         {"SigHideModel(int)", Plain, nullptr, {{"Sensor", "SlotHideModel(int)"}}},
         {"SigCloseOffOnline()",
@@ -203,10 +257,14 @@ const std::vector<Row> &rows()
           {"Match", "SlotAllLanguage(int)"},
           {"PreVier", "SlotAllLanguage(int)"},
           {"FormSetting", "SlotAllLanguage(int)"},
+          {"LedInfo", "SlotAllLanguage(int)"},
+          {"InputPicA", "SlotAllLanguage(int)"},
+          {"InputPicB", "SlotAllLanguage(int)"},
+          {"LightModeSet", "SlotAllLanguage(int)"},
+          {"UpDateRepair", "SlotAllLanguage(int)"},
           {"Advanced", "SlotAllLanguage(int)"}}},
         {"SigLanguageSameA(int)", Plain, nullptr, {{"DialogChange", "SlotSameLanguageA(int)"}}},
         {"SigLanguageSameB(int)", Plain, nullptr, {{"FormSetting", "SlotLanguageSameB(int)"}}},
-        {"SigUpDateButton(bool)", Plain, nullptr, {{"DialogChange", "SlotUpDateButton(bool)"}}},
         {"SigMouseIndex(int)",
          Plain,
          nullptr,
@@ -274,6 +332,7 @@ private:
     std::unique_ptr<ContainReset> reset;
     std::unique_ptr<InportFail> importFailed;
     std::unique_ptr<UpDataParam> wait;
+    std::vector<std::unique_ptr<QDialog>> unopened; // what no page opens
     std::unique_ptr<Match> match;
     std::unique_ptr<PreVier> summary;
 
@@ -281,9 +340,13 @@ private:
     {
         for (QObject *each : std::initializer_list<QObject *>{
                  window.get(), running.get(), offLine.get(), duplicates.get(), reset.get(),
-                 importFailed.get(), wait.get(), match.get(), summary.get(), Worker::instance()})
+                 importFailed.get(), wait.get(), match.get(), summary.get(), UpDateRepair::instance(),
+                 Worker::instance()})
             if (each && qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
+        for (const auto &each : unopened)
+            if (qstrcmp(each->metaObject()->className(), className) == 0)
+                return each.get();
         for (QObject *each : window->findChildren<QObject *>())
             if (qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
@@ -324,6 +387,10 @@ private slots:
         reset = std::make_unique<ContainReset>();
         importFailed = std::make_unique<InportFail>();
         wait = std::make_unique<UpDataParam>();
+        unopened.push_back(std::make_unique<LedInfo>());
+        unopened.push_back(std::make_unique<InputPicA>());
+        unopened.push_back(std::make_unique<InputPicB>());
+        unopened.push_back(std::make_unique<LightModeSet>());
         match = std::make_unique<Match>();
         summary = std::make_unique<PreVier>();
         QTRY_VERIFY(FakeHidUsb::instance().idle());
@@ -337,6 +404,7 @@ private slots:
         reset.reset();
         importFailed.reset();
         wait.reset();
+        unopened.clear();
         match.reset();
         summary.reset();
         window.reset();

@@ -5,6 +5,11 @@
 // and skin: no text is cut, no control stands on another, and each that can be used has a name.
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
+#include "lighting/InputPic.h"
+#include "lighting/LampLight.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
+#include "lighting/LightTables.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -17,6 +22,7 @@
 #include "presentation/language/LanguageTables.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
+#include "service/FormSetting.h"
 #include "service/Match.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -26,9 +32,11 @@
 #include <QAbstractSlider>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSpinBox>
 #include <QStackedWidget>
 #include <QTextEdit>
 #include <QToolButton>
@@ -53,8 +61,11 @@ bool textFits(const QString &text, const QWidget *widget, bool wraps, int room)
 
 bool isControl(const QWidget *widget)
 {
+    if (qobject_cast<const QAbstractSpinBox *>(widget->parentWidget()))
+        return false; // the field of a box is no control of its own
     return (qobject_cast<const QAbstractButton *>(widget) || qobject_cast<const QComboBox *>(widget) ||
-            qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QPlainTextEdit *>(widget)) &&
+            qobject_cast<const QAbstractSlider *>(widget) || qobject_cast<const QPlainTextEdit *>(widget) ||
+            qobject_cast<const QAbstractSpinBox *>(widget) || qobject_cast<const QLineEdit *>(widget)) &&
            widget->focusPolicy() != Qt::NoFocus;
 }
 
@@ -220,7 +231,10 @@ private slots:
             {"ButtonMain", {"page_9 label_3"}},
             {"SensorButton",
              {"SensorDPI label", "SensorRate label", "Sensor label_10", "settingHelp helpTitle"}},
-            {"LightsButton", {"LampLight title"}},
+            {"FormSetting",
+             {"FormSetting label_2", "FormSetting label_3", "FormSetting label_8", "FormSetting label_9",
+              "FormSetting label_12", "FormSetting label_13"}},
+            {"LightsButton", {"LampLight title", "LampLight lightTitle", "LampLight indicatorTitle"}},
             {"Advanced",
              {"Advanced SleepCaption", "Advanced KFpsCaption", "Advanced LongRangeCaption",
               "Advanced AngleCaption"}}};
@@ -317,6 +331,49 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // Each mode of both lights, on cable and radio, with and without colour schemes, from top to bottom.
+    void lightPage_data()
+    {
+        QTest::addColumn<int>("mode");
+        for (int mode = 0; mode < LightModeCount; ++mode)
+            QTest::addRow("%d", mode) << mode;
+    }
+    void lightPage()
+    {
+        QFETCH(int, mode);
+        FakeDevice device = fixture::shipped(6, Receiver8K, "0x0005");
+        device.bar = {uint8_t(mode), 250, 251, 252, 9, 9, uint8_t(mode > 0)};
+        device.indicator = {{1, 2, 3}};
+        fake.setDevices({device});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        auto *open = window.findChild<Dialog *>()->findChild<QToolButton *>("LightsButton");
+        FlashDataMap map{};
+        map.LedBarMode = uint8_t(mode);
+        map.LedBarEnable = mode > 0;
+        map.LedBarBrightness = map.LedBarSpeed = 9;
+        map.DpiLedMode = 2;
+        map.DpiLedEnable = 1;
+        for (const int model : {0, 3})
+            for (const uint16_t kind : {uint16_t(Receiver8K), uint16_t(fixture::CableKind)}) {
+                fixture::select(fixture::info("0x0005/6", kind, model));
+                emit PostMsg::instance()->SigChangeMainDialog(1);
+                emit PostMsg::instance()->SigUpDataLightUIA(map);
+                emit PostMsg::instance()->SigFormB();
+                open->click();
+                QVERIFY(open->isVisible());
+                auto *bar = window.findChild<LampLight *>()->findChild<QScrollBar *>("verticalScrollBar");
+                for (bar->setValue(0);; bar->setValue(bar->value() + 300)) {
+                    check(&window);
+                    if (bar->value() == bar->maximum())
+                        break;
+                }
+            }
+        QTRY_VERIFY(fake.idle());
+    }
+
     // Also at its corners, which are round in the shell.
     void theBatteryFillsWithinItsShell()
     {
@@ -387,6 +444,7 @@ private slots:
         map.KeyBindings[0] = map.KeyBindings[1] = {1, 1, 0};
         map.KeyBindings[2] = {6, 2, 1};
         qstrncpy(map.MacroBlocks[2].Name, "Reload", MacroNameSize);
+        map.MacroBlocks[2].NameLength = 6;
         DeviceRecord::edit([&](FlashDataMap &record) { record = map; });
         emit PostMsg::instance()->SigUpDataButtonUIC(map);
         const auto click = [&](const char *name) { window.findChild<QToolButton *>(name)->click(); };
@@ -396,6 +454,64 @@ private slots:
             click(opener.toLatin1());
         check(&window);
         QTRY_VERIFY(fake.idle());
+    }
+
+    // From its top to its end, by cable and by radio, with every mark and each text of the upgrade button.
+    void settingsPage_data()
+    {
+        QTest::addColumn<int>("kind");
+        QTest::newRow("radio") << int(Receiver8K);
+        QTest::newRow("cable") << int(fixture::CableKind);
+    }
+    void settingsPage()
+    {
+        QFETCH(int, kind);
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("dev", uint16_t(kind)));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        auto *dialog = window.findChild<Dialog *>();
+        dialog->findChild<QToolButton *>("FormSetting")->click();
+        auto *page = dialog->findChild<FormSetting *>();
+        for (const char *mark : {"toolButton_2", "toolButton_3"})
+            page->findChild<QToolButton *>(mark)->show();
+        emit PostMsg::instance()->SigLabelText(0, "v12.0A");
+        emit PostMsg::instance()->SigLabelText(1, "v12.0B");
+        QScrollBar *bar = page->findChild<QScrollArea *>("scrollArea")->verticalScrollBar();
+        for (const int language : {0, 1, 2}) {
+            emit PostMsg::instance()->SigAllLanguage(language);
+            for (int at = 0; at < bar->maximum(); at += bar->pageStep() / 2) {
+                bar->setValue(at);
+                check(&window);
+            }
+            bar->setValue(bar->maximum());
+            check(&window);
+            emit PostMsg::instance()->SigSetNewVer();
+            bar->setValue(0);
+            check(&window);
+        }
+        QTRY_VERIFY(fake.idle());
+    }
+
+    void dialogsThatNothingOpens()
+    {
+        LoadLanguageTables();
+        static DongleRGB record;
+        fixture::select(fixture::info("dev", Receiver8K));
+        LedInfo receiver;
+        receiver.SlotRGBValue(&record);
+        InputPicB screen;
+        LightModeSet light;
+        for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &light}) {
+            dialog->show();
+            check(dialog);
+        }
+        for (int mode = 0; mode < 6; ++mode) {
+            light.findChild<QComboBox *>("LightMod")->setCurrentIndex(mode);
+            check(&light);
+        }
     }
 
     void notices()

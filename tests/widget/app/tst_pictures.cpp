@@ -6,6 +6,9 @@
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
 #include "binding/Buttoninterface.h"
+#include "lighting/InputPic.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -61,13 +64,15 @@ std::vector<FakeDevice> everyKind()
     return all;
 }
 
-// "Page/Name.png" of each picture in the style sheets of a window.
+// "Page/Name.png" of each picture in the style sheets of a window, and in those that wait until they are
+// seen.
 void note(const QWidget *window, QSet<QString> &seen)
 {
     static const QRegularExpression url("url\\([^)]*/Picture/([^)]*)\\)");
     for (const QWidget *widget : window->findChildren<QWidget *>())
-        for (auto each = url.globalMatch(widget->styleSheet()); each.hasNext();)
-            seen << each.next().captured(1);
+        for (const QString &sheet : {widget->styleSheet(), widget->property("waitingStyleSheet").toString()})
+            for (auto each = url.globalMatch(sheet); each.hasNext();)
+                seen << each.next().captured(1);
 }
 
 std::vector<std::unique_ptr<NoticeDialog>> everyNotice()
@@ -125,6 +130,7 @@ private:
         for (int page = 0; page < pages->count(); ++page) {
             pages->setCurrentIndex(page);
             emit PostMsg::instance()->SigIsUsb(page % 2 == 0, false);
+            emit PostMsg::instance()->SigLabelTextB({}, model % 2 ? QString() : QStringLiteral("true"));
             fixture::emitOnOtherThread(
                 [page] { emit PostMsg::instance()->SigBattery(true, page * 10, true); });
             QVERIFY(pages->currentWidget()->isVisible());
@@ -154,6 +160,14 @@ private:
         for (const auto &notice : everyNotice()) {
             notice->show();
             note(notice.get(), seen);
+        }
+        // What no page opens in this release.
+        LedInfo receiver;
+        InputPicB screen;
+        LightModeSet screenLight;
+        for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &screenLight}) {
+            dialog->show();
+            note(dialog, seen);
         }
         walkPairing(seen);
         QTRY_VERIFY(fake.idle());

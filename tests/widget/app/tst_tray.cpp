@@ -85,6 +85,22 @@ private slots:
         QCOMPARE(menu()->actions().at(0)->text(), language::text(language::Section::home, "OpenMain", 0));
     }
 
+    // As a login starts it: the window was never shown, and the device hears of nothing.
+    void aHiddenStartWaitsInTheTray()
+    {
+        fixture::clean();
+        fake.addDevice(fixture::device("dev", 6, Receiver8K));
+        window = std::make_unique<DialogMain>();
+        window->SlotChangeSize(2);
+        QVERIFY(!window->isVisible() && !window->isMinimized());
+        QTRY_VERIFY(tray->docked() > 0 && iconWindow());
+        QTRY_VERIFY(fake.idle());
+        QCOMPARE(fake.count("UsbServer_SetPCDriverStatus"), 0);
+        QTest::mouseClick(iconWindow(), Qt::LeftButton);
+        QVERIFY(window->isVisible());
+        QTRY_VERIFY(!iconWindow());
+    }
+
     void comesBack_data()
     {
         QTest::addColumn<QString>("by");

@@ -7,6 +7,8 @@
 
 #include "binding/ActionButton.h"
 #include "binding/Buttoninterface.h"
+#include "macro/store/MacroFile.h"
+#include "macro/store/MacroFolder.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/widget/Fixture.h"
 
@@ -87,6 +89,22 @@ public:
     QToolButton *button(const QString &name) const { return form.findChild<QToolButton *>(name); }
     void click(const QString &name) { button(name)->click(); }
     void leave() { click("FunctionsBack"); }
+    // The macro's button on the panel.
+    ActionButton *macro(const QString &name) const
+    {
+        for (auto *each : form.findChild<QWidget *>("page_5")->findChildren<ActionButton *>())
+            if (each->text() == name && !each->isHidden())
+                return each;
+        return nullptr;
+    }
+    QStringList macros() const
+    {
+        QStringList names;
+        for (const auto *each : form.findChild<QWidget *>("page_5")->findChildren<ActionButton *>())
+            if (!each->isHidden())
+                names << each->text() + (each->isChecked() ? " checked" : "");
+        return names;
+    }
     // Makes it the device's record as well.
     void show(const FlashDataMap &map)
     {
@@ -147,7 +165,15 @@ inline void nameMacro(MacroBlock *block, const char *name)
     block->NameLength = uint8_t(qstrlen(name));
     std::memcpy(block->Name, name, qstrlen(name));
     block->EventCount = 1;
+    block->Events[0].Kind = 1;
     block->Events[0].Code.set(0x04);
+}
+
+// A press of A, repeated while the button is held, as nameMacro() has it.
+inline void saveMacroFile(const char *name, int cycle = 254)
+{
+    if (!macro::saveMacro(name, cycle, {macro::keyRow("A", true)}))
+        qFatal("no macro");
 }
 
 // A test of the page, with a new page for each function.
@@ -158,7 +184,11 @@ protected:
     void begin()
     {
         fixture::clean();
+        for (const QString &folder : {macro::macroFolder(), macro::keptFolder()})
+            QDir(folder).removeRecursively();
+        makeDataFolders();
         made = std::make_unique<ButtonPage>();
+        MouseOnline = true;
     }
     void end() { made.reset(); }
 

@@ -281,8 +281,7 @@ private slots:
     {
         QFETCH(QString, function);
         FlashDataMap map = ButtonPage::plainRecord();
-        map.KeyBindings[7] = {6, 7, 254};
-        nameMacro(&map.MacroBlocks[7], "Burst");
+        saveMacroFile("Burst");
         page().show(map);
         page().click("RightKey");
         page().click("Number1");
@@ -293,7 +292,7 @@ private slots:
         if (function == "DPI_6")
             fixture::whenModal<FireKey>([](FireKey *dialog) { dialog->on_NewHong_clicked(); });
         if (function == "macro")
-            page().form.slotButtonClicked("Burst");
+            page().macro("Burst")->click();
         else
             page().click(function);
         QVERIFY(closed.isTaken());
@@ -376,6 +375,7 @@ private slots:
         FlashDataMap map = ButtonPage::plainRecord();
         map.KeyBindings[7] = {6, 7, 1};
         nameMacro(&map.MacroBlocks[7], "Burst");
+        saveMacroFile("Burst");
         page().show(map);
         page().click("Button8");
         const auto *const macro = page().form.findChild<QWidget *>("page_5")->findChild<ActionButton *>();
@@ -388,6 +388,7 @@ private slots:
         FlashDataMap map = ButtonPage::plainRecord();
         map.KeyBindings[7] = {6, 7, 254};
         nameMacro(&map.MacroBlocks[7], "Burst");
+        saveMacroFile("Burst");
         page().show(map);
         QCOMPARE(page().button("Button8")->text(), "Macro: Burst");
         page().click("Button8");

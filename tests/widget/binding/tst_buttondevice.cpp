@@ -44,7 +44,7 @@ private slots:
     {
         FlashDataMap map = ButtonPage::plainRecord();
         map.KeyBindings[1] = {6, 1, 1};
-        qstrncpy(map.MacroBlocks[1].Name, "Reload", MacroNameSize);
+        nameMacro(&map.MacroBlocks[1], "Reload");
         page().show(map);
         tellProfiles(3, 1, true);
         QCOMPARE(page().button("RightKey")->text(), "Macro: Reload");

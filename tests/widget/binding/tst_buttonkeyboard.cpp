@@ -104,7 +104,8 @@ private slots:
     {
         FlashDataMap map = ButtonPage::plainRecord();
         map.KeyBindings[7] = {6, 7, 1};
-        map.MacroBlocks[7].Name[0] = 'M';
+        nameMacro(&map.MacroBlocks[7], "M");
+        saveMacroFile("M");
         page().show(map);
         QApplication::setActiveWindow(&page().form);
         page().button("RightKey")->setFocus(Qt::TabFocusReason);

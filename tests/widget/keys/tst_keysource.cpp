@@ -360,6 +360,55 @@ private slots:
         QCOMPARE(seen, (Log{{VkA, true, false}}));
     }
 
+    // However late an event is handled, its time is the window system's.
+    void theTimeOfAnEvent()
+    {
+        Desk desk;
+        QVector<qint64> times;
+        connect(&desk.source, &KeySource::keyEvent, &desk.source, [&] { times << desk.source.time(); });
+        desk.down(A);
+        QTest::qSleep(50);
+        desk.timestamp += 6; // 7 ms behind the press
+        desk.up(A);
+        desk.timestamp += 2999;
+        desk.down(B);
+        desk.timestamp = 5; // a clock that starts again
+        desk.up(B);
+        QTRY_COMPARE(times.size(), 4);
+        QCOMPARE(times[1] - times[0], qint64(7));
+        QCOMPARE(times[2] - times[1], qint64(3000));
+        QVERIFY(times[3] >= times[2] && times[3] - times[2] < 2000);
+    }
+
+    // The clock of a window system has 32 bits.
+    void theTimeGoesOnWhereTheClockTurnsOver()
+    {
+        Desk desk;
+        QVector<qint64> times;
+        connect(&desk.source, &KeySource::keyEvent, &desk.source, [&] { times << desk.source.time(); });
+        desk.timestamp = 0xFFFFFFFEu - 1;
+        desk.down(A);
+        desk.timestamp = 9;
+        desk.up(A);
+        QCOMPARE(times.size(), 2);
+        QCOMPARE(times[1] - times[0], qint64(12));
+    }
+
+    // Without an event it is now, and so is that of keys which go up with the keyboard.
+    void theTimeWithoutAnEvent()
+    {
+        Desk desk;
+        QVector<qint64> times;
+        connect(&desk.source, &KeySource::keyEvent, &desk.source, [&] { times << desk.source.time(); });
+        const qint64 start = desk.source.time();
+        desk.down(A);
+        QTest::qSleep(30);
+        Desk::leave();
+        QCOMPARE(times.size(), 2);
+        QVERIFY(times[1] - times[0] >= 29);
+        QVERIFY(times[0] >= start && desk.source.time() >= times[1]);
+    }
+
     void inputMethodsAreOffWhileItRuns()
     {
         Desk desk;

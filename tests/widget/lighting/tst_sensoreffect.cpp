@@ -225,8 +225,10 @@ private slots:
 
     // ---- What a record shows --------------------------------------------------------------------
 
+    // On a cable, where a record is all that is shown; on a radio link the receiver is asked for its own.
     void showsEveryMode()
     {
+        SelectedDevice::set(fixture::info("dev", fixture::CableKind));
         for (int enable = 0; enable < 256; ++enable)
             for (int mode = 0; mode < 256; mode += enable < 2 ? 1 : 51) {
                 panel()->SetModel(1);
@@ -240,6 +242,7 @@ private slots:
 
     void showsEveryBrightnessAndSpeed()
     {
+        SelectedDevice::set(fixture::info("dev", fixture::CableKind));
         for (int byte = 0; byte < 256; ++byte) {
             paint(recordWith(1, byte, byte, 1));
             const int *found = std::find(std::begin(Curve), std::end(Curve), byte);

@@ -18,7 +18,8 @@ namespace keydialogs
 
 // Virtual keys.
 constexpr int A = 0x41, B = 0x42, C = 0x43, D = 0x44, F = 0x46, Tab = 0x09, Enter = 0x0D, Backtick = 0xC0,
-              LeftShift = 0xA0, RightCtrl = 0xA3, LeftAlt = 0xA4, NumPlus = 0x6B, Unknown = 0x15;
+              Nameless = 0x0C, LeftShift = 0xA0, RightCtrl = 0xA3, LeftAlt = 0xA4, NumPlus = 0x6B,
+              Unknown = 0x15;
 
 inline QString field(const QWidget &dialog) { return dialog.findChild<KeyField *>("lineEdit")->text(); }
 

@@ -52,7 +52,8 @@ private slots:
         QTest::newRow("part of a name, the same case") << Keys{0x14, C} << "CapsLock"; // C in CapsLock
         QTest::newRow("modifiers add nothing") << Keys{LeftShift, RightCtrl, LeftAlt, A} << "A";
         QTest::newRow("unknown adds nothing") << Keys{A, Unknown, B} << "A+B";
-        QTest::newRow("the nameless key adds nothing") << Keys{A, Backtick} << "A";
+        QTest::newRow("the nameless key adds nothing") << Keys{A, Nameless} << "A";
+        QTest::newRow("the key left of 1") << Keys{A, Backtick} << "A+`";
         QTest::newRow("a modifier as the fourth clears") << Keys{A, B, C, LeftShift} << "";
         QTest::newRow("a plus counts as two") << Keys{NumPlus, A, B} << "B";
         QTest::newRow("a modifier in between lets a key repeat") << Keys{A, LeftShift, A} << "A";

@@ -167,7 +167,8 @@ private slots:
         QTest::newRow("modifier") << Keys{A, LeftShift} << "LShift";
         QTest::newRow("Alt") << Keys{-LeftAlt} << "LAlt";
         QTest::newRow("unknown changes nothing") << Keys{A, Unknown, -Unknown} << "A";
-        QTest::newRow("the nameless key empties it") << Keys{A, Backtick} << "";
+        QTest::newRow("the nameless key empties it") << Keys{A, Nameless} << "";
+        QTest::newRow("the key left of 1") << Keys{A, Backtick} << "`";
     }
     void theLastKeyTouchedWins()
     {

@@ -5,6 +5,7 @@
 #include "catalogue/LanguageChoice.h"
 #include "catalogue/UserStore.h"
 #include "device/ImageFile.h"
+#include "environment/MacroName.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/UpDataParam.h"
@@ -164,6 +165,82 @@ private slots:
         QCOMPARE(notice.pos(), middle);
         notice.placeOver(&ground, PageNoticeOffset);
         QCOMPARE(notice.pos(), middle + QPoint(-75, -65));
+    }
+
+    void theWindowUnderItIsDimmed_data() { eachNotice(); }
+    void theWindowUnderItIsDimmed()
+    {
+        QFETCH(QString, name);
+        QWidget ground;
+        ground.setStyleSheet("background: rgb(200, 200, 200);");
+        ground.setGeometry(100, 60, 883, 630);
+        ground.show();
+        QWidget page(&ground);
+        page.setGeometry(100, 100, 600, 400);
+        page.show();
+        const auto light = [&ground](int x, int y) { return ground.grab().toImage().pixelColor(x, y).red(); };
+        const auto notice = row(name).make();
+        notice->placeOver(&page);
+        QCOMPARE(light(5, 5), 200);
+        notice->show();
+        const bool isWait = QString(row(name).buttons) == "....";
+        QCOMPARE(light(5, 5) < 120, !isWait);
+        const QPoint edge = notice->geometry().topLeft() - ground.mapToGlobal(QPoint(0, 0));
+        const int middle = edge.y() + notice->height() / 2;
+        QCOMPARE(light(edge.x() - 3, middle) < light(5, 5), !isWait); // its shadow
+        const auto above = row(name).make();
+        above->placeOver(&page);
+        const int dimmed = light(5, 5);
+        above->show();
+        QCOMPARE(light(5, 5), dimmed);
+        above->hide();
+        QCOMPARE(light(5, 5), dimmed);
+        notice->hide();
+        QCOMPARE(light(5, 5), 200);
+    }
+
+    void aWindowThatGoesTakesItsShadeAlong()
+    {
+        auto ground = std::make_unique<QWidget>();
+        ground->resize(883, 630);
+        ground->show();
+        QuestiondialogB notice;
+        notice.placeOver(ground.get());
+        notice.show();
+        ground.reset();
+        notice.close();
+        QVERIFY(!notice.isVisible());
+    }
+
+    void itsSignTellsItsKind_data()
+    {
+        QTest::addColumn<QString>("sign");
+        QTest::addColumn<bool>("destroys");
+        const std::tuple<const char *, const char *, bool> signs[] = {
+            {"MouseOffLine", "Warn.png", false},     {"QuestiondialogB", "Warn.png", false},
+            {"InportFail", "Warn.png", false},       {"LessThree", "Warn.png", false},
+            {"LeftButtonOnly", "Info.png", false},   {"MakeMacro", "Info.png", false},
+            {"SameMacro", "Info.png", false},        {"GroupMaxThree", "Info.png", false},
+            {"KeyNumberLimit", "Info.png", false},   {"ExeIsRun", "Info.png", false},
+            {"DeleteConfirm", "Question.png", true}, {"ContainReset", "Question.png", true},
+            {"RePair", "Question.png", false},       {"UpDataParam", "Wait.png", false},
+        };
+        for (const auto &[name, sign, destroys] : signs)
+            QTest::newRow(name) << QString(sign) << destroys;
+    }
+    void itsSignTellsItsKind()
+    {
+        const auto notice = row(QTest::currentDataTag()).make();
+        notice->show();
+        QFETCH(QString, sign);
+        QVERIFY(notice->findChild<QLabel *>("label_2")->styleSheet().contains("/WarningDialog/" + sign));
+        QFETCH(bool, destroys);
+        for (const char *name : {"NewHong", "OK"}) {
+            const QString sheet = notice->findChild<QToolButton *>(name)->styleSheet();
+            QVERIFY(sheet.contains("/WarningDialog/Confirm.png"));
+            QCOMPARE(sheet.indexOf("Danger.png") > sheet.indexOf("Confirm.png"), destroys);
+        }
+        QVERIFY(!notice->findChild<QToolButton *>("Cancel")->styleSheet().contains("Danger"));
     }
 
     void offLineSaysWhy()
@@ -348,6 +425,20 @@ private slots:
         QTest::newRow("200") << QString(200, 'x') << QString(30, 'x');
         QTest::newRow("empty") << ""
                                << "";
+        QTest::newRow("separator") << "a/b"
+                                   << "ab";
+        QTest::newRow("parent") << "../a"
+                                << "a";
+        QTest::newRow("hidden") << ".a.b"
+                                << "a.b";
+        QTest::newRow("the word that hides a file") << "myxml"
+                                                    << "myxm";
+        QTest::newRow("the same within") << "axmllb"
+                                         << "axmb";
+        QTest::newRow("other case") << "XML"
+                                    << "XML";
+        QTest::newRow("control character") << "a\tb\n"
+                                           << "ab";
     }
     void aNameFitsTheDevice()
     {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Bus: carries reports between devices and hosts, with one back end for each kind of bus. One thread.
+// DeviceBus: carries reports between devices and hosts, with one back end for each kind of bus. One thread.
 #pragma once
 
 #include "emulator/Scene.h"
@@ -16,14 +16,14 @@ namespace emulator
 // Results of poll() by file descriptor.
 using ReadyMap = std::map<int, short>;
 
-class Bus
+class DeviceBus
 {
 public:
     using Handler = std::function<void(const Interface &, const uint8_t *, std::size_t)>;
     using Filter = std::function<bool(const Interface &)>;
     using Closed = std::function<void(const Interface &)>;
 
-    virtual ~Bus() = default;
+    virtual ~DeviceBus() = default;
     // Opens missing interfaces and closes those that are not wanted, with their clients. Calls `closed` for
     // each closed interface.
     virtual void sync(const std::vector<Interface> &wanted, const Closed &closed) = 0;

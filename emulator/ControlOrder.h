@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Order: one order while it runs. MouseOrders.cpp has the orders of a mouse.
+// ControlOrder: one order while it runs. MouseOrders.cpp has the orders of a mouse.
 #pragma once
 
 #include "emulator/World.h"
@@ -10,7 +10,7 @@ namespace emulator
 {
 
 // args[0] is its name.
-struct Order {
+struct ControlOrder {
     World &world;
     Words args;
     std::string answer;
@@ -51,18 +51,18 @@ struct Order {
 namespace mouseorders
 {
 
-void radio(Order &order);
-void sleep(Order &order);
-void wake(Order &order);
-void autoSleep(Order &order);
-void press(Order &order);
-void battery(Order &order);
-void notify(Order &order);
-void setFlash(Order &order);
-void showFlash(Order &order);
-void profile(Order &order);
-void pair(Order &order);
-void reset(Order &order);
+void radio(ControlOrder &order);
+void sleep(ControlOrder &order);
+void wake(ControlOrder &order);
+void autoSleep(ControlOrder &order);
+void press(ControlOrder &order);
+void battery(ControlOrder &order);
+void notify(ControlOrder &order);
+void setFlash(ControlOrder &order);
+void showFlash(ControlOrder &order);
+void profile(ControlOrder &order);
+void pair(ControlOrder &order);
+void reset(ControlOrder &order);
 
 } // namespace mouseorders
 

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "environment/SleepLock.h"
+
+#include "environment/DataRoot.h"
+
+#include <QStandardPaths>
+
+void SleepLock::take(const QString &reason)
+{
+    const QString program = QStandardPaths::findExecutable(QStringLiteral("systemd-inhibit"));
+    if (holder_ || program.isEmpty())
+        return;
+    holder_ = new QProcess;
+    QObject::connect(holder_.data(), QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
+                     holder_.data(), &QObject::deleteLater);
+    holder_->setProcessChannelMode(QProcess::MergedChannels);
+    holder_->start(program, {QStringLiteral("--what=shutdown:sleep:idle"),
+                             QStringLiteral("--who=") + applicationName(), QStringLiteral("--why=") + reason,
+                             QStringLiteral("--mode=block"), QStringLiteral("cat")});
+}
+
+void SleepLock::release()
+{
+    if (holder_)
+        holder_->closeWriteChannel();
+    holder_ = nullptr;
+}

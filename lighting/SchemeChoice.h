@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// SchemeChoice: the three colour schemes of the receiver, of which it shows one. Main thread.
+#pragma once
+
+#include "device/hidusb/DeviceRecords.h"
+
+#include <QWidget>
+#include <array>
+
+class QAbstractButton;
+class QButtonGroup;
+class QLabel;
+class QTextEdit;
+
+class SchemeChoice : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int Count = 3;
+    static constexpr QSize Size{800, 154};
+
+    explicit SchemeChoice(QWidget *parent);
+    void applyStyle();
+    void setTexts(int language);
+
+    // Shows the record, which later choices change; it lives until the process ends. A scheme that is none of
+    // the three checks none.
+    void setRecord(DongleRGB *record);
+    void change(int scheme, bool checked); // 1 to 3: what the slots of the page do
+
+private:
+    void show(int scheme);
+
+    QLabel *mark_;
+    QLabel *title_;
+    QButtonGroup *group_;
+    std::array<QAbstractButton *, Count> buttons_{};
+    std::array<QTextEdit *, Count> descriptions_{};
+    DongleRGB nothingRead_{};
+    DongleRGB *record_ = &nothingRead_;
+};

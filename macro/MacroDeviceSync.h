@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Keeps the macros of the folder and those of the mouse in step. The page of the macros says which of them
+// must not be written from a mouse's copy, because they are edited or recorded. Main thread.
+#pragma once
+
+#include "device/hidusb/FlashDataMap.h"
+
+#include <QString>
+
+namespace macro
+{
+
+// While held, a macro's file is not touched by what is read from a mouse. The page holds the macro that is
+// recorded and every one with rows or a cycle mode that are not saved, and releases it with the save or when
+// the changes are dropped. A rename moves the hold.
+void hold(const QString &name);
+void release(const QString &name);
+bool isHeld(const QString &name);
+
+// Body of SlotButtonToMacro: brings the macro of the button's block into the folder. The file that it
+// replaces is kept first. Nothing is written for a held macro, for a name that cannot be a file's, and when
+// the file gives the same block and cycle mode already.
+struct Taken {
+    QString name;       // empty: the folder is as it was
+    bool isNew = false; // there was no such macro, so a list needs an item for it
+};
+Taken takeFromMouse(const FlashDataMap &record, int button);
+
+// Body of SlotMacroDownLoadData: sends the macro's file, as saved, to the button that has it. False: it did
+// not reach the mouse.
+bool sendSaved(const QString &name, int button);
+
+} // namespace macro

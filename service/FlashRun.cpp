@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "service/FlashRun.h"
+
+#include "device/FirmwareImage.h"
+#include "environment/DataRoot.h"
+
+#include <QFile>
+#include <mutex>
+#include <thread>
+
+namespace
+{
+
+constexpr int TimeoutMs = 10000;
+
+enum UpgradeReport : uint8_t { Marker = 7, Progress = 1, End = 2, Success = 1 };
+
+struct Run {
+    std::mutex mutex; // not held while a handler is called
+    FlashHandlers handlers;
+};
+
+// Never destroyed: the layer may still report when the process ends.
+Run &run()
+{
+    static auto *const only = new Run;
+    return *only;
+}
+
+FlashHandlers handlers()
+{
+    const std::lock_guard lock(run().mutex);
+    return run().handlers;
+}
+
+// Forgets the handlers, so that a second result is dropped.
+FlashHandlers takeHandlers()
+{
+    const std::lock_guard lock(run().mutex);
+    return std::exchange(run().handlers, FlashHandlers());
+}
+
+void end(bool succeeded, bool started)
+{
+    if (const FlashHandlers last = takeHandlers(); last.result)
+        last.result(succeeded, started);
+}
+
+void onUpgrade(const uint8_t *data)
+{
+    if (data[0] != Marker)
+        return;
+    if (data[1] == Progress) {
+        if (const FlashHandlers current = handlers(); current.progress)
+            current.progress(data[2]);
+    } else if (data[1] == End) {
+        end(data[2] == Success, true);
+    }
+}
+
+// The disk and the search for the device take their time, so the main thread does not wait for them.
+void begin(const QByteArray &image, const QString &record)
+{
+    const QString before = UpdateFailRecord::storedText();
+    if (UpdateFailRecord::store(record) && startFirmwareUpgrade(image, onUpgrade, TimeoutMs))
+        return;
+    UpdateFailRecord::store(before);
+    end(false, false);
+}
+
+} // namespace
+
+void flashrun::start(const QByteArray &image, const UpdateFailRecord &record, const FlashHandlers &handlers)
+{
+    {
+        const std::lock_guard lock(run().mutex);
+        run().handlers = handlers;
+    }
+    std::thread([image, text = record.text()] { begin(image, text); }).detach();
+}
+
+void flashrun::emptyLog()
+{
+    QFile log(dataRoot() + QStringLiteral("/Exception/UpDateLog.txt"));
+    log.open(QIODevice::WriteOnly | QIODevice::Truncate);
+}

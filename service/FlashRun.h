@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// FlashRun: writes one firmware file to its device. UpdateFailInfo is on the disk before the layer starts, so
+// that a kill or a loss of power at any packet leaves the offer to repair; the caller takes it away after the
+// success. One run at a time.
+#pragma once
+
+#include "service/UpdateFailRecord.h"
+
+#include <QByteArray>
+#include <functional>
+
+struct FlashHandlers {
+    std::function<void(int percent)> progress;
+    // started: false when nothing was sent to the device; UpdateFailInfo is then as before.
+    std::function<void(bool succeeded, bool started)> result;
+};
+
+namespace flashrun
+{
+
+// Returns at once. The handlers are called on other threads, one call at a time, `result` last and once;
+// from inside it another run may start.
+void start(const QByteArray &image, const UpdateFailRecord &record, const FlashHandlers &handlers);
+
+// Empties "/Exception/UpDateLog.txt", as after every failure.
+void emptyLog();
+
+} // namespace flashrun

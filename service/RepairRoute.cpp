@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "service/RepairRoute.h"
+
+#include "device/DeviceState.h"
+#include "device/FirmwareImage.h"
+#include "device/FirmwareSearch.h"
+#include "hub/PostMsg.h"
+#include "service/FlashRun.h"
+#include "service/ModelDevices.h"
+#include "service/UpgradeState.h"
+#include "service/WiredMarriage.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int BootLoaderLimit = 5;
+
+enum AutoRepair : int { Repaired = 0, NotRepaired = 1 };
+enum ProgressWord : int { ShowSuccess = 2, ShowFailure = 6 };
+
+struct Plan {
+    UpdateFailRecord failed;
+    QByteArray receiverImage; // empty: the receiver is left as it is
+    QByteArray mouseImage;
+};
+
+UpdateFailRecord recordOf(const Plan &plan, int target)
+{
+    UpdateFailRecord record = plan.failed;
+    record.target = target;
+    return record;
+}
+
+void endRun()
+{
+    RepairRunning = false;
+    RepairBusy = false;
+    NotUpgrading = true;
+}
+
+void tellSuccess()
+{
+    endRun();
+    PostMsg *hub = PostMsg::instance();
+    emit hub->SigAutoRepair(Repaired);
+    emit hub->SigUpDateButton(true);
+    emit hub->SigProgress(0, ShowSuccess);
+}
+
+void tellFailure()
+{
+    flashrun::emptyLog();
+    endRun();
+    PostMsg *hub = PostMsg::instance();
+    emit hub->SigAutoRepair(NotRepaired);
+    emit hub->SigUpDateButton(false);
+    emit hub->SigProgress(0, ShowFailure);
+}
+
+ModelFirmware modelOf(const UpdateFailRecord &record)
+{
+    return {record.cid, record.mid, record.connectionKind};
+}
+
+// Searched now: what the selection page knows may be older than the receiver's restart.
+bool mouseIsThere(const Plan &plan)
+{
+    const std::vector<DeviceAllInfo> devices = attachedOfModel(modelOf(plan.failed));
+    return std::any_of(devices.cbegin(), devices.cend(),
+                       [](const DeviceAllInfo &device) { return device.Usb; }) ||
+           findBootDevices(plan.mouseImage, BootLoaderLimit) == 1;
+}
+
+void flash(const Plan &plan, int target);
+
+void onProgress(int target, int percent)
+{
+    RepairBusy = true;
+    const int half = percent / 2;
+    const int value = Stages != 2 ? percent : target == TargetMouse ? half + 50 : half;
+    emit PostMsg::instance()->SigAutoRepairProgress(value);
+}
+
+void onSuccess(const Plan &plan, int target)
+{
+    // While the mouse waits for its repair the record stays, as it is the mouse's.
+    if (target == TargetMouse || target == plan.failed.target)
+        UpdateFailRecord::remove();
+    WiredMarriage().marry(attachedOfModel(modelOf(plan.failed)));
+    const bool goesOn = target == TargetReceiver && !plan.mouseImage.isEmpty() &&
+                        (plan.failed.target != TargetReceiver || mouseIsThere(plan));
+    if (goesOn)
+        flash(plan, TargetMouse);
+    else
+        tellSuccess();
+}
+
+void onFailure(const Plan &plan, int target, bool started)
+{
+    if (started)
+        UpdateFailRecord::store(recordOf(plan, target).text());
+    tellFailure();
+}
+
+// The receiver of a mouse that failed is flashed under the mouse's record: a cut leaves both of them in their
+// boot loaders, and the repair then does both.
+void flash(const Plan &plan, int target)
+{
+    UpgradeTarget = target;
+    const FlashHandlers handlers = {[target](int percent) { onProgress(target, percent); },
+                                    [plan, target](bool succeeded, bool started) {
+                                        if (succeeded)
+                                            onSuccess(plan, target);
+                                        else
+                                            onFailure(plan, target, started);
+                                    }};
+    const bool isReceiver = target == TargetReceiver;
+    flashrun::start(isReceiver ? plan.receiverImage : plan.mouseImage,
+                    isReceiver ? plan.failed : recordOf(plan, target), handlers);
+}
+
+} // namespace
+
+GateVerdict RepairRoute::check(const std::vector<DeviceAllInfo> &attached)
+{
+    const QString text = UpdateFailRecord::storedText();
+    const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
+    const auto image = [&record](int target) { return modelOf(record).findForRepair(target); };
+    const GateQuestions questions = {
+        [&image](int target, int, bool) { return !image(target).isEmpty(); },
+        [&image](int target, int) { return findBootDevices(image(target), BootLoaderLimit); }};
+    last_ = repairGate(attached, text, questions);
+    if (last_.recordIsSenseless)
+        UpdateFailRecord::remove();
+    return last_;
+}
+
+bool RepairRoute::start()
+{
+    const auto record = UpdateFailRecord::parse(UpdateFailRecord::storedText());
+    if (!last_.ready || !record)
+        return false;
+    Plan plan;
+    plan.failed = *record;
+    const ModelFirmware firmware = modelOf(*record);
+    if (last_.receiverNew)
+        plan.receiverImage = firmware.findForRepair(TargetReceiver);
+    plan.mouseImage = firmware.findForRepair(TargetMouse);
+    if ((record->target == TargetReceiver ? plan.receiverImage : plan.mouseImage).isEmpty())
+        return false;
+    UpgradeKind = record->connectionKind;
+    UpgradeCid = record->cid;
+    UpgradeMid = record->mid;
+    Stages = plan.receiverImage.isEmpty() || plan.mouseImage.isEmpty() ? 1 : 2;
+    RepairRunning = true;
+    NotUpgrading = false;
+    flash(plan, plan.receiverImage.isEmpty() ? TargetMouse : TargetReceiver);
+    return true;
+}

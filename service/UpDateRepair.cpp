@@ -1,0 +1,317 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "service/UpDateRepair.h"
+
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/UserStore.h"
+#include "device/DeviceState.h"
+#include "device/FirmwareSearch.h"
+#include "hub/PostMsg.h"
+#include "presentation/FirstShow.h"
+#include "presentation/NamedWidgets.h"
+#include "presentation/ScreenFont.h"
+#include "presentation/StyleSheets.h"
+#include "service/UpgradeState.h"
+#include "ui_UpDateRepair.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+
+namespace
+{
+
+QPointer<UpDateRepair> theDialog;
+
+constexpr int Full = 100;
+constexpr int HalfWay = 50;
+
+// What SlotProgress() is told.
+enum class Told : int { Percent, Failed, Succeeded, NoCancel, NoCancelAtStart, FailedHalfWay, RepairFailed };
+
+} // namespace
+
+UpDateRepair::UpDateRepair() : ui(std::make_unique<Ui::UpDateRepair>())
+{
+    ui->setupUi(this);
+    becomeNotice();
+    onFirstShow(this, [this] { applyStyle(); });
+    connectSignals();
+    resetForm();
+    SlotAllLanguage(storedLanguage(UserStore::instance()));
+    scaleFontsToScreen(this);
+    theDialog = this;
+}
+
+UpDateRepair::~UpDateRepair() = default;
+
+UpDateRepair *UpDateRepair::instance() { return theDialog; }
+
+void UpDateRepair::applyStyle()
+{
+    const QString folder = style::pictureFolder(QStringLiteral("WarningDialog"));
+    const QString ink = style::color("LabelColor");
+    const auto button = [&folder](const QString &stem) {
+        return style::textButton(folder, style::color("ButtonColor"), stem);
+    };
+    ui->AutoRepair->setStyleSheet(style::dialogBackground(folder, QStringLiteral("AutoRepair")));
+    ui->footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
+    ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
+    ui->NewHong_2->setStyleSheet(button(QStringLiteral("Confirm")));
+    ui->NewHong->setStyleSheet(button(QStringLiteral("Cancel")));
+    ui->ToolText->setStyleSheet(style::label(style::color("LinEditColorSecond")));
+    ui->ToolText_2->setStyleSheet(style::label(ink));
+    ui->percent->setStyleSheet(style::label(ink));
+    ui->progressBar_2->setStyleSheet(style::progressBar());
+}
+
+void UpDateRepair::connectSignals()
+{
+    PostMsg *hub = PostMsg::instance();
+    connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
+    connect(hub, SIGNAL(SigProgress(int, int)), this, SLOT(SlotProgress(int, int)));
+    connect(hub, SIGNAL(SigAutoRepair(int)), this, SLOT(SlotAutoRepair(int)));
+    connect(hub, SIGNAL(SigAutoRepairProgress(int)), this, SLOT(SlotAutoRepairProgress(int)));
+    connect(hub, SIGNAL(SigRepairCheckUpdate()), this, SLOT(SlotRepairCheckUpdate()));
+}
+
+// ---- Forms --------------------------------------------------------------------------------------
+
+void UpDateRepair::resetForm()
+{
+    setBar(0);
+    ui->progressBar_2->hide();
+    setMainButton(MainButton::Start);
+    say(UpgradeText::None);
+    showButtons();
+}
+
+void UpDateRepair::readyForm()
+{
+    resetForm();
+    say(UpgradeText::ReadyUpdate);
+}
+
+void UpDateRepair::busyForm()
+{
+    busy_ = true;
+    for (QWidget *button : {ui->NewHong, ui->NewHong_2}) {
+        button->hide();
+        button->setEnabled(false);
+    }
+    ui->CloseButton->setEnabled(false);
+    setBar(0);
+    ui->progressBar_2->show();
+    ui->percent->show();
+    say(UpgradeText::WarnUpdate);
+    awake_.take(upgradeText(UpgradeText::WarnUpdate, language_));
+}
+
+void UpDateRepair::noticeForm(UpgradeText reason)
+{
+    ui->progressBar_2->hide();
+    setMainButton(MainButton::Ok);
+    say(reason);
+    showButtons();
+}
+
+// Ends the busy form.
+void UpDateRepair::showButtons()
+{
+    busy_ = false;
+    awake_.release();
+    for (QWidget *button : {ui->NewHong, ui->NewHong_2}) {
+        button->setEnabled(true);
+        button->show();
+    }
+    ui->CloseButton->setEnabled(true);
+    ui->percent->hide();
+    ui->NewHong_2->setFocus();
+    writeTexts();
+}
+
+bool UpDateRepair::showsResult() const { return !busy_ && !ui->progressBar_2->isHidden(); }
+
+void UpDateRepair::say(UpgradeText text)
+{
+    text_ = text;
+    writeTexts();
+}
+
+void UpDateRepair::setMainButton(MainButton meaning)
+{
+    mainButton_ = meaning;
+    writeTexts();
+}
+
+void UpDateRepair::setBar(int percent)
+{
+    ui->progressBar_2->setValue(percent);
+    writeTexts();
+}
+
+// The hint stands above every message but the one that says the same.
+void UpDateRepair::writeTexts()
+{
+    const auto common = [this](const char *key) {
+        return language::text(language::Section::common, key, language_);
+    };
+    const auto set = [](auto *widget, const QString &text) {
+        if (!text.isEmpty())
+            widget->setText(text);
+    };
+    const QString hint = upgradeText(UpgradeText::WarnUpdate, language_);
+    set(ui->ToolText, hint);
+    ui->ToolText->setVisible(!busy_);
+    ui->ToolText_2->setText(upgradeText(text_, language_));
+    set(ui->NewHong, common("Cancel"));
+    set(ui->NewHong_2, mainButton_ == MainButton::Ok
+                           ? common("OK")
+                           : language::text(language::Section::update, "DialogUpgradeStart", language_));
+    const char *what = UpgradeTarget == TargetMouse ? "MouseVersion" : "DongleVersion";
+    const QString progress = language::text(language::Section::update, "UpgradeProgress", language_);
+    ui->percent->setText(progress.arg(language::text(language::Section::Settings, what, language_))
+                             .arg(ui->progressBar_2->value()));
+    setAccessibleName(ui->ToolText_2->text().isEmpty() ? hint : ui->ToolText_2->text());
+}
+
+void UpDateRepair::SlotAllLanguage(int index)
+{
+    language_ = index;
+    nameWidgets(this, index);
+    ui->progressBar_2->setAccessibleName(
+        language::text(language::Section::update, "DialogUpgradeUpgrading", index));
+    writeTexts();
+}
+
+// ---- Buttons ------------------------------------------------------------------------------------
+
+void UpDateRepair::leave()
+{
+    if (RepairBusy || busy_)
+        return;
+    if (!ui->progressBar_2->isHidden()) {
+        if (ui->progressBar_2->value() == Full)
+            emit PostMsg::instance()->SigSetNewVer();
+        else if (OnDevicePage == 1)
+            emit PostMsg::instance()->SigChangeMainDialog(0);
+    }
+    close();
+}
+
+void UpDateRepair::on_CloseButton_clicked() { leave(); }
+
+void UpDateRepair::on_NewHong_clicked() { leave(); }
+
+void UpDateRepair::on_NewHong_2_clicked()
+{
+    if (!ui->progressBar_2->isHidden() || mainButton_ == MainButton::Ok)
+        leave();
+    else if (OnDevicePage == 1)
+        emit PostMsg::instance()->SigUpdateStart();
+    else
+        startRepair();
+}
+
+void UpDateRepair::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        ui->NewHong_2->click();
+    else if (event->key() == Qt::Key_Escape)
+        ui->NewHong->click();
+    event->accept();
+}
+
+void UpDateRepair::closeEvent(QCloseEvent *event)
+{
+    if (busy_ || RepairBusy)
+        event->ignore();
+    else
+        NoticeWindow::closeEvent(event);
+}
+
+void UpDateRepair::showEvent(QShowEvent *event)
+{
+    UpgradeDialogOpen = true;
+    NoticeWindow::showEvent(event);
+}
+
+void UpDateRepair::hideEvent(QHideEvent *event)
+{
+    UpgradeDialogOpen = false;
+    NoticeWindow::hideEvent(event);
+}
+
+void UpDateRepair::showOver(const QWidget *widget, const QPoint &offset)
+{
+    placeOver(widget, offset);
+    setModal(true);
+    show();
+}
+
+// ---- The hub's words ----------------------------------------------------------------------------
+
+void UpDateRepair::SlotProgress(int schedue, int Discrib)
+{
+    switch (Told(Discrib)) {
+    case Told::Percent:
+        setBar(schedue);
+        break;
+    case Told::Failed:
+        setMainButton(MainButton::Ok);
+        say(UpgradeText::DialogUpgradeFail);
+        showButtons();
+        break;
+    case Told::Succeeded:
+        say(UpgradeText::DialogUpgradeSuccess);
+        setBar(Full);
+        setMainButton(MainButton::Ok);
+        showButtons();
+        break;
+    case Told::NoCancel:
+        ui->NewHong->hide();
+        break;
+    case Told::NoCancelAtStart:
+        ui->NewHong->hide();
+        setBar(0);
+        break;
+    case Told::FailedHalfWay:
+        setMainButton(MainButton::Ok);
+        say(UpgradeText::DialogUpgradeFail);
+        setBar(HalfWay);
+        showButtons();
+        break;
+    case Told::RepairFailed:
+        say(UpgradeText::DialogUpgradeFail);
+        showButtons();
+        break;
+    }
+}
+
+void UpDateRepair::SlotAutoRepair(int index)
+{
+    say(index == 0 ? UpgradeText::DialogUpgradeSuccess : UpgradeText::DialogUpgradeFail);
+    setMainButton(MainButton::Ok);
+    ui->NewHong->show();
+}
+
+void UpDateRepair::SlotAutoRepairProgress(int index) { setBar(index); }
+
+// ---- Repair -------------------------------------------------------------------------------------
+
+void UpDateRepair::SlotRepairCheckUpdate()
+{
+    if (busy_ || RepairRunning || showsResult())
+        return;
+    const GateVerdict verdict = repair_.check(attached_);
+    if (verdict.ready)
+        readyForm();
+    else
+        noticeForm(verdict.text);
+}
+
+void UpDateRepair::startRepair()
+{
+    busyForm();
+    if (!repair_.start())
+        noticeForm(UpgradeText::ErrorFile);
+}

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// UpDateRepair: the dialog of an upgrade, and of a repair when it is opened from the selection page. One
+// stands in the process, made by the settings page. While it is busy it has no button, Escape and the close
+// button do nothing, and the machine is kept from sleeping. Main thread.
+#pragma once
+
+#include "environment/SleepLock.h"
+#include "presentation/NoticeWindow.h"
+#include "service/RepairRoute.h"
+#include "service/UpgradeTexts.h"
+
+#include <memory>
+
+namespace Ui
+{
+class UpDateRepair;
+}
+
+class UpDateRepair : public NoticeWindow
+{
+    Q_OBJECT
+
+public:
+    UpDateRepair();
+    ~UpDateRepair() override;
+    // Null before the settings page is built and after its end.
+    static UpDateRepair *instance();
+
+    // ---- Its forms
+    void resetForm();                    // a start is offered, nothing is said
+    void readyForm();                    // the same with the text ReadyUpdate
+    void busyForm();                     // firmware is being written
+    void noticeForm(UpgradeText reason); // why nothing can be upgraded
+    bool isBusy() const { return busy_; }
+    // A result shows; it stays until the user closes the dialog.
+    bool showsResult() const;
+
+    // Opens it over the middle of `widget`, without waiting for its end.
+    void showOver(const QWidget *widget, const QPoint &offset = {});
+    // The devices that the next check for a repair is about.
+    void setAttached(std::vector<DeviceAllInfo> devices) { attached_ = std::move(devices); }
+
+public slots:
+    void on_CloseButton_clicked();
+    void on_NewHong_clicked();
+    void on_NewHong_2_clicked();
+    void SlotAutoRepair(int index);
+    void SlotAutoRepairProgress(int index);
+    void SlotProgress(int schedue, int Discrib);
+    void SlotRepairCheckUpdate();
+    void SlotAllLanguage(int index);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    enum class MainButton : uint8_t { Start, Ok };
+
+    void applyStyle();
+    void connectSignals();
+    void say(UpgradeText text);
+    void setMainButton(MainButton meaning);
+    void setBar(int percent);
+    void showButtons();
+    void leave();
+    void writeTexts();
+    void startRepair();
+
+    std::unique_ptr<Ui::UpDateRepair> ui;
+    RepairRoute repair_;
+    std::vector<DeviceAllInfo> attached_;
+    SleepLock awake_;
+    UpgradeText text_ = UpgradeText::None;
+    MainButton mainButton_ = MainButton::Start;
+    bool busy_ = false;
+    int language_ = 0;
+};

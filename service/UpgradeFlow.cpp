@@ -1,0 +1,461 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "service/UpgradeFlow.h"
+
+#include "catalogue/DeviceCatalogue.h"
+#include "catalogue/RegistryStore.h"
+#include "device/DeviceState.h"
+#include "device/EventDispatch.h"
+#include "device/FirmwareImage.h"
+#include "device/FirmwareSearch.h"
+#include "device/hidusb/HIDUsb.h"
+#include "environment/DataRoot.h"
+#include "hub/PostMsg.h"
+#include "service/FlashRun.h"
+#include "service/ModelDevices.h"
+#include "service/UpgradeState.h"
+#include "service/WiredMarriage.h"
+
+#include <QDir>
+#include <algorithm>
+
+namespace
+{
+
+constexpr int StepMs = 1000;
+constexpr int BootLoaderLimit = 5;
+constexpr int KindsTried[] = {4, 8, 2, 1};
+
+// What SlotProgress() is told besides a percentage.
+enum ProgressWord : int { ShowPercent = 0, ShowFailure = 1, ShowSuccess = 2, ShowHalfFailure = 5 };
+
+DeviceFlag<UpgradeStatus> &statusOf(int target)
+{
+    return target == TargetReceiver ? ReceiverStatus : MouseStatus;
+}
+
+bool mayFollow(UpgradeStatus status)
+{
+    return status == UpgradeStatus::Succeeded || status == UpgradeStatus::NothingToDo;
+}
+
+// The class of the receiver in use: the one beside a mouse on its cable, else the selected one.
+int attachedKind()
+{
+    const DeviceAllInfo selected = SelectedDevice::info();
+    if (!selected.Usb)
+        return connectionKind(selected.DeviceKind);
+    for (const DeviceAllInfo &device : deviceList())
+        if (!device.Usb)
+            return connectionKind(device.DeviceKind);
+    return 0;
+}
+
+// ---- On the layer's upgrade thread
+
+void onProgress(int target, int percent)
+{
+    const bool isHalf = Stages != 1;
+    const int start = isHalf && target == TargetMouse ? 50 : 0;
+    emit PostMsg::instance()->SigProgress(start + (isHalf ? percent / 2 : percent), ShowPercent);
+}
+
+void onSuccess(int target, const QString &version)
+{
+    PostMsg *hub = PostMsg::instance();
+    if (target == TargetMouse) {
+        const DeviceCatalogue catalogue;
+        const QString name = registry::mouseVersionName(catalogue, catalogue.find(UpgradeCid, UpgradeMid));
+        RegistryStore::instance().setValue(registry::BaseGroup, name, version);
+    }
+    UpdateFailRecord::remove();
+    if (target == TargetMouse)
+        WiredMarriage().marry(attachedOfModel({UpgradeCid, UpgradeMid, UpgradeKind}));
+    if (target == TargetMouse || Stages == 1)
+        emit hub->SigProgress(0, ShowSuccess);
+    emit hub->SigLabelText(target == TargetMouse ? 1 : 0, version);
+    statusOf(target) = UpgradeStatus::Succeeded;
+}
+
+void onFailure(int target, const UpdateFailRecord &record, bool started)
+{
+    flashrun::emptyLog();
+    if (started)
+        UpdateFailRecord::store(record.text());
+    MouseNew = false;
+    ReceiverNew = false;
+    emit PostMsg::instance()->SigProgress(0, ShowFailure);
+    statusOf(target) = UpgradeStatus::Failed;
+}
+
+} // namespace
+
+UpgradeFlow::UpgradeFlow(UpgradePage &page) : page_(page)
+{
+    dongleTimer_.setObjectName(QStringLiteral("DongleCheckTimer"));
+    mouseTimer_.setObjectName(QStringLiteral("MouseCheckTimer"));
+    for (QTimer *timer : {&dongleTimer_, &mouseTimer_}) {
+        timer->setParent(this);
+        timer->setInterval(StepMs);
+    }
+    connect(&dongleTimer_, &QTimer::timeout, this, &UpgradeFlow::onDongleCheckTimer);
+    connect(&mouseTimer_, &QTimer::timeout, this, &UpgradeFlow::onMouseCheckTimer);
+}
+
+UpgradeFlow::~UpgradeFlow() = default;
+
+ModelFirmware UpgradeFlow::model() const
+{
+    const DeviceCatalogue catalogue;
+    return {catalogue.option("CID"), catalogue.number(SelectedDevice::info().DriveIndex, "MID"), UpgradeKind};
+}
+
+// What is in a boot loader runs no version.
+QString UpgradeFlow::currentVersion(int target) const
+{
+    return target == failedTarget_ ? QString() : page_.shownVersion(target);
+}
+
+// ---- Offers -------------------------------------------------------------------------------------
+
+void UpgradeFlow::showOffers()
+{
+    if (dialog_.isBusy() || UpdateBusy || !QDir(applicationFolder() + QStringLiteral("/bin")).exists())
+        return;
+    const QString section = driveSection(SelectedDevice::info());
+    ReceiverNew = checkForNew(TargetReceiver, page_.shownVersion(TargetReceiver), attachedKind(), section);
+    MouseNew = checkForNew(TargetMouse, page_.shownVersion(TargetMouse), 0, section);
+    const bool waits = ReceiverNew || MouseNew;
+    PostMsg *hub = PostMsg::instance();
+    emit hub->SigAddUpdate(0, MouseNew);
+    emit hub->SigAddUpdate(1, ReceiverNew);
+    page_.showWaiting(waits);
+    emit hub->SigUpdateFrame(waits);
+}
+
+void UpgradeFlow::forgetTargets()
+{
+    if (!UpdateBusy)
+        receiverActive_ = mouseActive_ = false;
+}
+
+void UpgradeFlow::SlotUpdateFrame(bool IsVis)
+{
+    if (dialog_.isBusy() || dialog_.showsResult())
+        return;
+    if (IsVis)
+        on_Receive_2_clicked();
+    else
+        dialog_.close();
+}
+
+void UpgradeFlow::on_Receive_2_clicked()
+{
+    if (page_.isUpToDate() || dialog_.isBusy())
+        return;
+    dialog_.resetForm();
+    const bool ready = ChechIsUpDate();
+    if (ready)
+        dialog_.readyForm();
+    if (!ready && noNewVersion_) {
+        page_.showUpToDate();
+        dialog_.close();
+    } else {
+        dialog_.showOver(page_.place(), PageNoticeOffset);
+    }
+}
+
+// A check never changes what is being flashed.
+bool UpgradeFlow::ChechIsUpDate()
+{
+    if (dialog_.isBusy() || UpdateBusy || RepairRunning)
+        return false;
+    failedTarget_ = 0;
+    const QString text = UpdateFailRecord::storedText();
+    const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
+    const auto image = [this, &record](int target, int kHz, bool anyVersion) {
+        ModelFirmware firmware = model();
+        firmware.connectionKind = kHz;
+        if (anyVersion) {
+            firmware.cid = record.cid;
+            firmware.mid = record.mid;
+        }
+        return firmware.find(target, anyVersion ? QString() : page_.shownVersion(target));
+    };
+    const GateQuestions questions = {
+        [&image](int target, int kHz, bool anyVersion) { return !image(target, kHz, anyVersion).isEmpty(); },
+        [&image](int target, int kHz) { return findBootDevices(image(target, kHz, true), BootLoaderLimit); }};
+    const GateVerdict verdict = upgradeGate(deviceList(), text, questions);
+    if (verdict.recordIsSenseless)
+        UpdateFailRecord::remove();
+    noNewVersion_ = verdict.text == UpgradeText::newTips;
+    if (verdict.connectionKind != 0)
+        UpgradeKind = verdict.connectionKind;
+    if (verdict.ready) {
+        failedTarget_ = verdict.failedTarget;
+        Stages = verdict.stages;
+        ReceiverNew = verdict.receiverNew;
+        MouseNew = verdict.mouseNew;
+    } else {
+        dialog_.noticeForm(verdict.text);
+    }
+    return verdict.ready;
+}
+
+void UpgradeFlow::SlotCheckUpdate()
+{
+    if (dialog_.isBusy() || dialog_.showsResult())
+        return;
+    if (ChechIsUpDate())
+        dialog_.readyForm();
+}
+
+// ---- Start --------------------------------------------------------------------------------------
+
+void UpgradeFlow::on_Start()
+{
+    if (UpdateBusy || RepairRunning || receiverActive_ || mouseActive_)
+        return;
+    ReceiverStatus = UpgradeStatus::None;
+    MouseStatus = UpgradeStatus::None;
+    following_ = false;
+    flashed_ = false;
+    UpgradeTarget = TargetReceiver;
+    dialog_.busyForm();
+    const bool mouseAlone = failedTarget_ == TargetMouse &&
+                            model().find(TargetReceiver, currentVersion(TargetReceiver)).isEmpty();
+    if (mouseAlone)
+        on_Mouse_clicked();
+    else
+        startTarget(TargetReceiver);
+}
+
+void UpgradeFlow::startTarget(int target)
+{
+    if (receiverActive_ || mouseActive_)
+        return;
+    UpdateBusy = true;
+    NotUpgrading = false;
+    step_ = Step::Search;
+    page_.showMark(TargetReceiver, false);
+    page_.showMark(TargetMouse, false);
+    UpgradeTarget = target;
+    (target == TargetReceiver ? receiverActive_ : mouseActive_) = true;
+    (target == TargetReceiver ? dongleTimer_ : mouseTimer_).start();
+}
+
+void UpgradeFlow::on_Receive_clicked()
+{
+    if (const int kind = attachedKind())
+        UpgradeKind = kind;
+    startTarget(TargetReceiver);
+}
+
+// A mouse in its boot loader is not listed; the check has found it there.
+void UpgradeFlow::on_Mouse_clicked()
+{
+    const std::vector<DeviceAllInfo> devices = deviceList();
+    const bool isThere = SelectedDevice::info().Usb && !devices.empty() && devices.front().Usb &&
+                         devices.front().Mid == model().mid;
+    if (isThere || failedTarget_ == TargetMouse) {
+        startTarget(TargetMouse);
+        return;
+    }
+    NotUpgrading = true;
+    emit PostMsg::instance()->SigProgress(0, ShowHalfFailure);
+}
+
+void UpgradeFlow::SlotContinue(int index)
+{
+    if (index != 0)
+        return;
+    following_ = true;
+    if (MouseNew && mayFollow(ReceiverStatus))
+        on_Mouse_clicked();
+    else if (ReceiverNew && mayFollow(MouseStatus))
+        on_Receive_clicked();
+}
+
+// ---- Steps --------------------------------------------------------------------------------------
+
+void UpgradeFlow::onDongleCheckTimer() { UpgradeStep(TargetReceiver); }
+
+void UpgradeFlow::onMouseCheckTimer() { UpgradeStep(TargetMouse); }
+
+void UpgradeFlow::UpgradeStep(int target)
+{
+    switch (step_) {
+    case Step::Search:
+        search(target);
+        break;
+    case Step::Count:
+        count(target);
+        break;
+    case Step::Started:
+        step_ = Step::Running;
+        break;
+    case Step::Running:
+        if (statusOf(target) != UpgradeStatus::Running)
+            step_ = Step::Finish;
+        break;
+    case Step::Finish:
+        finish(target);
+        break;
+    }
+}
+
+void UpgradeFlow::search(int target)
+{
+    ModelFirmware firmware = model();
+    bool found = !firmware.find(target, currentVersion(target)).isEmpty();
+    for (const int kind : KindsTried) {
+        if (found || UpgradeKind != 0 || target == TargetMouse)
+            break;
+        firmware.connectionKind = kind;
+        found = !firmware.find(target, currentVersion(target)).isEmpty();
+        if (found)
+            UpgradeKind = kind;
+    }
+    if (found)
+        step_ = Step::Count;
+    else
+        endWithNothing(target);
+}
+
+int UpgradeFlow::candidates(int target, const QByteArray &image) const
+{
+    const std::vector<DeviceAllInfo> devices = deviceList();
+    const auto listed =
+        std::count_if(devices.cbegin(), devices.cend(), [target](const DeviceAllInfo &device) {
+            return device.Usb == (target == TargetMouse);
+        });
+    return int(listed) + findBootDevices(image, BootLoaderLimit);
+}
+
+void UpgradeFlow::count(int target)
+{
+    QString version = currentVersion(target);
+    QByteArray image = model().find(target, version);
+    if (image.isEmpty()) {
+        endWithNothing(target);
+        return;
+    }
+    const int found = candidates(target, image);
+    if (found != 1) {
+        endWithCount(target, found);
+        return;
+    }
+    for (const DeviceAllInfo &device : deviceList()) {
+        uint32_t slave = 0;
+        if (target != TargetReceiver || device.Usb || target == failedTarget_ ||
+            !UsbFinderC_GetSlaveVersion(device.DevicePath.toLocal8Bit().constData(), &slave))
+            continue;
+        version = versionText(slave);
+        image = model().find(target, version);
+    }
+    if (image.isEmpty())
+        endWithNothing(target);
+    else
+        flash(target, image);
+}
+
+// The status is set before the start: the result may come before the next step.
+void UpgradeFlow::flash(int target, const QByteArray &image)
+{
+    const ModelFirmware firmware = model();
+    UpgradeTarget = target;
+    UpgradeCid = firmware.cid;
+    UpgradeMid = firmware.mid;
+    const UpdateFailRecord record{target, UpgradeKind, firmware.cid, firmware.mid};
+    statusOf(target) = UpgradeStatus::Running;
+    step_ = Step::Started;
+    flashed_ = true;
+    flashrun::start(image, record,
+                    {[target](int percent) { onProgress(target, percent); },
+                     [target, record, version = firmwareVersion(image)](bool succeeded, bool started) {
+                         if (succeeded)
+                             onSuccess(target, version);
+                         else
+                             onFailure(target, record, started);
+                     }});
+}
+
+// ---- Ends ---------------------------------------------------------------------------------------
+
+void UpgradeFlow::endWithNothing(int target)
+{
+    statusOf(target) = UpgradeStatus::NothingToDo;
+    showResult(target);
+    step_ = Step::Finish;
+}
+
+void UpgradeFlow::endWithCount(int target, int found)
+{
+    statusOf(target) = UpgradeStatus::None;
+    step_ = Step::Finish;
+    const UpgradeText none = target == TargetMouse ? UpgradeText::WiredMode : UpgradeText::NoDevice;
+    const UpgradeText text = found == 0 ? none : UpgradeText::SameDevice;
+    dialog_.noticeForm(text);
+    if (following_) {
+        warning_.setText(upgradeText(text, LanguageIndex));
+        warning_.placeOver(page_.place(), PageNoticeOffset);
+        warning_.setModal(true);
+        warning_.show();
+    } else {
+        page_.showMark(target, true);
+    }
+}
+
+void UpgradeFlow::showNothingWaits(int target)
+{
+    page_.showMark(target, false);
+    page_.showWaiting(false);
+    emit PostMsg::instance()->SigAddUpdate(0, false);
+    emit PostMsg::instance()->SigAddUpdate(1, false);
+}
+
+void UpgradeFlow::showResult(int target)
+{
+    const UpgradeStatus status = statusOf(target);
+    if (mayFollow(status))
+        showNothingWaits(target);
+    if (status == UpgradeStatus::Succeeded)
+        (target == TargetReceiver ? ReceiverNew : MouseNew) = false;
+}
+
+void UpgradeFlow::finish(int target)
+{
+    (target == TargetReceiver ? receiverActive_ : mouseActive_) = false;
+    showResult(target);
+    dongleTimer_.stop();
+    mouseTimer_.stop();
+    UpdateBusy = false;
+    if (target == TargetReceiver && mayFollow(ReceiverStatus)) {
+        if (failedTarget_ == TargetMouse)
+            on_Mouse_clicked();
+        else
+            SlotContinue(0);
+    }
+    if (!UpdateBusy)
+        endRun();
+}
+
+// Tells a result where none was told yet. The device has come back, maybe under another path, so the page's
+// watch looks at once.
+void UpgradeFlow::endRun()
+{
+    if (!RepairRunning) // the user may have gone on to the repair between the result and this step
+        NotUpgrading = true;
+    failedTarget_ = 0;
+    const auto is = [](UpgradeStatus status) { return ReceiverStatus == status || MouseStatus == status; };
+    if (dialog_.isBusy() && !RepairRunning) {
+        if (is(UpgradeStatus::Failed))
+            emit PostMsg::instance()->SigProgress(0, ShowFailure);
+        else if (is(UpgradeStatus::Succeeded))
+            emit PostMsg::instance()->SigProgress(0, ShowSuccess);
+        else
+            dialog_.noticeForm(UpgradeText::ErrorFile);
+    }
+    if (flashed_ && OnDevicePage == 1)
+        StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
+}

@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// Macros from a file of the folder to the flash of an emulated mouse and back: the whole record after each
+// step, for every button, and what a lost mouse leaves.
+#include "hub/PostMsg.h"
+#include "macro/store/MacroBlockCodec.h"
+#include "macro/store/MacroFile.h"
+#include "macro/store/MacroFolder.h"
+#include "tests/e2e/Program.h"
+#include "tests/support/TestMain.h"
+
+#include <QToolButton>
+
+using namespace macro;
+
+namespace
+{
+
+struct ButtonOf {
+    int button;
+    const char *caption;
+};
+// In the order in which everything walks the buttons; button 0 stays the left one.
+constexpr ButtonOf Buttons[] = {
+    {1, "RightKey"}, {2, "BackKey"}, {4, "StartPause"}, {3, "TopMusic"},  {5, "BackMusic"}, {6, "Button7"},
+    {7, "Button8"},  {8, "Button9"}, {9, "Button10"},   {10, "Button11"}, {11, "Button12"},
+};
+
+MacroRows presses(int count, const char *key = "A")
+{
+    MacroRows rows;
+    for (int i = 0; i < count; ++i) {
+        rows << keyRow(QString::fromLatin1(key), i % 2 == 0);
+        if (i + 1 < count)
+            rows << delayRow(quint32(i * 37));
+    }
+    return rows;
+}
+
+QAbstractButton *named(const Program &program, const char *name)
+{
+    return program.window->findChild<QAbstractButton *>(QLatin1String(name));
+}
+
+QToolButton *macroButton(const Program &program, const QString &name)
+{
+    const auto *const panel = program.window->findChild<QWidget *>(QStringLiteral("page_5"));
+    for (auto *each : panel->findChildren<QToolButton *>())
+        if (each->text() == name && !each->isHidden())
+            return each;
+    return nullptr;
+}
+
+void bind(const Program &program, const char *caption, const QString &name)
+{
+    named(program, caption)->click();
+    named(program, "DPI_10")->click();
+    if (auto *const button = macroButton(program, name))
+        button->click();
+}
+
+void setMacro(FlashDataMap *map, int button, const char *name, uint8_t cycle, const MacroRows &rows)
+{
+    map->KeyBindings[button] = {6, uint8_t(button), cycle};
+    map->MacroBlocks[button] = boundBlock(QString::fromLatin1(name), rows);
+}
+
+} // namespace
+
+class tst_macrobytes : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        for (const QString &folder : {macroFolder(), keptFolder()})
+            QDir(folder).removeRecursively();
+        makeDataFolders();
+    }
+
+    void everyStepOfEveryButtonIsTheseBytes()
+    {
+        Program program;
+        FlashDataMap wanted{};
+        const auto arrived = [&](const char *what) {
+            program.expect(what, [&] { return sameBytes(program.bus.record("m2"), wanted); });
+        };
+        program.open(QStringLiteral("r2"));
+        program.script.step("a macro", always, [&] {
+            wanted = DeviceRecord::copy();
+            saveMacro("Burst of fire", 7, presses(70));
+        });
+        for (const ButtonOf &each : Buttons) {
+            program.script.step(each.caption, always, [&, each] {
+                setMacro(&wanted, each.button, "Burst of fire", 7, presses(70));
+                bind(program, each.caption, "Burst of fire");
+                QCOMPARE(named(program, each.caption)->text(), QString("Macro: Burst of fire"));
+            });
+            arrived("bound");
+        }
+        program.script.step("a save", always, [&] {
+            for (const ButtonOf &each : Buttons)
+                setMacro(&wanted, each.button, "Burst of fire", 7, presses(9, "B"));
+            saveMacro("Burst of fire", 254, presses(9, "B"));
+            emit PostMsg::instance()->SigUpDataMacro("Burst of fire", 0);
+        });
+        arrived("saved");
+        program.script.step("its cycle mode", always, [&] {
+            for (const ButtonOf &each : Buttons)
+                wanted.KeyBindings[each.button].Second = 254;
+            emit PostMsg::instance()->SigUpDataMacro("Burst of fire", 1);
+        });
+        arrived("with the mode");
+        program.script.step("a new name", always, [&] {
+            for (const ButtonOf &each : Buttons)
+                renameBlock(&wanted.MacroBlocks[each.button], "Tap");
+            QVERIFY(renameMacro("Burst of fire", "Tap"));
+            emit PostMsg::instance()->SigMacroRename("Burst of fire", "Tap");
+        });
+        arrived("renamed");
+        program.expect("record and flash agree", [&] { return program.agrees("m2"); });
+        program.script.step("a deletion", always, [&] {
+            constexpr KeyBinding Defaults[] = {{1, 1, 0},  {1, 2, 0}, {1, 4, 0},  {1, 8, 0},
+                                               {1, 16, 0}, {2, 1, 0}, {2, 2, 0},  {2, 3, 0},
+                                               {7, 0, 0},  {7, 0, 0}, {4, 10, 3}, {0, 0, 0}};
+            // The catalogue gives two buttons a media key and a combination. Their blocks are cleared behind
+            // them, which the next record takes along.
+            for (const ButtonOf &each : Buttons) {
+                wanted.KeyBindings[each.button] = Defaults[each.button];
+                if (each.button != std::end(Buttons)[-1].button)
+                    wanted.KeySequences[each.button] = {};
+            }
+            wanted.KeyBindings[3] = wanted.KeyBindings[5] = {5, 0, 0};
+            QVERIFY(removeMacro("Tap"));
+            emit PostMsg::instance()->SigDeleteMacroButton("Macro: Tap");
+        });
+        arrived("deleted");
+        QCOMPARE(program.script.run(), QString());
+    }
+
+    void aMouseBringsItsMacros()
+    {
+        Program program;
+        program.open(QStringLiteral("r2"));
+        program.script.step("bound", always, [&] {
+            saveMacro("Burst", 254, presses(70));
+            bind(program, "RightKey", "Burst");
+        });
+        program.expect("in flash", [&] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
+        program.click("UpArrow");
+        program.script.step("forgotten", always, [] { QVERIFY(removeMacro("Burst")); });
+        program.open(QStringLiteral("r2"));
+        program.expect("in the folder again", [] {
+            const std::optional<MacroText> read = loadMacro("Burst");
+            return read && read->cycle == 254 && read->rows == presses(70);
+        });
+        program.expect("record and flash agree", [&] { return program.agrees("m2"); });
+        QCOMPARE(program.script.run(), QString());
+    }
+
+    void aLostMouseHasNoBindingWithoutItsMacro_data()
+    {
+        QTest::addColumn<int>("at");
+        for (const int at : {1, 5, 9})
+            QTest::addRow("at write %d", at) << at;
+    }
+    void aLostMouseHasNoBindingWithoutItsMacro()
+    {
+        QFETCH(int, at);
+        Program program;
+        const std::string fault = "fault r2 unplug at " + std::to_string(at) + " command flashwrite";
+        const MacroBlock before = boundBlock("One", presses(70)), after = boundBlock("Two", presses(70, "B"));
+        const auto plays = [&](const MacroBlock &block) {
+            const FlashDataMap held = program.bus.record("m2");
+            return held.KeyBindings[1].Class == 6 &&
+                   std::memcmp(&held.MacroBlocks[1], &block, sizeof block) == 0;
+        };
+        program.open(QStringLiteral("r2"));
+        program.script.step("bound", always, [&] {
+            saveMacro("One", 1, presses(70));
+            saveMacro("Two", 1, presses(70, "B"));
+            bind(program, "RightKey", "One");
+        });
+        program.expect("in flash", [&] { return plays(before); });
+        program.order(fault.c_str());
+        program.script.step("bound anew", always, [&] { bind(program, "RightKey", "Two"); });
+        program.expect("gone", [] { return OnDevicePage == 0; });
+        program.expect("no mixture", [&] {
+            return plays(before) || plays(after) || program.bus.record("m2").KeyBindings[1].Class == 0;
+        });
+        program.order("plug r2");
+        program.open(QStringLiteral("r2"));
+        program.expect("record and flash agree", [&] { return program.agrees("m2"); });
+        program.script.step("once more", always, [&] { bind(program, "RightKey", "Two"); });
+        program.expect("whole", [&] { return plays(after) && program.agrees("m2"); });
+        QCOMPARE(program.script.run(), QString());
+    }
+};
+
+TEST_CLASS(tst_macrobytes, ProgramSetUp)
+
+#include "tst_macrobytes.moc"

@@ -1,0 +1,164 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The colour under the pointer, with a real pointer on a real X server, at one and at two pixels for each of
+// the toolkit's: taken by a press in either field, and from elsewhere by a release there.
+#include "lighting/HueField.h"
+#include "tests/support/TestMain.h"
+#include "tests/widget/lighting/LightPage.h"
+
+#include <QCursor>
+#include <QProcess>
+#include <QScreen>
+
+namespace
+{
+
+const QColor Elsewhere(18, 52, 86);
+
+void xdotool(const QStringList &arguments)
+{
+    QProcess process;
+    process.start("xdotool", arguments);
+    QVERIFY2(process.waitForFinished() && process.exitCode() == 0, qPrintable(process.errorString()));
+}
+
+// In the pixels of the server.
+void moveTo(const QPoint &place)
+{
+    const double ratio = QGuiApplication::primaryScreen()->devicePixelRatio();
+    xdotool({"mousemove", QString::number(int(place.x() * ratio)), QString::number(int(place.y() * ratio))});
+    QTRY_COMPARE(QCursor::pos(), place);
+}
+
+struct Scaled {
+    explicit Scaled(const char *factor) { qputenv("QT_SCALE_FACTOR", factor); }
+};
+struct Double : private Scaled, fixture::ShippedLooks {
+    Double(int &argc, char **argv) : Scaled("2"), ShippedLooks(argc, argv) {}
+};
+
+} // namespace
+
+class tst_RealPick : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeHidUsb &fake = FakeHidUsb::instance();
+    std::unique_ptr<LightPage> page;
+    QWidget other; // of another program, as it were
+
+    QColor written(int index) const
+    {
+        const FlashDataMap map = DeviceRecord::copy();
+        const DongleRgbBar bar = page->bar();
+        return index == MouseGroup ? QColor(map.LedBarRed, map.LedBarGreen, map.LedBarBlue)
+                                   : QColor(bar.Red, bar.Green, bar.Blue);
+    }
+    static void eachLight()
+    {
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < int(std::size(LightCases)); ++i)
+            QTest::newRow(LightCases[i].name) << i;
+    }
+    HueField *field(int index) const { return page->find<HueField>(QLatin1String(LightCases[index].field)); }
+
+private slots:
+    void initTestCase() { LoadLanguageTables(); }
+    void init()
+    {
+        page = std::make_unique<LightPage>();
+        page->setBar({3, 1, 2, 3, 4, 7, 1});
+        page->read(lightRecord(3));
+        page->page->setWindowFlags(Qt::X11BypassWindowManagerHint | Qt::FramelessWindowHint);
+        page->page->setGeometry(0, 0, 883, 630);
+        page->page->show();
+        QVERIFY(QTest::qWaitForWindowExposed(page->page.get()));
+        QPalette palette;
+        palette.setColor(QPalette::Window, Elsewhere);
+        other.setPalette(palette);
+        other.setWindowFlags(Qt::X11BypassWindowManagerHint | Qt::FramelessWindowHint);
+        other.setGeometry(600, 20, 60, 30); // over an empty place of the page
+        other.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        other.raise();
+        fake.clearCalls();
+    }
+    void cleanup()
+    {
+        xdotool({"mouseup", "1"});
+        other.hide();
+        page.reset();
+    }
+
+    void aPressTakesTheColorOfTheField_data() { eachLight(); }
+    void aPressTakesTheColorOfTheField()
+    {
+        QFETCH(int, index);
+        HueField *const hues = field(index);
+        for (const QPoint &point : {QPoint(20, 90), QPoint(101, 41), QPoint(0, 0), QPoint(102, 42)}) {
+            moveTo(hues->mapToGlobal(point));
+            QTRY_VERIFY(hues->underMouse());
+            QCoreApplication::processEvents(); // the field without its marker
+            xdotool({"click", "1"});
+            // At two pixels for one of the toolkit's, the finer field has colours between those of the
+            // points.
+            const QColor wanted = hues->colorAt(point);
+            const auto near = [&](const QColor &color) {
+                return color != QColor(10, 20, 30) && color != QColor(1, 2, 3) &&
+                       qAbs(color.red() - wanted.red()) < 9 && qAbs(color.green() - wanted.green()) < 9 &&
+                       qAbs(color.blue() - wanted.blue()) < 9;
+            };
+            QTRY_VERIFY2(near(page->color(LightCases[index])), qPrintable(wanted.name()));
+            QCOMPARE(written(index), page->color(LightCases[index]));
+        }
+        QCOMPARE(written(1 - index), index == MouseGroup ? QColor(1, 2, 3) : QColor(10, 20, 30));
+    }
+
+    void aReleaseElsewhereTakesTheColorThere_data() { eachLight(); }
+    void aReleaseElsewhereTakesTheColorThere()
+    {
+        QFETCH(int, index);
+        HueField *const hues = field(index);
+        moveTo(hues->mapToGlobal(QPoint(30, 30)));
+        QTRY_VERIFY(hues->underMouse());
+        xdotool({"mousedown", "1"});
+        QTRY_VERIFY(written(index).saturation() > 100);
+        moveTo(other.mapToGlobal(QPoint(21, 11)));
+        xdotool({"mouseup", "1"});
+        QTRY_COMPARE(page->color(LightCases[index]), Elsewhere);
+        QCOMPARE(written(index), Elsewhere);
+        // The pointer lets go of the field with it.
+        const int writes = int(fake.updates().size());
+        moveTo(page->page->mapToGlobal(QPoint(560, 40)));
+        xdotool({"click", "1"});
+        QCoreApplication::processEvents();
+        QCOMPARE(page->color(LightCases[index]), Elsewhere);
+        QCOMPARE(int(fake.updates().size()), writes);
+    }
+
+    void aSilentMouseKeepsTheColor_data() { eachLight(); }
+    void aSilentMouseKeepsTheColor()
+    {
+        QFETCH(int, index);
+        QSignalSpy notice(PostMsg::instance(), &PostMsg::SigMouseOffLineo);
+        const QColor before = page->color(LightCases[index]);
+        fake.setOnline("dev", false);
+        moveTo(field(index)->mapToGlobal(QPoint(50, 50)));
+        xdotool({"click", "1"});
+        QTRY_COMPARE(notice.count(), 1);
+        QCOMPARE(page->color(LightCases[index]), before);
+        QVERIFY(fake.updates().empty());
+    }
+};
+
+class tst_RealPickDouble : public tst_RealPick
+{
+    Q_OBJECT
+};
+
+TEST_CLASS(tst_RealPick, fixture::ShippedLooks)
+TEST_CLASS(tst_RealPickDouble, Double)
+
+#include "tst_realpick.moc"

@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// A recording with a real keyboard on a real X server: every key under two layouts, held keys, modifiers,
+// keys that would press a button, and keys that come fast.
+#include "macro/RecordingKeys.h"
+#include "presentation/Notices.h"
+#include "tests/widget/macro/MacroPage.h"
+
+#include <QProcess>
+namespace
+{
+
+constexpr int Offset = 8;
+constexpr int A = 30, B = 48, Y = 21, LeftShift = 42, RightShift = 54, LeftAlt = 56, RightAlt = 100,
+              Space = 57, Enter = 28, Escape = 1, Tab = 15, F2 = 60, Delete = 111, LeftCtrl = 29, R = 19;
+
+void run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    QVERIFY2(process.waitForFinished() && process.exitCode() == 0, qPrintable(process.errorString()));
+}
+
+// The server's number has two digits or more, since one digit is a key's name to the tool. Esc has one.
+QString serverKey(int evdev) { return evdev == Escape ? "Escape" : QString::number(evdev + Offset); }
+void send(int evdev, bool down)
+{
+    run("xdotool", {down ? "keydown" : "keyup", "--delay", "0", serverKey(evdev)});
+}
+void type(const QVector<int> &keys, const char *pause = "0")
+{
+    QStringList arguments;
+    for (const int key : keys)
+        for (const char *move : {"keydown", "keyup"})
+            arguments << move << "--delay" << pause << serverKey(key);
+    run("xdotool", arguments);
+}
+
+} // namespace
+
+class tst_RealMacroKeys : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<MacroPage> made;
+
+    const MacroPage &page() const { return *made; }
+    QStringList events() const // without the delays
+    {
+        QStringList rows = page().rows().split(' ');
+        rows.erase(
+            std::remove_if(rows.begin(), rows.end(), [](const QString &row) { return row.contains("ms"); }),
+            rows.end());
+        return rows;
+    }
+    // The server tells of a new layout in its own time.
+    void layout(const char *name, const QString &typed)
+    {
+        run("setxkbmap", {name});
+        QLineEdit probe;
+        probe.show();
+        probe.activateWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), probe.windowHandle());
+        QTRY_VERIFY_WITH_TIMEOUT((type({Y}), QCoreApplication::processEvents(), probe.text().endsWith(typed)),
+                                 10000);
+        probe.hide();
+        page().page->activateWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), page().page->windowHandle());
+        QCoreApplication::processEvents();
+    }
+
+private slots:
+    void init()
+    {
+        made = std::make_unique<MacroPage>(
+            QVector<QPair<QString, QByteArray>>{{"Alpha", "1\n"}, {"Beta", "1\n"}});
+        page().page->activateWindow();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), page().page->windowHandle());
+        page().choose("Alpha");
+    }
+    void cleanup()
+    {
+        made.reset();
+        run("setxkbmap", {"us"});
+    }
+
+    // A macro names the physical key, whatever the layout makes of it.
+    void theLayoutDoesNotMatter_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::newRow("us") << "y";
+        QTest::newRow("de") << "z";
+    }
+    void theLayoutDoesNotMatter()
+    {
+        QFETCH(QString, typed);
+        layout(QTest::currentDataTag(), typed);
+        page().button("StartRecord")->click();
+        type({Y, LeftShift, RightAlt, LeftAlt});
+        QTRY_COMPARE(events(),
+                     QStringList({"+Y", "-Y", "+LShift", "-LShift", "+RAlt", "-RAlt", "+LAlt", "-LAlt"}));
+    }
+
+    void modifiersOfBothSides()
+    {
+        page().button("StartRecord")->click();
+        send(LeftShift, true);
+        send(RightShift, true);
+        type({A});
+        send(LeftShift, false);
+        send(RightShift, false);
+        QTRY_COMPARE(events(), QStringList({"+LShift", "+RShift", "+A", "-A", "-LShift", "-RShift"}));
+    }
+
+    // The server repeats the key that went down last; one that repeats again after another is still one
+    // press.
+    void heldKeysAreOnePress()
+    {
+        page().button("StartRecord")->click();
+        int repeats = 0;
+        for (RecordingKeys *keys : page().page->findChildren<RecordingKeys *>())
+            connect(keys, &RecordingKeys::keyEvent, this,
+                    [&](int, bool down, bool again) { repeats += down && again; });
+        send(A, true);
+        QTRY_VERIFY(repeats >= 3);
+        type({B});
+        send(A, false);
+        QTRY_VERIFY2(events() == QStringList({"+A", "+B", "-B", "-A"}), qPrintable(page().rows()));
+    }
+
+    void keysDoNothingElse()
+    {
+        page().button("StartRecord")->click();
+        const QWidget *focused = QApplication::focusWidget();
+        QStringList wanted;
+        const std::pair<int, const char *> keys[] = {{Space, "Space"}, {Enter, "Enter"}, {Escape, "Esc"},
+                                                     {Tab, "Tab"},     {F2, "F2"},       {Delete, "Del"},
+                                                     {LeftAlt, "LAlt"}};
+        for (const auto &[key, name] : keys) {
+            type({key});
+            wanted << QString("+") + name << QString("-") + name;
+        }
+        send(LeftCtrl, true);
+        type({R});
+        send(LeftCtrl, false);
+        wanted << "+LCtrl"
+               << "+R"
+               << "-R"
+               << "-LCtrl";
+        QTRY_COMPARE(events(), wanted);
+        QCOMPARE(QApplication::focusWidget(), focused);
+        QVERIFY(MacroRecording && page().page->isVisible() && !QApplication::activeModalWidget());
+        QCOMPARE(page().names(), QStringList({"Alpha", "Beta"}));
+        QCOMPARE(page().selected(), QString("Alpha"));
+    }
+
+    // Faster than hands: none is lost, and all are in order.
+    void fastKeys()
+    {
+        page().button("StartRecord")->click();
+        type(QVector<int>(30, A), "2");
+        QStringList wanted;
+        for (int i = 0; i < 30; ++i)
+            wanted << "+A"
+                   << "-A";
+        QTRY_COMPARE(events(), wanted);
+        QCOMPARE(page().events()->count(), 119);
+        for (int row = 1; row < 119; row += 2)
+            QVERIFY(page().events()->item(row)->text().endsWith("ms"));
+    }
+};
+
+TEST_CLASS(tst_RealMacroKeys, MacroSetUp)
+
+#include "tst_realmacrokeys.moc"

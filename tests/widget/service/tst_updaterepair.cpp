@@ -1,0 +1,353 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The dialog of upgrade and repair: its forms, what each word of the hub does to it, its ways out, and the
+// repair from the check to the end.
+#include "tests/widget/service/UpgradeFixture.h"
+
+using namespace fixture;
+
+class tst_UpDateRepair : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeHidUsb &fake = FakeHidUsb::instance();
+    std::unique_ptr<UpDateRepair> dialog;
+    std::unique_ptr<DialogParts> parts;
+    QList<int> bar;
+
+    // Shows the dialog as the selection page does.
+    void openRepair(const QString &record, std::vector<DeviceAllInfo> attached, int boots = 1)
+    {
+        UpdateFailRecord::store(record);
+        fake.setUpgrade(boots, true);
+        dialog->setAttached(std::move(attached));
+        dialog->resetForm();
+        dialog->show();
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+    }
+    static bool isOver() { return !RepairRunning && NotUpgrading; }
+
+private slots:
+    void init()
+    {
+        beginUpgrade();
+        dialog = std::make_unique<UpDateRepair>();
+        parts = std::make_unique<DialogParts>(*dialog);
+        bar.clear();
+        connect(parts->bar, &QProgressBar::valueChanged, this, [this](int value) { bar << value; });
+    }
+    void cleanup()
+    {
+        QTRY_VERIFY(fake.idle());
+        dialog.reset();
+        QCoreApplication::processEvents();
+    }
+
+    // ---- Forms
+
+    void itsForms()
+    {
+        QVERIFY(parts->offersStart() && parts->bar->isHidden() && parts->message->text().isEmpty());
+        QVERIFY(!parts->cancel->isHidden());
+        dialog->readyForm();
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate) && parts->offersStart());
+        dialog->busyForm();
+        QVERIFY(parts->says(UpgradeText::WarnUpdate) && !parts->bar->isHidden());
+        QVERIFY(parts->main->isHidden() && parts->cancel->isHidden());
+        QVERIFY(!parts->main->isEnabled() && !parts->cancel->isEnabled() && !parts->close->isEnabled());
+        dialog->noticeForm(UpgradeText::MultiDongle);
+        QVERIFY(parts->says(UpgradeText::MultiDongle) && parts->mainSays("OK") && parts->bar->isHidden());
+        QVERIFY(parts->hasWayOut() && !parts->cancel->isHidden());
+        dialog->resetForm();
+        QVERIFY(parts->offersStart() && parts->message->text().isEmpty());
+    }
+
+    void everyTextIsThere()
+    {
+        for (const UpgradeTextRow &row : UpgradeTextRows)
+            QVERIFY2(!told(row.text).isEmpty(), row.key);
+    }
+
+    void wordsOfTheHub_data()
+    {
+        QTest::addColumn<int>("word");
+        QTest::addColumn<int>("text");
+        QTest::addColumn<int>("percent");
+        QTest::addColumn<bool>("ok");
+        QTest::addColumn<bool>("buttons");
+        QTest::newRow("0, percent") << 0 << int(UpgradeText::WarnUpdate) << 30 << false << false;
+        QTest::newRow("1, failure") << 1 << int(UpgradeText::DialogUpgradeFail) << 20 << true << true;
+        QTest::newRow("2, success") << 2 << int(UpgradeText::DialogUpgradeSuccess) << 100 << true << true;
+        QTest::newRow("3, no cancel") << 3 << int(UpgradeText::WarnUpdate) << 20 << false << false;
+        QTest::newRow("4, no cancel") << 4 << int(UpgradeText::WarnUpdate) << 0 << false << false;
+        QTest::newRow("5, failure half way")
+            << 5 << int(UpgradeText::DialogUpgradeFail) << 50 << true << true;
+        QTest::newRow("6, failed repair") << 6 << int(UpgradeText::DialogUpgradeFail) << 20 << false << true;
+        QTest::newRow("7, none") << 7 << int(UpgradeText::WarnUpdate) << 20 << false << false;
+    }
+    void wordsOfTheHub()
+    {
+        QFETCH(int, word);
+        QFETCH(int, text);
+        QFETCH(int, percent);
+        QFETCH(bool, ok);
+        QFETCH(bool, buttons);
+        dialog->busyForm();
+        emit PostMsg::instance()->SigProgress(20, 0);
+        emit PostMsg::instance()->SigProgress(30, word);
+        QVERIFY(parts->says(UpgradeText(text)));
+        QCOMPARE(parts->bar->value(), percent);
+        QCOMPARE(parts->mainSays("OK"), ok);
+        QCOMPARE(!parts->main->isHidden() && parts->main->isEnabled(), buttons);
+        QCOMPARE(!parts->cancel->isHidden() && parts->cancel->isEnabled(), buttons);
+        QCOMPARE(parts->close->isEnabled(), buttons);
+    }
+
+    void threeAndFourHideCancel()
+    {
+        for (const int word : {3, 4}) {
+            dialog->readyForm();
+            QVERIFY(!parts->cancel->isHidden());
+            emit PostMsg::instance()->SigProgress(0, word);
+            QVERIFY(parts->cancel->isHidden() && !parts->main->isHidden());
+        }
+    }
+
+    void aLanguageChangeKeepsTheMessage()
+    {
+        dialog->noticeForm(UpgradeText::NoUSB);
+        const QString before = parts->message->text();
+        parts->message->setText(QStringLiteral("?"));
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(parts->message->text(), before);
+    }
+
+    // ---- Ways out
+
+    void closing_data()
+    {
+        QTest::addColumn<int>("percent"); // -1: the bar does not show
+        QTest::addColumn<int>("page");
+        QTest::addColumn<int>("newVersion");
+        QTest::addColumn<int>("left");
+        QTest::newRow("before a start") << -1 << 1 << 0 << 0;
+        QTest::newRow("success") << 100 << 1 << 1 << 0;
+        QTest::newRow("success on the selection page") << 100 << 0 << 1 << 0;
+        QTest::newRow("failure") << 40 << 1 << 0 << 1;
+        QTest::newRow("failure on the selection page") << 40 << 0 << 0 << 0;
+    }
+    void closing()
+    {
+        QFETCH(int, percent);
+        QFETCH(int, page);
+        QFETCH(int, newVersion);
+        QFETCH(int, left);
+        for (QToolButton *button : {parts->close, parts->cancel, parts->main}) {
+            if (button == parts->main && percent < 0)
+                continue;
+            OnDevicePage = page;
+            dialog->readyForm();
+            if (percent >= 0) {
+                dialog->busyForm();
+                emit PostMsg::instance()->SigProgress(percent, 0);
+                emit PostMsg::instance()->SigProgress(0, percent == 100 ? 2 : 1);
+            }
+            dialog->show();
+            QVERIFY(UpgradeDialogOpen);
+            QSignalSpy told(PostMsg::instance(), &PostMsg::SigSetNewVer);
+            QSignalSpy gone(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
+            button->click();
+            QVERIFY(dialog->isHidden() && !UpgradeDialogOpen);
+            QCOMPARE(told.count(), newVersion);
+            QCOMPARE(gone.count(), left);
+        }
+    }
+
+    void closingIsIgnoredWhileItWrites()
+    {
+        dialog->readyForm();
+        dialog->show();
+        RepairBusy = true;
+        dialog->on_CloseButton_clicked();
+        dialog->on_NewHong_clicked();
+        dialog->close();
+        QVERIFY(dialog->isVisible());
+        RepairBusy = false;
+        dialog->on_CloseButton_clicked();
+        QVERIFY(dialog->isHidden());
+    }
+
+    void theMainButton()
+    {
+        QSignalSpy started(PostMsg::instance(), &PostMsg::SigUpdateStart);
+        OnDevicePage = 1;
+        dialog->readyForm();
+        dialog->show();
+        QTest::keyClick(dialog.get(), Qt::Key_Return);
+        QCOMPARE(started.count(), 1);
+        QVERIFY(dialog->isVisible());
+        dialog->noticeForm(UpgradeText::NoUSB);
+        QTest::keyClick(dialog.get(), Qt::Key_Enter);
+        QCOMPARE(started.count(), 1);
+        QVERIFY(dialog->isHidden());
+        dialog->readyForm();
+        dialog->show();
+        QTest::keyClick(dialog.get(), Qt::Key_Escape);
+        QVERIFY(dialog->isHidden());
+        QCOMPARE(started.count(), 1);
+    }
+
+    // ---- Repair
+
+    void aRepair_data()
+    {
+        QTest::addColumn<QString>("record");
+        QTest::addColumn<QString>("files");
+        QTest::addColumn<QStringList>("records"); // at each start
+        QTest::addColumn<QString>("bar");
+        QTest::newRow("of the receiver")
+            << ReceiverFailed << "receiver" << QStringList{ReceiverFailed} << "40 100";
+        QTest::newRow("of the receiver, then the mouse")
+            << ReceiverFailed << "receiver mouse" << QStringList{ReceiverFailed, MouseFailed} << "20 70 100";
+        QTest::newRow("of the mouse") << MouseFailed << "mouse" << QStringList{MouseFailed} << "40 100";
+        QTest::newRow("of the mouse, behind its receiver")
+            << MouseFailed << "receiver mouse" << QStringList{MouseFailed, MouseFailed} << "20 70 100";
+    }
+    void aRepair()
+    {
+        QFETCH(QString, record);
+        QFETCH(QString, files);
+        QFETCH(QStringList, records);
+        QFETCH(QString, bar);
+        for (const char *name : {"receiver", "mouse"})
+            if (!files.split(' ').contains(name))
+                QFile::remove(firmware::folder() + name + ".bin");
+        QStringList seen;
+        fake.setHook([&seen](const std::string &name) {
+            if (name == "UsbUpgrade_Start")
+                seen << UpdateFailRecord::storedText();
+        });
+        const bool mouseFailed = record == QLatin1String(MouseFailed);
+        QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
+        openRepair(record, {mouseFailed ? receiverInfo() : mouseInfo()});
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate) && parts->offersStart());
+        parts->main->click();
+        QVERIFY(dialog->isBusy() && !NotUpgrading);
+        for (int stage = 1; stage <= records.size(); ++stage) {
+            QTRY_COMPARE(starts(), stage);
+            progress(40);
+            QTRY_VERIFY(RepairBusy);
+            succeed();
+        }
+        QTRY_VERIFY(!dialog->isBusy());
+        fake.setHook({});
+        QVERIFY(isOver() && !RepairBusy);
+        QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess) && parts->hasWayOut());
+        QCOMPARE(seen, records);
+        QCOMPARE(UpdateFailRecord::storedText(), QString());
+        QStringList shown;
+        for (const int value : qAsConst(this->bar))
+            shown << QString::number(value);
+        QCOMPARE(shown.join(' '), bar);
+        QCOMPARE(button.last().at(0).toBool(), true);
+        QVERIFY(fake.count("UsbFinderC_SetDongleIDToMouse") > 0);
+    }
+
+    void aFailedRepair_data()
+    {
+        QTest::addColumn<QString>("record");
+        QTest::addColumn<int>("stage");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("of the receiver") << ReceiverFailed << 1 << ReceiverFailed;
+        QTest::newRow("of the mouse behind the receiver") << ReceiverFailed << 2 << MouseFailed;
+        QTest::newRow("of the receiver in front of the mouse") << MouseFailed << 1 << ReceiverFailed;
+        QTest::newRow("of the mouse") << MouseFailed << 2 << MouseFailed;
+    }
+    void aFailedRepair()
+    {
+        QFETCH(QString, record);
+        QFETCH(int, stage);
+        QFETCH(QString, written);
+        const bool mouseFailed = record == QLatin1String(MouseFailed);
+        openRepair(record, {mouseFailed ? receiverInfo() : mouseInfo()});
+        QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
+        parts->main->click();
+        for (int each = 1; each <= stage; ++each) {
+            QTRY_COMPARE(starts(), each);
+            if (each < stage)
+                succeed();
+            else
+                fail();
+        }
+        QTRY_VERIFY(!dialog->isBusy());
+        QVERIFY(isOver() && parts->says(UpgradeText::DialogUpgradeFail) && parts->hasWayOut());
+        QCOMPARE(UpdateFailRecord::storedText(), written);
+        QCOMPARE(button.last().at(0).toBool(), false);
+        QCOMPARE(starts(), stage);
+    }
+
+    void aMouseThatIsNotThereIsLeftOut()
+    {
+        openRepair(ReceiverFailed, {mouseInfo()});
+        parts->main->click();
+        QTRY_COMPARE(starts(), 1);
+        fake.setDevices({device(ReceiverPath, 6, Receiver8K)});
+        fake.setUpgrade(0, true);
+        succeed();
+        QTRY_VERIFY(!dialog->isBusy());
+        QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess));
+        QCOMPARE(starts(), 1);
+        QCOMPARE(UpdateFailRecord::storedText(), QString());
+    }
+
+    void theFileGoneBehindTheCheckIsTold()
+    {
+        openRepair(ReceiverFailed, {mouseInfo()});
+        firmware::clear();
+        parts->main->click();
+        QVERIFY(parts->says(UpgradeText::ErrorFile) && parts->hasWayOut());
+        QVERIFY(isOver());
+        QCOMPARE(starts(), 0);
+        QCOMPARE(UpdateFailRecord::storedText(), QString(ReceiverFailed));
+    }
+
+    // The dialog follows what is plugged in.
+    void theCheckRunsAgain()
+    {
+        openRepair(MouseFailed, {}, 0);
+        QVERIFY(parts->says(UpgradeText::NoRecieve) && parts->hasWayOut());
+        openRepair(ReceiverFailed, {}, 0);
+        QVERIFY(parts->says(UpgradeText::NoUSB));
+        fake.setUpgrade(1, true);
+        dialog->setAttached({mouseInfo()});
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate) && parts->offersStart());
+    }
+
+    void aRunningRepairIsNotCheckedAgain()
+    {
+        QFile::remove(firmware::folder() + QStringLiteral("mouse.bin"));
+        openRepair(ReceiverFailed, {mouseInfo()});
+        parts->main->click();
+        dialog->setAttached({});
+        emit PostMsg::instance()->SigRepairCheckUpdate(); // before the first answer
+        QVERIFY(parts->says(UpgradeText::WarnUpdate) && dialog->isBusy());
+        QTRY_COMPARE(starts(), 1);
+        succeed();
+        QTRY_VERIFY(!dialog->isBusy());
+        emit PostMsg::instance()->SigRepairCheckUpdate(); // of the device that has come back
+        QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess));
+    }
+
+    void aSenselessRecordIsRemoved()
+    {
+        openRepair(QStringLiteral("211,8,18"), {mouseInfo()});
+        QVERIFY(parts->says(UpgradeText::Error1) && parts->hasWayOut());
+        QCOMPARE(UpdateFailRecord::storedText(), QString());
+    }
+};
+
+TEST_CLASS(tst_UpDateRepair, fixture::UpgradeLooks)
+#include "tst_updaterepair.moc"

@@ -1,0 +1,493 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The upgrade from the settings page: offers, gate, steps of both targets and every end that a run may have.
+#include "service/UpgradeFlow.h"
+#include "tests/widget/service/UpgradeFixture.h"
+
+using namespace fixture;
+
+namespace
+{
+
+struct Page final : UpgradePage {
+    QWidget *place() override { return &widget; }
+    QString shownVersion(int target) const override { return target == TargetMouse ? mouse : receiver; }
+    void showMark(int target, bool shown) override
+    {
+        (target == TargetMouse ? mouseMark : receiverMark) = shown;
+    }
+    void showWaiting(bool shown) override { waits = shown; }
+    void showUpToDate() override { upToDate = true; }
+    bool isUpToDate() const override { return upToDate; }
+
+    QWidget widget;
+    QString receiver = QStringLiteral("v1.02");
+    QString mouse = QStringLiteral("v1.05");
+    bool receiverMark = false;
+    bool mouseMark = false;
+    bool waits = false;
+    bool upToDate = false;
+};
+
+enum Count : int { None, One };
+
+} // namespace
+
+class tst_UpgradeFlow : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeHidUsb &fake = FakeHidUsb::instance();
+    std::unique_ptr<Page> page;
+    std::unique_ptr<UpgradeFlow> flow;
+    std::unique_ptr<DialogParts> dialog;
+    QList<int> bar;
+    QMetaObject::Connection barConnection;
+
+    void open()
+    {
+        flow->on_Receive_2_clicked();
+        connect(PostMsg::instance(), &PostMsg::SigUpdateStart, flow.get(), [this] { flow->on_Start(); });
+    }
+    void start()
+    {
+        open();
+        dialog->main->click();
+    }
+    static bool isOver() { return !UpdateBusy && NotUpgrading; }
+    void endStage(int number, void (*end)())
+    {
+        QTRY_COMPARE(starts(), number);
+        progress(40);
+        end();
+    }
+    QString log() const { return dataRoot() + QStringLiteral("/Exception/UpDateLog.txt"); }
+
+private slots:
+    void init()
+    {
+        beginUpgrade();
+        page = std::make_unique<Page>();
+        flow = std::make_unique<UpgradeFlow>(*page);
+        OnDevicePage = 1;
+        for (auto *timer : flow->findChildren<QTimer *>()) {
+            QCOMPARE(timer->interval(), 1000);
+            timer->setInterval(1);
+        }
+        dialog = std::make_unique<DialogParts>(flow->dialog());
+        bar.clear();
+        connect(dialog->bar, &QProgressBar::valueChanged, this, [this](int value) { bar << value; });
+    }
+    void cleanup()
+    {
+        QTRY_VERIFY(fake.idle());
+        flow.reset();
+        page.reset();
+        QCoreApplication::processEvents();
+    }
+
+    // ---- Whole runs
+
+    void bothAreUpgraded()
+    {
+        QStringList records;
+        fake.setHook([&records](const std::string &name) {
+            if (name == "UsbUpgrade_Start")
+                records << UpdateFailRecord::storedText();
+        });
+        QSignalSpy labels(PostMsg::instance(), &PostMsg::SigLabelText);
+        start();
+        QVERIFY(flow->dialog().isBusy());
+        QVERIFY(!NotUpgrading && UpdateBusy);
+        endStage(1, succeed);
+        QTRY_COMPARE(labels.count(), 1);
+        QVERIFY(dialog->says(UpgradeText::WarnUpdate));
+        QVERIFY(!bar.contains(100));
+        endStage(2, succeed);
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+        QVERIFY(dialog->hasWayOut() && dialog->mainSays("OK"));
+        QCOMPARE(bar, (QList<int>{20, 70, 100}));
+        QCOMPARE(records, (QStringList{ReceiverFailed, MouseFailed}));
+        QCOMPARE(UpdateFailRecord::storedText(), QString());
+        QCOMPARE(labels.at(0), (QVariantList{0, QStringLiteral("v1.03")}));
+        QCOMPARE(labels.at(1), (QVariantList{1, QStringLiteral("v1.06")}));
+        QCOMPARE(RegistryStore::instance().value(registry::BaseGroup, QStringLiteral("MouseVer186")),
+                 QStringLiteral("v1.06"));
+        QCOMPARE(fake.count("UsbFinderC_SetDongleIDToMouse"), 1);
+        fake.setHook({});
+    }
+
+    void oneIsUpgraded_data()
+    {
+        QTest::addColumn<QString>("receiver");
+        QTest::addColumn<QString>("mouse");
+        QTest::addColumn<int>("target");
+        QTest::newRow("the receiver") << "v1.02"
+                                      << "v1.06" << TargetReceiver;
+        QTest::newRow("the mouse") << "v1.03"
+                                   << "v1.05" << TargetMouse;
+        QTest::newRow("the mouse, to an older one") << "v1.03"
+                                                    << "v1.07" << TargetMouse;
+    }
+    void oneIsUpgraded()
+    {
+        QFETCH(QString, receiver);
+        QFETCH(QString, mouse);
+        QFETCH(int, target);
+        page->receiver = receiver;
+        page->mouse = mouse;
+        start();
+        endStage(1, succeed);
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+        QCOMPARE(bar, (QList<int>{40, 100}));
+        QCOMPARE(starts(), 1);
+        QCOMPARE(int(UpgradeTarget), target);
+    }
+
+    void theSuccessIsLeftByItsButton()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        start();
+        endStage(1, succeed);
+        QTRY_VERIFY(isOver());
+        QSignalSpy told(PostMsg::instance(), &PostMsg::SigSetNewVer);
+        QSignalSpy left(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
+        dialog->main->click();
+        QCOMPARE(told.count(), 1);
+        QCOMPARE(left.count(), 0);
+        QVERIFY(flow->dialog().isHidden());
+    }
+
+    // ---- Failures
+
+    void aFailure_data()
+    {
+        QTest::addColumn<int>("stage");
+        QTest::addColumn<int>("answer");
+        QTest::newRow("of the receiver") << 1 << 0;
+        QTest::newRow("of the receiver, which refuses") << 1 << 2;
+        QTest::newRow("of the mouse") << 2 << 0;
+        QTest::newRow("of the mouse, which refuses") << 2 << 2;
+    }
+    void aFailure()
+    {
+        QFETCH(int, stage);
+        QFETCH(int, answer);
+        QFile file(log());
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("old") == 3);
+        file.close();
+        start();
+        if (stage == 2)
+            endStage(1, succeed);
+        QTRY_COMPARE(starts(), stage);
+        report(2, uint8_t(answer));
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail));
+        QVERIFY(dialog->hasWayOut() && dialog->mainSays("OK"));
+        QCOMPARE(UpdateFailRecord::storedText(), QString(stage == 1 ? ReceiverFailed : MouseFailed));
+        QCOMPARE(QFileInfo(log()).size(), 0);
+        QVERIFY(!MouseNew && !ReceiverNew);
+        QCOMPARE(starts(), stage); // after the receiver's failure the mouse is not flashed
+        QSignalSpy left(PostMsg::instance(), &PostMsg::SigChangeMainDialog);
+        dialog->main->click();
+        QCOMPARE(left.count(), 1);
+        QVERIFY(flow->dialog().isHidden());
+    }
+
+    void aStartThatTheLayerRefusesLeavesTheRecord_data()
+    {
+        QTest::addColumn<QString>("record");
+        QTest::newRow("none") << "";
+        QTest::newRow("of an earlier failure") << MouseFailed;
+    }
+    void aStartThatTheLayerRefusesLeavesTheRecord()
+    {
+        QFETCH(QString, record);
+        UpdateFailRecord::store(record);
+        fake.setUpgrade(0, false);
+        start();
+        QTRY_VERIFY(isOver());
+        QCOMPARE(starts(), 1);
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail) && dialog->hasWayOut());
+        QCOMPARE(UpdateFailRecord::storedText(), record);
+    }
+
+    void anAnswerBeforeTheFirstTickCounts()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        fake.setHook([](const std::string &name) {
+            if (name == "UsbUpgrade_Start")
+                succeed();
+        });
+        start();
+        QTRY_VERIFY(isOver());
+        fake.setHook({});
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+    }
+
+    void otherBlocksAreIgnored()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        start();
+        QTRY_COMPARE(starts(), 1);
+        fake.upgradeReport({6, 2, 1});
+        fake.upgradeReport({7, 3, 1});
+        progress(30);
+        QTRY_COMPARE(bar, (QList<int>{30}));
+        QVERIFY(flow->dialog().isBusy());
+        succeed();
+        succeed(); // the second one is nobody's
+        QTRY_VERIFY(isOver());
+    }
+
+    // ---- Files and counts
+
+    void noFileIsNoSuccess()
+    {
+        open();
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
+        firmware::clear();
+        dialog->main->click();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::ErrorFile) && dialog->hasWayOut());
+        QCOMPARE(starts(), 0);
+    }
+
+    void aReceiverWithItsFileGoneLeavesTheMouse()
+    {
+        open();
+        QFile::remove(firmware::folder() + QStringLiteral("receiver.bin"));
+        dialog->main->click();
+        endStage(1, succeed);
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+        QCOMPARE(int(UpgradeTarget), TargetMouse);
+    }
+
+    void aWrongCount_data()
+    {
+        QTest::addColumn<QString>("lists"); // after the check
+        QTest::addColumn<int>("boots");
+        QTest::addColumn<int>("text");
+        QTest::newRow("no receiver") << "m" << 0 << int(UpgradeText::NoDevice);
+        QTest::newRow("two receivers") << "mrr" << 0 << int(UpgradeText::SameDevice);
+        QTest::newRow("a receiver and a boot loader") << "mr" << 1 << int(UpgradeText::SameDevice);
+    }
+    void aWrongCount()
+    {
+        QFETCH(QString, lists);
+        QFETCH(int, boots);
+        QFETCH(int, text);
+        open();
+        std::vector<DeviceAllInfo> list;
+        for (const QChar letter : lists)
+            list.push_back(letter == QLatin1Char('m') ? mouseInfo() : receiverInfo());
+        setDeviceList(list);
+        fake.setUpgrade(boots, true);
+        dialog->main->click();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText(text)) && dialog->hasWayOut());
+        QVERIFY(page->receiverMark);
+        QCOMPARE(starts(), 0);
+    }
+
+    void aMouseThatIsPulledBeforeItsTurn()
+    {
+        start();
+        QTRY_COMPARE(starts(), 1);
+        setDeviceList({receiverInfo()});
+        succeed();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail) && dialog->hasWayOut());
+        QCOMPARE(dialog->bar->value(), 50);
+        QCOMPARE(starts(), 1);
+    }
+
+    void aSecondMouseBeforeItsTurnIsWarnedOf()
+    {
+        start();
+        QTRY_COMPARE(starts(), 1);
+        setDeviceList({mouseInfo(), mouseInfo(), receiverInfo()});
+        succeed();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::SameDevice) && dialog->hasWayOut());
+        auto *warning = qobject_cast<NoticeDialog *>(QApplication::activeModalWidget());
+        QVERIFY(warning);
+        QCOMPARE(warning->findChild<QLabel *>(QStringLiteral("label"))->text(),
+                 told(UpgradeText::SameDevice));
+        warning->close();
+        QCOMPARE(starts(), 1);
+    }
+
+    // ---- The gate
+
+    void whatTheCheckSays()
+    {
+        setDeviceList({receiverInfo()});
+        open();
+        QVERIFY(dialog->says(UpgradeText::NoUSB) && dialog->hasWayOut());
+        QVERIFY(dialog->mainSays("OK"));
+        setDeviceList({mouseInfo(), receiverInfo()});
+        flow->SlotCheckUpdate();
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate) && dialog->offersStart());
+        dialog->cancel->click();
+        QVERIFY(flow->dialog().isHidden());
+    }
+
+    void withNothingNewerTheDialogStaysClosed()
+    {
+        page->receiver = QStringLiteral("v1.03");
+        page->mouse = QStringLiteral("v1.06");
+        open();
+        QVERIFY(page->upToDate && flow->dialog().isHidden());
+        page->mouse = QStringLiteral("v1.05");
+        flow->on_Receive_2_clicked(); // says newTips, so a click does nothing
+        QVERIFY(flow->dialog().isHidden());
+        page->upToDate = false;
+        flow->on_Receive_2_clicked();
+        QVERIFY(flow->dialog().isVisible());
+    }
+
+    void whatIsInItsBootLoaderIsFlashed_data()
+    {
+        QTest::addColumn<QString>("record");
+        QTest::addColumn<bool>("both");
+        QTest::newRow("the receiver") << ReceiverFailed << false;
+        QTest::newRow("the receiver, then the mouse") << ReceiverFailed << true;
+        QTest::newRow("the mouse") << MouseFailed << false;
+        QTest::newRow("the receiver, then the mouse that failed") << MouseFailed << true;
+    }
+    void whatIsInItsBootLoaderIsFlashed()
+    {
+        QFETCH(QString, record);
+        QFETCH(bool, both);
+        const bool mouseFailed = record == QLatin1String(MouseFailed);
+        UpdateFailRecord::store(record);
+        const DeviceAllInfo beside = mouseFailed ? receiverInfo() : mouseInfo();
+        setDeviceList({beside});
+        select(beside);
+        if (!both)
+            (mouseFailed ? page->receiver : page->mouse) =
+                mouseFailed ? QStringLiteral("v1.03") : QStringLiteral("v1.06");
+        fake.setUpgrade(1, true);
+        open();
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
+        fake.setUpgrade(mouseFailed && both ? 0 : 1, true);
+        dialog->main->click();
+        QTRY_COMPARE(starts(), 1);
+        fake.setUpgrade(mouseFailed ? 1 : 0, true);
+        succeed();
+        if (both) {
+            QTRY_COMPARE(starts(), 2);
+            succeed();
+        }
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+        QCOMPARE(UpdateFailRecord::storedText(), QString());
+    }
+
+    void aSenselessRecordIsRemoved()
+    {
+        UpdateFailRecord::store(QStringLiteral("211,8,18"));
+        setDeviceList({mouseInfo()});
+        open();
+        QVERIFY(dialog->says(UpgradeText::Error1) && dialog->hasWayOut());
+        QCOMPARE(UpdateFailRecord::storedText(), QString());
+    }
+
+    // ---- While it is busy
+
+    void nothingDisturbsABusyDialog()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        start();
+        QTRY_COMPARE(starts(), 1);
+        progress(30);
+        QTRY_COMPARE(dialog->bar->value(), 30);
+        page->mouse = QStringLiteral("v1.05");
+        flow->showOffers();
+        flow->SlotUpdateFrame(true);
+        flow->SlotUpdateFrame(false);
+        flow->SlotCheckUpdate();
+        flow->on_Receive_2_clicked();
+        flow->on_Start();
+        flow->forgetTargets();
+        flow->on_Mouse_clicked();
+        QVERIFY(!flow->ChechIsUpDate());
+        flow->dialog().close();
+        QTest::keyClick(&flow->dialog(), Qt::Key_Escape);
+        QTest::keyClick(&flow->dialog(), Qt::Key_Return);
+        QVERIFY(flow->dialog().isVisible() && flow->dialog().isBusy());
+        QVERIFY(dialog->says(UpgradeText::WarnUpdate));
+        QCOMPARE(dialog->bar->value(), 30);
+        QVERIFY(!MouseNew);
+        succeed();
+        QTRY_VERIFY(isOver());
+        QCOMPARE(starts(), 1);
+    }
+
+    void aVersionMessageLeavesTheResult()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        start();
+        endStage(1, fail);
+        QTRY_VERIFY(isOver());
+        flow->SlotUpdateFrame(false);
+        flow->SlotUpdateFrame(true);
+        flow->SlotCheckUpdate();
+        QVERIFY(flow->dialog().isVisible() && dialog->says(UpgradeText::DialogUpgradeFail));
+    }
+
+    // ---- Offers
+
+    void offersAreAnnounced_data()
+    {
+        QTest::addColumn<QString>("receiver");
+        QTest::addColumn<QString>("mouse");
+        QTest::addColumn<bool>("waits");
+        QTest::newRow("both") << "v1.02"
+                              << "v1.05" << true;
+        QTest::newRow("receiver") << "v1.02"
+                                  << "v1.06" << true;
+        QTest::newRow("none") << "v1.03"
+                              << "v1.06" << false;
+        QTest::newRow("unknown") << ""
+                                 << "" << false;
+    }
+    void offersAreAnnounced()
+    {
+        QFETCH(QString, receiver);
+        QFETCH(QString, mouse);
+        QFETCH(bool, waits);
+        page->receiver = receiver;
+        page->mouse = mouse;
+        QSignalSpy offers(PostMsg::instance(), &PostMsg::SigAddUpdate);
+        QSignalSpy frame(PostMsg::instance(), &PostMsg::SigUpdateFrame);
+        flow->showOffers();
+        QCOMPARE(page->waits, waits);
+        QCOMPARE(offers.at(0), (QVariantList{0, mouse == QLatin1String("v1.05")}));
+        QCOMPARE(offers.at(1), (QVariantList{1, receiver == QLatin1String("v1.02")}));
+        QCOMPARE(frame.count(), 1);
+        QCOMPARE(frame.at(0).at(0).toBool(), waits);
+        flow->SlotUpdateFrame(waits);
+        QCOMPARE(flow->dialog().isVisible(), waits);
+    }
+
+    void withoutTheFolderNothingIsOffered()
+    {
+        firmware::clear();
+        QSignalSpy frame(PostMsg::instance(), &PostMsg::SigUpdateFrame);
+        flow->showOffers();
+        QCOMPARE(frame.count(), 0);
+        firmware::write(QStringLiteral("mouse.bin"), firmware::Mouse);
+        flow->showOffers();
+        QCOMPARE(frame.count(), 1);
+    }
+};
+
+TEST_CLASS(tst_UpgradeFlow, fixture::UpgradeLooks)
+#include "tst_upgradeflow.moc"
