@@ -60,12 +60,12 @@ void onUpgrade(const uint8_t *data)
 }
 
 // The disk and the search for the device take their time, so the main thread does not wait for them.
-void begin(const QByteArray &image, const QString &record)
+void begin(const QByteArray &image, const UpdateFailRecord &record)
 {
-    const QString before = UpdateFailRecord::storedText();
-    if (UpdateFailRecord::store(record) && startFirmwareUpgrade(image, onUpgrade, TimeoutMs))
+    const QStringList before = UpdateFailRecord::storedTexts();
+    if (record.putFirst() && startFirmwareUpgrade(image, onUpgrade, TimeoutMs))
         return;
-    UpdateFailRecord::store(before);
+    UpdateFailRecord::storeTexts(before);
     end(false, false);
 }
 
@@ -77,7 +77,7 @@ void flashrun::start(const QByteArray &image, const UpdateFailRecord &record, co
         const std::lock_guard lock(run().mutex);
         run().handlers = handlers;
     }
-    std::thread([image, text = record.text()] { begin(image, text); }).detach();
+    std::thread([image, record] { begin(image, record); }).detach();
 }
 
 void flashrun::emptyLog()

@@ -51,6 +51,18 @@ int attachedKind()
     return 0;
 }
 
+// The record of the model that is attached; another model's waits until that one is.
+QString recordBeside(const std::vector<DeviceAllInfo> &devices)
+{
+    const QStringList texts = UpdateFailRecord::storedTexts();
+    for (const QString &text : texts)
+        if (const auto record = UpdateFailRecord::parse(text);
+            record && !devices.empty() && record->mid == devices.front().Mid &&
+            devices.front().Usb == (record->target == TargetReceiver))
+            return text;
+    return texts.value(0);
+}
+
 // ---- On the layer's upgrade thread
 
 void onProgress(int target, int percent)
@@ -60,7 +72,8 @@ void onProgress(int target, int percent)
     emit PostMsg::instance()->SigProgress(start + (isHalf ? percent / 2 : percent), ShowPercent);
 }
 
-void onSuccess(int target, const QString &version)
+// The record of the other target stays: it may wait in its boot loader for its turn.
+void onSuccess(int target, const UpdateFailRecord &record, const QString &version)
 {
     PostMsg *hub = PostMsg::instance();
     if (target == TargetMouse) {
@@ -68,7 +81,7 @@ void onSuccess(int target, const QString &version)
         const QString name = registry::mouseVersionName(catalogue, catalogue.find(UpgradeCid, UpgradeMid));
         RegistryStore::instance().setValue(registry::BaseGroup, name, version);
     }
-    UpdateFailRecord::remove();
+    record.takeAway();
     if (target == TargetMouse)
         WiredMarriage().marry(attachedOfModel({UpgradeCid, UpgradeMid, UpgradeKind}));
     if (target == TargetMouse || Stages == 1)
@@ -81,7 +94,7 @@ void onFailure(int target, const UpdateFailRecord &record, bool started)
 {
     flashrun::emptyLog();
     if (started)
-        UpdateFailRecord::store(record.text());
+        record.putFirst();
     MouseNew = false;
     ReceiverNew = false;
     emit PostMsg::instance()->SigProgress(0, ShowFailure);
@@ -171,7 +184,7 @@ bool UpgradeFlow::ChechIsUpDate()
     if (dialog_.isBusy() || UpdateBusy || RepairRunning)
         return false;
     failedTarget_ = 0;
-    const QString text = UpdateFailRecord::storedText();
+    const QString text = recordBeside(deviceList());
     const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
     const auto image = [this, &record](int target, int kHz, bool anyVersion) {
         ModelFirmware firmware = model();
@@ -187,7 +200,7 @@ bool UpgradeFlow::ChechIsUpDate()
         [&image](int target, int kHz) { return findBootDevices(image(target, kHz, true), BootLoaderLimit); }};
     const GateVerdict verdict = upgradeGate(deviceList(), text, questions);
     if (verdict.recordIsSenseless)
-        UpdateFailRecord::remove();
+        UpdateFailRecord::takeAway(text);
     noNewVersion_ = verdict.text == UpgradeText::newTips;
     if (verdict.connectionKind != 0)
         UpgradeKind = verdict.connectionKind;
@@ -374,7 +387,7 @@ void UpgradeFlow::flash(int target, const QByteArray &image)
                     {[target](int percent) { onProgress(target, percent); },
                      [target, record, version = firmwareVersion(image)](bool succeeded, bool started) {
                          if (succeeded)
-                             onSuccess(target, version);
+                             onSuccess(target, record, version);
                          else
                              onFailure(target, record, started);
                      }});

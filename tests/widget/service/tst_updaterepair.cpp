@@ -288,6 +288,49 @@ private slots:
         QCOMPARE(starts(), stage);
     }
 
+    // Both lie in their boot loaders, and the record names the receiver: at no moment is there no record.
+    void theRecordStandsBetweenTheStages()
+    {
+        openRepair(ReceiverFailed, {});
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate));
+        parts->main->click();
+        QTRY_COMPARE(starts(), 1);
+        fake.setDevices({device(ReceiverPath, 6, Receiver8K)});
+        QStringList seen;
+        fake.setHook([&seen](const std::string &) { seen << UpdateFailRecord::storedText(); });
+        succeed();
+        QTRY_COMPARE(starts(), 2);
+        fake.setHook({});
+        QVERIFY(seen.size() > 2); // questions were asked between the stages
+        QVERIFY2(!seen.contains(QString()), qPrintable(seen.join(' ')));
+        succeed();
+        QTRY_VERIFY(!dialog->isBusy());
+        QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess));
+        QCOMPARE(UpdateFailRecord::storedTexts(), QStringList());
+    }
+
+    // The device that failed last is not at hand; the one before is repaired, and the other one goes on
+    // waiting.
+    void whatIsAtHandIsRepaired()
+    {
+        const QString absent = QStringLiteral("210,8,18,7");
+        QFile::remove(firmware::folder() + QStringLiteral("mouse.bin"));
+        UpdateFailRecord::storeTexts({absent, ReceiverFailed});
+        fake.setUpgrade(1, true);
+        dialog->setAttached({mouseInfo()});
+        dialog->show();
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate));
+        QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
+        parts->main->click();
+        QTRY_COMPARE(starts(), 1);
+        QCOMPARE(UpdateFailRecord::storedTexts(), (QStringList{ReceiverFailed, absent}));
+        succeed();
+        QTRY_VERIFY(!dialog->isBusy());
+        QCOMPARE(UpdateFailRecord::storedTexts(), QStringList(absent));
+        QCOMPARE(button.last().at(0).toBool(), false); // the other one still waits
+    }
+
     void aMouseThatIsNotThereIsLeftOut()
     {
         openRepair(ReceiverFailed, {mouseInfo()});

@@ -380,14 +380,54 @@ private slots:
         dialog->main->click();
         QTRY_COMPARE(starts(), 1);
         fake.setUpgrade(mouseFailed ? 1 : 0, true);
+        const QString other = mouseFailed ? ReceiverFailed : MouseFailed;
+        const bool otherFirst = both && mouseFailed;
+        QCOMPARE(UpdateFailRecord::storedTexts(),
+                 otherFirst ? QStringList({other, record}) : QStringList(record));
+        QStringList between;
+        fake.setHook([&between](const std::string &name) {
+            if (name == "UsbUpgradeC_FindBootDevices")
+                between << UpdateFailRecord::storedText();
+        });
         succeed();
         if (both) {
             QTRY_COMPARE(starts(), 2);
+            fake.setHook({});
+            QCOMPARE(between, QStringList(mouseFailed ? record : QString()));
+            QCOMPARE(UpdateFailRecord::storedTexts(), QStringList(MouseFailed));
             succeed();
         }
         QTRY_VERIFY(isOver());
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
         QCOMPARE(UpdateFailRecord::storedText(), QString());
+    }
+
+    // A mouse of model 7 waits for its repair while a pair of model 6 is upgraded.
+    void anotherModelsRecordStays()
+    {
+        const QString other = QStringLiteral("210,8,18,7");
+        UpdateFailRecord::store(other);
+        start();
+        QTRY_COMPARE(starts(), 1);
+        QCOMPARE(UpdateFailRecord::storedTexts(), (QStringList{ReceiverFailed, other}));
+        succeed();
+        endStage(2, fail);
+        QTRY_VERIFY(isOver());
+        QCOMPARE(UpdateFailRecord::storedTexts(), (QStringList{MouseFailed, other}));
+    }
+
+    // The record that a repair is about is the attached model's, also when another one failed later.
+    void theRecordOfTheAttachedModelCounts()
+    {
+        UpdateFailRecord::storeTexts({QStringLiteral("210,8,18,7"), MouseFailed});
+        setDeviceList({receiverInfo()});
+        select(receiverInfo());
+        page->receiver = QStringLiteral("v1.03");
+        fake.setUpgrade(1, true);
+        start();
+        endStage(1, succeed);
+        QTRY_VERIFY(isOver());
+        QCOMPARE(UpdateFailRecord::storedTexts(), QStringList(QStringLiteral("210,8,18,7")));
     }
 
     void aSenselessRecordIsRemoved()
