@@ -76,12 +76,17 @@ bool mouseIsThere(const Plan &plan)
 
 void flash(const Plan &plan, int target);
 
-void onProgress(int target, int percent)
+void showProgress(int target, int percent)
 {
-    RepairBusy = true;
     const int half = percent / 2;
     const int value = Stages != 2 ? percent : target == TargetMouse ? half + 50 : half;
     emit PostMsg::instance()->SigAutoRepairProgress(value);
+}
+
+void onProgress(int target, int percent)
+{
+    RepairBusy = true;
+    showProgress(target, percent);
 }
 
 void onSuccess(const Plan &plan, int target)
@@ -111,6 +116,7 @@ void onFailure(const Plan &plan, int target, bool started)
 void flash(const Plan &plan, int target)
 {
     UpgradeTarget = target;
+    showProgress(target, 0);
     const FlashHandlers handlers = {[target](int percent) { onProgress(target, percent); },
                                     [plan, target](bool succeeded, bool started) {
                                         if (succeeded)

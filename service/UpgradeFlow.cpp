@@ -201,6 +201,7 @@ bool UpgradeFlow::ChechIsUpDate()
     const GateVerdict verdict = upgradeGate(deviceList(), text, questions);
     if (verdict.recordIsSenseless)
         UpdateFailRecord::takeAway(text);
+    offered_ = verdict;
     noNewVersion_ = verdict.text == UpgradeText::newTips;
     if (verdict.connectionKind != 0)
         UpgradeKind = verdict.connectionKind;
@@ -233,26 +234,55 @@ void UpgradeFlow::on_Start()
     MouseStatus = UpgradeStatus::None;
     following_ = false;
     flashed_ = false;
+    images_ = takeImages();
+    // Half of what was offered would be called a success.
+    if ((offered_.receiverNew && images_->receiver.isEmpty()) ||
+        (offered_.mouseNew && images_->mouse.isEmpty())) {
+        dialog_.noticeForm(UpgradeText::ErrorFile);
+        return;
+    }
     UpgradeTarget = TargetReceiver;
     dialog_.busyForm();
-    const bool mouseAlone = failedTarget_ == TargetMouse &&
-                            model().find(TargetReceiver, currentVersion(TargetReceiver)).isEmpty();
-    if (mouseAlone)
+    if (failedTarget_ == TargetMouse && images_->receiver.isEmpty())
         on_Mouse_clicked();
     else
         startTarget(TargetReceiver);
+}
+
+const QByteArray &UpgradeFlow::Images::of(int target) const
+{
+    return target == TargetReceiver ? receiver : mouse;
+}
+
+UpgradeFlow::Images UpgradeFlow::takeImages() const
+{
+    ModelFirmware firmware = model();
+    const auto find = [this, &firmware](int target) { return firmware.find(target, currentVersion(target)); };
+    Images images{find(TargetReceiver), find(TargetMouse)};
+    for (const int kind : KindsTried) {
+        if (!images.receiver.isEmpty() || UpgradeKind != 0)
+            break;
+        firmware.connectionKind = kind;
+        images.receiver = find(TargetReceiver);
+        if (!images.receiver.isEmpty())
+            UpgradeKind = kind;
+    }
+    return images;
 }
 
 void UpgradeFlow::startTarget(int target)
 {
     if (receiverActive_ || mouseActive_)
         return;
+    if (!images_)
+        images_ = takeImages();
     UpdateBusy = true;
     NotUpgrading = false;
     step_ = Step::Search;
     page_.showMark(TargetReceiver, false);
     page_.showMark(TargetMouse, false);
     UpgradeTarget = target;
+    dialog_.showTarget();
     (target == TargetReceiver ? receiverActive_ : mouseActive_) = true;
     (target == TargetReceiver ? dongleTimer_ : mouseTimer_).start();
 }
@@ -319,20 +349,10 @@ void UpgradeFlow::UpgradeStep(int target)
 
 void UpgradeFlow::search(int target)
 {
-    ModelFirmware firmware = model();
-    bool found = !firmware.find(target, currentVersion(target)).isEmpty();
-    for (const int kind : KindsTried) {
-        if (found || UpgradeKind != 0 || target == TargetMouse)
-            break;
-        firmware.connectionKind = kind;
-        found = !firmware.find(target, currentVersion(target)).isEmpty();
-        if (found)
-            UpgradeKind = kind;
-    }
-    if (found)
-        step_ = Step::Count;
-    else
+    if (images_->of(target).isEmpty())
         endWithNothing(target);
+    else
+        step_ = Step::Count;
 }
 
 int UpgradeFlow::candidates(int target, const QByteArray &image) const
@@ -345,28 +365,26 @@ int UpgradeFlow::candidates(int target, const QByteArray &image) const
     return int(listed) + findBootDevices(image, BootLoaderLimit);
 }
 
+// What the page shows of a receiver may be older than what it runs.
+bool UpgradeFlow::alreadyRuns(const QByteArray &image) const
+{
+    for (const DeviceAllInfo &device : deviceList()) {
+        uint32_t version = 0;
+        if (!device.Usb &&
+            UsbFinderC_GetSlaveVersion(device.DevicePath.toLocal8Bit().constData(), &version) &&
+            versionText(version) == firmwareVersion(image))
+            return true;
+    }
+    return false;
+}
+
 void UpgradeFlow::count(int target)
 {
-    QString version = currentVersion(target);
-    QByteArray image = model().find(target, version);
-    if (image.isEmpty()) {
-        endWithNothing(target);
-        return;
-    }
+    const QByteArray &image = images_->of(target);
     const int found = candidates(target, image);
-    if (found != 1) {
+    if (found != 1)
         endWithCount(target, found);
-        return;
-    }
-    for (const DeviceAllInfo &device : deviceList()) {
-        uint32_t slave = 0;
-        if (target != TargetReceiver || device.Usb || target == failedTarget_ ||
-            !UsbFinderC_GetSlaveVersion(device.DevicePath.toLocal8Bit().constData(), &slave))
-            continue;
-        version = versionText(slave);
-        image = model().find(target, version);
-    }
-    if (image.isEmpty())
+    else if (target == TargetReceiver && target != failedTarget_ && alreadyRuns(image))
         endWithNothing(target);
     else
         flash(target, image);
@@ -460,6 +478,7 @@ void UpgradeFlow::endRun()
     if (!RepairRunning) // the user may have gone on to the repair between the result and this step
         NotUpgrading = true;
     failedTarget_ = 0;
+    images_.reset();
     const auto is = [](UpgradeStatus status) { return ReceiverStatus == status || MouseStatus == status; };
     if (dialog_.isBusy() && !RepairRunning) {
         if (is(UpgradeStatus::Failed))

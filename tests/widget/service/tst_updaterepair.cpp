@@ -128,7 +128,7 @@ private slots:
 
     void closing_data()
     {
-        QTest::addColumn<int>("percent"); // -1: the bar does not show
+        QTest::addColumn<int>("percent"); // -1: the bar does not show; -100: full, and then it failed
         QTest::addColumn<int>("page");
         QTest::addColumn<int>("newVersion");
         QTest::addColumn<int>("left");
@@ -137,6 +137,7 @@ private slots:
         QTest::newRow("success on the selection page") << 100 << 0 << 1 << 0;
         QTest::newRow("failure") << 40 << 1 << 0 << 1;
         QTest::newRow("failure on the selection page") << 40 << 0 << 0 << 0;
+        QTest::newRow("failure behind the last byte") << -100 << 1 << 0 << 1;
     }
     void closing()
     {
@@ -145,13 +146,13 @@ private slots:
         QFETCH(int, newVersion);
         QFETCH(int, left);
         for (QToolButton *button : {parts->close, parts->cancel, parts->main}) {
-            if (button == parts->main && percent < 0)
+            if (button == parts->main && percent == -1)
                 continue;
             OnDevicePage = page;
             dialog->readyForm();
-            if (percent >= 0) {
+            if (percent != -1) {
                 dialog->busyForm();
-                emit PostMsg::instance()->SigProgress(percent, 0);
+                emit PostMsg::instance()->SigProgress(qAbs(percent), 0);
                 emit PostMsg::instance()->SigProgress(0, percent == 100 ? 2 : 1);
             }
             dialog->show();
@@ -163,6 +164,27 @@ private slots:
             QCOMPARE(told.count(), newVersion);
             QCOMPARE(gone.count(), left);
         }
+    }
+
+    // The offer of an upgrade is about the device page's device.
+    void leavingTheDevicePageClosesTheOffer()
+    {
+        const auto leavePage = [this] {
+            emit PostMsg::instance()->SigMainPageChange();
+            return dialog->isHidden();
+        };
+        const QWidget place;
+        dialog->readyForm();
+        dialog->showForRepair(&place);
+        QVERIFY(!leavePage());
+        dialog->close();
+        dialog->showOver(&place);
+        QVERIFY(leavePage());
+        dialog->showOver(&place);
+        dialog->busyForm();
+        QVERIFY(!leavePage());
+        emit PostMsg::instance()->SigProgress(0, 1);
+        QVERIFY(!leavePage()); // the failure is still to be read
     }
 
     void closingIsIgnoredWhileItWrites()
@@ -210,10 +232,11 @@ private slots:
         QTest::newRow("of the receiver")
             << ReceiverFailed << "receiver" << QStringList{ReceiverFailed} << "40 100";
         QTest::newRow("of the receiver, then the mouse")
-            << ReceiverFailed << "receiver mouse" << QStringList{ReceiverFailed, MouseFailed} << "20 70 100";
+            << ReceiverFailed << "receiver mouse" << QStringList{ReceiverFailed, MouseFailed}
+            << "20 50 70 100";
         QTest::newRow("of the mouse") << MouseFailed << "mouse" << QStringList{MouseFailed} << "40 100";
         QTest::newRow("of the mouse, behind its receiver")
-            << MouseFailed << "receiver mouse" << QStringList{MouseFailed, MouseFailed} << "20 70 100";
+            << MouseFailed << "receiver mouse" << QStringList{MouseFailed, MouseFailed} << "20 50 70 100";
     }
     void aRepair()
     {
@@ -237,6 +260,9 @@ private slots:
         QVERIFY(dialog->isBusy() && !NotUpgrading);
         for (int stage = 1; stage <= records.size(); ++stage) {
             QTRY_COMPARE(starts(), stage);
+            const bool isMouse = files == QLatin1String("mouse") || stage == 2;
+            const char *name = isMouse ? "MouseVersion" : "DongleVersion";
+            QTRY_COMPARE(parts->percent->text(), targetProgress(name, 0));
             progress(40);
             QTRY_VERIFY(RepairBusy);
             succeed();

@@ -101,10 +101,15 @@ private slots:
         start();
         QVERIFY(flow->dialog().isBusy());
         QVERIFY(!NotUpgrading && UpdateBusy);
-        endStage(1, succeed);
+        QTRY_COMPARE(starts(), 1);
+        progress(40);
+        QTRY_COMPARE(dialog->percent->text(), targetProgress("DongleVersion", 40));
+        succeed();
         QTRY_COMPARE(labels.count(), 1);
         QVERIFY(dialog->says(UpgradeText::WarnUpdate));
         QVERIFY(!bar.contains(100));
+        QTRY_COMPARE(starts(), 2);
+        QCOMPARE(dialog->percent->text(), targetProgress("MouseVersion", 0));
         endStage(2, succeed);
         QTRY_VERIFY(isOver());
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
@@ -257,15 +262,39 @@ private slots:
         QCOMPARE(starts(), 0);
     }
 
-    void aReceiverWithItsFileGoneLeavesTheMouse()
+    // Half of what was offered is no success.
+    void aFileGoneBeforeTheStartIsTold_data()
     {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("the receiver's") << "receiver.bin";
+        QTest::newRow("the mouse's") << "mouse.bin";
+    }
+    void aFileGoneBeforeTheStartIsTold()
+    {
+        QFETCH(QString, name);
         open();
-        QFile::remove(firmware::folder() + QStringLiteral("receiver.bin"));
+        QFile::remove(firmware::folder() + name);
         dialog->main->click();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::ErrorFile) && dialog->hasWayOut());
+        QCOMPARE(starts(), 0);
+        firmware::write(QStringLiteral("receiver.bin"), firmware::Receiver);
+        firmware::write(QStringLiteral("mouse.bin"), firmware::Mouse);
+        flow->SlotCheckUpdate();
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate) && dialog->offersStart());
+    }
+
+    // What was there at the start is flashed.
+    void theFilesMayGoDuringTheUpgrade()
+    {
+        start();
+        QTRY_COMPARE(starts(), 1);
+        firmware::clear();
         endStage(1, succeed);
+        endStage(2, succeed);
         QTRY_VERIFY(isOver());
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
-        QCOMPARE(int(UpgradeTarget), TargetMouse);
+        QCOMPARE(bar, (QList<int>{20, 70, 100}));
     }
 
     void aWrongCount_data()
