@@ -31,6 +31,8 @@ constexpr int IdentityTries = 10;
 constexpr int32_t PathsPerPair = 5;
 constexpr int32_t SettingsInterface = 1;
 constexpr int32_t SettingsUsage = 5;
+constexpr int32_t BootInterfaces = 2; // numbers at which boot loaders are looked for, from 0
+constexpr int32_t BootUsage = 0xB0;
 
 QStringList optionList(const char *key)
 {
@@ -143,5 +145,21 @@ std::vector<DeviceAllInfo> findDevices(DeviceFinder finder)
     for (const QString &vid : optionList("VID"))
         for (const QString &pid : productIds)
             appendPair(found, finder, vid, pid);
+    return found;
+}
+
+QStringList findBootLoaders()
+{
+    QStringList found;
+    for (const QString &vid : optionList("VID"))
+        for (const QString &pid : optionList("Boot_PID"))
+            for (int32_t number = 0; number < BootInterfaces; ++number) {
+                int32_t count = PathsPerPair;
+                const char *const *paths = UsbFinderC_FindHidDevicesByDeviceId(
+                    vid.toLatin1().constData(), pid.toLatin1().constData(), number, BootUsage, &count);
+                for (int32_t i = 0; paths && i < qMin(count, PathsPerPair); ++i)
+                    found << QString::fromLocal8Bit(paths[i]);
+            }
+    found.removeDuplicates();
     return found;
 }

@@ -37,3 +37,6 @@ QStringList searchedProductIds();
 // Every path with a VID and PID of the catalogue, in the catalogue's order, at most five for
 // a pair, with path, ids and version filled in. No device is asked.
 std::vector<DeviceAllInfo> findDevices(DeviceFinder finder);
+
+// The paths of the devices that wait for firmware. No device is asked.
+QStringList findBootLoaders();

@@ -55,6 +55,10 @@ DeviceScan scanDevices()
         else
             answers.push_back({device, DeviceMatch::LeftOut});
     }
+    // Without permission no repair reaches them.
+    for (const QString &path : findBootLoaders())
+        if (isRefused(path))
+            scan.refused << path;
     sideBySide(answers, [](Answer &answer) { answer.match = identifyDevice(answer.device); });
     for (const Answer &answer : answers) {
         if (answer.match != DeviceMatch::LeftOut)

@@ -24,6 +24,9 @@ QPointer<UpDateRepair> theDialog;
 
 constexpr int Full = 100;
 constexpr int HalfWay = 50;
+// Of the message.
+constexpr QRect BelowHint{24, 70, 312, 52};
+constexpr QRect Alone{24, 40, 312, 60};
 
 // What SlotProgress() is told.
 enum class Told : int { Percent, Failed, Succeeded, NoCancel, NoCancelAtStart, FailedHalfWay, RepairFailed };
@@ -81,6 +84,7 @@ void UpDateRepair::resetForm()
 {
     setBar(0);
     ui->progressBar_2->hide();
+    ui->percent->hide();
     setMainButton(MainButton::Start);
     say(UpgradeText::None);
     showButtons();
@@ -167,7 +171,6 @@ int UpDateRepair::targetPercent() const
     return UpgradeTarget == TargetMouse ? qMax(0, value - HalfWay) * 2 : qMin(value, HalfWay) * 2;
 }
 
-// The hint stands above every message but the one that says the same.
 void UpDateRepair::writeTexts()
 {
     const auto common = [this](const char *key) {
@@ -179,7 +182,10 @@ void UpDateRepair::writeTexts()
     };
     const QString hint = upgradeText(UpgradeText::WarnUpdate, language_);
     set(ui->ToolText, hint);
-    ui->ToolText->setVisible(!busy_);
+    // The bar stands for the hint: it comes with the start, and what it shows has to be read alone.
+    const bool isHint = ui->progressBar_2->isHidden();
+    ui->ToolText->setVisible(isHint);
+    ui->ToolText_2->setGeometry(isHint ? BelowHint : Alone);
     ui->ToolText_2->setText(upgradeText(text_, language_));
     set(ui->NewHong, common("Cancel"));
     set(ui->NewHong_2, mainButton_ == MainButton::Ok

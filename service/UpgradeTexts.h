@@ -10,28 +10,28 @@
 struct UpgradeTextRow {
     UpgradeText text;
     language::Section section;
-    const char *key;
     language::Word word;
+    const char *key;
 };
 
 // clang-format off
 inline constexpr UpgradeTextRow UpgradeTextRows[] = {
-    {UpgradeText::WarnUpdate, language::Section::home, "WarnUpdate", language::Word::Mouse},
-    {UpgradeText::NotDevice, language::Section::home, "NotDevice", language::Word::Mouse},
-    {UpgradeText::SameDevice, language::Section::home, "SameDevice", language::Word::Mouse},
-    {UpgradeText::DialogUpgradeFail, language::Section::update, "DialogUpgradeFail", language::Word::Mouse},
-    {UpgradeText::DialogUpgradeSuccess, language::Section::update, "DialogUpgradeSuccess", language::Word::Mouse},
-    {UpgradeText::NoRecieve, language::Section::home, "NoRecieve", language::Word::Mouse},
-    {UpgradeText::NoUSB, language::Section::home, "NoUSB", language::Word::Mouse},
-    {UpgradeText::Error1, language::Section::home, "Error1", language::Word::Mouse},
-    {UpgradeText::Error, language::Section::home, "Error", language::Word::Mouse},
-    {UpgradeText::ErrorFile, language::Section::home, "ErrorFile", language::Word::Mouse},
-    {UpgradeText::MultiDongle, language::Section::home, "MultiDongle", language::Word::Mouse},
-    {UpgradeText::MultiMouse, language::Section::home, "MultiMouse", language::Word::Mouse},
-    {UpgradeText::ReadyUpdate, language::Section::home, "ReadyUpdate", language::Word::Mouse},
-    {UpgradeText::NoDevice, language::Section::home, "NoDevice", language::Word::Mouse},
-    {UpgradeText::WiredMode, language::Section::home, "WiredMode", language::Word::Mouse},
-    {UpgradeText::newTips, language::Section::update, "newTips", language::Word::Keyboard},
+    {UpgradeText::WarnUpdate, language::Section::home, language::Word::Mouse, "WarnUpdate"},
+    {UpgradeText::NotDevice, language::Section::home, language::Word::Mouse, "NotDevice"},
+    {UpgradeText::SameDevice, language::Section::home, language::Word::Mouse, "SameDevice"},
+    {UpgradeText::DialogUpgradeFail, language::Section::update, language::Word::Mouse, "DialogUpgradeFail"},
+    {UpgradeText::DialogUpgradeSuccess, language::Section::update, language::Word::Mouse, "DialogUpgradeSuccess"},
+    {UpgradeText::NoRecieve, language::Section::home, language::Word::Mouse, "NoRecieve"},
+    {UpgradeText::NoUSB, language::Section::home, language::Word::Mouse, "NoUSB"},
+    {UpgradeText::Error1, language::Section::home, language::Word::Mouse, "Error1"},
+    {UpgradeText::Error, language::Section::home, language::Word::Mouse, "Error"},
+    {UpgradeText::ErrorFile, language::Section::home, language::Word::Mouse, "ErrorFile"},
+    {UpgradeText::MultiDongle, language::Section::home, language::Word::Mouse, "MultiDongle"},
+    {UpgradeText::MultiMouse, language::Section::home, language::Word::Mouse, "MultiMouse"},
+    {UpgradeText::ReadyUpdate, language::Section::home, language::Word::Mouse, "ReadyUpdate"},
+    {UpgradeText::NoDevice, language::Section::home, language::Word::Mouse, "NoDevice"},
+    {UpgradeText::WiredMode, language::Section::home, language::Word::Mouse, "WiredMode"},
+    {UpgradeText::newTips, language::Section::update, language::Word::Keyboard, "newTips"},
 };
 // clang-format on
 

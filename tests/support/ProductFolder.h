@@ -40,8 +40,8 @@ inline QByteArray smallCatalogue()
 {
     const auto code = ProductFolder::code;
     return "[Option]\nDeviceTotal=3\nVID=" + code("1209") + "\nUSB_PID=" + code("0001") +
-           "\nWireless_PID=" + code("0002") + "\nWireless8_PID=" + code("0005") + "\nCID=" + code("18") +
-           "\nShowBatteryValue=1\n[Drive1]\nMID=6\nSensor=" + code("3395") +
+           "\nWireless_PID=" + code("0002") + "\nBoot_PID=0006,0007\nWireless8_PID=" + code("0005") +
+           "\nCID=" + code("18") + "\nShowBatteryValue=1\n[Drive1]\nMID=6\nSensor=" + code("3395") +
            "\nDPIMaxGrade=6\nKeyNumber=6\nAdveanced=0,2\n[Drive2]\nMID=7\nSensor=" + code("3950") +
            "\nDPIMaxGrade=8\nAdveanced=1,-1\nKeyParam3=0x05,x,183\n[Drive3]\nMID=8\nSensor=" + code("3311") +
            "\nDPIMaxGrade=5\nAdveanced=-1,-1\nKeyParam1=0x05,x,181\n";

@@ -98,6 +98,7 @@ constexpr CatalogueKey CatalogueKeys[] = {
     {"Wireless2_PID", false, nullptr},
     {"Wireless4_PID", false, nullptr},
     {"Wireless8_PID", false, nullptr},
+    {"Boot_PID", false, nullptr},
     {"CID", false, nullptr},
     {"ShowBatteryValue", false, nullptr},
     {"LabelColor", false, nullptr},
@@ -124,8 +125,8 @@ constexpr CatalogueKey CatalogueKeys[] = {
     {"D8M", true, nullptr},
 };
 // Part of the format, and without an effect in any release: a search takes fixed values, and both kinds of
-// transition lead to the same files. Boot_PID is for the rules of udev, which are made from the same file.
-constexpr const char *SilentKeys[] = {"InterfaceId", "DeviceId", "Transition", "Boot_PID"};
+// transition lead to the same files.
+constexpr const char *SilentKeys[] = {"InterfaceId", "DeviceId", "Transition"};
 
 QStringList captured(const QString &sources, const QString &pattern)
 {

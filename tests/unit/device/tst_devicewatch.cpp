@@ -405,6 +405,21 @@ private slots:
         changed();
         QCOMPARE(hub->lines.contains(QStringLiteral("checkupdate")), told);
     }
+
+    // The version of a cable is the mouse's own.
+    void onTheCableTheReceiverBesideItIsAnnounced()
+    {
+        FakeDevice beside = receiver();
+        beside.receiverVersion = 0x0203;
+        layer.setDevices({beside, cable()});
+        select("cable");
+        changed();
+        QVERIFY2(hub->lines.contains("labels v2.03 "), qPrintable(hub->lines.join('|')));
+        layer.setDevices({cable()});
+        hub->lines.clear();
+        changed();
+        QVERIFY2(hub->lines.contains("labels v1.0A "), qPrintable(hub->lines.join('|')));
+    }
 };
 
 TEST_CLASS(tst_devicewatch, testmain::CoreApplication)

@@ -101,6 +101,21 @@ private slots:
         QCOMPARE(prompt(), homeText("PleaseEnter"));
     }
 
+    // It is no device that could be opened, but a repair has to write to it.
+    void aBootLoaderWithoutTheRightIsNamedToo()
+    {
+        build();
+        FakeDevice boot = refused("hidraw5");
+        boot.pid = "0006";
+        plug({boot});
+        QVERIFY(shows("permissionHint"));
+        QVERIFY2(title().contains(QString::fromStdString(boot.path)), qPrintable(title()));
+        QCOMPARE(tileCount(), 0);
+        boot.path = nodes->add("hidraw6", 0600).toStdString();
+        plug({boot});
+        QVERIFY(!shows("permissionHint"));
+    }
+
     void besideTiles()
     {
         build();
