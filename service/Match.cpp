@@ -76,7 +76,7 @@ Match::Match(const AttachedDevices *attached)
     prepare(attached);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     scaleFontsToScreen(this);
-    ui->MatchButton->setFocus();
+    setFocus(); // no button: it would show its ring before anyone has used the keyboard
 }
 
 Match::~Match() = default;

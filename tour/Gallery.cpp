@@ -300,8 +300,10 @@ void Gallery::shootPairing()
         script_.step(line, [outcome] { return pairing::phase() == outcome; });
     };
     plugScene({"pairing", "rlone"});
+    const QString receiver = QStringLiteral("rlone");
     script_.step(
-        "the tile", [] { return true; }, [] { windows::click(QStringLiteral("btn0")); });
+        "the tile", [receiver] { return windows::visible(windows::tileOf(receiver)); },
+        [receiver] { windows::click(windows::tileOf(receiver)); });
     script_.step("the dialog", [] { return windows::shown<Match>() != nullptr; });
     shoot("pairing");
     press("pairing-running");

@@ -127,6 +127,8 @@ private slots:
             std::copy(packet.begin(), packet.end(), reply.begin());
             if (changed >= 0)
                 reply[std::size_t(changed)] = changed == 0 ? 0 : 9;
+            if (changed == 6)
+                reply[7] = uint8_t(3 - 6); // its checksum holds
         });
         QCOMPARE(SendScreenPacket(packet, reply.data()) == reply.data(), attempts == 1);
         fake.setHook(nullptr);

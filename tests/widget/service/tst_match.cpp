@@ -120,6 +120,7 @@ private slots:
         QCOMPARE(matchButton()->shortcut(), QKeySequence(Qt::Key_Space));
         QVERIFY(matchButton()->styleSheet().contains("color: rgb(" + style::color("ButtonColor")));
         QVERIFY(shows("textEdit") && !shows("label"));
+        QCOMPARE(QApplication::focusWidget(), dialog.get());
         QCOMPARE(dialog->findChild<QTextEdit *>("textEdit")->toPlainText(), pairText("DialogPairTips"));
         QCOMPARE(fake.calls().size(), std::size_t(0)); // the watch and the connection are untouched
     }
