@@ -4,10 +4,11 @@
 
 #include "device/FirmwareImage.h"
 #include "environment/DataRoot.h"
+#include "environment/Thread.h"
 
 #include <QFile>
 #include <mutex>
-#include <thread>
+#include <utility>
 
 namespace
 {
@@ -77,7 +78,8 @@ void flashrun::start(const QByteArray &image, const UpdateFailRecord &record, co
         const std::lock_guard lock(run().mutex);
         run().handlers = handlers;
     }
-    std::thread([image, record] { begin(image, record); }).detach();
+    if (!startThread([image, record] { begin(image, record); }))
+        end(false, false);
 }
 
 void flashrun::emptyLog()

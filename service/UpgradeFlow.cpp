@@ -8,8 +8,11 @@
 #include "device/EventDispatch.h"
 #include "device/FirmwareImage.h"
 #include "device/FirmwareSearch.h"
+#include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "environment/DataRoot.h"
+#include "environment/MainThread.h"
+#include "environment/Thread.h"
 #include "hub/PostMsg.h"
 #include "service/FlashRun.h"
 #include "service/ModelDevices.h"
@@ -17,6 +20,7 @@
 #include "service/WiredMarriage.h"
 
 #include <QDir>
+#include <QPointer>
 #include <algorithm>
 
 namespace
@@ -471,12 +475,9 @@ void UpgradeFlow::finish(int target)
         endRun();
 }
 
-// Tells a result where none was told yet. The device has come back, maybe under another path, so the page's
-// watch looks at once.
+// Tells a result where none was told yet.
 void UpgradeFlow::endRun()
 {
-    if (!RepairRunning) // the user may have gone on to the repair between the result and this step
-        NotUpgrading = true;
     failedTarget_ = 0;
     images_.reset();
     const auto is = [](UpgradeStatus status) { return ReceiverStatus == status || MouseStatus == status; };
@@ -488,6 +489,49 @@ void UpgradeFlow::endRun()
         else
             dialog_.noticeForm(UpgradeText::ErrorFile);
     }
-    if (flashed_ && OnDevicePage == 1)
+    if (flashed_)
+        findRestarted();
+    else
+        givePagesBack();
+}
+
+// What was flashed has come back, maybe under another path. The pages are held until the selection points at
+// it, else the watch would take it for another device and leave the page.
+void UpgradeFlow::findRestarted()
+{
+    const ModelFirmware flashed{UpgradeCid, UpgradeMid, UpgradeKind};
+    const auto search = [flow = QPointer<UpgradeFlow>(this), flashed] {
+        const std::vector<DeviceAllInfo> devices = attachedOfModel(flashed);
+        runOnMainThread([flow, devices] {
+            if (flow)
+                flow->takeRestarted(devices);
+        });
+    };
+    if (!startThread(search))
+        takeRestarted({});
+}
+
+void UpgradeFlow::takeRestarted(const std::vector<DeviceAllInfo> &devices)
+{
+    const bool wired = SelectedDevice::info().Usb;
+    const auto isSelected = [wired](const DeviceAllInfo &device) { return device.Usb == wired; };
+    if (OnDevicePage == 1 && !RepairRunning &&
+        std::count_if(devices.cbegin(), devices.cend(), isSelected) == 1) {
+        const auto device = std::find_if(devices.cbegin(), devices.cend(), isSelected);
+        SelectedDevice::set(*device);
+        pointCurrentDeviceAt(device->DevicePath);
+        ReadStartedOnline = false; // a restart ends the connection
+        if (Worker *const worker = Worker::instance())
+            worker->startPass();
+    }
+    givePagesBack();
+}
+
+// The user may have gone on to the repair meanwhile. What was pulled during the run is noticed now.
+void UpgradeFlow::givePagesBack()
+{
+    if (!RepairRunning)
+        NotUpgrading = true;
+    if ((flashed_ || deviceList().empty()) && OnDevicePage == 1)
         StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
 }

@@ -61,6 +61,9 @@ private:
     void flash(int target, const QByteArray &image);
     void finish(int target);
     void endRun();
+    void findRestarted();
+    void takeRestarted(const std::vector<DeviceAllInfo> &devices);
+    void givePagesBack();
     void endWithNothing(int target);
     void endWithCount(int target, int count);
     void showResult(int target);

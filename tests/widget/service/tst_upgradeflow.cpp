@@ -153,6 +153,27 @@ private slots:
         QCOMPARE(int(UpgradeTarget), target);
     }
 
+    // It has come back under another path; until the selection points there, no search may leave the page.
+    void theRestartedMouseIsTheSelectedOne()
+    {
+        page->receiver = QStringLiteral("v1.03");
+        start();
+        QTRY_COMPARE(starts(), 1);
+        fake.setDevices({device("mouse again", 6, Cable8K), device(ReceiverPath, 6, Receiver8K)});
+        bool searchedBefore = false;
+        fake.setHook([&searchedBefore](const std::string &name) {
+            if (name == "UsbFinderC_GetDeviceInfo" && ReceiverStatus != UpgradeStatus::Running)
+                searchedBefore |= !NotUpgrading;
+        });
+        succeed();
+        QTRY_VERIFY(isOver());
+        fake.setHook({});
+        QVERIFY(searchedBefore);
+        QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("mouse again"));
+        QCOMPARE(QString(CurrentDevicePath()), QStringLiteral("mouse again"));
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+    }
+
     void theSuccessIsLeftByItsButton()
     {
         page->mouse = QStringLiteral("v1.06");
@@ -303,6 +324,7 @@ private slots:
         QTest::addColumn<int>("boots");
         QTest::addColumn<int>("text");
         QTest::newRow("no receiver") << "m" << 0 << int(UpgradeText::NoDevice);
+        QTest::newRow("nothing any more") << "" << 0 << int(UpgradeText::NoDevice);
         QTest::newRow("two receivers") << "mrr" << 0 << int(UpgradeText::SameDevice);
         QTest::newRow("a receiver and a boot loader") << "mr" << 1 << int(UpgradeText::SameDevice);
     }
@@ -322,6 +344,8 @@ private slots:
         QVERIFY(dialog->says(UpgradeText(text)) && dialog->hasWayOut());
         QVERIFY(page->receiverMark);
         QCOMPARE(starts(), 0);
+        // The search that saw nothing any more could not leave the page, so there is another one.
+        QCOMPARE(fake.count("StartUsbChanged"), list.empty() ? 1 : 0);
     }
 
     void aMouseThatIsPulledBeforeItsTurn()
