@@ -514,13 +514,18 @@ void Buttoninterface::SlotUpDataMacro(QString MacroName, int index)
 {
     if (index == 0) {
         spinEventLoop(RowsWait);
+        bool lost = false;
+        const QMetaObject::Connection watch =
+            connect(PostMsg::instance(), &PostMsg::SigMouseOffLineo, this, [&lost] { lost = true; });
         for (const int button : buttonsWithCaption(macroCaption(MacroName, LanguageIndex)))
-            emit PostMsg::instance()->SigMacroDownLoadData(MacroName, button);
+            if (!lost) // the others would only repeat the notice
+                emit PostMsg::instance()->SigMacroDownLoadData(MacroName, button);
+        disconnect(watch);
         return;
     }
     for (const int button : buttonsWithCaption(macroCaption(MacroName, LanguageIndex)))
         if (!bindings_.writeMacroCycle(button, macro::cycleByte(ReadCycle(MacroName).toInt())))
-            return; // the others would only repeat the notice
+            return;
 }
 
 void Buttoninterface::SlotMacroRename(QString Rename, QString Name)

@@ -133,7 +133,7 @@ void FunctionPages::addMacroPanel()
     QWidget *const ground = page(Panel::Macros);
     titles_[Panel::Macros] = new QLabel(ground);
     titles_[Panel::Macros]->setGeometry({TitlePlace, QSize(PanelWidth, 24)});
-    auto *area = new QScrollArea(ground);
+    auto *area = macroArea_ = new QScrollArea(ground);
     area->setGeometry({DetailPlace, QSize(PanelWidth, 3 * DetailPitch)});
     area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -180,7 +180,12 @@ void FunctionPages::setLanguage(int index)
     back_->setAccessibleName(back_->toolTip());
 }
 
-void FunctionPages::setTitle(const QString &text) { title_->setText(text); }
+void FunctionPages::setTitle(const QString &text)
+{
+    title_->ensurePolished();
+    title_->setText(title_->fontMetrics().elidedText(text, Qt::ElideRight, title_->width()));
+    title_->setToolTip(title_->text() == text ? QString() : text);
+}
 
 // ---- Selection ----------------------------------------------------------------------------------
 
@@ -220,7 +225,10 @@ void FunctionPages::preselect(const DecodedBinding &decoded, const QString &macr
         button(*decoded.detail)->setChecked(true);
     if (decoded.panel == Panel::Macros)
         for (ActionButton *each : qAsConst(macros_))
-            each->setChecked(each->text() == macro);
+            if (each->text() == macro) {
+                each->setChecked(true);
+                macroArea_->ensureWidgetVisible(each, 0, 0);
+            }
 }
 
 void FunctionPages::focusChosen()

@@ -16,6 +16,7 @@ class ActionButton;
 class QButtonGroup;
 class QGridLayout;
 class QLabel;
+class QScrollArea;
 class QStackedWidget;
 class QToolButton;
 class QWidget;
@@ -71,6 +72,7 @@ private:
     std::map<binding::Panel, QLabel *> titles_;
     QLabel *title_;
     QToolButton *back_;
+    QScrollArea *macroArea_ = nullptr;
     QGridLayout *macroGrid_ = nullptr;
     QList<ActionButton *> macros_;
     QStringList macroNames_;

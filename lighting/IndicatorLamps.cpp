@@ -5,6 +5,7 @@
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
+#include "lighting/LightDevice.h"
 #include "presentation/Edit.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -17,7 +18,6 @@
 namespace
 {
 
-constexpr uint8_t NoAnswer = 0xFF; // no lamp has this choice
 constexpr const char *ItemKeys[] = {"0", "3", "2", "1"};
 constexpr int ResetItems[IndicatorLamps::Count] = {2, 2, 3};
 constexpr int FirstBoxName = 3; // LightMod_3 is the first lamp's
@@ -26,11 +26,10 @@ constexpr const char *LegendColors[IndicatorLamps::Count] = {"#42e81b", "#f5b020
 constexpr const char *LegendDefaults[IndicatorLamps::Count] = {"优秀", "正常", "差"};
 constexpr char LampSheet[] = "QLabel{background-color: %1;border-radius: 6px;}";
 
-constexpr QRect MarkPlace{0, 7, 24, 24};
-constexpr QRect TitlePlace{28, 4, 400, 30};
+constexpr int LampsLeft = 28;
 constexpr QRect TipsPlace{28, 36, 760, 20};
 constexpr int BoxTop = 66;
-constexpr int ColumnPitch = 254;
+constexpr int LampPlacePitch = 254;
 constexpr int CaptionWidth = 44;
 constexpr int BoxWidth = 160;
 constexpr int LegendTop = 108;
@@ -40,16 +39,13 @@ constexpr int LampSize = 12;
 } // namespace
 
 IndicatorLamps::IndicatorLamps(QWidget *parent)
-    : QWidget(parent), mark_(new QLabel(this)), title_(new QLabel(this)), tips_(new QLabel(this))
+    : QWidget(parent), heading_(this, QStringLiteral("indicatorTitle")), tips_(new QLabel(this))
 {
     resize(Size);
-    mark_->setGeometry(MarkPlace);
-    title_->setGeometry(TitlePlace);
-    title_->setObjectName(QStringLiteral("indicatorTitle"));
     tips_->setGeometry(TipsPlace);
     tips_->setText(QStringLiteral("选择接收器上的LED指示灯所传达的信息"));
     for (int i = 0; i < Count; ++i) {
-        const int x = TitlePlace.x() + i * ColumnPitch;
+        const int x = LampsLeft + i * LampPlacePitch;
         auto *caption = new QLabel(QStringLiteral("LED%1").arg(i + 1), this);
         caption->setGeometry(x, BoxTop, CaptionWidth, 30);
         auto *box = new MyConmboBox(this);
@@ -67,7 +63,7 @@ IndicatorLamps::IndicatorLamps(QWidget *parent)
 void IndicatorLamps::buildLegend()
 {
     for (int i = 0; i < Count; ++i) {
-        const int x = TitlePlace.x() + i * LegendPitch;
+        const int x = LampsLeft + i * LegendPitch;
         auto *lamp = new QLabel(this);
         lamp->setGeometry(x, LegendTop + (20 - LampSize) / 2, LampSize, LampSize);
         auto *meaning = new QLabel(QString::fromUtf8(LegendDefaults[i]), this);
@@ -80,9 +76,7 @@ void IndicatorLamps::buildLegend()
 
 void IndicatorLamps::applyStyle()
 {
-    mark_->setStyleSheet(
-        style::labelPicture(style::pictureFolder(QStringLiteral("Light")), QStringLiteral("Title.png")));
-    title_->setStyleSheet(style::heading());
+    heading_.applyStyle();
     tips_->setStyleSheet(style::label(style::color("LinEditColorSecond")));
     for (std::size_t i = 0; i < Count; ++i) {
         captions_[i]->setStyleSheet(style::label(style::color("LabelColor")));
@@ -98,7 +92,7 @@ void IndicatorLamps::setTexts(int language)
         if (!text.isEmpty())
             label->setText(text);
     };
-    setTextOf(title_, language::text(language::Section::light, "receiverLight", language));
+    heading_.setText(language::text(language::Section::light, "receiverLight", language));
     setTextOf(tips_, language::text(language::Section::light, "PreviewLightsTips", language));
     for (std::size_t i = 0; i < Count; ++i) {
         setTextOf(meanings_[i],
@@ -123,9 +117,9 @@ void IndicatorLamps::show(int lamp, int index)
 void IndicatorLamps::read()
 {
     DongleIndicator answer{};
-    answer.Choice[0] = NoAnswer;
+    answer.Choice[0] = NoLightAnswer;
     UsbFinderC_GetDongleIndicatorLed(CurrentDevicePath(), &answer);
-    if (answer.Choice[0] != NoAnswer)
+    if (answer.Choice[0] != NoLightAnswer)
         DongleIndicator_ = answer;
     accepted_ = DongleIndicator_;
     for (int i = 0; i < Count; ++i)

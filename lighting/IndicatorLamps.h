@@ -6,6 +6,7 @@
 #pragma once
 
 #include "device/hidusb/DeviceRecords.h"
+#include "lighting/GroupHeading.h"
 
 #include <QWidget>
 #include <array>
@@ -34,8 +35,7 @@ private:
     void buildLegend();
     void show(int lamp, int index);
 
-    QLabel *mark_;
-    QLabel *title_;
+    GroupHeading heading_;
     QLabel *tips_;
     std::array<QLabel *, Count> captions_{};
     std::array<QComboBox *, Count> boxes_{};

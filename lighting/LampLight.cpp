@@ -111,6 +111,9 @@ void LampLight::buildContents()
     area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area_->verticalScrollBar()->setObjectName(QStringLiteral("verticalScrollBar"));
     area_->setWidget(contents_);
+    // The ground shows through without a sheet on the area, which would style all that the area holds anew.
+    area_->viewport()->setAutoFillBackground(false);
+    contents_->setAutoFillBackground(false);
     mouseCard_->resize(MouseCardSize);
     receiverCard_->resize(ReceiverCardSize);
     lampsCard_->resize(LampsCardSize);
@@ -144,7 +147,7 @@ void LampLight::connectSignals()
 void LampLight::applyStyle()
 {
     const QString sensorPictures = style::pictureFolder(QStringLiteral("Sensor"));
-    area_->setStyleSheet(style::scrollArea());
+    area_->verticalScrollBar()->setStyleSheet(style::scrollArea());
     const auto card = [this](QFrame *frame, const QString &name) {
         frame->setStyleSheet(style::areaPicture(PicturePath_, frame->objectName(), name));
     };

@@ -6,11 +6,6 @@
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
 
-namespace
-{
-constexpr uint8_t NoAnswer = 0xFF; // no receiver has this mode
-}
-
 // ---- The mouse ----------------------------------------------------------------------------------
 
 LightState MouseLight::stateOf(const FlashDataMap &map)
@@ -33,9 +28,9 @@ bool MouseLight::writeColor(const QColor &color)
 bool ReceiverLight::read()
 {
     DongleRgbBar bar{};
-    bar.Mode = NoAnswer;
+    bar.Mode = NoLightAnswer;
     UsbFinderC_GetDongleRGBBarMode(CurrentDevicePath(), &bar);
-    if (bar.Mode == NoAnswer)
+    if (bar.Mode == NoLightAnswer)
         return false;
     DongleRgbBar_ = bar;
     return true;

@@ -11,6 +11,9 @@
 
 #include <QColor>
 
+// Preset in a record of the receiver's that is asked for: no mode and no lamp has this value.
+constexpr uint8_t NoLightAnswer = 0xFF;
+
 // As the records hold it: speed and brightness are a slider's value minus 1.
 struct LightState {
     int mode = 0; // 0: off

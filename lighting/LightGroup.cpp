@@ -38,8 +38,6 @@ namespace
 {
 
 // Where things stand in the group. The columns of the first row are those of the DPI light.
-constexpr QRect MarkPlace{0, 7, 24, 24};
-constexpr QRect TitlePlace{28, 4, 400, 30};
 constexpr QRect ModePlace{28, 40, 152, 30};
 constexpr QRect BrightnessCaptionPlace{196, 40, 84, 30};
 constexpr QRect BrightnessPlace{284, 43, 180, 24};
@@ -56,11 +54,11 @@ constexpr int ReduceX = 238;
 constexpr int BoxX = 274;
 constexpr int AddX = 326;
 constexpr QSize StepSize{32, 32};
-constexpr QRect PresetPlace{380, 78, 220, 20};
+constexpr QRect PresetsPlace{380, 78, 220, 20};
 constexpr int PresetTop = 102;
-constexpr int PresetPitch = 33;
-constexpr int PresetsInRow = 7;
-constexpr QSize PresetSize{28, 28};
+constexpr int PresetStep = 33;
+constexpr int PresetColumns = 7;
+constexpr QSize PresetExtent{28, 28};
 constexpr QRect PreviewCaptionPlace{380, 174, 60, 32};
 constexpr QRect SwatchPlace{444, 176, 62, 28};
 constexpr QRect HexPlace{514, 175, 94, 30};
@@ -78,9 +76,9 @@ constexpr ChannelRow ChannelRows[LightGroup::Channels] = {
     {'B', "B:", "light Blue", "light BlueLess", "light BlueMore"},
 };
 
-constexpr char SwatchSheet[] = "QLabel{background-color: rgb(%1,%2,%3);border: 2px solid  rgb(220,220,220);}";
+constexpr char ColorSheet[] = "QLabel{background-color: rgb(%1,%2,%3);border: 2px solid  rgb(220,220,220);}";
 
-void setTextOf(QLabel *label, const char *key, int language)
+void showText(QLabel *label, const char *key, int language)
 {
     const QString text = language::text(language::Section::light, key, language);
     if (!text.isEmpty())
@@ -90,11 +88,9 @@ void setTextOf(QLabel *label, const char *key, int language)
 } // namespace
 
 LightGroup::LightGroup(const LightNames &names, LightDevice &device, QWidget *parent)
-    : QWidget(parent), names_(names), device_(device)
+    : QWidget(parent), names_(names), device_(device), heading_(this, named("lightTitle"))
 {
     resize(Size);
-    mark_ = add<QLabel>("lightMark", MarkPlace);
-    title_ = add<QLabel>("lightTitle", TitlePlace);
     buildMode();
     buildScales();
     buildColor();
@@ -174,7 +170,7 @@ void LightGroup::buildScales()
 void LightGroup::buildColor()
 {
     customCaption_ = add<QLabel>("customCaption", CustomPlace);
-    presetCaption_ = add<QLabel>("presetCaption", PresetPlace);
+    presetCaption_ = add<QLabel>("presetCaption", PresetsPlace);
     previewCaption_ = addNamed<QLabel>(QLatin1String(names_.previewCaption), PreviewCaptionPlace);
     previewCaption_->setText(QStringLiteral("预览"));
     field_ = addNamed<HueField>(QLatin1String(names_.colorField), FieldPlace);
@@ -221,9 +217,9 @@ void LightGroup::buildPresets()
         const Preset &preset = Presets[i];
         auto *button = new PresetButton(QColor(preset.red, preset.green, preset.blue), this);
         button->setObjectName(named((QByteArray("toolButtonColor") + preset.letter).constData()));
-        button->setGeometry(QRect(QPoint(PresetPlace.x() + int(i) % PresetsInRow * PresetPitch,
-                                         PresetTop + int(i) / PresetsInRow * PresetPitch),
-                                  PresetSize));
+        button->setGeometry(QRect(QPoint(PresetsPlace.x() + int(i) % PresetColumns * PresetStep,
+                                         PresetTop + int(i) / PresetColumns * PresetStep),
+                                  PresetExtent));
         button->setProperty("nameKey", QString::fromLatin1(preset.nameKey));
         connect(button, &QToolButton::clicked, this, [this, button] {
             if (mayChange())
@@ -247,9 +243,7 @@ void LightGroup::buildHex()
 
 void LightGroup::applyStyle()
 {
-    const QString pictures = style::pictureFolder(QStringLiteral("Light"));
-    mark_->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Title.png")));
-    title_->setStyleSheet(style::heading());
+    heading_.applyStyle();
     styleComboBox(mode_, style::pictureFolder(QStringLiteral("Sensor")));
     brightness_.applyStyle();
     speed_.applyStyle();
@@ -270,14 +264,14 @@ void LightGroup::applyStyle()
 
 void LightGroup::setTexts(int language)
 {
-    setTextOf(title_, names_.titleKey, language);
-    setTextOf(brightnessCaption_, "Brightness", language);
-    setTextOf(speedCaption_, "Speed", language);
-    setTextOf(customCaption_, "CustomColor", language);
-    setTextOf(presetCaption_, "Preset", language);
-    setTextOf(previewCaption_, "Preview", language);
+    heading_.setText(language::text(language::Section::light, names_.titleKey, language));
+    showText(brightnessCaption_, "Brightness", language);
+    showText(speedCaption_, "Speed", language);
+    showText(customCaption_, "CustomColor", language);
+    showText(presetCaption_, "Preset", language);
+    showText(previewCaption_, "Preview", language);
     for (std::size_t i = 0; i < channelCaptions_.size(); ++i)
-        setTextOf(channelCaptions_[i], ChannelRows[i].captionKey, language);
+        showText(channelCaptions_[i], ChannelRows[i].captionKey, language);
     const QSignalBlocker silent(mode_);
     for (int i = 0; i < mode_->count(); ++i) {
         const QString mode = language::choice("LightModeOptions", QString::number(i), language);
@@ -339,7 +333,7 @@ void LightGroup::paintColor(const QColor &color)
 void LightGroup::showColor()
 {
     const QColor now = color();
-    swatch_->setStyleSheet(QString::fromLatin1(SwatchSheet).arg(now.red()).arg(now.green()).arg(now.blue()));
+    swatch_->setStyleSheet(QString::fromLatin1(ColorSheet).arg(now.red()).arg(now.green()).arg(now.blue()));
     field_->setColor(now);
     hex_->setText(now.name().toUpper());
     for (PresetButton *preset : presets_)

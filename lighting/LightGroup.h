@@ -6,6 +6,7 @@
 // the device that they write. A refused edit goes back to the last value that the device took. Main thread.
 #pragma once
 
+#include "lighting/GroupHeading.h"
 #include "lighting/LightDevice.h"
 
 #include <QWidget>
@@ -87,8 +88,7 @@ private:
 
     const LightNames &names_;
     LightDevice &device_;
-    QLabel *mark_ = nullptr;
-    QLabel *title_ = nullptr;
+    GroupHeading heading_;
     QComboBox *mode_ = nullptr;
     QLabel *brightnessCaption_ = nullptr;
     QLabel *speedCaption_ = nullptr;

@@ -91,21 +91,26 @@ QRect LightPreview::lampRow() const
 }
 
 // What comes into sight is painted, which starts the motion again.
-void LightPreview::paintEvent(QPaintEvent *)
+void LightPreview::paintEvent(QPaintEvent *event)
 {
     moveOrRest();
     const qint64 now = motionAllowed_ ? clock_.elapsed() : 0;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(style::outlineColor());
-    painter.setBrush(Plate);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), PlateRadius, PlateRadius);
+    if (lampRow().contains(event->rect())) {
+        painter.fillRect(event->rect(), Plate);
+    } else {
+        painter.setPen(style::outlineColor());
+        painter.setBrush(Plate);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), PlateRadius, PlateRadius);
+    }
     painter.setPen(Qt::NoPen);
     const int count = qMax(1, (width() - 2 * SideRoom + LampGap) / LampPitch);
     const int left = (width() - count * LampPitch + LampGap) / 2;
+    const int top = (height() - LampHeight) / 2;
     for (int i = 0; i < count; ++i) {
         const QColor color = lampColor(light_, double(i) / count, now);
-        const QRectF lamp(left + i * LampPitch, (height() - LampHeight) / 2, LampPitch - LampGap, LampHeight);
+        const QRectF lamp(left + i * LampPitch, top, LampPitch - LampGap, LampHeight);
         QColor glow = color;
         glow.setAlpha(GlowAlpha * color.value() / 255);
         painter.setBrush(glow);

@@ -12,7 +12,6 @@
 #include "presentation/language/LanguageTables.h"
 
 #include <QButtonGroup>
-#include <QLabel>
 #include <QSignalBlocker>
 #include <QTextEdit>
 
@@ -33,10 +32,9 @@ constexpr Scheme Schemes[SchemeChoice::Count] = {
 };
 constexpr const char *NameDefaults[SchemeChoice::Count] = {"信号", "电量", "回报率"};
 
-constexpr QRect MarkPlace{0, 7, 24, 24};
-constexpr QRect TitlePlace{28, 4, 400, 30};
-constexpr int ColumnPitch = 258;
-constexpr int ColumnWidth = 244;
+constexpr int SchemesLeft = 28;
+constexpr int SchemePitch = 258;
+constexpr int SchemeWidth = 244;
 constexpr int ButtonTop = 44;
 constexpr int ButtonHeight = 36;
 constexpr int DescriptionTop = 86;
@@ -50,23 +48,20 @@ QString status(const QString &key, int language)
 } // namespace
 
 SchemeChoice::SchemeChoice(QWidget *parent)
-    : QWidget(parent), mark_(new QLabel(this)), title_(new QLabel(this)), group_(new QButtonGroup(this))
+    : QWidget(parent), heading_(this, QStringLiteral("schemeTitle")), group_(new QButtonGroup(this))
 {
     resize(Size);
-    mark_->setGeometry(MarkPlace);
-    title_->setGeometry(TitlePlace);
-    title_->setObjectName(QStringLiteral("schemeTitle"));
     for (int i = 0; i < Count; ++i) {
-        const int x = TitlePlace.x() + i * ColumnPitch;
+        const int x = SchemesLeft + i * SchemePitch;
         auto *button = new QToolButton(this);
         button->setObjectName(QLatin1String(ButtonNames[i]));
-        button->setGeometry(x, ButtonTop, ColumnWidth, ButtonHeight);
+        button->setGeometry(x, ButtonTop, SchemeWidth, ButtonHeight);
         button->setCheckable(true);
         button->setText(QString::fromUtf8(NameDefaults[i]));
         group_->addButton(button, i + 1);
         auto *description = new QTextEdit(this);
         description->setObjectName(QLatin1String(DescriptionNames[i]));
-        description->setGeometry(x, DescriptionTop, ColumnWidth, DescriptionHeight);
+        description->setGeometry(x, DescriptionTop, SchemeWidth, DescriptionHeight);
         description->setReadOnly(true);
         description->setFocusPolicy(Qt::NoFocus);
         description->setFrameShape(QFrame::NoFrame);
@@ -81,8 +76,7 @@ SchemeChoice::SchemeChoice(QWidget *parent)
 void SchemeChoice::applyStyle()
 {
     const QString pictures = style::pictureFolder(QStringLiteral("Light"));
-    mark_->setStyleSheet(style::labelPicture(pictures, QStringLiteral("Title.png")));
-    title_->setStyleSheet(style::heading());
+    heading_.applyStyle();
     const QString label = style::color("LabelColor");
     for (std::size_t i = 0; i < Count; ++i) {
         buttons_[i]->setStyleSheet(
@@ -96,8 +90,7 @@ void SchemeChoice::setTexts(int language)
     const auto light = [language](const char *key) {
         return language::text(language::Section::light, key, language);
     };
-    if (const QString title = light("ReceiverShows"); !title.isEmpty())
-        title_->setText(title);
+    heading_.setText(light("ReceiverShows"));
     const int usual = DeviceCatalogue().list(SelectedDevice::info().DriveIndex, "Adveanced").value(1).toInt();
     for (int i = 0; i < Count; ++i) {
         const Scheme &scheme = Schemes[i];
@@ -110,7 +103,7 @@ void SchemeChoice::setTexts(int language)
         QStringList steps;
         for (const QString &step : QString::fromLatin1(scheme.steps).split(QLatin1Char(' ')))
             steps << status(step, language).replace(QLatin1Char(' '), QChar::Nbsp);
-        const QString text = steps.join(QStringLiteral(" · "));
+        const QString text = steps.join(QChar(QChar::Nbsp) + QStringLiteral("· "));
         descriptions_[std::size_t(i)]->setPlainText(text);
         descriptions_[std::size_t(i)]->setAccessibleName(name);
         buttons_[std::size_t(i)]->setAccessibleDescription(text);

@@ -5,13 +5,13 @@
 #pragma once
 
 #include "device/hidusb/DeviceRecords.h"
+#include "lighting/GroupHeading.h"
 
 #include <QWidget>
 #include <array>
 
 class QAbstractButton;
 class QButtonGroup;
-class QLabel;
 class QTextEdit;
 
 class SchemeChoice : public QWidget
@@ -34,8 +34,7 @@ public:
 private:
     void show(int scheme);
 
-    QLabel *mark_;
-    QLabel *title_;
+    GroupHeading heading_;
     QButtonGroup *group_;
     std::array<QAbstractButton *, Count> buttons_{};
     std::array<QTextEdit *, Count> descriptions_{};

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QPixmap>
 #include <QScreen>
+#include <algorithm>
 
 bool screenCanBeRead() { return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")); }
 
@@ -14,7 +15,9 @@ QColor colorUnderPointer()
 {
     static QColor last;
     const QPoint pointer = QCursor::pos();
-    if (!QGuiApplication::screenAt(pointer))
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    if (std::none_of(screens.begin(), screens.end(),
+                     [&pointer](const QScreen *screen) { return screen->geometry().contains(pointer); }))
         return {};
     // The pointer's place is in the toolkit's pixels, and grabWindow() turns it into those of the screen
     // itself.

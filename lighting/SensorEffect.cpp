@@ -14,7 +14,7 @@
 namespace
 {
 
-enum Mode { Off, Steady, Breathing };
+enum EffectMode { EffectOff, EffectSteady, EffectBreathing };
 
 void setTextOf(QLabel *label, const QString &text)
 {
@@ -38,7 +38,7 @@ SensorEffect::SensorEffect(QWidget *parent) : QFrame(parent), ui(std::make_uniqu
     const auto mouse = LightScale::Owner::Mouse;
     speed_ = {{ui->speedCaption, ui->SpeedH, ui->SpeedSpinBox, ui->SpeedPlaceholder}, mouse};
     light_ = {{ui->lightCaption, ui->LightH, ui->LightSpinBox, ui->LightPlaceholder}, mouse};
-    showMode(Off);
+    showMode(EffectOff);
     onFirstShow(this, [this] { applyStyle(); });
 }
 
@@ -56,8 +56,8 @@ void SensorEffect::applyStyle()
 
 void SensorEffect::showMode(int mode)
 {
-    speed_.setShown(mode == Breathing);
-    light_.setShown(mode == Steady);
+    speed_.setShown(mode == EffectBreathing);
+    light_.setShown(mode == EffectSteady);
 }
 
 void SensorEffect::SetModel(int mode)
@@ -78,8 +78,8 @@ void SensorEffect::SetEffect(const FlashDataMap &map)
     speed_.setEnabled(true);
     light_.setEnabled(true);
     if (map.DpiLedEnable == 0)
-        SetModel(Off);
-    else if (map.DpiLedMode == Steady || map.DpiLedMode == Breathing)
+        SetModel(EffectOff);
+    else if (map.DpiLedMode == EffectSteady || map.DpiLedMode == EffectBreathing)
         SetModel(map.DpiLedMode);
     SetSpeed(map.DpiLedSpeed);
     SetLight(brightnessOf(map.DpiLedBrightness));

@@ -8,6 +8,7 @@
 #include "keys/KeyVocabulary.h"
 #include "macro/CycleChoice.h"
 #include "macro/MacroDeviceSync.h"
+#include "macro/MacroTexts.h"
 #include "macro/RecordingKeys.h"
 #include "macro/RowPainting.h"
 #include "macro/store/ExportedMacro.h"
@@ -33,6 +34,7 @@
 #include <QTimer>
 
 using namespace macro;
+using namespace macrotexts;
 
 namespace
 {
@@ -42,72 +44,11 @@ constexpr int LongestDelay = 65535;
 constexpr int RecordFrameRadius = 12;
 constexpr char WarningColor[] = "255,180,84";
 
-// What ChooseEvent inserts, by index.
-enum class Insertion : uint8_t { Nothing, Press, Release, Delay, Click };
-struct InsertionRow {
-    const char *text;
-    const char *textKey; // of the choices InsertEventOptions; of a delay, of the section "macro"
-    Insertion what;
-    uint8_t bit; // of a clicked mouse button
-};
-constexpr InsertionRow Insertions[] = {
-    {"", nullptr, Insertion::Nothing, 0},     {"按键按下", "0", Insertion::Press, 0},
-    {"按键释放", "1", Insertion::Release, 0}, {"延时", "Delay", Insertion::Delay, 0},
-    {"左键", "2", Insertion::Click, 1},       {"右键", "3", Insertion::Click, 2},
-    {"中键", "4", Insertion::Click, 4},       {"前进键", "5", Insertion::Click, 16},
-    {"后退键", "6", Insertion::Click, 8},
-};
-
-struct TextRow {
-    const char *widget;
-    const char *key;
-};
-constexpr TextRow Texts[] = {
-    {"label", "MacroList"},
-    {"label_2", "KeyList"},
-    {"label_3", "InsertEvent"},
-    {"NewHong", "NewMacro"},
-    {"DeleteHong", "Delete"},
-    {"Amend", "Modify"},
-    {"DeleteKey", "Delete"},
-    {"StartRecord", "StartRecord"},
-    {"StopRecord", "StopRecord"},
-    {"AutoInsertDelayLabel", "AutoDelay"},
-    {"DefaultDelay", "DefaultDelay"},
-    {"ReNumber", "CycleTimes"},
-    {"ReUntilLabel", "UntilThisPressed"},
-    {"ReUntilLooseLabel", "UntilThisReleased"},
-    {"ReUntilClickLabel", "UntilAnyPressed"},
-    {"Save", "Save"},
-    {"Discard", "DiscardChanges"},
-    {"recordTitle", "RecordTitle"},
-    {"cycleTitle", "CycleTitle"},
-};
-
 template <typename Form> std::unique_ptr<Form> formOn(QWidget *page)
 {
     auto form = std::make_unique<Form>();
     form->setupUi(page);
     return form;
-}
-
-QString textOf(const char *key, int language = LanguageIndex)
-{
-    const QString text = language::text(language::Section::macro, key, language);
-    return text.isEmpty() ? language::text(language::Section::common, key, language) : text;
-}
-
-// A text with places for numbers and names.
-QString formOf(const char *key, const char *fallback)
-{
-    const QString form = textOf(key);
-    return form.isEmpty() ? QLatin1String(fallback) : form;
-}
-
-QString durationText(qint64 milliseconds)
-{
-    return milliseconds < 1000 ? QStringLiteral("%1 ms").arg(milliseconds)
-                               : QStringLiteral("%1 s").arg(double(milliseconds) / 1000, 0, 'f', 2);
 }
 
 QByteArray iconBytes(const char *name)
@@ -126,10 +67,18 @@ Macro::Macro(QWidget *parent)
     , cycle_(new CycleChoice({ui->ReNumber, ui->ReUntil, ui->ReUntilLoose, ui->ReUntilClick, ui->NumberEdit},
                              this))
     , keys_(new RecordingKeys(this))
+    , recording_({ui->StartRecord,
+                  ui->StopRecord,
+                  ui->recordFrame,
+                  ui->recordMark,
+                  {ui->AutoInsertDelay, ui->AutoInsertDelayLabel, ui->DefaultDelay, ui->ReNumber, ui->ReUntil,
+                   ui->ReUntilLabel, ui->ReUntilLoose, ui->ReUntilLooseLabel, ui->ReUntilClick,
+                   ui->ReUntilClickLabel, ui->ChooseEvent},
+                  {ui->DelayTime, ui->NumberEdit, ui->listWidgetHong}})
 {
     setAccessibleName(QStringLiteral("Macro"));
-    for (const InsertionRow &row : Insertions)
-        ui->ChooseEvent->addItem(QString::fromUtf8(row.text));
+    for (std::size_t item = 0; item < std::size(Insertions); ++item)
+        ui->ChooseEvent->addItem(QString());
     connectSignals();
     onFirstShow(this, [this] { applyStyle(); });
     setTexts(LanguageIndex);
@@ -216,31 +165,24 @@ void Macro::setMouseButtonNames(int language)
 
 void Macro::setTexts(int language)
 {
-    for (const TextRow &row : Texts)
-        if (const QString text = textOf(row.key, language); !text.isEmpty())
-            findChild<QWidget *>(QLatin1String(row.widget))->setProperty("text", text);
+    for (const TextRow &row : WidgetTexts)
+        if (const QString shown = text(row.key, language); !shown.isEmpty())
+            findChild<QWidget *>(QLatin1String(row.widget))->setProperty("text", shown);
     for (const auto *label : findChildren<ChoiceLabel *>())
         label->buddy()->setAccessibleName(label->text());
-    ui->recordMark->setText(textOf("Recording", language));
+    ui->recordMark->setText(text("Recording", language));
     ui->StartRecord->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_R)); // a text takes it away
     ui->StartRecord->setToolTip(QStringLiteral("%1 (%2)").arg(
         ui->StartRecord->text(), ui->StartRecord->shortcut().toString(QKeySequence::NativeText)));
-    int item = 0;
-    for (const InsertionRow &row : Insertions) {
-        const QString text =
-            !row.textKey ? QString()
-            : row.what == Insertion::Delay
-                ? textOf(row.textKey, language)
-                : language::choice("InsertEventOptions", QLatin1String(row.textKey), language);
-        ui->ChooseEvent->setItemText(item++, text.isEmpty() ? QString::fromUtf8(row.text) : text);
-    }
+    for (int item = 0; item < int(std::size(Insertions)); ++item)
+        ui->ChooseEvent->setItemText(item, text(Insertions[item], language));
     nameWidgets(this, language);
     showState();
 }
 
 // ---- Macros -------------------------------------------------------------------------------------
 
-void Macro::ask(const char *textKey) { notice::ask<ExeIsRun>(this, NoticeOffset, textOf(textKey)); }
+void Macro::ask(const char *textKey) { notice::ask<ExeIsRun>(this, NoticeOffset, text(textKey)); }
 
 bool Macro::refusesWhileRecording()
 {
@@ -368,7 +310,7 @@ void Macro::DeleteMacro()
         return;
     const QString name = shown_;
     removeMacro(name);
-    emit PostMsg::instance()->SigDeleteMacroButton(textOf("MacroSeond") + name);
+    emit PostMsg::instance()->SigDeleteMacroButton(text("MacroSeond") + name);
     release(name);
     shown_.clear();
     macros_.remove(name);
@@ -424,7 +366,7 @@ void Macro::on_listWidgetHong_customContextMenuRequested(const QPoint &place)
     QMenu menu(this);
     menu.setFont(ui->listWidgetHong->font());
     const auto add = [this, &menu](const Entry &entry) {
-        QAction *action = menu.addAction(textOf(entry.textKey), this, entry.run);
+        QAction *action = menu.addAction(text(entry.textKey), this, entry.run);
         action->setShortcutVisibleInContextMenu(true);
         if (entry.key != Qt::Key_unknown)
             action->setShortcut(entry.key);
@@ -449,7 +391,7 @@ void Macro::SlotButtonToMacro(FlashDataMap DataMap, int KeyNumer)
     if (!taken.name.isEmpty()) {
         if (!macros_.contains(taken.name))
             macros_.insertBehindSelected(taken.name);
-        if (ui->StopRecord->isHidden()) // a recording keeps its macro
+        if (!recording_.isLocked()) // a recording keeps its macro
             macros_.select({});
         showState();
     }
@@ -525,19 +467,20 @@ void Macro::on_Discard_clicked()
 void Macro::showState()
 {
     const rowediting::Summary summary = rowediting::summaryOf(events_.rows());
-    const QString count = formOf("EventCount", "%1/%2").arg(summary.events).arg(MacroEventCount);
+    const QString count = form("EventCount", "%1/%2").arg(summary.events).arg(MacroEventCount);
     ui->eventCount->setText(
-        shown_.isEmpty() ? QString() : count + QStringLiteral(" · ") + durationText(summary.milliseconds));
-    ui->eventCount->setStyleSheet(style::label(summary.events > MacroEventCount
-                                                   ? QString::fromLatin1(WarningColor)
-                                                   : style::color("LinEditColorSecond")));
+        shown_.isEmpty() ? QString() : count + QStringLiteral(" · ") + duration(summary.milliseconds));
+    const QString sheet = style::label(summary.events > MacroEventCount ? QString::fromLatin1(WarningColor)
+                                                                        : style::color("LinEditColorSecond"));
+    if (ui->eventCount->styleSheet() != sheet)
+        ui->eventCount->setStyleSheet(sheet);
     ui->noMacros->setVisible(ui->listWidgetHong->count() == 0);
-    ui->noMacros->setText(textOf("NoMacros"));
+    ui->noMacros->setText(text("NoMacros"));
     ui->noEvents->setVisible(events_.isEmpty());
-    ui->noEvents->setText(textOf(shown_.isEmpty() ? "NoMacroChosen"
-                                 : MacroRecording ? "PressKeys"
-                                                  : "NoEvents"));
-    ui->Discard->setVisible(unsaved_ && ui->StopRecord->isHidden());
+    ui->noEvents->setText(text(shown_.isEmpty() ? "NoMacroChosen"
+                               : MacroRecording ? "PressKeys"
+                                                : "NoEvents"));
+    ui->Discard->setVisible(unsaved_ && !recording_.isLocked());
     showHint(summary);
 }
 
@@ -545,22 +488,14 @@ void Macro::showHint(const rowediting::Summary &summary)
 {
     QString hint;
     if (summary.events > MacroEventCount)
-        hint = formOf("TooManyEvents", "> %1").arg(MacroEventCount);
+        hint = form("TooManyEvents", "> %1").arg(MacroEventCount);
     else if (!summary.held.isEmpty())
-        hint = formOf("StillHeld", "%1").arg(summary.held.join(QStringLiteral(", ")));
+        hint = form("StillHeld", "%1").arg(summary.held.join(QStringLiteral(", ")));
     ui->eventHint->setText(hint);
     ui->eventHint->setVisible(!MacroRecording);
 }
 
 // ---- Recording ----------------------------------------------------------------------------------
-
-std::array<QWidget *, 13> Macro::choices() const
-{
-    return {ui->AutoInsertDelay, ui->AutoInsertDelayLabel, ui->DefaultDelay, ui->ReNumber,
-            ui->ReUntil,         ui->ReUntilLabel,         ui->ReUntilLoose, ui->ReUntilLooseLabel,
-            ui->ReUntilClick,    ui->ReUntilClickLabel,    ui->ChooseEvent,  ui->DelayTime,
-            ui->NumberEdit};
-}
 
 void Macro::on_StartRecord_clicked()
 {
@@ -569,19 +504,13 @@ void Macro::on_StartRecord_clicked()
         return;
     }
     ui->listWidgetKey->setFocus(); // not where the list of macros, disabled, would send it
-    for (QWidget *each : choices())
-        each->setEnabled(false);
-    ui->listWidgetHong->setEnabled(false);
+    recording_.showRunning();
     emit PostMsg::instance()->SigStartRecord(0);
     eventsChanged_ = true;
     keys_->start();
-    ui->StartRecord->hide();
-    ui->StopRecord->show();
     recorder_.start();
     MacroRecording = true;
     events_.show({});
-    ui->recordFrame->show();
-    ui->recordMark->show();
     holdUnsaved();
 }
 
@@ -606,44 +535,38 @@ void Macro::endFull()
 {
     MacroRecording = false;
     keys_->stopTelling();
-    ui->recordFrame->hide();
-    ui->recordMark->hide();
+    recording_.showFull();
     showState();
     QTimer::singleShot(0, this, [this] {
         notice::ask<KeyNumberLimit>(this, NoticeOffset);
         keys_->stop();
-        if (!ui->StopRecord->isHidden())
+        if (recording_.isLocked())
             ui->StopRecord->setFocus();
     });
 }
 
-void Macro::on_StopRecord_clicked() { endRecording(Ending::Stopped); }
-
-// A recording that is left does not offer to save, and leaves its choices as they were during it.
-void Macro::SlotSetMacroPage()
+void Macro::on_StopRecord_clicked()
 {
-    if (!ui->StopRecord->isHidden())
-        endRecording(Ending::Left);
+    endRecording(RecordingPanel::Ending::Stopped);
+    markUnsaved();
 }
 
-void Macro::endRecording(Ending ending)
+// A recording that is left does not offer to save.
+void Macro::SlotSetMacroPage()
+{
+    if (!recording_.isLocked())
+        return;
+    endRecording(RecordingPanel::Ending::Left);
+    ui->Save->setEnabled(false);
+}
+
+void Macro::endRecording(RecordingPanel::Ending ending)
 {
     keys_->settle();
     MacroRecording = false;
     keys_->stop();
-    for (QWidget *each : choices())
-        if (ending == Ending::Stopped || each == ui->DelayTime || each == ui->NumberEdit)
-            each->setEnabled(true);
-    ui->listWidgetHong->setEnabled(true);
-    ui->StopRecord->hide();
-    ui->StartRecord->show();
-    ui->recordFrame->hide();
-    ui->recordMark->hide();
+    recording_.showEnded(ending);
     emit PostMsg::instance()->SigStartRecord(1);
-    if (ending == Ending::Stopped)
-        markUnsaved();
-    else
-        ui->Save->setEnabled(false);
     showState();
 }
 

@@ -11,10 +11,10 @@
 #include "macro/EventList.h"
 #include "macro/MacroList.h"
 #include "macro/Recorder.h"
+#include "macro/RecordingPanel.h"
 
 #include <QHash>
 #include <QWidget>
-#include <array>
 #include <memory>
 
 class CycleChoice;
@@ -86,7 +86,6 @@ private:
         bool eventsChanged;
         bool cycleChanged;
     };
-    enum class Ending { Stopped, Left };
 
     void applyStyle();
     void connectSignals();
@@ -111,9 +110,8 @@ private:
     void showState();
     void showHint(const macro::rowediting::Summary &summary);
 
-    void endRecording(Ending ending);
+    void endRecording(RecordingPanel::Ending ending);
     void endFull();
-    std::array<QWidget *, 13> choices() const; // disabled during a recording
 
     std::unique_ptr<Ui::Macro> ui;
     MacroList macros_;
@@ -121,6 +119,7 @@ private:
     CycleChoice *cycle_;
     RecordingKeys *keys_;
     Recorder recorder_;
+    RecordingPanel recording_;
     QString shown_;                // the macro whose rows are shown; empty for none
     QHash<QString, Draft> drafts_; // of macros that are not shown
     bool eventsChanged_ = false;

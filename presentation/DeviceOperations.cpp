@@ -7,11 +7,9 @@
 #include "device/ImageFile.h"
 #include "device/Worker.h"
 #include "hub/PostMsg.h"
+#include "presentation/FileDialog.h"
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
-
-#include <QFileDialog>
-#include <QStandardPaths>
 
 namespace
 {
@@ -46,7 +44,7 @@ public:
 
 } // namespace
 
-QString documentsFolder() { return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); }
+QString imageFilter() { return QStringLiteral("File(*.bin)"); }
 
 void runFactoryReset(QWidget *page)
 {
@@ -69,8 +67,7 @@ void runImageImport(QWidget *page)
     if (!reachable())
         return;
     SettingsBusy = true;
-    const QString path = QFileDialog::getOpenFileName(page, QStringLiteral("SelectFile"), documentsFolder(),
-                                                      QStringLiteral("File(*.bin)"));
+    const QString path = filedialog::askForFile(page, imageFilter());
     if (!path.isEmpty())
         importImage(page, path);
     SettingsBusy = false;
@@ -86,10 +83,9 @@ void importImage(QWidget *page, const QString &path)
 
 void runImageExport(QWidget *page)
 {
-    QFileDialog dialog(page, QStringLiteral("FileSave"), documentsFolder(), QStringLiteral("File(*.bin)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("bin"));
-    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty())
-        writeImageFile(dialog.selectedFiles().first(), driveSection(SelectedDevice::info()),
-                       DeviceRecord::copy());
+    const DeviceAllInfo selected = SelectedDevice::info();
+    const QString path = filedialog::askForNewFile(page, imageFilter(), QStringLiteral("bin"),
+                                                   imageFileName(selected.Cid, selected.Mid));
+    if (!path.isEmpty())
+        writeImageFile(path, driveSection(selected), DeviceRecord::copy());
 }

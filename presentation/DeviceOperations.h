@@ -6,12 +6,9 @@
 // the off-line notice otherwise; the export works without a mouse.
 #pragma once
 
-#include <QString>
+#include "presentation/FileDialog.h"
 
 class QWidget;
-
-// Where dialogs that choose a file begin.
-QString documentsFolder();
 
 // Resets the device to its factory settings after the user has confirmed it, then reads it again.
 void runFactoryReset(QWidget *page);

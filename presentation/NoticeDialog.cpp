@@ -50,7 +50,7 @@ void NoticeDialog::applyStyle()
         return style::textButton(folder, buttonColor, stem);
     };
     const QString danger =
-        kind_.answer == NoticeAnswer::Destroys ? button(QStringLiteral("Danger")) : QString();
+        kind_.outcome == NoticeOutcome::Destroys ? button(QStringLiteral("Danger")) : QString();
     const char *const sign = isWait ? "Wait.png" : SignPictures[int(kind_.sign)];
     ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
     ui->NewHong->setStyleSheet(button(QStringLiteral("Confirm")) + danger);

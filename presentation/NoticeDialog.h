@@ -29,8 +29,8 @@ enum class NoticeSign : uint8_t {
     Question,
 };
 
-// What Enter does, as the button shows it.
-enum class NoticeAnswer : uint8_t {
+// What a confirmation does, as its button shows.
+enum class NoticeOutcome : uint8_t {
     Usual,
     Destroys, // something of the user's is lost
 };
@@ -43,7 +43,7 @@ struct NoticeKind {
     const char *defaultText;
     NoticeButtons buttons;
     NoticeSign sign = NoticeSign::Warning;
-    NoticeAnswer answer = NoticeAnswer::Usual;
+    NoticeOutcome outcome = NoticeOutcome::Usual;
 };
 
 class NoticeDialog : public NoticeWindow

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// TileClick: what a click on a tile does: it opens the device's pages, opens the pairing of the receiver whose
-// mouse is away, or shows a notice over the selection page. Main thread.
+// TileClick: what a click on a tile does: it opens the device's pages, opens the pairing of the receiver
+// whose mouse is away, or shows a notice over the selection page. Main thread.
 #pragma once
 
 #include "device/AttachedDevices.h"

@@ -12,6 +12,7 @@
 #include "presentation/FirstShow.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
 #include "sensor/DpiSteps.h"
 #include "sensor/MarkerTrack.h"
 #include "ui_SensorDPI.h"
@@ -301,6 +302,8 @@ void SensorDPI::barClicked(int stage)
         makePicker();
     pickedStage_ = stage;
     picked_ = DeviceRecord::copy().DpiStages[stage];
+    ColorPicker_->setWindowTitle(
+        language::text(language::Section::sensor, "StageColor", LanguageIndex).arg(stage + 1));
     ColorPicker_->setCurrentColor(colorOf(row_->color(stage)));
     ColorPicker_->open();
 }

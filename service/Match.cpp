@@ -130,15 +130,14 @@ void Match::onUSBTimeupDestroy()
     showRule();
 }
 
+bool Match::mayPress() const { return MayPair_ && row().repeats; }
+
 void Match::showRule()
 {
     ui->label->setVisible(!MayPair_);
     ui->textEdit->setVisible(MayPair_);
-    const bool enabled = MayPair_ && row().repeats;
-    if (enabled == ui->MatchButton->isEnabled())
-        return;
-    ui->MatchButton->setEnabled(enabled);
-    showPhase();
+    if (mayPress() != ui->MatchButton->isEnabled())
+        showPhase();
 }
 
 // ---- Pairing ------------------------------------------------------------------------------------
@@ -238,7 +237,7 @@ void Match::showPhase()
     const QString texts[] = {startPair_, dotted(0), pairSuccess_, pairFail_};
     ui->MatchButton->setText(texts[std::size_t(now)]);
     ui->MatchButton->setWidest(now == PairingPhase::Pairing ? dotted(LastDots) : QString());
-    ui->MatchButton->setEnabled(MayPair_ && row().repeats);
+    ui->MatchButton->setEnabled(mayPress());
     ui->MatchButton->setStyleSheet(style::textButton(
         pictures_, MayPair_ ? style::color("ButtonColor") : OffColor, QLatin1String(row().picture)));
     ui->MatchButton->setShortcut(Qt::Key_Space); // a change of the text removes it

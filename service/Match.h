@@ -63,6 +63,7 @@ private:
     void connectSignals();
     void startPairing();
     bool isTargetAttached() const;
+    bool mayPress() const;
     void failHere();
     void showPhase();
     void showRule();

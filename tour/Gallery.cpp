@@ -10,6 +10,7 @@
 #include "keys/KeyVocabulary.h"
 #include "macro/Macro.h"
 #include "macro/store/MacroFile.h"
+#include "macro/store/MacroFolder.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/UpDataParam.h"
@@ -228,34 +229,44 @@ void Gallery::shootLights()
     shoot("lighting-receiver");
 }
 
-// Macros of each kind, the empty page before them, and a recording.
+// The empty page, a macro, and a recording from its start to the unsaved rows.
 void Gallery::shootMacros()
 {
     using namespace macro;
     const auto list = [this](const char *name) {
         return window_.findChild<QListWidget *>(QLatin1String(name));
     };
+    const auto choose = [list](const char *name) {
+        QListWidget *macros = list("listWidgetHong");
+        macros->setCurrentItem(macros->findItems(QLatin1String(name), Qt::MatchExactly).value(0));
+    };
     const auto act = [this](std::function<void()> action) {
         script_.step(
             "macros", [] { return true; }, std::move(action));
     };
-    shootDevicePage({"macro-empty", "r1"}, QStringLiteral("MacroButton"), [this, list, act] {
-        act([list] {
+    act([] {
+        for (const QString &name : macroNames())
+            removeMacro(name);
+    });
+    shootDevicePage({"macro-empty", "r1"}, QStringLiteral("MacroButton"), [=] {
+        act([=] {
+            const QString click = MouseNameFromBit(1);
             saveMacro(QStringLiteral("Quick reload"), CycleOnce,
                       {keyRow(QStringLiteral("LShift"), true), delayRow(35),
                        keyRow(QStringLiteral("R"), true), delayRow(60), keyRow(QStringLiteral("R"), false),
                        delayRow(12), keyRow(QStringLiteral("LShift"), false), delayRow(250),
-                       keyRow(MouseNameFromBit(1), true), delayRow(20), keyRow(MouseNameFromBit(1), false)});
+                       keyRow(click, true), delayRow(20), keyRow(click, false)});
             saveMacro(QStringLiteral("Double tap"), CycleUntilReleased, {});
             saveMacro(QStringLiteral("A name as long as there may be"), CycleOnce, {});
             windows::click(QStringLiteral("ButtonMain"));
             windows::click(QStringLiteral("MacroButton"));
-            list("listWidgetHong")->setCurrentRow(2);
+            choose("Quick reload");
             list("listWidgetKey")->setCurrentRow(4);
         });
         shoot("macro");
-        act([this, list] {
-            list("listWidgetHong")->setCurrentRow(1);
+        act([=] {
+            choose("Double tap");
+            windows::click(QStringLiteral("DefaultDelay"));
             windows::click(QStringLiteral("StartRecord"));
             for (const int key : {'A', 'S', ' '})
                 for (const bool down : {true, false})

@@ -4,6 +4,7 @@
 
 #include "environment/MacroName.h"
 #include "environment/SafeFile.h"
+#include "keys/KeyVocabulary.h"
 #include "macro/store/MacroFile.h"
 
 #include <QDataStream>
@@ -168,9 +169,18 @@ bool isText(const QString &text)
     return std::none_of(text.begin(), text.end(), isControl);
 }
 
+// A mouse button of a program without a language has its built-in name.
+QString keyNameHere(const QString &name)
+{
+    for (std::size_t i = 0; i < MouseButtonCount; ++i)
+        if (name == QString::fromUtf8(MouseButtonTable[i].text) && KeyNameToCodeText(name).isEmpty())
+            return MouseButtonNames()[i];
+    return name;
+}
+
 MacroRow takeRow(Reader &reader)
 {
-    MacroRow row{reader.text(TextLimit), 0};
+    MacroRow row{keyNameHere(reader.text(TextLimit)), 0};
     skipIcon(reader);
     // What is written as one line is to be read as one.
     if (!isText(row.text) || (row.isDelay() && row.text.contains(QLatin1Char(' '))))

@@ -30,10 +30,12 @@ QByteArray takeLine(const QByteArray &text, int *at)
 QStringList partsOf(const QByteArray &line)
 {
     const auto isControl = [](char c) { return uchar(c) < ' '; };
-    const QByteArray text = line.simplified();
-    if (text.isEmpty() || line.size() > LineLimit || std::any_of(line.begin(), line.end(), isControl))
+    if (line.size() > LineLimit || std::any_of(line.begin(), line.end(), isControl))
         return {};
-    return QString::fromUtf8(text).split(QLatin1Char(' '));
+    const QString text = QString::fromUtf8(line.simplified());
+    if (text.isEmpty() || text.contains(QChar(QChar::ReplacementCharacter)))
+        return {};
+    return text.split(QLatin1Char(' '));
 }
 
 std::optional<MacroRow> rowOf(const QStringList &parts)

@@ -180,6 +180,37 @@ void onLineQuestion(benchmark::State &state)
     world().emulated.order("pace off");
 }
 
+// A macro of 70 events, from the record to the flash: onto a button with another action, which is put back
+// each time, or over another macro of the same button. One report in a millisecond and direction.
+void macroReachesTheFlash(benchmark::State &state)
+{
+    world().emulated.order("pace on");
+    FlashDataMap record = loaded;
+    uint8_t round = 0;
+    uint64_t reports = 0;
+    const auto put = [&record](const KeyBinding &binding) {
+        record.KeyBindings[1] = binding;
+        ProtocolDataUpdate(&record);
+        waitFor([&binding] {
+            return std::memcmp(&world().emulated.flash("m")->KeyBindings[1], &binding, sizeof binding) == 0;
+        });
+    };
+    for (auto _ : state) {
+        put(state.range(0) ? KeyBinding{MacroBlockClass, 1, round} : KeyBinding{1, 2, 0});
+        std::memset(&record.MacroBlocks[1], ++round, sizeof record.MacroBlocks[1]);
+        const uint64_t before = world().writes();
+        const auto began = std::chrono::steady_clock::now();
+        put({MacroBlockClass, 1, round});
+        state.SetIterationTime(
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count());
+        reports += world().writes() - before;
+    }
+    state.counters["reports"] =
+        benchmark::Counter(static_cast<double>(reports) / static_cast<double>(state.iterations()));
+    put({1, 2, 0});
+    world().emulated.order("pace off");
+}
+
 // UsbServer_Exit with nothing waiting, and right after a macro of 70 events was bound. One report in a
 // millisecond and direction.
 void leaving(benchmark::State &state)
@@ -230,6 +261,13 @@ BENCHMARK(sliderDrag)->ArgName("pause_us")->Arg(0)->Arg(8000)->UseRealTime()->Un
 BENCHMARK(fullRead)->ArgName("paced")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(upgrade)->ArgName("away")->Arg(0)->Arg(1)->Iterations(3)->UseRealTime()->Unit(
     benchmark::kMillisecond);
+BENCHMARK(macroReachesTheFlash)
+    ->ArgName("inuse")
+    ->Arg(0)
+    ->Arg(1)
+    ->Iterations(50)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(leaving)->ArgName("macro")->Arg(0)->Arg(1)->Iterations(50)->UseManualTime()->Unit(
     benchmark::kMillisecond);
 BENCHMARK(onLineQuestion)->ArgName("paced")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMicrosecond);

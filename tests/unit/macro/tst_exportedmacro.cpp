@@ -262,6 +262,13 @@ private slots:
         }
     }
 
+    void aMouseButtonOfAnotherLanguageIsKnown()
+    {
+        const MacroRow wheel = keyRow(QString::fromUtf8("中键"), true);
+        const auto read = parseExportedMacro(exportedMacro({"Burst", 1, {wheel, delayRow(1), wheel}}, {}));
+        QCOMPARE(read->rows, (MacroRows{keyRow("Middle", true), delayRow(1), keyRow("Middle", true)}));
+    }
+
     void aFileCutAtAnyByteIsRefused()
     {
         const QByteArray whole = exportedMacro(someMacro(), {png(), png(), png()});

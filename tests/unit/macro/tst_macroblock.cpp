@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Macros as blocks: the exact 592 bytes, counts that are kept as they are, and blocks that are not trusted.
+#include "device/hidusb/Codec.h"
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
 #include "tests/support/TestMain.h"
@@ -9,6 +10,8 @@
 
 #include <QtTest>
 #include <cstring>
+#include <memory>
+#include <vector>
 
 using namespace macro;
 
@@ -246,6 +249,27 @@ private slots:
             const MacroRows again = blockRows(savedBlock("x", rows));
             QCOMPARE(blockRows(savedBlock("x", again)), again);
             QCOMPARE(parseMacro(macroText(1, rows))->rows.size(), rows.size());
+        }
+    }
+
+    // The flash holds an event in five bytes.
+    void listsComeBackFromTheMouse()
+    {
+        std::mt19937 random(6);
+        for (int i = 0; i < rounds(160) / KeySlotCount; ++i) {
+            auto record = std::make_unique<FlashDataMap>(), read = std::make_unique<FlashDataMap>();
+            auto image = std::make_unique<FlashImage>();
+            std::vector<MacroRows> lists;
+            for (MacroBlock &block : record->MacroBlocks) {
+                lists.push_back(anyRows(random));
+                block = savedBlock(QString::number(i), parseMacro(macroText(1, lists.back()))->rows);
+            }
+            hidusb::encode(*record, *image);
+            hidusb::decode(*image, *read);
+            for (std::size_t slot = 0; slot < KeySlotCount; ++slot) {
+                QCOMPARE(bytesOf(read->MacroBlocks[slot]), bytesOf(record->MacroBlocks[slot]));
+                QCOMPARE(blockRows(read->MacroBlocks[slot]), lists[slot]);
+            }
         }
     }
 

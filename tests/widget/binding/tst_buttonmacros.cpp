@@ -10,6 +10,7 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
+#include <QLabel>
 #include <QScrollArea>
 #include <random>
 
@@ -134,6 +135,37 @@ private slots:
         QVERIFY(page().macro(wide)->isElided());
         QCOMPARE(page().macro(wide)->toolTip(), wide);
         QCOMPARE(page().macro("short")->toolTip(), QString());
+    }
+
+    void theBoundMacroIsScrolledTo()
+    {
+        for (int i = 0; i < 60; ++i)
+            QVERIFY(createMacro(QString("macro %1").arg(i, 4)));
+        const QByteArray name = "macro   55";
+        bindAll(name.constData());
+        page().click("Button8");
+        const QWidget *const chosen = page().macro(name);
+        const auto *const viewport =
+            page().form.findChild<QWidget *>("page_5")->findChild<QScrollArea *>()->viewport();
+        QVERIFY(viewport->rect().contains(QRect(chosen->mapTo(viewport, QPoint(0, 0)), chosen->size())));
+    }
+
+    void aLongTitleIsElided()
+    {
+        const QString wide(30, 'W');
+        saveMacro(wide, 1, presses(1));
+        page().click("RightKey");
+        page().click("DPI_10");
+        page().macro(wide)->click();
+        page().click("RightKey");
+        const auto *const title = page().form.findChild<QLabel *>("FunctionsTitle");
+        QCOMPARE(title->toolTip(), "Button 2: Macro: " + wide);
+        QVERIFY(title->text().endsWith(QChar(0x2026)));
+        QVERIFY(title->sizeHint().width() <= title->width());
+        page().leave();
+        page().click("BackKey");
+        QCOMPARE(title->toolTip(), QString());
+        QCOMPARE(title->text(), QString("Button 3: Middle button"));
     }
 
     void anAmpersandIsPartOfTheName()
@@ -287,6 +319,16 @@ private slots:
         QVERIFY(isWanted());
     }
 
+    void aSaveSendsWhatIsSavedWhenTheWaitEnds()
+    {
+        bindAll("Burst");
+        QTimer::singleShot(0, &macroPage, [] { saveMacro("Burst", 254, presses(11)); });
+        emit PostMsg::instance()->SigUpDataMacro("Burst", 0);
+        for (int button = 2; button < 12; ++button)
+            expectMacro(button, "Burst", 254, presses(11));
+        QVERIFY(isWanted());
+    }
+
     void aCycleModeIsTheBindingsThirdByte()
     {
         bindAll("Burst");
@@ -372,7 +414,7 @@ private slots:
     void offLineThereIsOneNotice_data()
     {
         QTest::addColumn<QString>("what");
-        for (const char *what : {"save", "cycle", "rename", "delete"})
+        for (const char *what : {"save", "save to a silent mouse", "cycle", "rename", "delete"})
             QTest::newRow(what) << what;
     }
     void offLineThereIsOneNotice()
@@ -388,8 +430,9 @@ private slots:
             emit hub->SigMacroRename("Burst", "Tap");
         else if (what == "delete")
             emit hub->SigDeleteMacroButton("Macro: Burst");
-        else
-            MouseOnline = false, emit hub->SigUpDataMacro("Burst", 0);
+        MouseOnline = what != "save";
+        if (what.startsWith("save"))
+            emit hub->SigUpDataMacro("Burst", 0);
         QCOMPARE(offLine.count(), what == "save" ? 0 : 1);
         QVERIFY(isWanted());
         QCOMPARE(caption(2), what == "rename" ? QString("Macro: Tap") : QString("Macro: Burst"));

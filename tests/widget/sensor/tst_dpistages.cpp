@@ -91,6 +91,8 @@ private slots:
         wanted.CurrentDpiStage = uint8_t(stage);
         QTest::mouseClick(editor.bar(stage), Qt::LeftButton);
         QVERIFY(editor.picker()->isVisible());
+        QCOMPARE(editor.picker()->windowTitle(),
+                 language::text(language::Section::sensor, "StageColor", 0).arg(stage + 1));
         QCOMPARE(
             editor.picker()->currentColor(),
             QColor(wanted.DpiStages[stage].Red, wanted.DpiStages[stage].Green, wanted.DpiStages[stage].Blue));

@@ -309,7 +309,6 @@ private slots:
         dialog->on_MatchButton_clicked();
         dialog->onPairTimeupDestroy();
         QVERIFY(isPairing());
-        dialog->setSilenceLimit(-1);
         dialog->setSilenceLimit(1);
         QTRY_VERIFY(hasFailed());
         // What comes all the same is the truth.
@@ -392,6 +391,20 @@ private slots:
         dialog->on_MatchButton_clicked();
         tell(Succeeds);
         QTRY_VERIFY(hasPaired());
+        QCOMPARE(int(OnDevicePage), 0);
+    }
+
+    // The outcome may come between the two steps by which the page is left.
+    void anOutcomeDuringTheDepartureRestoresNothing()
+    {
+        fixture::select(receiver("r"));
+        OnDevicePage = 1;
+        open();
+        dialog->on_MatchButton_clicked();
+        OnDevicePage = 0;
+        pairing::end(PairingPhase::Failed);
+        QCOMPARE(int(OnDevicePage), 1);
+        emit PostMsg::instance()->SigMainPageChange();
         QCOMPARE(int(OnDevicePage), 0);
     }
 

@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/FileDialog.h"
+
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFileIconProvider>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTreeView>
+
+namespace
+{
+
+// The desktop's icons do not go with the skin.
+class NoIcons : public QFileIconProvider
+{
+public:
+    QIcon icon(IconType) const override { return {}; }
+    QIcon icon(const QFileInfo &) const override { return {}; }
+};
+
+// The name takes the room that the other columns leave.
+void fitColumns(const QFileDialog &dialog)
+{
+    auto *const list = dialog.findChild<QTreeView *>(QStringLiteral("treeView"));
+    if (!list)
+        return; // a dialog of the desktop's own
+    list->header()->setStretchLastSection(false);
+    list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
+QString run(QFileDialog &dialog)
+{
+    static NoIcons icons; // the dialog keeps asking for them until its own end
+    dialog.setIconProvider(&icons);
+    fitColumns(dialog);
+    for (const QDialogButtonBox *box : dialog.findChildren<QDialogButtonBox *>())
+        for (QAbstractButton *button : box->buttons())
+            button->setIcon(QIcon());
+    const bool chosen = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+    return chosen ? dialog.selectedFiles().first() : QString();
+}
+
+} // namespace
+
+QString documentsFolder()
+{
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+namespace filedialog
+{
+
+QString askForFile(QWidget *page, const QString &filter)
+{
+    QFileDialog dialog(page, QStringLiteral("SelectFile"), documentsFolder(), filter);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return run(dialog);
+}
+
+QString askForNewFile(QWidget *page, const QString &filter, const QString &suffix, const QString &proposed)
+{
+    QFileDialog dialog(page, QStringLiteral("FileSave"), documentsFolder(), filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(suffix);
+    dialog.selectFile(proposed);
+    return run(dialog);
+}
+
+} // namespace filedialog
