@@ -21,6 +21,7 @@
 
 #include <QDir>
 #include <QPointer>
+#include <QWidget>
 #include <algorithm>
 
 namespace
@@ -160,10 +161,12 @@ void UpgradeFlow::SlotUpdateFrame(bool IsVis)
 {
     if (dialog_.isBusy() || dialog_.showsResult())
         return;
-    if (IsVis)
-        on_Receive_2_clicked();
-    else
+    // Nobody asked for it, so it does not open on a desktop without the program's window.
+    const QWidget *const window = page_.place()->window();
+    if (!IsVis)
         dialog_.close();
+    else if (window->isVisible() && !window->isMinimized())
+        on_Receive_2_clicked();
 }
 
 void UpgradeFlow::on_Receive_2_clicked()

@@ -17,6 +17,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDesktopServices>
+#include <QFileInfo>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -444,7 +445,8 @@ private slots:
         notice::NextAnswer<UpDateWarning> answer(true);
         widget<QCheckBox>("checkBox")->click();
         QVERIFY(answer.isTaken());
-        QCOMPARE(answer.text(), text(Section::Settings, "AutoOpenFailed"));
+        QCOMPARE(answer.text(),
+                 text(Section::Settings, "AutoOpenFailed").arg(QFileInfo(autostart::entryPath()).path()));
         QVERIFY(!widget<QCheckBox>("checkBox")->isChecked());
         QCOMPARE(storedChoice(), QString());
     }

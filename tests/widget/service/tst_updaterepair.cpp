@@ -187,6 +187,35 @@ private slots:
         QVERIFY(!leavePage()); // the failure is still to be read
     }
 
+    // The desktop's inhibitor runs exactly as long as firmware is being written.
+    void theMachineIsKeptAwakeWhileItWrites()
+    {
+        const QTemporaryDir folder;
+        const QString told = folder.filePath(QStringLiteral("told"));
+        QFile script(folder.filePath(QStringLiteral("systemd-inhibit")));
+        QVERIFY(script.open(QIODevice::WriteOnly));
+        script.write("#!/bin/sh\necho \"$@\" > '" + told.toLocal8Bit() + "'\ncat\necho released >> '" +
+                     told.toLocal8Bit() + "'\n");
+        script.close();
+        QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", folder.path().toLocal8Bit() + ':' + path);
+        const auto lines = [&told] {
+            QFile file(told);
+            return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        };
+        dialog->readyForm();
+        QVERIFY(!QFile::exists(told));
+        dialog->busyForm();
+        QTRY_VERIFY(lines().endsWith(QLatin1String(" cat\n")));
+        QVERIFY(lines().contains(QLatin1String("--what=shutdown:sleep:idle")));
+        QVERIFY(lines().contains(QLatin1String("--mode=block")));
+        QVERIFY(lines().contains(fixture::told(UpgradeText::WarnUpdate)));
+        emit PostMsg::instance()->SigProgress(0, 1);
+        QTRY_VERIFY(lines().endsWith(QLatin1String("released\n")));
+        qputenv("PATH", path);
+    }
+
     void closingIsIgnoredWhileItWrites()
     {
         dialog->readyForm();

@@ -70,6 +70,7 @@ private slots:
     {
         beginUpgrade();
         page = std::make_unique<Page>();
+        page->widget.show();
         flow = std::make_unique<UpgradeFlow>(*page);
         OnDevicePage = 1;
         for (auto *timer : flow->findChildren<QTimer *>()) {
@@ -568,6 +569,20 @@ private slots:
         QCOMPARE(frame.at(0).at(0).toBool(), waits);
         flow->SlotUpdateFrame(waits);
         QCOMPARE(flow->dialog().isVisible(), waits);
+    }
+
+    // In the tray nobody has asked for it.
+    void withoutAWindowNoOfferOpens()
+    {
+        page->widget.hide();
+        flow->SlotUpdateFrame(true);
+        QVERIFY(flow->dialog().isHidden());
+        page->widget.showMinimized();
+        flow->SlotUpdateFrame(true);
+        QVERIFY(flow->dialog().isHidden());
+        page->widget.showNormal();
+        flow->SlotUpdateFrame(true);
+        QVERIFY(flow->dialog().isVisible());
     }
 
     void withoutTheFolderNothingIsOffered()
