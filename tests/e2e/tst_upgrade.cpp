@@ -425,8 +425,10 @@ int upgradeChild(int argc, char **argv)
     Settings settings;
     if (QApplication::arguments().contains(QLatin1String(BetweenTheStages)))
         settings.flow.findChild<QTimer *>(QStringLiteral("MouseCheckTimer"))->setInterval(600000);
-    if (!settings.opens())
+    if (!settings.opens()) {
+        qWarning("%s", qPrintable(settings.text()));
         return EXIT_FAILURE;
+    }
     settings.start();
     return QApplication::exec();
 }
