@@ -245,26 +245,16 @@ const std::vector<Row> &rows()
         {"SigAllLanguage(int)",
          Plain,
          nullptr,
-         {{"Sensor", "SlotAllLanguage(int)"},
-          {"Macro", "SlotAllLanguage(int)"},
-          {"LampLight", "SlotAllLanguage(int)"},
-          {"Buttoninterface", "SlotAllLanguage(int)"},
-          {"DialogMain", "SlotAllLanguage(int)"},
-          {"DialogChange", "SlotAllLanguage(int)"},
-          {"QuestiondialogB", "SlotAllLanguage(int)"},
-          {"UpDataParam", "SlotAllLanguage(int)"},
-          {"MouseOffLine", "SlotAllLanguage(int)"},
-          {"ContainReset", "SlotAllLanguage(int)"},
-          {"InportFail", "SlotAllLanguage(int)"},
-          {"Match", "SlotAllLanguage(int)"},
-          {"PreVier", "SlotAllLanguage(int)"},
-          {"FormSetting", "SlotAllLanguage(int)"},
-          {"LedInfo", "SlotAllLanguage(int)"},
-          {"InputPicA", "SlotAllLanguage(int)"},
-          {"InputPicB", "SlotAllLanguage(int)"},
-          {"LightModeSet", "SlotAllLanguage(int)"},
-          {"UpDateRepair", "SlotAllLanguage(int)"},
-          {"Advanced", "SlotAllLanguage(int)"}}},
+         {{"Sensor", "SlotAllLanguage(int)"},          {"Macro", "SlotAllLanguage(int)"},
+          {"LampLight", "SlotAllLanguage(int)"},       {"Buttoninterface", "SlotAllLanguage(int)"},
+          {"DialogMain", "SlotAllLanguage(int)"},      {"DialogChange", "SlotAllLanguage(int)"},
+          {"QuestiondialogB", "SlotAllLanguage(int)"}, {"UpDataParam", "SlotAllLanguage(int)"},
+          {"MouseOffLine", "SlotAllLanguage(int)"},    {"ContainReset", "SlotAllLanguage(int)"},
+          {"InportFail", "SlotAllLanguage(int)"},      {"Match", "SlotAllLanguage(int)"},
+          {"PreVier", "SlotAllLanguage(int)"},         {"FormSetting", "SlotAllLanguage(int)"},
+          {"LedInfo", "SlotAllLanguage(int)"},         {"InputPicA", "SlotAllLanguage(int)"},
+          {"InputPicB", "SlotAllLanguage(int)"},       {"LightModeSet", "SlotAllLanguage(int)"},
+          {"UpDateRepair", "SlotAllLanguage(int)"},    {"Advanced", "SlotAllLanguage(int)"}}},
         {"SigLanguageSameA(int)", Plain, nullptr, {{"DialogChange", "SlotSameLanguageA(int)"}}},
         {"SigLanguageSameB(int)", Plain, nullptr, {{"FormSetting", "SlotLanguageSameB(int)"}}},
         {"SigMouseIndex(int)",
@@ -340,10 +330,10 @@ private:
 
     QObject *object(const char *className) const
     {
-        for (QObject *each : std::initializer_list<QObject *>{
-                 window.get(), running.get(), offLine.get(), duplicates.get(), reset.get(),
-                 importFailed.get(), wait.get(), match.get(), summary.get(), UpDateRepair::instance(),
-                 Worker::instance()})
+        for (QObject *each :
+             std::initializer_list<QObject *>{window.get(), running.get(), offLine.get(), duplicates.get(),
+                                              reset.get(), importFailed.get(), wait.get(), match.get(),
+                                              summary.get(), UpDateRepair::instance(), Worker::instance()})
             if (each && qstrcmp(each->metaObject()->className(), className) == 0)
                 return each;
         for (const auto &each : unopened)
