@@ -16,7 +16,8 @@ constexpr char BaseGroup[] = "Mouse Drive Test";             // UpdateFailInfo a
 constexpr char OldLanguageGroup[] = "ZANVO Morlen Software"; // LanguageIndex of older releases
 constexpr char RunGroup[] = "Run";                           // what starts at logon, named by the application
 
-constexpr char UpdateFailInfo[] = "UpdateFailInfo"; // "target,ConnectionKind,CID,MID", decimal
+constexpr char UpdateFailInfo[] = "UpdateFailInfo";       // "target,ConnectionKind,CID,MID", decimal
+constexpr char UpdateFailWaiting[] = "UpdateFailWaiting"; // more of them, with ";" between
 constexpr char LanguageIndex[] = "LanguageIndex";
 
 // "MouseVer" + CID + MID, the texts of the catalogue: the firmware version text of a mouse of this model as

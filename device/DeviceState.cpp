@@ -68,11 +68,13 @@ DeviceAllInfo selectedReceiver()
 {
     const DeviceAllInfo selected = SelectedDevice::info();
     const std::vector<DeviceAllInfo> list = deviceList();
-    if (selected.Usb && list.size() == 2)
+    if (!selected.Usb)
+        return selected;
+    if (list.size() == 2)
         for (const DeviceAllInfo &entry : list)
             if (!entry.Usb)
                 return entry;
-    return selected;
+    return {}; // a cable's own DongleVersion is the mouse's
 }
 
 const char *CurrentDevicePath() { return selection().path; }

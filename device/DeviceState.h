@@ -87,8 +87,8 @@ inline void awaitMouse()
 // DeviceList: the result of the device page's last search. Copies in, copies out.
 std::vector<DeviceAllInfo> deviceList();
 void setDeviceList(const std::vector<DeviceAllInfo> &list);
-// The receiver that belongs to the selected device: itself, or the one beside it while it is on its cable. A
-// cable without one gives the cable.
+// The receiver that belongs to the selected device: itself, or the one beside it while it is on its cable.
+// Empty for a cable without one.
 DeviceAllInfo selectedReceiver();
 
 // Restores the state at the start of the process: every DeviceFlag, the selection and the record.

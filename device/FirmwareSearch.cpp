@@ -43,6 +43,7 @@ struct Wanted {
     int mid;
     int connectionKind;   // of a receiver; 0 for any
     bool comparesNumbers; // the same number in another writing ends the search
+    bool isFlashed;       // complete, undamaged files alone count
 };
 
 // A file shorter than a head gives zeros, which match no device.
@@ -57,10 +58,10 @@ wire::FirmwareHead readHead(QFile &file)
 bool isFor(const wire::FirmwareHead &head, const Wanted &wanted)
 {
     const QByteArray base(head.BaseName, int(strnlen(head.BaseName, sizeof head.BaseName)));
+    const bool hasClass = wanted.connectionKind == 0 || wanted.target == TargetMouse ||
+                          head.ReceiverKHz == wanted.connectionKind;
     return head.Target == wanted.target && head.Cid == wanted.cid && head.Mid == wanted.mid &&
-           QString::fromUtf8(base) == wanted.baseName &&
-           (wanted.connectionKind == 0 || wanted.target == TargetMouse ||
-            head.ReceiverKHz == wanted.connectionKind);
+           QString::fromUtf8(base) == wanted.baseName && (hasClass || !wanted.isFlashed);
 }
 
 QByteArray readWhole(QFile &file)
@@ -71,6 +72,7 @@ QByteArray readWhole(QFile &file)
     return isSoundFirmware(image) ? image : QByteArray();
 }
 
+// The bytes of the last file that counts; its name where it is not flashed.
 QByteArray search(const Wanted &wanted)
 {
     QByteArray found;
@@ -87,12 +89,11 @@ QByteArray search(const Wanted &wanted)
         const QString offered = fileVersion(head);
         if (offered == wanted.version)
             continue;
-        const QByteArray image = readWhole(file);
-        if (image.isEmpty())
-            continue;
         if (wanted.comparesNumbers && sameNumber(offered, wanted.version))
             return found;
-        found = image;
+        const QByteArray image = wanted.isFlashed ? readWhole(file) : name.toUtf8();
+        if (!image.isEmpty())
+            found = image;
     }
     return found;
 }
@@ -102,19 +103,20 @@ QByteArray search(const Wanted &wanted)
 bool hasNewFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
                     int connectionKind)
 {
-    return !version.isEmpty() && !findFirmware(target, version, baseName, cid, mid, connectionKind).isEmpty();
+    return !version.isEmpty() &&
+           !search({target, bareVersion(version), baseName, cid, mid, connectionKind, true, false}).isEmpty();
 }
 
 QByteArray findFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
                         int connectionKind)
 {
-    return search({target, bareVersion(version), baseName, cid, mid, connectionKind, true});
+    return search({target, bareVersion(version), baseName, cid, mid, connectionKind, true, true});
 }
 
 QByteArray findRepairFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
                               int connectionKind)
 {
-    return search({target, bareVersion(version), baseName, cid, mid, connectionKind, false});
+    return search({target, bareVersion(version), baseName, cid, mid, connectionKind, false, true});
 }
 
 QString firmwareKey(int target, int connectionKind)

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Looks in the folder "/bin" beside the program for firmware other than what a device runs. A version
-// that differs counts as new, also an older one: the folder decides what a device should run. A damaged file
-// counts as one for another device. Any thread; each call reads the folder, the head of each file and the
-// files that fit.
+// that differs counts as new, also an older one: the folder decides what a device should run. Any thread;
+// each call reads the folder, the head of each file and, for one to flash, the files that fit.
 #pragma once
 
 #include <QByteArray>
@@ -14,12 +13,12 @@ constexpr int TargetMouse = 210;
 constexpr int TargetReceiver = 211;
 
 // version: as devices give it, such as "v1.0A"; an empty one yields false. baseName: the firmware's name
-// in the catalogue. connectionKind: of a receiver, 0 for any.
+// in the catalogue. connectionKind: of a receiver, 0 for any. The heads of the files decide.
 bool hasNewFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
                     int connectionKind = 0);
 
 // The whole file, of several that fit the last in the order of their names; empty without one. Any file that
-// fits does for an empty version.
+// fits does for an empty version. A damaged file, or one for another class of receivers, does not count.
 QByteArray findFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
                         int connectionKind = 0);
 // The same for a repair, which compares versions as texts alone.

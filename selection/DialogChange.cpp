@@ -111,8 +111,9 @@ void DialogChange::take(const DeviceScan &scan)
                          .value(registry::BaseGroup, QString::fromLatin1(registry::UpdateFailInfo))
                          .isEmpty());
     rebuild(scan);
-    // The offers of the upgrade dialog depend on the attached devices.
-    if (UpgradeDialogOpen && !UpdateBusy)
+    // What can be repaired depends on the attached devices.
+    const UpDateRepair *const dialog = UpDateRepair::instance();
+    if (dialog && dialog->isForRepair() && !UpdateBusy)
         checkRepair();
 }
 
@@ -252,7 +253,7 @@ void DialogChange::on_Repair_clicked()
 {
     if (UpDateRepair *const dialog = UpDateRepair::instance()) {
         dialog->resetForm();
-        dialog->showOver(this);
+        dialog->showForRepair(this);
     }
     checkRepair();
 }

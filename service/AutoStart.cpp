@@ -15,19 +15,34 @@ namespace
 
 constexpr char HiddenStart[] = "MORLEN_START_HIDDEN";
 
+// The program is the shell's argument: env would take a path with "=" in it for a variable.
+QStringList command(const QString &program)
+{
+    return {QStringLiteral("env"),         QStringLiteral("%1=1").arg(QLatin1String(HiddenStart)),
+            QStringLiteral("sh"),          QStringLiteral("-c"),
+            QStringLiteral("exec \"$0\""), program};
+}
+
+QString commandText(const QString &program)
+{
+    QStringList quoted;
+    for (const QString &argument : command(program))
+        quoted << DesktopEntry::quotedArgument(argument);
+    return quoted.join(QLatin1Char(' '));
+}
+
 QString entryText(const QString &program)
 {
     return QStringLiteral("[Desktop Entry]\n"
                           "Type=Application\n"
                           "Name=Morlen\n"
                           "Comment=Mouse settings, hidden in the tray\n"
-                          "Exec=env %1=1 %2\n"
-                          "TryExec=%3\n"
+                          "Exec=%1\n"
+                          "TryExec=%2\n"
                           "Icon=morlen\n"
                           "Terminal=false\n"
                           "X-GNOME-Autostart-enabled=true\n")
-        .arg(QLatin1String(HiddenStart), DesktopEntry::quotedArgument(program),
-             DesktopEntry::escaped(program));
+        .arg(commandText(program), DesktopEntry::escaped(program));
 }
 
 } // namespace
@@ -61,7 +76,8 @@ bool disable() { return QFile::remove(entryPath()) || !QFileInfo::exists(entryPa
 bool isWhole()
 {
     const DesktopEntry entry(entryPath());
-    return QFileInfo(entry.text("TryExec")).isExecutable();
+    const QString program = entry.text("TryExec");
+    return QFileInfo(program).isExecutable() && entry.command() == command(program);
 }
 
 bool takeHiddenStart()

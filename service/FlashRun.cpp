@@ -4,10 +4,11 @@
 
 #include "device/FirmwareImage.h"
 #include "environment/DataRoot.h"
+#include "environment/Thread.h"
 
 #include <QFile>
 #include <mutex>
-#include <thread>
+#include <utility>
 
 namespace
 {
@@ -60,12 +61,12 @@ void onUpgrade(const uint8_t *data)
 }
 
 // The disk and the search for the device take their time, so the main thread does not wait for them.
-void begin(const QByteArray &image, const QString &record)
+void begin(const QByteArray &image, const UpdateFailRecord &record)
 {
-    const QString before = UpdateFailRecord::storedText();
-    if (UpdateFailRecord::store(record) && startFirmwareUpgrade(image, onUpgrade, TimeoutMs))
+    const QStringList before = UpdateFailRecord::storedTexts();
+    if (record.putFirst() && startFirmwareUpgrade(image, onUpgrade, TimeoutMs))
         return;
-    UpdateFailRecord::store(before);
+    UpdateFailRecord::storeTexts(before);
     end(false, false);
 }
 
@@ -77,7 +78,8 @@ void flashrun::start(const QByteArray &image, const UpdateFailRecord &record, co
         const std::lock_guard lock(run().mutex);
         run().handlers = handlers;
     }
-    std::thread([image, text = record.text()] { begin(image, text); }).detach();
+    if (!startThread([image, record] { begin(image, record); }))
+        end(false, false);
 }
 
 void flashrun::emptyLog()

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // FlashRun: writes one firmware file to its device. UpdateFailInfo is on the disk before the layer starts, so
-// that a kill or a loss of power at any packet leaves the offer to repair; the caller takes it away after the
-// success. One run at a time.
+// that a kill or a loss of power at any packet leaves the offer to repair; the caller takes the record away
+// after the success. One run at a time.
 #pragma once
 
 #include "service/UpdateFailRecord.h"

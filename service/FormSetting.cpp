@@ -23,6 +23,7 @@
 #include "ui_FormSetting.h"
 
 #include <QDesktopServices>
+#include <QFileInfo>
 #include <QMouseEvent>
 #include <QProcess>
 #include <QScreen>
@@ -371,7 +372,8 @@ void FormSetting::on_checkBox_clicked(bool checked)
     }
     ui->checkBox->setChecked(!checked);
     notice::ask<UpDateWarning>(this, PageNoticeOffset,
-                               language::text(Section::Settings, "AutoOpenFailed", LanguageIndex));
+                               language::text(Section::Settings, "AutoOpenFailed", LanguageIndex)
+                                   .arg(QFileInfo(autostart::entryPath()).path()));
 }
 
 void FormSetting::on_pushButton_clicked()

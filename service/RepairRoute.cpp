@@ -46,7 +46,7 @@ void tellSuccess()
     endRun();
     PostMsg *hub = PostMsg::instance();
     emit hub->SigAutoRepair(Repaired);
-    emit hub->SigUpDateButton(true);
+    emit hub->SigUpDateButton(UpdateFailRecord::storedTexts().isEmpty());
     emit hub->SigProgress(0, ShowSuccess);
 }
 
@@ -76,22 +76,28 @@ bool mouseIsThere(const Plan &plan)
 
 void flash(const Plan &plan, int target);
 
-void onProgress(int target, int percent)
+void showProgress(int target, int percent)
 {
-    RepairBusy = true;
     const int half = percent / 2;
     const int value = Stages != 2 ? percent : target == TargetMouse ? half + 50 : half;
     emit PostMsg::instance()->SigAutoRepairProgress(value);
 }
 
+void onProgress(int target, int percent)
+{
+    RepairBusy = true;
+    showProgress(target, percent);
+}
+
 void onSuccess(const Plan &plan, int target)
 {
-    // While the mouse waits for its repair the record stays, as it is the mouse's.
-    if (target == TargetMouse || target == plan.failed.target)
-        UpdateFailRecord::remove();
-    WiredMarriage().marry(attachedOfModel(modelOf(plan.failed)));
     const bool goesOn = target == TargetReceiver && !plan.mouseImage.isEmpty() &&
                         (plan.failed.target != TargetReceiver || mouseIsThere(plan));
+    // A mouse in its boot loader must not be without its record while the questions below are asked.
+    if (goesOn)
+        recordOf(plan, TargetMouse).putFirst();
+    recordOf(plan, target).takeAway();
+    WiredMarriage().marry(attachedOfModel(modelOf(plan.failed)));
     if (goesOn)
         flash(plan, TargetMouse);
     else
@@ -101,7 +107,7 @@ void onSuccess(const Plan &plan, int target)
 void onFailure(const Plan &plan, int target, bool started)
 {
     if (started)
-        UpdateFailRecord::store(recordOf(plan, target).text());
+        recordOf(plan, target).putFirst();
     tellFailure();
 }
 
@@ -110,6 +116,7 @@ void onFailure(const Plan &plan, int target, bool started)
 void flash(const Plan &plan, int target)
 {
     UpgradeTarget = target;
+    showProgress(target, 0);
     const FlashHandlers handlers = {[target](int percent) { onProgress(target, percent); },
                                     [plan, target](bool succeeded, bool started) {
                                         if (succeeded)
@@ -124,23 +131,43 @@ void flash(const Plan &plan, int target)
 
 } // namespace
 
-GateVerdict RepairRoute::check(const std::vector<DeviceAllInfo> &attached)
+GateVerdict RepairRoute::checkRecord(const std::vector<DeviceAllInfo> &attached, const QString &text)
 {
-    const QString text = UpdateFailRecord::storedText();
     const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
     const auto image = [&record](int target) { return modelOf(record).findForRepair(target); };
     const GateQuestions questions = {
         [&image](int target, int, bool) { return !image(target).isEmpty(); },
         [&image](int target, int) { return findBootDevices(image(target), BootLoaderLimit); }};
-    last_ = repairGate(attached, text, questions);
-    if (last_.recordIsSenseless)
-        UpdateFailRecord::remove();
+    const GateVerdict verdict = repairGate(attached, text, questions);
+    if (verdict.recordIsSenseless)
+        UpdateFailRecord::takeAway(text);
+    return verdict;
+}
+
+// Of several devices that wait, the first that can be repaired now; when none can, the last one that failed
+// says why.
+GateVerdict RepairRoute::check(const std::vector<DeviceAllInfo> &attached)
+{
+    QStringList texts = UpdateFailRecord::storedTexts();
+    if (texts.isEmpty())
+        texts << QString();
+    last_ = GateVerdict();
+    for (const QString &text : qAsConst(texts)) {
+        const GateVerdict verdict = checkRecord(attached, text);
+        const bool saysMore = last_.recordIsSenseless && !verdict.recordIsSenseless;
+        if (text == texts.first() || verdict.ready || saysMore) {
+            last_ = verdict;
+            record_ = text;
+        }
+        if (verdict.ready)
+            break;
+    }
     return last_;
 }
 
 bool RepairRoute::start()
 {
-    const auto record = UpdateFailRecord::parse(UpdateFailRecord::storedText());
+    const auto record = UpdateFailRecord::parse(record_);
     if (!last_.ready || !record)
         return false;
     Plan plan;

@@ -11,12 +11,15 @@
 class RepairRoute
 {
 public:
-    // Decides by the devices given, by UpdateFailInfo, which it removes when it makes no sense, and by what
-    // waits in a boot loader.
+    // Decides by the devices given, by the records of failed upgrades, of which it removes those that make no
+    // sense, and by what waits in a boot loader.
     GateVerdict check(const std::vector<DeviceAllInfo> &attached);
     // Starts what the last check allowed. False when there is no file for it any more.
     bool start();
 
 private:
+    GateVerdict checkRecord(const std::vector<DeviceAllInfo> &attached, const QString &text);
+
     GateVerdict last_;
+    QString record_; // the one that the verdict is about
 };

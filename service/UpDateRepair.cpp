@@ -75,6 +75,7 @@ void UpDateRepair::connectSignals()
     connect(hub, SIGNAL(SigAutoRepair(int)), this, SLOT(SlotAutoRepair(int)));
     connect(hub, SIGNAL(SigAutoRepairProgress(int)), this, SLOT(SlotAutoRepairProgress(int)));
     connect(hub, SIGNAL(SigRepairCheckUpdate()), this, SLOT(SlotRepairCheckUpdate()));
+    connect(hub, SIGNAL(SigMainPageChange()), this, SLOT(SlotMainPageChange()));
 }
 
 // ---- Forms --------------------------------------------------------------------------------------
@@ -118,6 +119,14 @@ void UpDateRepair::noticeForm(UpgradeText reason)
     showButtons();
 }
 
+// A failure behind the last byte is none the less a failure: a full bar means success.
+void UpDateRepair::showFailure()
+{
+    say(UpgradeText::DialogUpgradeFail);
+    setBar(qMin(ui->progressBar_2->value(), Full - 1));
+    showButtons();
+}
+
 // Ends the busy form.
 void UpDateRepair::showButtons()
 {
@@ -153,6 +162,15 @@ void UpDateRepair::setBar(int percent)
     writeTexts();
 }
 
+// The bar covers both targets, the text below it the one that is being written.
+int UpDateRepair::targetPercent() const
+{
+    const int value = ui->progressBar_2->value();
+    if (Stages != 2)
+        return value;
+    return UpgradeTarget == TargetMouse ? qMax(0, value - HalfWay) * 2 : qMin(value, HalfWay) * 2;
+}
+
 void UpDateRepair::writeTexts()
 {
     const auto common = [this](const char *key) {
@@ -175,8 +193,8 @@ void UpDateRepair::writeTexts()
                            : language::text(language::Section::update, "DialogUpgradeStart", language_));
     const char *what = UpgradeTarget == TargetMouse ? "MouseVersion" : "DongleVersion";
     const QString progress = language::text(language::Section::update, "UpgradeProgress", language_);
-    ui->percent->setText(progress.arg(language::text(language::Section::Settings, what, language_))
-                             .arg(ui->progressBar_2->value()));
+    ui->percent->setText(
+        progress.arg(language::text(language::Section::Settings, what, language_)).arg(targetPercent()));
     setAccessibleName(ui->ToolText_2->text().isEmpty() ? hint : ui->ToolText_2->text());
 }
 
@@ -244,6 +262,7 @@ void UpDateRepair::showEvent(QShowEvent *event)
 void UpDateRepair::hideEvent(QHideEvent *event)
 {
     UpgradeDialogOpen = false;
+    forRepair_ = false;
     NoticeWindow::hideEvent(event);
 }
 
@@ -252,6 +271,19 @@ void UpDateRepair::showOver(const QWidget *widget, const QPoint &offset)
     placeOver(widget, offset);
     setModal(true);
     show();
+}
+
+void UpDateRepair::showForRepair(const QWidget *widget)
+{
+    forRepair_ = true;
+    showOver(widget);
+}
+
+// The offer is about the device of that page. A result stays to be read.
+void UpDateRepair::SlotMainPageChange()
+{
+    if (!busy_ && !forRepair_ && !showsResult())
+        close();
 }
 
 // ---- The hub's words ----------------------------------------------------------------------------
@@ -264,8 +296,7 @@ void UpDateRepair::SlotProgress(int schedue, int Discrib)
         break;
     case Told::Failed:
         setMainButton(MainButton::Ok);
-        say(UpgradeText::DialogUpgradeFail);
-        showButtons();
+        showFailure();
         break;
     case Told::Succeeded:
         say(UpgradeText::DialogUpgradeSuccess);
@@ -282,13 +313,11 @@ void UpDateRepair::SlotProgress(int schedue, int Discrib)
         break;
     case Told::FailedHalfWay:
         setMainButton(MainButton::Ok);
-        say(UpgradeText::DialogUpgradeFail);
         setBar(HalfWay);
-        showButtons();
+        showFailure();
         break;
     case Told::RepairFailed:
-        say(UpgradeText::DialogUpgradeFail);
-        showButtons();
+        showFailure();
         break;
     }
 }

@@ -34,11 +34,15 @@ public:
     void busyForm();                     // firmware is being written
     void noticeForm(UpgradeText reason); // why nothing can be upgraded
     bool isBusy() const { return busy_; }
+    void showTarget() { writeTexts(); } // UpgradeTarget has changed
     // A result shows; it stays until the user closes the dialog.
     bool showsResult() const;
 
     // Opens it over the middle of `widget`, without waiting for its end.
     void showOver(const QWidget *widget, const QPoint &offset = {});
+    // The same for a repair, which the devices on the selection page decide.
+    void showForRepair(const QWidget *widget);
+    bool isForRepair() const { return forRepair_; }
     // The devices that the next check for a repair is about.
     void setAttached(std::vector<DeviceAllInfo> devices) { attached_ = std::move(devices); }
 
@@ -50,6 +54,7 @@ public slots:
     void SlotAutoRepairProgress(int index);
     void SlotProgress(int schedue, int Discrib);
     void SlotRepairCheckUpdate();
+    void SlotMainPageChange(); // the device page is left
     void SlotAllLanguage(int index);
 
 protected:
@@ -67,8 +72,10 @@ private:
     void setMainButton(MainButton meaning);
     void setBar(int percent);
     void showButtons();
+    void showFailure();
     void leave();
     void writeTexts();
+    int targetPercent() const;
     void startRepair();
 
     std::unique_ptr<Ui::UpDateRepair> ui;
@@ -78,5 +85,6 @@ private:
     UpgradeText text_ = UpgradeText::None;
     MainButton mainButton_ = MainButton::Start;
     bool busy_ = false;
+    bool forRepair_ = false;
     int language_ = 0;
 };

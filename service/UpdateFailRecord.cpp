@@ -5,14 +5,27 @@
 #include "catalogue/RegistryStore.h"
 #include "device/FirmwareSearch.h"
 
-#include <QStringList>
+#include <algorithm>
+#include <mutex>
 
 namespace
 {
 
 const QString Name = QLatin1String(registry::UpdateFailInfo);
+const QString WaitingName = QLatin1String(registry::UpdateFailWaiting);
+constexpr QLatin1Char Separator(';');
 
+// The main thread removes what makes no sense, the layer's upgrade thread names what it flashes.
+template <typename Change> bool changeStored(Change change)
+{
+    static auto *const mutex = new std::mutex; // the layer's thread may outlive the program's end
+    const std::lock_guard lock(*mutex);
+    QStringList texts = UpdateFailRecord::storedTexts();
+    change(texts);
+    return UpdateFailRecord::storeTexts(texts);
 }
+
+} // namespace
 
 std::optional<UpdateFailRecord> UpdateFailRecord::parse(const QString &text)
 {
@@ -42,16 +55,65 @@ bool UpdateFailRecord::makesSense() const
            catalogue.find(cid, mid) != catalogue.total();
 }
 
-QString UpdateFailRecord::storedText() { return RegistryStore::instance().value(registry::BaseGroup, Name); }
+bool UpdateFailRecord::isSameDevice(const UpdateFailRecord &other) const
+{
+    return target == other.target && cid == other.cid && mid == other.mid &&
+           (target != TargetReceiver || connectionKind == other.connectionKind);
+}
 
-bool UpdateFailRecord::store(const QString &text)
+bool UpdateFailRecord::putFirst() const
+{
+    return changeStored([this](QStringList &texts) {
+        const auto goes = [this](const QString &text) {
+            const auto other = parse(text);
+            return !other || !other->makesSense() || isSameDevice(*other);
+        };
+        texts.erase(std::remove_if(texts.begin(), texts.end(), goes), texts.end());
+        texts.prepend(this->text());
+    });
+}
+
+bool UpdateFailRecord::takeAway() const
+{
+    return changeStored([this](QStringList &texts) {
+        const auto goes = [this](const QString &text) {
+            const auto other = parse(text);
+            return other && isSameDevice(*other);
+        };
+        texts.erase(std::remove_if(texts.begin(), texts.end(), goes), texts.end());
+    });
+}
+
+bool UpdateFailRecord::takeAway(const QString &text)
+{
+    return changeStored([&text](QStringList &texts) { texts.removeAll(text); });
+}
+
+QString UpdateFailRecord::storedText() { return storedTexts().value(0); }
+
+QStringList UpdateFailRecord::storedTexts()
 {
     RegistryStore &registry = RegistryStore::instance();
-    if (text.isEmpty())
-        registry.removeValue(registry::BaseGroup, Name);
-    else
-        registry.setValue(registry::BaseGroup, Name, text);
+    QStringList texts(registry.value(registry::BaseGroup, Name));
+    texts += registry.value(registry::BaseGroup, WaitingName).split(Separator);
+    texts.removeAll(QString());
+    return texts;
+}
+
+bool UpdateFailRecord::store(const QString &text) { return storeTexts({text}); }
+
+bool UpdateFailRecord::storeTexts(const QStringList &texts)
+{
+    RegistryStore &registry = RegistryStore::instance();
+    const auto set = [&registry](const QString &name, const QString &value) {
+        if (value.isEmpty())
+            registry.removeValue(registry::BaseGroup, name);
+        else
+            registry.setValue(registry::BaseGroup, name, value);
+    };
+    set(Name, texts.value(0));
+    set(WaitingName, texts.mid(1).join(Separator));
     return registry.flush();
 }
 
-void UpdateFailRecord::remove() { store({}); }
+void UpdateFailRecord::remove() { storeTexts({}); }

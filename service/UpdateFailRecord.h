@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 //
 // UpdateFailRecord: the stored value UpdateFailInfo, which names the target of an upgrade that has begun and
-// not succeeded. It survives a restart, and the program then offers a repair. Any thread.
+// not succeeded. It survives a restart, and the program then offers a repair. There is one for each device
+// that waits for its repair: the one named last is UpdateFailInfo, the others stand in UpdateFailWaiting and
+// take its place one after the other. Any thread.
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <optional>
 
 struct UpdateFailRecord {
@@ -19,9 +21,17 @@ struct UpdateFailRecord {
     QString text() const; // "210,8,18,6"
     // False for another target, another class, or ids that no model of the catalogue has.
     bool makesSense() const;
+    // A mouse is the same one with each of its receivers; a receiver of another class is another device.
+    bool isSameDevice(const UpdateFailRecord &other) const;
 
-    static QString storedText();
-    // Returns when the file holds it; false when it could not be written.
-    static bool store(const QString &text);
-    static void remove();
+    // Each returns when the file holds the change; false when it could not be written.
+    bool putFirst() const; // before the first erase
+    bool takeAway() const; // after the verified success
+    static bool takeAway(const QString &text);
+
+    static QString storedText();            // UpdateFailInfo
+    static QStringList storedTexts();       // it and those that wait
+    static bool store(const QString &text); // instead of all of them
+    static bool storeTexts(const QStringList &texts);
+    static void remove(); // all of them
 };

@@ -8,8 +8,11 @@
 #include "device/EventDispatch.h"
 #include "device/FirmwareImage.h"
 #include "device/FirmwareSearch.h"
+#include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "environment/DataRoot.h"
+#include "environment/MainThread.h"
+#include "environment/Thread.h"
 #include "hub/PostMsg.h"
 #include "service/FlashRun.h"
 #include "service/ModelDevices.h"
@@ -17,6 +20,8 @@
 #include "service/WiredMarriage.h"
 
 #include <QDir>
+#include <QPointer>
+#include <QWidget>
 #include <algorithm>
 
 namespace
@@ -51,6 +56,18 @@ int attachedKind()
     return 0;
 }
 
+// The record of the model that is attached; another model's waits until that one is.
+QString recordBeside(const std::vector<DeviceAllInfo> &devices)
+{
+    const QStringList texts = UpdateFailRecord::storedTexts();
+    for (const QString &text : texts)
+        if (const auto record = UpdateFailRecord::parse(text);
+            record && !devices.empty() && record->mid == devices.front().Mid &&
+            devices.front().Usb == (record->target == TargetReceiver))
+            return text;
+    return texts.value(0);
+}
+
 // ---- On the layer's upgrade thread
 
 void onProgress(int target, int percent)
@@ -60,7 +77,8 @@ void onProgress(int target, int percent)
     emit PostMsg::instance()->SigProgress(start + (isHalf ? percent / 2 : percent), ShowPercent);
 }
 
-void onSuccess(int target, const QString &version)
+// The record of the other target stays: it may wait in its boot loader for its turn.
+void onSuccess(int target, const UpdateFailRecord &record, const QString &version)
 {
     PostMsg *hub = PostMsg::instance();
     if (target == TargetMouse) {
@@ -68,7 +86,7 @@ void onSuccess(int target, const QString &version)
         const QString name = registry::mouseVersionName(catalogue, catalogue.find(UpgradeCid, UpgradeMid));
         RegistryStore::instance().setValue(registry::BaseGroup, name, version);
     }
-    UpdateFailRecord::remove();
+    record.takeAway();
     if (target == TargetMouse)
         WiredMarriage().marry(attachedOfModel({UpgradeCid, UpgradeMid, UpgradeKind}));
     if (target == TargetMouse || Stages == 1)
@@ -81,7 +99,7 @@ void onFailure(int target, const UpdateFailRecord &record, bool started)
 {
     flashrun::emptyLog();
     if (started)
-        UpdateFailRecord::store(record.text());
+        record.putFirst();
     MouseNew = false;
     ReceiverNew = false;
     emit PostMsg::instance()->SigProgress(0, ShowFailure);
@@ -143,10 +161,12 @@ void UpgradeFlow::SlotUpdateFrame(bool IsVis)
 {
     if (dialog_.isBusy() || dialog_.showsResult())
         return;
-    if (IsVis)
-        on_Receive_2_clicked();
-    else
+    // Nobody asked for it, so it does not open on a desktop without the program's window.
+    const QWidget *const window = page_.place()->window();
+    if (!IsVis)
         dialog_.close();
+    else if (window->isVisible() && !window->isMinimized())
+        on_Receive_2_clicked();
 }
 
 void UpgradeFlow::on_Receive_2_clicked()
@@ -171,7 +191,7 @@ bool UpgradeFlow::ChechIsUpDate()
     if (dialog_.isBusy() || UpdateBusy || RepairRunning)
         return false;
     failedTarget_ = 0;
-    const QString text = UpdateFailRecord::storedText();
+    const QString text = recordBeside(deviceList());
     const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
     const auto image = [this, &record](int target, int kHz, bool anyVersion) {
         ModelFirmware firmware = model();
@@ -187,7 +207,8 @@ bool UpgradeFlow::ChechIsUpDate()
         [&image](int target, int kHz) { return findBootDevices(image(target, kHz, true), BootLoaderLimit); }};
     const GateVerdict verdict = upgradeGate(deviceList(), text, questions);
     if (verdict.recordIsSenseless)
-        UpdateFailRecord::remove();
+        UpdateFailRecord::takeAway(text);
+    offered_ = verdict;
     noNewVersion_ = verdict.text == UpgradeText::newTips;
     if (verdict.connectionKind != 0)
         UpgradeKind = verdict.connectionKind;
@@ -220,26 +241,55 @@ void UpgradeFlow::on_Start()
     MouseStatus = UpgradeStatus::None;
     following_ = false;
     flashed_ = false;
+    images_ = takeImages();
+    // Half of what was offered would be called a success.
+    if ((offered_.receiverNew && images_->receiver.isEmpty()) ||
+        (offered_.mouseNew && images_->mouse.isEmpty())) {
+        dialog_.noticeForm(UpgradeText::ErrorFile);
+        return;
+    }
     UpgradeTarget = TargetReceiver;
     dialog_.busyForm();
-    const bool mouseAlone = failedTarget_ == TargetMouse &&
-                            model().find(TargetReceiver, currentVersion(TargetReceiver)).isEmpty();
-    if (mouseAlone)
+    if (failedTarget_ == TargetMouse && images_->receiver.isEmpty())
         on_Mouse_clicked();
     else
         startTarget(TargetReceiver);
+}
+
+const QByteArray &UpgradeFlow::Images::of(int target) const
+{
+    return target == TargetReceiver ? receiver : mouse;
+}
+
+UpgradeFlow::Images UpgradeFlow::takeImages() const
+{
+    ModelFirmware firmware = model();
+    const auto find = [this, &firmware](int target) { return firmware.find(target, currentVersion(target)); };
+    Images images{find(TargetReceiver), find(TargetMouse)};
+    for (const int kind : KindsTried) {
+        if (!images.receiver.isEmpty() || UpgradeKind != 0)
+            break;
+        firmware.connectionKind = kind;
+        images.receiver = find(TargetReceiver);
+        if (!images.receiver.isEmpty())
+            UpgradeKind = kind;
+    }
+    return images;
 }
 
 void UpgradeFlow::startTarget(int target)
 {
     if (receiverActive_ || mouseActive_)
         return;
+    if (!images_)
+        images_ = takeImages();
     UpdateBusy = true;
     NotUpgrading = false;
     step_ = Step::Search;
     page_.showMark(TargetReceiver, false);
     page_.showMark(TargetMouse, false);
     UpgradeTarget = target;
+    dialog_.showTarget();
     (target == TargetReceiver ? receiverActive_ : mouseActive_) = true;
     (target == TargetReceiver ? dongleTimer_ : mouseTimer_).start();
 }
@@ -306,20 +356,10 @@ void UpgradeFlow::UpgradeStep(int target)
 
 void UpgradeFlow::search(int target)
 {
-    ModelFirmware firmware = model();
-    bool found = !firmware.find(target, currentVersion(target)).isEmpty();
-    for (const int kind : KindsTried) {
-        if (found || UpgradeKind != 0 || target == TargetMouse)
-            break;
-        firmware.connectionKind = kind;
-        found = !firmware.find(target, currentVersion(target)).isEmpty();
-        if (found)
-            UpgradeKind = kind;
-    }
-    if (found)
-        step_ = Step::Count;
-    else
+    if (images_->of(target).isEmpty())
         endWithNothing(target);
+    else
+        step_ = Step::Count;
 }
 
 int UpgradeFlow::candidates(int target, const QByteArray &image) const
@@ -332,28 +372,26 @@ int UpgradeFlow::candidates(int target, const QByteArray &image) const
     return int(listed) + findBootDevices(image, BootLoaderLimit);
 }
 
+// What the page shows of a receiver may be older than what it runs.
+bool UpgradeFlow::alreadyRuns(const QByteArray &image) const
+{
+    for (const DeviceAllInfo &device : deviceList()) {
+        uint32_t version = 0;
+        if (!device.Usb &&
+            UsbFinderC_GetSlaveVersion(device.DevicePath.toLocal8Bit().constData(), &version) &&
+            versionText(version) == firmwareVersion(image))
+            return true;
+    }
+    return false;
+}
+
 void UpgradeFlow::count(int target)
 {
-    QString version = currentVersion(target);
-    QByteArray image = model().find(target, version);
-    if (image.isEmpty()) {
-        endWithNothing(target);
-        return;
-    }
+    const QByteArray &image = images_->of(target);
     const int found = candidates(target, image);
-    if (found != 1) {
+    if (found != 1)
         endWithCount(target, found);
-        return;
-    }
-    for (const DeviceAllInfo &device : deviceList()) {
-        uint32_t slave = 0;
-        if (target != TargetReceiver || device.Usb || target == failedTarget_ ||
-            !UsbFinderC_GetSlaveVersion(device.DevicePath.toLocal8Bit().constData(), &slave))
-            continue;
-        version = versionText(slave);
-        image = model().find(target, version);
-    }
-    if (image.isEmpty())
+    else if (target == TargetReceiver && target != failedTarget_ && alreadyRuns(image))
         endWithNothing(target);
     else
         flash(target, image);
@@ -374,7 +412,7 @@ void UpgradeFlow::flash(int target, const QByteArray &image)
                     {[target](int percent) { onProgress(target, percent); },
                      [target, record, version = firmwareVersion(image)](bool succeeded, bool started) {
                          if (succeeded)
-                             onSuccess(target, version);
+                             onSuccess(target, record, version);
                          else
                              onFailure(target, record, started);
                      }});
@@ -440,13 +478,11 @@ void UpgradeFlow::finish(int target)
         endRun();
 }
 
-// Tells a result where none was told yet. The device has come back, maybe under another path, so the page's
-// watch looks at once.
+// Tells a result where none was told yet.
 void UpgradeFlow::endRun()
 {
-    if (!RepairRunning) // the user may have gone on to the repair between the result and this step
-        NotUpgrading = true;
     failedTarget_ = 0;
+    images_.reset();
     const auto is = [](UpgradeStatus status) { return ReceiverStatus == status || MouseStatus == status; };
     if (dialog_.isBusy() && !RepairRunning) {
         if (is(UpgradeStatus::Failed))
@@ -456,6 +492,49 @@ void UpgradeFlow::endRun()
         else
             dialog_.noticeForm(UpgradeText::ErrorFile);
     }
-    if (flashed_ && OnDevicePage == 1)
+    if (flashed_)
+        findRestarted();
+    else
+        givePagesBack();
+}
+
+// What was flashed has come back, maybe under another path. The pages are held until the selection points at
+// it, else the watch would take it for another device and leave the page.
+void UpgradeFlow::findRestarted()
+{
+    const ModelFirmware flashed{UpgradeCid, UpgradeMid, UpgradeKind};
+    const auto search = [flow = QPointer<UpgradeFlow>(this), flashed] {
+        const std::vector<DeviceAllInfo> devices = attachedOfModel(flashed);
+        runOnMainThread([flow, devices] {
+            if (flow)
+                flow->takeRestarted(devices);
+        });
+    };
+    if (!startThread(search))
+        takeRestarted({});
+}
+
+void UpgradeFlow::takeRestarted(const std::vector<DeviceAllInfo> &devices)
+{
+    const bool wired = SelectedDevice::info().Usb;
+    const auto isSelected = [wired](const DeviceAllInfo &device) { return device.Usb == wired; };
+    if (OnDevicePage == 1 && !RepairRunning &&
+        std::count_if(devices.cbegin(), devices.cend(), isSelected) == 1) {
+        const auto device = std::find_if(devices.cbegin(), devices.cend(), isSelected);
+        SelectedDevice::set(*device);
+        pointCurrentDeviceAt(device->DevicePath);
+        ReadStartedOnline = false; // a restart ends the connection
+        if (Worker *const worker = Worker::instance())
+            worker->startPass();
+    }
+    givePagesBack();
+}
+
+// The user may have gone on to the repair meanwhile. What was pulled during the run is noticed now.
+void UpgradeFlow::givePagesBack()
+{
+    if (!RepairRunning)
+        NotUpgrading = true;
+    if ((flashed_ || deviceList().empty()) && OnDevicePage == 1)
         StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
 }

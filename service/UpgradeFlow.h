@@ -12,6 +12,7 @@
 #include "service/UpgradePage.h"
 
 #include <QTimer>
+#include <optional>
 
 class UpgradeFlow : public QObject
 {
@@ -42,17 +43,27 @@ public:
 
 private:
     enum class Step : uint8_t { Search, Count, Started, Running, Finish };
+    struct Images {
+        const QByteArray &of(int target) const;
+        QByteArray receiver;
+        QByteArray mouse;
+    };
 
     ModelFirmware model() const;
     QString currentVersion(int target) const;
+    Images takeImages() const;
     void startTarget(int target);
     void UpgradeStep(int target);
     void search(int target);
     void count(int target);
     int candidates(int target, const QByteArray &image) const;
+    bool alreadyRuns(const QByteArray &image) const;
     void flash(int target, const QByteArray &image);
     void finish(int target);
     void endRun();
+    void findRestarted();
+    void takeRestarted(const std::vector<DeviceAllInfo> &devices);
+    void givePagesBack();
     void endWithNothing(int target);
     void endWithCount(int target, int count);
     void showResult(int target);
@@ -66,8 +77,10 @@ private:
     Step step_ = Step::Search;
     bool receiverActive_ = false;
     bool mouseActive_ = false;
-    bool following_ = false;    // the other target was upgraded before
-    bool noNewVersion_ = false; // the last check has found nothing newer
-    bool flashed_ = false;      // in this run
-    int failedTarget_ = 0;      // the target that an earlier upgrade has left in its boot loader
+    bool following_ = false;       // the other target was upgraded before
+    bool noNewVersion_ = false;    // the last check has found nothing newer
+    bool flashed_ = false;         // in this run
+    int failedTarget_ = 0;         // the target that an earlier upgrade has left in its boot loader
+    GateVerdict offered_;          // what the last check has announced
+    std::optional<Images> images_; // of this run, whatever happens to the files meanwhile
 };

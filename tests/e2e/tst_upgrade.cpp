@@ -3,7 +3,7 @@
 //
 // Upgrades and repairs with the real layer and emulated boot loaders: whole runs, failures of each stage,
 // cuts by the device and by a kill of the program. After each cut the program, started again, repairs what
-// was cut in at most two tries and touches nothing else. UPGRADE_CUTS in the environment is the number of
+// was cut in at most two tries and touches nothing else. PROGRAM_CUTS in the environment is the number of
 // random cuts.
 #include "device/DeviceSearch.h"
 #include "device/EventDispatch.h"
@@ -64,7 +64,7 @@ public:
         refresh();
         OnDevicePage = 1;
         for (const DeviceAllInfo &device : deviceList())
-            if (device.Usb)
+            if (device.Usb || deviceList().size() == 1)
                 SelectedDevice::set(device);
     }
     ~Settings() { StopUsbChanged(); }
@@ -105,11 +105,15 @@ public:
     }
     bool isReady() const { return text() == upgradeText(UpgradeText::ReadyUpdate, 0); }
     QString text() const { return dialog.findChild<QLabel *>(QStringLiteral("ToolText_2"))->text(); }
-    // Its result's text.
-    QString run()
+    // Its result's text. `look` is called until then.
+    QString run(const std::function<void()> &look = [] {})
     {
         dialog.findChild<QAbstractButton *>(QStringLiteral("NewHong_2"))->click();
-        if (!QTest::qWaitFor([this] { return !dialog.isBusy(); }, 60000))
+        const auto ends = [this, &look] {
+            look();
+            return !dialog.isBusy();
+        };
+        if (!QTest::qWaitFor(ends, 60000))
             return QStringLiteral("no end");
         return text();
     }
@@ -119,7 +123,10 @@ public:
 
 QString success() { return upgradeText(UpgradeText::DialogUpgradeSuccess, 0); }
 
-int cutsWanted() { return qMax(4, qEnvironmentVariableIntValue("UPGRADE_CUTS")); }
+// Argument of the child that never comes to the mouse.
+constexpr char BetweenTheStages[] = "--between-the-stages";
+
+int cutsWanted() { return qMax(4, qEnvironmentVariableIntValue("PROGRAM_CUTS")); }
 
 } // namespace
 
@@ -166,12 +173,32 @@ private:
         };
         QTRY_VERIFY(there("m1") && there("r1"));
     }
-    // The program, started again, offers the repair if anything was cut, and it works.
-    void expectRepair()
+    // What is unplugged is plugged in again before the layer has given it up.
+    void plugAgain(const char *id)
+    {
+        if (words(id).contains(QLatin1String(" plugged=0 ")))
+            bus->order(std::string("plug ") + id);
+    }
+    void settleForRepair()
     {
         settle();
         if (words("r2").contains(QLatin1String(" plugged=1 ")))
             bus->order("unplug r2"); // the repair asks for that
+    }
+    // The repair is cut as well, if there is anything to repair.
+    void cutRepair(const char *id, const std::string &fault)
+    {
+        settleForRepair();
+        Repair repair;
+        if (record().isEmpty() || !repair.isReady())
+            return;
+        bus->order(fault);
+        repair.run([this, id] { plugAgain(id); });
+    }
+    // The program, started again, offers the repair if anything was cut, and it works.
+    void expectRepair()
+    {
+        settleForRepair();
         for (int tries = 1; !record().isEmpty(); ++tries) {
             QVERIFY2(tries <= 2, qPrintable(record() + words("m1") + words("r1")));
             Repair repair;
@@ -309,23 +336,26 @@ private slots:
     {
         QRandomGenerator random(20261122);
         const char *const kinds[] = {"unplug", "powercut", "noreply", "flipbit", "doubled"};
+        const auto anyDevice = [&random] { return random.bounded(2) == 0 ? "r1" : "m1"; };
+        const auto anyFault = [&random, &kinds](const char *id) {
+            return std::string("fault ") + id + ' ' + kinds[random.bounded(int(std::size(kinds)))] + " at " +
+                   std::to_string(4 + random.bounded(60));
+        };
         for (int cut = 0; cut < cutsWanted(); ++cut) {
-            const char *id = random.bounded(2) == 0 ? "r1" : "m1";
-            const std::string fault = std::string("fault ") + id + ' ' +
-                                      kinds[random.bounded(int(std::size(kinds)))] + " at " +
-                                      std::to_string(4 + random.bounded(60));
+            const char *id = anyDevice();
+            const std::string fault = anyFault(id);
             makeOld();
             Settings settings;
             QVERIFY(settings.opens());
             bus->order(fault);
             settings.start();
-            // What is unplugged is plugged in again before the layer has given it up.
             const auto ends = [&] {
-                if (words(id).contains(QLatin1String(" plugged=0 ")))
-                    bus->order(std::string("plug ") + id);
+                plugAgain(id);
                 return settings.isOver();
             };
             QVERIFY2(QTest::qWaitFor(ends, 60000), fault.c_str());
+            if (const char *other = anyDevice(); cut % 2 == 1)
+                cutRepair(other, anyFault(other));
             expectRepair();
             if (QTest::currentTestFailed())
                 QFAIL(("cut " + std::to_string(cut) + ": " + fault).c_str());
@@ -360,6 +390,26 @@ private slots:
         expectRepair();
         QVERIFY(runs(id, id == "r1" ? "1.03" : "1.06"));
     }
+
+    // The mouse waits in its boot loader, its receiver has just been upgraded.
+    void aKillBetweenTheStagesIsRepaired()
+    {
+        const QString mouseFailed = QStringLiteral("210,8,18,6");
+        UpdateFailRecord::store(mouseFailed);
+        bus->order("unplug r2");
+        bus->order("boot m1 broken");
+        QProcess program;
+        program.setProcessChannelMode(QProcess::ForwardedChannels);
+        program.start(QCoreApplication::applicationFilePath(),
+                      {QStringLiteral("upgradeChild"), QLatin1String(BetweenTheStages)});
+        QTRY_VERIFY_WITH_TIMEOUT(runs("r1", "1.03"), 10000);
+        QTRY_COMPARE(record(), mouseFailed);
+        QVERIFY(words("m1").contains(QLatin1String(" boot=1 ")));
+        ::kill(pid_t(program.processId()), SIGKILL);
+        QVERIFY(program.waitForFinished());
+        expectRepair();
+        QVERIFY(runs("m1", "1.06"));
+    }
 };
 
 namespace
@@ -372,8 +422,12 @@ int upgradeChild(int argc, char **argv)
     QApplication application(argc, argv);
     LoadLanguageTables();
     Settings settings;
-    if (!settings.opens())
+    if (QApplication::arguments().contains(QLatin1String(BetweenTheStages)))
+        settings.flow.findChild<QTimer *>(QStringLiteral("MouseCheckTimer"))->setInterval(600000);
+    if (!settings.opens()) {
+        qWarning("%s", qPrintable(settings.text()));
         return EXIT_FAILURE;
+    }
     settings.start();
     return QApplication::exec();
 }

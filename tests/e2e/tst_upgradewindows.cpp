@@ -92,7 +92,15 @@ private slots:
         program.expect("no record", [] { return UpdateFailRecord::storedText().isEmpty(); });
         program.click(MainButton);
         program.expect("closed", isClosed);
-        program.expect("the tile of the mouse", [] { return windows::attached().size() == 1; });
+        const auto reads = [](const char *label, const char *text) {
+            auto *const shown = windows::visible<QLabel>(QLatin1String(label));
+            return shown && shown->text() == QLatin1String(text);
+        };
+        program.expect("the page of the mouse stays", [] { return OnDevicePage == 1; });
+        program.waitForPage();
+        program.click("FormSetting");
+        program.expect("the new versions",
+                       [&] { return reads("label_5", "v1.03") && reads("label_7", "v1.06"); });
         QCOMPARE(program.script.run(), QString());
         QVERIFY2(!watchdog.barked(), qPrintable(QString::number(watchdog.longestSilenceMs())));
     }
@@ -105,8 +113,9 @@ private slots:
         program.expect("the cable is missing", [] { return says(UpgradeText::NoUSB); });
         program.order("plug m1");
         program.expect("ready", [] { return says(UpgradeText::ReadyUpdate); });
+        // Its page is left with the cable, and the offer with its page.
         program.order("unplug m1");
-        program.expect("missing again", [] { return says(UpgradeText::NoUSB); });
+        program.expect("closed", [] { return isClosed() && OnDevicePage == 0; });
         QCOMPARE(program.script.run(), QString());
     }
 

@@ -106,7 +106,7 @@ private slots:
     }
 
     // Each is a sound file in all but one thing.
-    void aDamagedFileIsNoOffer_data()
+    void aDamagedFileIsNotFlashed_data()
     {
         using Bytes = std::vector<uint8_t>;
         QTest::addColumn<QByteArray>("file");
@@ -140,14 +140,17 @@ private slots:
             },
             true);
     }
-    void aDamagedFileIsNoOffer()
+    void aDamagedFileIsNotFlashed()
     {
         QFETCH(QByteArray, file);
+        const auto image = [] { return findFirmware(TargetMouse, {}, QStringLiteral("M6_Mouse"), 18, 6); };
+        put(QStringLiteral("a.bin"), 0x0106);
+        const QByteArray sound = image();
+        QVERIFY(!sound.isEmpty());
+        write(QStringLiteral("b.bin"), file);
+        QCOMPARE(image(), sound);
         write(QStringLiteral("a.bin"), file);
-        QVERIFY(!found("v1.05"));
-        QVERIFY(findFirmware(TargetMouse, {}, QStringLiteral("M6_Mouse"), 18, 6).isEmpty());
-        put(QStringLiteral("b.bin"), 0x0106);
-        QVERIFY(found("v1.05"));
+        QVERIFY(image().isEmpty());
     }
 
     void aReceiversFileIsForItsClass()

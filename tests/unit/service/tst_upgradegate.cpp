@@ -224,6 +224,33 @@ private slots:
         UpdateFailRecord::remove();
         QCOMPARE(UpdateFailRecord::storedText(), QString());
     }
+
+    // Each device that waits keeps its record, whatever is flashed meanwhile.
+    void recordsWaitBehindEachOther()
+    {
+        const UpdateFailRecord mouse{TargetMouse, 8, 18, 6};
+        const UpdateFailRecord otherMouse{TargetMouse, 8, 18, 7};
+        const UpdateFailRecord receiver{TargetReceiver, 8, 18, 6};
+        const auto stored = [] { return UpdateFailRecord::storedTexts(); };
+        QVERIFY(mouse.putFirst() && otherMouse.putFirst() && receiver.putFirst());
+        QCOMPARE(stored(), (QStringList{receiver.text(), otherMouse.text(), mouse.text()}));
+        QVERIFY((UpdateFailRecord{TargetMouse, 4, 18, 6}.putFirst())); // the same mouse, another receiver
+        QCOMPARE(stored(), (QStringList{"210,4,18,6", receiver.text(), otherMouse.text()}));
+        QVERIFY((UpdateFailRecord{TargetReceiver, 4, 18, 6}.takeAway())); // another class: another receiver
+        QCOMPARE(stored().size(), 3);
+        QVERIFY(receiver.takeAway() && mouse.takeAway());
+        QCOMPARE(stored(), QStringList{otherMouse.text()});
+        QVERIFY(otherMouse.takeAway());
+        QCOMPARE(stored(), QStringList());
+    }
+
+    void aSenselessRecordGivesWay()
+    {
+        UpdateFailRecord::storeTexts({QStringLiteral("211,8,18"), QString(MouseFailed)});
+        QVERIFY((UpdateFailRecord{TargetReceiver, 8, 18, 6}.putFirst()));
+        QCOMPARE(UpdateFailRecord::storedTexts(), (QStringList{ReceiverFailed, MouseFailed}));
+        UpdateFailRecord::remove();
+    }
 };
 
 namespace

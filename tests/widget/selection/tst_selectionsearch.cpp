@@ -3,6 +3,7 @@
 //
 // What a search brings to the selection page, and what becomes of one that comes late, in a crowd or for
 // nobody.
+#include "service/UpDateRepair.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/selection/SelectionPage.h"
 
@@ -16,22 +17,27 @@ private slots:
 
     void theUpgradeHearsOfEachSearch_data()
     {
-        QTest::addColumn<bool>("open");
+        QTest::addColumn<QString>("open"); // what the dialog was opened for
         QTest::addColumn<bool>("busy");
         QTest::addColumn<int>("count");
         QTest::addColumn<int>("heard");
-        QTest::newRow("closed") << false << false << 1 << 0;
-        QTest::newRow("open") << true << false << 1 << 1;
-        QTest::newRow("open, nothing attached") << true << false << 0 << 1;
-        QTest::newRow("at work") << true << true << 1 << 0;
+        QTest::newRow("closed") << "" << false << 1 << 0;
+        QTest::newRow("open") << "repair" << false << 1 << 1;
+        QTest::newRow("open, nothing attached") << "repair" << false << 0 << 1;
+        QTest::newRow("at work") << "repair" << true << 1 << 0;
+        QTest::newRow("open with the result of an upgrade") << "upgrade" << false << 1 << 0;
     }
     void theUpgradeHearsOfEachSearch()
     {
-        QFETCH(bool, open);
+        QFETCH(QString, open);
         QFETCH(bool, busy);
         QFETCH(int, count);
         build();
-        UpgradeDialogOpen = open;
+        UpDateRepair dialog;
+        if (open == QLatin1String("repair"))
+            dialog.showForRepair(page.get());
+        else if (!open.isEmpty())
+            dialog.showOver(page.get());
         UpdateBusy = busy;
         QSignalSpy check(PostMsg::instance(), &PostMsg::SigRepairCheckUpdate);
         plug(devices(count));

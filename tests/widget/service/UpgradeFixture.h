@@ -70,6 +70,7 @@ struct DialogParts {
         , cancel(dialog.findChild<QToolButton *>(QStringLiteral("NewHong")))
         , close(dialog.findChild<QToolButton *>(QStringLiteral("CloseButton")))
         , bar(dialog.findChild<QProgressBar *>(QStringLiteral("progressBar_2")))
+        , percent(dialog.findChild<QLabel *>(QStringLiteral("percent")))
     {
     }
     bool says(UpgradeText text) const { return message->text() == told(text); }
@@ -89,7 +90,16 @@ struct DialogParts {
     QToolButton *cancel;
     QToolButton *close;
     QProgressBar *bar;
+    QLabel *percent;
 };
+
+// What stands below the bar: `target` is the key of the version's name on the settings page.
+inline QString targetProgress(const char *target, int percent)
+{
+    return language::text(language::Section::update, "UpgradeProgress", LanguageIndex)
+        .arg(language::text(language::Section::Settings, target, LanguageIndex))
+        .arg(percent);
+}
 
 inline int starts() { return FakeHidUsb::instance().count("UsbUpgrade_Start"); }
 inline void report(uint8_t what, uint8_t value) { FakeHidUsb::instance().upgradeReport({7, what, value}); }

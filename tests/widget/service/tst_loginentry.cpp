@@ -41,7 +41,8 @@ private slots:
         const QString program = QCoreApplication::applicationFilePath();
         QCOMPARE(entry.text("Type"), QString("Application"));
         QCOMPARE(entry.text("TryExec"), program);
-        QCOMPARE(entry.command(), QStringList({"env", "MORLEN_START_HIDDEN=1", program}));
+        QCOMPARE(entry.command(),
+                 QStringList({"env", "MORLEN_START_HIDDEN=1", "sh", "-c", "exec \"$0\"", program}));
         QVERIFY(autostart::isWhole());
         QVERIFY(QDir(desktop->configFolder() + "/autostart").entryList(QDir::Files).size() == 1);
     }
@@ -64,6 +65,41 @@ private slots:
         QVERIFY(autostart::enable() && autostart::isWhole());
         QVERIFY(QFile::remove(command));
         QVERIFY(!autostart::isWhole());
+    }
+
+    // An entry may have been changed by hand.
+    void anEntryThatStartsSomethingElseIsNotWhole()
+    {
+        QVERIFY(autostart::enable() && autostart::isWhole());
+        QFile file(autostart::entryPath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray whole = file.readAll();
+        for (const QByteArray &line : {QByteArray("Exec=true"), QByteArray()}) {
+            QByteArray changed = whole;
+            const int at = changed.indexOf("Exec=");
+            changed.replace(at, changed.indexOf('\n', at) - at, line);
+            desktop->write("config/autostart/morlen.desktop", changed);
+            QVERIFY(!autostart::isWhole());
+        }
+        desktop->write("config/autostart/morlen.desktop", whole);
+        QVERIFY(autostart::isWhole());
+    }
+
+    void aPathThatLooksLikeAVariableIsStarted()
+    {
+        const QString folder = desktop->path("x=y");
+        const QString started = desktop->path("started");
+        QVERIFY(QDir().mkpath(folder));
+        desktop->write("x=y/program", "#!/bin/sh\necho $MORLEN_START_HIDDEN > '" + started.toUtf8() + "'\n");
+        const QString program = folder + "/program";
+        QVERIFY(QFile::setPermissions(program, QFile::ReadOwner | QFile::ExeOwner));
+        QVERIFY(autostart::enable());
+        QStringList command = DesktopEntry(autostart::entryPath()).command();
+        command.last() = program;
+        QCOMPARE(QProcess::execute(command.first(), command.mid(1)), 0);
+        QFile file(started);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("1\n"));
     }
 
     void removingIsDoneWhenThereIsNone()

@@ -128,7 +128,7 @@ private slots:
 
     void closing_data()
     {
-        QTest::addColumn<int>("percent"); // -1: the bar does not show
+        QTest::addColumn<int>("percent"); // -1: the bar does not show; -100: full, and then it failed
         QTest::addColumn<int>("page");
         QTest::addColumn<int>("newVersion");
         QTest::addColumn<int>("left");
@@ -137,6 +137,7 @@ private slots:
         QTest::newRow("success on the selection page") << 100 << 0 << 1 << 0;
         QTest::newRow("failure") << 40 << 1 << 0 << 1;
         QTest::newRow("failure on the selection page") << 40 << 0 << 0 << 0;
+        QTest::newRow("failure behind the last byte") << -100 << 1 << 0 << 1;
     }
     void closing()
     {
@@ -145,13 +146,13 @@ private slots:
         QFETCH(int, newVersion);
         QFETCH(int, left);
         for (QToolButton *button : {parts->close, parts->cancel, parts->main}) {
-            if (button == parts->main && percent < 0)
+            if (button == parts->main && percent == -1)
                 continue;
             OnDevicePage = page;
             dialog->readyForm();
-            if (percent >= 0) {
+            if (percent != -1) {
                 dialog->busyForm();
-                emit PostMsg::instance()->SigProgress(percent, 0);
+                emit PostMsg::instance()->SigProgress(qAbs(percent), 0);
                 emit PostMsg::instance()->SigProgress(0, percent == 100 ? 2 : 1);
             }
             dialog->show();
@@ -163,6 +164,56 @@ private slots:
             QCOMPARE(told.count(), newVersion);
             QCOMPARE(gone.count(), left);
         }
+    }
+
+    // The offer of an upgrade is about the device page's device.
+    void leavingTheDevicePageClosesTheOffer()
+    {
+        const auto leavePage = [this] {
+            emit PostMsg::instance()->SigMainPageChange();
+            return dialog->isHidden();
+        };
+        const QWidget place;
+        dialog->readyForm();
+        dialog->showForRepair(&place);
+        QVERIFY(!leavePage());
+        dialog->close();
+        dialog->showOver(&place);
+        QVERIFY(leavePage());
+        dialog->showOver(&place);
+        dialog->busyForm();
+        QVERIFY(!leavePage());
+        emit PostMsg::instance()->SigProgress(0, 1);
+        QVERIFY(!leavePage()); // the failure is still to be read
+    }
+
+    // The desktop's inhibitor runs exactly as long as firmware is being written.
+    void theMachineIsKeptAwakeWhileItWrites()
+    {
+        const QTemporaryDir folder;
+        const QString told = folder.filePath(QStringLiteral("told"));
+        QFile script(folder.filePath(QStringLiteral("systemd-inhibit")));
+        QVERIFY(script.open(QIODevice::WriteOnly));
+        script.write("#!/bin/sh\necho \"$@\" > '" + told.toLocal8Bit() + "'\ncat\necho released >> '" +
+                     told.toLocal8Bit() + "'\n");
+        script.close();
+        QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", folder.path().toLocal8Bit() + ':' + path);
+        const auto lines = [&told] {
+            QFile file(told);
+            return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        };
+        dialog->readyForm();
+        QVERIFY(!QFile::exists(told));
+        dialog->busyForm();
+        QTRY_VERIFY(lines().endsWith(QLatin1String(" cat\n")));
+        QVERIFY(lines().contains(QLatin1String("--what=shutdown:sleep:idle")));
+        QVERIFY(lines().contains(QLatin1String("--mode=block")));
+        QVERIFY(lines().contains(fixture::told(UpgradeText::WarnUpdate)));
+        emit PostMsg::instance()->SigProgress(0, 1);
+        QTRY_VERIFY(lines().endsWith(QLatin1String("released\n")));
+        qputenv("PATH", path);
     }
 
     void closingIsIgnoredWhileItWrites()
@@ -210,10 +261,11 @@ private slots:
         QTest::newRow("of the receiver")
             << ReceiverFailed << "receiver" << QStringList{ReceiverFailed} << "40 100";
         QTest::newRow("of the receiver, then the mouse")
-            << ReceiverFailed << "receiver mouse" << QStringList{ReceiverFailed, MouseFailed} << "20 70 100";
+            << ReceiverFailed << "receiver mouse" << QStringList{ReceiverFailed, MouseFailed}
+            << "20 50 70 100";
         QTest::newRow("of the mouse") << MouseFailed << "mouse" << QStringList{MouseFailed} << "40 100";
         QTest::newRow("of the mouse, behind its receiver")
-            << MouseFailed << "receiver mouse" << QStringList{MouseFailed, MouseFailed} << "20 70 100";
+            << MouseFailed << "receiver mouse" << QStringList{MouseFailed, MouseFailed} << "20 50 70 100";
     }
     void aRepair()
     {
@@ -237,6 +289,9 @@ private slots:
         QVERIFY(dialog->isBusy() && !NotUpgrading);
         for (int stage = 1; stage <= records.size(); ++stage) {
             QTRY_COMPARE(starts(), stage);
+            const bool isMouse = files == QLatin1String("mouse") || stage == 2;
+            const char *name = isMouse ? "MouseVersion" : "DongleVersion";
+            QTRY_COMPARE(parts->percent->text(), targetProgress(name, 0));
             progress(40);
             QTRY_VERIFY(RepairBusy);
             succeed();
@@ -286,6 +341,49 @@ private slots:
         QCOMPARE(UpdateFailRecord::storedText(), written);
         QCOMPARE(button.last().at(0).toBool(), false);
         QCOMPARE(starts(), stage);
+    }
+
+    // Both lie in their boot loaders, and the record names the receiver: at no moment is there no record.
+    void theRecordStandsBetweenTheStages()
+    {
+        openRepair(ReceiverFailed, {});
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate));
+        parts->main->click();
+        QTRY_COMPARE(starts(), 1);
+        fake.setDevices({device(ReceiverPath, 6, Receiver8K)});
+        QStringList seen;
+        fake.setHook([&seen](const std::string &) { seen << UpdateFailRecord::storedText(); });
+        succeed();
+        QTRY_COMPARE(starts(), 2);
+        fake.setHook({});
+        QVERIFY(seen.size() > 2); // questions were asked between the stages
+        QVERIFY2(!seen.contains(QString()), qPrintable(seen.join(' ')));
+        succeed();
+        QTRY_VERIFY(!dialog->isBusy());
+        QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess));
+        QCOMPARE(UpdateFailRecord::storedTexts(), QStringList());
+    }
+
+    // The device that failed last is not at hand; the one before is repaired, and the other one goes on
+    // waiting.
+    void whatIsAtHandIsRepaired()
+    {
+        const QString absent = QStringLiteral("210,8,18,7");
+        QFile::remove(firmware::folder() + QStringLiteral("mouse.bin"));
+        UpdateFailRecord::storeTexts({absent, ReceiverFailed});
+        fake.setUpgrade(1, true);
+        dialog->setAttached({mouseInfo()});
+        dialog->show();
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate));
+        QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
+        parts->main->click();
+        QTRY_COMPARE(starts(), 1);
+        QCOMPARE(UpdateFailRecord::storedTexts(), (QStringList{ReceiverFailed, absent}));
+        succeed();
+        QTRY_VERIFY(!dialog->isBusy());
+        QCOMPARE(UpdateFailRecord::storedTexts(), QStringList(absent));
+        QCOMPARE(button.last().at(0).toBool(), false); // the other one still waits
     }
 
     void aMouseThatIsNotThereIsLeftOut()

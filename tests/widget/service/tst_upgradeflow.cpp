@@ -70,6 +70,7 @@ private slots:
     {
         beginUpgrade();
         page = std::make_unique<Page>();
+        page->widget.show();
         flow = std::make_unique<UpgradeFlow>(*page);
         OnDevicePage = 1;
         for (auto *timer : flow->findChildren<QTimer *>()) {
@@ -101,10 +102,15 @@ private slots:
         start();
         QVERIFY(flow->dialog().isBusy());
         QVERIFY(!NotUpgrading && UpdateBusy);
-        endStage(1, succeed);
+        QTRY_COMPARE(starts(), 1);
+        progress(40);
+        QTRY_COMPARE(dialog->percent->text(), targetProgress("DongleVersion", 40));
+        succeed();
         QTRY_COMPARE(labels.count(), 1);
         QVERIFY(dialog->says(UpgradeText::WarnUpdate));
         QVERIFY(!bar.contains(100));
+        QTRY_COMPARE(starts(), 2);
+        QCOMPARE(dialog->percent->text(), targetProgress("MouseVersion", 0));
         endStage(2, succeed);
         QTRY_VERIFY(isOver());
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
@@ -146,6 +152,27 @@ private slots:
         QCOMPARE(bar, (QList<int>{40, 100}));
         QCOMPARE(starts(), 1);
         QCOMPARE(int(UpgradeTarget), target);
+    }
+
+    // It has come back under another path; until the selection points there, no search may leave the page.
+    void theRestartedMouseIsTheSelectedOne()
+    {
+        page->receiver = QStringLiteral("v1.03");
+        start();
+        QTRY_COMPARE(starts(), 1);
+        fake.setDevices({device("mouse again", 6, Cable8K), device(ReceiverPath, 6, Receiver8K)});
+        bool searchedBefore = false;
+        fake.setHook([&searchedBefore](const std::string &name) {
+            if (name == "UsbFinderC_GetDeviceInfo" && ReceiverStatus != UpgradeStatus::Running)
+                searchedBefore |= !NotUpgrading;
+        });
+        succeed();
+        QTRY_VERIFY(isOver());
+        fake.setHook({});
+        QVERIFY(searchedBefore);
+        QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("mouse again"));
+        QCOMPARE(QString(CurrentDevicePath()), QStringLiteral("mouse again"));
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
     }
 
     void theSuccessIsLeftByItsButton()
@@ -257,15 +284,39 @@ private slots:
         QCOMPARE(starts(), 0);
     }
 
-    void aReceiverWithItsFileGoneLeavesTheMouse()
+    // Half of what was offered is no success.
+    void aFileGoneBeforeTheStartIsTold_data()
     {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("the receiver's") << "receiver.bin";
+        QTest::newRow("the mouse's") << "mouse.bin";
+    }
+    void aFileGoneBeforeTheStartIsTold()
+    {
+        QFETCH(QString, name);
         open();
-        QFile::remove(firmware::folder() + QStringLiteral("receiver.bin"));
+        QFile::remove(firmware::folder() + name);
         dialog->main->click();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::ErrorFile) && dialog->hasWayOut());
+        QCOMPARE(starts(), 0);
+        firmware::write(QStringLiteral("receiver.bin"), firmware::Receiver);
+        firmware::write(QStringLiteral("mouse.bin"), firmware::Mouse);
+        flow->SlotCheckUpdate();
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate) && dialog->offersStart());
+    }
+
+    // What was there at the start is flashed.
+    void theFilesMayGoDuringTheUpgrade()
+    {
+        start();
+        QTRY_COMPARE(starts(), 1);
+        firmware::clear();
         endStage(1, succeed);
+        endStage(2, succeed);
         QTRY_VERIFY(isOver());
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
-        QCOMPARE(int(UpgradeTarget), TargetMouse);
+        QCOMPARE(bar, (QList<int>{20, 70, 100}));
     }
 
     void aWrongCount_data()
@@ -274,6 +325,7 @@ private slots:
         QTest::addColumn<int>("boots");
         QTest::addColumn<int>("text");
         QTest::newRow("no receiver") << "m" << 0 << int(UpgradeText::NoDevice);
+        QTest::newRow("nothing any more") << "" << 0 << int(UpgradeText::NoDevice);
         QTest::newRow("two receivers") << "mrr" << 0 << int(UpgradeText::SameDevice);
         QTest::newRow("a receiver and a boot loader") << "mr" << 1 << int(UpgradeText::SameDevice);
     }
@@ -293,6 +345,8 @@ private slots:
         QVERIFY(dialog->says(UpgradeText(text)) && dialog->hasWayOut());
         QVERIFY(page->receiverMark);
         QCOMPARE(starts(), 0);
+        // The search that saw nothing any more could not leave the page, so there is another one.
+        QCOMPARE(fake.count("StartUsbChanged"), list.empty() ? 1 : 0);
     }
 
     void aMouseThatIsPulledBeforeItsTurn()
@@ -380,14 +434,54 @@ private slots:
         dialog->main->click();
         QTRY_COMPARE(starts(), 1);
         fake.setUpgrade(mouseFailed ? 1 : 0, true);
+        const QString other = mouseFailed ? ReceiverFailed : MouseFailed;
+        const bool otherFirst = both && mouseFailed;
+        QCOMPARE(UpdateFailRecord::storedTexts(),
+                 otherFirst ? QStringList({other, record}) : QStringList(record));
+        QStringList between;
+        fake.setHook([&between](const std::string &name) {
+            if (name == "UsbUpgradeC_FindBootDevices")
+                between << UpdateFailRecord::storedText();
+        });
         succeed();
         if (both) {
             QTRY_COMPARE(starts(), 2);
+            fake.setHook({});
+            QCOMPARE(between, QStringList(mouseFailed ? record : QString()));
+            QCOMPARE(UpdateFailRecord::storedTexts(), QStringList(MouseFailed));
             succeed();
         }
         QTRY_VERIFY(isOver());
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
         QCOMPARE(UpdateFailRecord::storedText(), QString());
+    }
+
+    // A mouse of model 7 waits for its repair while a pair of model 6 is upgraded.
+    void anotherModelsRecordStays()
+    {
+        const QString other = QStringLiteral("210,8,18,7");
+        UpdateFailRecord::store(other);
+        start();
+        QTRY_COMPARE(starts(), 1);
+        QCOMPARE(UpdateFailRecord::storedTexts(), (QStringList{ReceiverFailed, other}));
+        succeed();
+        endStage(2, fail);
+        QTRY_VERIFY(isOver());
+        QCOMPARE(UpdateFailRecord::storedTexts(), (QStringList{MouseFailed, other}));
+    }
+
+    // The record that a repair is about is the attached model's, also when another one failed later.
+    void theRecordOfTheAttachedModelCounts()
+    {
+        UpdateFailRecord::storeTexts({QStringLiteral("210,8,18,7"), MouseFailed});
+        setDeviceList({receiverInfo()});
+        select(receiverInfo());
+        page->receiver = QStringLiteral("v1.03");
+        fake.setUpgrade(1, true);
+        start();
+        endStage(1, succeed);
+        QTRY_VERIFY(isOver());
+        QCOMPARE(UpdateFailRecord::storedTexts(), QStringList(QStringLiteral("210,8,18,7")));
     }
 
     void aSenselessRecordIsRemoved()
@@ -475,6 +569,20 @@ private slots:
         QCOMPARE(frame.at(0).at(0).toBool(), waits);
         flow->SlotUpdateFrame(waits);
         QCOMPARE(flow->dialog().isVisible(), waits);
+    }
+
+    // In the tray nobody has asked for it.
+    void withoutAWindowNoOfferOpens()
+    {
+        page->widget.hide();
+        flow->SlotUpdateFrame(true);
+        QVERIFY(flow->dialog().isHidden());
+        page->widget.showMinimized();
+        flow->SlotUpdateFrame(true);
+        QVERIFY(flow->dialog().isHidden());
+        page->widget.showNormal();
+        flow->SlotUpdateFrame(true);
+        QVERIFY(flow->dialog().isVisible());
     }
 
     void withoutTheFolderNothingIsOffered()
