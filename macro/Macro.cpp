@@ -421,7 +421,6 @@ void Macro::on_listWidgetHong_customContextMenuRequested(const QPoint &place)
     menu.setFont(ui->listWidgetHong->font());
     const auto add = [this, &menu](const Entry &entry) {
         QAction *action = menu.addAction(text(entry.textKey), this, entry.run);
-        action->setShortcutVisibleInContextMenu(true);
         if (entry.key != Qt::Key_unknown)
             action->setShortcut(entry.key);
     };

@@ -89,7 +89,8 @@ bool MacroDelegate::helpEvent(QHelpEvent *event, QAbstractItemView *view, const 
                               const QModelIndex &index)
 {
     const QString name = index.data().toString();
-    const bool cut = option.fontMetrics.horizontalAdvance(name) > nameRect(option.rect).width();
+    const bool cut =
+        option.fontMetrics.size(Qt::TextSingleLine, name).width() > nameRect(option.rect).width();
     QToolTip::showText(event->globalPos(), cut ? name : QString(), view);
     return true;
 }
@@ -141,7 +142,8 @@ void EventDelegate::paintKey(QPainter *painter, const QStyleOptionViewItem &opti
     const int room = row.width() - CapLeft - Margin;
     const QFontMetrics metrics(painter->font());
     const QString shown = metrics.elidedText(text, Qt::ElideRight, room - 2 * CapPadding);
-    const int width = qBound(CapLeast, metrics.horizontalAdvance(shown) + 2 * CapPadding, room);
+    const int width =
+        qBound(CapLeast, metrics.size(Qt::TextSingleLine, shown).width() + 2 * CapPadding, room);
     const QRect cap = middleOf(row, CapLeft, width, CapHeight);
     painter->setPen(release ? QPen(colors().line, 1, Qt::DashLine) : QPen(colors().line));
     painter->setBrush(release ? QBrush(Qt::NoBrush) : QBrush(colors().cap));

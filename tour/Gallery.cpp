@@ -378,8 +378,8 @@ QString Gallery::run()
         script_.step(
             "space", [] { return true; },
             [this] {
-                QKeyEvent space(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
-                QCoreApplication::sendEvent(&window_, &space);
+                QCoreApplication::postEvent(&window_,
+                                            new QKeyEvent(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier));
             });
         script_.step("the dialog", [] { return windows::shown<Match>() != nullptr; });
         shoot("pairing-wired");

@@ -31,7 +31,10 @@ using MacroRows = QVector<MacroRow>;
 inline MacroRow keyRow(const QString &name, bool press) { return {name, press ? 0 : ReleaseItemType}; }
 inline MacroRow delayRow(quint32 ms) { return {QString::number(ms) + QLatin1String("ms"), 0}; }
 // The milliseconds of a delay's text; 0 for a text without a number.
-inline quint32 delayOf(const MacroRow &row) { return QString(row.text).remove(QLatin1String("ms")).toUInt(); }
+inline quint32 delayOf(const MacroRow &row)
+{
+    return QString(row.text).remove(QStringLiteral("ms")).toUInt();
+}
 
 // Of a macro whose file says nothing else, and the limits of the number of its repetitions.
 constexpr int CycleOnce = 1, CycleMost = 250;
