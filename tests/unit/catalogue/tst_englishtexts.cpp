@@ -33,7 +33,7 @@ constexpr const char *LongLabels[] = {"Press up to three keys, ticked ones inclu
 template <std::size_t N> bool listed(const char *const (&list)[N], const QString &text)
 {
     return std::any_of(std::begin(list), std::end(list),
-                       [&text](const char *each) { return text == QLatin1String(each); });
+                       [&text](const char *each) { return text == QString::fromUtf8(each); });
 }
 
 bool isSentence(const QString &text)
@@ -100,7 +100,7 @@ private slots:
         for (const char *sentence : ShortSentences)
             QVERIFY2(all.contains(sentence), sentence);
         for (const char *label : LongLabels)
-            QVERIFY2(all.contains(label), label);
+            QVERIFY2(all.contains(QString::fromUtf8(label)), label);
     }
 
 private:
