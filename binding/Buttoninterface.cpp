@@ -523,7 +523,7 @@ std::vector<int> Buttoninterface::buttonsWithCaption(const QString &text) const
     return buttons;
 }
 
-void Buttoninterface::SlotUpDataMacro(QString MacroName, int index)
+void Buttoninterface::SlotUpDataMacro(const QString &MacroName, int index)
 {
     if (index != 0) {
         writeCycle(MacroName);
@@ -569,7 +569,7 @@ void Buttoninterface::writeCycle(const QString &name)
             return;
 }
 
-void Buttoninterface::SlotMacroRename(QString Rename, QString Name)
+void Buttoninterface::SlotMacroRename(const QString &Rename, const QString &Name)
 {
     for (WaitingMacro &each : waiting_)
         if (each.name == Rename)
@@ -581,7 +581,7 @@ void Buttoninterface::SlotMacroRename(QString Rename, QString Name)
     }
 }
 
-void Buttoninterface::SlotDeleteMacroButton(QString MacroName)
+void Buttoninterface::SlotDeleteMacroButton(const QString &MacroName)
 {
     for (const int button : buttonsWithCaption(MacroName)) {
         list_->check(*ButtonList::rowOf(button));

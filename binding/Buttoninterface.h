@@ -55,11 +55,11 @@ public slots:
     void SlotAddMacroButton();
     // 0: the rows of the macro were saved. It waits, with the event loop running, and has each button that
     // plays the macro sent anew. 1: its cycle mode was saved.
-    void SlotUpDataMacro(QString MacroName, int index);
+    void SlotUpDataMacro(const QString &MacroName, int index);
     // The macro `Rename` is now called `Name`.
-    void SlotMacroRename(QString Rename, QString Name);
+    void SlotMacroRename(const QString &Rename, const QString &Name);
     // MacroName: the caption of the buttons that played the macro that was deleted.
-    void SlotDeleteMacroButton(QString MacroName);
+    void SlotDeleteMacroButton(const QString &MacroName);
     void SlotAllLanguage(int index);
     // Sends what is saved and waits to be sent, with its cycle mode. To be called while the mouse is still
     // held, before it is left.

@@ -66,7 +66,7 @@ void setDeviceList(const std::vector<DeviceAllInfo> &list) { assign(selection().
 
 DeviceAllInfo selectedReceiver()
 {
-    const DeviceAllInfo selected = SelectedDevice::info();
+    DeviceAllInfo selected = SelectedDevice::info();
     const std::vector<DeviceAllInfo> list = deviceList();
     if (!selected.Usb)
         return selected;

@@ -163,6 +163,7 @@ void Macro::applyStyle()
 
 void Macro::SlotAllLanguage(int index)
 {
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the names change before it is used
     const MouseButtonTexts before = MouseButtonNames();
     setMouseButtonNames(index);
     renameRows(before);

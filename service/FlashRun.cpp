@@ -15,7 +15,7 @@ namespace
 
 constexpr int TimeoutMs = 10000;
 
-enum UpgradeReport : uint8_t { Marker = 7, Progress = 1, End = 2, Success = 1 };
+enum UpgradeReport : uint8_t { Marker = 7, Percent = 1, End = 2, Success = 1 };
 
 struct Run {
     std::mutex mutex; // not held while a handler is called
@@ -52,7 +52,7 @@ void onUpgrade(const uint8_t *data)
 {
     if (data[0] != Marker)
         return;
-    if (data[1] == Progress) {
+    if (data[1] == Percent) {
         if (const FlashHandlers current = handlers(); current.progress)
             current.progress(data[2]);
     } else if (data[1] == End) {

@@ -13,7 +13,7 @@ namespace
 
 constexpr int PairMessage = 6;
 constexpr uint8_t Failure = 2;
-constexpr uint8_t Success = 3;
+constexpr uint8_t Paired = 3;
 
 struct State {
     std::mutex lock;
@@ -101,9 +101,9 @@ void pairing::callback(const uint8_t *header, int32_t headerLength, const uint8_
     qDebug() << type;
     if (type != PairMessage || !payload || payloadLength == 0)
         return;
-    if (payload[0] != Failure && payload[0] != Success)
+    if (payload[0] != Failure && payload[0] != Paired)
         return;
-    const bool succeeded = payload[0] == Success;
+    const bool succeeded = payload[0] == Paired;
     end(succeeded ? PairingPhase::Succeeded : PairingPhase::Failed);
     qDebug(succeeded ? "success" : "fail");
     emit PostMsg::instance()->SigTimerStop();

@@ -19,7 +19,6 @@ namespace
 constexpr int BootLoaderLimit = 5;
 
 enum AutoRepair : int { Repaired = 0, NotRepaired = 1 };
-enum ProgressWord : int { ShowSuccess = 2, ShowFailure = 6 };
 
 struct Plan {
     UpdateFailRecord failed;
@@ -47,7 +46,7 @@ void tellSuccess()
     PostMsg *hub = PostMsg::instance();
     emit hub->SigAutoRepair(Repaired);
     emit hub->SigUpDateButton(UpdateFailRecord::storedTexts().isEmpty());
-    emit hub->SigProgress(0, ShowSuccess);
+    emit hub->SigProgress(0, int(Progress::Succeeded));
 }
 
 void tellFailure()
@@ -57,7 +56,7 @@ void tellFailure()
     PostMsg *hub = PostMsg::instance();
     emit hub->SigAutoRepair(NotRepaired);
     emit hub->SigUpDateButton(false);
-    emit hub->SigProgress(0, ShowFailure);
+    emit hub->SigProgress(0, int(Progress::RepairFailed));
 }
 
 ModelFirmware modelOf(const UpdateFailRecord &record)

@@ -28,9 +28,6 @@ constexpr int HalfWay = 50;
 constexpr QRect BelowHint{24, 70, 312, 52};
 constexpr QRect Alone{24, 40, 312, 60};
 
-// What SlotProgress() is told.
-enum class Told : int { Percent, Failed, Succeeded, NoCancel, NoCancelAtStart, FailedHalfWay, RepairFailed };
-
 } // namespace
 
 UpDateRepair::UpDateRepair() : ui(std::make_unique<Ui::UpDateRepair>())
@@ -290,33 +287,33 @@ void UpDateRepair::SlotMainPageChange()
 
 void UpDateRepair::SlotProgress(int schedue, int Discrib)
 {
-    switch (Told(Discrib)) {
-    case Told::Percent:
+    switch (Progress(Discrib)) {
+    case Progress::Percent:
         setBar(schedue);
         break;
-    case Told::Failed:
+    case Progress::Failed:
         setMainButton(MainButton::Ok);
         showFailure();
         break;
-    case Told::Succeeded:
+    case Progress::Succeeded:
         say(UpgradeText::DialogUpgradeSuccess);
         setBar(Full);
         setMainButton(MainButton::Ok);
         showButtons();
         break;
-    case Told::NoCancel:
+    case Progress::NoCancel:
         ui->NewHong->hide();
         break;
-    case Told::NoCancelAtStart:
+    case Progress::NoCancelAtStart:
         ui->NewHong->hide();
         setBar(0);
         break;
-    case Told::FailedHalfWay:
+    case Progress::FailedHalfWay:
         setMainButton(MainButton::Ok);
         setBar(HalfWay);
         showFailure();
         break;
-    case Told::RepairFailed:
+    case Progress::RepairFailed:
         showFailure();
         break;
     }

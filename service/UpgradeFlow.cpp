@@ -32,7 +32,6 @@ constexpr int BootLoaderLimit = 5;
 constexpr int KindsTried[] = {4, 8, 2, 1};
 
 // What SlotProgress() is told besides a percentage.
-enum ProgressWord : int { ShowPercent = 0, ShowFailure = 1, ShowSuccess = 2, ShowHalfFailure = 5 };
 
 DeviceFlag<UpgradeStatus> &statusOf(int target)
 {
@@ -74,7 +73,7 @@ void onProgress(int target, int percent)
 {
     const bool isHalf = Stages != 1;
     const int start = isHalf && target == TargetMouse ? 50 : 0;
-    emit PostMsg::instance()->SigProgress(start + (isHalf ? percent / 2 : percent), ShowPercent);
+    emit PostMsg::instance()->SigProgress(start + (isHalf ? percent / 2 : percent), int(Progress::Percent));
 }
 
 // The record of the other target stays: it may wait in its boot loader for its turn.
@@ -90,7 +89,7 @@ void onSuccess(int target, const UpdateFailRecord &record, const QString &versio
     if (target == TargetMouse)
         WiredMarriage().marry(attachedOfModel({UpgradeCid, UpgradeMid, UpgradeKind}));
     if (target == TargetMouse || Stages == 1)
-        emit hub->SigProgress(0, ShowSuccess);
+        emit hub->SigProgress(0, int(Progress::Succeeded));
     emit hub->SigLabelText(target == TargetMouse ? 1 : 0, version);
     statusOf(target) = UpgradeStatus::Succeeded;
 }
@@ -102,7 +101,7 @@ void onFailure(int target, const UpdateFailRecord &record, bool started)
         record.putFirst();
     MouseNew = false;
     ReceiverNew = false;
-    emit PostMsg::instance()->SigProgress(0, ShowFailure);
+    emit PostMsg::instance()->SigProgress(0, int(Progress::Failed));
     statusOf(target) = UpgradeStatus::Failed;
 }
 
@@ -312,7 +311,7 @@ void UpgradeFlow::on_Mouse_clicked()
         return;
     }
     NotUpgrading = true;
-    emit PostMsg::instance()->SigProgress(0, ShowHalfFailure);
+    emit PostMsg::instance()->SigProgress(0, int(Progress::FailedHalfWay));
 }
 
 void UpgradeFlow::SlotContinue(int index)
@@ -486,9 +485,9 @@ void UpgradeFlow::endRun()
     const auto is = [](UpgradeStatus status) { return ReceiverStatus == status || MouseStatus == status; };
     if (dialog_.isBusy() && !RepairRunning) {
         if (is(UpgradeStatus::Failed))
-            emit PostMsg::instance()->SigProgress(0, ShowFailure);
+            emit PostMsg::instance()->SigProgress(0, int(Progress::Failed));
         else if (is(UpgradeStatus::Succeeded))
-            emit PostMsg::instance()->SigProgress(0, ShowSuccess);
+            emit PostMsg::instance()->SigProgress(0, int(Progress::Succeeded));
         else
             dialog_.noticeForm(UpgradeText::ErrorFile);
     }

@@ -8,6 +8,17 @@
 
 #include <cstdint>
 
+// What the second number of SigProgress tells.
+enum class Progress : int {
+    Percent,
+    Failed,
+    Succeeded,
+    NoCancel,
+    NoCancelAtStart,
+    FailedHalfWay,
+    RepairFailed
+};
+
 enum class UpgradeStatus : uint8_t { None, Running, Succeeded, Failed, NothingToDo };
 
 inline DeviceFlag<UpgradeStatus> ReceiverStatus{UpgradeStatus::None}; // outcome of the receiver's last step

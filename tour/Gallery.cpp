@@ -268,7 +268,7 @@ void Gallery::shootMacros()
             choose("Double tap");
             windows::click(QStringLiteral("DefaultDelay"));
             windows::click(QStringLiteral("StartRecord"));
-            for (const int key : {'A', 'S', ' '})
+            for (const int key : {int(Qt::Key_A), int(Qt::Key_S), int(Qt::Key_Space)})
                 for (const bool down : {true, false})
                     window_.findChild<Macro *>()->UpdateCapslockTip(key, down, false);
         });

@@ -15,7 +15,7 @@
 namespace macro
 {
 
-constexpr qint64 ExportedMacroLimit = 16 * 1024 * 1024; // bytes of a file that an import looks at
+constexpr qint64 ExportedMacroLimit = 16LL * 1024 * 1024; // bytes of a file that an import looks at
 
 struct ExportedMacro {
     QString name; // fits the folder of macros and a block

@@ -15,7 +15,7 @@
 namespace macro
 {
 
-constexpr qint64 MacroFileLimit = 1024 * 1024; // bytes
+constexpr qint64 MacroFileLimit = 1024LL * 1024; // bytes
 constexpr int MacroRowLimit = 10'000;
 
 struct MacroText {

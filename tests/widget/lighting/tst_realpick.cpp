@@ -83,6 +83,14 @@ private slots:
         other.show();
         QVERIFY(QTest::qWaitForWindowExposed(&other));
         other.raise();
+        const auto seen = [this] {
+            const QPoint middle = other.geometry().center();
+            return QGuiApplication::primaryScreen()
+                ->grabWindow(0, middle.x(), middle.y(), 1, 1)
+                .toImage()
+                .pixelColor(0, 0);
+        };
+        QTRY_COMPARE(seen(), Elsewhere); // an exposed window may not be painted yet
         fake.clearCalls();
     }
     void cleanup()
