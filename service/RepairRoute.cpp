@@ -16,8 +16,6 @@
 namespace
 {
 
-constexpr int BootLoaderLimit = 5;
-
 enum AutoRepair : int { Repaired = 0, NotRepaired = 1 };
 
 struct Plan {
@@ -82,7 +80,7 @@ void showProgress(int target, int percent)
     emit PostMsg::instance()->SigAutoRepairProgress(value);
 }
 
-void onProgress(int target, int percent)
+void onRepairProgress(int target, int percent)
 {
     RepairBusy = true;
     showProgress(target, percent);
@@ -116,7 +114,7 @@ void flash(const Plan &plan, int target)
 {
     UpgradeTarget = target;
     showProgress(target, 0);
-    const FlashHandlers handlers = {[target](int percent) { onProgress(target, percent); },
+    const FlashHandlers handlers = {[target](int percent) { onRepairProgress(target, percent); },
                                     [plan, target](bool succeeded, bool started) {
                                         if (succeeded)
                                             onSuccess(plan, target);

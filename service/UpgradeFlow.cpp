@@ -28,7 +28,6 @@ namespace
 {
 
 constexpr int StepMs = 1000;
-constexpr int BootLoaderLimit = 5;
 constexpr int KindsTried[] = {4, 8, 2, 1};
 
 // What SlotProgress() is told besides a percentage.

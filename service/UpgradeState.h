@@ -8,6 +8,8 @@
 
 #include <cstdint>
 
+constexpr int BootLoaderLimit = 5; // a search counts no more
+
 // What the second number of SigProgress tells.
 enum class Progress : int {
     Percent,
