@@ -30,8 +30,6 @@ namespace
 constexpr int StepMs = 1000;
 constexpr int KindsTried[] = {4, 8, 2, 1};
 
-// What SlotProgress() is told besides a percentage.
-
 DeviceFlag<UpgradeStatus> &statusOf(int target)
 {
     return target == TargetReceiver ? ReceiverStatus : MouseStatus;
