@@ -6,7 +6,7 @@
 #include "macro/store/MacroFile.h"
 #include "tests/fuzz/Target.h"
 
-#include <cstring>
+#include <algorithm>
 #include <memory>
 
 using namespace macro;
@@ -15,7 +15,7 @@ int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
 {
     nameMouseButtons();
     const auto block = std::make_unique<MacroBlock>(); // behind its end lies nothing that may be read
-    std::memcpy(block.get(), data, qMin(size, sizeof *block));
+    std::copy_n(data, qMin(size, sizeof *block), reinterpret_cast<uint8_t *>(block.get()));
     const MacroRows rows = blockRows(*block);
     PROMISE(rows.size() == qMax(0, 2 * qMin<int>(block->EventCount, MacroEventCount) - 1));
     PROMISE(blockName(*block).size() <= MacroNameSize);
