@@ -261,12 +261,12 @@ TEST_F(Connection, EverythingMayBeCalledFromInsideTheCallback)
         int32_t count = 5;
         UsbFinderC_FindHidDevicesByDefaultDeviceId("1209", "0005", &count);
         EXPECT_EQ(count, 1);
-        ++finished;
         if (round < 5) {
             UsbServer_Exit();
             UsbServerC_Start(path.c_str(), path.c_str(), logMessage<0>);
             UsbServer_ReadAllFlashData();
         }
+        ++finished; // last: the test and what this uses of it may end then
     });
     start();
     UsbServer_ReadAllFlashData();
