@@ -77,6 +77,17 @@ class tst_Match : public QObject
     }
     int starts() const { return fake.count("UsbServer_EnterDonglePairOnlyCid"); }
 
+    // Ends behind all timers of up to `ms` that run now; a coarse one may be a twentieth late.
+    static bool haveFired(int ms)
+    {
+        QTimer last;
+        last.setTimerType(Qt::PreciseTimer);
+        last.setSingleShot(true);
+        QSignalSpy fired(&last, &QTimer::timeout);
+        last.start(ms + ms / 10);
+        return fired.wait(10000);
+    }
+
 private slots:
     void init()
     {
@@ -258,7 +269,7 @@ private slots:
         QCOMPARE(starts(), 1);
         QVERIFY(dialog->isVisible());
         const int asked = fake.count("UsbServer_ReadDonglePairStatus");
-        QTest::qWait(1100); // longer than the timer of a pairing
+        QVERIFY(haveFired(1000)); // the timer of a pairing among them
         QCOMPARE(fake.count("UsbServer_ReadDonglePairStatus"), asked);
         QTest::keyClick(dialog.get(), Qt::Key_Escape);
         QVERIFY(!dialog->isVisible());
@@ -434,7 +445,7 @@ private slots:
                 QCoreApplication::sendEvent(target, &repeated);
             }
         }
-        QTest::qWait(250); // as long as two clicks by a key take
+        QVERIFY(haveFired(200)); // the releases of clicks by a key among them
         QCOMPARE(clicks.count(), 1);
         QCOMPARE(starts(), 1);
         QVERIFY(dialog->isVisible());
