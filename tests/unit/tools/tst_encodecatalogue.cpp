@@ -4,6 +4,7 @@
 #include "catalogue/DeviceCatalogue.h"
 #include "tests/support/TestMain.h"
 #include "tools/encode/CatalogueSource.h"
+#include "tools/encode/KeyForms.h"
 #include "tools/encode/UdevRules.h"
 
 #include <QProcess>
@@ -278,6 +279,40 @@ private slots:
         QVERIFY(errors_.contains("driver_sensor.h"));
     }
 
+    // Every row of the document's tables is a key as the code has it, and every key has a row.
+    void theDocumentSaysTheSame()
+    {
+        QFile file(SOURCE_FOLDER "/docs/catalogue.md");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString document = QString::fromUtf8(file.readAll());
+        QStringList told;
+        CatalogueSection section = CatalogueSection::Option;
+        for (const QString &line : document.split('\n')) {
+            if (line.startsWith("## "))
+                section = line.contains("Option") ? CatalogueSection::Option : CatalogueSection::Model;
+            const QStringList cells = line.split(" | ");
+            if (cells.size() != 5 || !line.startsWith("| `"))
+                continue;
+            for (const QString &name : namesIn(cells[0])) {
+                told << name;
+                const CatalogueKey *const key = catalogueKey(name.toStdString());
+                QVERIFY2(key, qPrintable(name));
+                QVERIFY2(key->section == section, qPrintable(name));
+                QCOMPARE(cells[1], QString(key->isNeeded ? "yes" : "no"));
+                QCOMPARE(cells[2], QString::fromStdString(describeForm(*key)));
+                const std::string example = namesIn(cells[4]).value(0).toStdString();
+                QVERIFY2(fitsForm(*key, splitItems(example), Sensors), qPrintable(name));
+            }
+        }
+        QCOMPARE(std::size_t(told.size()), CatalogueKeys.size());
+        QCOMPARE(QSet<QString>(told.begin(), told.end()).size(), told.size());
+        const int coded = document.indexOf("In `Config.ini` the items of");
+        const QStringList listed =
+            namesIn(document.mid(coded, document.indexOf("are Base64", coded) - coded));
+        for (const CatalogueKey &key : CatalogueKeys)
+            QCOMPARE(listed.contains(key.name.data()), key.isEncoded);
+    }
+
     void udevRulesNameTheIds_data()
     {
         QTest::addColumn<QByteArray>("source");
@@ -320,6 +355,14 @@ private slots:
     void init() { QVERIFY(write("driver_sensor.h", "/* x */\n#define SENSORS\t3395,PA42\n")); }
 
 private:
+    // What stands between backticks.
+    static QStringList namesIn(const QString &text)
+    {
+        QStringList names;
+        for (auto each = QRegularExpression("`([^`]*)`").globalMatch(text); each.hasNext();)
+            names << each.next().captured(1);
+        return names;
+    }
     static EncodedCatalogue encode(const QByteArray &source)
     {
         std::istringstream stream(source.toStdString());
