@@ -114,6 +114,7 @@ TEST_F(Foreign, IsLoaded)
     EXPECT_EQ(*newest(8, FlashSize), flash());
     EXPECT_EQ(record->ReportRate, 1);
     EXPECT_EQ(record->CurrentDpiStage, 1);
+    EXPECT_EQ(record->LiftOffDistance, 3);
     EXPECT_EQ(static_cast<int8_t>(record->AngleSet), -10);
     EXPECT_EQ(record->DpiStages[2].LevelFlags, 0x88);
     EXPECT_EQ(record->LedBarGreen, 20);
