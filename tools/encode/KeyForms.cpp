@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "tools/encode/KeyForms.h"
 
+#include "keys/KeyTable.h"
+#include "keys/MediaKeys.h"
+
 #include <algorithm>
 #include <array>
 
@@ -16,6 +19,21 @@ constexpr std::array<std::string_view, 4> FlagValues = {"0x00", "0x11", "0x22", 
 constexpr std::string_view HexDigits = "0123456789abcdefABCDEF";
 constexpr std::string_view NameLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-.";
 constexpr std::size_t KeysOfCombination = 3;
+
+Items split(const std::string &text, char separator)
+{
+    Items items;
+    for (std::size_t start = 0; start <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, start), text.size());
+        const std::string item = text.substr(start, end - start);
+        const std::size_t first = item.find_first_not_of(" \t");
+        items.push_back(first == std::string::npos
+                            ? std::string()
+                            : item.substr(first, item.find_last_not_of(" \t") - first + 1));
+        start = end + 1;
+    }
+    return items;
+}
 
 bool consistsOf(std::string_view text, std::string_view letters)
 {
@@ -58,18 +76,32 @@ bool areRanges(const CatalogueKey &key, const Items &items)
     return true;
 }
 
+// As the keys of a combination are called: modifiers without their side.
+bool isKey(std::string_view name)
+{
+    return !name.empty() && std::any_of(KeyTable.begin(), KeyTable.end(), [name](const KeyRow &row) {
+        return row.kind == KeyKind::Keyboard ? name == row.name : row.name[0] == 'L' && name == row.name + 1;
+    });
+}
+
 bool areKeys(const std::string &combination)
 {
-    const auto pluses = std::size_t(std::count(combination.begin(), combination.end(), '+'));
-    return !combination.empty() && combination.front() != '+' && combination.back() != '+' &&
-           combination.find("++") == std::string::npos && pluses < KeysOfCombination;
+    const Items names = split(combination, '+');
+    return names.size() <= KeysOfCombination && std::all_of(names.begin(), names.end(), isKey);
+}
+
+bool isMediaUsage(const std::string &text)
+{
+    return isHex16(text) && std::any_of(MediaKeys.begin(), MediaKeys.end(), [&text](MediaKey key) {
+               return uint16_t(key) == std::stoul(text, nullptr, 16);
+           });
 }
 
 bool isDefaultAction(const Items &items)
 {
     if (items[0] != "0x05")
         return false;
-    return (items.size() == 3 && isHex16(items[2])) || (items.size() == 4 && areKeys(items[3]));
+    return (items.size() == 3 && isMediaUsage(items[2])) || (items.size() == 4 && areKeys(items[3]));
 }
 
 bool isSensor(const std::string &name, const Items &sensors)
@@ -84,20 +116,7 @@ std::string fromTo(const CatalogueKey &key)
 
 } // namespace
 
-std::vector<std::string> splitItems(const std::string &value)
-{
-    Items items;
-    for (std::size_t start = 0; start <= value.size();) {
-        const std::size_t comma = std::min(value.find(',', start), value.size());
-        const std::string item = value.substr(start, comma - start);
-        const std::size_t first = item.find_first_not_of(" \t");
-        items.push_back(first == std::string::npos
-                            ? std::string()
-                            : item.substr(first, item.find_last_not_of(" \t") - first + 1));
-        start = comma + 1;
-    }
-    return items;
-}
+std::vector<std::string> splitItems(const std::string &value) { return split(value, ','); }
 
 std::optional<int> decimalNumber(const std::string &text)
 {
@@ -131,8 +150,8 @@ std::string describeForm(const CatalogueKey &key)
         return "min, max and step of 1 to " + items +
                " ascending ranges in whole steps, then 0x00, 0x11, 0x22 or 0x33";
     case KeyForm::DefaultAction:
-        return "0x05,0,USAGE (0x and four hexadecimal digits) or 0x05,0,0,KEYS (up to " +
-               std::to_string(KeysOfCombination) + " with + between)";
+        return "0x05,0,USAGE (of a media key) or 0x05,0,0,KEYS (the names of up to " +
+               std::to_string(KeysOfCombination) + " keys, with + between)";
     case KeyForm::ResetDefaults:
         return "2 numbers, from -1 to 1 and from -1 to 3";
     }

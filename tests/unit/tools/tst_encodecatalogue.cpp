@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "catalogue/DeviceCatalogue.h"
+#include "keys/MediaKeys.h"
 #include "tests/support/TestMain.h"
 #include "tools/encode/CatalogueSource.h"
 #include "tools/encode/KeyForms.h"
@@ -184,7 +185,8 @@ private slots:
               "1,2,1,3,4,1,5,6,1,7,8,1,9,10,1,0x33"})
             row("DPIRange", value);
         for (const char *value : {"0x06,0,0x00CD", "0x05,0", "0x05,0,play", "0x05,0,0,", "0x05,0,0,Ctrl+",
-                                  "0x05,0,0,A+B+C+D", "0x05,0,0,A,B", "5,0,0x00CD"})
+                                  "0x05,0,0,A+B+C+D", "0x05,0,0,A,B", "0x05,0,0x00CE", "0x05,0,0,Ctrl+Foo",
+                                  "0x05,0,0,LCtrl", "0x05,0,0,ctrl", "5,0,0x00CD"})
             row("KeyParam3", value);
         row("KeyParam7", "0x05,0,0x00CD");
         row("KeyParam0", "0x05,0,0x00CD");
@@ -306,6 +308,10 @@ private slots:
         }
         QCOMPARE(std::size_t(told.size()), CatalogueKeys.size());
         QCOMPARE(QSet<QString>(told.begin(), told.end()).size(), told.size());
+        for (const MediaKey key : MediaKeys) {
+            const QString text = QString::number(int(key), 16).toUpper().rightJustified(4, '0');
+            QVERIFY2(document.contains("0x" + text + ' '), qPrintable(text));
+        }
         const int coded = document.indexOf("In `Config.ini` the items of");
         const QStringList listed =
             namesIn(document.mid(coded, document.indexOf("are Base64", coded) - coded));
