@@ -9,9 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <sys/socket.h>
 
 using namespace emulator;
@@ -310,26 +308,6 @@ TEST_F(UsbTest, WithoutAFreePortItTriesAgain)
     bus_.sync(wanted_, [](const Interface &) {});
     EXPECT_FALSE(bus_.nextDue().has_value());
     EXPECT_EQ(descriptor(1, 0)[10], 0x01);
-}
-
-// The bytes at the head of the indented lines behind "That of the settings:".
-TEST(UsbDescriptorTest, IsThatOfTheDocument)
-{
-    std::ifstream document(PROTOCOL_DOCUMENT);
-    Bytes described;
-    bool reached = false;
-    for (std::string line; std::getline(document, line);) {
-        if (line.find("That of the settings:") != std::string::npos)
-            reached = true;
-        else if (reached && line.compare(0, 4, "    ") == 0) {
-            std::istringstream words(line);
-            for (std::string word; words >> word && word.size() == 2;)
-                described.push_back(static_cast<uint8_t>(std::stoul(word, nullptr, 16)));
-        } else if (reached && !described.empty())
-            break;
-    }
-    const auto usb = describeUsb({{"tx", {0x1209, 0x0001, 0x0102, 1, wire::SettingsUsagePage, "tx"}}});
-    EXPECT_EQ(described, usb.faces.at(0).report);
 }
 
 TEST(UsbPortsTest, ADeviceComesBackAtItsPort)
