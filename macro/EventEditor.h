@@ -25,6 +25,8 @@ public:
     void insertDelay(int milliseconds);
     void amend(); // the list's own signal tells of it
     void remove();
+    void move(int steps); // as rowediting::move()
+    void moveTo(int row);
 
 signals:
     // `isTold`: the mouse is told of it with the save.

@@ -113,6 +113,7 @@ void Macro::connectSignals()
     });
     connect(ui->listWidgetHong, &QListWidget::itemSelectionChanged, this, &Macro::followSelection);
     connect(ui->listWidgetKey, &QListWidget::itemDoubleClicked, this, &Macro::on_Amend_clicked);
+    connect(ui->listWidgetKey, &EventRows::dropped, editor_, &EventEditor::moveTo);
     for (QWidget *each :
          std::initializer_list<QWidget *>{ui->listWidgetHong, ui->listWidgetKey, ui->ChooseEvent})
         each->installEventFilter(this);
@@ -149,7 +150,7 @@ void Macro::applyStyle()
     for (QSpinBox *each : {ui->DelayTime, ui->NumberEdit})
         each->setStyleSheet(style::spinBox(folder));
     styleComboBox(ui->ChooseEvent, folder);
-    for (QListWidget *list : {ui->listWidgetHong, ui->listWidgetKey})
+    for (QListWidget *list : std::initializer_list<QListWidget *>{ui->listWidgetHong, ui->listWidgetKey})
         list->setStyleSheet(style::listView());
     ui->listWidgetHong->setItemDelegate(new MacroDelegate(ui->listWidgetHong));
     ui->listWidgetKey->setItemDelegate(new EventDelegate(ui->listWidgetKey));
@@ -185,6 +186,8 @@ void Macro::setTexts(int language)
     ui->StartRecord->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_R)); // a text takes it away
     ui->StartRecord->setToolTip(QStringLiteral("%1 (%2)").arg(
         ui->StartRecord->text(), ui->StartRecord->shortcut().toString(QKeySequence::NativeText)));
+    ui->StopRecord->setToolTip(text("StopByClick", language)); // no key reaches it
+    ui->ChooseEvent->setHint(text("ChooseInsertion", language));
     for (int item = 0; item < int(std::size(Insertions)); ++item)
         ui->ChooseEvent->setItemText(item, text(Insertions[item], language));
     nameWidgets(this, language);
@@ -526,7 +529,8 @@ void Macro::on_StartRecord_clicked()
     }
     if (refusesUnreadable())
         return;
-    ui->listWidgetKey->setFocus(); // not where the list of macros, disabled, would send it
+    ui->listWidgetKey->setFocus();            // not where the list of macros, disabled, would send it
+    ui->listWidgetKey->setDragEnabled(false); // a drag takes the keys
     recording_->start();
     eventsChanged_ = true;
     events_.show({});
@@ -572,6 +576,7 @@ void Macro::endRecording(RecordingPanel::Ending ending)
     if (ui->StopRecord->hasFocus())
         ui->listWidgetKey->setFocus(); // not where the hidden button would send it
     recording_->end(ending);
+    ui->listWidgetKey->setDragEnabled(true);
     showState();
 }
 
@@ -632,16 +637,39 @@ void Macro::on_DeleteKey_clicked()
         editor_->remove();
 }
 
+void Macro::moveSelected(int steps)
+{
+    if (!refusesWhileRecording() && !shown_.isEmpty() && !refusesUnreadable())
+        editor_->move(steps);
+}
+
+void Macro::on_listWidgetKey_customContextMenuRequested(const QPoint &place)
+{
+    if (recording_->isLocked() || !ui->listWidgetKey->itemAt(place))
+        return;
+    showListMenu(ui->listWidgetKey, place,
+                 {{text("Modify"), [this] { on_Amend_clicked(); }, Qt::Key_F2},
+                  {text("MoveUp"), [this] { moveSelected(-1); }, Qt::ALT + Qt::Key_Up},
+                  {text("MoveDown"), [this] { moveSelected(1); }, Qt::ALT + Qt::Key_Down},
+                  {text("Delete"), [this] { on_DeleteKey_clicked(); }, Qt::Key_Delete}});
+}
+
 // ---- The page -----------------------------------------------------------------------------------
 
-bool Macro::runListKey(const QObject *list, int key)
+bool Macro::runListKey(const QObject *list, const QKeyEvent &event)
 {
+    const int key = event.key();
     if (list == ui->ChooseEvent) {
         if (ui->ChooseEvent->view()->isVisible())
             return false;
         if (key == Qt::Key_Up || key == Qt::Key_Down)
             ui->ChooseEvent->showPopup();
         return std::find(std::begin(HarmlessKeys), std::end(HarmlessKeys), key) == std::end(HarmlessKeys);
+    }
+    if (list == ui->listWidgetKey && event.modifiers() == Qt::AltModifier &&
+        (key == Qt::Key_Up || key == Qt::Key_Down)) {
+        moveSelected(key == Qt::Key_Up ? -1 : 1);
+        return true;
     }
     if (key != Qt::Key_F2 && key != Qt::Key_Delete)
         return false;
@@ -656,7 +684,7 @@ bool Macro::runListKey(const QObject *list, int key)
 // Arrow keys, letters and the like would insert an event, since a choice acts at once.
 bool Macro::eventFilter(QObject *watched, QEvent *event)
 {
-    return event->type() == QEvent::KeyPress && runListKey(watched, static_cast<QKeyEvent *>(event)->key());
+    return event->type() == QEvent::KeyPress && runListKey(watched, *static_cast<QKeyEvent *>(event));
 }
 
 // The folder may have changed meanwhile.

@@ -65,6 +65,7 @@ public slots:
     void on_DeleteHong_clicked() { DeleteMacro(); }
     void on_listWidgetHong_clicked();
     void on_listWidgetHong_customContextMenuRequested(const QPoint &place);
+    void on_listWidgetKey_customContextMenuRequested(const QPoint &place);
     void on_listWidgetKey_itemChanged();
     void on_StartRecord_clicked();
     void on_StopRecord_clicked();
@@ -104,7 +105,8 @@ private:
     bool isUnreadable() const;
     void ask(const char *textKey); // a notice with this text of the section "macro"
 
-    bool runListKey(const QObject *list, int key);
+    bool runListKey(const QObject *list, const QKeyEvent &event);
+    void moveSelected(int steps);
 
     bool isUnsaved(const QString &name) const;
     void releaseSaved(const QString &name);

@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: MIT
 //
 // A recording with a real keyboard on a real X server: every key under two layouts, held keys, modifiers,
-// keys that would press a button, and keys that come fast.
+// keys that would press a button, and keys that come fast. And a row that a real pointer drags.
 #include "macro/RecordingKeys.h"
 #include "presentation/Notices.h"
 #include "tests/widget/macro/MacroPage.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QProcess>
+#include <QTimer>
 #include <xcb/xproto.h>
 
 namespace
@@ -202,6 +203,28 @@ private slots:
         for (int row = 1; row < 119; row += 2)
             delays << page().events()->item(row)->text();
         QCOMPARE(delays, server.delays());
+    }
+
+    // The rest of the hand's way comes while the drag runs its own event loop.
+    void aRowIsDragged()
+    {
+        MacroHome::write(macro::macroPath("Beta"), "1\n0x04 1 0\n10ms\n0x05 1 0\n20ms\n0x06 1 0\n");
+        page().choose("Beta");
+        const auto to = [&](int row, int down) {
+            const QPoint place = page().events()->viewport()->mapToGlobal(
+                page().events()->visualItemRect(page().events()->item(row)).center() + QPoint(0, down));
+            return QStringList{"mousemove", QString::number(place.x()), QString::number(place.y())};
+        };
+        QList<QStringList> way = {to(0, 0), {"mousedown", "1"}, to(0, 12), to(1, 0),
+                                  to(2, 0), to(4, 0),           to(4, 4),  {"mouseup", "1"}};
+        QTimer hand;
+        connect(&hand, &QTimer::timeout,
+                [&] { way.isEmpty() ? hand.stop() : run("xdotool", way.takeFirst()); });
+        hand.start(20);
+        QTRY_COMPARE(page().rows(), QString("+B 10ms +C 20ms +A"));
+        QTRY_VERIFY(!hand.isActive());
+        QCOMPARE(page().events()->count(), 5);
+        QVERIFY(page().saves());
     }
 };
 
