@@ -11,7 +11,7 @@
 static QString menuStyle()
 {
     return QStringLiteral("QMenu{border: 1px solid %1;padding: 4px;background-color: rgb(%2);color: rgb(%3);}"
-                          "QMenu::item{padding: 6px 22px;border-radius: 4px;}"
+                          "QMenu::item{padding: 6px 22px;min-width: 130px;border-radius: 4px;}"
                           "QMenu::item:selected{background-color: rgb(%4);color: rgb(%2);}")
         .arg(style::outlineColor().name(), style::color("ComboxBackGroundColor"), style::color("LabelColor"),
              style::color("ComboxSelectColor"));
