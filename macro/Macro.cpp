@@ -19,7 +19,7 @@
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
-#include "presentation/DeviceOperations.h"
+#include "presentation/FileDialog.h"
 #include "presentation/FirstShow.h"
 #include "presentation/NamedWidgets.h"
 #include "presentation/Notices.h"
@@ -30,7 +30,6 @@
 #include "ui_Macro.h"
 
 #include <QFile>
-#include <QFileDialog>
 #include <QKeyEvent>
 
 using namespace macro;
@@ -357,15 +356,13 @@ void Macro::ExPortMacro()
 {
     if (refusesWhileRecording() || shown_.isEmpty() || refusesUnreadable())
         return;
-    QFileDialog dialog(this, QStringLiteral("FileSave"), documentsFolder(), QStringLiteral("File(*.ini)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("ini"));
-    dialog.selectFile(shown_ + QStringLiteral(".ini"));
     const QString name = shown_;
     const MacroRows rows = events_.rows();
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    const QString path = filedialog::askForNewFile(this, QStringLiteral("File(*.ini)"), QStringLiteral("ini"),
+                                                   shown_ + QStringLiteral(".ini"));
+    if (path.isEmpty())
         return;
-    saveExportedMacro(dialog.selectedFiles().first(), {name, cycle_->mode(), rows},
+    saveExportedMacro(path, {name, cycle_->mode(), rows},
                       {iconBytes("MacroDown.png"), iconBytes("MacroUp.png"), iconBytes("MacroTime.png")});
 }
 
@@ -374,8 +371,7 @@ void Macro::InPortMacro()
 {
     if (refusesWhileRecording())
         return;
-    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("SelectFile"), documentsFolder(),
-                                                      QStringLiteral("File(*.ini)"));
+    const QString path = filedialog::askForFile(this, QStringLiteral("File(*.ini)"));
     const std::optional<ExportedMacro> imported = path.isEmpty() ? std::nullopt : loadExportedMacro(path);
     if (!imported || refusesName(imported->name) || !createMacro(imported->name))
         return;
