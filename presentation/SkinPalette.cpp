@@ -64,6 +64,7 @@ void styleComboBox(QComboBox *box, const QString &folder)
     // Set before the view: QComboBox asks its style only once whether the list gets a scroll bar.
     box->setStyleSheet(style::comboBox(folder, style::color("ComboxTextColor"), selectColor));
     box->setView(list);
+    list->setFont(box->font()); // a window of its own, it would have the desktop's
     box->setMaxVisibleItems(VisibleItems);
     frameComboList(box, folder + QStringLiteral("ComboboxTextBack.png"));
 }

@@ -14,6 +14,7 @@
 namespace
 {
 constexpr int ProgressStepMs = 20;
+constexpr double HintOpacity = 0.6;
 constexpr int FillHeight = 4; // of the sheets' grooves
 } // namespace
 
@@ -134,6 +135,12 @@ void MyConmboBox::mousePressEvent(QMouseEvent *event)
     QComboBox::mousePressEvent(event);
 }
 
+void MyConmboBox::setHint(const QString &hint)
+{
+    hint_ = hint;
+    update();
+}
+
 void MyConmboBox::paintEvent(QPaintEvent *)
 {
     QStylePainter painter(this);
@@ -141,6 +148,10 @@ void MyConmboBox::paintEvent(QPaintEvent *)
     QStyleOptionComboBox option;
     initStyleOption(&option);
     painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    if (option.currentText.isEmpty()) {
+        option.currentText = hint_;
+        painter.setOpacity(HintOpacity);
+    }
     if (option.frame) {
         painter.drawControl(QStyle::CE_ComboBoxLabel, option);
         return;

@@ -68,7 +68,8 @@ private:
     bool asking_ = false;     // enabledBy() runs its question
 };
 
-// Remembers the index at each press, and paints its item without the native look.
+// Remembers the index at each press, and paints its item without the native look. In the place of an item
+// without a text it paints the hint, dimmed.
 class MyConmboBox : public WheelPasses<QComboBox>
 {
     Q_OBJECT
@@ -76,6 +77,7 @@ class MyConmboBox : public WheelPasses<QComboBox>
 public:
     using WheelPasses::WheelPasses;
     int pressedIndex() const { return indexAtPress_; }
+    void setHint(const QString &hint);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -83,6 +85,7 @@ protected:
 
 private:
     int indexAtPress_ = -1;
+    QString hint_;
 };
 
 class MySpinBox : public WheelPasses<QSpinBox>

@@ -84,10 +84,14 @@ private slots:
         MyConmboBox box(&window);
         box.addItems({"Profile 1", "Profile 2", "Profile 3"});
         box.setGeometry(60, 60, 130, 30);
+        QFont smaller = box.font(); // as on a screen of many dots
+        smaller.setPointSizeF(smaller.pointSizeF() / 2);
+        box.setFont(smaller);
         styleComboBox(&box, style::pictureFolder("Sensor"));
         box.setCurrentIndex(1);
         box.show();
         box.showPopup();
+        QCOMPARE(box.view()->font().pointSizeF(), smaller.pointSizeF());
         auto *view = qobject_cast<QListView *>(box.view());
         view->setCurrentIndex({}); // no row is lit
         const QImage list = shotOf(view->viewport());
