@@ -11,6 +11,8 @@
 
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTextEdit>
+#include <QThread>
 
 namespace
 {
@@ -209,13 +211,20 @@ private slots:
     void anImportDisablesTheMousesSliders()
     {
         LightPage page;
-        LightPageLoaded = false;
+        page.read(lightRecord(2));
+        QVERIFY(LightPageLoaded);
         page.page->SlotUpDataLightUIA(lightRecord(2, 6, 1));
-        QVERIFY(!LightPageLoaded && !LightPageBusy);
+        QVERIFY(!LightPageLoaded && !LightPageBusy); // the load before it counts no more
         for (const LightCase &light : LightCases)
             for (const QSlider *slider : {page.brightness(light), page.speed(light)})
                 QCOMPARE(slider->isEnabled(), &light != LightCases);
         QCOMPARE(page.brightness(LightCases[MouseGroup])->value(), 7);
+        // A reset and a notice of the stage light leave them so.
+        page.page->SlotUpDataDPILed(lightRecord(2));
+        page.page->SlotFormResetLight();
+        QVERIFY(!page.brightness(LightCases[MouseGroup])->isEnabled());
+        QVERIFY(!page.speed(LightCases[MouseGroup])->isEnabled());
+        QVERIFY(page.find<QSlider>("LightH")->isEnabled());
         page.read(lightRecord(2));
         QVERIFY(LightPageLoaded && !LightPageBusy);
         QVERIFY(page.brightness(LightCases[MouseGroup])->isEnabled());
@@ -341,6 +350,9 @@ private slots:
             page.read(lightRecord(2));
         };
         for (int i = 0; i < 2; ++i) {
+            SelectedDevice::set(fixture::info("dev", fixture::CableKind));
+            page.announceScheme(2); // before the record of the cable's mouse
+            QVERIFY(!receiverIsShown(page) && !schemeIsShown(page));
             link(fixture::CableKind);
             QVERIFY(!receiverIsShown(page) && !schemeIsShown(page));
             link(Receiver4K);
@@ -360,16 +372,18 @@ private slots:
         fake.edit("dev", [](FakeDevice &device) { device.indicator = {{1, 2, 3}}; });
         page.read(lightRecord(2));
         fake.edit("dev", [](FakeDevice &device) {
-            device.answersLights = false;
+            device.answersBar = device.answersLamps = false;
             device.bar = {};
             device.indicator = {};
         });
+        fake.setHook([](const std::string &) { QThread::msleep(160); }); // longer than one try
         page.page->SlotUpDataLightUILight(lightRecord(4));
         QCOMPARE(int(fake.calls().size()), 1);
+        fake.setHook(nullptr);
         QCOMPARE(page.mode(LightCases[MouseGroup])->currentIndex(), 4);
         QCOMPARE(page.color(LightCases[ReceiverGroup]), QColor(46, 166, 223));
         QCOMPARE(page.lamp(2)->currentIndex(), 3);
-        fake.edit("dev", [](FakeDevice &device) { device.answersLights = true; });
+        fake.edit("dev", [](FakeDevice &device) { device.answersBar = device.answersLamps = true; });
         fake.clearCalls();
         page.page->SlotUpDataLightUILight(lightRecord(4));
         QCOMPARE(int(fake.calls().size()), 2);
@@ -539,6 +553,26 @@ private slots:
         QCOMPARE(page.find<QLabel>("label_6")->text(), QString::fromUtf8("预览"));
         QCOMPARE(page.find<QLabel>("movingOffCaption")->text(), QString::fromUtf8("移动时关灯"));
         QCOMPARE(page.find<QLabel>("legend_1")->text(), QString::fromUtf8("优秀"));
+        const auto words = [&](int scheme) {
+            const QString name =
+                scheme == 1 ? QStringLiteral("textEdit") : QStringLiteral("textEdit_%1").arg(scheme);
+            const QString text = page.find<QTextEdit>(name)->toPlainText();
+            return QString(text).remove(QChar(QChar::Nbsp)).remove(' ').split(QString::fromUtf8("·"));
+        };
+        QCOMPARE(words(1), QString::fromUtf8("优秀 正常 差").split(' '));
+        QCOMPARE(words(2), QString("100% 50% 25%").split(' '));
+        QCOMPARE(words(3), QString("8000HZ 4000HZ 2000HZ 1000HZ 500HZ 250HZ 125HZ").split(' '));
+        QVERIFY(page.choice(2)->text().endsWith(QString::fromUtf8("(默认)"))); // of this model
+        QVERIFY(!page.choice(1)->text().contains('('));
+        for (const QLabel *label : page.page->findChildren<QLabel *>())
+            QVERIFY2(!label->text().isEmpty() || !label->objectName().contains("Title"),
+                     qPrintable(label->objectName()));
+        for (const LightCase &light : LightCases) {
+            QCOMPARE(page.own<QLabel>("captionG", light)->text(), QString("G:"));
+            QCOMPARE(page.own<QLabel>("customCaption", light)->text(), QString::fromUtf8("自定义颜色"));
+            QCOMPARE(page.own<QLabel>("presetCaption", light)->text(), QString::fromUtf8("预设"));
+        }
+        QVERIFY(!page.lamp(0)->itemText(1).contains('3')); // the key of the item
     }
 };
 
