@@ -18,13 +18,14 @@
 namespace
 {
 
+// Keys of lists in the section light, not of its texts.
 constexpr const char *ItemKeys[] = {"0", "3", "2", "1"};
 constexpr int ResetItems[IndicatorLamps::Count] = {2, 2, 3};
 constexpr int FirstBoxName = 3; // LightMod_3 is the first lamp's
 // The colours of the lamps are the keys of what they mean.
 constexpr const char *LegendColors[IndicatorLamps::Count] = {"#42e81b", "#f5b020", "#f52c17"};
 constexpr const char *LegendDefaults[IndicatorLamps::Count] = {"优秀", "正常", "差"};
-constexpr char TitleDefault[] = "接收器指示灯";
+constexpr char IndicatorTitle[] = "接收器指示灯";
 constexpr const char *ItemDefaults[] = {"关闭", "电量", "回报率", "信号"};
 constexpr char LampSheet[] = "QLabel{background-color: %1;border-radius: 6px;}";
 
@@ -44,7 +45,7 @@ IndicatorLamps::IndicatorLamps(QWidget *parent)
     : QWidget(parent), heading_(this, QStringLiteral("indicatorTitle")), tips_(new QLabel(this))
 {
     resize(Size);
-    heading_.setText(QString::fromUtf8(TitleDefault));
+    heading_.setText(QString::fromUtf8(IndicatorTitle));
     tips_->setGeometry(TipsPlace);
     tips_->setText(QStringLiteral("选择接收器上的LED指示灯所传达的信息"));
     for (int i = 0; i < Count; ++i) {

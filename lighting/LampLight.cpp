@@ -268,7 +268,7 @@ void LampLight::arrange()
     contents_->resize(width(), qMax(top, height()));
 }
 
-// Where the area itself has moved the contents already when its bar has called this.
+// The area has moved the contents already when its bar calls this.
 void LampLight::on_verticalScrollBar_valueChanged(int value) { contents_->move(0, -value); }
 
 void LampLight::SlotAllLanguage(int index)

@@ -33,7 +33,7 @@ constexpr Scheme Schemes[SchemeChoice::Count] = {
      "8000HZ 4000HZ 2000HZ 1000HZ 500HZ 250HZ 125HZ"},
 };
 constexpr char UsualDefault[] = "默认";
-constexpr char TitleDefault[] = "接收器灯光显示";
+constexpr char SchemeTitle[] = "接收器灯光显示";
 
 constexpr int SchemesLeft = 28;
 constexpr int SchemePitch = 258;
@@ -55,7 +55,7 @@ SchemeChoice::SchemeChoice(QWidget *parent)
     : QWidget(parent), heading_(this, QStringLiteral("schemeTitle")), group_(new QButtonGroup(this))
 {
     resize(Size);
-    heading_.setText(QString::fromUtf8(TitleDefault));
+    heading_.setText(QString::fromUtf8(SchemeTitle));
     for (int i = 0; i < Count; ++i) {
         const int x = SchemesLeft + i * SchemePitch;
         auto *button = new QToolButton(this);
