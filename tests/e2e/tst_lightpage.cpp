@@ -41,7 +41,7 @@ constexpr Names ReceiverNames = {"LightMod_2",
                                  {"ReduceR_2", "ReduceG_2", "ReduceB_2"},
                                  "_2"};
 
-constexpr int AcknowledgedAfterMs = 50;
+constexpr int AcknowledgedAfterMs = 120; // within the time of one try
 
 template <typename Record> QByteArray hex(const Record &record)
 {
