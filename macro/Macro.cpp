@@ -89,7 +89,6 @@ Macro::Macro(QWidget *parent)
                    ui->ReUntilClickLabel, ui->ChooseEvent},
                   {ui->DelayTime, ui->NumberEdit, ui->listWidgetHong}})
 {
-    setAccessibleName(QStringLiteral("Macro"));
     for (std::size_t item = 0; item < std::size(Insertions); ++item)
         ui->ChooseEvent->addItem(QString());
     for (QLabel *hint : {ui->noMacros, ui->noEvents})
