@@ -66,8 +66,14 @@ QString faultOf(const HeardObject &object)
 bool isRightStop(const QWidget *stop)
 {
     const auto *button = qobject_cast<const QAbstractButton *>(stop);
-    const QAbstractButton *checked = button && button->group() ? button->group()->checkedButton() : nullptr;
-    return !checked || checked == button || !checked->isVisible();
+    if (!button || button->isChecked() || (!button->group() && !button->autoExclusive()))
+        return true;
+    const QList<QAbstractButton *> group =
+        button->group()
+            ? button->group()->buttons()
+            : button->parent()->findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly);
+    return std::none_of(group.begin(), group.end(),
+                        [](const QAbstractButton *each) { return each->isChecked() && each->isVisible(); });
 }
 
 } // namespace
