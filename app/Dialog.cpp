@@ -67,6 +67,8 @@ Dialog::Dialog(QWidget *parent)
                     {ui->LightsButton, lights_, "PageLighting"},
                     {ui->Advanced, advanced_, "PageAdvanced"},
                     {ui->FormSetting, setting_, "PageSettings"}}};
+    for (const Navigation &entry : navigation_)
+        entry.button->setProperty("accessibleRole", QStringLiteral("choice"));
     onFirstShow(this, [this] {
         applyStyle();
         styleNavigation();

@@ -104,6 +104,7 @@ void DialogMain::SlotChangeMainDialog(int index)
         emit PostMsg::instance()->SigMainPageChange();
         UsbServer_Exit();
         QThread::msleep(ServiceExitMs);
+        dialogChange_->setUnplugged(DeviceUnplugged.exchange(false));
         showPage(dialogChange_);
         StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
     } else if (index == 1) {

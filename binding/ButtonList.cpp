@@ -68,6 +68,7 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
     marker->setObjectName(QLatin1String(names.marker));
     marker->setText(number);
     marker->setCheckable(true);
+    marker->setProperty("accessibleRole", QStringLiteral("choice"));
     marker->resize(BadgeSize, BadgeSize);
     rows_[row].marker = marker;
     setText(names.button, QString());
@@ -184,6 +185,12 @@ void ButtonList::setText(int button, const QString &text)
     row.caption->setAccessibleName(name);
     row.marker->setAccessibleName(name);
     row.marker->setToolTip(text);
+}
+
+void ButtonList::renewNames()
+{
+    for (std::size_t row = 0; row < rows_.size(); ++row)
+        setText(ButtonRows[row].button, rows_[row].caption->text());
 }
 
 int ButtonList::checkedRow() const { return group_->checkedId(); }

@@ -61,7 +61,6 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     , worker_(std::make_unique<Worker>())
 {
     ui->setupUi(this);
-    setAccessibleName(QStringLiteral("Buttons"));
     list_ = new ButtonList(ui->scrollArea_11, ui->widget);
     profiles_ = std::make_unique<ProfileBox>(ui->ProjectChoose);
     functions_ = new FunctionPages(ui->stackedWidget, ui->stackedWidget_2);
@@ -539,6 +538,7 @@ void Buttoninterface::SlotAllLanguage(int index)
     ui->label_3->setText(text(Section::key, "DebounceTime", index));
     ui->DebounceNote->setText(text(Section::key, "DialogDebounceTips", index));
     ui->DebunceButton->SlotAllLanguage(index);
+    list_->renewNames();
     functions_->setLanguage(index);
     profiles_->setLanguage(index);
     // Captions are translated. The cached image stands in for a mouse that is off line, and without one the

@@ -51,17 +51,22 @@ function(add_module name)
   endif()
 endfunction()
 
-# add_test_row(row [XSERVER] COMMAND program arguments …)
-# A test of ctest's, with 120 s. XSERVER: it needs a window system and gets an Xvfb of its own. A test takes two of
+# add_test_row(row [XSERVER] [SESSION] COMMAND program arguments …)
+# A test of ctest's, with 120 s. XSERVER: it needs a window system and gets an Xvfb of its own. SESSION: the same, in a
+# session with an accessibility bus, which the program always joins. A test takes two of
 # ctest's processors, so that one that waits for nearly all of its time can take one.
 function(add_test_row row)
-  cmake_parse_arguments(test "XSERVER" "" "COMMAND" ${ARGN})
+  cmake_parse_arguments(test "XSERVER;SESSION" "" "COMMAND" ${ARGN})
   list(POP_FRONT test_COMMAND program)
   set(environment QT_QPA_PLATFORM=offscreen)
   set(server)
-  if(test_XSERVER)
+  if(test_XSERVER OR test_SESSION)
     set(environment QT_XCB_GL_INTEGRATION=none)
     set(server xvfb-run -a -s "-screen 0 1600x1200x24")
+  endif()
+  if(test_SESSION)
+    list(APPEND environment QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1)
+    list(PREPEND server dbus-run-session --)
   endif()
   add_test(NAME ${row} COMMAND ${server} $<TARGET_FILE:${program}> ${test_COMMAND})
   set_tests_properties(${row} PROPERTIES TIMEOUT 120 PROCESSORS 2 ENVIRONMENT "${environment}")

@@ -74,7 +74,7 @@ bool modelHasScheme()
 } // namespace
 
 LampLight::LampLight(QWidget *parent)
-    : PageSurface(QStringLiteral("LampLight"), QStringLiteral("Light"), parent)
+    : PageSurface(QStringLiteral("LampLight"), QStringLiteral("Light"), "common PageLighting", parent)
     , PicturePath_(style::pictureFolder(QStringLiteral("Light")))
     , area_(new QScrollArea(this))
     , contents_(new QWidget)

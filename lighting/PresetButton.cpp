@@ -17,6 +17,7 @@ constexpr double PressedInset = 2;
 PresetButton::PresetButton(const QColor &color, QWidget *parent) : QToolButton(parent), color_(color)
 {
     setCheckable(true);
+    setProperty("accessibleRole", QStringLiteral("choice"));
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
 }

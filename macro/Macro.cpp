@@ -81,7 +81,6 @@ Macro::Macro(QWidget *parent)
     , editor_(new EventEditor(
           events_, [this] { return !shown_.isEmpty(); }, this))
 {
-    setAccessibleName(QStringLiteral("Macro"));
     for (std::size_t item = 0; item < std::size(Insertions); ++item)
         ui->ChooseEvent->addItem(QString());
     for (QLabel *hint : {ui->noMacros, ui->noEvents})

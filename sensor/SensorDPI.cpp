@@ -62,6 +62,13 @@ SensorDPI::SensorDPI(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::
     MarkerArea_ = ui->markerTrack->geometry();
     makeGroups();
     connect(PostMsg::instance(), SIGNAL(SigAddConfig(QString)), this, SLOT(followProfile(QString)));
+    connect(ui->spinBoxA, &DpiBox::entered, this, &SensorDPI::enter);
+    connect(ui->spinBoxA, &DpiBox::stepped, this, [this](bool up) {
+        if (up)
+            on_AddLevelA_clicked();
+        else
+            on_ReduceLevelA_clicked();
+    });
     onFirstShow(this, [this] { applyStyle(); });
 }
 
@@ -89,7 +96,7 @@ void SensorDPI::applyStyle()
                                style::hoverPicture(PicturePath_, QStringLiteral("LevelHover.png")));
     ui->groove->setStyleSheet(style::tiledPicture(PicturePath_, QStringLiteral("Track.png")));
     ui->horizontalSliderC->setStyleSheet(style::slider());
-    ui->spinBoxA->setStyleSheet(style::readout());
+    ui->spinBoxA->setStyleSheet(style::numberBox());
     styleComboBox(ui->ChooseEvent, PicturePath_);
     ui->ChooseEvent->setStyleSheet(ui->ChooseEvent->styleSheet() +
                                    style::comboBoxBack(PicturePath_, QStringLiteral("CountBack.png")));
@@ -420,6 +427,13 @@ void SensorDPI::stepTo(int dpi)
         return;
     ArmWrite_ = true;
     ui->horizontalSliderC->setValue(dpi);
+}
+
+// A number outside of the model's range becomes the nearest end of it.
+void SensorDPI::enter(int dpi)
+{
+    const int most = ui->horizontalSliderC->maximum();
+    stepTo(dpiRestAt(qBound(ui->horizontalSliderC->minimum(), dpi, most), SensorRanges).dpi);
 }
 
 void SensorDPI::on_AddLevelA_clicked()

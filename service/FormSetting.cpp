@@ -11,6 +11,7 @@
 #include "hub/PostMsg.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
+#include "presentation/LanguageBox.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -66,7 +67,7 @@ template <typename Widget> void setTextOf(Widget *widget, const QString &text)
 } // namespace
 
 FormSetting::FormSetting(QWidget *parent)
-    : PageSurface(QStringLiteral("FormSetting"), QStringLiteral("FormSetting"), parent)
+    : PageSurface(QStringLiteral("FormSetting"), QStringLiteral("FormSetting"), "common PageSettings", parent)
     , ui(std::make_unique<Ui::FormSetting>())
     , pictures_(style::pictureFolder(QStringLiteral("FormSetting")))
 {
@@ -79,6 +80,7 @@ FormSetting::FormSetting(QWidget *parent)
     hideMarks();
     ui->label_10->installEventFilter(this);
     ui->NewLabel->document()->setDocumentMargin(0);
+    languagebox::fill(ui->comboBox);
     restoreAutoStart();
     onFirstShow(this, [this] { applyStyle(); });
     connectSignals();
@@ -256,18 +258,14 @@ void FormSetting::SlotLabelTextB(const QString &TextA, const QString &Text)
 
 void FormSetting::on_comboBox_activated(int index)
 {
-    storeLanguage(UserStore::instance(), index);
-    LanguageIndex = index;
-    emit PostMsg::instance()->SigAllLanguage(index);
-    emit PostMsg::instance()->SigLanguageSameA(index);
+    const int language = languagebox::languageOf(ui->comboBox, index);
+    storeLanguage(UserStore::instance(), language);
+    LanguageIndex = language;
+    emit PostMsg::instance()->SigAllLanguage(language);
+    emit PostMsg::instance()->SigLanguageSameA(language);
 }
 
-void FormSetting::SlotLanguageSameB(int index)
-{
-    const QSignalBlocker silent(ui->comboBox);
-    const bool offered = index >= 0 && index < ui->comboBox->count();
-    ui->comboBox->setCurrentIndex(offered ? index : 0); // the language that other indices fall back to
-}
+void FormSetting::SlotLanguageSameB(int index) { languagebox::show(ui->comboBox, index); }
 
 void FormSetting::SlotAllLanguage(int index)
 {

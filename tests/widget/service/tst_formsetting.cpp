@@ -390,7 +390,7 @@ private slots:
     void theOtherPagesLanguageIsTakenInSilence()
     {
         auto *box = widget<QComboBox>("comboBox");
-        box->addItem("Second");
+        box->addItem("Second", 1);
         const QSignalSpy all(PostMsg::instance(), &PostMsg::SigAllLanguage);
         const QSignalSpy changed(box, QOverload<int>::of(&QComboBox::currentIndexChanged));
         emit PostMsg::instance()->SigLanguageSameB(1);
