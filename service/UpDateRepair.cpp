@@ -93,9 +93,18 @@ void UpDateRepair::readyForm()
     say(UpgradeText::ReadyUpdate);
 }
 
+void UpDateRepair::askingForm(const std::function<Inquiry::Answer()> &question)
+{
+    resetForm();
+    ui->NewHong_2->setEnabled(false);
+    say(UpgradeText::UpgradeAsking);
+    devicesAsked_.ask(question);
+}
+
 void UpDateRepair::busyForm()
 {
     busy_ = true;
+    devicesAsked_.drop();
     for (QWidget *button : {ui->NewHong, ui->NewHong_2}) {
         button->hide();
         button->setEnabled(false);
@@ -124,10 +133,11 @@ void UpDateRepair::showFailure()
     showButtons();
 }
 
-// Ends the busy form.
+// Ends the busy form and the question.
 void UpDateRepair::showButtons()
 {
     busy_ = false;
+    devicesAsked_.drop();
     awake_.release();
     for (QWidget *button : {ui->NewHong, ui->NewHong_2}) {
         button->setEnabled(true);
@@ -260,6 +270,7 @@ void UpDateRepair::hideEvent(QHideEvent *event)
 {
     UpgradeDialogOpen = false;
     forRepair_ = false;
+    devicesAsked_.drop();
     NoticeWindow::hideEvent(event);
 }
 
@@ -334,11 +345,19 @@ void UpDateRepair::SlotRepairCheckUpdate()
 {
     if (busy_ || RepairRunning || showsResult())
         return;
-    const GateVerdict verdict = repair_.check(attached_);
-    if (verdict.ready)
+    askingForm([this, attached = attached_]() -> Inquiry::Answer {
+        const RepairRoute::Check check = RepairRoute::check(attached);
+        return [this, check] { takeCheck(check); };
+    });
+}
+
+void UpDateRepair::takeCheck(const RepairRoute::Check &check)
+{
+    repair_.take(check);
+    if (check.verdict.ready)
         readyForm();
     else
-        noticeForm(verdict.text);
+        noticeForm(check.verdict.text);
 }
 
 void UpDateRepair::startRepair()

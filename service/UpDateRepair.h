@@ -6,6 +6,7 @@
 // button do nothing, and the machine is kept from sleeping. Main thread.
 #pragma once
 
+#include "environment/Inquiry.h"
 #include "environment/SleepLock.h"
 #include "presentation/NoticeWindow.h"
 #include "service/RepairRoute.h"
@@ -33,6 +34,9 @@ public:
     void readyForm();                    // the same with the text ReadyUpdate
     void busyForm();                     // firmware is being written
     void noticeForm(UpgradeText reason); // why nothing can be upgraded
+    // Devices are being asked whether a start may be offered; until then there is none. The answer brings the
+    // next form. It is dropped when the dialog has got another form meanwhile or was closed.
+    void askingForm(const std::function<Inquiry::Answer()> &question);
     bool isBusy() const { return busy_; }
     void showTarget() { writeTexts(); } // UpgradeTarget has changed
     // A result shows; it stays until the user closes the dialog.
@@ -76,12 +80,14 @@ private:
     void leave();
     void writeTexts();
     int targetPercent() const;
+    void takeCheck(const RepairRoute::Check &check);
     void startRepair();
 
     std::unique_ptr<Ui::UpDateRepair> ui;
     RepairRoute repair_;
     std::vector<DeviceAllInfo> attached_;
     SleepLock awake_;
+    Inquiry devicesAsked_;
     UpgradeText text_ = UpgradeText::None;
     MainButton mainButton_ = MainButton::Start;
     bool busy_ = false;

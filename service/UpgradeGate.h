@@ -17,6 +17,7 @@
 enum class UpgradeText : uint8_t {
     None,
     WarnUpdate,
+    UpgradeAsking,
     NotDevice,
     SameDevice,
     DialogUpgradeFail,
@@ -57,6 +58,9 @@ struct GateQuestions {
 GateVerdict upgradeGate(const std::vector<DeviceAllInfo> &devices, const QString &record,
                         const GateQuestions &questions);
 
-// The selection page's gate: `devices` are all attached ones.
+// Whether that gate asks boot loaders, which may take them some tenths of a second.
+bool asksBootLoaders(const std::vector<DeviceAllInfo> &devices, const QString &record);
+
+// The selection page's gate, which always does: `devices` are all attached ones.
 GateVerdict repairGate(const std::vector<DeviceAllInfo> &devices, const QString &record,
                        const GateQuestions &questions);

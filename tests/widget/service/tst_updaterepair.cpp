@@ -25,7 +25,13 @@ private:
         dialog->setAttached(std::move(attached));
         dialog->resetForm();
         dialog->show();
+        check();
+    }
+    // Until the check's answer.
+    void check()
+    {
         emit PostMsg::instance()->SigRepairCheckUpdate();
+        QTRY_VERIFY(!parts->says(UpgradeText::UpgradeAsking));
     }
     static bool isOver() { return !RepairRunning && NotUpgrading; }
 
@@ -374,7 +380,7 @@ private slots:
         fake.setUpgrade(1, true);
         dialog->setAttached({mouseInfo()});
         dialog->show();
-        emit PostMsg::instance()->SigRepairCheckUpdate();
+        check();
         QVERIFY(parts->says(UpgradeText::ReadyUpdate));
         QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
         parts->main->click();
@@ -420,8 +426,43 @@ private slots:
         QVERIFY(parts->says(UpgradeText::NoUSB));
         fake.setUpgrade(1, true);
         dialog->setAttached({mouseInfo()});
-        emit PostMsg::instance()->SigRepairCheckUpdate();
+        check();
         QVERIFY(parts->says(UpgradeText::ReadyUpdate) && parts->offersStart());
+    }
+
+    void theMainThreadAsksNoDevice()
+    {
+        const MainThreadQuestions questions;
+        openRepair(MouseFailed, {receiverInfo()});
+        parts->main->click();
+        for (int stage = 1; stage <= 2; ++stage) {
+            QTRY_COMPARE(starts(), stage);
+            succeed();
+        }
+        QTRY_VERIFY(!dialog->isBusy());
+        QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess) && questions.none());
+    }
+
+    // What is plugged in meanwhile is asked anew; the older answer is nobody's.
+    void theNewestCheckCounts()
+    {
+        UpdateFailRecord::store(ReceiverFailed);
+        fake.setUpgrade(1, true);
+        SlowBootLoaders slow;
+        dialog->setAttached({mouseInfo()});
+        dialog->show();
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        QVERIFY(parts->says(UpgradeText::UpgradeAsking) && !parts->main->isEnabled());
+        dialog->setAttached({mouseInfo(), mouseInfo()});
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        slow.waitForAnswers();
+        QTRY_VERIFY(parts->says(UpgradeText::MultiMouse) && parts->hasWayOut());
+        // Closed before its answer, it offers nothing.
+        dialog->setAttached({mouseInfo()});
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        dialog->close();
+        slow.waitForAnswers();
+        QVERIFY(!parts->says(UpgradeText::ReadyUpdate));
     }
 
     void aRunningRepairIsNotCheckedAgain()
