@@ -133,7 +133,14 @@ GateVerdict checkRecord(const std::vector<DeviceAllInfo> &attached, const QStrin
     const GateQuestions questions = {
         [&image](int target, int, bool) { return !image(target).isEmpty(); },
         [&image](int target, int) { return findBootDevices(image(target), BootLoaderLimit); }};
-    return repairGate(attached, text, questions);
+    GateVerdict verdict = repairGate(attached, text, questions);
+    const auto offer = [&verdict, &image](bool isWritten, int target) {
+        if (verdict.ready && isWritten)
+            verdict.offers.push_back({target, {}, firmwareVersion(image(target))});
+    };
+    offer(verdict.receiverNew, TargetReceiver);
+    offer(verdict.mouseNew, TargetMouse);
+    return verdict;
 }
 
 } // namespace

@@ -30,8 +30,9 @@ public:
     static UpDateRepair *instance();
 
     // ---- Its forms
-    void resetForm();                    // a start is offered, nothing is said
-    void readyForm();                    // the same with the text ReadyUpdate
+    void resetForm(); // a start is offered, nothing is said
+    // The same with the text ReadyUpdate and what would be written.
+    void readyForm(const std::vector<FirmwareOffer> &offers = {});
     void busyForm();                     // firmware is being written
     void noticeForm(UpgradeText reason); // why nothing can be upgraded
     // Devices are being asked whether a start may be offered; until then there is none. The answer brings the
@@ -80,6 +81,8 @@ private:
     void leave();
     void writeTexts();
     int targetPercent() const;
+    QString offerText() const;
+    QString targetName(int target) const;
     void takeCheck(const RepairRoute::Check &check);
     void startRepair();
 
@@ -89,6 +92,7 @@ private:
     SleepLock awake_;
     Inquiry devicesAsked_;
     UpgradeText text_ = UpgradeText::None;
+    std::vector<FirmwareOffer> offers_;
     MainButton mainButton_ = MainButton::Start;
     bool busy_ = false;
     bool forRepair_ = false;

@@ -191,7 +191,7 @@ void UpgradeFlow::on_Receive_2_clicked()
     dialog_.resetForm();
     const bool ready = ChechIsUpDate();
     if (ready)
-        dialog_.readyForm();
+        dialog_.readyForm(offered_.offers);
     if (!ready && noNewVersion_) {
         page_.showUpToDate();
         dialog_.close();
@@ -204,16 +204,30 @@ void UpgradeFlow::on_Receive_2_clicked()
 std::function<GateVerdict()> UpgradeFlow::gate(const QString &record) const
 {
     const UpdateFailRecord failed = UpdateFailRecord::parse(record).value_or(UpdateFailRecord());
-    const auto image = [failed, firmware = model(), receiver = page_.shownVersion(TargetReceiver),
-                        mouse = page_.shownVersion(TargetMouse)](int target, int kHz, bool anyVersion) {
+    const auto shown = [receiver = page_.shownVersion(TargetReceiver),
+                        mouse = page_.shownVersion(TargetMouse)](int target) {
+        return target == TargetMouse ? mouse : receiver;
+    };
+    const auto image = [failed, firmware = model(), shown](int target, int kHz, bool anyVersion) {
         const ModelFirmware wanted{anyVersion ? failed.cid : firmware.cid,
                                    anyVersion ? failed.mid : firmware.mid, kHz};
-        return wanted.find(target, anyVersion ? QString() : target == TargetMouse ? mouse : receiver);
+        return wanted.find(target, anyVersion ? QString() : shown(target));
     };
     const GateQuestions questions = {
         [image](int target, int kHz, bool anyVersion) { return !image(target, kHz, anyVersion).isEmpty(); },
         [image](int target, int kHz) { return findBootDevices(image(target, kHz, true), BootLoaderLimit); }};
-    return [devices = deviceList(), record, questions] { return upgradeGate(devices, record, questions); };
+    return [devices = deviceList(), record, questions, image, shown] {
+        GateVerdict verdict = upgradeGate(devices, record, questions);
+        const auto offer = [&](int target, bool isNew) {
+            const bool waits = target == verdict.failedTarget; // in its boot loader
+            if (verdict.ready && isNew)
+                verdict.offers.push_back({target, waits ? QString() : shown(target),
+                                          firmwareVersion(image(target, verdict.connectionKind, waits))});
+        };
+        offer(TargetReceiver, verdict.receiverNew);
+        offer(TargetMouse, verdict.mouseNew);
+        return verdict;
+    };
 }
 
 // A check never changes what is being flashed.
@@ -231,7 +245,7 @@ bool UpgradeFlow::ChechIsUpDate()
         const GateVerdict verdict = ask();
         return [this, verdict, record] {
             if (takeVerdict(verdict, record))
-                dialog_.readyForm();
+                dialog_.readyForm(offered_.offers);
         };
     });
     return false;
@@ -261,7 +275,7 @@ void UpgradeFlow::SlotCheckUpdate()
     if (dialog_.isBusy() || dialog_.showsResult())
         return;
     if (ChechIsUpDate())
-        dialog_.readyForm();
+        dialog_.readyForm(offered_.offers);
 }
 
 // ---- Start --------------------------------------------------------------------------------------

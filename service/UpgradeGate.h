@@ -35,6 +35,13 @@ enum class UpgradeText : uint8_t {
     newTips,
 };
 
+// Firmware that a start would write.
+struct FirmwareOffer {
+    int target;
+    QString from; // empty for a device in its boot loader
+    QString to;
+};
+
 struct GateVerdict {
     bool ready = false;
     UpgradeText text = UpgradeText::None; // of the notice, unless ready
@@ -44,6 +51,7 @@ struct GateVerdict {
     bool receiverNew = false;
     bool mouseNew = false;
     bool recordIsSenseless = false; // to be removed
+    std::vector<FirmwareOffer> offers;
 };
 
 // How the gates learn what the folder and the bus hold.

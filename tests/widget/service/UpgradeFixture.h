@@ -75,6 +75,7 @@ struct DialogParts {
         , close(dialog.findChild<QToolButton *>(QStringLiteral("CloseButton")))
         , bar(dialog.findChild<QProgressBar *>(QStringLiteral("progressBar_2")))
         , percent(dialog.findChild<QLabel *>(QStringLiteral("percent")))
+        , offer(dialog.findChild<QLabel *>(QStringLiteral("offer")))
     {
     }
     bool says(UpgradeText text) const { return message->text() == told(text); }
@@ -95,6 +96,7 @@ struct DialogParts {
     QToolButton *close;
     QProgressBar *bar;
     QLabel *percent;
+    QLabel *offer; // the versions that a start would write
 };
 
 // What stands below the bar: `target` is the key of the version's name on the settings page.

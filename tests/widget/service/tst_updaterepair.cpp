@@ -128,6 +128,13 @@ private slots:
         parts->message->setText(QStringLiteral("?"));
         emit PostMsg::instance()->SigAllLanguage(0);
         QCOMPARE(parts->message->text(), before);
+        dialog->readyForm({{TargetMouse, QStringLiteral("v1.05"), QStringLiteral("v1.06")}});
+        const QString offer = QStringLiteral("Mouse firmware: v1.05 → v1.06");
+        QCOMPARE(parts->offer->text(), offer);
+        parts->offer->clear();
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(parts->offer->text(), offer);
+        QCOMPARE(dialog->accessibleDescription(), offer);
     }
 
     // ---- Ways out
@@ -291,8 +298,11 @@ private slots:
         QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
         openRepair(record, {mouseFailed ? receiverInfo() : mouseInfo()});
         QVERIFY(parts->says(UpgradeText::ReadyUpdate) && parts->offersStart());
+        const QString offer = parts->offer->text();
+        QCOMPARE(offer.contains(QStringLiteral("Receiver firmware: v1.03")), files.contains("receiver"));
+        QCOMPARE(offer.contains(QStringLiteral("Mouse firmware: v1.06")), files.contains("mouse"));
         parts->main->click();
-        QVERIFY(dialog->isBusy() && !NotUpgrading);
+        QVERIFY(dialog->isBusy() && !NotUpgrading && parts->offer->isHidden());
         for (int stage = 1; stage <= records.size(); ++stage) {
             QTRY_COMPARE(starts(), stage);
             const bool isMouse = files == QLatin1String("mouse") || stage == 2;

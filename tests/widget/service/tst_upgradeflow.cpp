@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The upgrade from the settings page: offers, gate, steps of both targets and every end that a run may have.
+#include "service/FlashRun.h"
 #include "service/UpgradeFlow.h"
 #include "tests/widget/service/UpgradeFixture.h"
 
@@ -154,7 +155,11 @@ private slots:
         QFETCH(int, target);
         page->receiver = receiver;
         page->mouse = mouse;
-        start();
+        open();
+        QCOMPARE(dialog->offer->text(), target == TargetMouse
+                                            ? QStringLiteral("Mouse firmware: %1 → v1.06").arg(mouse)
+                                            : QStringLiteral("Receiver firmware: v1.02 → v1.03"));
+        dialog->main->click();
         endStage(1, succeed);
         QTRY_VERIFY(isOver());
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
@@ -263,6 +268,24 @@ private slots:
         QTRY_VERIFY(isOver());
         fake.setHook({});
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+    }
+
+    // No state of the dialog is without a way out, whatever the library does.
+    void aLibraryThatFallsSilentHasFailed()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        flashrun::SilenceMs = 100;
+        start();
+        QTRY_COMPARE(starts(), 1);
+        progress(40);
+        QTRY_VERIFY(isOver());
+        flashrun::SilenceMs = 180000;
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail) && dialog->hasWayOut());
+        QCOMPARE(UpdateFailRecord::storedText(), QString(ReceiverFailed));
+        succeed(); // nobody's
+        QTRY_VERIFY(fake.idle());
+        QCoreApplication::processEvents();
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail));
     }
 
     void otherBlocksAreIgnored()
