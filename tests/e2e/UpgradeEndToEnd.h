@@ -76,8 +76,9 @@ public:
     bool opens()
     {
         flow.on_Receive_2_clicked();
-        QTest::qWaitFor([this] { return text() != upgradeText(UpgradeText::UpgradeAsking, 0); }, 30000);
-        return text() == upgradeText(UpgradeText::ReadyUpdate, 0);
+        const auto says = [this](UpgradeText reason) { return text() == upgradeText(reason, 0); };
+        return QTest::qWaitFor([&] { return !says(UpgradeText::UpgradeAsking); }, 30000) &&
+               says(UpgradeText::ReadyUpdate);
     }
     void start() { flow.dialog().findChild<QAbstractButton *>(QStringLiteral("NewHong_2"))->click(); }
     bool isOver() { return !UpdateBusy && !flow.dialog().isBusy(); }

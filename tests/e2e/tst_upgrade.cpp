@@ -143,14 +143,12 @@ private slots:
     {
         QFETCH(QByteArray, id);
         QFETCH(int, blocks);
-        bus->order("fault " + id.toStdString() + " stall 60000 at " + std::to_string(8 + blocks));
+        bus->order("fault " + id.toStdString() + " stall 60000 at " + std::to_string(blocks) +
+                   " command bootdata");
         QProcess program;
         program.setProcessChannelMode(QProcess::ForwardedChannels);
         program.start(QCoreApplication::applicationFilePath(), {QStringLiteral("upgradeChild")});
-        const auto written = [&] {
-            return bus->emulated.reportCount(id.toStdString(), wire::Command::BootData) > 0;
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(written(), 30000);
+        QTRY_VERIFY_WITH_TIMEOUT(bus->has(id, "faults=0"), 30000);
         QTRY_VERIFY(bus->has(id, "boot=1"));
         ::kill(pid_t(program.processId()), SIGKILL);
         QVERIFY(program.waitForFinished());
