@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Upgrades both devices of a pair through the real windows, repairs a mouse that was cut, and opens the
+// Upgrades both devices of a pair through the real windows, repairs a mouse whose upgrade failed, and opens the
 // repair on a boot loader that is silent, on an emulated bus whose devices take a millisecond for each
 // report. Prints the longest time that the main thread was busy in each, the times against the reports, and
 // how often the main thread wakes up while the settings page is at rest.
@@ -116,14 +116,15 @@ void measureRepair()
     Program program(Pair);
     program.open(QStringLiteral("m1"));
     expectOffer(program);
-    program.order("fault m1 powercut at 1000");
+    program.order("fault m1 refuse always command bootdata");
     mustRun(program.script);
     {
         const LongestEvent longest;
         upgrade(program, UpgradeText::DialogUpgradeFail);
-        longest.print("an upgrade that is cut");
+        longest.print("an upgrade that fails");
     }
     leave(program);
+    program.order("fault m1 clear");
     mustRun(program.script);
     const LongestEvent longest;
     program.click("Repair");
