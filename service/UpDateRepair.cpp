@@ -101,6 +101,7 @@ void UpDateRepair::readyForm(const std::vector<FirmwareOffer> &offers)
 void UpDateRepair::askingForm(const std::function<Inquiry::Answer()> &question)
 {
     resetForm();
+    ui->NewHong->setFocus();
     ui->NewHong_2->setEnabled(false);
     say(UpgradeText::UpgradeAsking);
     devicesAsked_.ask(question);

@@ -463,6 +463,7 @@ private slots:
         dialog->show();
         emit PostMsg::instance()->SigRepairCheckUpdate();
         QVERIFY(parts->says(UpgradeText::UpgradeAsking) && !parts->main->isEnabled());
+        QCOMPARE(dialog->focusWidget(), parts->cancel);
         dialog->setAttached({mouseInfo(), mouseInfo()});
         emit PostMsg::instance()->SigRepairCheckUpdate();
         slow.waitForAnswers();

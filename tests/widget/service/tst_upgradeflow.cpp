@@ -556,6 +556,7 @@ private slots:
         flow->on_Receive_2_clicked();
         QVERIFY(flow->dialog().isVisible() && dialog->says(UpgradeText::UpgradeAsking));
         QVERIFY(!dialog->main->isEnabled() && dialog->cancel->isEnabled() && dialog->close->isEnabled());
+        QCOMPARE(flow->dialog().focusWidget(), dialog->cancel);
         QTest::keyClick(&flow->dialog(), Qt::Key_Return);
         QVERIFY(flow->dialog().isVisible());
         slow.answer();
