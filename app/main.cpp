@@ -28,7 +28,7 @@ int main(int argc, char *argv[])
     // Some window managers place a frameless window without an event, and notices would not be centred on it.
     window.move(QGuiApplication::primaryScreen()->availableGeometry().center() - window.rect().center());
     if (hidden)
-        window.SlotChangeSize(2); // to the tray, and the device, which nothing has opened, hears nothing
+        window.startHidden();
     else
         window.show();
     return QApplication::exec();

@@ -27,6 +27,12 @@ bool fromKeyboard(const QEvent *event)
            reason == Qt::ShortcutFocusReason;
 }
 
+// A window that becomes active between two changes of the focus tells the first control nothing.
+bool isTurnedOff(const QWidget *control, const QEvent *event)
+{
+    return event->type() == QEvent::EnabledChange && !control->isEnabled();
+}
+
 // Of a check box its mark and its text, which may be much narrower than the widget.
 QRect drawnPart(const QWidget *control)
 {
@@ -119,7 +125,8 @@ bool FocusRing::eventFilter(QObject *watched, QEvent *event)
     } else if (control_ && outline_ && (type == QEvent::Move || type == QEvent::Resize)) {
         if (watched == control_ || (watched->isWidgetType() && isBetween(static_cast<QWidget *>(watched))))
             outline_->follow(control_);
-    } else if (control_ && watched == control_ && (type == QEvent::FocusOut || type == QEvent::Hide)) {
+    } else if (control_ && watched == control_ &&
+               (type == QEvent::FocusOut || type == QEvent::Hide || isTurnedOff(control_, event))) {
         control_ = nullptr;
         if (outline_)
             outline_->hide();

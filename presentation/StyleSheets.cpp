@@ -27,6 +27,7 @@ constexpr char TitleButton[] =
     "QToolButton{border:0px;background-image: url(%P%1.png);background-position:center;"
     "background-repeat:no-repeat;}QToolButton:hover{background-image: url(%P%1Hover.png);}"
     "QToolButton:pressed{background-image: url(%P%1Click.png);}";
+constexpr char TitleButtonOff[] = "QToolButton:disabled{background-image: url(%P%1Off.png);}";
 constexpr char Arrow[] = "QToolButton{border-image: url(%P%1.png);}"
                          "QToolButton:hover{border-image: url(%P%1Click.png);}";
 constexpr char TextButton[] =
@@ -228,6 +229,11 @@ QString dialogBackground(const QString &folder, const QString &frameName)
 QString titleButton(const QString &folder, const QString &stem)
 {
     return compose(TitleButton, folder, {stem});
+}
+
+QString titleButtonOff(const QString &folder, const QString &stem)
+{
+    return compose(TitleButtonOff, folder, {stem});
 }
 
 QString arrow(const QString &folder, const QString &stem) { return compose(Arrow, folder, {stem}); }

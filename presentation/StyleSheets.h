@@ -24,6 +24,8 @@ QString windowBackground(const QString &folder, const QString &frameName);
 QString dialogBackground(const QString &folder, const QString &frameName);
 // Stem, stem + "Hover", stem + "Click".
 QString titleButton(const QString &folder, const QString &stem);
+// Append to titleButton(): the button while it is disabled, stem + "Off".
+QString titleButtonOff(const QString &folder, const QString &stem);
 // Stem and stem + "Click", which is shown under the pointer.
 QString arrow(const QString &folder, const QString &stem);
 // Stem, stem + "Hover", stem + "Click".
