@@ -99,7 +99,7 @@ bool ButtonList::eventFilter(QObject *watched, QEvent *event)
     const bool enters = type == QEvent::Enter || (type == QEvent::FocusIn && isKeyboardFocus(event));
     const bool leaves = type == QEvent::Leave || type == QEvent::FocusOut;
     if (type == QEvent::FocusIn && qobject_cast<ActionButton *>(watched))
-        scrollTo(static_cast<QWidget *>(watched), isKeyboardFocus(event));
+        keepInView(static_cast<QWidget *>(watched), isKeyboardFocus(event));
     if (!enters && !leaves)
         return false;
     for (const Row &row : rows_) {
@@ -112,7 +112,7 @@ bool ButtonList::eventFilter(QObject *watched, QEvent *event)
 }
 
 // By the keyboard out of the fades, too; under a pointer that presses the row must not move that far.
-void ButtonList::scrollTo(QWidget *caption, bool clearOfFades)
+void ButtonList::keepInView(QWidget *caption, bool clearOfFades)
 {
     area_->ensureWidgetVisible(caption, 0, RowGap);
     if (!clearOfFades)

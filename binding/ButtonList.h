@@ -69,7 +69,7 @@ private:
     void pair(const Row &row);
     void showRows();
     void addFades();
-    void scrollTo(QWidget *caption, bool clearOfFades);
+    void keepInView(QWidget *caption, bool clearOfFades);
     void showFades();
     bool cutsRow(int y) const;
 

@@ -303,11 +303,12 @@ QStringList inLongTexts(QWidget *window)
     QStringList found;
     QVector<QWidget *> controls;
     for (QWidget *widget : seenIn(window)) {
-        const QString hidden = SkinStyle::elidedText(widget);
-        if (!hidden.isEmpty() && !tipOver(widget).remove(QRegularExpression("</?p>")).contains(hidden))
-            found << "elided without a tip: " + place(widget);
-        if (qEnvironmentVariableIsSet("SHOW_ELIDED") && !hidden.isEmpty())
-            qInfo() << "elided" << place(widget) << widget->geometry() << hidden;
+        const auto *label = qobject_cast<QLabel *>(widget);
+        const QString whole = textFits(textOf(widget), widget, label && label->wordWrap(), 0)
+                                  ? SkinStyle::elidedText(widget)
+                                  : textOf(widget);
+        if (!whole.isEmpty() && !tipOver(widget).remove(QRegularExpression("</?p>")).contains(whole))
+            found << "cut without a tip: " + place(widget);
         if (qobject_cast<QPlainTextEdit *>(widget) || qobject_cast<QTextEdit *>(widget))
             if (static_cast<QAbstractScrollArea *>(widget)->verticalScrollBar()->maximum() > 0)
                 found << "cut: " + place(widget);

@@ -52,6 +52,7 @@ class tst_Layout : public QObject
 
 private:
     FakeHidUsb &fake = FakeHidUsb::instance();
+    const QTemporaryDir config;
 
     static void check(QWidget *window)
     {
@@ -72,7 +73,15 @@ private:
     }
 
 private slots:
-    void initTestCase() { faults::watchTexts(); }
+    void initTestCase()
+    {
+        faults::watchTexts();
+        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit()); // no motion in the pictures
+        QVERIFY(QDir(config.path()).mkpath("gtk-3.0"));
+        QFile settings(config.filePath("gtk-3.0/settings.ini"));
+        QVERIFY(settings.open(QIODevice::WriteOnly));
+        settings.write("[Settings]\ngtk-enable-animations=0\n");
+    }
     void init() { fixture::clean(); }
 
     void selectionPage_data()

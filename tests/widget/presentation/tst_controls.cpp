@@ -255,10 +255,23 @@ private slots:
         button.click();
         QCoreApplication::sendPostedEvents(&button); // the motion begins behind the edit
         QCOMPARE(button.findChild<QWidget *>("MotionCover") != nullptr, moves);
+        const QRect part(20, 200, 80, 40);
+        QLabel changing("One", &window);
+        changing.setGeometry(part);
+        changing.show();
+        {
+            const SoftChange change(&window, part);
+            changing.setText("Two");
+        }
+        const auto *cover = window.findChild<QWidget *>("MotionCover", Qt::FindDirectChildrenOnly);
+        QCOMPARE(cover != nullptr, moves);
+        QVERIFY(!cover || (cover->isVisible() && cover->geometry() == part));
+        QCOMPARE(window.childAt(part.center()), &changing); // it can be clicked meanwhile
         point(&button);
         QVERIFY(bubble(&window)->isVisible());
         QCOMPARE(bubble(&window)->graphicsEffect() != nullptr, moves);
         QTRY_VERIFY(!button.findChild<QWidget *>("MotionCover")); // both end and leave nothing
+        QTRY_VERIFY(!window.findChild<QWidget *>("MotionCover"));
         QTRY_VERIFY(!bubble(&window)->graphicsEffect());
         QVERIFY(bubble(&window)->isVisible());
     }
