@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr long MostWords = 65536; // of the property
-enum Type : uint8_t { Number, Text, Color };
+enum class SettingType : uint8_t { Number, Text, Color };
 constexpr int ColorSize = 8;
 
 struct SettingsConnection {
@@ -26,7 +26,11 @@ int passError(Display *, XErrorEvent *) { return 0; }
 class Fields
 {
 public:
-    explicit Fields(const QByteArray &bytes) : bytes_(bytes), bigEndian_(number(1) == 1) { skip(3); }
+    explicit Fields(const QByteArray &bytes) : bytes_(bytes)
+    {
+        bigEndian_ = number(1) == 1;
+        skip(3);
+    }
 
     bool ended() const { return ended_; }
     quint32 number(int size)
@@ -93,15 +97,15 @@ std::optional<int> desktopNumber(const QByteArray &settings, const QByteArray &n
     Fields fields(settings);
     fields.skip(4); // serial number
     for (quint32 left = fields.number(4); left > 0 && !fields.ended(); --left) {
-        const quint32 type = fields.number(1);
+        const auto type = SettingType(fields.number(1));
         fields.skip(1);
         const QByteArray key = fields.padded(fields.number(2));
         fields.skip(4); // serial number of its last change
-        if (type == Text) {
+        if (type == SettingType::Text) {
             fields.padded(fields.number(4));
-        } else if (type == Color) {
+        } else if (type == SettingType::Color) {
             fields.skip(ColorSize);
-        } else if (type != Number) {
+        } else if (type != SettingType::Number) {
             return std::nullopt;
         } else if (const quint32 value = fields.number(4); key == name && !fields.ended()) {
             return int(value);
