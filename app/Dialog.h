@@ -72,6 +72,7 @@ private:
     void styleNavigation();
     void styleBackground();
     void connectSignals();
+    QRect navigationArea() const;
     void showPage(QWidget *page);
     void writeCache();
     void showPassed();

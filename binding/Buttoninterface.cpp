@@ -20,6 +20,7 @@
 #include "macro/store/MacroFolder.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
+#include "presentation/Motion.h"
 #include "presentation/Notices.h"
 #include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
@@ -299,6 +300,7 @@ void Buttoninterface::preselect(int button)
 void Buttoninterface::showFunctions()
 {
     const bool byKeyboard = hasFocusIn(ui->scrollArea_11);
+    const SoftChange opens(ui->stackedWidget->parentWidget(), ui->stackedWidget->geometry());
     ui->stackedWidget->setCurrentWidget(ui->page_2);
     ui->stackedWidget->raise();
     ui->scrollArea_11->hide();
@@ -311,6 +313,8 @@ void Buttoninterface::showButtons()
 {
     const bool byKeyboard = hasFocusIn(ui->stackedWidget) || hasFocusIn(ui->stackedWidget_2);
     const bool wasOpen = ui->scrollArea_11->isHidden();
+    const SoftChange closes(ui->stackedWidget->parentWidget(),
+                            wasOpen ? ui->stackedWidget->geometry() : QRect());
     ui->scrollArea_11->show();
     ui->stackedWidget->setCurrentWidget(ui->page);
     ui->scrollArea_11->raise();

@@ -20,8 +20,11 @@ constexpr double BarRadius = 5;
 constexpr int RoundFrom = 20;
 constexpr int RoundTo = 28;
 
-bool fromKeyboard(const QEvent *event)
+// The toolkit sends a dialog's first widget such an event before the widget has the focus.
+bool fromKeyboard(const QWidget *widget, const QEvent *event)
 {
+    if (!widget->hasFocus())
+        return false;
     const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
            reason == Qt::ShortcutFocusReason;
@@ -120,7 +123,8 @@ FocusRing::~FocusRing() = default;
 bool FocusRing::eventFilter(QObject *watched, QEvent *event)
 {
     const QEvent::Type type = event->type();
-    if (type == QEvent::FocusIn && watched->isWidgetType() && fromKeyboard(event)) {
+    if (type == QEvent::FocusIn && watched->isWidgetType() &&
+        fromKeyboard(static_cast<QWidget *>(watched), event)) {
         surround(static_cast<QWidget *>(watched));
     } else if (control_ && outline_ && (type == QEvent::Move || type == QEvent::Resize)) {
         if (watched == control_ || (watched->isWidgetType() && isBetween(static_cast<QWidget *>(watched))))

@@ -196,6 +196,15 @@ constexpr char SpinBox[] =
 constexpr char Description[] = "QTextEdit{color: rgb(%1);background: transparent;border: 0px;}";
 constexpr char NumberBox[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                              "border-radius: 6px;}";
+// Buttons of any size, which pictures would distort.
+constexpr char ColorDialog[] =
+    "QPushButton{color: rgb(%1);background: palette(button);border: 1px solid rgb(%2);border-radius: 6px;"
+    "padding: 6px 16px;}"
+    "QPushButton:default{background: rgb(%4);border-color: rgb(%3);}"
+    "QPushButton:hover{border-color: rgb(%1);}QPushButton:pressed{background: palette(base);}"
+    "QFrame{border: 1px solid rgb(%2);}QLabel{border: 0px;color: rgb(%1);}"
+    "QSpinBox,QLineEdit{min-height: 26px;}";
+constexpr char PrimaryPlate[] = "0,112,74"; // as in the pictures of the filled button
 
 QString listed(const QColor &color)
 {
@@ -424,6 +433,14 @@ QString numberBox()
 {
     return compose(NumberBox, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
+}
+
+QString colorDialog(const QString &folder)
+{
+    return spinBox(folder) + lineEdit() +
+           compose(ColorDialog, {},
+                   {color("ButtonColor"), listed(outlineColor()), color("SliderColor"),
+                    QLatin1String(PrimaryPlate)});
 }
 
 } // namespace style

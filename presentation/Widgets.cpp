@@ -16,7 +16,34 @@ namespace
 constexpr int ProgressStepMs = 20;
 constexpr double HintOpacity = 0.6;
 constexpr int FillHeight = 4; // of the sheets' grooves
+
+class WheelFilter : public QObject
+{
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() != QEvent::Wheel)
+            return false;
+        event->ignore(); // so that it goes on to what lies below
+        return true;
+    }
+};
+
 } // namespace
+
+void passWheels(QWidget *dialog)
+{
+    auto *const filter = new WheelFilter(dialog);
+    for (QWidget *widget : dialog->findChildren<QWidget *>()) {
+        if (!qobject_cast<QComboBox *>(widget) && !qobject_cast<QAbstractSpinBox *>(widget))
+            continue;
+        widget->setFocusPolicy(Qt::StrongFocus);
+        widget->installEventFilter(filter);
+    }
+}
 
 void stopTabAtChecked(const QList<QAbstractButton *> &choices)
 {

@@ -38,6 +38,9 @@ protected:
     void wheelEvent(QWheelEvent *event) override { event->ignore(); }
 };
 
+// The same for the boxes of a dialog of the toolkit's own.
+void passWheels(QWidget *dialog);
+
 // A press jumps to the place under the pointer; the parent then gets an event of type Jumped. A slider that
 // is disabled, hidden or blocked by a modal window gets no release, and with the press kept, it would go on
 // with its repeated steps, and a pointer that passes over it later would drag it; so each of these ends the

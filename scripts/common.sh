@@ -126,7 +126,8 @@ expect()
 start_display()
 {
     # Xvfb looks for a free display itself and writes its number to descriptor 3.
-    start Xvfb Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$work/display"
+    # 96 dots per inch are those of most desktops; its own default is 100.
+    start Xvfb Xvfb -displayfd 3 -dpi 96 -screen 0 1280x900x24 -nolisten tcp 3>"$work/display"
     expect Xvfb 20 grep -qs . "$work/display"
     DISPLAY=:$(cat "$work/display")
     export DISPLAY
