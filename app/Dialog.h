@@ -33,6 +33,8 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
     ~Dialog() override;
 
+    void writeCache();
+
 public slots:
     void WindowClosed();
     void WindowMin();
@@ -73,7 +75,6 @@ private:
     void styleBackground();
     void connectSignals();
     void showPage(QWidget *page);
-    void writeCache();
     void showPassed();
     void showAway(bool away);
     void showTitle();
