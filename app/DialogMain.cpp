@@ -343,7 +343,7 @@ void DialogMain::mousePressEvent(QMouseEvent *event)
 }
 
 // On Wayland only the compositor can move a window.
-static bool startSystemMove(QWindow *window)
+static bool isMovedBySystem(QWindow *window)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 15, 0)
     return window->startSystemMove();
@@ -357,7 +357,7 @@ void DialogMain::mouseMoveEvent(QMouseEvent *event)
 {
     if (!held_ || !(event->buttons() & Qt::LeftButton))
         return;
-    held_ = !startSystemMove(windowHandle()); // the pointer is then the system's until its release
+    held_ = !isMovedBySystem(windowHandle()); // the pointer is then the system's until its release
     if (held_)
         move(event->globalPos() - grip_);
 }
