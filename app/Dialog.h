@@ -33,6 +33,8 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
     ~Dialog() override;
 
+    void writeCache();
+
 public slots:
     void WindowClosed();
     void WindowMin();
@@ -74,7 +76,6 @@ private:
     void connectSignals();
     QRect navigationArea() const;
     void showPage(QWidget *page);
-    void writeCache();
     void showPassed();
     void showAway(bool away);
     void showTitle();

@@ -33,6 +33,7 @@
 #include <QSessionManager>
 #include <QThread>
 #include <QTimer>
+#include <QWindow>
 #include <cstdlib>
 
 namespace
@@ -194,6 +195,28 @@ void DialogMain::endProgram()
     close();
 }
 
+void DialogMain::endProcess()
+{
+    if (!ended_ && !close())
+        return;
+    UsbServer_Exit(); // a closing that is under way has not come to this
+    std::exit(0);
+}
+
+void DialogMain::letGo()
+{
+    if (ended_)
+        return;
+    ended_ = true;
+    if (ui->stackedWidget->currentWidget() == dialog_)
+        dialog_->writeCache();
+    UsbServer_SetPCDriverStatus(0);
+    if (Worker *const worker = Worker::instance())
+        worker->stop();
+    StopUsbChanged();
+    UsbServer_Exit();
+}
+
 // A device whose firmware is half written does not work. The upgrade dialog, which says so, is brought to the
 // front.
 bool DialogMain::staysForUpgrade()
@@ -282,8 +305,10 @@ void DialogMain::comeBack()
 
 void DialogMain::slotActionExitApp()
 {
-    if (!staysForUpgrade())
-        std::exit(0);
+    if (staysForUpgrade())
+        return;
+    ended_ = true; // nothing is tidied
+    std::exit(0);
 }
 
 void DialogMain::SlotAllLanguage(int index)
@@ -331,9 +356,23 @@ void DialogMain::mousePressEvent(QMouseEvent *event)
     grip_ = event->globalPos() - frameGeometry().topLeft();
 }
 
+// On Wayland only the compositor can move a window.
+static bool isMovedBySystem(QWindow *window)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 15, 0)
+    return window->startSystemMove();
+#else
+    Q_UNUSED(window)
+    return false;
+#endif
+}
+
 void DialogMain::mouseMoveEvent(QMouseEvent *event)
 {
-    if (held_ && (event->buttons() & Qt::LeftButton))
+    if (!held_ || !(event->buttons() & Qt::LeftButton))
+        return;
+    held_ = !isMovedBySystem(windowHandle()); // the pointer is then the system's until its release
+    if (held_)
         move(event->globalPos() - grip_);
 }
 

@@ -31,6 +31,13 @@ public:
     // bar.
     void startHidden(int waitMs = 30000);
 
+    // Closes the window as its user would and ends the process, also under a modal dialog. Stays for an
+    // upgrade.
+    void endProcess();
+    // Keeps the image of the open device and lets the device go, without a turn of the event loop. Nothing
+    // when that has been done.
+    void letGo();
+
 public slots:
     void SlotChangeMainDialog(int index);
     void SlotChangeSize(int index);

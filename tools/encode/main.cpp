@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// encode-catalogue [--udev] SOURCE TARGET: writes the encoded catalogue, or the udev rules for its devices.
-// SOURCE is checked for both; its sensors stand in driver_sensor.h beside it. An error is reported with file
-// and line.
+// encode-catalogue [--udev[=GROUP]] SOURCE TARGET: writes the encoded catalogue, or the udev rules for its
+// devices. SOURCE is checked for both; its sensors stand in driver_sensor.h beside it. An error is reported
+// with file and line.
 
 #include "tools/encode/CatalogueSource.h"
 #include "tools/encode/KeyForms.h"
@@ -19,14 +19,15 @@ static std::string besideIt(const std::string &path, const char *name)
     return path.substr(0, path.rfind('/') + 1) + name;
 }
 
-static EncodedCatalogue convert(std::istream &source, const std::vector<std::string> &sensors, bool udev)
+static EncodedCatalogue convert(std::istream &source, const std::vector<std::string> &sensors,
+                                const char *udev)
 {
     EncodedCatalogue result = encodeCatalogue(source, sensors);
-    if (!udev || !result.error.empty())
+    if (udev == nullptr || !result.error.empty())
         return result;
     source.clear();
     source.seekg(0);
-    UdevRules rules = udevRules(source);
+    UdevRules rules = udevRules(source, *udev == '=' ? udev + 1 : udev);
     return {std::move(rules.text), std::move(rules.error), 1};
 }
 
@@ -38,9 +39,11 @@ static int fail(const std::string &path, const char *reason)
 
 int main(int argc, char **argv)
 {
-    const bool udev = argc > 1 && std::strcmp(argv[1], "--udev") == 0;
-    if (argc != (udev ? 4 : 3)) {
-        std::cerr << "usage: encode-catalogue [--udev] SOURCE TARGET\n";
+    constexpr char option[] = "--udev";
+    const bool chosen = argc > 1 && std::strncmp(argv[1], option, sizeof option - 1) == 0;
+    const char *const udev = chosen ? argv[1] + sizeof option - 1 : nullptr;
+    if (argc != (udev != nullptr ? 4 : 3) || (udev != nullptr && *udev != '\0' && *udev != '=')) {
+        std::cerr << "usage: encode-catalogue [--udev[=GROUP]] SOURCE TARGET\n";
         return 2;
     }
     const char *const from = argv[argc - 2];

@@ -349,6 +349,23 @@ private slots:
         QVERIFY(text.endsWith("TAG+=\"uaccess\"\n"));
     }
 
+    // Distributions differ in their groups, so only the one that is asked for is named.
+    void udevRulesNameTheGroupThatIsAskedFor()
+    {
+        QVERIFY(write("group.ini", "[Option]\nVID=0x1209\nUSB_PID=0x0001\n"));
+        for (const char *option : {"--udev", "--udev=", "--udev=users"}) {
+            QCOMPARE(run("group.ini", "group.rules", {QString::fromLatin1(option)}), 0);
+            QFile file(folder_.filePath("group.rules"));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray rules = file.readAll();
+            const bool named = QByteArray(option).endsWith("users");
+            QCOMPARE(rules.count("users"), named ? 2 : 0);
+            QCOMPARE(rules.contains(", MODE=\"0660\", GROUP=\"users\", TAG+=\"uaccess\"\n"), named);
+            QCOMPARE(rules.contains("GROUP"), named);
+            QVERIFY(!rules.contains("plugdev"));
+        }
+    }
+
     void udevRulesNeedIds()
     {
         std::istringstream noProduct("[Option]\nVID=0x1209\n");
