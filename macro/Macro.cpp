@@ -148,7 +148,6 @@ void Macro::applyStyle()
     for (QSpinBox *each : {ui->DelayTime, ui->NumberEdit})
         each->setStyleSheet(style::spinBox(folder));
     styleComboBox(ui->ChooseEvent, folder);
-    ui->ChooseEvent->setMaxVisibleItems(ui->ChooseEvent->count());
     static_cast<QListView *>(ui->ChooseEvent->view())->setRowHidden(0, true); // it inserts nothing
     for (QListWidget *list : std::initializer_list<QListWidget *>{ui->listWidgetHong, ui->listWidgetKey})
         list->setStyleSheet(style::listView());

@@ -323,12 +323,11 @@ private slots:
         box->setFocus();
         QTest::keyClick(box, Qt::Key_Down);
         QTRY_VERIFY(box->view()->isVisible());
-        const QAbstractItemModel *items = box->model();
-        for (int i = 0; i < box->count(); ++i) {
-            const QRect place = box->view()->visualRect(items->index(i, 0));
-            QVERIFY2(i == 0 ? place.isEmpty() : box->view()->viewport()->rect().contains(place),
-                     qPrintable(box->itemText(i)));
-        }
+        const auto heightOf = [box](int item) {
+            return box->view()->visualRect(box->model()->index(item, 0)).height();
+        };
+        QVERIFY(heightOf(1) > 0);
+        QVERIFY2(heightOf(0) <= 0, "the item that inserts nothing is not offered");
         QCOMPARE(page().rows(), TwoRows);
         for (int i = 0; i < 4; ++i)
             QTest::keyClick(box->view(), Qt::Key_Down);
