@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/DeviceHead.h"
 
-#include "catalogue/DeviceCatalogue.h"
+#include "presentation/DeviceNames.h"
 #include "presentation/FirstShow.h"
 #include "presentation/StyleSheets.h"
-#include "presentation/language/LanguageTables.h"
 
 #include <QLabel>
 
@@ -13,24 +12,6 @@ namespace
 {
 
 constexpr int LineHeight = 22;
-
-QString headText(const char *key, int language)
-{
-    return language::text(language::Section::home, key, language);
-}
-
-QString modelText(const DeviceAllInfo &info, int language)
-{
-    return info.DriveIndex < DeviceCatalogue().total() ? headText("HeadModel", language).arg(info.Mid)
-                                                       : headText("HeadUnknown", language);
-}
-
-QString linkText(const DeviceAllInfo &info, int language)
-{
-    const int kHz = connectionKind(info.DeviceKind);
-    return info.Usb || kHz == 0 ? headText("HeadCable", language)
-                                : headText("HeadReceiver", language).arg(kHz);
-}
 
 } // namespace
 
@@ -70,7 +51,7 @@ void DeviceHead::setLanguage(int index)
 
 void DeviceHead::describe()
 {
-    QStringList parts = {modelText(info_, language_), profile_, linkText(info_, language_)};
+    QStringList parts = {deviceModelText(info_, language_), profile_, deviceLinkText(info_, language_)};
     parts.removeAll(QString());
     text_ = parts.join(QStringLiteral(" · "));
     fit();

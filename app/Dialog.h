@@ -74,6 +74,7 @@ private:
     void styleNavigation();
     void styleBackground();
     void connectSignals();
+    QRect navigationArea() const;
     void showPage(QWidget *page);
     void showPassed();
     void showAway(bool away);

@@ -42,6 +42,7 @@ namespace
 constexpr QPoint NoticeOffset{0, -20};
 constexpr int ServiceExitMs = 100;
 constexpr int ClosingMs = 200;
+constexpr int TrayLookMs = 500;
 
 } // namespace
 
@@ -81,8 +82,10 @@ void DialogMain::connectSignals()
     connect(hub, SIGNAL(SigUpPageLight()), this, SLOT(SlotUpPageLight()));
     connect(&trayIcon_, &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
-        if (staysForUpgrade())
-            session.cancel();
+        if (!staysForUpgrade())
+            return;
+        session.allowsInteraction(); // else only a session that asks for errors can be cancelled
+        session.cancel();
     });
 }
 
@@ -105,6 +108,7 @@ void DialogMain::SlotChangeMainDialog(int index)
         emit PostMsg::instance()->SigMainPageChange();
         UsbServer_Exit();
         QThread::msleep(ServiceExitMs);
+        dialogChange_->setUnplugged(DeviceUnplugged.exchange(false));
         showPage(dialogChange_);
         StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
     } else if (index == 1) {
@@ -155,6 +159,16 @@ void DialogMain::hideToTray()
     hide();
     buildTrayMenu();
     trayIcon_.show();
+}
+
+void DialogMain::startHidden(int waitMs)
+{
+    if (isVisible())
+        return;
+    if (waitMs > 0 && !QSystemTrayIcon::isSystemTrayAvailable())
+        QTimer::singleShot(TrayLookMs, this, [this, waitMs] { startHidden(waitMs - TrayLookMs); });
+    else
+        SlotChangeSize(2);
 }
 
 void DialogMain::buildTrayMenu()

@@ -4,6 +4,7 @@
 
 #include "environment/DataRoot.h"
 #include "environment/Scale.h"
+#include "presentation/AccessibleRoles.h"
 #include "presentation/SkinPalette.h"
 
 #include <QCoreApplication>
@@ -44,4 +45,5 @@ void prepareApplication()
     QCoreApplication::setApplicationName(applicationName());
     QPixmapCache::setCacheLimit(SkinCacheKiB);
     applySkin();
+    installAccessibleRoles();
 }

@@ -33,7 +33,7 @@ int main(int argc, char *argv[])
     const QPoint corner = screen.center() - window.rect().center();
     window.move(qMax(corner.x(), screen.left()), qMax(corner.y(), screen.top()));
     if (hidden)
-        window.SlotChangeSize(2); // to the tray, and the device, which nothing has opened, hears nothing
+        window.startHidden();
     else
         window.show();
     return QApplication::exec();

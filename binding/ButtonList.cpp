@@ -68,6 +68,7 @@ void ButtonList::addRow(std::size_t row, QWidget *list, QWidget *picture)
     marker->setObjectName(QLatin1String(names.marker));
     marker->setText(number);
     marker->setCheckable(true);
+    marker->setProperty("accessibleRole", QStringLiteral("choice"));
     marker->resize(BadgeSize, BadgeSize);
     rows_[row].marker = marker;
     setText(names.button, QString());
@@ -99,7 +100,7 @@ bool ButtonList::eventFilter(QObject *watched, QEvent *event)
     const bool enters = type == QEvent::Enter || (type == QEvent::FocusIn && isKeyboardFocus(event));
     const bool leaves = type == QEvent::Leave || type == QEvent::FocusOut;
     if (type == QEvent::FocusIn && qobject_cast<ActionButton *>(watched))
-        area_->ensureWidgetVisible(qobject_cast<QWidget *>(watched), 0, RowGap);
+        keepInView(static_cast<QWidget *>(watched), isKeyboardFocus(event));
     if (!enters && !leaves)
         return false;
     for (const Row &row : rows_) {
@@ -109,6 +110,16 @@ bool ButtonList::eventFilter(QObject *watched, QEvent *event)
         row.marker->setLit(enters);
     }
     return false;
+}
+
+// By the keyboard out of the fades, too; under a pointer that presses the row must not move that far.
+void ButtonList::keepInView(QWidget *caption, bool clearOfFades)
+{
+    area_->ensureWidgetVisible(caption, 0, RowGap);
+    if (!clearOfFades)
+        return;
+    for (const int edge : {caption->y(), caption->geometry().bottom()})
+        area_->ensureVisible(0, edge, 0, FadeSize.height());
 }
 
 // ---- Edges of the list --------------------------------------------------------------------------
@@ -184,6 +195,12 @@ void ButtonList::setText(int button, const QString &text)
     row.caption->setAccessibleName(name);
     row.marker->setAccessibleName(name);
     row.marker->setToolTip(text);
+}
+
+void ButtonList::renewNames()
+{
+    for (std::size_t row = 0; row < rows_.size(); ++row)
+        setText(ButtonRows[row].button, rows_[row].caption->text());
 }
 
 int ButtonList::checkedRow() const { return group_->checkedId(); }

@@ -37,6 +37,7 @@ public:
     static std::optional<std::size_t> rowOf(int button);
 
     void setText(int button, const QString &text);
+    void renewNames(); // in the current language
 
     int checkedRow() const; // -1 for none
     void check(std::size_t row);
@@ -69,6 +70,7 @@ private:
     void pair(const Row &row);
     void showRows();
     void addFades();
+    void keepInView(QWidget *caption, bool clearOfFades);
     void showFades();
     bool cutsRow(int y) const;
 

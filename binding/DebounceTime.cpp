@@ -7,6 +7,7 @@
 #include "hub/PostMsg.h"
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
+#include "presentation/NamedWidgets.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -66,7 +67,7 @@ void DebounceTime::SlotAllLanguage(int index)
 {
     const QString name = language::text(language::Section::key, "DebounceTime", index);
     if (!name.isEmpty())
-        ui->Debunce->setAccessibleName(name);
+        nameControl(ui->Debunce, name);
     for (int i = 0; i < DebounceItems; ++i)
         ui->Debunce->setItemText(i, QString::number(i) + QStringLiteral("ms"));
 }

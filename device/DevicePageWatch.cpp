@@ -73,8 +73,10 @@ void switchTo(const DeviceAllInfo &entry)
 
 void leavePage()
 {
-    if (NotUpgrading)
-        emit PostMsg::instance()->SigChangeMainDialog(0);
+    if (!NotUpgrading)
+        return;
+    DeviceUnplugged = true;
+    emit PostMsg::instance()->SigChangeMainDialog(0);
 }
 
 void followSelection(const std::vector<DeviceAllInfo> &list)

@@ -29,6 +29,7 @@ inline DeviceFlag<bool> ClearBlocksAfterRead{false}; // the next full read follo
 inline DeviceFlag<bool> SkipReceiverQuery{false};    // the next full read does not ask the receiver
 inline DeviceFlag<bool> FullReadPending{false};      // the pages are being sent the record
 inline DeviceFlag<bool> DeviceMatched{false};        // the hot-plug search has found the selected device
+inline DeviceFlag<bool> DeviceUnplugged{false};      // the page of the device was left because it is gone
 inline DeviceFlag<int32_t> OnDevicePage{0};          // 1 while the device page shows
 inline DeviceFlag<bool> UiArmed{false};              // page slots act on input
 inline DeviceFlag<bool> NotUpgrading{true};          // false while firmware is being written

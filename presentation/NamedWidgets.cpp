@@ -4,7 +4,8 @@
 
 #include "presentation/language/LanguageTables.h"
 
-#include <QWidget>
+#include <QComboBox>
+#include <QLabel>
 
 namespace
 {
@@ -23,12 +24,34 @@ void nameWidget(QWidget *widget, const QStringList &place, int language)
     if (place.size() > 2)
         name = name.arg(place.at(2));
     const bool tipIsName = !widget->toolTip().isEmpty() && widget->toolTip() == widget->accessibleName();
-    widget->setAccessibleName(name);
+    nameControl(widget, name);
     if (tipIsName)
         widget->setToolTip(name);
 }
 
+// Nobody sees it: where a caption is shown, it may be in another panel and hold more than the name.
+QLabel *labelOf(QComboBox *box)
+{
+    const QString labelName = box->objectName() + QStringLiteral("Name");
+    auto *label = box->parentWidget()->findChild<QLabel *>(labelName, Qt::FindDirectChildrenOnly);
+    if (!label) {
+        label = new QLabel(box->parentWidget());
+        label->setObjectName(labelName);
+        label->setBuddy(box);
+        label->hide();
+    }
+    return label;
+}
+
 } // namespace
+
+void nameControl(QWidget *control, const QString &name)
+{
+    control->setAccessibleName(name);
+    auto *box = qobject_cast<QComboBox *>(control);
+    if (box && box->parentWidget())
+        labelOf(box)->setText(name);
+}
 
 void nameWidgets(QWidget *root, int language)
 {

@@ -6,7 +6,11 @@
 // and a key, and behind them the number that takes the place of %1: "common StageName 3".
 #pragma once
 
+class QString;
 class QWidget;
 
 // Sets the names of `root` and of everything in it. A name that the tables lack stays as it is.
 void nameWidgets(QWidget *root, int language);
+// The name of one control. A combo box tells its choice in place of a name, as its platform wants it, and
+// takes the name from a label whose buddy it is.
+void nameControl(QWidget *control, const QString &name);

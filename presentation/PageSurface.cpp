@@ -7,10 +7,11 @@
 
 #include <QFrame>
 
-PageSurface::PageSurface(const QString &name, const QString &pictures, QWidget *parent) : QWidget(parent)
+PageSurface::PageSurface(const QString &name, const QString &pictures, const char *nameKey, QWidget *parent)
+    : QWidget(parent)
 {
     setObjectName(name);
-    setAccessibleName(name);
+    setProperty("nameKey", QString::fromLatin1(nameKey));
     resize(DevicePageSize);
     auto *surface = new QFrame(this);
     surface->setObjectName(QStringLiteral("frame") + name);

@@ -10,11 +10,12 @@
 
 constexpr QSize DevicePageSize{883, 630};
 
-// A page that is nothing but its surface. `pictures` names the page's picture folder.
+// A page that is nothing but its surface. `pictures` names the page's picture folder, `nameKey` its
+// accessible name.
 class PageSurface : public QWidget
 {
 public:
-    PageSurface(const QString &name, const QString &pictures, QWidget *parent);
+    PageSurface(const QString &name, const QString &pictures, const char *nameKey, QWidget *parent);
 };
 
 class PageFilling

@@ -12,12 +12,15 @@
 #include "environment/MainThread.h"
 #include "hub/PostMsg.h"
 #include "presentation/FirstShow.h"
+#include "presentation/LanguageBox.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "service/UpDateRepair.h"
 #include "ui_DialogChange.h"
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <QPointer>
 #include <thread>
 
@@ -41,6 +44,7 @@ DialogChange::DialogChange(QWidget *parent)
     connectSignals();
     showPrompt();
     ui->FindVer->hide();
+    languagebox::fill(ui->comboBox);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     thePage = this;
     StartUsbChanged(&DialogChange::UsbChanged, UsbSettleMs);
@@ -303,18 +307,14 @@ void DialogChange::on_NoApear_clicked(bool checked)
 
 void DialogChange::on_comboBox_activated(int index)
 {
-    storeLanguage(UserStore::instance(), index);
-    LanguageIndex = index;
-    emit PostMsg::instance()->SigAllLanguage(index);
-    emit PostMsg::instance()->SigLanguageSameB(index);
+    const int language = languagebox::languageOf(ui->comboBox, index);
+    storeLanguage(UserStore::instance(), language);
+    LanguageIndex = language;
+    emit PostMsg::instance()->SigAllLanguage(language);
+    emit PostMsg::instance()->SigLanguageSameB(language);
 }
 
-void DialogChange::SlotSameLanguageA(int index)
-{
-    const QSignalBlocker silent(ui->comboBox);
-    const bool offered = index >= 0 && index < ui->comboBox->count();
-    ui->comboBox->setCurrentIndex(offered ? index : 0); // the language that other indices fall back to
-}
+void DialogChange::SlotSameLanguageA(int index) { languagebox::show(ui->comboBox, index); }
 
 void DialogChange::SlotAllLanguage(int index)
 {
@@ -334,7 +334,26 @@ void DialogChange::SlotAllLanguage(int index)
     ui->FindVerlaebl->setText(language::text(language::Section::update, "UpgradeTips", index));
     ui->NewHong->setText(language::text(language::Section::common, "OK", index));
     ui->NoApear->setText(homeText("NoApear", index));
+    board_.setLanguage(index);
+    setUnplugged(unplugged_);
     board_.setOfflineTip(dialogOffline_ + QLatin1Char('\n') + pairTips_, ui->NoApear->font());
+}
+
+void DialogChange::setUnplugged(bool unplugged)
+{
+    unplugged_ = unplugged;
+    setAccessibleName(homeText(unplugged ? "DeviceUnplugged" : "DevicesPage", LanguageIndex));
+}
+
+// Enter opens a tile as the space bar does, unless it has to open the repair.
+void DialogChange::keyPressEvent(QKeyEvent *event)
+{
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto *tile = qobject_cast<mytoolButtonEnter *>(QApplication::focusWidget());
+    if (isEnter && !event->isAutoRepeat() && tile && !ui->Repair->isVisible() && !ui->FindVer->isVisible())
+        tile->click();
+    else
+        QWidget::keyPressEvent(event);
 }
 
 void DialogChange::changeEvent(QEvent *event)

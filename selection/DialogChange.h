@@ -33,6 +33,8 @@ public:
     const AttachedDevices &attached() const { return attached_; }
     // Opens the only attached receiver as if its off-line tile were clicked; ignores cables.
     void openOnlyReceiver() { click_.openOnlyReceiver(); }
+    // How a screen reader names the page when it gets the focus: why it is there again.
+    void setUnplugged(bool unplugged);
 
 public slots:
     void WindowClosedA();
@@ -55,6 +57,7 @@ public slots:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     void applyStyle();
@@ -79,7 +82,8 @@ private:
     TileClick click_;
     uint64_t takenGeneration_ = 0;
     bool duplicates_ = false; // the last search found identical devices
-    bool warning_ = false;    // the notice of duplicates is open
+    bool unplugged_ = false;
+    bool warning_ = false; // the notice of duplicates is open
     QString pleaseEnter_;
     QString repairDevice_;
     QString identical_;

@@ -5,10 +5,11 @@
 #include "catalogue/DeviceKinds.h"
 #include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
+#include "presentation/DeviceNames.h"
 #include "presentation/FirstShow.h"
 #include "presentation/ModelPicture.h"
-#include "presentation/NamedWidgets.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/language/LanguageTables.h"
 
 #include <QStackedWidget>
 #include <algorithm>
@@ -88,7 +89,7 @@ void TileBoard::build(const std::vector<DeviceAllInfo> &devices)
             addPage(devices, first, count);
         }
         for (int i = first; i < first + count; ++i)
-            show(all_[std::size_t(i)], i, devices[std::size_t(i)]);
+            show(all_[std::size_t(i)], devices[std::size_t(i)]);
     }
     dropPagesFrom((total + TilesOnPage - 1) / TilesOnPage);
     stack_->setCurrentIndex(0);
@@ -133,7 +134,7 @@ TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInf
               addLabel(page, QStringLiteral("label") + number, QStringLiteral("DisOnline.png")),
               addLabel(page, QStringLiteral("UsbWifi") + number, link),
               addLabel(page, QStringLiteral("Rate") + number, badge),
-              device.DevicePath,
+              device,
               device.Usb,
               device.DeviceKind};
     tile.offline->setToolTip(offlineTip_);
@@ -147,25 +148,39 @@ TileBoard::Tile TileBoard::makeTile(QWidget *page, int index, const DeviceAllInf
 
 void TileBoard::refresh(const DeviceAllInfo &device)
 {
-    for (std::size_t i = 0; i < all_.size(); ++i)
-        if (all_[i].devicePath == device.DevicePath)
-            show(all_[i], int(i), device);
+    for (Tile &tile : all_)
+        if (tile.device.DevicePath == device.DevicePath)
+            show(tile, device);
 }
 
-void TileBoard::show(Tile &tile, int index, const DeviceAllInfo &device)
+void TileBoard::show(Tile &tile, const DeviceAllInfo &device)
 {
-    tile.devicePath = device.DevicePath;
+    tile.device = device;
     const bool unknown = device.DriveIndex == unknownIndex();
     const bool linked = unknown || device.Online;
     setStyleSheetWhenShown(tile.button,
                            style::tile(folder_, tilePicture(unknown, device.Online, device.Mid)) +
                                style::tileHover());
-    const char *const name = unknown ? "DeviceUnknown" : device.Online ? "DeviceOnline" : "DeviceOffline";
-    const QString key = QStringLiteral("home %1 %2").arg(QLatin1String(name)).arg(index + 1);
-    tile.button->setProperty("nameKey", key);
-    nameWidgets(tile.button, LanguageIndex);
+    name(tile);
     tile.link->setVisible(linked);
     tile.offline->setVisible(!linked);
+}
+
+void TileBoard::name(const Tile &tile) const
+{
+    const DeviceAllInfo &device = tile.device;
+    const bool unknown = device.DriveIndex == unknownIndex();
+    const char *const form = unknown ? "DeviceUnknown" : device.Online ? "DeviceOnline" : "DeviceOffline";
+    tile.button->setAccessibleName(
+        language::text(language::Section::home, form, language_)
+            .arg(deviceModelText(device, language_), deviceLinkText(device, language_)));
+}
+
+void TileBoard::setLanguage(int index)
+{
+    language_ = index;
+    for (const Tile &tile : all_)
+        name(tile);
 }
 
 void TileBoard::setOfflineTip(const QString &tip, const QFont &font)

@@ -24,9 +24,9 @@ public:
         QLabel *offline;
         QLabel *link;
         QLabel *badge;
-        QString devicePath;
-        bool wired;    // the link of the device when the tile was built, which chose the indicator
-        uint16_t kind; // its kind at that time, which chose the badge
+        DeviceAllInfo device; // as last shown
+        bool wired;           // the link of the device when the tile was built, which chose the indicator
+        uint16_t kind;        // its kind at that time, which chose the badge
     };
 
     // Builds its pages into `stack`, which owns them.
@@ -37,6 +37,8 @@ public:
     void build(const std::vector<DeviceAllInfo> &devices);
     // Shows the state of the device on its tile, if it has one.
     void refresh(const DeviceAllInfo &device);
+    // Names the tiles in the language of this index.
+    void setLanguage(int index);
     // For the present tiles and for those built later.
     void setOfflineTip(const QString &tip, const QFont &font);
     const std::vector<Tile> &tiles() const { return all_; }
@@ -46,11 +48,13 @@ private:
     void dropPagesFrom(int page);
     void addPage(const std::vector<DeviceAllInfo> &devices, int first, int count);
     QLabel *addLabel(QWidget *page, const QString &name, const QString &picture) const;
-    void show(Tile &tile, int index, const DeviceAllInfo &device);
+    void show(Tile &tile, const DeviceAllInfo &device);
+    void name(const Tile &tile) const;
     Tile makeTile(QWidget *page, int index, const DeviceAllInfo &device);
 
     QStackedWidget *stack_;
     QString folder_;
+    int language_ = 0;
     QString offlineTip_;
     QFont offlineFont_;
     std::vector<Tile> all_;

@@ -11,6 +11,7 @@
 #include "presentation/FirstShow.h"
 #include "presentation/ModelPicture.h"
 #include "presentation/Motion.h"
+#include "presentation/NamedWidgets.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
@@ -98,7 +99,7 @@ struct Advanced::Placed {
 };
 
 Advanced::Advanced(QWidget *parent)
-    : PageSurface(QStringLiteral("Advanced"), QStringLiteral("Advanced"), parent)
+    : PageSurface(QStringLiteral("Advanced"), QStringLiteral("Advanced"), "common PageAdvanced", parent)
     , ui(std::make_unique<Ui::Advanced>())
     , PicturePath_(style::pictureFolder(QStringLiteral("Advanced")))
     , modes_(new QButtonGroup(this))
@@ -329,7 +330,7 @@ void Advanced::SlotAllLanguage(int index)
     };
     for (const auto &group : groups) {
         setTextOf(group.caption, advancedText(group.captionKey, index));
-        group.control->setAccessibleName(group.caption->text());
+        nameControl(group.control, group.caption->text());
         setTip(group.tips, group.control, advancedText(group.tipsKey, index));
     }
     setTextOf(ui->LongRangeText, advancedText("LongDistanceTips", index));

@@ -77,7 +77,6 @@ Sensor::Sensor(QWidget *parent)
     , PicturePath_(style::pictureFolder(QStringLiteral("Sensor")))
 {
     ui->setupUi(this);
-    setAccessibleName(QStringLiteral("Sensor"));
     ui->SensorDPI->raise(); // its marker overlaps the rate panel
     QDir().mkpath(SavePath_);
     ui->SensorDPI->SetStageCount(LoadDpiStageCount());

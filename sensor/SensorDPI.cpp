@@ -8,6 +8,7 @@
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
+#include "presentation/ColorDialog.h"
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/SkinPalette.h"
@@ -19,7 +20,6 @@
 
 #include <QButtonGroup>
 #include <QColorDialog>
-#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <cstring>
@@ -62,6 +62,13 @@ SensorDPI::SensorDPI(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::
     MarkerArea_ = ui->markerTrack->geometry();
     makeGroups();
     connect(PostMsg::instance(), SIGNAL(SigAddConfig(QString)), this, SLOT(followProfile(QString)));
+    connect(ui->spinBoxA, &DpiBox::entered, this, &SensorDPI::enter);
+    connect(ui->spinBoxA, &DpiBox::stepped, this, [this](bool up) {
+        if (up)
+            on_AddLevelA_clicked();
+        else
+            on_ReduceLevelA_clicked();
+    });
     onFirstShow(this, [this] { applyStyle(); });
 }
 
@@ -89,7 +96,7 @@ void SensorDPI::applyStyle()
                                style::hoverPicture(PicturePath_, QStringLiteral("LevelHover.png")));
     ui->groove->setStyleSheet(style::tiledPicture(PicturePath_, QStringLiteral("Track.png")));
     ui->horizontalSliderC->setStyleSheet(style::slider());
-    ui->spinBoxA->setStyleSheet(style::readout());
+    ui->spinBoxA->setStyleSheet(style::numberBox());
     styleComboBox(ui->ChooseEvent, PicturePath_);
     ui->ChooseEvent->setStyleSheet(ui->ChooseEvent->styleSheet() +
                                    style::comboBoxBack(PicturePath_, QStringLiteral("CountBack.png")));
@@ -288,10 +295,7 @@ void SensorDPI::barToggled(int stage, bool checked)
 // Created at its first use, since it takes longer to build than the whole panel.
 void SensorDPI::makePicker()
 {
-    ColorPicker_ = new QColorDialog(this);
-    ColorPicker_->setOption(QColorDialog::DontUseNativeDialog);
-    for (QAbstractButton *button : ColorPicker_->findChild<QDialogButtonBox *>()->buttons())
-        button->setIcon(QIcon()); // the program's other buttons have no icons
+    ColorPicker_ = makeColorDialog(this);
     connect(ColorPicker_, &QColorDialog::colorSelected, this,
             [this](const QColor &color) { recolor(pickedStage_, color); });
 }
@@ -420,6 +424,13 @@ void SensorDPI::stepTo(int dpi)
         return;
     ArmWrite_ = true;
     ui->horizontalSliderC->setValue(dpi);
+}
+
+// A number outside of the model's range becomes the nearest end of it.
+void SensorDPI::enter(int dpi)
+{
+    const int most = ui->horizontalSliderC->maximum();
+    stepTo(dpiRestAt(qBound(ui->horizontalSliderC->minimum(), dpi, most), SensorRanges).dpi);
 }
 
 void SensorDPI::on_AddLevelA_clicked()

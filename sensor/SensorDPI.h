@@ -128,6 +128,7 @@ private:
     void showValue(int stage, int dpi);
     void returnSlider();
     void stepTo(int dpi);
+    void enter(int dpi);
     void returnMarker();
     void abandonDrag();
     std::optional<int> targetAt(const QPoint &pointer) const;

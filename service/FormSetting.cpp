@@ -11,6 +11,7 @@
 #include "hub/PostMsg.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
+#include "presentation/LanguageBox.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
@@ -52,6 +53,13 @@ struct Columns {
 constexpr Columns VersionColumns[] = {{220, 220}, {150, 150}};
 constexpr Columns OtherColumns = {235, 235};
 
+// As people read it: the home folder is "~".
+QString homely(const QString &path)
+{
+    const QString home = QDir::homePath() + QLatin1Char('/');
+    return path.startsWith(home) ? QStringLiteral("~/") + path.mid(home.size()) : path;
+}
+
 QString autoStartSection() { return QStringLiteral("AutoStart"); }
 QString autoStartKey() { return QStringLiteral("Enable"); }
 QString autoStartOn() { return QStringLiteral("1"); }
@@ -66,7 +74,7 @@ template <typename Widget> void setTextOf(Widget *widget, const QString &text)
 } // namespace
 
 FormSetting::FormSetting(QWidget *parent)
-    : PageSurface(QStringLiteral("FormSetting"), QStringLiteral("FormSetting"), parent)
+    : PageSurface(QStringLiteral("FormSetting"), QStringLiteral("FormSetting"), "common PageSettings", parent)
     , ui(std::make_unique<Ui::FormSetting>())
     , pictures_(style::pictureFolder(QStringLiteral("FormSetting")))
 {
@@ -79,6 +87,7 @@ FormSetting::FormSetting(QWidget *parent)
     hideMarks();
     ui->label_10->installEventFilter(this);
     ui->NewLabel->document()->setDocumentMargin(0);
+    languagebox::fill(ui->comboBox);
     restoreAutoStart();
     onFirstShow(this, [this] { applyStyle(); });
     connectSignals();
@@ -256,18 +265,14 @@ void FormSetting::SlotLabelTextB(const QString &TextA, const QString &Text)
 
 void FormSetting::on_comboBox_activated(int index)
 {
-    storeLanguage(UserStore::instance(), index);
-    LanguageIndex = index;
-    emit PostMsg::instance()->SigAllLanguage(index);
-    emit PostMsg::instance()->SigLanguageSameA(index);
+    const int language = languagebox::languageOf(ui->comboBox, index);
+    storeLanguage(UserStore::instance(), language);
+    LanguageIndex = language;
+    emit PostMsg::instance()->SigAllLanguage(language);
+    emit PostMsg::instance()->SigLanguageSameA(language);
 }
 
-void FormSetting::SlotLanguageSameB(int index)
-{
-    const QSignalBlocker silent(ui->comboBox);
-    const bool offered = index >= 0 && index < ui->comboBox->count();
-    ui->comboBox->setCurrentIndex(offered ? index : 0); // the language that other indices fall back to
-}
+void FormSetting::SlotLanguageSameB(int index) { languagebox::show(ui->comboBox, index); }
 
 void FormSetting::SlotAllLanguage(int index)
 {
@@ -338,7 +343,7 @@ void FormSetting::setFileTexts(int index)
     setTextOf(ui->OpenFolder, language::text(Section::Settings, "OpenFolder", index));
     ui->label_16->setToolTip(dataRoot());
     ui->label_16->setText(
-        ui->label_16->fontMetrics().elidedText(dataRoot(), Qt::ElideMiddle, ui->label_16->width()));
+        ui->label_16->fontMetrics().elidedText(homely(dataRoot()), Qt::ElideMiddle, ui->label_16->width()));
     ui->pushButton->setToolTip(ui->pushButton->isEnabled()
                                    ? QString()
                                    : language::text(Section::Settings, "NoMouseSettings", index));

@@ -12,15 +12,11 @@
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
 #include "presentation/Notices.h"
-#include "presentation/QuestionDialog.h"
 #include "presentation/UpDataParam.h"
-#include "presentation/dialogs/AddDelayTime.h"
-#include "presentation/dialogs/FireKey.h"
-#include "presentation/dialogs/GroupKey.h"
-#include "presentation/dialogs/addKey.h"
 #include "selection/NodePermission.h"
 #include "selection/PermissionHint.h"
 #include "service/Match.h"
+#include "tour/EveryNotice.h"
 #include "tour/Windows.h"
 
 #include <QComboBox>
@@ -32,53 +28,6 @@
 
 namespace
 {
-
-using Maker = std::function<std::unique_ptr<NoticeWindow>()>;
-
-template <typename Notice> Maker maker()
-{
-    return [] { return std::make_unique<Notice>(); };
-}
-
-std::unique_ptr<NoticeWindow> updateWarning()
-{
-    auto warning = std::make_unique<UpDateWarning>();
-    warning->setText(language::text(language::Section::home, "WiredMode", LanguageIndex));
-    return warning;
-}
-
-// A key dialog and the virtual keys to press in it.
-template <typename Dialog> Maker withKeys(std::vector<int> keys)
-{
-    return [keys = std::move(keys)] {
-        auto dialog = std::make_unique<Dialog>();
-        for (const int key : keys)
-            dialog->UpdateCapslockTip(key, true, false);
-        return dialog;
-    };
-}
-
-const std::pair<const char *, Maker> Notices[] = {
-    {"MouseOffLine", maker<MouseOffLine>()},
-    {"LeftButtonOnly", maker<LeftButtonOnly>()},
-    {"MakeMacro", maker<MakeMacro>()},
-    {"SameMacro", maker<SameMacro>()},
-    {"GroupMaxThree", maker<GroupMaxThree>()},
-    {"ContainReset", maker<ContainReset>()},
-    {"KeyNumberLimit", maker<KeyNumberLimit>()},
-    {"DeleteConfirm", maker<DeleteConfirm>()},
-    {"InportFail", maker<InportFail>()},
-    {"LessThree", maker<LessThree>()},
-    {"ExeIsRun", maker<ExeIsRun>()},
-    {"UpDateWarning", updateWarning},
-    {"RePair", maker<RePair>()},
-    {"UpDataParam", maker<UpDataParam>()},
-    {"QuestionDialog", [] { return std::make_unique<QuestionDialog>(); }},
-    {"GroupKey", withKeys<GroupKey>({0x09, 0x70})},
-    {"FireKey", maker<FireKey>()},
-    {"addKey", withKeys<addKey>({0xA3})},
-    {"AddDelayTime", maker<AddDelayTime>()},
-};
 
 // The button to click after a row has been opened; null for none.
 const std::pair<const char *, const char *> BindingPanels[] = {
@@ -281,18 +230,18 @@ void Gallery::shootMacros()
 
 void Gallery::shootNotices()
 {
-    for (const auto &row : Notices) {
+    for (const NoticeRow &row : everyNotice()) {
         const auto notice = std::make_shared<std::unique_ptr<NoticeWindow>>();
         script_.step(
-            row.first, [] { return true; },
+            row.name, [] { return true; },
             [this, notice, &row] {
-                *notice = row.second();
+                *notice = row.make();
                 (*notice)->placeOver(&window_);
                 (*notice)->show();
             });
-        shoot(row.first);
+        shoot(row.name);
         script_.step(
-            row.first, [] { return true; }, [notice] { notice->reset(); });
+            row.name, [] { return true; }, [notice] { notice->reset(); });
     }
 }
 

@@ -5,14 +5,17 @@
 #include "environment/DataRoot.h"
 #include "environment/SafeFile.h"
 #include "presentation/language/CompanyLabels.h"
+#include "presentation/language/Languages.h"
 
+#include <QDir>
 #include <QVector>
 
 namespace
 {
 
 struct Tables {
-    QVector<language::LanguageFile> languages;
+    QVector<language::LanguageFile> languages; // each has the texts of language 0 where it has none
+    QStringList names;                         // empty for an index without a file
     QVector<QStringList> labels;
 };
 
@@ -27,17 +30,66 @@ const char *const NoticeFiles[] = {"/Language//en.json",     "/Language//zh-CN.j
                                    "/Language/2-German.xml", "/Language/3-Korea.xml",
                                    "/Language/4-Russia.xml", "/Language/5-Japanese.xml"};
 
-// Texts of the language asked for, each of language 0 where that has none.
-template <typename Find> language::Texts withFallback(int index, Find find)
+const language::LanguageFile &fileOf(int index)
 {
+    static const language::LanguageFile none;
     const auto &all = tables().languages;
-    language::Texts found = all.isEmpty() ? language::Texts() : find(all.first());
-    if (index <= 0 || index >= all.size())
-        return found;
-    const language::Texts own = find(all.at(index));
+    if (all.isEmpty())
+        return none;
+    return index > 0 && index < all.size() ? all.at(index) : all.first();
+}
+
+void addTexts(language::Texts *texts, const language::Texts &own)
+{
     for (auto each = own.begin(); each != own.end(); ++each)
-        found.insert(each.key(), each.value());
-    return found;
+        texts->insert(each.key(), each.value());
+}
+
+language::LanguageFile over(language::LanguageFile file, const language::LanguageFile &own)
+{
+    for (std::size_t word = 0; word < file.texts.size(); ++word)
+        for (std::size_t section = 0; section < file.texts[word].size(); ++section)
+            addTexts(&file.texts[word][section], own.texts[word][section]);
+    for (std::size_t choice = 0; choice < file.choices.size(); ++choice)
+        addTexts(&file.choices[choice], own.choices[choice]);
+    return file;
+}
+
+QString nameOf(const language::LanguageFile &file)
+{
+    return file.section(language::Word::Mouse, language::Section::common)
+        .value(QStringLiteral("LanguageName"));
+}
+
+// By language index. The notice "already running" reads its texts by the same index.
+QStringList fileNames(const QString &folder)
+{
+    QStringList names;
+    for (const char *notice : NoticeFiles)
+        names << QFileInfo(QString::fromLatin1(notice)).fileName();
+    for (const QString &name : QDir(folder).entryList({QStringLiteral("*.json")}, QDir::Files, QDir::Name))
+        if (!names.contains(name))
+            names << name;
+    return names;
+}
+
+// Of a file that does not name itself nothing is taken.
+void addLanguages(const QString &folder, Tables *loaded)
+{
+    const QStringList files = fileNames(folder);
+    const language::LanguageFile first = loaded->languages.first();
+    for (int index = 1; index < files.size(); ++index) {
+        const language::LanguageFile own = language::readLanguageFile(folder + files[index]);
+        const QString name = nameOf(own);
+        if (name.isEmpty())
+            continue;
+        while (loaded->names.size() < index) {
+            loaded->names << QString();
+            loaded->languages << first;
+        }
+        loaded->names << name;
+        loaded->languages << over(first, own);
+    }
 }
 
 } // namespace
@@ -47,6 +99,8 @@ void LoadLanguageTables()
     Tables loaded;
     const QString folder = applicationFolder() + QStringLiteral("/Language/");
     loaded.languages << language::readLanguageFile(folder + QStringLiteral("en.json"));
+    loaded.names << nameOf(loaded.languages.first());
+    addLanguages(folder, &loaded);
     if (const auto xml = readFile(folder + QStringLiteral("Net.xml"), LabelSizeLimit))
         loaded.labels << readCompanyLabels(*xml);
     tables() = loaded;
@@ -57,8 +111,7 @@ namespace language
 
 QString text(Section section, const QString &key, int index, Word word)
 {
-    return withFallback(index, [&](const LanguageFile &file) { return file.section(word, section); })
-        .value(key);
+    return fileOf(index).section(word, section).value(key);
 }
 
 QString text(Section section, const char *key, int index, Word word)
@@ -68,13 +121,15 @@ QString text(Section section, const char *key, int index, Word word)
 
 Texts choices(const char *name, int index, Word word, const char *type)
 {
-    return withFallback(index, [&](const LanguageFile &file) { return file.choice(name, word, type); });
+    return fileOf(index).choice(name, word, type);
 }
 
 QString choice(const char *name, const QString &key, int index, Word word, const char *type)
 {
     return choices(name, index, word, type).value(key);
 }
+
+QStringList names() { return tables().names; }
 
 QStringList companyLabels(int index)
 {

@@ -125,16 +125,18 @@ TEST_F(ChannelTest, ABadReplyIsNoReplyAndTheNextTryCounts)
     }
 }
 
+// The device may see the last try of a question when the next one has begun already, so tries are counted for
+// each.
 TEST_F(ChannelTest, ThreeBadRepliesEndInNone)
 {
     for (const Fault &fault : Faults) {
-        tries = 0;
-        device.setScript([&fault, this](const wire::Report &request) {
-            ++tries;
-            return fault.answers(goodReply(request));
-        });
+        device.clearRequests();
+        device.setScript([&fault](const wire::Report &request) { return fault.answers(goodReply(request)); });
         EXPECT_FALSE(acquireChannel(device.path())->ask(readRequest())) << fault.name;
-        EXPECT_LE(tries, 3) << fault.name;
+        const std::vector<wire::Report> asked = device.asked();
+        ASSERT_FALSE(asked.empty()) << fault.name;
+        for (const wire::Report &request : asked)
+            EXPECT_LE(device.tries(request), 3U) << fault.name;
     }
 }
 

@@ -67,17 +67,17 @@ private slots:
         const auto nameOf = [this](const char *widget) {
             return window->findChild<QWidget *>(widget)->accessibleName();
         };
-        QCOMPARE(nameOf("btn0"), QString("Device 1, online"));
+        QCOMPARE(nameOf("btn0"), QString("Model 6, 8 kHz receiver, online"));
         QCOMPARE(nameOf("AddLevelA"), QString("Higher DPI"));
         QCOMPARE(nameOf("ProjectChoose"), QString("Profile"));
         QCOMPARE(button("MinButton")->toolTip(), QString("Minimize"));
         {
             const fixture::OtherLanguage other(
-                R"({"mouse":{"common":{"Minimize":"Small"},"home":{"DeviceOnline":"%1 is there"},
+                R"({"mouse":{"common":{"Minimize":"Small"},"home":{"HeadModel":"Mouse %1","DeviceOnline":"%1 %2 is there"},
                              "key":{"configName":"Set"},"sensor":{"HigherDPI":"More","StageName":"Step %1"}}})");
             emit PostMsg::instance()->SigAllLanguage(0);
         }
-        QCOMPARE(nameOf("btn0"), QString("1 is there"));
+        QCOMPARE(nameOf("btn0"), QString("Mouse 6  is there"));
         QCOMPARE(nameOf("AddLevelA"), QString("More"));
         QCOMPARE(nameOf("RedButton"), QString("Step 3"));
         QCOMPARE(nameOf("ProjectChoose"), QString("Set"));

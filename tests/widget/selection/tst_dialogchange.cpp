@@ -117,9 +117,25 @@ private slots:
                  language::text(language::Section::infoTips, "DialogOffline", 0) + '\n' +
                      language::text(language::Section::home, "PairTips_z", 0));
         QVERIFY(child<QLabel>("Rate2")->styleSheet().contains("8KHz.png"));
-        QCOMPARE(tile(0)->accessibleName(), QString("Device 1, online"));
-        QCOMPARE(tile(1)->accessibleName(), QString("Device 2, unknown"));
-        QCOMPARE(tile(2)->accessibleName(), QString("Device 3, offline"));
+        QCOMPARE(tile(0)->accessibleName(), QString("Model 8, Cable, online"));
+        QCOMPARE(tile(1)->accessibleName(), QString("Unknown model, 1 kHz receiver"));
+        QCOMPARE(tile(2)->accessibleName(), QString("Model 7, 8 kHz receiver, offline"));
+    }
+
+    void enterOpensATileUnlessTheRepairWantsIt()
+    {
+        build();
+        plug(devices(1));
+        page->activateWindow();
+        const QSignalSpy opened(PostMsg::instance(), &PostMsg::SigSelectMouseInfo);
+        tile(0)->setFocus(Qt::TabFocusReason);
+        QTRY_COMPARE(QApplication::focusWidget(), static_cast<QWidget *>(tile(0)));
+        child<QToolButton>("Repair")->show();
+        QTest::keyClick(tile(0), Qt::Key_Return);
+        QCOMPARE(opened.count(), 0);
+        child<QToolButton>("Repair")->hide();
+        QTest::keyClick(tile(0), Qt::Key_Return);
+        QTRY_COMPARE(opened.count(), 1);
     }
 
     void thePointerBringsATileUpToDate()
@@ -307,7 +323,7 @@ private slots:
     {
         build();
         auto *box = child<QComboBox>("comboBox");
-        box->addItem("Second");
+        box->addItem("Second", 1);
         box->setCurrentIndex(1);
         QSignalSpy changes(box, QOverload<int>::of(&QComboBox::currentIndexChanged));
         QEvent change(QEvent::LanguageChange);

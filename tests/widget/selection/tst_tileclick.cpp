@@ -586,7 +586,7 @@ private slots:
     {
         build();
         auto *box = child<QComboBox>("comboBox");
-        box->addItem("Second");
+        box->addItem("Second", 1);
         QSignalSpy changes(box, QOverload<int>::of(&QComboBox::currentIndexChanged));
         emit PostMsg::instance()->SigLanguageSameA(1);
         QCOMPARE(box->currentIndex(), 1);

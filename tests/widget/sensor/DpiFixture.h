@@ -91,6 +91,14 @@ public:
     QComboBox *choice() const { return child<QComboBox>("ChooseEvent"); }
     QLabel *marker() const { return child<QLabel>("label_8"); }
     QColorDialog *picker() const { return panel.findChild<QColorDialog *>(); }
+    // As by hand: into the box, over what it shows.
+    void type(const QString &number) const
+    {
+        QApplication::setActiveWindow(panel.window());
+        spin()->setFocus();
+        spin()->selectAll();
+        QTest::keyClicks(spin(), number);
+    }
     void clickAdd() { QTest::mouseClick(child<QToolButton>("AddLevelA"), Qt::LeftButton); }
     void clickReduce() { QTest::mouseClick(child<QToolButton>("ReduceLevelA"), Qt::LeftButton); }
     void clickBar(int i)

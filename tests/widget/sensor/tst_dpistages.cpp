@@ -363,7 +363,7 @@ private slots:
                 w->parent() == &editor.panel)
                 order << w->objectName();
         QCOMPARE(order, QStringList({"ChooseEvent", "ReduceLevelA", "horizontalSliderC", "AddLevelA",
-                                     "RedButton", "RedButtonA"}));
+                                     "spinBoxA", "RedButton", "RedButtonA"}));
     }
 
     void namesAndTextsAreWhole()

@@ -300,6 +300,76 @@ private slots:
         QCOMPARE(editor.difference(), QString());
     }
 
+    // ---- A number that is typed
+
+    void aTypedNumberCountsFromEnterOn_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("wanted");
+        QTest::newRow("a value of the sensor") << "1850" << 1850;
+        QTest::newRow("between two values") << "1874" << 1850;
+        QTest::newRow("below the range") << "1" << -1;
+        QTest::newRow("above the range") << "99999" << -2;
+    }
+    void aTypedNumberCountsFromEnterOn()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, wanted);
+        DpiEditor editor(FastModel, 1);
+        if (wanted < 0)
+            wanted = wanted == -1 ? editor.slider()->minimum() : editor.slider()->maximum();
+        const int before = editor.spin()->value();
+        editor.type(typed);
+        QCOMPARE(editor.spin()->value(), before);
+        QVERIFY(editor.nothingWritten());
+        QTest::keyClick(editor.spin(), Qt::Key_Return);
+        QCOMPARE(editor.spin()->value(), wanted);
+        QVERIFY(!editor.nothingWritten());
+        QCOMPARE(editor.difference(), QString());
+    }
+
+    void aTypedNumberIsForgottenWithoutEnter_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("Escape") << int(Qt::Key_Escape);
+        QTest::newRow("Tab") << int(Qt::Key_Tab);
+    }
+    void aTypedNumberIsForgottenWithoutEnter()
+    {
+        QFETCH(int, key);
+        DpiEditor editor(FastModel, 1);
+        const QString before = editor.spin()->text();
+        editor.type("1850");
+        QTest::keyClick(editor.spin(), Qt::Key(key));
+        QCOMPARE(editor.spin()->text(), before);
+        QVERIFY(editor.nothingWritten());
+        QTest::keyClick(editor.spin(), Qt::Key_Return); // the same number
+        QVERIFY(editor.nothingWritten());
+        QCOMPARE(editor.difference(), QString());
+    }
+
+    void theArrowKeysOfTheBoxStep()
+    {
+        DpiEditor editor(FastModel, 1);
+        const int before = editor.spin()->value();
+        QTest::keyClick(editor.spin(), Qt::Key_Up);
+        QCOMPARE(editor.spin()->value(), before + 50);
+        QTest::keyClick(editor.spin(), Qt::Key_Down);
+        QCOMPARE(editor.spin()->value(), before);
+        QCOMPARE(editor.difference(), QString());
+    }
+
+    void aSilentMouseTakesATypedNumberBack()
+    {
+        DpiEditor editor(FastModel, 1);
+        editor.goOffline();
+        editor.type("1850");
+        QTest::keyClick(editor.spin(), Qt::Key_Return);
+        QVERIFY(editor.nothingWritten());
+        QCOMPARE(editor.difference(), QString());
+        QCOMPARE(editor.spin()->text(), QString::number(editor.spin()->value()));
+    }
+
     void aPageThatFillsItselfWritesNothing()
     {
         DpiEditor editor(FastModel, 1);

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// AccessibleBus: what a screen reader gets of this program over the accessibility bus of the session: its
+// tree of accessible objects, and its events. The session has to be the test's own (dbus-run-session). The
+// program answers in its event loop, so questions run on a thread of their own while the main thread runs
+// that loop. Main thread.
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QObject>
+#include <QStringList>
+#include <QVector>
+#include <atomic>
+#include <functional>
+#include <thread>
+
+// One object as a screen reader meets it.
+struct HeardObject {
+    QString window; // the name of the window that it belongs to
+    QString name;   // that of its label, else its own
+    QString role;   // "push button", "radio button", …
+    QString value;  // the number or text that it holds
+    bool focusable = false;
+    bool focused = false;
+};
+
+class AccessibleBus : public QObject
+{
+    Q_OBJECT
+
+public:
+    AccessibleBus();
+    ~AccessibleBus() override;
+
+    // The program has joined it.
+    bool isThere() const { return !program_.isEmpty(); }
+    // Collects every object that shows, from the windows down; isDone() tells when.
+    void walk();
+    bool isDone() const { return done_; }
+    const QVector<HeardObject> &heard() const { return heard_; }
+
+    // Of each event since the last call: what changed, to what, and the object's role and name, such as
+    // "checked 1 radio button: 500 Hz". Asks like walk().
+    void askEvents();
+    const QStringList &events() const { return told_; }
+
+private slots:
+    void take(const QDBusMessage &event);
+
+private:
+    void start(const std::function<void()> &question);
+    QDBusMessage call(const QString &service, const QString &path, const char *interface, const char *method,
+                      const QVariantList &arguments = {}) const;
+    QVariant property(const QString &path, const char *interface, const char *name) const;
+    QString nameOf(const QString &path) const;
+    QString roleOf(const QString &path) const;
+    void visit(const QString &path, const QString &window);
+    HeardObject describe(const QString &path, quint32 states) const;
+
+    struct Event {
+        QString what;
+        QString path;
+    };
+
+    QDBusConnection bus_;
+    QString program_; // its name on that bus
+    std::thread asking_;
+    std::atomic<bool> done_{true};
+    QVector<HeardObject> heard_;
+    QVector<Event> events_;
+    QStringList told_;
+};

@@ -1,0 +1,271 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// What a screen reader and the keyboard alone get of the real windows. It needs a window system, and a
+// session of its own with an accessibility bus.
+#include "selection/DialogChange.h"
+#include "service/Match.h"
+#include "tests/e2e/AccessibleBus.h"
+#include "tests/e2e/Program.h"
+#include "tests/e2e/ProgramSettled.h"
+#include "tests/support/TestMain.h"
+#include "tour/EveryNotice.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QComboBox>
+
+namespace
+{
+
+const char *const Pages[] = {"ButtonMain",   "SensorButton", "MacroButton",
+                             "LightsButton", "Advanced",     "FormSetting"};
+const char *const FunctionPanels[] = {"DPI_12", "DPI_4", "DPI_9", "DPI_11", "DPI_7", "DPI_13"};
+
+constexpr int StopsOfAPage = 30;
+constexpr int StopsBeforeATile = 4; // the language, the two of the window, the tile
+
+const char *const Roles[] = {"push button", "radio button", "check box", "combo box", "list",
+                             "list item",   "slider",       "spin box",  "text"};
+// Each of these is on or off by itself; what else can be checked is one of a group.
+const char *const Switches[] = {"Full performance",
+                                "Ripple control",
+                                "Angle snapping",
+                                "Motion sync",
+                                "Lights off while moving",
+                                "High frame rate",
+                                "Long-range mode",
+                                "Start at login",
+                                "Shift",
+                                "Ctrl",
+                                "Alt",
+                                "Win"};
+
+template <std::size_t Count> bool isOneOf(const QString &text, const char *const (&all)[Count])
+{
+    return std::any_of(std::begin(all), std::end(all),
+                       [&](const char *each) { return text == QLatin1String(each); });
+}
+
+// Empty for an object that a screen reader can tell.
+QString faultOf(const HeardObject &object)
+{
+    if (!object.focusable)
+        return {};
+    const bool isUnchosen =
+        object.role == QLatin1String("list item") || object.name == QLatin1String("Insert event");
+    if (object.name.trimmed().isEmpty() && !isUnchosen)
+        return QStringLiteral("no name");
+    if (object.name == object.value && !isUnchosen)
+        return QStringLiteral("named after its value");
+    if (!isOneOf(object.role, Roles))
+        return QStringLiteral("no role of a control");
+    if (object.role == QLatin1String("check box") && !isOneOf(object.name, Switches))
+        return QStringLiteral("a choice, not a switch");
+    return {};
+}
+
+// Of a group with a checked member the focus may stand on that one only.
+bool isRightStop(const QWidget *stop)
+{
+    const auto *button = qobject_cast<const QAbstractButton *>(stop);
+    if (!button || button->isChecked() || (!button->group() && !button->autoExclusive()))
+        return true;
+    const QList<QAbstractButton *> group =
+        button->group()
+            ? button->group()->buttons()
+            : button->parent()->findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly);
+    return std::none_of(group.begin(), group.end(),
+                        [](const QAbstractButton *each) { return each->isChecked() && each->isVisible(); });
+}
+
+} // namespace
+
+class tst_accessible : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<AccessibleBus> bus_; // from before the first program, which looks for what is left behind
+    QStringList faults_;
+    int controls_ = 0;
+
+    // There is no window manager to do it.
+    static void activate(Program &program)
+    {
+        program.script.step("active", always,
+                            [&program] { QApplication::setActiveWindow(program.window.get()); });
+    }
+
+    // Steps that press a key and look where the focus goes. A screen reader gets the key first, and the
+    // program only then.
+    template <typename Look> static void press(Program &program, Qt::Key key, const Look &look)
+    {
+        const auto before = std::make_shared<QWidget *>();
+        program.script.step(
+            "a focus", [] { return QApplication::focusWidget() != nullptr; },
+            [before, key] {
+                *before = QApplication::focusWidget();
+                QTest::keyClick(*before, key);
+            });
+        program.script.step(
+            "the next focus",
+            [before] { return QApplication::focusWidget() && QApplication::focusWidget() != *before; },
+            [look] { look(QApplication::focusWidget()); });
+    }
+
+    // A step that walks what shows; of a dialog over the window only the dialog.
+    void look(Program &program, AccessibleBus &bus, const QString &what, bool dialogOnly = false)
+    {
+        program.script.step("walk", always, [&bus] { bus.walk(); });
+        program.script.step(
+            "walked", [&bus] { return bus.isDone(); },
+            [this, &bus, what, dialogOnly] {
+                int found = 0;
+                for (const HeardObject &each : bus.heard()) {
+                    if (dialogOnly && each.window == applicationName())
+                        continue;
+                    found += each.focusable;
+                    const QString fault = faultOf(each);
+                    if (!fault.isEmpty())
+                        faults_ << QStringLiteral("%1: %2: %3 \"%4\" (%5)")
+                                       .arg(what, fault, each.role, each.name, each.value);
+                }
+                if (found == 0 && what != QLatin1String("UpDataParam")) // which has nothing to press
+                    faults_ << what + QStringLiteral(": no control");
+                controls_ += found;
+            });
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QWidget first; // with which the program joins the bus
+        first.show();
+        bus_ = std::make_unique<AccessibleBus>();
+        QVERIFY(bus_->isThere());
+    }
+    void cleanupTestCase() { bus_.reset(); }
+    void init()
+    {
+        faults_.clear();
+        controls_ = 0;
+    }
+
+    void everyControlHasANameAndItsRole()
+    {
+        Program program;
+        AccessibleBus &bus = *bus_;
+        program.expect("tiles", [] { return windows::visible(QStringLiteral("btn1")); });
+        look(program, bus, QStringLiteral("tiles"));
+        program.open(QStringLiteral("r2"));
+        for (const char *page : Pages) {
+            program.click(page);
+            look(program, bus, QString::fromLatin1(page));
+        }
+        program.click("LightsButton");
+        program.script.step("a color of its own", always, [] {
+            windows::visible<QComboBox>(QStringLiteral("LightMod"))->setCurrentIndex(3);
+        });
+        look(program, bus, QStringLiteral("steady light"));
+        program.click("ButtonMain");
+        for (const char *panel : FunctionPanels) {
+            program.click("RightKey");
+            program.click(panel);
+            look(program, bus, QString::fromLatin1(panel));
+            program.click("FunctionsBack");
+        }
+        const auto shown = std::make_shared<std::unique_ptr<QWidget>>();
+        const auto dialog = [&](const char *name, const std::function<std::unique_ptr<QWidget>()> &make) {
+            program.script.step(name, always, [shown, make] {
+                *shown = make();
+                (*shown)->show();
+            });
+            look(program, bus, QString::fromLatin1(name), true);
+            program.script.step(name, always, [shown] { shown->reset(); });
+        };
+        for (const NoticeRow &row : everyNotice())
+            dialog(row.name, row.make);
+        dialog("Match", [] { return std::make_unique<Match>(); });
+        QCOMPARE(program.script.run(), QString());
+        QVERIFY2(faults_.isEmpty(), qPrintable(QLatin1Char('\n') + faults_.join(QLatin1Char('\n'))));
+        QVERIFY2(controls_ > 250, qPrintable(QString::number(controls_)));
+    }
+
+    void changesAndTheUnpluggingAreTold()
+    {
+        Program program;
+        AccessibleBus &bus = *bus_;
+        QStringList events;
+        const auto isTold = [&](const char *event) {
+            if (bus.isDone()) {
+                events << bus.events();
+                bus.askEvents();
+            }
+            return events.contains(QString::fromLatin1(event));
+        };
+        program.open(QStringLiteral("r2"));
+        program.click("SensorButton");
+        program.order("press m2 dpi");
+        program.expect("the mouse's own stage",
+                       [&] { return isTold("checked 1 radio button: DPI stage 2"); });
+        program.click("Button500HZ");
+        program.expect("the rate", [&] { return isTold("checked 1 radio button: 500 Hz"); });
+        activate(program);
+        program.order("unplug r2");
+        program.expect("the unplugging",
+                       [&] { return isTold("focused 1 panel: Devices. The open device was unplugged."); });
+        program.expect("the tile", [] { return windows::visible(QStringLiteral("btn0")); });
+        program.script.step("the page", always, [] {
+            QVERIFY(qobject_cast<DialogChange *>(QApplication::focusWidget()));
+            DataLoaded = false;
+        });
+        int tiles = 0;
+        for (int i = 0; i < StopsBeforeATile; ++i)
+            press(program, Qt::Key_Tab,
+                  [&](QWidget *stop) { tiles += qobject_cast<mytoolButtonEnter *>(stop) != nullptr; });
+        program.script.step(
+            "Enter", [&] { return tiles == 1; },
+            [] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); });
+        program.expect("Enter opens it", [] { return windows::shown<UpDataParam>() || DataLoaded; });
+        program.waitForPage();
+        QString missing = program.script.run();
+        QVERIFY2(missing.isEmpty(), qPrintable(missing + QLatin1Char('\n') + events.join(QLatin1Char('\n'))));
+    }
+
+    // Around each page and back again.
+    void theTabKeyStopsAtWhatIsCheckedAndWritesNothing()
+    {
+        Program program;
+        uint64_t writes = 0;
+        QStringList wrong;
+        int stops = 0;
+        program.open(QStringLiteral("r2"));
+        program.script.step("count", always, [&] {
+            writes = program.bus.emulated.reportCount("r2", wire::Command::FlashWrite);
+        });
+        for (const char *page : Pages) {
+            program.click(page);
+            activate(program);
+            for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab})
+                for (int i = 0; i < StopsOfAPage; ++i)
+                    press(program, key, [&, page](const QWidget *stop) {
+                        ++stops;
+                        if (!isRightStop(stop))
+                            wrong << QLatin1String(page) + QLatin1Char(' ') + stop->objectName();
+                    });
+        }
+        std::unique_ptr<ProgramSettled> settled;
+        program.script.step("a word behind", always,
+                            [&] { settled = std::make_unique<ProgramSettled>(program.bus, "m2"); });
+        program.expect("settled", [&] { return bool(*settled); });
+        QCOMPARE(program.script.run(), QString());
+        QCOMPARE(wrong, QStringList());
+        QCOMPARE(stops, int(std::size(Pages)) * 2 * StopsOfAPage);
+        QCOMPARE(program.bus.emulated.reportCount("r2", wire::Command::FlashWrite), writes);
+    }
+};
+
+TEST_CLASS(tst_accessible, ProgramSetUp)
+
+#include "tst_accessible.moc"
