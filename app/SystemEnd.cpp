@@ -35,6 +35,9 @@ void installHandlers()
     for (const int number : EndSignals)
         if (signal(number, onEndSignal) == SIG_IGN)
             signal(number, SIG_IGN);
+    // A write to an X server that has just gone would end the process; so it fails, and the toolkit calls
+    // exit().
+    signal(SIGPIPE, SIG_IGN);
 }
 
 // The toolkit calls exit() from within the event loop when the X server is gone.
