@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/SkinStyle.h"
 
+#include <QLabel>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QStyleFactory>
@@ -63,6 +64,10 @@ void SkinStyle::drawItemText(QPainter *painter, const QRect &place, int flags, c
 // What is drawn depends on the widget's kind and sheet, so the widget is drawn to see it.
 QString SkinStyle::elidedText(QWidget *widget)
 {
+    // A text that can be selected is drawn by a document, which cuts it.
+    const auto *label = qobject_cast<QLabel *>(widget);
+    if (label && (label->textInteractionFlags() & Qt::TextSelectableByMouse))
+        return label->heightForWidth(label->width()) > label->height() ? label->text() : QString();
     QString found;
     const QScopedValueRollback<QString *> asked(noted, &found);
     QImage canvas(widget->size(), QImage::Format_ARGB32_Premultiplied);
