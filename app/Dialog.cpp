@@ -16,6 +16,7 @@
 #include "lighting/LightModeSet.h"
 #include "macro/Macro.h"
 #include "presentation/FirstShow.h"
+#include "presentation/Motion.h"
 #include "presentation/Spin.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/UpDataParam.h"
@@ -155,9 +156,18 @@ void Dialog::connectSignals()
 
 // ---- Navigation ---------------------------------------------------------------------------------
 
+QRect Dialog::navigationArea() const
+{
+    QRect area;
+    for (const Navigation &entry : navigation_)
+        area |= entry.button->geometry();
+    return area;
+}
+
 // PreButton is invisible; its check state tells whether the binding page shows.
 void Dialog::showPage(QWidget *page)
 {
+    const SoftChange movesMark(ui->frame, navigationArea());
     for (const Navigation &entry : navigation_)
         entry.button->setChecked(entry.page == page);
     showTitle();

@@ -33,6 +33,8 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
     ~Dialog() override;
 
+    void writeCache();
+
 public slots:
     void WindowClosed();
     void WindowMin();
@@ -72,8 +74,8 @@ private:
     void styleNavigation();
     void styleBackground();
     void connectSignals();
+    QRect navigationArea() const;
     void showPage(QWidget *page);
-    void writeCache();
     void showPassed();
     void showAway(bool away);
     void showTitle();

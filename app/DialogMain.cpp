@@ -33,6 +33,7 @@
 #include <QSessionManager>
 #include <QThread>
 #include <QTimer>
+#include <QWindow>
 #include <cstdlib>
 
 namespace
@@ -41,6 +42,7 @@ namespace
 constexpr QPoint NoticeOffset{0, -20};
 constexpr int ServiceExitMs = 100;
 constexpr int ClosingMs = 200;
+constexpr int TrayLookMs = 500;
 
 } // namespace
 
@@ -80,8 +82,10 @@ void DialogMain::connectSignals()
     connect(hub, SIGNAL(SigUpPageLight()), this, SLOT(SlotUpPageLight()));
     connect(&trayIcon_, &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
-        if (staysForUpgrade())
-            session.cancel();
+        if (!staysForUpgrade())
+            return;
+        session.allowsInteraction(); // else only a session that asks for errors can be cancelled
+        session.cancel();
     });
 }
 
@@ -157,6 +161,16 @@ void DialogMain::hideToTray()
     trayIcon_.show();
 }
 
+void DialogMain::startHidden(int waitMs)
+{
+    if (isVisible())
+        return;
+    if (waitMs > 0 && !QSystemTrayIcon::isSystemTrayAvailable())
+        QTimer::singleShot(TrayLookMs, this, [this, waitMs] { startHidden(waitMs - TrayLookMs); });
+    else
+        SlotChangeSize(2);
+}
+
 void DialogMain::buildTrayMenu()
 {
     auto menu = std::make_unique<QMenu>();
@@ -179,6 +193,28 @@ void DialogMain::endProgram()
     spinEventLoop(ClosingMs);
     UsbServer_Exit();
     close();
+}
+
+void DialogMain::endProcess()
+{
+    if (!ended_ && !close())
+        return;
+    UsbServer_Exit(); // a closing that is under way has not come to this
+    std::exit(0);
+}
+
+void DialogMain::letGo()
+{
+    if (ended_)
+        return;
+    ended_ = true;
+    if (ui->stackedWidget->currentWidget() == dialog_)
+        dialog_->writeCache();
+    UsbServer_SetPCDriverStatus(0);
+    if (Worker *const worker = Worker::instance())
+        worker->stop();
+    StopUsbChanged();
+    UsbServer_Exit();
 }
 
 // A device whose firmware is half written does not work. The upgrade dialog, which says so, is brought to the
@@ -269,8 +305,10 @@ void DialogMain::comeBack()
 
 void DialogMain::slotActionExitApp()
 {
-    if (!staysForUpgrade())
-        std::exit(0);
+    if (staysForUpgrade())
+        return;
+    ended_ = true; // nothing is tidied
+    std::exit(0);
 }
 
 void DialogMain::SlotAllLanguage(int index)
@@ -318,9 +356,23 @@ void DialogMain::mousePressEvent(QMouseEvent *event)
     grip_ = event->globalPos() - frameGeometry().topLeft();
 }
 
+// On Wayland only the compositor can move a window.
+static bool isMovedBySystem(QWindow *window)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 15, 0)
+    return window->startSystemMove();
+#else
+    Q_UNUSED(window)
+    return false;
+#endif
+}
+
 void DialogMain::mouseMoveEvent(QMouseEvent *event)
 {
-    if (held_ && (event->buttons() & Qt::LeftButton))
+    if (!held_ || !(event->buttons() & Qt::LeftButton))
+        return;
+    held_ = !isMovedBySystem(windowHandle()); // the pointer is then the system's until its release
+    if (held_)
         move(event->globalPos() - grip_);
 }
 

@@ -26,6 +26,17 @@ class DialogMain : public QDialog
 public:
     explicit DialogMain(QWidget *parent = nullptr);
     ~DialogMain() override;
+    // In place of show(): to the tray, and the device, which nothing has opened, hears nothing. At a login
+    // the desktop's tray may come after the program; after `waitMs` without one the window stands in the task
+    // bar.
+    void startHidden(int waitMs = 30000);
+
+    // Closes the window as its user would and ends the process, also under a modal dialog. Stays for an
+    // upgrade.
+    void endProcess();
+    // Keeps the image of the open device and lets the device go, without a turn of the event loop. Nothing
+    // when that has been done.
+    void letGo();
 
 public slots:
     void SlotChangeMainDialog(int index);

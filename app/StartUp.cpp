@@ -8,16 +8,29 @@
 #include "presentation/SkinPalette.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
 #include <QPixmapCache>
+#include <cstdio>
 
 namespace
 {
 constexpr int SkinCacheKiB = 64 * 1024; // holds every picture of the skin, so none is decoded twice
+
+// The program goes on without settings, macros and images, and each later write fails in silence.
+void tellUnwritableRoot()
+{
+    if (!QFileInfo(dataRoot()).isWritable())
+        std::fprintf(stderr, "Settings and macros are not kept: %s cannot be written\n",
+                     QFile::encodeName(dataRoot()).constData());
 }
+
+} // namespace
 
 void prepareStart()
 {
     makeDataFolders();
+    tellUnwritableRoot();
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling, false);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps, false);
     applyScaleFactor();

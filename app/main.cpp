@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/DialogMain.h"
 #include "app/StartUp.h"
+#include "app/SystemEnd.h"
 #include "environment/SingleInstance.h"
 #include "presentation/Notices.h"
 #include "presentation/ScreenFont.h"
@@ -24,11 +25,15 @@ int main(int argc, char *argv[])
         return 0;
     }
     DialogMain window;
+    const SystemEnd systemEnd(&window);
     scaleFontsToScreen(&window);
     // Some window managers place a frameless window without an event, and notices would not be centred on it.
-    window.move(QGuiApplication::primaryScreen()->availableGeometry().center() - window.rect().center());
+    // On a screen that is too small for it, its title row must not be the part that lies outside.
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const QPoint corner = screen.center() - window.rect().center();
+    window.move(qMax(corner.x(), screen.left()), qMax(corner.y(), screen.top()));
     if (hidden)
-        window.SlotChangeSize(2); // to the tray, and the device, which nothing has opened, hears nothing
+        window.startHidden();
     else
         window.show();
     return QApplication::exec();

@@ -51,12 +51,7 @@ QRect ActionButton::textArea() const
 
 QString ActionButton::fullText() const { return opens_ == Opens::Dialog ? text() + QChar(0x2026) : text(); }
 
-QString ActionButton::shownText() const
-{
-    return fontMetrics().elidedText(fullText(), Qt::ElideRight, textArea().width());
-}
-
-bool ActionButton::isElided() const { return shownText() != fullText(); }
+bool ActionButton::isElided() const { return fontMetrics().size(0, fullText()).width() > textArea().width(); }
 
 void ActionButton::paintEvent(QPaintEvent *)
 {
@@ -65,7 +60,7 @@ void ActionButton::paintEvent(QPaintEvent *)
     option.text.clear();
     painter.drawComplexControl(QStyle::CC_ToolButton, option);
     painter.drawItemText(textArea(), Qt::AlignLeft | Qt::AlignVCenter, option.palette, isEnabled(),
-                         shownText(), QPalette::ButtonText);
+                         fullText(), QPalette::ButtonText);
     if (opens_ == Opens::Panel)
         drawChevron(painter);
 }

@@ -32,7 +32,6 @@ protected:
 private:
     QRect textArea() const;
     QString fullText() const;
-    QString shownText() const;
     void drawChevron(QPainter &painter) const;
     ActionButton *neighbour(int key) const;
 

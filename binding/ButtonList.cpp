@@ -100,7 +100,7 @@ bool ButtonList::eventFilter(QObject *watched, QEvent *event)
     const bool enters = type == QEvent::Enter || (type == QEvent::FocusIn && isKeyboardFocus(event));
     const bool leaves = type == QEvent::Leave || type == QEvent::FocusOut;
     if (type == QEvent::FocusIn && qobject_cast<ActionButton *>(watched))
-        area_->ensureWidgetVisible(qobject_cast<QWidget *>(watched), 0, RowGap);
+        keepInView(static_cast<QWidget *>(watched), isKeyboardFocus(event));
     if (!enters && !leaves)
         return false;
     for (const Row &row : rows_) {
@@ -110,6 +110,16 @@ bool ButtonList::eventFilter(QObject *watched, QEvent *event)
         row.marker->setLit(enters);
     }
     return false;
+}
+
+// By the keyboard out of the fades, too; under a pointer that presses the row must not move that far.
+void ButtonList::keepInView(QWidget *caption, bool clearOfFades)
+{
+    area_->ensureWidgetVisible(caption, 0, RowGap);
+    if (!clearOfFades)
+        return;
+    for (const int edge : {caption->y(), caption->geometry().bottom()})
+        area_->ensureVisible(0, edge, 0, FadeSize.height());
 }
 
 // ---- Edges of the list --------------------------------------------------------------------------

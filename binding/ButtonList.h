@@ -70,6 +70,7 @@ private:
     void pair(const Row &row);
     void showRows();
     void addFades();
+    void keepInView(QWidget *caption, bool clearOfFades);
     void showFades();
     bool cutsRow(int y) const;
 

@@ -3,6 +3,7 @@
 #include "binding/Buttoninterface.h"
 
 #include "binding/ActionButton.h"
+#include "binding/BoundMacros.h"
 #include "binding/ButtonList.h"
 #include "binding/FunctionPages.h"
 #include "binding/ProfileBox.h"
@@ -14,14 +15,12 @@
 #include "device/Worker.h"
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
-#include "environment/MacroName.h"
 #include "hub/PostMsg.h"
 #include "macro/store/MacroBlockCodec.h"
-#include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
-#include "presentation/LossWatch.h"
+#include "presentation/Motion.h"
 #include "presentation/Notices.h"
 #include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
@@ -32,10 +31,7 @@
 #include "ui_Buttoninterface.h"
 
 #include <QAbstractButton>
-#include <QEventLoop>
 #include <QKeyEvent>
-#include <QTimer>
-#include <algorithm>
 
 using namespace binding;
 
@@ -45,11 +41,7 @@ namespace
 constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
 constexpr QPoint NoticeOffset{-100, -50};
-constexpr int RowsWait = 1500; // milliseconds from a macro's save to the mouse's copies
 constexpr int FireButton = 10; // its default binding holds the dialog's initial values
-
-// By a name that is cut in the mouse, its buttons would not be found again.
-bool mayBeBound(const QString &name) { return MouseOnline && isMacroName(name); }
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
 
@@ -73,6 +65,7 @@ Buttoninterface::Buttoninterface(QWidget *parent)
     list_ = new ButtonList(ui->scrollArea_11, ui->widget);
     profiles_ = std::make_unique<ProfileBox>(ui->ProjectChoose);
     functions_ = new FunctionPages(ui->stackedWidget, ui->stackedWidget_2);
+    macros_ = std::make_unique<BoundMacros>(bindings_, *list_, this);
     QMetaObject::connectSlotsByName(this); // after the widgets that are made here exist
     connect(list_, &ButtonList::checkedChanged, this, &Buttoninterface::nameChosenRow);
     connect(functions_, &FunctionPages::chosen, this, &Buttoninterface::choose);
@@ -307,6 +300,7 @@ void Buttoninterface::preselect(int button)
 void Buttoninterface::showFunctions()
 {
     const bool byKeyboard = hasFocusIn(ui->scrollArea_11);
+    const SoftChange opens(ui->stackedWidget->parentWidget(), ui->stackedWidget->geometry());
     ui->stackedWidget->setCurrentWidget(ui->page_2);
     ui->stackedWidget->raise();
     ui->scrollArea_11->hide();
@@ -319,6 +313,8 @@ void Buttoninterface::showButtons()
 {
     const bool byKeyboard = hasFocusIn(ui->stackedWidget) || hasFocusIn(ui->stackedWidget_2);
     const bool wasOpen = ui->scrollArea_11->isHidden();
+    const SoftChange closes(ui->stackedWidget->parentWidget(),
+                            wasOpen ? ui->stackedWidget->geometry() : QRect());
     ui->scrollArea_11->show();
     ui->stackedWidget->setCurrentWidget(ui->page);
     ui->scrollArea_11->raise();
@@ -471,18 +467,11 @@ void Buttoninterface::on_DPI_10_clicked()
     functions_->showPanel(Panel::Debounce);
 }
 
-QString Buttoninterface::ReadCycle(const QString &name) const
-{
-    const std::optional<macro::MacroText> file = macro::loadMacro(name);
-    return file && file->cycle ? QString::number(*file->cycle) : QString();
-}
+QString Buttoninterface::ReadCycle(const QString &name) const { return BoundMacros::cycleOf(name); }
 
 std::optional<MacroBlock> Buttoninterface::BuildMacroBlock(const QString &name) const
 {
-    const std::optional<macro::MacroText> file = macro::loadMacro(name);
-    if (!mayBeBound(name) || !file)
-        return std::nullopt;
-    return macro::boundBlock(name, file->rows);
+    return BoundMacros::blockOf(name);
 }
 
 void Buttoninterface::slotButtonClicked(bool)
@@ -492,97 +481,29 @@ void Buttoninterface::slotButtonClicked(bool)
     const int button = chosenButton();
     functions_->clearDetails();
     if (button >= 0)
-        bind(button, [&] { return writeMacro(button, name); });
+        bind(button, [&] { return macros_->write(button, name); });
     leaveFunctions();
-}
-
-// A macro with more events than a mouse holds is bound with the first ones. That is said of a mouse that
-// answers only, because the off-line notice would follow.
-bool Buttoninterface::writeMacro(int button, const QString &name)
-{
-    const std::optional<macro::MacroText> file = macro::loadMacro(name);
-    if (!mayBeBound(name) || !file)
-        return false;
-    if (!macro::fitsBlock(file->rows)) {
-        if (!CheckOnline())
-            return false;
-        notice::ask<KeyNumberLimit>(this, NoticeOffset);
-    }
-    return bindings_.writeMacro(button, macro::cycleByte(file->cycle.value_or(0)),
-                                macro::boundBlock(name, file->rows));
-}
-
-std::vector<int> Buttoninterface::buttonsWithCaption(const QString &text) const
-{
-    std::vector<int> buttons;
-    for (std::size_t row = 0; row < ButtonRows.size(); ++row)
-        // What a mouse before had on the buttons that this one lacks is still there, hidden.
-        if (ButtonRows[row].button < bindings_.count() && list_->caption(row)->text().remove(QChar()) == text)
-            buttons.push_back(ButtonRows[row].button);
-    return buttons;
 }
 
 void Buttoninterface::SlotUpDataMacro(const QString &MacroName, int index)
 {
-    if (index != 0) {
-        writeCycle(MacroName);
-        return;
-    }
-    QEventLoop waiter;
-    waiting_.push_back({MacroName, &waiter});
-    QTimer::singleShot(RowsWait, Qt::PreciseTimer, &waiter, [&] { sendRows(&waiter); });
-    waiter.exec();
-}
-
-// Each macro is sent when its own wait ends, although the waits are nested.
-void Buttoninterface::sendRows(const QEventLoop *waiter)
-{
-    const auto isOf = [waiter](const WaitingMacro &each) { return each.waiter == waiter; };
-    const auto found = std::find_if(waiting_.begin(), waiting_.end(), isOf);
-    if (found == waiting_.end())
-        return;
-    const WaitingMacro macro = *found;
-    waiting_.erase(found);
-    const LossWatch watch;
-    for (const int button : buttonsWithCaption(macroCaption(macro.name, LanguageIndex)))
-        if (!watch.isLost()) // the others would only repeat the notice
-            emit PostMsg::instance()->SigMacroDownLoadData(macro.name, button);
-    macro.waiter->quit();
+    index == 0 ? macros_->sendRowsLater(MacroName) : macros_->sendCycle(MacroName);
 }
 
 void Buttoninterface::sendWaitingMacros()
 {
     const PageFilling filling(ButtonPageBusy); // nobody is there to wake the mouse up
-    while (!waiting_.empty()) {
-        const WaitingMacro macro = waiting_.front();
-        sendRows(macro.waiter);
-        writeCycle(macro.name);
-    }
-}
-
-void Buttoninterface::writeCycle(const QString &name)
-{
-    const uint8_t cycle = macro::cycleByte(ReadCycle(name).toInt());
-    for (const int button : buttonsWithCaption(macroCaption(name, LanguageIndex)))
-        if (!bindings_.writeMacroCycle(button, cycle))
-            return;
+    macros_->sendWaiting();
 }
 
 void Buttoninterface::SlotMacroRename(const QString &Rename, const QString &Name)
 {
-    for (WaitingMacro &each : waiting_)
-        if (each.name == Rename)
-            each.name = Name;
-    bool taken = true;
-    for (const int button : buttonsWithCaption(macroCaption(Rename, LanguageIndex))) {
-        list_->setText(button, macroCaption(Name, LanguageIndex));
-        taken = taken && bindings_.writeMacroName(button, Name);
-    }
+    macros_->rename(Rename, Name);
 }
 
 void Buttoninterface::SlotDeleteMacroButton(const QString &MacroName)
 {
-    for (const int button : buttonsWithCaption(MacroName)) {
+    for (const int button : macros_->buttonsWithCaption(MacroName)) {
         list_->check(*ButtonList::rowOf(button));
         if (!bindDefault(button))
             return;

@@ -14,12 +14,11 @@
 #include <QWidget>
 #include <functional>
 #include <memory>
-#include <vector>
 
+class BoundMacros;
 class ButtonList;
 class FunctionPages;
 class ProfileBox;
-class QEventLoop;
 class Worker;
 
 namespace Ui
@@ -133,26 +132,18 @@ private:
     bool bind(int button, const std::function<bool()> &write);
     int chosenButton() const; // -1 for none
 
-    std::vector<int> buttonsWithCaption(const QString &text) const;
-    bool writeMacro(int button, const QString &name);
-    void sendRows(const QEventLoop *waiter);
-    void writeCycle(const QString &name);
     bool bindDefault(int button);
 
     std::unique_ptr<Ui::Buttoninterface> ui;
     ButtonList *list_ = nullptr;
     FunctionPages *functions_ = nullptr;
     ButtonBindings bindings_;
+    std::unique_ptr<BoundMacros> macros_;
     std::unique_ptr<ProfileBox> profiles_;
     QString picture_ = QStringLiteral("mouse0.png");
     bool styled_ = false;
     int fireInterval_; // FireInterval, FireCount: as last accepted in their dialog
     int fireCount_;
-    struct WaitingMacro {
-        QString name;
-        QEventLoop *waiter;
-    };
-    std::vector<WaitingMacro> waiting_; // saved, and not sent yet
-    DeviceAllInfo shown_;               // the device that the page was opened for
+    DeviceAllInfo shown_; // the device that the page was opened for
     std::unique_ptr<Worker> worker_;
 };

@@ -6,6 +6,7 @@
 #include "binding/actions/BindingDecoder.h"
 #include "environment/MacroName.h"
 #include "presentation/FirstShow.h"
+#include "presentation/Motion.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 
@@ -203,8 +204,11 @@ Panel FunctionPages::panel() const
 
 void FunctionPages::showPanel(Panel panel)
 {
-    if (QWidget *const wanted = page(panel))
-        panelStack_->setCurrentWidget(wanted);
+    QWidget *const wanted = page(panel);
+    if (!wanted || wanted == panelStack_->currentWidget())
+        return;
+    const SoftChange opens(panelStack_, panelStack_->rect());
+    panelStack_->setCurrentWidget(wanted);
 }
 
 void FunctionPages::clearDetails()

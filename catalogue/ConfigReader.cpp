@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/ConfigReader.h"
 
-#include "catalogue/EncodedKeys.h"
+#include "catalogue/CatalogueKeys.h"
 #include "environment/DataRoot.h"
 #include "environment/SafeFile.h"
 

@@ -14,6 +14,7 @@
 #include <cstring>
 #include <execinfo.h>
 #include <fcntl.h>
+#include <link.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -37,6 +38,7 @@ constexpr FaultSignal FaultSignals[] = {
 char crashPath[PATH_MAX];
 std::size_t crashFolderLength = 0; // of crashPath without the last "/" and the name
 long localOffsetSeconds = 0;
+char buildId[2 * 64 + 1];
 alignas(16) char alternateStack[AlternateStackSize];
 
 std::atomic<pid_t> crashingThread{0};
@@ -94,7 +96,9 @@ const char *signalName(int number)
 
 void writeCrashFile(int file, int number, const siginfo_t *info)
 {
-    writeText(file, "signal ");
+    writeText(file, "version " MORLEN_VERSION "\nbuild id ");
+    writeText(file, buildId);
+    writeText(file, "\nsignal ");
     writeNumber(file, uint64_t(number), 10);
     writeText(file, " ");
     writeText(file, signalName(number));
@@ -110,6 +114,15 @@ void writeCrashFile(int file, int number, const siginfo_t *info)
     backtrace_symbols_fd(frames, backtrace(frames, MaxFrames), file);
 }
 
+// The system's own handling, which leaves a core dump where those are wanted.
+[[noreturn]] void endBySignal(int number)
+{
+    alarm(0); // a dump may take long
+    signal(number, SIG_DFL);
+    raise(number);
+    _exit(128 + number);
+}
+
 void onFault(int number, siginfo_t *info, void *)
 {
     const pid_t self = pid_t(syscall(SYS_gettid));
@@ -118,7 +131,7 @@ void onFault(int number, siginfo_t *info, void *)
         // A fault in the handler ends the process at once; other threads wait until the first one has ended
         // it.
         if (holder == self)
-            _exit(128 + number);
+            endBySignal(number);
         for (;;)
             pause();
     }
@@ -130,7 +143,38 @@ void onFault(int number, siginfo_t *info, void *)
         writeCrashFile(file, number, info);
         close(file);
     }
-    _exit(128 + number);
+    endBySignal(number);
+}
+
+// Takes the note of the linker, if this is one.
+void takeBuildId(const ElfW(Nhdr) * note)
+{
+    const auto *const name = reinterpret_cast<const char *>(note + 1);
+    if (note->n_type != NT_GNU_BUILD_ID || note->n_namesz != 4 || memcmp(name, "GNU", 4) != 0)
+        return;
+    const auto *const bytes = reinterpret_cast<const unsigned char *>(name + note->n_namesz);
+    for (std::size_t i = 0; i < note->n_descsz && 2 * i + 2 < sizeof buildId; ++i) {
+        buildId[2 * i] = "0123456789abcdef"[bytes[i] >> 4];
+        buildId[2 * i + 1] = "0123456789abcdef"[bytes[i] & 0xF];
+    }
+}
+
+// The program comes first of the loaded objects; the others are not looked at.
+int findBuildId(dl_phdr_info *program, std::size_t, void *)
+{
+    const auto padded = [](std::size_t size) { return (size + 3) & ~std::size_t(3); };
+    for (int i = 0; i < program->dlpi_phnum; ++i) {
+        const ElfW(Phdr) &part = program->dlpi_phdr[i];
+        if (part.p_type != PT_NOTE || part.p_align > 4)
+            continue;
+        const auto *const notes = reinterpret_cast<const char *>(program->dlpi_addr + part.p_vaddr);
+        for (std::size_t at = 0; at + sizeof(ElfW(Nhdr)) <= part.p_memsz;) {
+            const auto *const note = reinterpret_cast<const ElfW(Nhdr) *>(notes + at);
+            takeBuildId(note);
+            at += sizeof *note + padded(note->n_namesz) + padded(note->n_descsz);
+        }
+    }
+    return 1;
 }
 
 bool preparePath()
@@ -167,6 +211,7 @@ void installCrashFilter()
     if (installed || !preparePath())
         return;
     installed = true;
+    dl_iterate_phdr(findBuildId, nullptr);
     localOffsetSeconds = QDateTime::currentDateTime().offsetFromUtc();
     // The first backtrace loads the unwinder, which allocates.
     void *frame = nullptr;

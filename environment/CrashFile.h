@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The filter for unhandled faults. It writes a file in "/Exception" below the data root, named by the local
-// date and time as "yyyy_MM_dd_hh_mm_ss" + ".dmp", with the signal, the fault address and the stack. Then
-// the process ends silently with the exit code 128 + signal.
+// date and time as "yyyy_MM_dd_hh_mm_ss" + ".dmp", with the program's version and build id, the signal, the
+// fault address and the stack. Then the signal ends the process, so that the system can leave a core dump.
 #pragma once
 
 // Installs the filter for the whole process; a second call changes nothing. Everything that

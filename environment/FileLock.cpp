@@ -5,6 +5,7 @@
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QThread>
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -20,7 +21,8 @@ FileLock::FileLock(const QString &path, int timeoutMs)
     const QDeadlineTimer deadline(timeoutMs);
     while (file_ >= 0 && !held_) {
         held_ = flock(file_, LOCK_EX | LOCK_NB) == 0;
-        if (held_ || deadline.hasExpired())
+        taken_ = !held_ && errno == EWOULDBLOCK;
+        if (!taken_ || deadline.hasExpired())
             return;
         QThread::msleep(PauseMs);
     }

@@ -17,8 +17,12 @@ public:
     FileLock &operator=(const FileLock &) = delete;
 
     bool isHeld() const { return held_; }
+    // Another process or object has it. Neither this nor held: the file cannot be made, or its file system
+    // knows no locks.
+    bool isTaken() const { return taken_; }
 
 private:
     int file_;
     bool held_ = false;
+    bool taken_ = false;
 };

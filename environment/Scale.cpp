@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "environment/Scale.h"
 
-#include <QtGlobal>
+#include <QDir>
+#include <QLibraryInfo>
 #include <memory>
 
 #include <X11/Xlib.h>
@@ -92,8 +93,20 @@ int physicalDesktopWidth()
     return width > 0 ? width : DisplayWidth(display.get(), DefaultScreen(display.get()));
 }
 
+bool isWaylandChosen()
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (!platform.isEmpty())
+        return platform.startsWith("wayland");
+    const QDir plugins(QLibraryInfo::location(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
+    return qgetenv("XDG_SESSION_TYPE") == "wayland" &&
+           !plugins.entryList({QStringLiteral("libqwayland*")}, QDir::Files).isEmpty();
+}
+
 void applyScaleFactor()
 {
+    if (isWaylandChosen())
+        return;
     const QByteArray factor = scaleFactorText(physicalDesktopWidth());
     if (!factor.isEmpty())
         qputenv("QT_SCALE_FACTOR", factor);

@@ -15,6 +15,11 @@ QByteArray scaleFactorText(int physicalWidth);
 // when the server has no outputs. 0 without an X server.
 int physicalDesktopWidth();
 
-// Sets QT_SCALE_FACTOR when the width asks for it and does nothing otherwise. Main thread, before the
-// application object.
+// Whether the toolkit will draw on Wayland, where the compositor gives each output's scale. It decides this
+// in the application object, so its rule is followed here: the variable QT_QPA_PLATFORM, else the type of the
+// session if the plug-in is installed.
+bool isWaylandChosen();
+
+// Sets QT_SCALE_FACTOR when the width asks for it, also over a value of the user's own, and does nothing
+// otherwise. Main thread, before the application object.
 void applyScaleFactor();

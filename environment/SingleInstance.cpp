@@ -3,22 +3,42 @@
 #include "environment/SingleInstance.h"
 
 #include "environment/DataRoot.h"
-#include "environment/FileLock.h"
+
+#include <QFile>
 
 namespace
 {
-constexpr int DecisionTimeMs = 2000;
+
 constexpr int MemorySize = 1;
+
+// In the data root, where nobody else has a file; if that cannot be written, in the folder of the session.
+std::unique_ptr<FileLock> ownLock()
+{
+    auto lock = std::make_unique<FileLock>(dataRoot() + QStringLiteral("/Instance.lock"), 0);
+    const QString session = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
+    if (lock->isHeld() || lock->isTaken() || session.isEmpty())
+        return lock;
+    return std::make_unique<FileLock>(session + QStringLiteral("/morlen.lock"), 0);
+}
+
 } // namespace
 
 SingleInstance::SingleInstance() : memory_(applicationName()) {}
 
+// The memory alone does not decide: its files in the temporary folder belong to whoever started the program
+// there first, and a copy of any other user can neither attach to it nor make its own.
 bool SingleInstance::acquire()
 {
-    // The lock orders two copies that one double click started. On a data root that cannot be written there
-    // is no lock, and the check runs without it.
-    const FileLock decision(dataRoot() + QStringLiteral("/Instance.lock"), DecisionTimeMs);
+    lock_ = ownLock();
+    if (!lock_->isTaken() && takeMemory())
+        return true;
+    lock_.reset(); // a copy whose notice stays open must not keep the lock of one that has ended
+    return false;
+}
 
+// False when another copy holds the memory.
+bool SingleInstance::takeMemory()
+{
     // Tries twice: the segment's key is known only once its file is made, and a killed copy may have left a
     // segment under the same key.
     for (int tries = 0; tries < 2; ++tries) {
@@ -28,8 +48,7 @@ bool SingleInstance::acquire()
             memory_.detach();
 
         if (memory_.attach(QSharedMemory::ReadWrite)) {
-            memory_
-                .detach(); // a copy whose notice stays open must not keep the segment of one that has ended
+            memory_.detach(); // for the same reason as the lock
             return false;
         }
         if (memory_.create(MemorySize, QSharedMemory::ReadWrite))

@@ -14,6 +14,11 @@ void SleepLock::take(const QString &reason)
     holder_ = new QProcess;
     QObject::connect(holder_.data(), QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
                      holder_.data(), &QObject::deleteLater);
+    QObject::connect(holder_.data(), &QProcess::errorOccurred, holder_.data(),
+                     [holder = holder_.data()](QProcess::ProcessError error) {
+                         if (error == QProcess::FailedToStart) // nothing will finish then
+                             holder->deleteLater();
+                     });
     holder_->setProcessChannelMode(QProcess::MergedChannels);
     holder_->start(program, {QStringLiteral("--what=shutdown:sleep:idle"),
                              QStringLiteral("--who=") + applicationName(), QStringLiteral("--why=") + reason,

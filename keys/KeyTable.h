@@ -5,7 +5,6 @@
 // and the physical key. Read-only, any thread.
 #pragma once
 
-#include <QString>
 #include <array>
 #include <cstdint>
 

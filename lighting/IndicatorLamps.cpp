@@ -18,12 +18,15 @@
 namespace
 {
 
+// Keys of lists in the section light, not of its texts.
 constexpr const char *ItemKeys[] = {"0", "3", "2", "1"};
 constexpr int ResetItems[IndicatorLamps::Count] = {2, 2, 3};
 constexpr int FirstBoxName = 3; // LightMod_3 is the first lamp's
 // The colours of the lamps are the keys of what they mean.
 constexpr const char *LegendColors[IndicatorLamps::Count] = {"#42e81b", "#f5b020", "#f52c17"};
 constexpr const char *LegendDefaults[IndicatorLamps::Count] = {"优秀", "正常", "差"};
+constexpr char IndicatorTitle[] = "接收器指示灯";
+constexpr const char *ItemDefaults[] = {"关闭", "电量", "回报率", "信号"};
 constexpr char LampSheet[] = "QLabel{background-color: %1;border-radius: 6px;}";
 
 constexpr int LampsLeft = 28;
@@ -42,6 +45,7 @@ IndicatorLamps::IndicatorLamps(QWidget *parent)
     : QWidget(parent), heading_(this, QStringLiteral("indicatorTitle")), tips_(new QLabel(this))
 {
     resize(Size);
+    heading_.setText(QString::fromUtf8(IndicatorTitle));
     tips_->setGeometry(TipsPlace);
     tips_->setText(QStringLiteral("选择接收器上的LED指示灯所传达的信息"));
     for (int i = 0; i < Count; ++i) {
@@ -52,8 +56,8 @@ IndicatorLamps::IndicatorLamps(QWidget *parent)
         box->setObjectName(QStringLiteral("LightMod_%1").arg(i + FirstBoxName));
         box->setGeometry(x + CaptionWidth, BoxTop, BoxWidth, 30);
         box->setProperty("nameKey", QStringLiteral("light Indicator %1").arg(i + 1));
-        for (const char *key : ItemKeys)
-            box->addItem(QLatin1String(key));
+        for (const char *text : ItemDefaults)
+            box->addItem(QString::fromUtf8(text));
         captions_[std::size_t(i)] = caption;
         boxes_[std::size_t(i)] = box;
     }
@@ -106,36 +110,62 @@ void IndicatorLamps::setTexts(int language)
     }
 }
 
+// The byte of a device may be none of the list.
 void IndicatorLamps::show(int lamp, int index)
 {
     QComboBox *box = boxes_[std::size_t(lamp)];
     const QSignalBlocker silent(box);
-    if (index < box->count()) // the byte of a device may be none of the list
+    if (index < box->count())
         box->setCurrentIndex(index);
+    accepted_[std::size_t(lamp)] = box->currentIndex();
 }
 
-void IndicatorLamps::read()
+bool IndicatorLamps::fetch()
 {
     DongleIndicator answer{};
     answer.Choice[0] = NoLightAnswer;
     UsbFinderC_GetDongleIndicatorLed(CurrentDevicePath(), &answer);
-    if (answer.Choice[0] != NoLightAnswer)
-        DongleIndicator_ = answer;
-    accepted_ = DongleIndicator_;
+    if (answer.Choice[0] == NoLightAnswer)
+        return false;
+    DongleIndicator_ = answer;
+    known_ = true;
+    return true;
+}
+
+void IndicatorLamps::accept()
+{
     for (int i = 0; i < Count; ++i)
-        show(i, accepted_.Choice[i]);
+        show(i, DongleIndicator_.Choice[i]);
+}
+
+void IndicatorLamps::read()
+{
+    fetch();
+    accept();
+}
+
+void IndicatorLamps::forget()
+{
+    DongleIndicator_ = {};
+    known_ = false;
+    accept();
 }
 
 void IndicatorLamps::reset()
 {
-    accepted_ = {};
+    forget();
     for (int i = 0; i < Count; ++i)
         show(i, ResetItems[i]);
+    accepted_ = {};
 }
 
+// The record of a receiver that has been silent so far is read first: the write would put out the other
+// lamps.
 void IndicatorLamps::change(int lamp, int index)
 {
     const auto write = [this, lamp, index] {
+        if (!known_ && !fetch())
+            return false;
         DongleIndicator wanted = DongleIndicator_;
         wanted.Choice[lamp] = uint8_t(index);
         if (!UsbFinderC_SetDongleIndicatorLed(CurrentDevicePath(), &wanted))
@@ -144,10 +174,7 @@ void IndicatorLamps::change(int lamp, int index)
         PushRecord();
         return true;
     };
-    const auto giveBack = [this, lamp] {
-        DongleIndicator_.Choice[lamp] = accepted_.Choice[lamp];
-        show(lamp, accepted_.Choice[lamp]);
-    };
+    const auto giveBack = [this, lamp] { show(lamp, accepted_[std::size_t(lamp)]); };
     if (edit(LightPageBusy, boxes_[std::size_t(lamp)], write, giveBack) == EditResult::Written)
-        accepted_.Choice[lamp] = uint8_t(index);
+        accept();
 }

@@ -28,11 +28,14 @@ public:
 
     // Asks the receiver and shows its answer; without one, what was read before stays.
     void read();
+    void forget(); // the record is that of another receiver
     void reset();
     void change(int lamp, int index); // what the slots of the page do
 
 private:
     void buildLegend();
+    bool fetch();
+    void accept();
     void show(int lamp, int index);
 
     GroupHeading heading_;
@@ -42,5 +45,6 @@ private:
     std::array<QLabel *, Count> lamps_{};
     std::array<QLabel *, Count> meanings_{};
     DongleIndicator DongleIndicator_{};
-    DongleIndicator accepted_{}; // what a refused choice goes back to
+    bool known_ = false;                // the record has been read
+    std::array<int, Count> accepted_{}; // the items that a refused choice goes back to
 };

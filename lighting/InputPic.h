@@ -45,6 +45,7 @@ public:
     InputPicA();
     // Nothing in the program calls it.
     void StartScreenClock(bool on);
+    const QTimer &eraseTimer() const { return EraseTimer_; }
     void setBusy(bool busy) { Busy_ = busy; } // something else is being sent to the screen
 
 public slots:

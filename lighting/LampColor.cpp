@@ -42,9 +42,10 @@ bool moves(const ShownLight &light)
     return light.mode > LightOff && light.mode < LightModeCount && light.mode != Steady;
 }
 
-QColor lampColor(const ShownLight &light, double place, qint64 ms)
+double turnsIn(const ShownLight &light, qint64 ms) { return double(ms) / turnMs(light); }
+
+QColor lampColor(const ShownLight &light, double place, double turns)
 {
-    const double turns = double(ms) / turnMs(light);
     const double share = double(qBound(1, light.brightness, LightScaleTop)) / LightScaleTop;
     const auto breathing = [&](double at) { return share * (Faintest + (1 - Faintest) * breath(at)); };
     switch (light.mode) {

@@ -16,6 +16,8 @@ struct ShownLight {
 
 // Whether the lamps change with time.
 bool moves(const ShownLight &light);
-// place: of the lamp in the row, from 0 to 1; ms: since the light began, which is a moment at which it shows
-// well. Black is a dark lamp.
-QColor lampColor(const ShownLight &light, double place, qint64 ms);
+// How many of its turns a light makes in that time, by its speed.
+double turnsIn(const ShownLight &light, qint64 ms);
+// place: of the lamp in the row, from 0 to 1; turns: since the light began, which is a moment at which it
+// shows well. Black is a dark lamp.
+QColor lampColor(const ShownLight &light, double place, double turns);

@@ -19,12 +19,14 @@
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 
-#include <QCursor>
+#include <QApplication>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QToolButton>
+#include <utility>
 
 namespace
 {
@@ -52,6 +54,8 @@ constexpr QSize LampsCardSize{851, 148};
 constexpr QSize SchemeCardSize{851, 164};
 
 constexpr char NoScheme[] = "-1";
+
+constexpr int OneTryMs = 150; // that the layer waits for an answer
 
 constexpr int ResetSpeed = 7; // as records hold them
 constexpr int ResetBrightness = 9;
@@ -169,7 +173,6 @@ void LampLight::applyStyle()
 
 void LampLight::SlotUpDataLightUILight(FlashDataMap DataMap)
 {
-    LightPageLoaded = false;
     paint(DataMap, Paint::Read);
     LightPageLoaded = true;
 }
@@ -179,6 +182,7 @@ void LampLight::SlotUpDataLightUIA(FlashDataMap DataMap) { paint(DataMap, Paint:
 void LampLight::paint(const FlashDataMap &map, Paint kind)
 {
     const PageFilling filling(LightPageBusy);
+    LightPageLoaded = false;
     receiverShown_ = !SelectedDevice::info().Usb;
     arrange();
     mouse_->enableSliders(kind == Paint::Read);
@@ -188,13 +192,23 @@ void LampLight::paint(const FlashDataMap &map, Paint kind)
     movingOff_->setChecked(map.LightRippeControl == 1);
 }
 
-// A receiver that leaves the first question open is not asked the second one: each takes as long as the layer
-// waits for an answer, and the thread that reads the mouse stands meanwhile.
+// The thread that reads the mouse stands meanwhile, so the two questions together may take no longer than one
+// that stays open: a receiver that needed more than one try for the first is not asked the second, which is
+// asked when one of its lamps is changed. One that refuses the first answers at once and may know the second.
 void LampLight::readReceiver()
 {
     if (!receiverShown_)
         return;
-    if (receiverLight_.read())
+    const QByteArray path = CurrentDevicePath();
+    if (path != receiverPath_) {
+        receiverLight_.forget();
+        lamps_->forget();
+        receiverPath_ = path;
+    }
+    QElapsedTimer asked;
+    asked.start();
+    receiverLight_.read();
+    if (asked.elapsed() < OneTryMs)
         lamps_->read();
     receiver_->setState(receiverLight_.state());
 }
@@ -210,6 +224,7 @@ void LampLight::SlotFormResetLight()
     effect_->SetModel(0);
     effect_->SetSpeed(ResetEffectSpeed);
     effect_->SetLight(ResetEffectBrightness);
+    receiverLight_.forget();
     lamps_->reset();
     receiverShown_ = schemeShown_ = false;
     arrange();
@@ -247,13 +262,13 @@ void LampLight::arrange()
         top += shown ? card->height() + CardGap : 0;
     };
     place(mouseCard_, nullptr, true);
-    place(receiverCard_, receiver_, receiverShown_);
-    place(lampsCard_, lamps_, receiverShown_);
+    place(receiverCard_, receiver_, receiverShown_ && !wired);
+    place(lampsCard_, lamps_, receiverShown_ && !wired);
     place(schemeCard_, scheme_, schemeShown_ && !wired);
     contents_->resize(width(), qMax(top, height()));
 }
 
-// The area has scrolled; what has come into sight moves again, what has left it rests.
+// The area has moved the contents already when its bar calls this.
 void LampLight::on_verticalScrollBar_valueChanged(int value) { contents_->move(0, -value); }
 
 void LampLight::SlotAllLanguage(int index)
@@ -311,9 +326,9 @@ void LampLight::on_horizontalLight_valueChanged(int value) { mouse_->changeBrigh
 void LampLight::on_horizontalLight_sliderMoved(int position) { mouse_->moveBrightness(position); }
 void LampLight::on_horizontalSpeed_valueChanged(int value) { mouse_->changeSpeed(value); }
 void LampLight::on_horizontalSpeed_sliderMoved(int position) { mouse_->moveSpeed(position); }
-void LampLight::on_RSpinBox_valueChanged(int) { mouse_->changeColor(); }
-void LampLight::on_GSpinBox_valueChanged(int) { mouse_->changeColor(); }
-void LampLight::on_BSpinBox_valueChanged(int) { mouse_->changeColor(); }
+void LampLight::on_RSpinBox_valueChanged(int) { mouse_->changeColor(Red); }
+void LampLight::on_GSpinBox_valueChanged(int) { mouse_->changeColor(Green); }
+void LampLight::on_BSpinBox_valueChanged(int) { mouse_->changeColor(Blue); }
 void LampLight::on_AddR_clicked() { mouse_->step(Red, 1); }
 void LampLight::on_AddG_clicked() { mouse_->step(Green, 1); }
 void LampLight::on_AddB_clicked() { mouse_->step(Blue, 1); }
@@ -328,9 +343,9 @@ void LampLight::on_horizontalLight_2_valueChanged(int value) { receiver_->change
 void LampLight::on_horizontalLight_2_sliderMoved(int position) { receiver_->moveBrightness(position); }
 void LampLight::on_horizontalSpeed_2_valueChanged(int value) { receiver_->changeSpeed(value); }
 void LampLight::on_horizontalSpeed_2_sliderMoved(int position) { receiver_->moveSpeed(position); }
-void LampLight::on_RSpinBox_2_valueChanged(int) { receiver_->changeColor(); }
-void LampLight::on_GSpinBox_2_valueChanged(int) { receiver_->changeColor(); }
-void LampLight::on_BSpinBox_2_valueChanged(int) { receiver_->changeColor(); }
+void LampLight::on_RSpinBox_2_valueChanged(int) { receiver_->changeColor(Red); }
+void LampLight::on_GSpinBox_2_valueChanged(int) { receiver_->changeColor(Green); }
+void LampLight::on_BSpinBox_2_valueChanged(int) { receiver_->changeColor(Blue); }
 void LampLight::on_AddR_2_clicked() { receiver_->step(Red, 1); }
 void LampLight::on_AddG_2_clicked() { receiver_->step(Green, 1); }
 void LampLight::on_AddB_2_clicked() { receiver_->step(Blue, 1); }
@@ -356,15 +371,15 @@ LightGroup *LampLight::groupAt(const QPoint &screenPlace) const
     return nullptr;
 }
 
-void LampLight::pick(LightGroup *group, const QPoint &screenPlace)
+// Whether the group has taken the colour there.
+bool LampLight::pick(LightGroup *group, const QPoint &screenPlace)
 {
     if (!LightGroup::mayChange())
-        return;
+        return false;
     const HueField *field = group->field();
     const QColor color =
         screenCanBeRead() ? colorUnderPointer() : field->colorAt(field->mapFromGlobal(screenPlace));
-    if (color.isValid())
-        group->setColor(color);
+    return color.isValid() && group->setColor(color);
 }
 
 // Reached by presses that no control takes: a press outside the fields to type in takes the focus off them.
@@ -373,21 +388,27 @@ void LampLight::mousePressEvent(QMouseEvent *event)
     const QWidget *focus = window()->focusWidget();
     if (mouse_->holdsTyping(focus) || receiver_->holdsTyping(focus))
         setFocus();
-    picking_ = event->button() == Qt::LeftButton ? groupAt(event->globalPos()) : nullptr;
-    pressedAt_ = event->globalPos();
-    if (picking_)
-        pick(picking_, pressedAt_);
-    else
-        PageSurface::mousePressEvent(event);
+    if (event->button() == Qt::LeftButton) {
+        picking_ = nullptr;
+        pressedAt_ = event->globalPos();
+        if (LightGroup *group = groupAt(pressedAt_)) {
+            picking_ = pick(group, pressedAt_) ? group : nullptr;
+            return;
+        }
+    }
+    PageSurface::mousePressEvent(event);
 }
 
-// Released elsewhere, the button takes the colour there.
+// Released elsewhere, the button takes the colour there; the hand that only trembles has moved nowhere.
 void LampLight::mouseReleaseEvent(QMouseEvent *event)
 {
-    LightGroup *group = picking_;
-    picking_ = nullptr;
-    if (group && event->globalPos() != pressedAt_)
-        pick(group, event->globalPos());
-    else
+    if (!picking_ || event->button() != Qt::LeftButton) {
         PageSurface::mouseReleaseEvent(event);
+        return;
+    }
+    LightGroup *group = std::exchange(picking_, nullptr);
+    const QPoint place = event->globalPos();
+    if ((place - pressedAt_).manhattanLength() >= QApplication::startDragDistance() ||
+        groupAt(place) != group)
+        pick(group, place);
 }

@@ -11,6 +11,7 @@
 #include "lighting/LightDevice.h"
 #include "presentation/PageSurface.h"
 
+#include <QByteArray>
 #include <QPoint>
 
 class IndicatorLamps;
@@ -106,7 +107,7 @@ private:
     void arrange();
     void setMovingOff(bool on);
     LightGroup *groupAt(const QPoint &screenPlace) const;
-    static void pick(LightGroup *group, const QPoint &screenPlace);
+    static bool pick(LightGroup *group, const QPoint &screenPlace);
 
     QString PicturePath_;
     MouseLight mouseLight_;
@@ -125,9 +126,10 @@ private:
     LightGroup *receiver_;
     IndicatorLamps *lamps_;
     SchemeChoice *scheme_;
+    QByteArray receiverPath_;    // whose records those of the receiver are
     bool receiverShown_ = false; // a record was shown on a radio link
     bool schemeShown_ = false;
-    LightGroup *picking_ = nullptr; // while a press that began in its field lasts
+    LightGroup *picking_ = nullptr; // while a press that took a colour in its field lasts
     QPoint pressedAt_;
     int languageIndex_ = 0;
 };

@@ -33,6 +33,7 @@ bool ReceiverLight::read()
     if (bar.Mode == NoLightAnswer)
         return false;
     DongleRgbBar_ = bar;
+    known_ = true;
     return true;
 }
 

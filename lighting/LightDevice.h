@@ -27,6 +27,12 @@ class LightDevice
 public:
     virtual ~LightDevice() = default;
     virtual LightScale::Owner owner() const = 0;
+    // False while the record that holds the settings has not been read: a write would carry nothing of the
+    // device for those that it does not change.
+    virtual bool isKnown() const { return true; }
+    // False when the device does not answer; what is known of it stays as it was.
+    virtual bool read() { return true; }
+    virtual LightState state() const { return {}; }
     virtual bool writeMode(int mode) = 0;
     // The slider's value.
     virtual bool writeBrightness(int value) = 0;
@@ -51,11 +57,12 @@ public:
 class ReceiverLight final : public LightDevice
 {
 public:
-    // False when the receiver does not answer; the record stays as it was.
-    bool read();
-    LightState state() const;
+    void forget() { *this = ReceiverLight(); } // the record is that of another receiver
 
     LightScale::Owner owner() const override { return LightScale::Owner::Receiver; }
+    bool isKnown() const override { return known_; }
+    bool read() override;
+    LightState state() const override;
     bool writeMode(int mode) override;
     bool writeBrightness(int value) override;
     bool writeSpeed(int value) override;
@@ -65,4 +72,5 @@ private:
     bool write(const DongleRgbBar &bar);
 
     DongleRgbBar DongleRgbBar_{};
+    bool known_ = false;
 };

@@ -9,6 +9,7 @@
 #include "lighting/LightTables.h"
 #include "lighting/PresetButton.h"
 #include "presentation/Edit.h"
+#include "presentation/PageSurface.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"
@@ -19,20 +20,12 @@
 #include <QRegularExpressionValidator>
 
 const LightNames MouseLightNames = {
-    "",        "line",      "line_2",          "LightSpinBox_2",   "SpeedSpinBox_2", "label_6",
-    "label_7", "LightMode", "light LightMode", "light Brightness", "light Speed"};
+    "",        "line",      "line_2",   "LightSpinBox_2",  "SpeedSpinBox_2",   "label_6",
+    "label_7", "LightMode", "灯光效果", "light LightMode", "light Brightness", "light Speed"};
 // The names with _2 of the two boxes are the mouse's own.
-const LightNames ReceiverLightNames = {"_2",
-                                       "line_3",
-                                       "line_4",
-                                       "LightSpinBox_3",
-                                       "SpeedSpinBox_3",
-                                       "label_8",
-                                       "label_9",
-                                       "receiver",
-                                       "light ReceiverMode",
-                                       "light ReceiverBrightness",
-                                       "light ReceiverSpeed"};
+const LightNames ReceiverLightNames = {
+    "_2",      "line_3",   "line_4", "LightSpinBox_3",     "SpeedSpinBox_3",           "label_8",
+    "label_9", "receiver", "接收器", "light ReceiverMode", "light ReceiverBrightness", "light ReceiverSpeed"};
 
 namespace
 {
@@ -85,12 +78,15 @@ void showText(QLabel *label, const char *key, int language)
         label->setText(text);
 }
 
+QString codeOf(const QColor &color) { return color.name().toUpper(); }
+
 } // namespace
 
 LightGroup::LightGroup(const LightNames &names, LightDevice &device, QWidget *parent)
     : QWidget(parent), names_(names), device_(device), heading_(this, named("lightTitle"))
 {
     resize(Size);
+    heading_.setText(QString::fromUtf8(names_.titleDefault));
     buildMode();
     buildScales();
     buildColor();
@@ -172,6 +168,8 @@ void LightGroup::buildColor()
     customCaption_ = add<QLabel>("customCaption", CustomPlace);
     presetCaption_ = add<QLabel>("presetCaption", PresetsPlace);
     previewCaption_ = addNamed<QLabel>(QLatin1String(names_.previewCaption), PreviewCaptionPlace);
+    customCaption_->setText(QStringLiteral("自定义颜色"));
+    presetCaption_->setText(QStringLiteral("预设"));
     previewCaption_->setText(QStringLiteral("预览"));
     field_ = addNamed<HueField>(QLatin1String(names_.colorField), FieldPlace);
     field_->setProperty("nameKey", QStringLiteral("light ColorField"));
@@ -188,6 +186,7 @@ void LightGroup::buildChannels()
             return (QByteArray(before) + row.letter + behind);
         };
         auto *caption = add<QLabel>(withLetter("caption", ""), {ChannelCaptionX, top, 20, 32});
+        caption->setText(QLatin1String(row.captionKey));
         const auto step = [&](const char *name, int x, const char *key) {
             auto *button = add<QToolButton>(withLetter(name, ""), {QPoint(x, top), StepSize});
             button->setProperty("nameKey", QString::fromLatin1(key));
@@ -230,12 +229,26 @@ void LightGroup::buildPresets()
     }
 }
 
+// A code that is not whole when the field is left or the return key pressed becomes that of the colour.
+class LightGroup::CodeValidator : public QRegularExpressionValidator
+{
+public:
+    explicit CodeValidator(const LightGroup &group)
+        : QRegularExpressionValidator(QRegularExpression(QStringLiteral("#?[0-9A-Fa-f]{6}")), group.hex_)
+        , group_(group)
+    {
+    }
+    void fixup(QString &code) const override { code = codeOf(group_.color()); }
+
+private:
+    const LightGroup &group_;
+};
+
 void LightGroup::buildHex()
 {
     hex_ = add<QLineEdit>("HexColor", HexPlace);
     hex_->setMaxLength(7);
-    hex_->setValidator(
-        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("#?[0-9A-Fa-f]{6}")), hex_));
+    hex_->setValidator(new CodeValidator(*this));
     hex_->setProperty("nameKey", QStringLiteral("light ColorCode"));
     connect(hex_, &QLineEdit::editingFinished, this, &LightGroup::takeHex);
     colorControls_.push_back(hex_);
@@ -322,12 +335,16 @@ QColor LightGroup::color() const
 void LightGroup::paintColor(const QColor &color)
 {
     const int parts[Channels] = {color.red(), color.green(), color.blue()};
-    for (int i = 0; i < Channels; ++i) {
-        MySpinBox *box = channels_[std::size_t(i)];
-        const QSignalBlocker silent(box);
-        box->setValue(parts[i]);
-    }
+    for (int i = 0; i < Channels; ++i)
+        showChannel(i, parts[i]);
     showColor();
+}
+
+void LightGroup::showChannel(int channel, int value)
+{
+    MySpinBox *box = channels_[std::size_t(channel)];
+    const QSignalBlocker silent(box);
+    box->setValue(value);
 }
 
 void LightGroup::showColor()
@@ -335,7 +352,7 @@ void LightGroup::showColor()
     const QColor now = color();
     swatch_->setStyleSheet(QString::fromLatin1(ColorSheet).arg(now.red()).arg(now.green()).arg(now.blue()));
     field_->setColor(now);
-    hex_->setText(now.name().toUpper());
+    hex_->setText(codeOf(now));
     for (PresetButton *preset : presets_)
         preset->setChecked(preset->color() == now);
     showPreview();
@@ -349,10 +366,28 @@ void LightGroup::showPreview()
 
 // ---- What the user changes ----------------------------------------------------------------------
 
+// Reads the record of a device that has been silent so far, and shows it with the change that is about to be
+// written. False when it is silent still: then nothing may be written.
+bool LightGroup::prepare(const std::function<void()> &showChange)
+{
+    if (device_.isKnown())
+        return true;
+    if (!device_.read())
+        return false;
+    const PageFilling filling(LightPageBusy);
+    setState(device_.state());
+    showChange();
+    showPreview();
+    return true;
+}
+
 bool LightGroup::chooseMode(int mode)
 {
     const EditResult result = edit(
-        LightPageBusy, mode_, [this, mode] { return device_.writeMode(mode); },
+        LightPageBusy, mode_,
+        [this, mode] {
+            return prepare([this, mode] { mode_->setCurrentIndex(mode); }) && device_.writeMode(mode);
+        },
         [this] { mode_->setCurrentIndex(accepted_.mode); });
     if (result == EditResult::Written)
         accepted_.mode = mode;
@@ -363,26 +398,34 @@ bool LightGroup::chooseMode(int mode)
 
 void LightGroup::changeBrightness(int value)
 {
-    brightness_.change(LightPageBusy, value, [this, value] { return device_.writeBrightness(value); });
+    brightness_.change(LightPageBusy, value, [this, value] {
+        return prepare([this, value] { brightness_.show(value); }) && device_.writeBrightness(value);
+    });
     showPreview();
 }
 
 void LightGroup::changeSpeed(int value)
 {
-    speed_.change(LightPageBusy, value, [this, value] { return device_.writeSpeed(value); });
+    speed_.change(LightPageBusy, value, [this, value] {
+        return prepare([this, value] { speed_.show(value); }) && device_.writeSpeed(value);
+    });
     showPreview();
 }
 
 // A record that is being shown blocks the boxes' signals instead of raising the page's flag.
-void LightGroup::changeColor()
+void LightGroup::changeColor(int channel)
 {
     showColor();
-    const QColor wanted = color();
+    const int value = channels_[std::size_t(channel)]->value();
+    const auto showChange = [this, channel, value] {
+        showChannel(channel, value);
+        showColor();
+    };
     const EditResult result = edit(
-        this, [this, &wanted] { return device_.writeColor(wanted); },
+        this, [this, &showChange] { return prepare(showChange) && device_.writeColor(color()); },
         [this] { paintColor(accepted_.color); });
     if (result == EditResult::Written)
-        accepted_.color = wanted;
+        accepted_.color = color();
 }
 
 bool LightGroup::mayChange() { return !UiArmed || CheckOnline(); }
@@ -390,19 +433,32 @@ bool LightGroup::mayChange() { return !UiArmed || CheckOnline(); }
 void LightGroup::step(int channel, int by)
 {
     MySpinBox *box = channels_[std::size_t(channel)];
-    if (mayChange())
-        box->setValue(box->value() + by);
+    if (!mayChange() || !isReady()) {
+        paintColor(color()); // without what was typed
+        return;
+    }
+    box->interpretText(); // a number that was typed counts, as an edit of its own
+    box->setValue(box->value() + by);
 }
 
-void LightGroup::setColor(const QColor &color)
+// The steps begin at what the device has, and a colour is compared with it.
+bool LightGroup::isReady()
 {
+    return !UiArmed || prepare([] {});
+}
+
+bool LightGroup::setColor(const QColor &color)
+{
+    if (!isReady())
+        return false;
     const int parts[Channels] = {color.red(), color.green(), color.blue()};
     for (int i = 0; i < Channels; ++i) {
         MySpinBox *box = channels_[std::size_t(i)];
         box->setValue(parts[i]);
         if (box->value() != parts[i])
-            return; // refused, which the user has been told
+            return false; // refused, which the user has been told
     }
+    return true;
 }
 
 void LightGroup::takeHex()

@@ -30,7 +30,7 @@ struct LightNames {
     const char *brightnessLine, *speedLine; // in place of a slider that cannot be set
     const char *brightnessBox, *speedBox;
     const char *previewCaption, *colorField;
-    const char *titleKey;
+    const char *titleKey, *titleDefault;
     const char *modeKey, *brightnessKey, *speedKey; // of the names for those who do not see the controls
 };
 extern const LightNames MouseLightNames;
@@ -60,10 +60,11 @@ public:
     void changeBrightness(int value);
     void moveSpeed(int value) { speed_.follow(value); }
     void changeSpeed(int value);
-    void changeColor();
+    void changeColor(int channel);
     void step(int channel, int by);
-    // All three channels, each with a write of its own when it changes; nothing while the mouse is away.
-    void setColor(const QColor &color);
+    // All three channels, each with a write of its own when it changes; stops at one that is refused, and is
+    // then false.
+    bool setColor(const QColor &color);
 
     QColor color() const;
     // False when the pages take input and the mouse is away, which the user is then told.
@@ -72,6 +73,8 @@ public:
     bool holdsTyping(const QWidget *widget) const; // one of the boxes that take text
 
 private:
+    class CodeValidator;
+
     QString named(const char *name) const;
     template <typename Widget> Widget *add(const char *name, const QRect &place);
     template <typename Widget> Widget *addNamed(const QString &name, const QRect &place);
@@ -82,6 +85,9 @@ private:
     void buildPresets();
     void buildHex();
     void takeHex();
+    bool isReady();
+    bool prepare(const std::function<void()> &showChange);
+    void showChannel(int channel, int value);
     void paintColor(const QColor &color);
     void showColor();
     void showPreview();

@@ -34,12 +34,12 @@ QColor lit(const QColor &color)
 
 } // namespace
 
-LightPreview::LightPreview(QWidget *parent) : QWidget(parent) { clock_.start(); }
+LightPreview::LightPreview(QWidget *parent) : QWidget(parent) {}
 
 void LightPreview::setLight(const ShownLight &light)
 {
     if (light.mode != light_.mode)
-        clock_.restart();
+        turns_ = 0;
     light_ = light;
     moveOrRest();
     update();
@@ -67,9 +67,10 @@ bool LightPreview::isSeen() const
 void LightPreview::moveOrRest()
 {
     const bool wanted = motionAllowed_ && moves(light_) && isSeen();
-    if (wanted && !frames_.isActive())
+    if (wanted && !frames_.isActive()) {
         frames_.start(FrameMs, this);
-    else if (!wanted)
+        clock_.start();
+    } else if (!wanted)
         frames_.stop();
 }
 
@@ -80,8 +81,10 @@ void LightPreview::timerEvent(QTimerEvent *event)
         return;
     }
     moveOrRest();
-    if (frames_.isActive())
-        update(lampRow());
+    if (!frames_.isActive())
+        return;
+    turns_ += turnsIn(light_, clock_.restart());
+    update(lampRow());
 }
 
 QRect LightPreview::lampRow() const
@@ -94,7 +97,6 @@ QRect LightPreview::lampRow() const
 void LightPreview::paintEvent(QPaintEvent *event)
 {
     moveOrRest();
-    const qint64 now = motionAllowed_ ? clock_.elapsed() : 0;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     if (lampRow().contains(event->rect())) {
@@ -109,7 +111,7 @@ void LightPreview::paintEvent(QPaintEvent *event)
     const int left = (width() - count * LampPitch + LampGap) / 2;
     const int top = (height() - LampHeight) / 2;
     for (int i = 0; i < count; ++i) {
-        const QColor color = lampColor(light_, double(i) / count, now);
+        const QColor color = lampColor(light_, double(i) / count, turns_);
         const QRectF lamp(left + i * LampPitch, top, LampPitch - LampGap, LampHeight);
         QColor glow = color;
         glow.setAlpha(GlowAlpha * color.value() / 255);

@@ -22,6 +22,7 @@ public:
     void setLight(const ShownLight &light);
     const ShownLight &light() const { return light_; }
     bool isMoving() const { return frames_.isActive(); }
+    double turns() const { return turns_; } // since the light began
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -36,6 +37,7 @@ private:
 
     ShownLight light_;
     QBasicTimer frames_;
-    QElapsedTimer clock_;
+    QElapsedTimer clock_; // since the last frame
+    double turns_ = 0;    // a change of the speed goes on from here
     bool motionAllowed_ = true;
 };

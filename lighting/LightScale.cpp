@@ -28,11 +28,16 @@ void LightScale::setShown(bool shown) const
 
 void LightScale::setEnabled(bool enabled) const { parts_.slider->setEnabled(enabled); }
 
-void LightScale::set(int value)
+void LightScale::show(int value) const
 {
     const QSignalBlocker silent(parts_.slider);
     parts_.slider->setValue(value);
     parts_.box->setValue(value);
+}
+
+void LightScale::set(int value)
+{
+    show(value);
     accepted_ = parts_.slider->value();
 }
 

@@ -33,6 +33,8 @@ public:
     void setEnabled(bool enabled) const;
     // Shows a value that the device has; no slot hears of it.
     void set(int value);
+    // Shows a value that is still to be written.
+    void show(int value) const;
     int value() const;
 
     // sliderMoved and valueChanged of the slider. busy: the flag of the page; write: true when the device

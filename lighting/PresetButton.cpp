@@ -28,12 +28,12 @@ void PresetButton::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF frame = QRectF(rect()).adjusted(1, 1, -1, -1);
     const double inset = isDown() ? PressedInset : isChecked() ? ChosenInset : 0;
-    painter.setPen(inset > 0 ? QPen(Qt::NoPen)
-                             : QPen(underMouse() ? skinColor("LabelColor") : style::outlineColor(),
-                                    underMouse() ? 2 : 1));
+    const int line = inset > 0 ? 0 : underMouse() ? 2 : 1;
+    const double edge = inset - (line == 1 ? 0.5 : 0); // a line on pixels, not between them
+    painter.setPen(line == 0 ? QPen(Qt::NoPen)
+                             : QPen(underMouse() ? skinColor("LabelColor") : style::outlineColor(), line));
     painter.setBrush(color_);
-    painter.drawRoundedRect(frame.adjusted(inset, inset, -inset, -inset), Radius - inset / 2,
-                            Radius - inset / 2);
+    painter.drawRoundedRect(frame.adjusted(edge, edge, -edge, -edge), Radius - inset / 2, Radius - inset / 2);
     if (!isChecked() && !isDown())
         return;
     painter.setBrush(Qt::NoBrush);

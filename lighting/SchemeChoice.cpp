@@ -20,17 +20,20 @@ namespace
 
 constexpr const char *ButtonNames[SchemeChoice::Count] = {"ReUntil", "ReUntil_2", "ReUntil_3"};
 constexpr const char *DescriptionNames[SchemeChoice::Count] = {"textEdit", "textEdit_2", "textEdit_3"};
-// Each scheme by its key in the list of what a receiver shows, and its steps by theirs.
+// Each scheme by its key in the list of what a receiver shows, and its steps by theirs; with the texts that
+// show where the list has none.
 struct Scheme {
-    const char *key;
-    const char *steps;
+    const char *key, *name;
+    const char *steps, *stepNames;
 };
 constexpr Scheme Schemes[SchemeChoice::Count] = {
-    {"signal", "excellent normal poor"},
-    {"battery", "100% 50% 25%"},
-    {"rate", "8000Hz 4000Hz 2000Hz 1000Hz 500Hz 250Hz 125Hz"},
+    {"signal", "信号", "excellent normal poor", "优秀 正常 差"},
+    {"battery", "电量", "100% 50% 25%", "100% 50% 25%"},
+    {"rate", "回报率", "8000Hz 4000Hz 2000Hz 1000Hz 500Hz 250Hz 125Hz",
+     "8000HZ 4000HZ 2000HZ 1000HZ 500HZ 250HZ 125HZ"},
 };
-constexpr const char *NameDefaults[SchemeChoice::Count] = {"信号", "电量", "回报率"};
+constexpr char UsualDefault[] = "默认";
+constexpr char SchemeTitle[] = "接收器灯光显示";
 
 constexpr int SchemesLeft = 28;
 constexpr int SchemePitch = 258;
@@ -40,9 +43,10 @@ constexpr int ButtonHeight = 36;
 constexpr int DescriptionTop = 86;
 constexpr int DescriptionHeight = 60;
 
-QString status(const QString &key, int language)
+QString status(const QString &key, const QString &none, int language)
 {
-    return language::choice("receiverStatusList", key, language);
+    const QString text = language::choice("receiverStatusList", key, language);
+    return text.isEmpty() ? none : text;
 }
 
 } // namespace
@@ -51,13 +55,13 @@ SchemeChoice::SchemeChoice(QWidget *parent)
     : QWidget(parent), heading_(this, QStringLiteral("schemeTitle")), group_(new QButtonGroup(this))
 {
     resize(Size);
+    heading_.setText(QString::fromUtf8(SchemeTitle));
     for (int i = 0; i < Count; ++i) {
         const int x = SchemesLeft + i * SchemePitch;
         auto *button = new QToolButton(this);
         button->setObjectName(QLatin1String(ButtonNames[i]));
         button->setGeometry(x, ButtonTop, SchemeWidth, ButtonHeight);
         button->setCheckable(true);
-        button->setText(QString::fromUtf8(NameDefaults[i]));
         group_->addButton(button, i + 1);
         auto *description = new QTextEdit(this);
         description->setObjectName(QLatin1String(DescriptionNames[i]));
@@ -87,22 +91,21 @@ void SchemeChoice::applyStyle()
 
 void SchemeChoice::setTexts(int language)
 {
-    const auto light = [language](const char *key) {
-        return language::text(language::Section::light, key, language);
-    };
-    heading_.setText(light("ReceiverShows"));
+    heading_.setText(language::text(language::Section::light, "ReceiverShows", language));
+    QString usualName = language::text(language::Section::light, "default", language);
+    if (usualName.isEmpty())
+        usualName = QString::fromUtf8(UsualDefault);
     const int usual = DeviceCatalogue().list(SelectedDevice::info().DriveIndex, "Adveanced").value(1).toInt();
     for (int i = 0; i < Count; ++i) {
         const Scheme &scheme = Schemes[i];
-        QString name = status(QLatin1String(scheme.key), language);
-        if (name.isEmpty())
-            continue;
+        QString name = status(QLatin1String(scheme.key), QString::fromUtf8(scheme.name), language);
         if (i + 1 == usual)
-            name += QStringLiteral(" (%1)").arg(light("default"));
+            name += QStringLiteral(" (%1)").arg(usualName);
         buttons_[std::size_t(i)]->setText(name);
-        QStringList steps;
-        for (const QString &step : QString::fromLatin1(scheme.steps).split(QLatin1Char(' ')))
-            steps << status(step, language).replace(QLatin1Char(' '), QChar::Nbsp);
+        QStringList steps = QString::fromLatin1(scheme.steps).split(QLatin1Char(' '));
+        const QStringList names = QString::fromUtf8(scheme.stepNames).split(QLatin1Char(' '));
+        for (int step = 0; step < steps.size(); ++step)
+            steps[step] = status(steps[step], names[step], language).replace(QLatin1Char(' '), QChar::Nbsp);
         const QString text = steps.join(QChar(QChar::Nbsp) + QStringLiteral("· "));
         descriptions_[std::size_t(i)]->setPlainText(text);
         descriptions_[std::size_t(i)]->setAccessibleName(name);
@@ -119,6 +122,7 @@ void SchemeChoice::setRecord(DongleRGB *record)
 // An exclusive group does not uncheck its last button.
 void SchemeChoice::show(int scheme)
 {
+    shown_ = scheme;
     const QSignalBlocker a(buttons_[0]), b(buttons_[1]), c(buttons_[2]);
     group_->setExclusive(false);
     for (int i = 0; i < Count; ++i)
@@ -137,9 +141,10 @@ void SchemeChoice::change(int scheme, bool checked)
         [this, scheme] {
             if (!CheckOnline())
                 return false;
+            shown_ = scheme;
             record_->Scheme = uint8_t(scheme);
             UsbFinderC_Set4KDongleRGB(CurrentDevicePath(), record_);
             return true;
         },
-        [this] { show(record_->Scheme); });
+        [this] { show(shown_); });
 }

@@ -40,4 +40,5 @@ private:
     std::array<QTextEdit *, Count> descriptions_{};
     DongleRGB nothingRead_{};
     DongleRGB *record_ = &nothingRead_;
+    int shown_ = 0; // what a refused choice goes back to: a read may have changed the record unannounced
 };

@@ -99,7 +99,8 @@ int RefreshScreenPaths()
         int32_t count = MostOfAProduct;
         const char *const *list = UsbFinderC_FindHidDevicesByDeviceId(
             vid.constData(), pid.toLatin1().constData(), ScreenInterface, ScreenUsage, &count);
-        for (int i = 0; i < count; ++i)
+        const int listed = list ? qBound(0, int(count), MostOfAProduct) : 0;
+        for (int i = 0; i < listed; ++i)
             found << QString::fromLocal8Bit(list[i]);
     }
     Screens &all = known();

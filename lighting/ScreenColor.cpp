@@ -4,25 +4,44 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QImage>
 #include <QPixmap>
 #include <QScreen>
 #include <algorithm>
 
-bool screenCanBeRead() { return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")); }
+namespace
+{
+
+constexpr int GrabExtent = 2;
+
+} // namespace
+
+bool screenCanBeRead()
+{
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
+           qgetenv("XDG_SESSION_TYPE") != "wayland" && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
 
 QColor colorUnderPointer()
 {
-    static QColor last;
-    const QPoint pointer = QCursor::pos();
     const QList<QScreen *> screens = QGuiApplication::screens();
-    if (std::none_of(screens.begin(), screens.end(),
-                     [&pointer](const QScreen *screen) { return screen->geometry().contains(pointer); }))
+    QVector<QRect> places;
+    for (const QScreen *screen : screens)
+        places << screen->geometry();
+    // The place is in the toolkit's pixels; grabWindow() turns it into those of the screen and counts it from
+    // the screen's corner.
+    return colorOnScreens(places, QCursor::pos(), [&screens](int screen, const QPoint &place) {
+        return screens[screen]->grabWindow(0, place.x(), place.y(), GrabExtent, GrabExtent).toImage();
+    });
+}
+
+QColor colorOnScreens(const QVector<QRect> &screens, const QPoint &point, const ScreenGrab &grab)
+{
+    static QColor last;
+    const auto shown = std::find_if(screens.begin(), screens.end(),
+                                    [&point](const QRect &screen) { return screen.contains(point); });
+    if (shown == screens.end())
         return {};
-    // The pointer's place is in the toolkit's pixels, and grabWindow() turns it into those of the screen
-    // itself.
-    const QImage picture =
-        QGuiApplication::primaryScreen()->grabWindow(0, pointer.x(), pointer.y(), 2, 2).toImage();
+    const QImage picture = grab(int(shown - screens.begin()), point - shown->topLeft());
     if (!picture.isNull() && picture.valid(0, 0))
         last = picture.pixelColor(0, 0);
     return last;

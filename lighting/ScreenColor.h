@@ -5,9 +5,20 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
+#include <QPoint>
+#include <QRect>
+#include <QVector>
+#include <functional>
 
-// False under Wayland, where no program may look at the screen.
+// False in a Wayland session, where no program may look at the screen: one that runs on its X server gets a
+// black picture.
 bool screenCanBeRead();
-// At the pointer. Where the screen gave no picture, what the last call gave; invalid before any, and while
-// the pointer is outside every screen.
+// At the pointer, as colorOnScreens() says.
 QColor colorUnderPointer();
+
+// The picture of a screen, by its index, from a place that is counted from the screen's own corner.
+using ScreenGrab = std::function<QImage(int screen, const QPoint &place)>;
+// At a point among the screens. Where they gave no picture, what the last call gave; invalid before any, and
+// for a point outside every screen.
+QColor colorOnScreens(const QVector<QRect> &screens, const QPoint &point, const ScreenGrab &grab);

@@ -27,6 +27,7 @@ public:
     // Items of rows that stay in their place are kept. No change of an item is signalled.
     void show(const macro::MacroRows &rows, int selected = macro::rowediting::NoRow);
     void append(const macro::MacroRow &row);
+    void setText(int row, const QString &text) { list_->item(row)->setText(text); }
     void select(int row);
 
 private:

@@ -7,32 +7,30 @@
 #include "hub/PostMsg.h"
 #include "keys/KeyVocabulary.h"
 #include "macro/CycleChoice.h"
+#include "macro/EventEditor.h"
+#include "macro/ListMenu.h"
 #include "macro/MacroDeviceSync.h"
 #include "macro/MacroTexts.h"
-#include "macro/RecordingKeys.h"
+#include "macro/MouseButtonTexts.h"
+#include "macro/RecordMark.h"
+#include "macro/RecordingSession.h"
 #include "macro/RowPainting.h"
 #include "macro/store/ExportedMacro.h"
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
-#include "presentation/DeviceOperations.h"
+#include "presentation/FileDialog.h"
 #include "presentation/FirstShow.h"
-#include "presentation/LossWatch.h"
 #include "presentation/NamedWidgets.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
-#include "presentation/dialogs/AddDelayTime.h"
-#include "presentation/dialogs/addKey.h"
 #include "presentation/language/LanguageTables.h"
 #include "ui_Macro.h"
 
 #include <QFile>
-#include <QFileDialog>
 #include <QKeyEvent>
-#include <QMenu>
-#include <QTimer>
 
 using namespace macro;
 using namespace macrotexts;
@@ -55,15 +53,6 @@ template <typename Form> std::unique_ptr<Form> formOn(QWidget *page)
     return form;
 }
 
-QString menuStyle()
-{
-    return QStringLiteral("QMenu{border: 1px solid %1;padding: 4px;background-color: rgb(%2);color: rgb(%3);}"
-                          "QMenu::item{padding: 6px 22px;border-radius: 4px;}"
-                          "QMenu::item:selected{background-color: rgb(%4);color: rgb(%2);}")
-        .arg(style::outlineColor().name(), style::color("ComboxBackGroundColor"), style::color("LabelColor"),
-             style::color("ComboxSelectColor"));
-}
-
 QByteArray iconBytes(const char *name)
 {
     QFile file(style::pictureFolder(QStringLiteral("Macro")) + QLatin1String(name));
@@ -79,15 +68,18 @@ Macro::Macro(QWidget *parent)
     , events_(ui->listWidgetKey)
     , cycle_(new CycleChoice({ui->ReNumber, ui->ReUntil, ui->ReUntilLoose, ui->ReUntilClick, ui->NumberEdit},
                              this))
-    , keys_(new RecordingKeys(this))
-    , recording_({ui->StartRecord,
-                  ui->StopRecord,
-                  ui->recordFrame,
-                  ui->recordMark,
-                  {ui->AutoInsertDelay, ui->AutoInsertDelayLabel, ui->DefaultDelay, ui->ReNumber, ui->ReUntil,
-                   ui->ReUntilLabel, ui->ReUntilLoose, ui->ReUntilLooseLabel, ui->ReUntilClick,
-                   ui->ReUntilClickLabel, ui->ChooseEvent},
-                  {ui->DelayTime, ui->NumberEdit, ui->listWidgetHong}})
+    , recording_(new RecordingSession(
+          {ui->StartRecord,
+           ui->StopRecord,
+           ui->recordFrame,
+           ui->recordMark,
+           {ui->AutoInsertDelay, ui->AutoInsertDelayLabel, ui->DefaultDelay, ui->ReNumber, ui->ReUntil,
+            ui->ReUntilLabel, ui->ReUntilLoose, ui->ReUntilLooseLabel, ui->ReUntilClick,
+            ui->ReUntilClickLabel, ui->ChooseEvent},
+           {ui->DelayTime, ui->NumberEdit, ui->listWidgetHong}},
+          this))
+    , editor_(new EventEditor(
+          events_, [this] { return !shown_.isEmpty(); }, this))
 {
     for (std::size_t item = 0; item < std::size(Insertions); ++item)
         ui->ChooseEvent->addItem(QString());
@@ -98,7 +90,7 @@ Macro::Macro(QWidget *parent)
     setTexts(LanguageIndex);
 }
 
-Macro::~Macro() { MacroRecording = false; }
+Macro::~Macro() = default;
 
 void Macro::connectSignals()
 {
@@ -108,13 +100,18 @@ void Macro::connectSignals()
     connect(hub, SIGNAL(SigMacroDownLoadData(QString, int)), this, SLOT(SlotMacroDownLoadData(QString, int)));
     connect(hub, SIGNAL(SigButtonToMacro(FlashDataMap, int)), this,
             SLOT(SlotButtonToMacro(FlashDataMap, int)));
-    connect(keys_, &RecordingKeys::keyEvent, this, &Macro::UpdateCapslockTip);
+    connect(recording_, &RecordingSession::keyEvent, this, &Macro::UpdateCapslockTip);
     connect(cycle_, &CycleChoice::changed, this, [this] {
         cycleChanged_ = true;
         markUnsaved();
     });
+    connect(editor_, &EventEditor::changed, this, [this](bool isTold) {
+        eventsChanged_ = eventsChanged_ || isTold;
+        markUnsaved();
+    });
     connect(ui->listWidgetHong, &QListWidget::itemSelectionChanged, this, &Macro::followSelection);
     connect(ui->listWidgetKey, &QListWidget::itemDoubleClicked, this, &Macro::on_Amend_clicked);
+    connect(ui->listWidgetKey, &EventRows::dropped, editor_, &EventEditor::moveTo);
     for (QWidget *each :
          std::initializer_list<QWidget *>{ui->listWidgetHong, ui->listWidgetKey, ui->ChooseEvent})
         each->installEventFilter(this);
@@ -151,7 +148,8 @@ void Macro::applyStyle()
     for (QSpinBox *each : {ui->DelayTime, ui->NumberEdit})
         each->setStyleSheet(style::spinBox(folder));
     styleComboBox(ui->ChooseEvent, folder);
-    for (QListWidget *list : {ui->listWidgetHong, ui->listWidgetKey})
+    static_cast<QListView *>(ui->ChooseEvent->view())->setRowHidden(0, true); // it inserts nothing
+    for (QListWidget *list : std::initializer_list<QListWidget *>{ui->listWidgetHong, ui->listWidgetKey})
         list->setStyleSheet(style::listView());
     ui->listWidgetHong->setItemDelegate(new MacroDelegate(ui->listWidgetHong));
     ui->listWidgetKey->setItemDelegate(new EventDelegate(ui->listWidgetKey));
@@ -169,32 +167,11 @@ void Macro::SlotAllLanguage(int index)
     setTexts(index);
 }
 
-void Macro::setMouseButtonNames(int language)
-{
-    MouseButtonTexts names;
-    const language::Texts events = language::choices("InsertEventOptions", language);
-    for (std::size_t i = 0; i < MouseButtonCount && !events.isEmpty(); ++i) {
-        const MouseButtonRow &row = MouseButtonTable[i];
-        names[i] = events.value(QLatin1String(row.textKey), QString::fromUtf8(row.text));
-    }
-    SetMouseButtonNames(names);
-}
-
-// A file holds codes, but a row holds the name, which a save looks up in the language in use.
 void Macro::renameRows(const MouseButtonTexts &before)
 {
-    const MouseButtonTexts &now = MouseButtonNames();
-    const auto renamed = [&](MacroRows rows) {
-        for (MacroRow &row : rows) {
-            const auto known = std::find(before.begin(), before.end(), row.text);
-            if (!row.text.isEmpty() && known != before.end())
-                row.text = now[std::size_t(known - before.begin())];
-        }
-        return rows;
-    };
-    events_.show(renamed(events_.rows()), events_.selectedRow());
+    events_.show(withButtonNames(events_.rows(), before), events_.selectedRow());
     for (Draft &draft : drafts_)
-        draft.rows = renamed(draft.rows);
+        draft.rows = withButtonNames(draft.rows, before);
 }
 
 void Macro::setTexts(int language)
@@ -208,6 +185,8 @@ void Macro::setTexts(int language)
     ui->StartRecord->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_R)); // a text takes it away
     ui->StartRecord->setToolTip(QStringLiteral("%1 (%2)").arg(
         ui->StartRecord->text(), ui->StartRecord->shortcut().toString(QKeySequence::NativeText)));
+    ui->StopRecord->setToolTip(text("StopByClick", language)); // no key reaches it
+    ui->ChooseEvent->setHint(text("ChooseInsertion", language));
     for (int item = 0; item < int(std::size(Insertions)); ++item)
         ui->ChooseEvent->setItemText(item, text(Insertions[item], language));
     nameWidgets(this, language);
@@ -348,7 +327,7 @@ void Macro::RenameMacro()
     shown_ = name;
     macros_.rename(before, name);
     moveMarks(before, name);
-    std::replace(saving_.begin(), saving_.end(), before, name);
+    saves_.rename(before, name);
     emit PostMsg::instance()->SigMacroRename(before, name);
 }
 
@@ -363,7 +342,7 @@ void Macro::DeleteMacro()
     emit PostMsg::instance()->SigDeleteMacroButton(text("MacroSeond") + name);
     release(name);
     setMissed(name, false);
-    std::replace(saving_.begin(), saving_.end(), name, QString());
+    saves_.forget(name);
     drafts_.remove(name); // a read during the notices deselects the macro, which makes one
     shown_.clear();
     macros_.remove(name);
@@ -375,15 +354,13 @@ void Macro::ExPortMacro()
 {
     if (refusesWhileRecording() || shown_.isEmpty() || refusesUnreadable())
         return;
-    QFileDialog dialog(this, QStringLiteral("FileSave"), documentsFolder(), QStringLiteral("File(*.ini)"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(QStringLiteral("ini"));
-    dialog.selectFile(shown_ + QStringLiteral(".ini"));
     const QString name = shown_;
     const MacroRows rows = events_.rows();
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    const QString path = filedialog::askForNewFile(this, QStringLiteral("File(*.ini)"), QStringLiteral("ini"),
+                                                   shown_ + QStringLiteral(".ini"));
+    if (path.isEmpty())
         return;
-    saveExportedMacro(dialog.selectedFiles().first(), {name, cycle_->mode(), rows},
+    saveExportedMacro(path, {name, cycle_->mode(), rows},
                       {iconBytes("MacroDown.png"), iconBytes("MacroUp.png"), iconBytes("MacroTime.png")});
 }
 
@@ -392,8 +369,7 @@ void Macro::InPortMacro()
 {
     if (refusesWhileRecording())
         return;
-    const QString path = QFileDialog::getOpenFileName(this, QStringLiteral("SelectFile"), documentsFolder(),
-                                                      QStringLiteral("File(*.ini)"));
+    const QString path = filedialog::askForFile(this, QStringLiteral("File(*.ini)"));
     const std::optional<ExportedMacro> imported = path.isEmpty() ? std::nullopt : loadExportedMacro(path);
     if (!imported || refusesName(imported->name) || !createMacro(imported->name))
         return;
@@ -406,29 +382,16 @@ void Macro::InPortMacro()
 
 void Macro::on_listWidgetHong_customContextMenuRequested(const QPoint &place)
 {
-    struct Entry {
-        const char *textKey;
-        void (Macro::*run)();
-        Qt::Key key;
+    const auto entry = [this](const char *textKey, void (Macro::*run)(), const QKeySequence &key = {}) {
+        return ListMenuEntry{text(textKey), [this, run] { (this->*run)(); }, key};
     };
-    static constexpr Entry OnItem[] = {{"MacroExport", &Macro::ExPortMacro, Qt::Key_unknown},
-                                       {"Rename", &Macro::RenameMacro, Qt::Key_F2},
-                                       {"Delete", &Macro::DeleteMacro, Qt::Key_Delete}};
-    static constexpr Entry OnEmpty[] = {{"NewMacro", &Macro::CreateMewMacro, Qt::Key_unknown},
-                                        {"MacroImport", &Macro::InPortMacro, Qt::Key_unknown}};
-    QMenu menu(this);
-    menu.setStyleSheet(menuStyle());
-    menu.setFont(ui->listWidgetHong->font());
-    const auto add = [this, &menu](const Entry &entry) {
-        QAction *action = menu.addAction(text(entry.textKey), this, entry.run);
-        if (entry.key != Qt::Key_unknown)
-            action->setShortcut(entry.key);
-    };
-    if (ui->listWidgetHong->itemAt(place))
-        std::for_each(std::begin(OnItem), std::end(OnItem), add);
-    else
-        std::for_each(std::begin(OnEmpty), std::end(OnEmpty), add);
-    menu.exec(ui->listWidgetHong->viewport()->mapToGlobal(place));
+    const bool onItem = ui->listWidgetHong->itemAt(place);
+    showListMenu(ui->listWidgetHong, place,
+                 onItem ? std::vector<ListMenuEntry>{entry("MacroExport", &Macro::ExPortMacro),
+                                                     entry("Rename", &Macro::RenameMacro, Qt::Key_F2),
+                                                     entry("Delete", &Macro::DeleteMacro, Qt::Key_Delete)}
+                        : std::vector<ListMenuEntry>{entry("NewMacro", &Macro::CreateMewMacro),
+                                                     entry("MacroImport", &Macro::InPortMacro)});
 }
 
 // ---- The mouse's macros ---------------------------------------------------------------------------
@@ -446,7 +409,7 @@ void Macro::SlotButtonToMacro(FlashDataMap DataMap, int KeyNumer)
     if (!taken.name.isEmpty()) {
         if (!macros_.contains(taken.name))
             macros_.insertBehindSelected(taken.name);
-        if (!recording_.isLocked()) // a recording keeps its macro
+        if (!recording_->isLocked()) // a recording keeps its macro
             macros_.select({});
         showState();
     }
@@ -503,28 +466,12 @@ void Macro::on_Save_clicked()
     markSaved();
     if (newEvents && tooLong)
         notice::ask<KeyNumberLimit>(this, NoticeOffset);
-    sendToMouse(name, newEvents, newCycle);
-}
-
-// The macro may be renamed or deleted while its rows wait to be sent, and another save may begin, which ends
-// before this one.
-void Macro::sendToMouse(const QString &name, bool events, bool cycle)
-{
-    saving_ << name;
-    if (events)
-        emit PostMsg::instance()->SigUpDataMacro(name, 0);
-    if (const QString now = saving_.last(); cycle && !now.isEmpty()) {
-        const LossWatch watch;
-        emit PostMsg::instance()->SigUpDataMacro(now, 1);
-        if (watch.isLost())
-            setMissed(now, true);
-    }
-    releaseSaved(saving_.takeLast());
+    releaseSaved(saves_.send(name, newEvents, newCycle));
 }
 
 void Macro::releaseSaved(const QString &name)
 {
-    if (!isUnsaved(name) && !saving_.contains(name))
+    if (!isUnsaved(name) && !saves_.contains(name))
         release(name);
 }
 
@@ -553,7 +500,7 @@ void Macro::showState()
                                : MacroRecording ? "PressKeys"
                                : isUnreadable() ? "MacroUnreadable"
                                                 : "NoEvents"));
-    ui->Discard->setVisible(unsaved_ && !recording_.isLocked());
+    ui->Discard->setVisible(unsaved_ && !recording_->isLocked());
     showHint(summary);
 }
 
@@ -578,13 +525,10 @@ void Macro::on_StartRecord_clicked()
     }
     if (refusesUnreadable())
         return;
-    ui->listWidgetKey->setFocus(); // not where the list of macros, disabled, would send it
-    recording_.showRunning();
-    emit PostMsg::instance()->SigStartRecord(0);
+    ui->listWidgetKey->setFocus();            // not where the list of macros, disabled, would send it
+    ui->listWidgetKey->setDragEnabled(false); // a drag takes the keys
+    recording_->start();
     eventsChanged_ = true;
-    keys_->start();
-    recorder_.start();
-    MacroRecording = true;
     events_.show({});
     holdUnsaved();
 }
@@ -595,29 +539,14 @@ void Macro::UpdateCapslockTip(int keyCode, bool downOrUp, bool)
         return;
     const std::optional<int> fixedDelay =
         ui->AutoInsertDelay->isChecked() ? std::nullopt : std::optional<int>(ui->DelayTime->value());
-    const Recorder::Rows rows = recorder_.take(keyCode, downOrUp, keys_->time(), fixedDelay);
+    const Recorder::Rows rows = recording_->take(keyCode, downOrUp, fixedDelay);
     if (rows.delayMs)
         AddDelayRow(*rows.delayMs);
     if (rows.key)
         AddKeyRow(*rows.key, downOrUp);
+    if (recording_->isFull())
+        recording_->endFull();
     showState();
-    if (recorder_.isFull())
-        endFull();
-}
-
-// What is typed does nothing until the notice, which opens behind the key's own event, is closed.
-void Macro::endFull()
-{
-    MacroRecording = false;
-    keys_->stopTelling();
-    recording_.showFull();
-    showState();
-    QTimer::singleShot(0, this, [this] {
-        notice::ask<KeyNumberLimit>(this, NoticeOffset);
-        keys_->stop();
-        if (recording_.isLocked())
-            ui->StopRecord->setFocus();
-    });
 }
 
 void Macro::on_StopRecord_clicked()
@@ -632,7 +561,7 @@ void Macro::on_StopRecord_clicked()
 // A recording that is left does not offer to save.
 void Macro::SlotSetMacroPage()
 {
-    if (!recording_.isLocked())
+    if (!recording_->isLocked())
         return;
     endRecording(RecordingPanel::Ending::Left);
     ui->Save->setEnabled(false);
@@ -640,13 +569,10 @@ void Macro::SlotSetMacroPage()
 
 void Macro::endRecording(RecordingPanel::Ending ending)
 {
-    keys_->settle();
-    MacroRecording = false;
-    keys_->stop();
     if (ui->StopRecord->hasFocus())
         ui->listWidgetKey->setFocus(); // not where the hidden button would send it
-    recording_.showEnded(ending);
-    emit PostMsg::instance()->SigStartRecord(1);
+    recording_->end(ending);
+    ui->listWidgetKey->setDragEnabled(true);
     showState();
 }
 
@@ -674,33 +600,11 @@ void Macro::AddDelayRow(qint64 milliseconds)
     events_.select(ui->listWidgetKey->count() - 2);
 }
 
-void Macro::showEdited(const rowediting::Editing &edited)
-{
-    events_.show(edited.rows, edited.selected);
-    eventsChanged_ = true;
-    markUnsaved();
-}
+void Macro::InsertKeyRow(const QString &name, bool press) { editor_->insertKey(name, press); }
 
-void Macro::InsertKeyRow(const QString &name, bool press)
-{
-    rowediting::Editing list = events_.editing();
-    if (rowediting::insertKey(list, name, press))
-        showEdited(list);
-}
+void Macro::InsertClickRows(const QString &name) { editor_->insertClick(name); }
 
-void Macro::InsertClickRows(const QString &name)
-{
-    rowediting::Editing list = events_.editing();
-    if (rowediting::insertClick(list, name))
-        showEdited(list);
-}
-
-void Macro::InsertDelayRow(int milliseconds)
-{
-    rowediting::Editing list = events_.editing();
-    if (rowediting::insertDelay(list, milliseconds))
-        showEdited(list);
-}
+void Macro::InsertDelayRow(int milliseconds) { editor_->insertDelay(milliseconds); }
 
 void Macro::on_listWidgetKey_itemChanged()
 {
@@ -712,71 +616,56 @@ void Macro::on_ChooseEvent_activated(int index)
 {
     if (index < 0 || index >= int(std::size(Insertions)))
         return;
-    const InsertionRow &row = Insertions[index];
     ui->ChooseEvent->setCurrentIndex(0); // so that the same one can be chosen again by the keyboard
-    if (refusesUnreadable())
-        return;
-    if (row.what == Insertion::Press || row.what == Insertion::Release) {
-        addKey dialog;
-        dialog.openOver(this, InputDialogOffset);
-        if (dialog.isAccepted() && !shown_.isEmpty())
-            InsertKeyRow(dialog.keyName(), row.what == Insertion::Press);
-    } else if (row.what == Insertion::Delay) {
-        AddDelayTime dialog;
-        dialog.openOver(this, InputDialogOffset);
-        if (dialog.isAccepted() && !shown_.isEmpty() && events_.selectedRow() != rowediting::NoRow)
-            InsertDelayRow(dialog.milliseconds());
-    } else if (row.what == Insertion::Click && !shown_.isEmpty()) {
-        InsertClickRows(MouseNameFromBit(row.bit));
-    }
+    if (!refusesUnreadable())
+        editor_->insert(Insertions[index]);
 }
 
 void Macro::on_Amend_clicked()
 {
-    if (refusesWhileRecording() || events_.selectedRow() == rowediting::NoRow)
-        return;
-    QString text;
-    if (events_.rows()[events_.selectedRow()].isDelay()) {
-        AddDelayTime dialog;
-        dialog.openOver(this, InputDialogOffset);
-        if (!dialog.isAccepted())
-            return;
-        text = delayRow(quint32(dialog.milliseconds())).text;
-    } else {
-        addKey dialog;
-        dialog.openOver(this, InputDialogOffset);
-        if (!dialog.isAccepted())
-            return;
-        text = dialog.keyName();
-    }
-    if (const int row = events_.selectedRow(); row != rowediting::NoRow)
-        ui->listWidgetKey->item(row)->setText(text);
+    if (!refusesWhileRecording())
+        editor_->amend();
 }
 
-// Clearing a short list is no change that a mouse is told of.
 void Macro::on_DeleteKey_clicked()
 {
-    if (refusesWhileRecording() || shown_.isEmpty() || refusesUnreadable())
+    if (!refusesWhileRecording() && !shown_.isEmpty() && !refusesUnreadable())
+        editor_->remove();
+}
+
+void Macro::moveSelected(int steps)
+{
+    if (!refusesWhileRecording() && !shown_.isEmpty() && !refusesUnreadable())
+        editor_->move(steps);
+}
+
+void Macro::on_listWidgetKey_customContextMenuRequested(const QPoint &place)
+{
+    if (recording_->isLocked() || !ui->listWidgetKey->itemAt(place))
         return;
-    rowediting::Editing list = events_.editing();
-    const bool isShort = list.rows.size() < rowediting::ShortList;
-    if (!rowediting::remove(list))
-        return;
-    const bool before = eventsChanged_;
-    showEdited(list);
-    eventsChanged_ = before || !isShort;
+    showListMenu(ui->listWidgetKey, place,
+                 {{text("Modify"), [this] { on_Amend_clicked(); }, Qt::Key_F2},
+                  {text("MoveUp"), [this] { moveSelected(-1); }, Qt::ALT + Qt::Key_Up},
+                  {text("MoveDown"), [this] { moveSelected(1); }, Qt::ALT + Qt::Key_Down},
+                  {text("Delete"), [this] { on_DeleteKey_clicked(); }, Qt::Key_Delete}});
 }
 
 // ---- The page -----------------------------------------------------------------------------------
 
-bool Macro::runListKey(const QObject *list, int key)
+bool Macro::runListKey(const QObject *list, const QKeyEvent &event)
 {
+    const int key = event.key();
     if (list == ui->ChooseEvent) {
         if (ui->ChooseEvent->view()->isVisible())
             return false;
         if (key == Qt::Key_Up || key == Qt::Key_Down)
             ui->ChooseEvent->showPopup();
         return std::find(std::begin(HarmlessKeys), std::end(HarmlessKeys), key) == std::end(HarmlessKeys);
+    }
+    if (list == ui->listWidgetKey && event.modifiers() == Qt::AltModifier &&
+        (key == Qt::Key_Up || key == Qt::Key_Down)) {
+        moveSelected(key == Qt::Key_Up ? -1 : 1);
+        return true;
     }
     if (key != Qt::Key_F2 && key != Qt::Key_Delete)
         return false;
@@ -791,7 +680,7 @@ bool Macro::runListKey(const QObject *list, int key)
 // Arrow keys, letters and the like would insert an event, since a choice acts at once.
 bool Macro::eventFilter(QObject *watched, QEvent *event)
 {
-    return event->type() == QEvent::KeyPress && runListKey(watched, static_cast<QKeyEvent *>(event)->key());
+    return event->type() == QEvent::KeyPress && runListKey(watched, *static_cast<QKeyEvent *>(event));
 }
 
 // The folder may have changed meanwhile.

@@ -11,15 +11,16 @@
 #include "keys/KeyVocabulary.h"
 #include "macro/EventList.h"
 #include "macro/MacroList.h"
-#include "macro/Recorder.h"
 #include "macro/RecordingPanel.h"
+#include "macro/SavesUnderWay.h"
 
 #include <QHash>
 #include <QWidget>
 #include <memory>
 
 class CycleChoice;
-class RecordingKeys;
+class EventEditor;
+class RecordingSession;
 
 namespace Ui
 {
@@ -64,6 +65,7 @@ public slots:
     void on_DeleteHong_clicked() { DeleteMacro(); }
     void on_listWidgetHong_clicked();
     void on_listWidgetHong_customContextMenuRequested(const QPoint &place);
+    void on_listWidgetKey_customContextMenuRequested(const QPoint &place);
     void on_listWidgetKey_itemChanged();
     void on_StartRecord_clicked();
     void on_StopRecord_clicked();
@@ -90,7 +92,6 @@ private:
 
     void applyStyle();
     void connectSignals();
-    void setMouseButtonNames(int language);
     void renameRows(const MouseButtonTexts &before);
     void setTexts(int language);
 
@@ -104,11 +105,10 @@ private:
     bool isUnreadable() const;
     void ask(const char *textKey); // a notice with this text of the section "macro"
 
-    bool runListKey(const QObject *list, int key);
+    bool runListKey(const QObject *list, const QKeyEvent &event);
+    void moveSelected(int steps);
 
-    void showEdited(const macro::rowediting::Editing &edited);
     bool isUnsaved(const QString &name) const;
-    void sendToMouse(const QString &name, bool events, bool cycle);
     void releaseSaved(const QString &name);
     void holdUnsaved();
     void markUnsaved(); // and light up Save
@@ -117,19 +117,17 @@ private:
     void showHint(const macro::rowediting::Summary &summary);
 
     void endRecording(RecordingPanel::Ending ending);
-    void endFull();
 
     std::unique_ptr<Ui::Macro> ui;
     MacroList macros_;
     EventList events_;
     CycleChoice *cycle_;
-    RecordingKeys *keys_;
-    Recorder recorder_;
-    RecordingPanel recording_;
+    RecordingSession *recording_;
+    EventEditor *editor_;
     QString shown_;                // the macro whose rows are shown; empty for none
     QHash<QString, Draft> drafts_; // of macros that are not shown
     bool eventsChanged_ = false;
     bool cycleChanged_ = false;
     bool unsaved_ = false; // the shown macro
-    QStringList saving_;   // macros on their way to the mouse, by their present names; a deleted one is empty
+    SavesUnderWay saves_;
 };

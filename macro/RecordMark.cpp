@@ -51,8 +51,8 @@ void RecordMark::paintEvent(QPaintEvent *)
     const qint64 seconds = clock_.elapsed() / 1000;
     const QString time = QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
     painter.setPen(color());
-    painter.drawText(rect().adjusted(TextLeft, 0, 0, 0), Qt::AlignVCenter | Qt::TextSingleLine,
-                     text_ + QStringLiteral("  ") + time);
+    style()->drawItemText(&painter, rect().adjusted(TextLeft, 0, 0, 0), Qt::AlignVCenter | Qt::TextSingleLine,
+                          palette(), true, text_ + QStringLiteral("  ") + time, QPalette::NoRole);
 }
 
 void RecordMark::showEvent(QShowEvent *event)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/FileDialog.h"
 
+#include "presentation/Widgets.h"
+
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileIconProvider>
@@ -37,6 +39,7 @@ QString run(QFileDialog &dialog)
     static NoIcons icons; // the dialog keeps asking for them until its own end
     dialog.setIconProvider(&icons);
     fitColumns(dialog);
+    passWheels(&dialog);
     for (const QDialogButtonBox *box : dialog.findChildren<QDialogButtonBox *>())
         for (QAbstractButton *button : box->buttons())
             button->setIcon(QIcon());

@@ -20,11 +20,20 @@ constexpr double BarRadius = 5;
 constexpr int RoundFrom = 20;
 constexpr int RoundTo = 28;
 
-bool fromKeyboard(const QEvent *event)
+// The toolkit sends a dialog's first widget such an event before the widget has the focus.
+bool fromKeyboard(const QWidget *widget, const QEvent *event)
 {
+    if (!widget->hasFocus())
+        return false;
     const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
            reason == Qt::ShortcutFocusReason;
+}
+
+// A window that becomes active between two changes of the focus tells the first control nothing.
+bool isTurnedOff(const QWidget *control, const QEvent *event)
+{
+    return event->type() == QEvent::EnabledChange && !control->isEnabled();
 }
 
 // Of a check box its mark and its text, which may be much narrower than the widget.
@@ -114,12 +123,14 @@ FocusRing::~FocusRing() = default;
 bool FocusRing::eventFilter(QObject *watched, QEvent *event)
 {
     const QEvent::Type type = event->type();
-    if (type == QEvent::FocusIn && watched->isWidgetType() && fromKeyboard(event)) {
+    if (type == QEvent::FocusIn && watched->isWidgetType() &&
+        fromKeyboard(static_cast<QWidget *>(watched), event)) {
         surround(static_cast<QWidget *>(watched));
     } else if (control_ && outline_ && (type == QEvent::Move || type == QEvent::Resize)) {
         if (watched == control_ || (watched->isWidgetType() && isBetween(static_cast<QWidget *>(watched))))
             outline_->follow(control_);
-    } else if (control_ && watched == control_ && (type == QEvent::FocusOut || type == QEvent::Hide)) {
+    } else if (control_ && watched == control_ &&
+               (type == QEvent::FocusOut || type == QEvent::Hide || isTurnedOff(control_, event))) {
         control_ = nullptr;
         if (outline_)
             outline_->hide();

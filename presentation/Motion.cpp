@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/Motion.h"
 
+#include "environment/DesktopSettings.h"
 #include "presentation/SkinPalette.h"
 
 #include <QAbstractButton>
 #include <QGraphicsOpacityEffect>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPropertyAnimation>
 #include <QSettings>
@@ -32,17 +34,21 @@ constexpr Wish Wishes[] = {
 class Cover : public QWidget
 {
 public:
-    Cover(const QPixmap &picture, QWidget *covered) : QWidget(covered), picture_(picture)
+    Cover(const QPixmap &picture, const QRect &part, QWidget *covered) : QWidget(covered), picture_(picture)
     {
+        delete covered->findChild<QWidget *>(CoverName,
+                                             Qt::FindDirectChildrenOnly); // that of a change before
         setObjectName(CoverName);
         setAttribute(Qt::WA_TransparentForMouseEvents);
-        resize(covered->size());
+        setGeometry(part);
         fade_.setStartValue(1.0);
         fade_.setEndValue(0.0);
         fade_.setDuration(MotionMs);
         connect(&fade_, &QVariantAnimation::valueChanged, this, QOverload<>::of(&QWidget::update));
         connect(&fade_, &QVariantAnimation::finished, this, &QObject::deleteLater);
         fade_.start();
+        raise();
+        show();
     }
 
 protected:
@@ -58,10 +64,22 @@ private:
     QVariantAnimation fade_;
 };
 
+bool serverWantsNone()
+{
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return false;
+    const QByteArray settings = desktopSettings();
+    return desktopNumber(settings, "Gtk/EnableAnimations") == 0 ||
+           desktopNumber(settings, "Net/EnableAnimations") == 0;
+}
+
 } // namespace
 
 int motionTime()
 {
+    static const bool none = serverWantsNone();
+    if (none)
+        return 0;
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     for (const Wish &wish : Wishes) {
         const QSettings settings(folder + QLatin1Char('/') + QLatin1String(wish.file), QSettings::IniFormat);
@@ -77,12 +95,23 @@ void switchSoftly(QAbstractButton *button, const QString &folder)
     const auto cover = [button, folder](bool on) {
         if (!button->isVisible() || motionTime() == 0)
             return;
-        delete button->findChild<QWidget *>(CoverName);
         const QString before = folder + (on ? QStringLiteral("Close.png") : QStringLiteral("Open.png"));
-        (new Cover(skinPicture(before, button), button))->show();
+        new Cover(skinPicture(before, button), button->rect(), button);
     };
     // Queued, so that the desktop's settings are read behind the edit that the switch makes.
     QObject::connect(button, &QAbstractButton::toggled, button, cover, Qt::QueuedConnection);
+}
+
+SoftChange::SoftChange(QWidget *ground, const QRect &part) : ground_(ground), part_(part)
+{
+    if (!part.isEmpty() && ground->isVisible() && motionTime() > 0)
+        before_ = ground->grab(part);
+}
+
+SoftChange::~SoftChange()
+{
+    if (!before_.isNull())
+        new Cover(before_, part_, ground_);
 }
 
 void fadeIn(QWidget *widget)

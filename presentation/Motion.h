@@ -5,13 +5,34 @@
 // the desktop's settings ask for none. Main thread.
 #pragma once
 
+#include <QPixmap>
+#include <QRect>
+
 class QAbstractButton;
 class QString;
 class QWidget;
 
-// Milliseconds; 0 when the user has turned the desktop's animations off.
+// Milliseconds; 0 when the user has turned the desktop's animations off. The first call asks the settings
+// manager, so make none before the window is shown.
 int motionTime();
 // When the switch is switched, its picture fades into the other one. `folder`: that of style::switchButton().
 void switchSoftly(QAbstractButton *button, const QString &folder);
+
+// While it lives, a part of the widget changes; then what showed there fades into what shows now, which can
+// be used at once.
+class SoftChange
+{
+public:
+    SoftChange(QWidget *ground, const QRect &part);
+    ~SoftChange();
+    SoftChange(const SoftChange &) = delete;
+    SoftChange &operator=(const SoftChange &) = delete;
+
+private:
+    QWidget *ground_;
+    QRect part_;
+    QPixmap before_;
+};
+
 // The widget fades in. Show it first.
 void fadeIn(QWidget *widget);

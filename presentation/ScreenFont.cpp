@@ -10,7 +10,8 @@
 void scaleFontsToScreen(QWidget *window)
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
-    const double dotsPerInch = screen ? screen->logicalDotsPerInchX() : 0;
+    // Whole dots: servers work them out from a size in whole millimetres.
+    const int dotsPerInch = screen ? qRound(screen->logicalDotsPerInchX()) : 0;
     if (dotsPerInch > 0)
         scaleFonts(window, 96.0 / dotsPerInch);
 }

@@ -4,6 +4,7 @@
 
 #include "presentation/ComboList.h"
 #include "presentation/FocusRing.h"
+#include "presentation/SkinStyle.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/ToolTips.h"
 
@@ -12,7 +13,6 @@
 #include <QListView>
 #include <QPalette>
 #include <QPixmap>
-#include <QStyleFactory>
 #include <QToolTip>
 #include <cmath>
 
@@ -43,7 +43,7 @@ void applySkin()
 {
     const QColor ground = skinColor("ComboxBackGroundColor");
     const QColor ink = skinColor("LabelColor");
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new SkinStyle);
     QPalette palette(ink, ground.lighter(120), ground.lighter(150), ground.darker(150), ground.lighter(110),
                      ink, Qt::white, ground.darker(120), ground);
     palette.setColor(QPalette::Highlight, skinColor("ComboxSelectColor"));
@@ -64,6 +64,7 @@ void styleComboBox(QComboBox *box, const QString &folder)
     // Set before the view: QComboBox asks its style only once whether the list gets a scroll bar.
     box->setStyleSheet(style::comboBox(folder, style::color("ComboxTextColor"), selectColor));
     box->setView(list);
+    list->setFont(box->font()); // a window of its own, it would have the desktop's
     box->setMaxVisibleItems(VisibleItems);
     frameComboList(box, folder + QStringLiteral("ComboboxTextBack.png"));
 }

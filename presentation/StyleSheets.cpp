@@ -27,6 +27,7 @@ constexpr char TitleButton[] =
     "QToolButton{border:0px;background-image: url(%P%1.png);background-position:center;"
     "background-repeat:no-repeat;}QToolButton:hover{background-image: url(%P%1Hover.png);}"
     "QToolButton:pressed{background-image: url(%P%1Click.png);}";
+constexpr char TitleButtonOff[] = "QToolButton:disabled{background-image: url(%P%1Off.png);}";
 constexpr char Arrow[] = "QToolButton{border-image: url(%P%1.png);}"
                          "QToolButton:hover{border-image: url(%P%1Click.png);}";
 constexpr char TextButton[] =
@@ -195,6 +196,15 @@ constexpr char SpinBox[] =
 constexpr char Description[] = "QTextEdit{color: rgb(%1);background: transparent;border: 0px;}";
 constexpr char NumberBox[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                              "border-radius: 6px;}";
+// Buttons of any size, which pictures would distort.
+constexpr char ColorDialog[] =
+    "QPushButton{color: rgb(%1);background: palette(button);border: 1px solid rgb(%2);border-radius: 6px;"
+    "padding: 6px 16px;}"
+    "QPushButton:default{background: rgb(%4);border-color: rgb(%3);}"
+    "QPushButton:hover{border-color: rgb(%1);}QPushButton:pressed{background: palette(base);}"
+    "QFrame{border: 1px solid rgb(%2);}QLabel{border: 0px;color: rgb(%1);}"
+    "QSpinBox,QLineEdit{min-height: 26px;}";
+constexpr char PrimaryPlate[] = "0,112,74"; // as in the pictures of the filled button
 
 QString listed(const QColor &color)
 {
@@ -228,6 +238,11 @@ QString dialogBackground(const QString &folder, const QString &frameName)
 QString titleButton(const QString &folder, const QString &stem)
 {
     return compose(TitleButton, folder, {stem});
+}
+
+QString titleButtonOff(const QString &folder, const QString &stem)
+{
+    return compose(TitleButtonOff, folder, {stem});
 }
 
 QString arrow(const QString &folder, const QString &stem) { return compose(Arrow, folder, {stem}); }
@@ -418,6 +433,14 @@ QString numberBox()
 {
     return compose(NumberBox, {},
                    {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
+}
+
+QString colorDialog(const QString &folder)
+{
+    return spinBox(folder) + lineEdit() +
+           compose(ColorDialog, {},
+                   {color("ButtonColor"), listed(outlineColor()), color("SliderColor"),
+                    QLatin1String(PrimaryPlate)});
 }
 
 } // namespace style

@@ -24,6 +24,8 @@ QString windowBackground(const QString &folder, const QString &frameName);
 QString dialogBackground(const QString &folder, const QString &frameName);
 // Stem, stem + "Hover", stem + "Click".
 QString titleButton(const QString &folder, const QString &stem);
+// Append to titleButton(): the button while it is disabled, stem + "Off".
+QString titleButtonOff(const QString &folder, const QString &stem);
 // Stem and stem + "Click", which is shown under the pointer.
 QString arrow(const QString &folder, const QString &stem);
 // Stem, stem + "Hover", stem + "Click".
@@ -100,6 +102,8 @@ QString lineEdit();
 QString spinBox(const QString &folder);
 // A number to type that has buttons of its own beside it.
 QString numberBox();
+// The toolkit's dialog for a colour, with "Up" and "Down" in its number fields.
+QString colorDialog(const QString &folder);
 
 // A DPI stage, and below it the bar in its colour `fill`; selected ones use other pictures.
 QString stageButton(const QString &folder, const QString &color, bool selected);

@@ -4,12 +4,14 @@
 
 #include "presentation/Motion.h"
 #include "presentation/SkinPalette.h"
+#include "presentation/SkinStyle.h"
 #include "presentation/StyleSheets.h"
 
 #include <QApplication>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QPainter>
+#include <QTextDocument>
 #include <QToolTip>
 
 namespace
@@ -36,6 +38,18 @@ QRect anchorOf(const QWidget *widget, const QPoint &pointer)
         return QRect(widget->window()->mapFromGlobal(pointer), QSize(1, 1))
             .adjusted(0, -AnchorGap, 0, AnchorGap);
     return QRect(widget->mapTo(widget->window(), QPoint()), widget->size());
+}
+
+// A text that is elided is read in the tip.
+QString tipOf(QWidget *widget)
+{
+    const QString hidden = SkinStyle::elidedText(widget);
+    const QString tip = widget->toolTip();
+    if (hidden.isEmpty() || tip.contains(hidden))
+        return tip;
+    if (Qt::mightBeRichText(tip))
+        return QStringLiteral("<p>%1</p>").arg(hidden.toHtmlEscaped()) + tip;
+    return tip.isEmpty() ? hidden : hidden + QLatin1Char('\n') + tip;
 }
 
 // Below the anchor, or above it where there is no room below.
@@ -107,9 +121,10 @@ bool ToolTips::eventFilter(QObject *watched, QEvent *event)
     const QEvent::Type type = event->type();
     if (type == QEvent::ToolTip && watched->isWidgetType()) {
         auto *widget = static_cast<QWidget *>(watched);
-        if (widget->toolTip().isEmpty())
+        const QString tip = tipOf(widget);
+        if (tip.isEmpty())
             return false;
-        show(widget, static_cast<QHelpEvent *>(event)->globalPos());
+        show(widget, tip, static_cast<QHelpEvent *>(event)->globalPos());
         return true;
     }
     if (owner_ && (endsTip(type) || (watched == owner_ && (type == QEvent::Leave || type == QEvent::Hide))))
@@ -117,7 +132,7 @@ bool ToolTips::eventFilter(QObject *watched, QEvent *event)
     return false;
 }
 
-void ToolTips::show(QWidget *widget, const QPoint &pointer)
+void ToolTips::show(QWidget *widget, const QString &tip, const QPoint &pointer)
 {
     QWidget *window = widget->window();
     if (bubble_ && bubble_->parentWidget() != window)
@@ -125,7 +140,7 @@ void ToolTips::show(QWidget *widget, const QPoint &pointer)
     if (!bubble_)
         bubble_ = new Bubble(window);
     owner_ = widget;
-    bubble_->setTip(widget->toolTip(), window->width() - 2 * Edge);
+    bubble_->setTip(tip, window->width() - 2 * Edge);
     bubble_->move(placeOf(bubble_->size(), anchorOf(widget, pointer), window->rect()));
     bubble_->raise();
     bubble_->show();

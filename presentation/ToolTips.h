@@ -24,7 +24,7 @@ private:
     class Bubble;
 
     ToolTips();
-    void show(QWidget *widget, const QPoint &pointer);
+    void show(QWidget *widget, const QString &tip, const QPoint &pointer);
     void hide();
 
     QPointer<QWidget> owner_;

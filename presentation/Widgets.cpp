@@ -14,8 +14,36 @@
 namespace
 {
 constexpr int ProgressStepMs = 20;
+constexpr double HintOpacity = 0.6;
 constexpr int FillHeight = 4; // of the sheets' grooves
+
+class WheelFilter : public QObject
+{
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() != QEvent::Wheel)
+            return false;
+        event->ignore(); // so that it goes on to what lies below
+        return true;
+    }
+};
+
 } // namespace
+
+void passWheels(QWidget *dialog)
+{
+    auto *const filter = new WheelFilter(dialog);
+    for (QWidget *widget : dialog->findChildren<QWidget *>()) {
+        if (!qobject_cast<QComboBox *>(widget) && !qobject_cast<QAbstractSpinBox *>(widget))
+            continue;
+        widget->setFocusPolicy(Qt::StrongFocus);
+        widget->installEventFilter(filter);
+    }
+}
 
 void stopTabAtChecked(const QList<QAbstractButton *> &choices)
 {
@@ -134,6 +162,12 @@ void MyConmboBox::mousePressEvent(QMouseEvent *event)
     QComboBox::mousePressEvent(event);
 }
 
+void MyConmboBox::setHint(const QString &hint)
+{
+    hint_ = hint;
+    update();
+}
+
 void MyConmboBox::paintEvent(QPaintEvent *)
 {
     QStylePainter painter(this);
@@ -141,6 +175,10 @@ void MyConmboBox::paintEvent(QPaintEvent *)
     QStyleOptionComboBox option;
     initStyleOption(&option);
     painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    if (option.currentText.isEmpty()) {
+        option.currentText = hint_;
+        painter.setOpacity(HintOpacity);
+    }
     if (option.frame) {
         painter.drawControl(QStyle::CE_ComboBoxLabel, option);
         return;

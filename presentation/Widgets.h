@@ -38,6 +38,9 @@ protected:
     void wheelEvent(QWheelEvent *event) override { event->ignore(); }
 };
 
+// The same for the boxes of a dialog of the toolkit's own.
+void passWheels(QWidget *dialog);
+
 // A press jumps to the place under the pointer; the parent then gets an event of type Jumped. A slider that
 // is disabled, hidden or blocked by a modal window gets no release, and with the press kept, it would go on
 // with its repeated steps, and a pointer that passes over it later would drag it; so each of these ends the
@@ -68,7 +71,8 @@ private:
     bool asking_ = false;     // enabledBy() runs its question
 };
 
-// Remembers the index at each press, and paints its item without the native look.
+// Remembers the index at each press, and paints its item without the native look. In the place of an item
+// without a text it paints the hint, dimmed.
 class MyConmboBox : public WheelPasses<QComboBox>
 {
     Q_OBJECT
@@ -76,6 +80,7 @@ class MyConmboBox : public WheelPasses<QComboBox>
 public:
     using WheelPasses::WheelPasses;
     int pressedIndex() const { return indexAtPress_; }
+    void setHint(const QString &hint);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -83,6 +88,7 @@ protected:
 
 private:
     int indexAtPress_ = -1;
+    QString hint_;
 };
 
 class MySpinBox : public WheelPasses<QSpinBox>

@@ -123,13 +123,21 @@ expect()
     die "$name did not start."
 }
 
-start_display()
+# start_server [size [option of Xvfb …]]: a display without a window manager.
+start_server()
 {
     # Xvfb looks for a free display itself and writes its number to descriptor 3.
-    start Xvfb Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$work/display"
+    # 96 dots per inch are those of most desktops; its own default is 100.
+    start Xvfb Xvfb -displayfd 3 -dpi 96 -screen 0 "${1:-1280x900}x24" -nolisten tcp "${@:2}" 3>"$work/display"
     expect Xvfb 20 grep -qs . "$work/display"
     DISPLAY=:$(cat "$work/display")
     export DISPLAY
+}
+
+# start_display …: the same with one.
+start_display()
+{
+    start_server "$@"
     start openbox openbox --sm-disable --startup "touch $work/managed"
     expect openbox 20 test -e "$work/managed"
 }

@@ -8,6 +8,7 @@
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "hub/PostMsg.h"
+#include "presentation/ColorDialog.h"
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/SkinPalette.h"
@@ -19,7 +20,6 @@
 
 #include <QButtonGroup>
 #include <QColorDialog>
-#include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <cstring>
@@ -295,10 +295,7 @@ void SensorDPI::barToggled(int stage, bool checked)
 // Created at its first use, since it takes longer to build than the whole panel.
 void SensorDPI::makePicker()
 {
-    ColorPicker_ = new QColorDialog(this);
-    ColorPicker_->setOption(QColorDialog::DontUseNativeDialog);
-    for (QAbstractButton *button : ColorPicker_->findChild<QDialogButtonBox *>()->buttons())
-        button->setIcon(QIcon()); // the program's other buttons have no icons
+    ColorPicker_ = makeColorDialog(this);
     connect(ColorPicker_, &QColorDialog::colorSelected, this,
             [this](const QColor &color) { recolor(pickedStage_, color); });
 }

@@ -4,9 +4,12 @@
 
 #include "device/FirmwareImage.h"
 #include "environment/DataRoot.h"
+#include "environment/MainThread.h"
 #include "environment/Thread.h"
 
 #include <QFile>
+#include <QTimer>
+#include <atomic>
 #include <mutex>
 #include <utility>
 
@@ -20,6 +23,7 @@ enum UpgradeReport : uint8_t { Marker = 7, Percent = 1, End = 2, Success = 1 };
 struct Run {
     std::mutex mutex; // not held while a handler is called
     FlashHandlers handlers;
+    std::atomic<uint64_t> heard{0}; // starts and reports of all runs
 };
 
 // Never destroyed: the layer may still report when the process ends.
@@ -31,6 +35,7 @@ Run &run()
 
 FlashHandlers handlers()
 {
+    ++run().heard;
     const std::lock_guard lock(run().mutex);
     return run().handlers;
 }
@@ -48,6 +53,12 @@ void end(bool succeeded, bool started)
         last.result(succeeded, started);
 }
 
+bool isRunning()
+{
+    const std::lock_guard lock(run().mutex);
+    return bool(run().handlers.result);
+}
+
 void onUpgrade(const uint8_t *data)
 {
     if (data[0] != Marker)
@@ -58,6 +69,17 @@ void onUpgrade(const uint8_t *data)
     } else if (data[1] == End) {
         end(data[2] == Success, true);
     }
+}
+
+// Main thread. Without it no state of the dialog would lead out of a library that never ends.
+void watchSilence(uint64_t heard)
+{
+    QTimer::singleShot(int(flashrun::SilenceMs), [heard] {
+        if (run().heard == heard)
+            end(false, true);
+        else if (isRunning())
+            watchSilence(run().heard);
+    });
 }
 
 // The disk and the search for the device take their time, so the main thread does not wait for them.
@@ -78,6 +100,7 @@ void flashrun::start(const QByteArray &image, const UpdateFailRecord &record, co
         const std::lock_guard lock(run().mutex);
         run().handlers = handlers;
     }
+    runOnMainThread([heard = uint64_t(++run().heard)] { watchSilence(heard); });
     if (!startThread([image, record] { begin(image, record); }))
         end(false, false);
 }

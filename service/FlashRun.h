@@ -9,6 +9,7 @@
 #include "service/UpdateFailRecord.h"
 
 #include <QByteArray>
+#include <atomic>
 #include <functional>
 
 struct FlashHandlers {
@@ -20,7 +21,11 @@ struct FlashHandlers {
 namespace flashrun
 {
 
-// Returns at once. The handlers are called on other threads, one call at a time, `result` last and once;
+// A run of which the layer says nothing for so long has failed. Its own limit for a whole upgrade is shorter.
+// Tests shorten it; otherwise constant.
+inline std::atomic<int> SilenceMs{180000};
+
+// Returns at once. The handlers are called on any thread, one call at a time, `result` last and once;
 // from inside it another run may start.
 void start(const QByteArray &image, const UpdateFailRecord &record, const FlashHandlers &handlers);
 

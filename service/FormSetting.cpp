@@ -53,6 +53,13 @@ struct Columns {
 constexpr Columns VersionColumns[] = {{220, 220}, {150, 150}};
 constexpr Columns OtherColumns = {235, 235};
 
+// As people read it: the home folder is "~".
+QString homely(const QString &path)
+{
+    const QString home = QDir::homePath() + QLatin1Char('/');
+    return path.startsWith(home) ? QStringLiteral("~/") + path.mid(home.size()) : path;
+}
+
 QString autoStartSection() { return QStringLiteral("AutoStart"); }
 QString autoStartKey() { return QStringLiteral("Enable"); }
 QString autoStartOn() { return QStringLiteral("1"); }
@@ -336,7 +343,7 @@ void FormSetting::setFileTexts(int index)
     setTextOf(ui->OpenFolder, language::text(Section::Settings, "OpenFolder", index));
     ui->label_16->setToolTip(dataRoot());
     ui->label_16->setText(
-        ui->label_16->fontMetrics().elidedText(dataRoot(), Qt::ElideMiddle, ui->label_16->width()));
+        ui->label_16->fontMetrics().elidedText(homely(dataRoot()), Qt::ElideMiddle, ui->label_16->width()));
     ui->pushButton->setToolTip(ui->pushButton->isEnabled()
                                    ? QString()
                                    : language::text(Section::Settings, "NoMouseSettings", index));

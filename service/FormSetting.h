@@ -22,6 +22,9 @@ namespace Ui
 class FormSetting;
 }
 
+// What the page shows behind "Version": the release whose files and settings this program shares. It stands
+// for the formats and stays when the program itself gets a new version, which is that of the project in
+// CMakeLists.txt.
 constexpr char ProgramVersion[] = "1.0.2.0";
 
 class FormSetting : public PageSurface, private UpgradePage

@@ -100,7 +100,8 @@ void Match::applyStyle()
 {
     const QString ink = style::color("LabelColor");
     ui->MatchA->setStyleSheet(style::dialogBackground(pictures_, ui->MatchA->objectName()));
-    ui->CloseButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Close")));
+    ui->CloseButton->setStyleSheet(style::titleButton(pictures_, QStringLiteral("Close")) +
+                                   style::titleButtonOff(pictures_, QStringLiteral("Close")));
     ui->title->setStyleSheet(style::heading());
     ui->label->setStyleSheet(style::label(ink));
     ui->textEdit->setStyleSheet(style::instructions());

@@ -126,51 +126,64 @@ void flash(const Plan &plan, int target)
                     isReceiver ? plan.failed : recordOf(plan, target), handlers);
 }
 
-} // namespace
-
-GateVerdict RepairRoute::checkRecord(const std::vector<DeviceAllInfo> &attached, const QString &text)
+GateVerdict checkRecord(const std::vector<DeviceAllInfo> &attached, const QString &text)
 {
     const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
     const auto image = [&record](int target) { return modelOf(record).findForRepair(target); };
     const GateQuestions questions = {
         [&image](int target, int, bool) { return !image(target).isEmpty(); },
         [&image](int target, int) { return findBootDevices(image(target), BootLoaderLimit); }};
-    const GateVerdict verdict = repairGate(attached, text, questions);
-    if (verdict.recordIsSenseless)
-        UpdateFailRecord::takeAway(text);
+    GateVerdict verdict = repairGate(attached, text, questions);
+    const auto offer = [&verdict, &image](bool isWritten, int target) {
+        if (verdict.ready && isWritten)
+            verdict.offers.push_back({target, {}, firmwareVersion(image(target))});
+    };
+    offer(verdict.receiverNew, TargetReceiver);
+    offer(verdict.mouseNew, TargetMouse);
     return verdict;
 }
 
+} // namespace
+
 // Of several devices that wait, the first that can be repaired now; when none can, the last one that failed
 // says why.
-GateVerdict RepairRoute::check(const std::vector<DeviceAllInfo> &attached)
+RepairRoute::Check RepairRoute::check(const std::vector<DeviceAllInfo> &attached)
 {
     QStringList texts = UpdateFailRecord::storedTexts();
     if (texts.isEmpty())
         texts << QString();
-    last_ = GateVerdict();
+    Check check;
     for (const QString &text : qAsConst(texts)) {
         const GateVerdict verdict = checkRecord(attached, text);
-        const bool saysMore = last_.recordIsSenseless && !verdict.recordIsSenseless;
+        if (verdict.recordIsSenseless)
+            check.senseless << text;
+        const bool saysMore = check.verdict.recordIsSenseless && !verdict.recordIsSenseless;
         if (text == texts.first() || verdict.ready || saysMore) {
-            last_ = verdict;
-            record_ = text;
+            check.verdict = verdict;
+            check.record = text;
         }
         if (verdict.ready)
             break;
     }
-    return last_;
+    return check;
+}
+
+void RepairRoute::take(const Check &check)
+{
+    last_ = check;
+    for (const QString &text : check.senseless)
+        UpdateFailRecord::takeAway(text);
 }
 
 bool RepairRoute::start()
 {
-    const auto record = UpdateFailRecord::parse(record_);
-    if (!last_.ready || !record)
+    const auto record = UpdateFailRecord::parse(last_.record);
+    if (!last_.verdict.ready || !record)
         return false;
     Plan plan;
     plan.failed = *record;
     const ModelFirmware firmware = modelOf(*record);
-    if (last_.receiverNew)
+    if (last_.verdict.receiverNew)
         plan.receiverImage = firmware.findForRepair(TargetReceiver);
     plan.mouseImage = firmware.findForRepair(TargetMouse);
     if ((record->target == TargetReceiver ? plan.receiverImage : plan.mouseImage).isEmpty())

@@ -21,7 +21,7 @@ void SteadyButton::paintEvent(QPaintEvent *event)
     QStylePainter painter(this);
     painter.drawComplexControl(QStyle::CC_ToolButton, option);
     ensurePolished();
-    painter.setPen(palette().color(QPalette::ButtonText));
-    const int left = (width() - fontMetrics().size(Qt::TextSingleLine, widest_).width()) / 2;
-    painter.drawText(rect().adjusted(left, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, text());
+    const int left = qMax(0, (width() - fontMetrics().size(Qt::TextSingleLine, widest_).width()) / 2);
+    painter.drawItemText(rect().adjusted(left, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, palette(),
+                         isEnabled(), text(), QPalette::ButtonText);
 }

@@ -27,6 +27,7 @@ constexpr int HalfWay = 50;
 // Of the message.
 constexpr QRect BelowHint{24, 70, 312, 52};
 constexpr QRect Alone{24, 40, 312, 60};
+constexpr QRect AboveOffer{24, 66, 312, 24};
 
 } // namespace
 
@@ -55,12 +56,15 @@ void UpDateRepair::applyStyle()
     };
     ui->AutoRepair->setStyleSheet(style::dialogBackground(folder, QStringLiteral("AutoRepair")));
     ui->footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
-    ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
-    ui->NewHong_2->setStyleSheet(button(QStringLiteral("Confirm")));
+    ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")) +
+                                   style::titleButtonOff(folder, QStringLiteral("Close")));
+    ui->NewHong_2->setStyleSheet(button(QStringLiteral("Confirm")) +
+                                 style::textButtonOff(folder, QStringLiteral("Confirm")));
     ui->NewHong->setStyleSheet(button(QStringLiteral("Cancel")));
     ui->ToolText->setStyleSheet(style::label(style::color("LinEditColorSecond")));
     ui->ToolText_2->setStyleSheet(style::label(ink));
     ui->percent->setStyleSheet(style::label(ink));
+    ui->offer->setStyleSheet(style::label(style::color("LinEditColorSecond")));
     ui->progressBar_2->setStyleSheet(style::progressBar());
 }
 
@@ -87,15 +91,26 @@ void UpDateRepair::resetForm()
     showButtons();
 }
 
-void UpDateRepair::readyForm()
+void UpDateRepair::readyForm(const std::vector<FirmwareOffer> &offers)
 {
     resetForm();
+    offers_ = offers;
     say(UpgradeText::ReadyUpdate);
+}
+
+void UpDateRepair::askingForm(const std::function<Inquiry::Answer()> &question)
+{
+    resetForm();
+    ui->NewHong->setFocus();
+    ui->NewHong_2->setEnabled(false);
+    say(UpgradeText::UpgradeAsking);
+    devicesAsked_.ask(question);
 }
 
 void UpDateRepair::busyForm()
 {
     busy_ = true;
+    devicesAsked_.drop();
     for (QWidget *button : {ui->NewHong, ui->NewHong_2}) {
         button->hide();
         button->setEnabled(false);
@@ -124,10 +139,11 @@ void UpDateRepair::showFailure()
     showButtons();
 }
 
-// Ends the busy form.
+// Ends the busy form and the question.
 void UpDateRepair::showButtons()
 {
     busy_ = false;
+    devicesAsked_.drop();
     awake_.release();
     for (QWidget *button : {ui->NewHong, ui->NewHong_2}) {
         button->setEnabled(true);
@@ -144,6 +160,8 @@ bool UpDateRepair::showsResult() const { return !busy_ && !ui->progressBar_2->is
 void UpDateRepair::say(UpgradeText text)
 {
     text_ = text;
+    if (text != UpgradeText::ReadyUpdate)
+        offers_.clear();
     writeTexts();
 }
 
@@ -168,6 +186,25 @@ int UpDateRepair::targetPercent() const
     return UpgradeTarget == TargetMouse ? qMax(0, value - HalfWay) * 2 : qMin(value, HalfWay) * 2;
 }
 
+QString UpDateRepair::offerText() const
+{
+    QStringList lines;
+    for (const FirmwareOffer &offer : offers_) {
+        const char *form = offer.from.isEmpty() ? "UpgradeTo" : "UpgradeFromTo";
+        QString line = language::text(language::Section::update, form, language_)
+                           .arg(targetName(offer.target), offer.to);
+        lines << (offer.from.isEmpty() ? line : line.arg(offer.from));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+// As on the settings page.
+QString UpDateRepair::targetName(int target) const
+{
+    return language::text(language::Section::Settings,
+                          target == TargetMouse ? "MouseVersion" : "DongleVersion", language_);
+}
+
 void UpDateRepair::writeTexts()
 {
     const auto common = [this](const char *key) {
@@ -182,17 +219,18 @@ void UpDateRepair::writeTexts()
     // The bar stands for the hint: it comes with the start, and what it shows has to be read alone.
     const bool isHint = ui->progressBar_2->isHidden();
     ui->ToolText->setVisible(isHint);
-    ui->ToolText_2->setGeometry(isHint ? BelowHint : Alone);
+    ui->offer->setText(offerText());
+    ui->offer->setVisible(!offers_.empty());
+    ui->ToolText_2->setGeometry(!offers_.empty() ? AboveOffer : isHint ? BelowHint : Alone);
     ui->ToolText_2->setText(upgradeText(text_, language_));
     set(ui->NewHong, common("Cancel"));
     set(ui->NewHong_2, mainButton_ == MainButton::Ok
                            ? common("OK")
                            : language::text(language::Section::update, "DialogUpgradeStart", language_));
-    const char *what = UpgradeTarget == TargetMouse ? "MouseVersion" : "DongleVersion";
     const QString progress = language::text(language::Section::update, "UpgradeProgress", language_);
-    ui->percent->setText(
-        progress.arg(language::text(language::Section::Settings, what, language_)).arg(targetPercent()));
+    ui->percent->setText(progress.arg(targetName(UpgradeTarget)).arg(targetPercent()));
     setAccessibleName(ui->ToolText_2->text().isEmpty() ? hint : ui->ToolText_2->text());
+    setAccessibleDescription(ui->offer->text());
 }
 
 void UpDateRepair::SlotAllLanguage(int index)
@@ -260,6 +298,7 @@ void UpDateRepair::hideEvent(QHideEvent *event)
 {
     UpgradeDialogOpen = false;
     forRepair_ = false;
+    devicesAsked_.drop();
     NoticeWindow::hideEvent(event);
 }
 
@@ -334,11 +373,19 @@ void UpDateRepair::SlotRepairCheckUpdate()
 {
     if (busy_ || RepairRunning || showsResult())
         return;
-    const GateVerdict verdict = repair_.check(attached_);
-    if (verdict.ready)
-        readyForm();
+    askingForm([this, attached = attached_]() -> Inquiry::Answer {
+        const RepairRoute::Check check = RepairRoute::check(attached);
+        return [this, check] { takeCheck(check); };
+    });
+}
+
+void UpDateRepair::takeCheck(const RepairRoute::Check &check)
+{
+    repair_.take(check);
+    if (check.verdict.ready)
+        readyForm(check.verdict.offers);
     else
-        noticeForm(verdict.text);
+        noticeForm(check.verdict.text);
 }
 
 void UpDateRepair::startRepair()

@@ -6,6 +6,7 @@
 // button do nothing, and the machine is kept from sleeping. Main thread.
 #pragma once
 
+#include "environment/Inquiry.h"
 #include "environment/SleepLock.h"
 #include "presentation/NoticeWindow.h"
 #include "service/RepairRoute.h"
@@ -29,10 +30,14 @@ public:
     static UpDateRepair *instance();
 
     // ---- Its forms
-    void resetForm();                    // a start is offered, nothing is said
-    void readyForm();                    // the same with the text ReadyUpdate
+    void resetForm(); // a start is offered, nothing is said
+    // The same with the text ReadyUpdate and what would be written.
+    void readyForm(const std::vector<FirmwareOffer> &offers = {});
     void busyForm();                     // firmware is being written
     void noticeForm(UpgradeText reason); // why nothing can be upgraded
+    // Devices are being asked whether a start may be offered; until then there is none. The answer brings the
+    // next form. It is dropped when the dialog has got another form meanwhile or was closed.
+    void askingForm(const std::function<Inquiry::Answer()> &question);
     bool isBusy() const { return busy_; }
     void showTarget() { writeTexts(); } // UpgradeTarget has changed
     // A result shows; it stays until the user closes the dialog.
@@ -76,13 +81,18 @@ private:
     void leave();
     void writeTexts();
     int targetPercent() const;
+    QString offerText() const;
+    QString targetName(int target) const;
+    void takeCheck(const RepairRoute::Check &check);
     void startRepair();
 
     std::unique_ptr<Ui::UpDateRepair> ui;
     RepairRoute repair_;
     std::vector<DeviceAllInfo> attached_;
     SleepLock awake_;
+    Inquiry devicesAsked_;
     UpgradeText text_ = UpgradeText::None;
+    std::vector<FirmwareOffer> offers_;
     MainButton mainButton_ = MainButton::Start;
     bool busy_ = false;
     bool forRepair_ = false;

@@ -11,8 +11,6 @@
 #include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "environment/DataRoot.h"
-#include "environment/MainThread.h"
-#include "environment/Thread.h"
 #include "hub/PostMsg.h"
 #include "service/FlashRun.h"
 #include "service/ModelDevices.h"
@@ -20,7 +18,6 @@
 #include "service/WiredMarriage.h"
 
 #include <QDir>
-#include <QPointer>
 #include <QWidget>
 #include <algorithm>
 
@@ -62,6 +59,28 @@ QString recordBeside(const std::vector<DeviceAllInfo> &devices)
             devices.front().Usb == (record->target == TargetReceiver))
             return text;
     return texts.value(0);
+}
+
+// ---- Questions, on a thread of their own
+
+int candidates(int target, const QByteArray &image, const std::vector<DeviceAllInfo> &devices)
+{
+    const auto listed =
+        std::count_if(devices.cbegin(), devices.cend(), [target](const DeviceAllInfo &device) {
+            return device.Usb == (target == TargetMouse);
+        });
+    return int(listed) + findBootDevices(image, BootLoaderLimit);
+}
+
+// What the page shows of a receiver may be older than what it runs.
+bool alreadyRuns(const QByteArray &image, const std::vector<DeviceAllInfo> &devices)
+{
+    return std::any_of(devices.cbegin(), devices.cend(), [&image](const DeviceAllInfo &device) {
+        uint32_t version = 0;
+        return !device.Usb &&
+               UsbFinderC_GetSlaveVersion(device.DevicePath.toLocal8Bit().constData(), &version) &&
+               versionText(version) == firmwareVersion(image);
+    });
 }
 
 // ---- On the layer's upgrade thread
@@ -172,7 +191,7 @@ void UpgradeFlow::on_Receive_2_clicked()
     dialog_.resetForm();
     const bool ready = ChechIsUpDate();
     if (ready)
-        dialog_.readyForm();
+        dialog_.readyForm(offered_.offers);
     if (!ready && noNewVersion_) {
         page_.showUpToDate();
         dialog_.close();
@@ -181,29 +200,61 @@ void UpgradeFlow::on_Receive_2_clicked()
     }
 }
 
+// The gate with its questions, to be asked on any thread.
+std::function<GateVerdict()> UpgradeFlow::gate(const QString &record) const
+{
+    const UpdateFailRecord failed = UpdateFailRecord::parse(record).value_or(UpdateFailRecord());
+    const auto shown = [receiver = page_.shownVersion(TargetReceiver),
+                        mouse = page_.shownVersion(TargetMouse)](int target) {
+        return target == TargetMouse ? mouse : receiver;
+    };
+    const auto image = [failed, firmware = model(), shown](int target, int kHz, bool anyVersion) {
+        const ModelFirmware wanted{anyVersion ? failed.cid : firmware.cid,
+                                   anyVersion ? failed.mid : firmware.mid, kHz};
+        return wanted.find(target, anyVersion ? QString() : shown(target));
+    };
+    const GateQuestions questions = {
+        [image](int target, int kHz, bool anyVersion) { return !image(target, kHz, anyVersion).isEmpty(); },
+        [image](int target, int kHz) { return findBootDevices(image(target, kHz, true), BootLoaderLimit); }};
+    return [devices = deviceList(), record, questions, image, shown] {
+        GateVerdict verdict = upgradeGate(devices, record, questions);
+        const auto offer = [&](int target, bool isNew) {
+            const bool waits = target == verdict.failedTarget; // in its boot loader
+            if (verdict.ready && isNew)
+                verdict.offers.push_back({target, waits ? QString() : shown(target),
+                                          firmwareVersion(image(target, verdict.connectionKind, waits))});
+        };
+        offer(TargetReceiver, verdict.receiverNew);
+        offer(TargetMouse, verdict.mouseNew);
+        return verdict;
+    };
+}
+
 // A check never changes what is being flashed.
 bool UpgradeFlow::ChechIsUpDate()
 {
     if (dialog_.isBusy() || UpdateBusy || RepairRunning)
         return false;
+    const std::vector<DeviceAllInfo> devices = deviceList();
+    const QString record = recordBeside(devices);
     failedTarget_ = 0;
-    const QString text = recordBeside(deviceList());
-    const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
-    const auto image = [this, &record](int target, int kHz, bool anyVersion) {
-        ModelFirmware firmware = model();
-        firmware.connectionKind = kHz;
-        if (anyVersion) {
-            firmware.cid = record.cid;
-            firmware.mid = record.mid;
-        }
-        return firmware.find(target, anyVersion ? QString() : page_.shownVersion(target));
-    };
-    const GateQuestions questions = {
-        [&image](int target, int kHz, bool anyVersion) { return !image(target, kHz, anyVersion).isEmpty(); },
-        [&image](int target, int kHz) { return findBootDevices(image(target, kHz, true), BootLoaderLimit); }};
-    const GateVerdict verdict = upgradeGate(deviceList(), text, questions);
+    noNewVersion_ = false;
+    if (!asksBootLoaders(devices, record))
+        return takeVerdict(gate(record)(), record);
+    dialog_.askingForm([this, record, ask = gate(record)]() -> Inquiry::Answer {
+        const GateVerdict verdict = ask();
+        return [this, verdict, record] {
+            if (takeVerdict(verdict, record))
+                dialog_.readyForm(offered_.offers);
+        };
+    });
+    return false;
+}
+
+bool UpgradeFlow::takeVerdict(const GateVerdict &verdict, const QString &record)
+{
     if (verdict.recordIsSenseless)
-        UpdateFailRecord::takeAway(text);
+        UpdateFailRecord::takeAway(record);
     offered_ = verdict;
     noNewVersion_ = verdict.text == UpgradeText::newTips;
     if (verdict.connectionKind != 0)
@@ -224,7 +275,7 @@ void UpgradeFlow::SlotCheckUpdate()
     if (dialog_.isBusy() || dialog_.showsResult())
         return;
     if (ChechIsUpDate())
-        dialog_.readyForm();
+        dialog_.readyForm(offered_.offers);
 }
 
 // ---- Start --------------------------------------------------------------------------------------
@@ -279,6 +330,7 @@ void UpgradeFlow::startTarget(int target)
         return;
     if (!images_)
         images_ = takeImages();
+    asked_.drop(); // the run before may still look for what it has restarted
     UpdateBusy = true;
     NotUpgrading = false;
     step_ = Step::Search;
@@ -337,6 +389,8 @@ void UpgradeFlow::UpgradeStep(int target)
     case Step::Count:
         count(target);
         break;
+    case Step::Counting:
+        break;
     case Step::Started:
         step_ = Step::Running;
         break;
@@ -358,39 +412,27 @@ void UpgradeFlow::search(int target)
         step_ = Step::Count;
 }
 
-int UpgradeFlow::candidates(int target, const QByteArray &image) const
-{
-    const std::vector<DeviceAllInfo> devices = deviceList();
-    const auto listed =
-        std::count_if(devices.cbegin(), devices.cend(), [target](const DeviceAllInfo &device) {
-            return device.Usb == (target == TargetMouse);
-        });
-    return int(listed) + findBootDevices(image, BootLoaderLimit);
-}
-
-// What the page shows of a receiver may be older than what it runs.
-bool UpgradeFlow::alreadyRuns(const QByteArray &image) const
-{
-    for (const DeviceAllInfo &device : deviceList()) {
-        uint32_t version = 0;
-        if (!device.Usb &&
-            UsbFinderC_GetSlaveVersion(device.DevicePath.toLocal8Bit().constData(), &version) &&
-            versionText(version) == firmwareVersion(image))
-            return true;
-    }
-    return false;
-}
-
+// The answer leads on; until then no step does.
 void UpgradeFlow::count(int target)
 {
-    const QByteArray &image = images_->of(target);
-    const int found = candidates(target, image);
+    step_ = Step::Counting;
+    const bool asksVersion = target == TargetReceiver && target != failedTarget_;
+    asked_.ask([this, target, asksVersion, image = images_->of(target),
+                devices = deviceList()]() -> Inquiry::Answer {
+        const int found = candidates(target, image, devices);
+        const bool runs = found == 1 && asksVersion && alreadyRuns(image, devices);
+        return [this, target, found, runs] { takeCount(target, found, runs); };
+    });
+}
+
+void UpgradeFlow::takeCount(int target, int found, bool alreadyRuns)
+{
     if (found != 1)
         endWithCount(target, found);
-    else if (target == TargetReceiver && target != failedTarget_ && alreadyRuns(image))
+    else if (alreadyRuns)
         endWithNothing(target);
     else
-        flash(target, image);
+        flash(target, images_->of(target));
 }
 
 // The status is set before the start: the result may come before the next step.
@@ -498,16 +540,10 @@ void UpgradeFlow::endRun()
 // it, else the watch would take it for another device and leave the page.
 void UpgradeFlow::findRestarted()
 {
-    const ModelFirmware flashed{UpgradeCid, UpgradeMid, UpgradeKind};
-    const auto search = [flow = QPointer<UpgradeFlow>(this), flashed] {
+    asked_.ask([this, flashed = ModelFirmware{UpgradeCid, UpgradeMid, UpgradeKind}]() -> Inquiry::Answer {
         const std::vector<DeviceAllInfo> devices = attachedOfModel(flashed);
-        runOnMainThread([flow, devices] {
-            if (flow)
-                flow->takeRestarted(devices);
-        });
-    };
-    if (!startThread(search))
-        takeRestarted({});
+        return [this, devices] { takeRestarted(devices); };
+    });
 }
 
 void UpgradeFlow::takeRestarted(const std::vector<DeviceAllInfo> &devices)

@@ -6,12 +6,14 @@
 // each of its slots of the same name. It makes the one UpDateRepair of the process. Main thread.
 #pragma once
 
+#include "environment/Inquiry.h"
 #include "presentation/Notices.h"
 #include "service/ModelFirmware.h"
 #include "service/UpDateRepair.h"
 #include "service/UpgradePage.h"
 
 #include <QTimer>
+#include <functional>
 #include <optional>
 
 class UpgradeFlow : public QObject
@@ -30,7 +32,7 @@ public:
 
     void on_Receive_2_clicked();      // opens the dialog
     void SlotUpdateFrame(bool IsVis); // opens the dialog or closes it, unless it is busy or shows a result
-    bool ChechIsUpDate();             // false: the dialog says why nothing can be upgraded
+    bool ChechIsUpDate();             // false: the dialog says why nothing can be upgraded, or that it asks
     void SlotCheckUpdate();           // the same after a hot-plug, while the dialog shows
     void on_Start();                  // the dialog's main button
     void SlotContinue(int index);     // the other target, after the first one
@@ -42,7 +44,7 @@ public:
     UpDateRepair &dialog() { return dialog_; }
 
 private:
-    enum class Step : uint8_t { Search, Count, Started, Running, Finish };
+    enum class Step : uint8_t { Search, Count, Counting, Started, Running, Finish };
     struct Images {
         const QByteArray &of(int target) const;
         QByteArray receiver;
@@ -50,14 +52,15 @@ private:
     };
 
     ModelFirmware model() const;
+    std::function<GateVerdict()> gate(const QString &record) const;
+    bool takeVerdict(const GateVerdict &verdict, const QString &record);
     QString currentVersion(int target) const;
     Images takeImages() const;
     void startTarget(int target);
     void UpgradeStep(int target);
     void search(int target);
     void count(int target);
-    int candidates(int target, const QByteArray &image) const;
-    bool alreadyRuns(const QByteArray &image) const;
+    void takeCount(int target, int found, bool alreadyRuns);
     void flash(int target, const QByteArray &image);
     void finish(int target);
     void endRun();
@@ -82,5 +85,6 @@ private:
     bool flashed_ = false;         // in this run
     int failedTarget_ = 0;         // the target that an earlier upgrade has left in its boot loader
     GateVerdict offered_;          // what the last check has announced
+    Inquiry asked_;                // what the run asks devices
     std::optional<Images> images_; // of this run, whatever happens to the files meanwhile
 };

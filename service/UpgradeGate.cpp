@@ -144,6 +144,11 @@ GateVerdict upgradeGate(const Devices &devices, const QString &record, const Gat
     return devices.empty() ? says(UpgradeText::Error) : afterFailure(devices.front(), *failed, questions);
 }
 
+bool asksBootLoaders(const Devices &devices, const QString &record)
+{
+    return devices.size() == 1 && !record.isEmpty();
+}
+
 GateVerdict repairGate(const Devices &devices, const QString &record, const GateQuestions &questions)
 {
     const auto failed = UpdateFailRecord::parse(record);

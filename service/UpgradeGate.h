@@ -17,6 +17,7 @@
 enum class UpgradeText : uint8_t {
     None,
     WarnUpdate,
+    UpgradeAsking,
     NotDevice,
     SameDevice,
     DialogUpgradeFail,
@@ -34,6 +35,13 @@ enum class UpgradeText : uint8_t {
     newTips,
 };
 
+// Firmware that a start would write.
+struct FirmwareOffer {
+    int target;
+    QString from; // empty for a device in its boot loader
+    QString to;
+};
+
 struct GateVerdict {
     bool ready = false;
     UpgradeText text = UpgradeText::None; // of the notice, unless ready
@@ -43,6 +51,7 @@ struct GateVerdict {
     bool receiverNew = false;
     bool mouseNew = false;
     bool recordIsSenseless = false; // to be removed
+    std::vector<FirmwareOffer> offers;
 };
 
 // How the gates learn what the folder and the bus hold.
@@ -57,6 +66,9 @@ struct GateQuestions {
 GateVerdict upgradeGate(const std::vector<DeviceAllInfo> &devices, const QString &record,
                         const GateQuestions &questions);
 
-// The selection page's gate: `devices` are all attached ones.
+// Whether that gate asks boot loaders, which may take them some tenths of a second.
+bool asksBootLoaders(const std::vector<DeviceAllInfo> &devices, const QString &record);
+
+// The selection page's gate, which always does: `devices` are all attached ones.
 GateVerdict repairGate(const std::vector<DeviceAllInfo> &devices, const QString &record,
                        const GateQuestions &questions);

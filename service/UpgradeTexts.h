@@ -17,6 +17,7 @@ struct UpgradeTextRow {
 // clang-format off
 inline constexpr UpgradeTextRow UpgradeTextRows[] = {
     {UpgradeText::WarnUpdate, language::Section::home, language::Word::Mouse, "WarnUpdate"},
+    {UpgradeText::UpgradeAsking, language::Section::update, language::Word::Mouse, "UpgradeAsking"},
     {UpgradeText::NotDevice, language::Section::home, language::Word::Mouse, "NotDevice"},
     {UpgradeText::SameDevice, language::Section::home, language::Word::Mouse, "SameDevice"},
     {UpgradeText::DialogUpgradeFail, language::Section::update, language::Word::Mouse, "DialogUpgradeFail"},

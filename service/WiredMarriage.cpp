@@ -3,8 +3,6 @@
 #include "service/WiredMarriage.h"
 
 #include "catalogue/DeviceKinds.h"
-#include "device/DeviceSearch.h"
-#include "device/SideBySide.h"
 #include "device/hidusb/HIDUsb.h"
 
 #include <algorithm>
@@ -43,13 +41,6 @@ int WiredMarriage::marry(const std::vector<DeviceAllInfo> &devices)
         }
     }
     return writes;
-}
-
-int WiredMarriage::marryAttached()
-{
-    std::vector<DeviceAllInfo> devices = findDevices(DeviceFinder::Default);
-    sideBySide(devices, identifyDevice);
-    return marry(devices);
 }
 
 int WiredMarriage::marryAgain(const std::vector<DeviceAllInfo> &devices) const

@@ -20,9 +20,6 @@ public:
     // missing.
     int marry(const std::vector<DeviceAllInfo> &devices);
 
-    // The same over the devices that are attached now.
-    int marryAttached();
-
     // Writes what the last receiver has told to marry() once more, without asking: after an upgrade the
     // receiver may be silent for a while. Does nothing before marry() was answered.
     int marryAgain(const std::vector<DeviceAllInfo> &devices) const;

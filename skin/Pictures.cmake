@@ -88,7 +88,7 @@ function(skin_picture page name template w h)
     COMMENT "Drawing ${page}/${name}"
     VERBATIM)
   set_property(DIRECTORY APPEND PROPERTY skin_files ${single} ${double})
-  install(FILES ${single} ${double} DESTINATION ${MORLEN_INSTALL_DIR}/Picture/${page})
+  install(FILES ${single} ${double} DESTINATION ${MORLEN_DATA_DIR}/Picture/${page})
 endfunction()
 
 # A piece of drawing that stands inside a template, with its own placeholders filled in.

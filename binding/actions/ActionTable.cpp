@@ -3,6 +3,7 @@
 #include "binding/actions/ActionTable.h"
 
 #include "keys/KeyTable.h"
+#include "keys/MediaKeys.h"
 #include "presentation/language/LanguageTables.h"
 
 #include <algorithm>
@@ -44,10 +45,10 @@ constexpr ActionRow detail(const char *widget, Panel place, KeyBinding binding, 
     return {widget, place, place, Form::ClassFirst, binding, 0, text, Functions, key};
 }
 
-constexpr ActionRow media(const char *widget, uint16_t usage, const char *text)
+constexpr ActionRow media(const char *widget, MediaKey key, const char *text)
 {
-    return {widget, Panel::Media, Panel::Media, Form::Media, {SequenceClass, 0, 0},
-            usage,  text,         Functions,    nullptr};
+    return {widget,        Panel::Media, Panel::Media, Form::Media, {SequenceClass, 0, 0},
+            uint16_t(key), text,         Functions,    nullptr};
 }
 
 constexpr ActionRow lock(const char *widget, uint16_t dpi)
@@ -106,24 +107,24 @@ constexpr std::array<ActionRow, ActionCount> ActionRows = {{
     detail("VolumeUp_9", Panel::DpiSteps, {DpiSwitch, 2, 0}, "DPI+", "DPI+"),
     detail("VolumeUp_10", Panel::DpiSteps, {DpiSwitch, 3, 0}, "DPI-", "DPI-"),
 
-    media("Player", 0x0183, "播放器"),
-    media("StartPause_2", 0x00CD, "播放/暂停"),
-    media("BackMusic_2", 0x00B5, "下一曲"),
-    media("TopMusic_2", 0x00B6, "上一曲"),
-    media("Mute", 0x00B7, "停止播放"),
-    media("VolumeUp", 0x00E2, "静音"),
-    media("VolumeDown", 0x00E9, "音量加"),
-    media("VolumeDown_4", 0x00EA, "音量减"),
-    media("VolumeDown_5", 0x018A, "邮件"),
-    media("VolumeDown_6", 0x0192, "计算器"),
-    media("VolumeDown_3", 0x0194, "我的电脑"),
-    media("VolumeDown_8", 0x0223, "主页"),
-    media("VolumeDown_9", 0x0221, "搜索"),
-    media("VolumeDown_7", 0x0225, "前进"),
-    media("VolumeDown_10", 0x0224, "后退"),
-    media("VolumeDown_12", 0x0226, "停止网页"),
-    media("VolumeDown_13", 0x0227, "刷新"),
-    media("VolumeDown_11", 0x022A, "收藏夹"),
+    media("Player", MediaKey::Player, "播放器"),
+    media("StartPause_2", MediaKey::PlayPause, "播放/暂停"),
+    media("BackMusic_2", MediaKey::NextTrack, "下一曲"),
+    media("TopMusic_2", MediaKey::PreviousTrack, "上一曲"),
+    media("Mute", MediaKey::Stop, "停止播放"),
+    media("VolumeUp", MediaKey::Mute, "静音"),
+    media("VolumeDown", MediaKey::VolumeUp, "音量加"),
+    media("VolumeDown_4", MediaKey::VolumeDown, "音量减"),
+    media("VolumeDown_5", MediaKey::Mail, "邮件"),
+    media("VolumeDown_6", MediaKey::Calculator, "计算器"),
+    media("VolumeDown_3", MediaKey::Files, "我的电脑"),
+    media("VolumeDown_8", MediaKey::HomePage, "主页"),
+    media("VolumeDown_9", MediaKey::Search, "搜索"),
+    media("VolumeDown_7", MediaKey::Forward, "前进"),
+    media("VolumeDown_10", MediaKey::Back, "后退"),
+    media("VolumeDown_12", MediaKey::StopLoading, "停止网页"),
+    media("VolumeDown_13", MediaKey::Reload, "刷新"),
+    media("VolumeDown_11", MediaKey::Bookmarks, "收藏夹"),
 }};
 // clang-format on
 

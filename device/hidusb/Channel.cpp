@@ -15,7 +15,8 @@ namespace hidusb
 using std::chrono::milliseconds;
 
 constexpr milliseconds BusyPause{20};
-constexpr milliseconds IdleTimeout{3000};
+// Searches follow plugs, which are minutes apart, and the kernel takes some 60 ms to open a node.
+constexpr milliseconds IdleTimeout{5 * 60 * 1000};
 
 bool answers(const wire::Report &request, const wire::Report &reply)
 {

@@ -82,10 +82,12 @@ void Connection::leave()
         channel->wake();
 }
 
+// The wait may begin before leave(), which then sets its end.
 void Connection::awaitLeft()
 {
     Lock lock(mutex_);
-    changed_.wait_until(lock, leaveEnd_.load(), [this] { return left_; });
+    while (!left_ && Clock::now() < leaveEnd_.load())
+        changed_.wait_until(lock, leaveEnd_.load());
 }
 
 void Connection::order(const Order &order)

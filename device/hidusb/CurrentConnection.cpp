@@ -43,8 +43,7 @@ void openConnection(const char *path, ProtocolCallback_t callback)
     current().last = made;
 }
 
-// The closed connection leaves before the lock is let go: a start meanwhile waits for it as its previous one,
-// and only one that leaves has a limit for that.
+// The closed connection leaves before the lock is let go, so that it makes no more calls behind a start.
 void closeConnection()
 {
     std::unique_lock lock(current().mutex);

@@ -24,7 +24,7 @@ enum class Fit : uint8_t {
     Perhaps, // a receiver that does not know its model
     Device,
     BootLoader,
-    Unknown, // not decided within SearchLimit: it may be any of these
+    Unknown, // not decided when the search ends: it may be any of these
 };
 
 // The answers, which may still come when nobody waits for them any more.
@@ -37,6 +37,7 @@ struct Survey {
     const Firmware firmware;
     std::mutex mutex;
     std::condition_variable changed;
+    Clock::time_point end = Clock::now() + SearchLimit;
     std::size_t unanswered;
     std::vector<Fit> fits;
 };
@@ -56,11 +57,22 @@ Fit fitOf(const Firmware &firmware, const InterfaceInfo &info)
     return firmware.fitsDevice(identity) ? Fit::Device : Fit::Perhaps;
 }
 
+// Nodes are opened one at a time, so each opening gives those behind it the whole limit again.
+Fit openAndAsk(Survey &survey, const InterfaceInfo &info)
+{
+    const std::shared_ptr<Channel> opened = acquireChannel(info.path); // held, since its questions use it
+    {
+        const std::lock_guard lock(survey.mutex);
+        survey.end = Clock::now() + SearchLimit;
+    }
+    return opened ? fitOf(survey.firmware, info) : Fit::None;
+}
+
 void ask(const std::shared_ptr<Survey> &survey, std::size_t index, const InterfaceInfo &info)
 {
     Fit fit = Fit::Unknown;
     try {
-        fit = fitOf(survey->firmware, info);
+        fit = openAndAsk(*survey, info);
     } catch (const std::exception &) {
         fit = Fit::Unknown;
     }
@@ -72,14 +84,14 @@ void ask(const std::shared_ptr<Survey> &survey, std::size_t index, const Interfa
 
 std::vector<Fit> askAll(const Firmware &firmware, const std::vector<InterfaceInfo> &infos)
 {
-    const auto end = Clock::now() + SearchLimit;
     const auto survey = std::make_shared<Survey>(firmware, infos.size());
     for (std::size_t i = 0; i < infos.size(); ++i) {
         if (!startThread([survey, i, info = infos[i]] { ask(survey, i, info); }))
             ask(survey, i, infos[i]);
     }
     std::unique_lock lock(survey->mutex);
-    survey->changed.wait_until(lock, end, [&survey] { return survey->unanswered == 0; });
+    while (survey->unanswered > 0 && Clock::now() < survey->end)
+        survey->changed.wait_until(lock, Clock::time_point(survey->end));
     return survey->fits;
 }
 

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // FirmwareTargets: which attached devices a firmware file fits. All are asked at the same time, so a search
-// takes as long as one silent device, and at most SearchLimit.
+// of open devices takes as long as one silent device. It ends at the latest SearchLimit after the last of the
+// others was opened.
 #pragma once
 
 #include "device/hidusb/Firmware.h"
@@ -24,7 +25,7 @@ struct FirmwareTarget {
 // The number of attached boot loaders that the file fits.
 int countBootLoaders(const Firmware &firmware);
 // The one boot loader that the file fits; if there is none, the one device. Empty when there are several,
-// and while a device is not opened and asked within SearchLimit: it may be the second one.
+// and when the search ends before all of them have answered: another may be the second one.
 std::optional<FirmwareTarget> findTarget(const Firmware &firmware);
 
 } // namespace hidusb

@@ -248,9 +248,13 @@ uint8_t UsbFinderC_SetDongleRGBBarMode(const char *path, const DongleRgbBar *rec
     return guarded(uint8_t{0}, [&]() -> uint8_t { return store(path, Command::DongleBarWrite, record); });
 }
 
+// Asked behind the light bar, which takes a try when it is answered: the two take no longer than one question
+// that stays open.
+static constexpr int IndicatorTries = UsualTries - 1;
+
 void UsbFinderC_GetDongleIndicatorLed(const char *path, DongleIndicator *record)
 {
-    guarded([path, record] { fetch(path, Command::Indicator, record); });
+    guarded([path, record] { fetch(path, Command::Indicator, record, IndicatorTries); });
 }
 
 uint8_t UsbFinderC_SetDongleIndicatorLed(const char *path, const DongleIndicator *record)

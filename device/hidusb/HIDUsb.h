@@ -124,7 +124,8 @@ HIDUSB_API void GetDeviceStatusChanged(const uint8_t *payload, DeviceStatusChang
 
 // ---- The receiver -------------------------------------------------------------------------------
 
-// A Get leaves the record as the caller preset it when the receiver does not answer.
+// A Get leaves the record as the caller preset it when the receiver does not answer within 450 ms, that of
+// the lamps within 300 ms.
 HIDUSB_API void UsbFinderC_Get4KDongleRGBValue(const char *path, DongleRGB *record);
 HIDUSB_API void UsbFinderC_Set4KDongleRGB(const char *path, const DongleRGB *record);
 HIDUSB_API void UsbFinderC_GetDongleRGBBarMode(const char *path, DongleRgbBar *record);
@@ -140,7 +141,7 @@ HIDUSB_API void UsbFinderC_SetDongleIDToMouse(const char *path, const uint8_t *p
 // Opens the device for the next call, in place of the one before.
 HIDUSB_API uint8_t UsbFinderC_OpenDevice(const char *path);
 // Sends `length` bytes (at most 64) and waits up to 150 ms for one report, of which up to `length`
-// bytes go to `read_buffer`. A null buffer or no open device does nothing.
+// bytes go to `read_buffer`; without one it only sends. No bytes or no open device do nothing.
 HIDUSB_API void UsbFinderC_ReadWriteDeviceData(const uint8_t *write_buffer, uint8_t *read_buffer,
                                                uint8_t length);
 

@@ -85,7 +85,7 @@ void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size)
 {
     const std::shared_ptr<RawDevice> device = openedDevice();
     size = std::min(size, wire::ReportSize);
-    if (!device || request == nullptr || reply == nullptr || size == 0)
+    if (!device || request == nullptr || size == 0)
         return;
     const std::lock_guard lock(device->mutex);
     uint8_t report[wire::ReportSize];
@@ -96,8 +96,10 @@ void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size)
             break;
     }
     const bool written = device->port->write(request, size);
-    const std::size_t got = written ? readAnswer(*device, request[0], report) : 0;
-    std::memcpy(reply, report, std::min(got, size));
+    if (written && reply != nullptr) {
+        const std::size_t got = readAnswer(*device, request[0], report);
+        std::memcpy(reply, report, std::min(got, size));
+    }
     if (device->port->isGone())
         closeGone(device);
 }

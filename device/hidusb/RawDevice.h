@@ -14,7 +14,7 @@ namespace hidusb
 // Opens the interface and closes the one before.
 bool openRaw(const char *path);
 // Sends up to 64 bytes and waits up to 150 ms for a report that begins as they do, cut to `size` bytes of
-// `reply`, which otherwise stays as it is.
+// `reply`, which otherwise stays as it is. Without a `reply` it does not wait.
 void exchangeRaw(const uint8_t *request, uint8_t *reply, std::size_t size);
 
 } // namespace hidusb

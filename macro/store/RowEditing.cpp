@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "macro/store/RowEditing.h"
 
+#include <utility>
+
 namespace macro::rowediting
 {
 namespace
@@ -120,6 +122,37 @@ bool remove(Editing &list)
     list.rows.remove(first, 2);
     list.selected = qMin(first, list.rows.size() - 1);
     return true;
+}
+
+bool move(Editing &list, int steps)
+{
+    if (placeOf(list) == Place::NoSelection)
+        return false;
+    const bool isDelay = list.rows[list.selected].isDelay();
+    const int before = list.selected;
+    const int step = steps < 0 ? -1 : 1;
+    for (int row = before + step; steps != 0 && row >= 0 && row < list.rows.size(); row += step) {
+        if (list.rows[row].isDelay() != isDelay)
+            continue;
+        std::swap(list.rows[row], list.rows[list.selected]);
+        list.selected = row;
+        steps -= step;
+    }
+    return list.selected != before;
+}
+
+int stepsTo(const Editing &list, int row)
+{
+    if (placeOf(list) == Place::NoSelection)
+        return 0;
+    const bool isDelay = list.rows[list.selected].isDelay();
+    const int step = row < list.selected ? -1 : 1;
+    int steps = 0;
+    for (int passed = list.selected; passed != row;) {
+        passed += step;
+        steps += list.rows[passed].isDelay() == isDelay ? step : 0;
+    }
+    return steps;
 }
 
 Summary summaryOf(const MacroRows &rows)

@@ -32,6 +32,13 @@ bool insertDelay(Editing &list, int milliseconds);
 constexpr int ShortList = 4;
 bool remove(Editing &list);
 
+// Moves the selected event over `steps` others, towards the end when positive, and no further than there are
+// any. The delays keep their places, so that events and delays still alternate. A delay moves among the
+// delays.
+bool move(Editing &list, int steps);
+// The steps that bring the selected row to where `row` is, 0 when there is none of its sort up to that.
+int stepsTo(const Editing &list, int row);
+
 // What the heading of the list shows.
 struct Summary {
     int events = 0;

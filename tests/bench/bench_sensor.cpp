@@ -6,6 +6,7 @@
 // and how long one event holds the main thread while the DPI slider is dragged over its whole range.
 #include "sensor/Sensor.h"
 #include "sensor/SensorDPI.h"
+#include "tests/bench/TimedApplication.h"
 #include "tests/e2e/Program.h"
 
 #include <QComboBox>
@@ -23,43 +24,6 @@ const char Scenario[] = "usb vendor 1209 cable 0001 1k 0002 2k 0003 4k 0004 8k 0
                         "set m flash 0x01 08\nset m flash 0x0c 01\n"
                         "receiver r class 8k mouse m version 1.02 address a10001\n"
                         "plug r\n";
-
-// Knows how long the longest event held the main thread, all that it led to included, and how much of such a
-// time the thread itself ran: the rest is other programs'.
-class TimedApplication : public QApplication
-{
-public:
-    using QApplication::QApplication;
-
-    bool notify(QObject *receiver, QEvent *event) override
-    {
-        if (inside)
-            return QApplication::notify(receiver, event);
-        inside = true;
-        const double start = now(CLOCK_MONOTONIC);
-        const double startOwn = now(CLOCK_THREAD_CPUTIME_ID);
-        const bool taken = QApplication::notify(receiver, event);
-        longest = std::max(longest, now(CLOCK_MONOTONIC) - start);
-        longestOwn = std::max(longestOwn, now(CLOCK_THREAD_CPUTIME_ID) - startOwn);
-        inside = false;
-        return taken;
-    }
-
-    double longest = 0; // milliseconds
-    double longestOwn = 0;
-
-private:
-    static double now(clockid_t clock)
-    {
-        timespec time{};
-        clock_gettime(clock, &time);
-        return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-    }
-
-    bool inside = false;
-};
-
-TimedApplication *application() { return static_cast<TimedApplication *>(qApp); }
 
 template <typename Condition> bool waitFor(Condition condition)
 {
@@ -203,15 +167,15 @@ void dragOverTheWholeRange(benchmark::State &state)
     World &place = world();
     place.setPace(true);
     const uint64_t writes = place.writes();
-    application()->longest = application()->longestOwn = 0;
+    TimedApplication::instance()->longest = TimedApplication::instance()->longestOwn = 0;
     for (auto _ : state) {
         place.slider->setValue(place.slider->minimum());
         drag(place.slider, int(state.range(0)));
         if (!waitFor([&] { return place.program.agrees("m"); }))
             state.SkipWithError("the last value was not written");
     }
-    state.counters["longest_ms"] = application()->longest;
-    state.counters["own_ms"] = application()->longestOwn;
+    state.counters["longest_ms"] = TimedApplication::instance()->longest;
+    state.counters["own_ms"] = TimedApplication::instance()->longestOwn;
     state.counters["moves"] = place.slider->width() - 1;
     state.counters["writes"] = perIteration(place.writes() - writes, state);
     place.setPace(false);

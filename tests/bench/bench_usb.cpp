@@ -14,6 +14,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <sys/wait.h>
+#include <thread>
 
 namespace
 {
@@ -145,6 +146,34 @@ void watch(emulator::BusKind kind)
     StopUsbChanged();
 }
 
+// What the kernel takes to open nodes, without any layer.
+void openings(emulator::BusKind kind)
+{
+    if (kind != emulator::BusKind::Usb)
+        return;
+    const World world(
+        std::string(bench::Ids) + "mouse m cid 18 mid 6\nmouse n cid 18 mid 6\nplug m\nplug n\n", kind);
+    const std::vector<std::string> paths = find("0001");
+    if (paths.size() != 2)
+        std::exit(1);
+    const auto open = [](const std::string &path) { return ::open(path.c_str(), O_RDWR | O_CLOEXEC); };
+    const auto openAndClose = [&open](const std::string &path) { ::close(open(path)); };
+    measure("a node", 20, [&] { openAndClose(paths[0]); });
+    measure("two nodes by one thread", 20, [&] {
+        const int first = open(paths[0]);
+        openAndClose(paths[1]);
+        ::close(first);
+    });
+    measure("two nodes by two threads", 20, [&] {
+        std::thread other(openAndClose, paths[0]);
+        openAndClose(paths[1]);
+        other.join();
+    });
+    const int held = open(paths[0]);
+    measure("a node that is open already", 20, [&] { openAndClose(paths[0]); });
+    ::close(held);
+}
+
 // In a process of its own.
 int inChild(void (*task)(emulator::BusKind), emulator::BusKind kind)
 {
@@ -167,7 +196,7 @@ int main()
     int failed = 0;
     for (const auto kind : {emulator::BusKind::Sockets, emulator::BusKind::Usb}) {
         std::puts(kind == emulator::BusKind::Usb ? "hidraw" : "sockets");
-        for (const auto task : {requests, tenDevices, watch})
+        for (const auto task : {requests, tenDevices, openings, watch})
             failed |= inChild(task, kind);
     }
     return failed != 0 ? 1 : 0;

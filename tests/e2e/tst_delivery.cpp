@@ -116,7 +116,7 @@ private slots:
                  0);
         const QString tree = prefix + QLatin1Char('/') + QStringLiteral(INSTALL_DIR);
         for (const char *name :
-             {"morlen", "libHIDUsb.so", "mouse-emulator", "driver_sensor.h", "usersetting/Config.ini",
+             {"morlen", "mouse-emulator", "default.scenario", "driver_sensor.h", "usersetting/Config.ini",
               "Language/en.json", "Picture/Dialog/Logo.png", "Picture/Dialog/Logo@2x.png", "70-morlen.rules"})
             QVERIFY2(QFile::exists(tree + QLatin1Char('/') + QLatin1String(name)), name);
         QVERIFY(!QFile::exists(tree + QStringLiteral("/morlen-tour")));

@@ -5,6 +5,7 @@
 // every way in which it ends.
 #include "catalogue/RegistryStore.h"
 #include "service/Match.h"
+#include "service/ModelDevices.h"
 #include "service/WiredMarriage.h"
 #include "tests/e2e/Program.h"
 
@@ -256,8 +257,7 @@ private slots:
         Program program("mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
                         "receiver r1 class 8k version 1.02 address a1b2c3\n"
                         "plug r1\nplug m1\n");
-        WiredMarriage marriage;
-        QCOMPARE(marriage.marryAttached(), 1);
+        QCOMPARE(WiredMarriage().marry(attachedOfModel({18, 6, 8})), 1);
         program.order("unplug m1");
         program.expect("by radio", [] {
             const auto tiles = windows::attached();

@@ -11,6 +11,7 @@
 
 #include <QCloseEvent>
 #include <QProgressBar>
+#include <QSessionManager>
 #include <QTimer>
 
 namespace
@@ -135,6 +136,12 @@ private slots:
             program.window->slotActionExitApp();
             program.window->SlotChangeSize(1);
             UpDateRepair::instance()->close();
+        });
+        program.script.step("hides and ends the session", always, [&] {
+            program.window->hide();
+            auto *const session = qGuiApp->findChild<QSessionManager *>();
+            QVERIFY(session);
+            emit qGuiApp->commitDataRequest(*session);
         });
         program.expect("still there", [&] {
             return program.window->isVisible() && says(UpgradeText::WarnUpdate) && isBusy();

@@ -26,8 +26,9 @@ struct FakeDevice {
     DongleIndicator indicator{};
     uint8_t longRange = 0;
     bool answersLongRange = true;
-    bool answersLights = true; // reads of its light bar and of its lamps
-    bool takesLights = true;   // writes of them
+    bool answersBar = true;   // reads of its light bar
+    bool answersLamps = true; // and of its lamps
+    bool takesLights = true;  // writes of both
 };
 
 class FakeHidUsb

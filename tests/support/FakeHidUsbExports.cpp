@@ -205,7 +205,7 @@ void UsbFinderC_GetDongleRGBBarMode(const char *path, DongleRgbBar *record)
 {
     note(__func__, text(path));
     world().with(path, [&](const FakeDevice &device) {
-        if (device.answersLights)
+        if (device.answersBar)
             *record = device.bar;
     });
 }
@@ -226,7 +226,7 @@ void UsbFinderC_GetDongleIndicatorLed(const char *path, DongleIndicator *record)
 {
     note(__func__, text(path));
     world().with(path, [&](const FakeDevice &device) {
-        if (device.answersLights)
+        if (device.answersLamps)
             *record = device.indicator;
     });
 }
@@ -272,9 +272,12 @@ uint8_t UsbFinderC_OpenDevice(const char *path)
     return world().with(path, [](const FakeDevice &) {});
 }
 
-void UsbFinderC_ReadWriteDeviceData(const uint8_t *, uint8_t *, uint8_t length)
+void UsbFinderC_ReadWriteDeviceData(const uint8_t *write_buffer, uint8_t *, uint8_t length)
 {
-    note(__func__, std::to_string(length));
+    std::string arguments = std::to_string(length);
+    for (std::size_t i = 0; i < length; ++i)
+        arguments += ' ' + std::to_string(write_buffer[i]);
+    note(__func__, arguments);
 }
 
 void UsbUpgradeC_FindBootDevices(const uint8_t *, int32_t *count)

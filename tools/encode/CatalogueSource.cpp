@@ -2,13 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "tools/encode/CatalogueSource.h"
 
-#include "catalogue/EncodedKeys.h"
+#include "tools/encode/KeyForms.h"
 
 #include <cstdint>
-#include <set>
+#include <map>
 
 namespace
 {
+
+using Items = std::vector<std::string>;
 
 std::string trimmed(const std::string &text)
 {
@@ -31,99 +33,198 @@ std::string base64(const std::string &bytes)
     return out;
 }
 
-std::string encodeItems(const std::string &value, bool encoded)
+std::string joined(const Items &items, bool encoded)
 {
     std::string out;
-    for (std::size_t start = 0; start <= value.size();) {
-        const std::size_t comma = std::min(value.find(',', start), value.size());
-        const std::string item = trimmed(value.substr(start, comma - start));
-        out += (start == 0 ? "" : ",") + (encoded ? base64(item) : item);
-        start = comma + 1;
-    }
+    for (const std::string &item : items)
+        out += (&item == &items.front() ? "" : ",") + (encoded ? base64(item) : item);
     return out;
 }
+
+bool isPrintableAscii(const std::string &line)
+{
+    return std::all_of(line.begin(), line.end(),
+                       [](char c) { return c == '\t' || (uint8_t(c) >= 32 && uint8_t(c) <= 126); });
+}
+
+struct Value {
+    Items items;
+    int line;
+};
+
+// The values of one section, for what they say together. The needed ones are there and in form.
+class ModelCheck
+{
+public:
+    explicit ModelCheck(const std::map<std::string, Value> &values) : values_(values) {}
+
+    bool hasAllColors() const
+    {
+        return values_.at("DPIColor").items.size() >= 3 * std::size_t(number("DPIMaxGrade", 0));
+    }
+    bool hasDpisInRange() const
+    {
+        const std::size_t count = values_.at("DPIGrade").items.size();
+        for (std::size_t i = 0; i < count; ++i) {
+            if (!isInRange(number("DPIGrade", i)))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    int number(const char *key, std::size_t item) const
+    {
+        return decimalNumber(values_.at(key).items.at(item)).value_or(0);
+    }
+    bool isInRange(int dpi) const
+    {
+        for (std::size_t i = 0; i + 3 <= values_.at("DPIRange").items.size(); i += 3) {
+            const int min = number("DPIRange", i);
+            if (dpi >= min && dpi <= number("DPIRange", i + 1) &&
+                (dpi - min) % number("DPIRange", i + 2) == 0)
+                return true;
+        }
+        return false;
+    }
+
+    const std::map<std::string, Value> &values_;
+};
 
 class Encoder
 {
 public:
-    // Each returns its error text, empty for none.
-    std::string line(const std::string &line)
+    explicit Encoder(const Items &sensors) : sensors_(sensors) {}
+
+    // Both are false when they have failed; error() tells why.
+    bool take(const std::string &line)
     {
+        ++line_;
         if (line.empty() || line.front() == ';')
-            return {};
+            return true;
+        if (!isPrintableAscii(line))
+            return fail(line_, "holds a character that is not ASCII");
         return line.front() == '[' ? heading(line) : value(line);
     }
-    std::string end() const
+    bool end()
     {
-        if (total_ != std::to_string(models_))
-            return "DeviceTotal is \"" + total_ + "\", but there are " + std::to_string(models_) + " models";
-        return {};
+        if (section_.empty())
+            return fail(line_, "has no [Option]");
+        if (!endSection())
+            return false;
+        const int models = int(mids_.size());
+        if (total_.items.front() != std::to_string(models))
+            return fail(total_.line, "DeviceTotal is " + total_.items.front() + ", but there are " +
+                                         std::to_string(models) + " models");
+        return true;
     }
-    const std::string &text() const { return text_; }
+    EncodedCatalogue result;
 
 private:
-    std::string heading(const std::string &line)
+    bool fail(int line, const std::string &reason)
     {
-        const std::string expected =
-            section_.empty() ? "[Option]" : "[Drive" + std::to_string(models_ + 1) + "]";
-        if (line != expected)
-            return "expected " + expected;
-        models_ += section_.empty() ? 0 : 1;
-        section_ = line;
-        keys_.clear();
-        text_ += (text_.empty() ? "" : "\n") + line + "\n";
-        return {};
+        result.errorLine = line;
+        result.error = reason;
+        return false;
     }
-    std::string value(const std::string &line)
+
+    bool heading(const std::string &line)
+    {
+        if (!section_.empty() && !endSection())
+            return false;
+        const std::string expected =
+            section_.empty() ? "[Option]" : "[Drive" + std::to_string(mids_.size() + 1) + "]";
+        if (line != expected)
+            return fail(line_, "\"" + line + "\" stands where " + expected + " is expected");
+        kind_ = section_.empty() ? CatalogueSection::Option : CatalogueSection::Model;
+        section_ = line;
+        sectionLine_ = line_;
+        values_.clear();
+        result.text += (result.text.empty() ? "" : "\n") + line + "\n";
+        return true;
+    }
+
+    bool value(const std::string &line)
     {
         const std::size_t equals = line.find('=');
         if (equals == std::string::npos)
-            return "neither [section], nor Key=Value, nor a comment";
+            return fail(line_, "neither [section], nor Key=Value, nor a comment");
         if (section_.empty())
-            return "a value before the first section";
-        const std::string key = trimmed(line.substr(0, equals));
-        const std::string content = trimmed(line.substr(equals + 1));
-        constexpr char KeyLetters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
-        if (key.empty() || key.find_first_not_of(KeyLetters) != std::string::npos)
-            return "\"" + key + "\" is no key";
-        if (!keys_.insert(key).second)
-            return key + " stands twice in " + section_;
-        return checkedValue(key, content);
-    }
-    std::string checkedValue(const std::string &key, const std::string &content)
-    {
-        for (const char c : content) {
-            if (std::string_view("\"\\;@").find(c) != std::string_view::npos || uint8_t(c) < 32 ||
-                uint8_t(c) > 126)
-                return "the value of " + key +
-                       " holds a character that has a meaning of its own or is not ASCII";
-        }
-        if (section_ == "[Option]" && key == "DeviceTotal")
-            total_ = content;
-        text_ += key + "=" + encodeItems(content, isEncodedKey(key)) + "\n";
-        return {};
+            return fail(line_, "a value before the first section");
+        const std::string name = trimmed(line.substr(0, equals));
+        const CatalogueKey *const key = catalogueKey(name);
+        if (key == nullptr)
+            return fail(line_, "\"" + name + "\" is no key of the catalogue");
+        if (key->section != kind_)
+            return fail(line_, name + " does not belong into " + section_);
+        return keep(*key, trimmed(line.substr(equals + 1)));
     }
 
-    std::string text_;
-    std::string section_;
-    std::set<std::string> keys_; // of this section
-    std::string total_;
-    int models_ = 0;
+    bool keep(const CatalogueKey &key, const std::string &text)
+    {
+        const std::string name(key.name);
+        if (text.find_first_of("\"\\;@") != std::string::npos)
+            return fail(line_, "the value of " + name + " holds one of \" \\ ; @");
+        const Items items = splitItems(text);
+        if (!fitsForm(key, items, sensors_))
+            return fail(line_, name + " is \"" + text + "\", but takes " + describeForm(key));
+        const auto [at, isNew] = values_.emplace(name, Value{items, line_});
+        if (!isNew)
+            return fail(line_, name + " stands in line " + std::to_string(at->second.line) + " already");
+        result.text += name + "=" + joined(items, key.isEncoded) + "\n";
+        return true;
+    }
+
+    bool endSection()
+    {
+        for (const CatalogueKey &key : CatalogueKeys) {
+            if (key.isNeeded && key.section == kind_ && values_.count(std::string(key.name)) == 0)
+                return fail(sectionLine_, section_ + " lacks " + std::string(key.name));
+        }
+        if (kind_ == CatalogueSection::Model)
+            return endModel();
+        total_ = values_.at("DeviceTotal");
+        return true;
+    }
+    bool endModel()
+    {
+        const Value &mid = values_.at("MID");
+        const auto [at, isNew] = mids_.emplace(mid.items.front(), mid.line);
+        if (!isNew)
+            return fail(mid.line,
+                        "MID " + at->first + " stands in line " + std::to_string(at->second) + " already");
+        if (!ModelCheck(values_).hasAllColors())
+            return misfit("DPIColor");
+        if (!ModelCheck(values_).hasDpisInRange())
+            return misfit("DPIGrade");
+        return true;
+    }
+    // A value that is in form, but not together with others of the model.
+    bool misfit(const char *name)
+    {
+        return fail(values_.at(name).line,
+                    std::string(name) + " does not hold " + describeForm(*catalogueKey(name)));
+    }
+
+    const Items &sensors_;
+    int line_ = 0;
+    std::string section_; // heading
+    int sectionLine_ = 0;
+    CatalogueSection kind_ = CatalogueSection::Option;
+    std::map<std::string, Value> values_; // of this section
+    std::map<std::string, int> mids_;     // of all models so far, with their lines
+    Value total_;
 };
 
 } // namespace
 
-EncodedCatalogue encodeCatalogue(std::istream &source)
+EncodedCatalogue encodeCatalogue(std::istream &source, const std::vector<std::string> &sensors)
 {
-    Encoder encoder;
-    EncodedCatalogue result;
+    Encoder encoder(sensors);
     for (std::string line; std::getline(source, line);) {
-        ++result.errorLine;
-        result.error = encoder.line(trimmed(line));
-        if (!result.error.empty())
-            return result;
+        if (!encoder.take(trimmed(line)))
+            return encoder.result;
     }
-    result.error = encoder.end();
-    result.text = encoder.text();
-    return result;
+    encoder.end();
+    return encoder.result;
 }

@@ -9,12 +9,13 @@
 //     VID=0x1209, 0x1234  a list of plain items
 //     [Drive1]            the models, numbered from 1 without a gap
 //
-// A value is a row of items between commas. Quotes, backslashes, semicolons and "@" are syntax of the
-// encoded file and are refused.
+// A value is a row of items between commas; docs/catalogue.md has the keys. Quotes, backslashes, semicolons
+// and "@" are syntax of the encoded file and are refused.
 #pragma once
 
 #include <istream>
 #include <string>
+#include <vector>
 
 struct EncodedCatalogue {
     std::string text;  // the content of Config.ini
@@ -22,4 +23,5 @@ struct EncodedCatalogue {
     int errorLine = 0; // counted from 1
 };
 
-EncodedCatalogue encodeCatalogue(std::istream &source);
+// `sensors`: the names that driver_sensor.h knows.
+EncodedCatalogue encodeCatalogue(std::istream &source, const std::vector<std::string> &sensors);

@@ -49,7 +49,7 @@ std::string alternatives(const std::vector<std::string> &ids)
 
 } // namespace
 
-UdevRules udevRules(std::istream &source)
+UdevRules udevRules(std::istream &source, const std::string &group)
 {
     std::vector<std::string> vendors;
     std::vector<std::string> products;
@@ -65,10 +65,12 @@ UdevRules udevRules(std::istream &source)
     }
     if (vendors.empty() || products.empty())
         return {{}, "names no vendor or no product"};
-    return {"# Made from the catalogue. Whoever sits at the screen may use these devices; so may the group\n"
-            "# plugdev, for machines without seats.\n"
-            "SUBSYSTEM==\"hidraw\", ATTRS{idVendor}==\"" +
-                alternatives(vendors) + "\", ATTRS{idProduct}==\"" + alternatives(products) +
-                "\", MODE=\"0660\", GROUP=\"plugdev\", TAG+=\"uaccess\"\n",
+    const std::string forGroup = group.empty() ? std::string() : ", GROUP=\"" + group + "\"";
+    return {"# Made from the catalogue. Whoever sits at the screen may use these devices" +
+                (group.empty() ? std::string()
+                               : ";\n# so may the group " + group + ", for machines without seats") +
+                ".\nSUBSYSTEM==\"hidraw\", ATTRS{idVendor}==\"" + alternatives(vendors) +
+                "\", ATTRS{idProduct}==\"" + alternatives(products) + "\", MODE=\"0660\"" + forGroup +
+                ", TAG+=\"uaccess\"\n",
             {}};
 }

@@ -14,5 +14,5 @@ struct UdevRules {
 };
 
 // `source` is the readable catalogue. Its general values name the ids: VID, the keys that end in "_PID" and,
-// for devices that wait for firmware, Boot_PID.
-UdevRules udevRules(std::istream &source);
+// for devices that wait for firmware, Boot_PID. `group`: may use the devices too; empty for none.
+UdevRules udevRules(std::istream &source, const std::string &group = {});

@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// encode-catalogue [--udev] SOURCE TARGET: writes the encoded catalogue, or the udev rules for its devices.
-// An error is reported with file and line.
+// encode-catalogue [--udev[=GROUP]] SOURCE TARGET: writes the encoded catalogue, or the udev rules for its
+// devices. SOURCE is checked for both; its sensors stand in driver_sensor.h beside it. An error is reported
+// with file and line.
 
 #include "tools/encode/CatalogueSource.h"
+#include "tools/encode/KeyForms.h"
 #include "tools/encode/UdevRules.h"
 
 #include <cstdio>
@@ -12,29 +14,49 @@
 #include <fstream>
 #include <iostream>
 
-static EncodedCatalogue convert(std::istream &source, bool udev)
+static std::string besideIt(const std::string &path, const char *name)
 {
-    if (!udev)
-        return encodeCatalogue(source);
-    UdevRules rules = udevRules(source);
+    return path.substr(0, path.rfind('/') + 1) + name;
+}
+
+static EncodedCatalogue convert(std::istream &source, const std::vector<std::string> &sensors,
+                                const char *udev)
+{
+    EncodedCatalogue result = encodeCatalogue(source, sensors);
+    if (udev == nullptr || !result.error.empty())
+        return result;
+    source.clear();
+    source.seekg(0);
+    UdevRules rules = udevRules(source, *udev == '=' ? udev + 1 : udev);
     return {std::move(rules.text), std::move(rules.error), 1};
+}
+
+static int fail(const std::string &path, const char *reason)
+{
+    std::cerr << path << ": " << reason << '\n';
+    return 1;
 }
 
 int main(int argc, char **argv)
 {
-    const bool udev = argc > 1 && std::strcmp(argv[1], "--udev") == 0;
-    if (argc != (udev ? 4 : 3)) {
-        std::cerr << "usage: encode-catalogue [--udev] SOURCE TARGET\n";
+    constexpr char option[] = "--udev";
+    const bool chosen = argc > 1 && std::strncmp(argv[1], option, sizeof option - 1) == 0;
+    const char *const udev = chosen ? argv[1] + sizeof option - 1 : nullptr;
+    if (argc != (udev != nullptr ? 4 : 3) || (udev != nullptr && *udev != '\0' && *udev != '=')) {
+        std::cerr << "usage: encode-catalogue [--udev[=GROUP]] SOURCE TARGET\n";
         return 2;
     }
     const char *const from = argv[argc - 2];
     const char *const to = argv[argc - 1];
     std::ifstream source(from);
-    if (!source) {
-        std::cerr << from << ": cannot be read\n";
-        return 1;
-    }
-    const EncodedCatalogue result = convert(source, udev);
+    if (!source)
+        return fail(from, "cannot be read");
+    const std::string sensorPath = besideIt(from, "driver_sensor.h");
+    std::ifstream sensorHeader(sensorPath);
+    const std::vector<std::string> sensors = sensorsOf(sensorHeader);
+    if (sensors.empty())
+        return fail(sensorPath, "cannot be read, or has no line \"#define SENSORS\" with names behind a tab");
+    const EncodedCatalogue result = convert(source, sensors, udev);
     if (!result.error.empty()) {
         std::cerr << from << ':' << result.errorLine << ": " << result.error << '\n';
         return 1;
@@ -43,9 +65,8 @@ int main(int argc, char **argv)
     target << result.text;
     target.close();
     if (!target) {
-        std::cerr << to << ": cannot be written\n";
         std::remove(to);
-        return 1;
+        return fail(to, "cannot be written");
     }
     return 0;
 }

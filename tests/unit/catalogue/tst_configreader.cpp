@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
+#include "catalogue/CatalogueKeys.h"
 #include "catalogue/ConfigReader.h"
 #include "catalogue/DeviceCatalogue.h"
-#include "catalogue/EncodedKeys.h"
 #include "environment/DataRoot.h"
 #include "tests/support/TestMain.h"
 
@@ -32,7 +32,9 @@ private slots:
             QTest::newRow(key) << QString(key) << true;
         for (const char *key : plain)
             QTest::newRow(key) << QString(key) << false;
-        QCOMPARE(EncodedKeys.size(), std::size(encoded));
+        QCOMPARE(std::count_if(CatalogueKeys.begin(), CatalogueKeys.end(),
+                               [](const CatalogueKey &key) { return key.isEncoded; }),
+                 std::ptrdiff_t(std::size(encoded)));
     }
     void decodesTheThirteenKeys()
     {

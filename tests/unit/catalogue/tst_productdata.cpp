@@ -146,6 +146,23 @@ private slots:
         QVERIFY(!definition("SUPPORT_RIPPLE").contains("PA42"));
     }
 
+    // A capability is found by a search for the name, and a DPI behind the first capital I of a macro.
+    void hasSensorsThatCanBeToldApart()
+    {
+        const QList<QByteArray> sensors = definition("SENSORS").split(',');
+        QVERIFY(sensors.size() >= 4);
+        for (const QByteArray &sensor : sensors) {
+            QVERIFY2(!sensor.contains('I'), sensor.constData());
+            for (const QByteArray &other : sensors)
+                QVERIFY2(sensor == other || !sensor.contains(other), sensor.constData());
+        }
+        for (const char *name : {"SUPPORT_SENSOR_MODE_SEL", "SUPPORT_LOD_CAL", "SUPPORT_RIPPLE",
+                                 "SUPPORT_FIXLINE", "SUPPORT_MOTION_SYNC", "SUPPORT_MOUSEPAD_CAL"}) {
+            for (const QByteArray &sensor : definition(name).split(','))
+                QVERIFY2(sensors.contains(sensor), name);
+        }
+    }
+
     void hasDistinctDpiCodes()
     {
         QSet<int> codes;

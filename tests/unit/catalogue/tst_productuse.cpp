@@ -3,13 +3,13 @@
 //
 // What the code asks of the shipped data, and what the data gives, held against each other both ways: a key
 // that is asked for and not given fails, and so does one that nothing asks for.
+#include "catalogue/CatalogueKeys.h"
 #include "catalogue/DeviceCatalogue.h"
 #include "environment/DataRoot.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 
-#include <QSettings>
 #include <QtTest>
 
 using namespace language;
@@ -83,47 +83,6 @@ constexpr RequiredChoices MouseChoices[] = {
     {"tabsList", "0", "settings"},
 };
 
-// The keys of the catalogue, in its general section or in each model's. `page` will read what the sources
-// do not read yet.
-struct CatalogueKey {
-    const char *key;
-    bool ofModel;
-    const char *page;
-};
-constexpr CatalogueKey CatalogueKeys[] = {
-    {"DeviceTotal", false, nullptr},
-    {"VID", false, nullptr},
-    {"USB_PID", false, nullptr},
-    {"Wireless_PID", false, nullptr},
-    {"Wireless2_PID", false, nullptr},
-    {"Wireless4_PID", false, nullptr},
-    {"Wireless8_PID", false, nullptr},
-    {"Boot_PID", false, nullptr},
-    {"CID", false, nullptr},
-    {"ShowBatteryValue", false, nullptr},
-    {"LabelColor", false, nullptr},
-    {"ButtonColor", false, nullptr},
-    {"SliderColor", false, nullptr},
-    {"ComboxTextColor", false, nullptr},
-    {"ComboxSelectColor", false, nullptr},
-    {"ComboxBackGroundColor", false, nullptr},
-    {"LinEditColor", false, nullptr},
-    {"LinEditColorSecond", false, nullptr},
-    {"MID", true, nullptr},
-    {"Sensor", true, nullptr},
-    {"DPIMaxGrade", true, nullptr},
-    {"DPIGrade", true, "sensor"},
-    {"DPIColor", true, "sensor"},
-    {"DPIRange", true, "sensor"},
-    {"XIn1", true, "sensor"},
-    {"KeyNumber", true, "buttons"},
-    {"Adveanced", true, nullptr},
-    {"MM", true, nullptr},
-    {"DM", true, nullptr},
-    {"D2M", true, nullptr},
-    {"D4M", true, nullptr},
-    {"D8M", true, nullptr},
-};
 // Part of the format, and without an effect in any release: a search takes fixed values, and both kinds of
 // transition lead to the same files.
 constexpr const char *SilentKeys[] = {"InterfaceId", "DeviceId", "Transition"};
@@ -136,17 +95,9 @@ QStringList captured(const QString &sources, const QString &pattern)
     return found;
 }
 
-const CatalogueKey *catalogueKey(const QString &key)
+bool isSilent(std::string_view key)
 {
-    const auto *found = std::find_if(std::begin(CatalogueKeys), std::end(CatalogueKeys),
-                                     [&key](const CatalogueKey &row) { return key == row.key; });
-    return found == std::end(CatalogueKeys) ? nullptr : found;
-}
-
-// A model may leave out the default of a button.
-bool isButtonDefault(const QString &key)
-{
-    return QRegularExpression("^KeyParam[1-6]$").match(key).hasMatch();
+    return std::find(std::begin(SilentKeys), std::end(SilentKeys), key) != std::end(SilentKeys);
 }
 
 } // namespace
@@ -329,37 +280,27 @@ private slots:
     void theCatalogueGivesEveryKey()
     {
         const ConfigReader &reader = ConfigReader::instance();
-        for (const CatalogueKey &row : CatalogueKeys)
-            for (int i = 0; i < (row.ofModel ? DeviceCatalogue().total() : 1); ++i) {
-                const QString section = row.ofModel ? DeviceCatalogue::section(i) : QString("Option");
-                QVERIFY2(!reader.ReadConfigList(section, row.key).isEmpty(),
-                         qPrintable(section + '/' + row.key));
+        for (const CatalogueKey &row : CatalogueKeys) {
+            if (row.form == KeyForm::DefaultAction) // a model may leave it out
+                continue;
+            const bool isOfModel = row.section == CatalogueSection::Model;
+            for (int i = 0; i < (isOfModel ? DeviceCatalogue().total() : 1); ++i) {
+                const QString section = isOfModel ? DeviceCatalogue::section(i) : QString("Option");
+                QVERIFY2(!reader.ReadConfigList(section, row.name.data()).isEmpty(), row.name.data());
             }
-    }
-
-    void theCatalogueGivesNothingElse()
-    {
-        const QSettings file(applicationFolder() + "/usersetting/Config.ini", QSettings::IniFormat);
-        QVERIFY(file.allKeys().size() > 50);
-        for (const QString &path : file.allKeys()) {
-            const QString key = path.section('/', 1);
-            const CatalogueKey *row = catalogueKey(key);
-            const bool silent =
-                std::find(std::begin(SilentKeys), std::end(SilentKeys), key) != std::end(SilentKeys);
-            QVERIFY2(row || silent || isButtonDefault(key), qPrintable(path));
-            QCOMPARE(path.startsWith("Drive"), row ? row->ofModel : !silent);
         }
     }
 
     void everyCatalogueKeyIsRead()
     {
-        QFile encoded(SOURCE_FOLDER "/catalogue/EncodedKeys.h"); // names keys without reading them
-        QVERIFY(encoded.open(QIODevice::ReadOnly));
-        const QString list = QString::fromUtf8(encoded.readAll());
+        QFile table(SOURCE_FOLDER "/catalogue/CatalogueKeys.h"); // names keys without reading them
+        QVERIFY(table.open(QIODevice::ReadOnly));
+        const QString list = QString::fromUtf8(table.readAll());
         QVERIFY(sources.contains(list));
         const QString readers = QString(sources).remove(list);
         for (const CatalogueKey &row : CatalogueKeys) {
-            QVERIFY2(row.page || readers.contains('"' + QString(row.key) + '"'), row.key);
+            const QString key = row.form == KeyForm::DefaultAction ? "KeyParam" : row.name.data();
+            QCOMPARE(readers.contains(QRegularExpression('"' + key + "(%1)?\"")), !isSilent(row.name));
         }
     }
 
@@ -372,7 +313,7 @@ private slots:
         asked += captured(sources, "atalogue(?:\\(\\))?\\.(?:text|list|number)\\([^;{}\"]*\"(\\w+)\"");
         QVERIFY(asked.size() >= 20);
         for (const QString &key : asked)
-            QVERIFY2(catalogueKey(key) || key.startsWith("KeyParam"), qPrintable(key));
+            QVERIFY2(catalogueKey(key.toStdString()) || key == "KeyParam", qPrintable(key));
     }
 };
 

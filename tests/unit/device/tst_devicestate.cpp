@@ -3,7 +3,7 @@
 //
 // The kinds of a device, a row each, and the reset of the process-wide flags.
 #include "catalogue/DeviceKinds.h"
-#include "catalogue/EncodedKeys.h"
+#include "catalogue/CatalogueKeys.h"
 #include "device/DeviceState.h"
 #include "tests/support/TestMain.h"
 

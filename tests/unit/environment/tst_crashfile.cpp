@@ -11,6 +11,7 @@
 #include <QtTest>
 #include <climits>
 #include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace
@@ -29,16 +30,27 @@ __attribute__((noinline)) void writeAtAddress16()
     *reinterpret_cast<volatile int *>(address) = 1;
 }
 
+// A sanitizer's shadow would be dumped as well.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool dumpsAreWanted = false;
+#else
+constexpr bool dumpsAreWanted = true;
+#endif
+
 // The part that a child process plays: it never returns when the crash works.
 int crash(int, char **arguments)
 {
     const QByteArray kind = arguments[1];
+    rlimit core = {};
+    getrlimit(RLIMIT_CORE, &core);
+    core.rlim_cur = kind == "core" ? core.rlim_max : 0;
+    setrlimit(RLIMIT_CORE, &core);
     installCrashFilter();
     if (kind == "noFolder")
         QDir(dataRoot() + "/Exception").removeRecursively();
     if (kind == "address" || kind == "noFolder")
         writeAtAddress16();
-    if (kind == "abort")
+    if (kind == "abort" || kind == "core")
         abort();
     if (kind == "stack")
         return overflowStack(0);
@@ -80,7 +92,7 @@ private slots:
         QFETCH(QByteArray, name);
         QFETCH(QByteArray, address);
         const QDateTime before = QDateTime::currentDateTime();
-        QCOMPARE(runCrash(QByteArray(QTest::currentDataTag())), 128 + signal);
+        QCOMPARE(runCrash(QByteArray(QTest::currentDataTag())), signal);
         const QFileInfoList files = QDir(dataRoot() + "/Exception").entryInfoList(QDir::Files);
         QCOMPARE(files.size(), 1);
         const QDateTime named =
@@ -88,6 +100,19 @@ private slots:
         QVERIFY(named.isValid());
         QVERIFY(named >= before.addSecs(-1) && named <= QDateTime::currentDateTime());
         checkContent(files[0].filePath(), signal, name, address);
+    }
+
+    // Where dumps go into the folder of the process.
+    void leavesACoreDump()
+    {
+        QTemporaryDir folder;
+        QCOMPARE(runCrash("core", folder.path()), SIGABRT);
+        QFile pattern(QStringLiteral("/proc/sys/kernel/core_pattern"));
+        rlimit limit = {};
+        getrlimit(RLIMIT_CORE, &limit);
+        if (dumpsAreWanted && pattern.open(QIODevice::ReadOnly) && pattern.readAll().startsWith("core") &&
+            limit.rlim_max == RLIM_INFINITY)
+            QCOMPARE(QDir(folder.path()).entryList({QStringLiteral("core*")}, QDir::Files).size(), 1);
     }
 
     // Two crashes within a second have one name; the second file replaces the first, and a link in its
@@ -102,7 +127,7 @@ private slots:
             const QString name = now.addSecs(second).toString(QStringLiteral("yyyy_MM_dd_hh_mm_ss"));
             QVERIFY(QFile::link(victim, dataRoot() + "/Exception/" + name + ".dmp"));
         }
-        QCOMPARE(runCrash("abort"), 128 + SIGABRT);
+        QCOMPARE(runCrash("abort"), SIGABRT);
         QCOMPARE(QFileInfo(victim).size(), 0);
         int files = 0;
         for (const QFileInfo &entry : QDir(dataRoot() + "/Exception").entryInfoList(QDir::Files))
@@ -132,14 +157,26 @@ private slots:
     }
 
 private:
-    // The exit code, or the negative signal that ended the child.
-    static int runCrash(const QByteArray &kind)
+    // The signal that ended the child, which is what leaves a core dump; 0 when it ended by itself.
+    static int runCrash(const QByteArray &kind, const QString &folder = QDir::tempPath())
     {
         QProcess child;
+        child.setWorkingDirectory(folder);
         child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("crash"), QString(kind)});
         if (!child.waitForFinished(60000))
             return 0;
-        return child.exitStatus() == QProcess::NormalExit ? child.exitCode() : -1;
+        return child.exitStatus() == QProcess::CrashExit ? child.exitCode() : 0;
+    }
+    static QByteArray ownBuildId()
+    {
+        QProcess readelf;
+        readelf.start(QStringLiteral("readelf"),
+                      {QStringLiteral("-n"), QCoreApplication::applicationFilePath()});
+        readelf.waitForFinished(60000);
+        const QByteArray mark = "Build ID: ";
+        const QByteArray notes = readelf.readAllStandardOutput();
+        const int at = notes.indexOf(mark);
+        return at < 0 ? QByteArray("none") : notes.mid(at + mark.size(), 40);
     }
     static void checkContent(const QString &path, int signal, const QByteArray &name,
                              const QByteArray &address)
@@ -149,7 +186,9 @@ private:
         QCOMPARE(entry.st_mode & 07777, 0600U);
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
-        const QList<QByteArray> lines = file.readAll().split('\n');
+        QList<QByteArray> lines = file.readAll().split('\n');
+        QCOMPARE(lines.takeFirst(), QByteArray("version " MORLEN_VERSION));
+        QCOMPARE(lines.takeFirst(), "build id " + ownBuildId());
         QCOMPARE(lines.value(0), "signal " + QByteArray::number(signal) + ' ' + name);
         QVERIFY(lines.value(1).startsWith("address 0x"));
         if (!address.isEmpty())

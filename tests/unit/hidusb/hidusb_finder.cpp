@@ -263,7 +263,34 @@ TEST_F(Finder, RawReportsPassUnchanged)
     EXPECT_EQ(reply[0], 0x56);
     EXPECT_EQ(reply[1], 2);
     UsbFinderC_ReadWriteDeviceData(nullptr, reply, 1);
-    UsbFinderC_ReadWriteDeviceData(request, nullptr, 1);
     UsbFinderC_ReadWriteDeviceData(request, reply, 0);
     EXPECT_EQ(screen.requests().size(), 2U);
+}
+
+// As the clock of a screen is sent: five times its one byte, whose answers nobody takes.
+TEST_F(Finder, WithoutABufferForTheAnswerARawReportIsSentAllTheSame)
+{
+    FakeDevice screen({0x1209, 0x0005, 0x0103, 1, wire::ScreenUsagePage, "mouse"});
+    screen.setScript([](const wire::Report &request) { return Answers{{request.Id, 1}}; });
+    const uint8_t request[] = {0x55};
+    ASSERT_EQ(UsbFinderC_OpenDevice(screen.path().c_str()), 1);
+    for (int i = 0; i < 5; ++i)
+        UsbFinderC_ReadWriteDeviceData(request, nullptr, sizeof request);
+    ASSERT_TRUE(eventually([&screen] { return screen.requests().size() == 5; }));
+    for (const wire::Report &report : screen.requests())
+        EXPECT_EQ(report.Id, 0x55);
+}
+
+// The page of the lights asks both in a row, and may wait no longer than for one silent question.
+TEST_F(Finder, TheLampsOfASilentReceiverAreAskedOnceLess)
+{
+    FakeDevice receiver;
+    receiver.setScript([](const wire::Report &) { return Answers{}; });
+    DongleRgbBar bar{};
+    DongleIndicator lamps{{7, 7, 7}};
+    UsbFinderC_GetDongleRGBBarMode(receiver.path().c_str(), &bar);
+    UsbFinderC_GetDongleIndicatorLed(receiver.path().c_str(), &lamps);
+    EXPECT_EQ(receiver.count(Command::DongleBar), 3U);
+    EXPECT_EQ(receiver.count(Command::Indicator), 2U);
+    EXPECT_EQ(lamps.Choice[0], 7);
 }

@@ -23,7 +23,7 @@ struct Ports {
     int open = 0;
     int reads = 0;
     int interruptions = 0; // those that have not ended a wait yet
-    bool endless = false;  // the last wait has no limit
+    int limit = 0;         // of the last wait, in milliseconds; negative for none
     bool unplugged = false;
 };
 
@@ -47,7 +47,7 @@ public:
     {
         std::unique_lock lock(ports_.mutex);
         ++ports_.reads;
-        ports_.endless = timeoutMs < 0;
+        ports_.limit = timeoutMs;
         ports_.changed.wait(lock, [this] { return ports_.interruptions > 0 || ports_.unplugged; });
         if (ports_.unplugged)
             return {Outcome::Gone, 0};
@@ -167,7 +167,7 @@ TEST_F(Registry, AnOpeningThatThrowsIsTriedAgain)
 TEST_F(Registry, ALateInterruptionClosesNothing)
 {
     const Channel *first = registry_.acquire("quick").get(); // held for this moment only
-    ASSERT_TRUE(eventually([this] { return ports(&Ports::reads) > 0 && !ports(&Ports::endless); }));
+    ASSERT_TRUE(eventually([this] { return ports(&Ports::reads) > 0 && ports(&Ports::limit) > 0; }));
     const int reads = ports(&Ports::reads);
     ports([](Ports &ports) {
         ports.changed.notify_all();
@@ -176,4 +176,11 @@ TEST_F(Registry, ALateInterruptionClosesNothing)
     EXPECT_TRUE(eventually([&] { return ports(&Ports::reads) > reads || ports(&Ports::open) == 0; }));
     EXPECT_EQ(registry_.acquire("quick").get(), first);
     EXPECT_EQ(bus_.opening, 1);
+}
+
+TEST_F(Registry, ADeviceStaysOpenUntilTheNextSearch)
+{
+    const int aMinute = 60 * 1000;
+    registry_.acquire("quick").reset();
+    EXPECT_TRUE(eventually([&] { return ports(&Ports::limit) >= aMinute; }));
 }

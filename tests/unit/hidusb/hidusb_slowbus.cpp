@@ -5,6 +5,7 @@
 // or reading it. The bus is the test's own: each opening waits until the test decides on it.
 #include "device/hidusb/Connection.h"
 #include "device/hidusb/Question.h"
+#include "device/hidusb/Thread.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/FakeDevice.h"
 #include "tests/support/Messages.h"
@@ -279,6 +280,27 @@ TEST_F(GatedOpening, ATryThatFailsWhileTheMouseReturnsIsNotTakenForAGoodOne)
         return *writes >= 2;
     }));
     EXPECT_FALSE(good);
+}
+
+// As when one thread closes a connection while another starts the next one. The device of this one hangs, so
+// it never says that it has left.
+TEST_F(GatedOpening, AWaitThatBeganBeforeTheLeavingEndsWithIt)
+{
+    constexpr int Waiting = 4;
+    const auto previous = std::make_shared<hidusb::Connection>("is left later", nullptr, 1);
+    previous->order({Command::DriverStatus, 1});
+    const auto begun = std::make_shared<std::atomic<int>>(0);
+    const auto ended = std::make_shared<std::atomic<int>>(0);
+    for (int i = 0; i < Waiting; ++i)
+        ASSERT_TRUE(hidusb::startThread([previous, begun, ended] {
+            ++*begun;
+            previous->awaitLeft();
+            ++*ended;
+        }));
+    ASSERT_TRUE(eventually([&] { return *begun == Waiting; }));
+    EXPECT_EQ(*ended, 0);
+    previous->leave();
+    EXPECT_TRUE(eventually([&] { return *ended == Waiting; }));
 }
 
 TEST_F(GatedOpening, TheOnLineQuestionDoesNotWaitForADeviceThatDoesNotOpen)

@@ -208,3 +208,27 @@ TEST_F(UpgradeBus, ADeviceThatOpensLateMayBeTheSecondThatFits)
     ASSERT_EQ(emulator.order("unplug twin"), "ok\n");
     EXPECT_TRUE(eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
 }
+
+// The kernel opens one node at a time, and the search waits for each of them.
+TEST_F(UpgradeBus, ManyDevicesThatNobodyHasOpenDoNotKeepAnUpgradeFromItsStart)
+{
+    constexpr int Others = 9;
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    const auto firmware = hidusb::readFirmware(file.data());
+    ASSERT_TRUE(firmware);
+    nameVendor("1209");
+    std::vector<std::unique_ptr<FakeDevice>> others;
+    for (int i = 0; i < Others; ++i)
+        others.push_back(std::make_unique<FakeDevice>(mouseName("other" + std::to_string(i))));
+    std::mutex kernel;
+    std::atomic<int> opened{0};
+    ownBus().onOpen = [&](const std::string &) {
+        const std::lock_guard lock(kernel);
+        std::this_thread::sleep_for(milliseconds(60));
+        ++opened;
+    };
+    const auto target = hidusb::findTarget(*firmware);
+    EXPECT_EQ(opened, Others + 1) << "when the search was over";
+    // On a busy machine the search may find a device silent.
+    EXPECT_TRUE(target || eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
+}

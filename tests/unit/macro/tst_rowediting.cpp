@@ -40,14 +40,25 @@ struct Case {
     int selectedAfter;
 };
 
-void check(const Case &each, const std::function<bool(Editing &)> &change, bool changes = true)
+using Change = std::function<bool(Editing &)>;
+
+void check(std::initializer_list<Case> cases, const Change &change, bool changes = true)
 {
-    Editing list{rowsOf(each.before), each.selected};
-    const QByteArray where = QByteArray(each.before) + " at " + QByteArray::number(each.selected);
-    QVERIFY2(change(list) == changes, where);
-    QVERIFY2(wordsOf(list.rows) == each.after, where + ": " + wordsOf(list.rows).toUtf8());
-    QVERIFY2(list.selected == each.selectedAfter, where + ": " + QByteArray::number(list.selected));
+    for (const Case &each : cases) {
+        Editing list{rowsOf(each.before), each.selected};
+        const QByteArray where = QByteArray(each.before) + " at " + QByteArray::number(each.selected);
+        QVERIFY2(change(list) == changes, where);
+        QVERIFY2(wordsOf(list.rows) == each.after, where + ": " + wordsOf(list.rows).toUtf8());
+        QVERIFY2(list.selected == each.selectedAfter, where + ": " + QByteArray::number(list.selected));
+    }
 }
+
+const Change KeyX = [](Editing &list) { return insertKey(list, "X", true); };
+const Change ClickX = [](Editing &list) { return insertClick(list, "X"); };
+const Change Delay77 = [](Editing &list) { return insertDelay(list, 77); };
+const Change Removal = [](Editing &list) { return rowediting::remove(list); };
+const Change Up = [](Editing &list) { return move(list, -1); };
+const Change Down = [](Editing &list) { return move(list, 1); };
 
 } // namespace
 
@@ -60,23 +71,23 @@ private slots:
 
     void aKey()
     {
-        const Case cases[] = {
-            {"", NoRow, "+X 10", 0}, // the list ends in a delay
-            {"+A", NoRow, "+A +X 10", 1},
-            {"+A 1 -A", NoRow, "+A 1 -A +X 10", 3},
-            {"+A 1", NoRow, "+A 1 +X 10", 2},
-            {"+A", 0, "+A +X 10", 1}, // there is no row 1
-            {"+A 1", 0, "+A 1 +X 10", 2},
-            {"+A 1 -A", 0, "+A 1 +X 10 -A", 2},
-            {"+A 1 -A 2 +B", 1, "+A 1 +X 10 -A 2 +B", 2},
-            {"+A 1 -A 2 +B", 3, "+A 1 -A 2 +X 10 +B", 4},
-            {"+A 1 -A 2 +B", 2, "+A 1 -A 2 +X 10 +B", 4},
-            {"+A 1 -A 2 +B", 4, "+A 1 -A 2 +B 10 +X", 6},
-            {"+A 1 -A", 2, "+A 1 -A 10 +X", 4},
-            {"+A 1", 1, "+A 1 10 +X", 3}, // a delay that is the last row
-        };
-        for (const Case &each : cases)
-            check(each, [](Editing &list) { return insertKey(list, "X", true); });
+        check(
+            {
+                {"", NoRow, "+X 10", 0}, // the list ends in a delay
+                {"+A", NoRow, "+A +X 10", 1},
+                {"+A 1 -A", NoRow, "+A 1 -A +X 10", 3},
+                {"+A 1", NoRow, "+A 1 +X 10", 2},
+                {"+A", 0, "+A +X 10", 1}, // there is no row 1
+                {"+A 1", 0, "+A 1 +X 10", 2},
+                {"+A 1 -A", 0, "+A 1 +X 10 -A", 2},
+                {"+A 1 -A 2 +B", 1, "+A 1 +X 10 -A 2 +B", 2},
+                {"+A 1 -A 2 +B", 3, "+A 1 -A 2 +X 10 +B", 4},
+                {"+A 1 -A 2 +B", 2, "+A 1 -A 2 +X 10 +B", 4},
+                {"+A 1 -A 2 +B", 4, "+A 1 -A 2 +B 10 +X", 6},
+                {"+A 1 -A", 2, "+A 1 -A 10 +X", 4},
+                {"+A 1", 1, "+A 1 10 +X", 3}, // a delay that is the last row
+            },
+            KeyX);
     }
 
     void aReleaseGoesWhereAPressGoes()
@@ -108,74 +119,101 @@ private slots:
 
     void aClick()
     {
-        const Case cases[] = {
-            {"", NoRow, "+X 10 -X", 2},
-            {"+A 1 -A", NoRow, "+A 1 -A 10 +X 10 -X", 6},
-            {"+A 1", NoRow, "+A 1 10 +X 10 -X", 5},
-            {"+A", 0, "+A +X 10 -X 10", 3},
-            {"+A 1 -A", 0, "+A 1 +X 10 -X 10 -A", 4},
-            {"+A 1 -A 2 +B", 1, "+A 1 +X 10 -X 10 -A 2 +B", 4},
-            {"+A 1 -A 2 +B", 3, "+A 1 -A 2 +X 10 -X 10 +B", 6},
-            {"+A 1 -A 2 +B", 2, "+A 1 -A 10 +X 10 -X 2 +B", 6},
-            {"+A 1 -A 2 +B", 4, "+A 1 -A 2 +B 10 +X 10 -X", 8},
-            {"+A 1", 1, "+A 1 10 +X 10 -X", 5},
-        };
-        for (const Case &each : cases)
-            check(each, [](Editing &list) { return insertClick(list, "X"); });
+        check(
+            {
+                {"", NoRow, "+X 10 -X", 2},
+                {"+A 1 -A", NoRow, "+A 1 -A 10 +X 10 -X", 6},
+                {"+A 1", NoRow, "+A 1 10 +X 10 -X", 5},
+                {"+A", 0, "+A +X 10 -X 10", 3},
+                {"+A 1 -A", 0, "+A 1 +X 10 -X 10 -A", 4},
+                {"+A 1 -A 2 +B", 1, "+A 1 +X 10 -X 10 -A 2 +B", 4},
+                {"+A 1 -A 2 +B", 3, "+A 1 -A 2 +X 10 -X 10 +B", 6},
+                {"+A 1 -A 2 +B", 2, "+A 1 -A 10 +X 10 -X 2 +B", 6},
+                {"+A 1 -A 2 +B", 4, "+A 1 -A 2 +B 10 +X 10 -X", 8},
+                {"+A 1", 1, "+A 1 10 +X 10 -X", 5},
+            },
+            ClickX);
     }
 
     // ---- A delay
 
     void aDelay()
     {
-        const Case cases[] = {
-            {"", NoRow, "77", 0},
-            {"+A 1 -A", NoRow, "+A 1 -A 77", 3},
-            {"+A 1 -A", 1, "+A 77 -A", 1}, // the selected one
-            {"+A 1 -A", 2, "+A 77 -A", 1}, // the one before
-            {"+A 1 -A 2 +B", 4, "+A 1 -A 77 +B", 3},
-            {"+A -A", 1, "+A 77 -A", 1}, // no delay to change
-        };
-        for (const Case &each : cases)
-            check(each, [](Editing &list) { return insertDelay(list, 77); });
-        for (const Case &first : {Case{"+A 1 -A", 0, "+A 1 -A", 0}, Case{"+A", 0, "+A", 0}})
-            check(
-                first, [](Editing &list) { return insertDelay(list, 77); }, false);
+        check(
+            {
+                {"", NoRow, "77", 0},
+                {"+A 1 -A", NoRow, "+A 1 -A 77", 3},
+                {"+A 1 -A", 1, "+A 77 -A", 1}, // the selected one
+                {"+A 1 -A", 2, "+A 77 -A", 1}, // the one before
+                {"+A 1 -A 2 +B", 4, "+A 1 -A 77 +B", 3},
+                {"+A -A", 1, "+A 77 -A", 1}, // no delay to change
+            },
+            Delay77);
+        check({{"+A 1 -A", 0, "+A 1 -A", 0}, {"+A", 0, "+A", 0}}, Delay77, false);
     }
 
     // ---- Deleting
 
     void aDeletion()
     {
-        const Case cases[] = {
-            {"", NoRow, "", NoRow},
-            {"+A", NoRow, "", NoRow},
-            {"+A 1 -A", 1, "", NoRow}, // a short list is emptied whatever is selected
-            {"+A 1 -A", NoRow, "", NoRow},
-            {"+A 1 -A 2 +B", 0, "-A 2 +B", 0},
-            {"+A 1 -A 2 +B", 1, "-A 2 +B", 0},
-            {"+A 1 -A 2 +B", 2, "+A 1 +B", 2},
-            {"+A 1 -A 2 +B", 3, "+A 1 +B", 2},
-            {"+A 1 -A 2 +B", 4, "+A 1 -A", 2},
-            {"+A 1 -A 2", 3, "+A 1", 1}, // a delay that is the last row
-            {"1 +A 2 -A", 0, "2 -A", 0}, // no event before the delay
-        };
-        for (const Case &each : cases)
-            check(each, [](Editing &list) { return remove(list); });
         check(
-            {"+A 1 -A 2", NoRow, "+A 1 -A 2", NoRow}, [](Editing &list) { return remove(list); }, false);
+            {
+                {"", NoRow, "", NoRow},
+                {"+A", NoRow, "", NoRow},
+                {"+A 1 -A", 1, "", NoRow}, // a short list is emptied whatever is selected
+                {"+A 1 -A", NoRow, "", NoRow},
+                {"+A 1 -A 2 +B", 0, "-A 2 +B", 0},
+                {"+A 1 -A 2 +B", 1, "-A 2 +B", 0},
+                {"+A 1 -A 2 +B", 2, "+A 1 +B", 2},
+                {"+A 1 -A 2 +B", 3, "+A 1 +B", 2},
+                {"+A 1 -A 2 +B", 4, "+A 1 -A", 2},
+                {"+A 1 -A 2", 3, "+A 1", 1}, // a delay that is the last row
+                {"1 +A 2 -A", 0, "2 -A", 0}, // no event before the delay
+            },
+            Removal);
+        check({{"+A 1 -A 2", NoRow, "+A 1 -A 2", NoRow}}, Removal, false);
+    }
+
+    // ---- Moving
+
+    void aMove()
+    {
+        check(
+            {
+                {"+A 1 -A 2 +B", 0, "-A 1 +A 2 +B", 2},
+                {"+A 1 -A 2 +B", 2, "+A 1 +B 2 -A", 4},
+                {"+A 1 -A 2 +B", 1, "+A 2 -A 1 +B", 3},
+                {"+A -A 1", 0, "-A +A 1", 1}, // events without a delay between them
+            },
+            Down);
+        check(
+            {
+                {"+A 1 -A 2 +B", 4, "+A 1 +B 2 -A", 2},
+                {"+A 1 -A 2 +B", 2, "-A 1 +A 2 +B", 0},
+                {"+A 1 -A 2 +B", 3, "+A 2 -A 1 +B", 1},
+            },
+            Up);
+        check({{"+A 1 -A", 0, "+A 1 -A", 0}, {"+A 1 -A", 1, "+A 1 -A", 1}, {"", NoRow, "", NoRow}}, Up,
+              false);
+        check({{"+A 1 -A", 2, "+A 1 -A", 2}, {"+A 1 -A", NoRow, "+A 1 -A", NoRow}}, Down, false);
+        check({{"+A 1 -A 2 +B", 0, "-A 1 +B 2 +A", 4}}, [](Editing &list) { return move(list, 9); });
+    }
+
+    // Onto a row of the other sort it goes to the last of its own that it passes.
+    void theWayToARow()
+    {
+        const int steps[] = {-1, 0, 0, 0, 1, 1, 2};
+        const Editing list{rowsOf("+A 1 -A 2 +B 3 -B"), 2};
+        for (int row = 0; row < 7; ++row)
+            QVERIFY2(stepsTo(list, row) == steps[row], QByteArray::number(row));
+        QCOMPARE(stepsTo({list.rows, NoRow}, 3), 0);
+        QCOMPARE(stepsTo({list.rows, 5}, 0), -2);
     }
 
     // A list that alternates and ends in an event does so after every edit in its middle.
     void theAlternationStays()
     {
-        using Change = std::function<bool(Editing &)>;
-        const Change changes[] = {
-            [](Editing &list) { return insertKey(list, "X", true); },
-            [](Editing &list) { return insertClick(list, "X"); },
-            [](Editing &list) { return insertDelay(list, 77); },
-            [](Editing &list) { return remove(list); },
-        };
+        const Change changes[] = {KeyX, ClickX, Delay77, Removal, Up, Down};
         const QString before = "+A 1 -A 2 +B 3 -B 4 +A";
         for (const Change &change : changes)
             for (int selected = 0; selected < 9; ++selected) {

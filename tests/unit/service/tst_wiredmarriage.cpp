@@ -117,15 +117,6 @@ private slots:
         QCOMPARE(marriage.marryAgain({entry("receiver", Receiver8K), entry("mouse", Cable8K)}), 1);
         QCOMPARE(callNames(), QStringList{Store + "mouse 9 8 7 0 4"});
     }
-
-    void theAttachedOnesAreSearched()
-    {
-        plug("receiver", Receiver1K, 7);
-        plug("mouse", Cable8K);
-        WiredMarriage marriage;
-        QCOMPARE(marriage.marryAttached(), 1);
-        QCOMPARE(stores(), QStringList{Store + "mouse 9 8 7 0 0"});
-    }
 };
 
 TEST_CLASS(tst_WiredMarriage, testmain::CoreApplication)

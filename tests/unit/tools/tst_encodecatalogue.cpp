@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 
-#include "catalogue/ConfigReader.h"
-#include "catalogue/EncodedKeys.h"
+#include "catalogue/DeviceCatalogue.h"
+#include "keys/MediaKeys.h"
 #include "tests/support/TestMain.h"
 #include "tools/encode/CatalogueSource.h"
+#include "tools/encode/KeyForms.h"
 #include "tools/encode/UdevRules.h"
 
 #include <QProcess>
@@ -12,96 +13,310 @@
 #include <QtTest>
 #include <sstream>
 
+namespace
+{
+
+const std::vector<std::string> Sensors = {"3395", "PA42"};
+
+// A catalogue with one model and all that is needed, one key a line; the model begins at line 13.
+constexpr char Small[] = "[Option]\n"
+                         "DeviceTotal=1\n"
+                         "VID=0x1209\n"
+                         "USB_PID=0x0001\n"
+                         "CID=18\n"
+                         "LabelColor=1,2,3\n"
+                         "ButtonColor=1,2,3\n"
+                         "SliderColor=1,2,3\n"
+                         "ComboxTextColor=1,2,3\n"
+                         "ComboxSelectColor=1,2,3\n"
+                         "ComboxBackGroundColor=1,2,3\n"
+                         "LinEditColor=1,2,3\n"
+                         "LinEditColorSecond=1,2,3\n"
+                         "[Drive1]\n"
+                         "MID=6\n"
+                         "Sensor=PA42\n"
+                         "DPIMaxGrade=2\n"
+                         "DPIGrade=100,200,300,400,500,600,6200,12000\n"
+                         "DPIColor=255,0,0,0,0,255\n"
+                         "DPIRange=100,6000,100,6200,12000,200,0x11\n"
+                         "KeyNumber=8\n"
+                         "Adveanced=-1,3\n";
+
+// `Small` with another value for a key; a key that it lacks is put at the end.
+QByteArray withValue(const QByteArray &key, const QByteArray &value)
+{
+    QByteArray source = Small;
+    const int at = source.indexOf('\n' + key + '=');
+    if (at < 0)
+        return source + key + '=' + value + '\n';
+    return source.replace(at + 1, source.indexOf('\n', at + 1) - at - 1, key + '=' + value);
+}
+
+QByteArray without(const QByteArray &line)
+{
+    QByteArray source = Small;
+    return source.replace(line + '\n', "");
+}
+
+int lineOf(const QByteArray &source, const QByteArray &line)
+{
+    const int at = ('\n' + source).indexOf('\n' + line);
+    return at < 0 ? 0 : int(source.left(at).count('\n')) + 1;
+}
+
+} // namespace
+
 class tst_EncodeCatalogue : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void encodesTheThirteenKeysAndNoOther()
+    void encodesTheKeysThatAreCoded()
     {
-        for (const std::string_view key : EncodedKeys) {
-            const EncodedCatalogue result = encode("[Option]\nDeviceTotal=0\n" + std::string(key) + "=12\n");
-            QCOMPARE(result.error, std::string());
-            QCOMPARE(result.text, "[Option]\nDeviceTotal=0\n" + std::string(key) + "=MTI=\n");
-        }
-        QCOMPARE(encode("[Option]\nMID=12\nDeviceTotal=0\n").text,
-                 std::string("[Option]\nMID=12\nDeviceTotal=0\n"));
+        const EncodedCatalogue result = encode(Small);
+        QCOMPARE(result.error, std::string());
+        const QByteArray text = QByteArray::fromStdString(result.text);
+        for (const char *line : {"VID=MHgxMjA5", "CID=MTg=", "Sensor=UEE0Mg==", "MID=6", "Adveanced=-1,3"})
+            QVERIFY2(text.contains('\n' + QByteArray(line) + '\n'), line);
     }
 
     void encodesItemByItem_data()
     {
         QTest::addColumn<QByteArray>("source");
         QTest::addColumn<QByteArray>("stored");
-        QTest::newRow("one") << QByteArray("A") << QByteArray("QQ==");
-        QTest::newRow("two") << QByteArray("A,B") << QByteArray("QQ==,Qg==");
-        QTest::newRow("blanks") << QByteArray(" A , BC ") << QByteArray("QQ==,QkM=");
-        QTest::newRow("three bytes") << QByteArray("ABC") << QByteArray("QUJD");
-        QTest::newRow("none") << QByteArray("") << QByteArray("");
-        QTest::newRow("empty items") << QByteArray(",A,") << QByteArray(",QQ==,");
-        QTest::newRow("all digits") << QByteArray("~~~>?>?>?") << QByteArray("~~~>?>?>?").toBase64();
+        QTest::newRow("one") << QByteArray("0x1209") << QByteArray("MHgxMjA5");
+        QTest::newRow("two") << QByteArray("0x1209,0x1234") << QByteArray("MHgxMjA5,MHgxMjM0");
+        QTest::newRow("blanks") << QByteArray(" 0x1209 ,\t0x1234 ") << QByteArray("MHgxMjA5,MHgxMjM0");
     }
     void encodesItemByItem()
     {
         QFETCH(QByteArray, source);
         QFETCH(QByteArray, stored);
-        const std::string text = encode("[Option]\nDeviceTotal=0\nVID=" + source.toStdString() + "\n").text;
-        QCOMPARE(QByteArray::fromStdString(text), "[Option]\nDeviceTotal=0\nVID=" + stored + "\n");
+        const QByteArray text = QByteArray::fromStdString(encode(withValue("VID", source)).text);
+        QVERIFY(text.contains("\nVID=" + stored + '\n'));
     }
 
-    void refusesMistakes_data()
+    // Base64 of one, two and three bytes more than whole groups.
+    void encodesNamesOfAnyLength()
+    {
+        for (const QByteArray &name :
+             {QByteArray("M"), QByteArray("M6"), QByteArray("M6_"), QByteArray(63, 'z')}) {
+            const EncodedCatalogue result = encode(withValue("MM", name));
+            QCOMPARE(result.error, std::string());
+            QVERIFY(result.text.find("\nMM=" + name.toBase64().toStdString() + '\n') != std::string::npos);
+        }
+    }
+
+    void refusesWhatIsNoCatalogue_data()
     {
         QTest::addColumn<QByteArray>("source");
         QTest::addColumn<int>("line");
+        QTest::newRow("nothing") << QByteArray() << 0;
         QTest::newRow("no line of a catalogue") << QByteArray("[Option]\nDeviceTotal\n") << 2;
         QTest::newRow("value first") << QByteArray("; x\n\nCID=1\n[Option]\n") << 3;
         QTest::newRow("a model first") << QByteArray("[Drive1]\nMID=1\n") << 1;
-        QTest::newRow("key twice") << QByteArray("[Option]\nCID=1\nVID=2\nCID=3\n") << 4;
         QTest::newRow("bad key") << QByteArray("[Option]\nC ID=1\n") << 2;
         QTest::newRow("no key") << QByteArray("[Option]\n=1\n") << 2;
-        QTest::newRow("section twice") << QByteArray("[Option]\n[Option]\n") << 2;
-        QTest::newRow("gap") << QByteArray("[Option]\nDeviceTotal=2\n[Drive2]\n") << 3;
-        QTest::newRow("unknown section") << QByteArray("[Option]\n[Drives]\n") << 2;
+        QTest::newRow("section twice") << QByteArray(Small) + "[Option]\n" << 23;
+        QTest::newRow("model twice") << QByteArray(Small) + "[Drive1]\n" << 23;
+        QTest::newRow("gap") << QByteArray(Small) + "[Drive3]\n" << 23;
+        QTest::newRow("unknown section") << QByteArray(Small) + "[Drives]\n" << 23;
         QTest::newRow("open heading") << QByteArray("[Option\n") << 1;
-        QTest::newRow("quote") << QByteArray("[Option]\nVID=\"1\"\n") << 2;
-        QTest::newRow("backslash") << QByteArray("[Option]\nVID=a\\b\n") << 2;
-        QTest::newRow("comment behind") << QByteArray("[Option]\nVID=1 ; one\n") << 2;
-        QTest::newRow("object") << QByteArray("[Option]\nXIn1=@Variant(1)\n") << 2;
         QTest::newRow("not ASCII") << QByteArray("[Option]\nVID=\xC3\xA9\n") << 2;
-        QTest::newRow("wrong total") << QByteArray("[Option]\nDeviceTotal=2\n[Drive1]\nMID=1\n") << 4;
-        QTest::newRow("no total") << QByteArray("[Option]\nCID=1\n") << 2;
+        QTest::newRow("byte order mark") << QByteArray("\xEF\xBB\xBF") + Small << 1;
+        QTest::newRow("UTF-16") << QByteArray("[\0O\0p\0t\0i\0o\0n\0]\0\n\0", 18) << 1;
+        QTest::newRow("lacks a colour") << without("SliderColor=1,2,3") << 1;
+        QTest::newRow("lacks the total") << without("DeviceTotal=1") << 1;
+        QTest::newRow("lacks the model id") << without("MID=6") << 14;
+        QTest::newRow("lacks the ranges") << without("DPIRange=100,6000,100,6200,12000,200,0x11") << 14;
+        QTest::newRow("key twice") << QByteArray(Small) + "KeyNumber=8\n" << 23;
+        QTest::newRow("no model") << QByteArray(Small).left(QByteArray(Small).indexOf("[Drive")) << 2;
+        const QByteArray model = QByteArray(Small).mid(QByteArray(Small).indexOf("[Drive"));
+        QByteArray second = model;
+        second.replace("[Drive1]", "[Drive2]");
+        QByteArray two = Small;
+        two.replace("Total=1", "Total=2");
+        QTest::newRow("a model more than told") << Small + QByteArray(second).replace("MID=6", "MID=7") << 2;
+        QTest::newRow("model id twice") << two + second << 24;
     }
-    void refusesMistakes()
+    void refusesWhatIsNoCatalogue()
     {
         QFETCH(QByteArray, source);
         QFETCH(int, line);
-        const EncodedCatalogue result = encode(source.toStdString());
+        const EncodedCatalogue result = encode(source);
         QVERIFY(!result.error.empty());
         QCOMPARE(result.errorLine, line);
     }
 
+    void refusesAValueOutOfForm_data()
+    {
+        QTest::addColumn<QByteArray>("key");
+        QTest::addColumn<QByteArray>("value");
+        const auto row = [](const char *key, const char *value) {
+            QTest::addRow("%s=%s", key, value) << QByteArray(key) << QByteArray(value);
+        };
+        row("KeyNumbr", "8");
+        row("keynumber", "8");
+        row("VID2", "0x1209");
+        row("CID", "18"); // of the other section
+        for (const char *value :
+             {"ninety", "", "0", "13", "8x", "0x8", "+8", "08", "8.0", "8,9", "9999999999"})
+            row("KeyNumber", value);
+        for (const char *value : {"MTg=", "256", "-1", "1 8"})
+            row("MID", value);
+        for (const char *value : {"1209", "0x120", "0x12095", "0x12g9", "0x1209,", "MHgxMjA5", "",
+                                  "\"0x1209\"", "0x1209 ; one", "@Variant(1)", "a\\b"})
+            row("VID", value);
+        for (const char *value : {"PA43", "3395,PA42", "pa42", "", "UEE0Mg=="})
+            row("Sensor", value);
+        for (const char *value : {"1,2", "1,2,3,4", "1,2,256", "1,2,red", "#ffffff", "1,2,"})
+            row("LabelColor", value);
+        for (const char *value : {"255,0,0", "255,0,0,0,0", "255,0,0,0,0,256",
+                                  "1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3"})
+            row("DPIColor", value);
+        for (const char *value : {"100,200,300,400,500,600,6200", "100,200,300,400,500,600,6200,12000,12000",
+                                  "100,200,300,400,500,600,6200,12200", "150,200,300,400,500,600,6200,12000",
+                                  "100,200,300,400,500,600,6100,12000"})
+            row("DPIGrade", value);
+        for (const char *value :
+             {"100,6000,100,6200,12000,200", "100,6000,100,6200,12000", "100,6000,100", "0x11", "",
+              "6000,100,100,0x11", "100,6000,0,0x11", "100,6050,100,0x11", "100,6000,100,0x12",
+              "100,6000,100,6000,12000,200,0x11", "6200,12000,200,100,6000,100,0x11", "100,6000,100,11",
+              "1,2,1,3,4,1,5,6,1,7,8,1,9,10,1,0x33"})
+            row("DPIRange", value);
+        for (const char *value : {"0x06,0,0x00CD", "0x05,0", "0x05,0,play", "0x05,0,0,", "0x05,0,0,Ctrl+",
+                                  "0x05,0,0,A+B+C+D", "0x05,0,0,A,B", "0x05,0,0x00CE", "0x05,0,0,Ctrl+Foo",
+                                  "0x05,0,0,LCtrl", "0x05,0,0,ctrl", "5,0,0x00CD"})
+            row("KeyParam3", value);
+        row("KeyParam7", "0x05,0,0x00CD");
+        row("KeyParam0", "0x05,0,0x00CD");
+        for (const char *value : {"-1", "2,1", "0,4", "-2,0", "0,1,0"})
+            row("Adveanced", value);
+        row("MM", "M6 Mouse");
+        row("MM", "../M6");
+        row("MM", QByteArray(64, 'm').constData());
+        row("XIn1", "3");
+        row("DPIMaxGrade", "9");
+        row("DeviceTotal", "256");
+    }
+    void refusesAValueOutOfForm()
+    {
+        QFETCH(QByteArray, key);
+        QFETCH(QByteArray, value);
+        const QByteArray source = key == "CID" ? Small + QByteArray("CID=18\n") : withValue(key, value);
+        const EncodedCatalogue result = encode(source);
+        QVERIFY(result.error.find(key.toStdString()) != std::string::npos);
+        QCOMPARE(result.errorLine, key == "CID" ? 23 : lineOf(source, key + '='));
+    }
+
+    void takesWhatIsInForm_data()
+    {
+        QTest::addColumn<QByteArray>("key");
+        QTest::addColumn<QByteArray>("value");
+        const auto row = [](const char *key, const char *value) {
+            QTest::addRow("%s=%s", key, value) << QByteArray(key) << QByteArray(value);
+        };
+        row("KeyNumber", "1");
+        row("KeyNumber", "12");
+        row("MID", "255");
+        row("VID", "0x12aB, 0xFFFF");
+        row("DPIRange", "100,12000,100,0x00");
+        row("DPIRange", "100,1000,100,1200,2000,200,2400,4000,400,4800,12000,200,0x33");
+        row("DPIColor", "1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3");
+        row("KeyParam1", "0x05,0,0x00CD");
+        row("KeyParam6", "0x05,,,Ctrl+Shift+C");
+        row("Adveanced", "1,-1");
+    }
+    void takesWhatIsInForm()
+    {
+        QFETCH(QByteArray, key);
+        QFETCH(QByteArray, value);
+        QByteArray source = withValue(key, value);
+        if (value.endsWith("0x33")) // with stages that lie in these ranges
+            source.replace("500,600,6200,12000", "1200,2400,4800,12000");
+        QCOMPARE(encode(source).error, std::string());
+    }
+
+    // What the encoder refuses, the program still reads as well as it can.
+    void theProgramReadsTheRestAllTheSame()
+    {
+        QVERIFY(write("odd.ini", "[Option]\nDeviceTotal=1\nOther=1\n[Drive1]\nKeyNumber=ninety\nMID=6\n"));
+        const ConfigReader reader(folder_.filePath("odd.ini"));
+        const DeviceCatalogue catalogue(reader);
+        QCOMPARE(catalogue.total(), 1);
+        QCOMPARE(catalogue.number(0, "KeyNumber"), 0);
+        QCOMPARE(catalogue.number(0, "MID"), 6);
+    }
+
     void givesTheReaderWhatTheSourceSays()
     {
-        QVERIFY(write("source.ini", "; x\r\n[Option]\r\nDeviceTotal = 1\r\nVID=0x1209, 0x1234\r\nCID=18\r\n"
-                                    "[Drive1]\r\nMID=6\r\nDPIRange=50, 26000, 50, 0x22\r\nSensor=PA42\r\n"));
+        QByteArray source = "; x\r\n" + withValue("VID", " 0x1209, 0x1234").replace('\n', "\r\n");
+        QVERIFY(write("source.ini", source));
         QCOMPARE(run("source.ini", "Config.ini"), 0);
         ConfigReader reader(folder_.filePath("Config.ini"));
         QCOMPARE(reader.ReadConfig("Option", "DeviceTotal"), QString("1"));
         QCOMPARE(reader.ReadConfigList("Option", "VID"), QStringList({"0x1209", "0x1234"}));
         QCOMPARE(reader.ReadConfig("Option", "CID"), QString("18"));
         QCOMPARE(reader.ReadConfig("Drive1", "Sensor"), QString("PA42"));
-        QCOMPARE(reader.ReadConfigList("Drive1", "DPIRange"), QStringList({"50", "26000", "50", "0x22"}));
+        QCOMPARE(reader.ReadConfigList("Drive1", "DPIRange").size(), 7);
     }
 
     void saysWhereTheMistakeIs()
     {
-        QVERIFY(write("bad.ini", "[Option]\nDeviceTotal=0\nwhat\n"));
-        QVERIFY(run("bad.ini", "none.ini") != 0);
-        QVERIFY(errors_.startsWith(folder_.filePath("bad.ini").toUtf8() + ":3: "));
-        QVERIFY(!QFileInfo::exists(folder_.filePath("none.ini")));
+        const QByteArray bad = withValue("KeyNumber", "ninety");
+        QVERIFY(write("bad.ini", bad));
+        for (const QStringList &options : {QStringList(), QStringList("--udev")}) {
+            QVERIFY(run("bad.ini", "none.ini", options) != 0);
+            QCOMPARE(errors_, folder_.filePath("bad.ini").toUtf8() +
+                                  ":21: KeyNumber is \"ninety\", but takes a number from 1 to 12\n");
+            QVERIFY(!QFileInfo::exists(folder_.filePath("none.ini")));
+        }
         QVERIFY(run("missing.ini", "none.ini") != 0);
         QVERIFY(errors_.contains("missing.ini"));
-        QVERIFY(write("good.ini", "[Option]\nDeviceTotal=0\n"));
+        QVERIFY(write("good.ini", Small));
         QVERIFY(run("good.ini", "no/such/folder.ini") != 0);
+        QCOMPARE(run("good.ini", "good.txt"), 0);
+        QVERIFY(QFile::remove(folder_.filePath("driver_sensor.h")));
+        QVERIFY(run("good.ini", "none.ini") != 0);
+        QVERIFY(errors_.contains("driver_sensor.h"));
+    }
+
+    // Every row of the document's tables is a key as the code has it, and every key has a row.
+    void theDocumentSaysTheSame()
+    {
+        QFile file(SOURCE_FOLDER "/docs/catalogue.md");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString document = QString::fromUtf8(file.readAll());
+        QStringList told;
+        CatalogueSection section = CatalogueSection::Option;
+        for (const QString &line : document.split('\n')) {
+            if (line.startsWith("## "))
+                section = line.contains("Option") ? CatalogueSection::Option : CatalogueSection::Model;
+            const QStringList cells = line.split(" | ");
+            if (cells.size() != 5 || !line.startsWith("| `"))
+                continue;
+            for (const QString &name : namesIn(cells[0])) {
+                told << name;
+                const CatalogueKey *const key = catalogueKey(name.toStdString());
+                QVERIFY2(key, qPrintable(name));
+                QVERIFY2(key->section == section, qPrintable(name));
+                QCOMPARE(cells[1], QString(key->isNeeded ? "yes" : "no"));
+                QCOMPARE(cells[2], QString::fromStdString(describeForm(*key)));
+                const std::string example = namesIn(cells[4]).value(0).toStdString();
+                QVERIFY2(fitsForm(*key, splitItems(example), Sensors), qPrintable(name));
+            }
+        }
+        QCOMPARE(std::size_t(told.size()), CatalogueKeys.size());
+        QCOMPARE(QSet<QString>(told.begin(), told.end()).size(), told.size());
+        for (const MediaKey key : MediaKeys) {
+            const QString text = QString::number(int(key), 16).toUpper().rightJustified(4, '0');
+            QVERIFY2(document.contains("0x" + text + ' '), qPrintable(text));
+        }
+        const int coded = document.indexOf("In `Config.ini` the items of");
+        const QStringList listed =
+            namesIn(document.mid(coded, document.indexOf("are Base64", coded) - coded));
+        for (const CatalogueKey &key : CatalogueKeys)
+            QCOMPARE(listed.contains(key.name.data()), key.isEncoded);
     }
 
     void udevRulesNameTheIds_data()
@@ -134,21 +349,47 @@ private slots:
         QVERIFY(text.endsWith("TAG+=\"uaccess\"\n"));
     }
 
+    // Distributions differ in their groups, so only the one that is asked for is named.
+    void udevRulesNameTheGroupThatIsAskedFor()
+    {
+        QVERIFY(write("group.ini", "[Option]\nVID=0x1209\nUSB_PID=0x0001\n"));
+        for (const char *option : {"--udev", "--udev=", "--udev=users"}) {
+            QCOMPARE(run("group.ini", "group.rules", {QString::fromLatin1(option)}), 0);
+            QFile file(folder_.filePath("group.rules"));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            const QByteArray rules = file.readAll();
+            const bool named = QByteArray(option).endsWith("users");
+            QCOMPARE(rules.count("users"), named ? 2 : 0);
+            QCOMPARE(rules.contains(", MODE=\"0660\", GROUP=\"users\", TAG+=\"uaccess\"\n"), named);
+            QCOMPARE(rules.contains("GROUP"), named);
+            QVERIFY(!rules.contains("plugdev"));
+        }
+    }
+
     void udevRulesNeedIds()
     {
-        QVERIFY(write("none.ini", "[Option]\nVID=0x1209\n"));
-        QVERIFY(run("none.ini", "none.rules", {"--udev"}) != 0);
-        QVERIFY(!QFileInfo::exists(folder_.filePath("none.rules")));
-        QVERIFY(write("some.ini", "[Option]\nVID=0x1209\nUSB_PID=1\nUSB_PID=0x0001\n"));
+        std::istringstream noProduct("[Option]\nVID=0x1209\n");
+        QVERIFY(!udevRules(noProduct).error.empty());
+        QVERIFY(write("some.ini", Small));
         QCOMPARE(run("some.ini", "some.rules", {"--udev"}), 0);
         QVERIFY(QFileInfo::exists(folder_.filePath("some.rules")));
     }
 
+    void init() { QVERIFY(write("driver_sensor.h", "/* x */\n#define SENSORS\t3395,PA42\n")); }
+
 private:
-    static EncodedCatalogue encode(const std::string &source)
+    // What stands between backticks.
+    static QStringList namesIn(const QString &text)
     {
-        std::istringstream stream(source);
-        return encodeCatalogue(stream);
+        QStringList names;
+        for (auto each = QRegularExpression("`([^`]*)`").globalMatch(text); each.hasNext();)
+            names << each.next().captured(1);
+        return names;
+    }
+    static EncodedCatalogue encode(const QByteArray &source)
+    {
+        std::istringstream stream(source.toStdString());
+        return encodeCatalogue(stream, Sensors);
     }
     bool write(const char *name, const QByteArray &bytes)
     {

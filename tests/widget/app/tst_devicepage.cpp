@@ -94,6 +94,31 @@ private slots:
         QVERIFY(dialog()->findChild<QLabel *>("headTitle")->isVisible());
     }
 
+    // The column's mark and the panels of a button fade into place; nothing is left behind, and nothing moves
+    // on a page that is entered unseen.
+    void whatSwitchesMoves()
+    {
+        const QTemporaryDir config; // asks for nothing
+        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
+        const auto cover = [this] { return dialog()->findChild<QWidget *>("MotionCover"); };
+        openDevicePage();
+        QVERIFY(!cover());
+        button("SensorButton")->click();
+        QVERIFY(cover() && cover()->isVisible());
+        QVERIFY(cover()->geometry().contains(button("SensorButton")->geometry()));
+        QTRY_VERIFY(!cover());
+        button("ButtonMain")->click();
+        QTRY_VERIFY(!cover());
+        button("RightKey")->click();
+        QVERIFY(cover() && cover()->isVisible());
+        QTRY_VERIFY(!cover());
+        button("FunctionsBack")->click();
+        QVERIFY(cover() && cover()->isVisible());
+        QTRY_VERIFY(!cover());
+        qunsetenv("XDG_CONFIG_HOME");
+        QTRY_VERIFY(fake.idle());
+    }
+
     void theHeadTellsTheDevice_data()
     {
         QTest::addColumn<int>("kind");

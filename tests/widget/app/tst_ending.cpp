@@ -370,6 +370,16 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // A login may start the program before the desktop's tray is there. There is none here.
+    void aHiddenStartWaitsForTheTray()
+    {
+        window = std::make_unique<DialogMain>();
+        window->startHidden(1);
+        QVERIFY(!window->isVisible()); // it looks once more
+        QTRY_VERIFY(window->isMinimized());
+        QVERIFY(window->isVisible());
+    }
+
     // Without a tray the window stands in the task bar, and its return is that of a click on the icon.
     void theReturnFromTheTaskBarTakesCharge_data()
     {

@@ -91,7 +91,7 @@ private slots:
         fixture::clean();
         fake.addDevice(fixture::device("dev", 6, Receiver8K));
         window = std::make_unique<DialogMain>();
-        window->SlotChangeSize(2);
+        window->startHidden();
         QVERIFY(!window->isVisible() && !window->isMinimized());
         QTRY_VERIFY(tray->docked() > 0 && iconWindow());
         QTRY_VERIFY(fake.idle());

@@ -4,6 +4,8 @@
 // The wheel: over every control of every page and dialog it changes nothing and takes no focus; what lies
 // under the control scrolls, and so does an open list.
 #include "app/DialogMain.h"
+#include "presentation/ColorDialog.h"
+#include "presentation/FileDialog.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"
 #include "presentation/dialogs/AddDelayTime.h"
@@ -12,6 +14,8 @@
 #include "tests/widget/app/Wheel.h"
 
 #include <QAbstractItemView>
+#include <QColorDialog>
+#include <QFileDialog>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -90,6 +94,21 @@ private slots:
         delay.show();
         QCOMPARE(checkAll<QSpinBox>(fireKey), 2);
         QCOMPARE(checkAll<QSpinBox>(delay), 1);
+    }
+
+    // The colour is written when the dialog is accepted.
+    void inTheToolkitsDialogsItChangesNothing()
+    {
+        const std::unique_ptr<QColorDialog> colors(makeColorDialog(nullptr));
+        colors->show();
+        QVERIFY(checkAll<QSpinBox>(*colors) >= 6);
+        int boxes = 0;
+        fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
+            boxes = checkAll<QComboBox>(*dialog);
+            dialog->reject();
+        });
+        filedialog::askForFile(nullptr, "File(*.bin)");
+        QCOMPARE(boxes, 2);
     }
 
     void whatLiesUnderTheControlScrolls()

@@ -92,7 +92,7 @@ private slots:
         QVERIFY(!SendScreenPacket(packet, reply.data()));
         QCOMPARE(int(packet[0]), 0x55);
         QCOMPARE(hex(packet).mid(2), hex(clockPacket(Noon)).mid(2));
-        QCOMPARE(fake.calls(), std::vector<std::string>(5, "UsbFinderC_ReadWriteDeviceData 1"));
+        QCOMPARE(fake.calls(), std::vector<std::string>(5, "UsbFinderC_ReadWriteDeviceData 1 85"));
     }
 
     void aZeroEndsThePacketWhereverItStands()
@@ -101,7 +101,8 @@ private slots:
         packet[9] = 0;
         QVERIFY(!SendScreenPacket(packet, nullptr));
         QCOMPARE(int(packet[8]), (0x55 - (7 + 7 * 3)) & 0xFF);
-        QCOMPARE(fake.calls(), std::vector<std::string>(5, "UsbFinderC_ReadWriteDeviceData 9"));
+        QCOMPARE(fake.calls(),
+                 std::vector<std::string>(5, "UsbFinderC_ReadWriteDeviceData 9 7 3 3 3 3 3 3 3 57"));
         fake.clearCalls();
         packet[0] = 0;
         QVERIFY(!SendScreenPacket(packet, nullptr)); // not even a checksum
@@ -167,7 +168,7 @@ private slots:
         tick(dialog, 49);
         QVERIFY(fake.calls().empty());
         tick(dialog, 1);
-        std::vector<std::string> wanted(5, "UsbFinderC_ReadWriteDeviceData 1");
+        std::vector<std::string> wanted(5, "UsbFinderC_ReadWriteDeviceData 1 85");
         wanted.insert(wanted.begin(), "UsbFinderC_OpenDevice screen");
         QCOMPARE(fake.calls(), wanted);
         tick(dialog, 50);
@@ -203,12 +204,16 @@ private slots:
     void startingBeginsTheTimerAndTheSearch()
     {
         InputPicA dialog;
-        auto *timer = dialog.findChild<QTimer *>(); // a member, which has no parent
-        QVERIFY(!timer);
+        const QTimer &timer = dialog.eraseTimer();
+        QVERIFY(!timer.isActive());
+        QCOMPARE(timer.interval(), 200);
         dialog.StartScreenClock(false);
+        QVERIFY(!timer.isActive());
         QCOMPARE(fake.count("StartUsbChanged"), 0);
         dialog.StartScreenClock(true);
-        QCOMPARE(fake.count("StartUsbChanged"), 1);
+        QVERIFY(timer.isActive() && !timer.isSingleShot());
+        const std::vector<std::string> calls = fake.calls();
+        QCOMPARE(int(std::count(calls.begin(), calls.end(), "StartUsbChanged 600")), 1);
         QTRY_VERIFY(fake.count("UsbFinderC_FindHidDevicesByDeviceId") > 0);
         StopUsbChanged();
     }

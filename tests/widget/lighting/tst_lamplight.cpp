@@ -11,6 +11,8 @@
 
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTextEdit>
+#include <QThread>
 
 namespace
 {
@@ -82,13 +84,15 @@ private:
             .arg(color.green())
             .arg(color.blue());
     }
-    static bool receiverIsShown(const LightPage &page)
+    static QSet<bool> receiverShown(const LightPage &page)
     {
         QSet<bool> shown;
         for (const char *name : {"LightMod_2", "LightMod_3", "LightMod_4", "LightMod_5", "AddR_2"})
             shown << page.find(QLatin1String(name))->parentWidget()->isVisible();
-        return shown == QSet<bool>{true};
+        return shown << page.find("receiverCard")->isVisible() << page.find("lampsCard")->isVisible();
     }
+    static bool receiverIsShown(const LightPage &page) { return receiverShown(page) == QSet<bool>{true}; }
+    static bool receiverIsHidden(const LightPage &page) { return receiverShown(page) == QSet<bool>{false}; }
     static bool schemeIsShown(const LightPage &page)
     {
         QSet<bool> shown;
@@ -209,13 +213,20 @@ private slots:
     void anImportDisablesTheMousesSliders()
     {
         LightPage page;
-        LightPageLoaded = false;
+        page.read(lightRecord(2));
+        QVERIFY(LightPageLoaded);
         page.page->SlotUpDataLightUIA(lightRecord(2, 6, 1));
-        QVERIFY(!LightPageLoaded && !LightPageBusy);
+        QVERIFY(!LightPageLoaded && !LightPageBusy); // the load before it counts no more
         for (const LightCase &light : LightCases)
             for (const QSlider *slider : {page.brightness(light), page.speed(light)})
                 QCOMPARE(slider->isEnabled(), &light != LightCases);
         QCOMPARE(page.brightness(LightCases[MouseGroup])->value(), 7);
+        // A reset and a notice of the stage light leave them so.
+        page.page->SlotUpDataDPILed(lightRecord(2));
+        page.page->SlotFormResetLight();
+        QVERIFY(!page.brightness(LightCases[MouseGroup])->isEnabled());
+        QVERIFY(!page.speed(LightCases[MouseGroup])->isEnabled());
+        QVERIFY(page.find<QSlider>("LightH")->isEnabled());
         page.read(lightRecord(2));
         QVERIFY(LightPageLoaded && !LightPageBusy);
         QVERIFY(page.brightness(LightCases[MouseGroup])->isEnabled());
@@ -304,7 +315,7 @@ private slots:
         LightPage page{uint16_t(kind), model};
         page.read(lightRecord(2));
         page.announceScheme(2);
-        QCOMPARE(receiverIsShown(page), receiver);
+        QCOMPARE(receiverShown(page), QSet<bool>{receiver});
         QCOMPARE(schemeIsShown(page), scheme);
         QCOMPARE(page.find<SensorEffect>("SensorEffect")->pos(), receiver ? QPoint(68, 280) : QPoint(68, 77));
         // The page scrolls only where there is more of it than there is room, and nothing of it stands below.
@@ -341,12 +352,15 @@ private slots:
             page.read(lightRecord(2));
         };
         for (int i = 0; i < 2; ++i) {
+            SelectedDevice::set(fixture::info("dev", fixture::CableKind));
+            page.announceScheme(2); // before the record of the cable's mouse
+            QVERIFY(receiverIsHidden(page) && !schemeIsShown(page));
             link(fixture::CableKind);
-            QVERIFY(!receiverIsShown(page) && !schemeIsShown(page));
+            QVERIFY(receiverIsHidden(page) && !schemeIsShown(page));
             link(Receiver4K);
             QVERIFY(receiverIsShown(page) && schemeIsShown(page));
             fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
-            QVERIFY(!receiverIsShown(page) && !schemeIsShown(page));
+            QVERIFY(receiverIsHidden(page) && !schemeIsShown(page));
             link(Receiver8K);
             QVERIFY(receiverIsShown(page) && schemeIsShown(page));
         }
@@ -360,16 +374,18 @@ private slots:
         fake.edit("dev", [](FakeDevice &device) { device.indicator = {{1, 2, 3}}; });
         page.read(lightRecord(2));
         fake.edit("dev", [](FakeDevice &device) {
-            device.answersLights = false;
+            device.answersBar = device.answersLamps = false;
             device.bar = {};
             device.indicator = {};
         });
+        fake.setHook([](const std::string &) { QThread::msleep(160); }); // longer than one try
         page.page->SlotUpDataLightUILight(lightRecord(4));
         QCOMPARE(int(fake.calls().size()), 1);
+        fake.setHook(nullptr);
         QCOMPARE(page.mode(LightCases[MouseGroup])->currentIndex(), 4);
         QCOMPARE(page.color(LightCases[ReceiverGroup]), QColor(46, 166, 223));
         QCOMPARE(page.lamp(2)->currentIndex(), 3);
-        fake.edit("dev", [](FakeDevice &device) { device.answersLights = true; });
+        fake.edit("dev", [](FakeDevice &device) { device.answersBar = device.answersLamps = true; });
         fake.clearCalls();
         page.page->SlotUpDataLightUILight(lightRecord(4));
         QCOMPARE(int(fake.calls().size()), 2);
@@ -417,7 +433,7 @@ private slots:
         QCOMPARE(page.lamp(0)->currentIndex(), 2);
         QCOMPARE(page.lamp(1)->currentIndex(), 2);
         QCOMPARE(page.lamp(2)->currentIndex(), 3);
-        QVERIFY(!receiverIsShown(page) && !schemeIsShown(page) && !LightPageBusy);
+        QVERIFY(receiverIsHidden(page) && !schemeIsShown(page) && !LightPageBusy);
         QCOMPARE(page.find("SensorEffect")->pos(), kind == Receiver8K ? QPoint(68, 280) : QPoint(68, 77));
         QVERIFY(fake.updates().empty() && fake.calls().empty());
     }
@@ -539,6 +555,26 @@ private slots:
         QCOMPARE(page.find<QLabel>("label_6")->text(), QString::fromUtf8("预览"));
         QCOMPARE(page.find<QLabel>("movingOffCaption")->text(), QString::fromUtf8("移动时关灯"));
         QCOMPARE(page.find<QLabel>("legend_1")->text(), QString::fromUtf8("优秀"));
+        const auto words = [&](int scheme) {
+            const QString name =
+                scheme == 1 ? QStringLiteral("textEdit") : QStringLiteral("textEdit_%1").arg(scheme);
+            const QString text = page.find<QTextEdit>(name)->toPlainText();
+            return QString(text).remove(QChar(QChar::Nbsp)).remove(' ').split(QString::fromUtf8("·"));
+        };
+        QCOMPARE(words(1), QString::fromUtf8("优秀 正常 差").split(' '));
+        QCOMPARE(words(2), QString("100% 50% 25%").split(' '));
+        QCOMPARE(words(3), QString("8000HZ 4000HZ 2000HZ 1000HZ 500HZ 250HZ 125HZ").split(' '));
+        QVERIFY(page.choice(2)->text().endsWith(QString::fromUtf8("(默认)"))); // of this model
+        QVERIFY(!page.choice(1)->text().contains('('));
+        for (const QLabel *label : page.page->findChildren<QLabel *>())
+            QVERIFY2(!label->text().isEmpty() || !label->objectName().contains("Title"),
+                     qPrintable(label->objectName()));
+        for (const LightCase &light : LightCases) {
+            QCOMPARE(page.own<QLabel>("captionG", light)->text(), QString("G:"));
+            QCOMPARE(page.own<QLabel>("customCaption", light)->text(), QString::fromUtf8("自定义颜色"));
+            QCOMPARE(page.own<QLabel>("presetCaption", light)->text(), QString::fromUtf8("预设"));
+        }
+        QVERIFY(!page.lamp(0)->itemText(1).contains('3')); // the key of the item
     }
 };
 

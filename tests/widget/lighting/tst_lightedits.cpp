@@ -4,11 +4,8 @@
 // What the page of the lights writes: the receiver's records, byte by byte, with and without the mouse, what
 // a refusal leaves of them, and colours that are set in one act. The mouse's controls one by one are in the
 // contract of edits.
-#include "lighting/HueField.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/lighting/LightPage.h"
-
-#include <QCursor>
 
 namespace
 {
@@ -350,14 +347,18 @@ private slots:
     void aSilentMouseTakesTheSchemeBack_data()
     {
         QTest::addColumn<int>("before");
-        QTest::newRow("of another") << 1;
-        QTest::newRow("of none") << 0;
+        QTest::addColumn<int>("read"); // since, without an announcement
+        QTest::newRow("of another") << 1 << 1;
+        QTest::newRow("of none") << 0 << 0;
+        QTest::newRow("of what is shown") << 1 << 0;
     }
     void aSilentMouseTakesTheSchemeBack()
     {
         QFETCH(int, before);
+        QFETCH(int, read);
         open();
         page->announceScheme(uint8_t(before));
+        page->rgb.Scheme = uint8_t(read);
         fake.setOnline("dev", false);
         QSignalSpy first(page->choice(1), &QAbstractButton::toggled);
         QSignalSpy second(page->choice(2), &QAbstractButton::toggled);
@@ -546,6 +547,15 @@ private slots:
         QTest::keyClicks(hex, "12");
         QTest::keyClick(hex, Qt::Key_Return); // not a colour
         QCOMPARE(colorOf(index), QColor(255, 80, 0));
+        QCOMPARE(hex->text(), QString("#FF5000"));
+        page->page->activateWindow();
+        hex->setFocus();
+        QTRY_VERIFY(hex->hasFocus());
+        hex->selectAll();
+        QTest::keyClicks(hex, "#77");
+        page->channel(light, 0)->setFocus(); // the field is left
+        QCOMPARE(hex->text(), QString("#FF5000"));
+        QCOMPARE(colorOf(index), QColor(255, 80, 0));
         QCOMPARE(writes(index), before);
     }
 
@@ -561,6 +571,38 @@ private slots:
         QTest::keyClick(box, Qt::Key_Return);
         QCOMPARE(writes(index), 1);
         QCOMPARE(colorOf(index).green(), 123);
+    }
+
+    // A step begins at a number that is still being typed, which is an edit of its own.
+    void aStepBehindATypedNumber_data() { eachLight(); }
+    void aStepBehindATypedNumber()
+    {
+        QFETCH(int, index);
+        const LightCase &light = LightCases[index];
+        open({2, 10, 20, 30, 4, 7, 1});
+        const char *const channels[] = {"R", "G", "B"};
+        for (int i = 0; i < 3; ++i)
+            for (const bool more : {true, false}) {
+                QSpinBox *box = page->channel(light, i);
+                const int before = writes(index);
+                const QByteArray name = QByteArray(more ? "Add" : "Reduce") + channels[i];
+                auto *button = page->own<QToolButton>(name.constData(), light);
+                box->selectAll();
+                QTest::keyClicks(box, more ? "123" : "45");
+                QTest::mouseClick(button, Qt::LeftButton);
+                QCOMPARE(box->text(), QString(more ? "124" : "44"));
+                QCOMPARE(box->value(), more ? 124 : 44);
+                QCOMPARE(writes(index) - before, 2);
+            }
+        QCOMPARE(colorOf(index), QColor(44, 44, 44));
+        fake.setOnline("dev", false);
+        QSpinBox *box = page->channel(light, 0);
+        box->selectAll();
+        QTest::keyClicks(box, "200");
+        QTest::mouseClick(page->own<QToolButton>("AddR", light), Qt::LeftButton);
+        QCOMPARE(notice->count(), 1);
+        QCOMPARE(box->text(), QString("44"));
+        QCOMPARE(colorOf(index), QColor(44, 44, 44));
     }
 
     // A press beside the fields to type in takes the focus off them.

@@ -20,7 +20,8 @@ constexpr int TurnMs = 6000; // at speed 1
 
 QColor lamp(int mode, double place, qint64 ms, int speed = 1, int brightness = 10)
 {
-    return lampColor({mode, Own, brightness, speed}, place, ms);
+    const ShownLight light{mode, Own, brightness, speed};
+    return lampColor(light, place, turnsIn(light, ms));
 }
 
 } // namespace
@@ -139,6 +140,27 @@ private slots:
         }
         QVERIFY(frames(preview, 3) >= 3);
         QVERIFY(LightPreview::FrameMs >= 34); // no more than 30 a second
+    }
+
+    // The speed changes from then on: the lamps do not jump to where they would be by now.
+    void aChangeOfTheSpeedGoesOnFromThere()
+    {
+        LightPreview preview;
+        preview.resize(200, 100);
+        preview.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&preview));
+        preview.setLight({Breathing, Own, 10, 1});
+        QVERIFY(frames(preview, 3) >= 3);
+        const double before = preview.turns();
+        QVERIFY(before > 0);
+        const QImage seen = preview.grab().toImage();
+        preview.setLight({Breathing, Own, 10, 10});
+        QCOMPARE(preview.turns(), before);
+        QCOMPARE(preview.grab().toImage(), seen);
+        QVERIFY(frames(preview, 3) >= 3);
+        QVERIFY(preview.turns() > before);
+        preview.setLight({Neon, Own, 10, 10});
+        QCOMPARE(preview.turns(), 0.0); // another mode begins at its beginning
     }
 
     void itRestsWhileItIsNotSeen()

@@ -3,6 +3,7 @@
 //
 // Hand editing on the page: the list of insertions with its dialogs, changing and deleting rows, the marks
 // that they leave, and the texts of the page.
+#include "macro/EventRows.h"
 #include "presentation/Notices.h"
 #include "presentation/Widgets.h"
 #include "presentation/dialogs/AddDelayTime.h"
@@ -272,6 +273,49 @@ private slots:
         QCOMPARE(page().rows(), QString("-A 20ms +B"));
     }
 
+    // ---- Moving
+
+    void theKeysMoveARow()
+    {
+        page().select(2);
+        QTest::keyClick(page().events(), Qt::Key_Down, Qt::AltModifier);
+        QCOMPARE(page().rows(), QString("+A 10ms +B 20ms -A"));
+        QTest::keyClick(page().events(), Qt::Key_Up, Qt::AltModifier);
+        QTest::keyClick(page().events(), Qt::Key_Up, Qt::AltModifier);
+        QCOMPARE(page().rows(), QString("-A 10ms +A 20ms +B"));
+        QCOMPARE(page().events()->currentRow(), 0);
+        QVERIFY(savesEvents());
+        QTest::keyClick(page().events(), Qt::Key_Up, Qt::AltModifier);
+        QVERIFY(!page().saves());
+        QCOMPARE(page().file("Alpha"), QByteArray("1\n0x04 1 1\n10ms\n0x04 1 0\n20ms\n0x05 1 0\n"));
+    }
+
+    // Events and delays alternate wherever a row is dropped.
+    void aDropMovesARow()
+    {
+        const auto drop = [&](int row, int target) {
+            page().select(row);
+            emit page().find<EventRows>("listWidgetKey")->dropped(target);
+        };
+        drop(0, 3);
+        QCOMPARE(page().rows(), QString("-A 10ms +A 20ms +B"));
+        drop(4, 0);
+        QCOMPARE(page().rows(), QString("+B 10ms -A 20ms +A"));
+        drop(1, 3);
+        QCOMPARE(page().rows(), QString("+B 20ms -A 10ms +A"));
+        drop(0, 4);
+        QCOMPARE(page().rows(), QString("-A 20ms +A 10ms +B"));
+        QVERIFY(savesEvents());
+        drop(2, 3);
+        QVERIFY(!page().saves());
+        page().button("StartRecord")->click();
+        QVERIFY2(!page().events()->dragEnabled(), "a drag takes the keys");
+        page().button("StopRecord")->click();
+        QVERIFY(page().events()->dragEnabled());
+    }
+
+    // ---- The box of insertions
+
     // A choice acts at once, so an arrow key opens the list in place of choosing.
     void theArrowKeysOpenTheChoices()
     {
@@ -279,11 +323,28 @@ private slots:
         box->setFocus();
         QTest::keyClick(box, Qt::Key_Down);
         QTRY_VERIFY(box->view()->isVisible());
+        const auto heightOf = [box](int item) {
+            return box->view()->visualRect(box->model()->index(item, 0)).height();
+        };
+        QVERIFY(heightOf(1) > 0);
+        QVERIFY2(heightOf(0) <= 0, "the item that inserts nothing is not offered");
         QCOMPARE(page().rows(), TwoRows);
         for (int i = 0; i < 4; ++i)
             QTest::keyClick(box->view(), Qt::Key_Down);
         QTest::keyClick(box->view(), Qt::Key_Return);
         QTRY_COMPARE(page().rows(), TwoRows + " 10ms +Left button 10ms -Left button");
+    }
+
+    // The first item has no text, and a box that shows nothing says nothing.
+    void theBoxOfInsertionsSaysWhatItIsFor()
+    {
+        auto *box = page().find<MyConmboBox>("ChooseEvent");
+        QCOMPARE(box->currentText(), QString());
+        const QImage shown = box->grab().toImage();
+        box->setHint({});
+        QVERIFY(box->grab().toImage() != shown);
+        box->setHint("Choose what to insert");
+        QCOMPARE(box->grab().toImage(), shown);
     }
 
     void otherKeysChooseNothing()

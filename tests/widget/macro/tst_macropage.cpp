@@ -12,6 +12,7 @@
 #include "tests/widget/macro/MacroPage.h"
 
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <sys/stat.h>
 
 namespace
@@ -754,15 +755,22 @@ private slots:
         const QString path = folder.filePath("mine.ini");
         MacroPage page({{"Alpha", Hold}});
         page.choose("Alpha");
-        QString title;
-        fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
+        QString title, proposed;
+        int inTheSkin = 0;
+        const auto note = [&](const QFileDialog *dialog) {
             title = dialog->windowTitle() + ' ' + dialog->nameFilters().join(' ');
+            inTheSkin += dialog->iconProvider()->icon(QFileIconProvider::Folder).isNull();
+        };
+        fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
+            note(dialog);
+            proposed = dialog->findChild<QLineEdit *>("fileNameEdit")->text();
             dialog->setDirectory(folder.path());
             dialog->findChild<QLineEdit *>("fileNameEdit")->setText("mine");
             QMetaObject::invokeMethod(dialog, "accept");
         });
         page.page->ExPortMacro();
         QCOMPARE(title, QString("FileSave File(*.ini)"));
+        QCOMPARE(proposed, QString("Alpha.ini"));
         const auto exported = macro::loadExportedMacro(path);
         QVERIFY(exported);
         QCOMPARE(exported->name, QString("Alpha"));
@@ -770,7 +778,7 @@ private slots:
         QCOMPARE(exported->rows.size(), 3);
         const auto import = [&] {
             fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
-                title = dialog->windowTitle() + ' ' + dialog->nameFilters().join(' ');
+                note(dialog);
                 dialog->setDirectory(folder.path());
                 dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
                 QMetaObject::invokeMethod(dialog, "accept");
@@ -788,6 +796,7 @@ private slots:
         page.radio("ReUntilClick")->click();
         import();
         QCOMPARE(title, QString("SelectFile File(*.ini)"));
+        QCOMPARE(inTheSkin, 3); // of one export and two imports
         QCOMPARE(page.names(), QStringList{"Alpha"});
         QCOMPARE(page.selected(), QString("Alpha"));
         QCOMPARE(page.rows(), HoldRows);

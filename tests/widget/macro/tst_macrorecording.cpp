@@ -91,6 +91,18 @@ private slots:
         QCOMPARE(page().rows(), TapRows);
     }
 
+    // Every key is recorded, so none ends the recording, and the page says what does.
+    void theStopTakesAClick()
+    {
+        start();
+        const QString stop = page().button("StopRecord")->text();
+        QVERIFY(page().find<QLabel>("noEvents")->isVisible());
+        QVERIFY2(page().find<QLabel>("noEvents")->text().contains(stop), "before the first event");
+        QVERIFY2(!page().button("StopRecord")->toolTip().isEmpty(), "behind it");
+        QTest::mouseClick(page().button("StopRecord"), Qt::LeftButton);
+        QVERIFY(!MacroRecording);
+    }
+
     void anEmptyRecordingCanBeSaved()
     {
         start();
@@ -447,7 +459,9 @@ private slots:
         start();
         QVERIFY(mark->isVisible() && mark->isRunning() && frame->isVisible());
         QVERIFY(!mark->accessibleName().isEmpty());
-        QCOMPARE(page().find<QLabel>("noEvents")->text(), QString("Press the keys to record."));
+        QCOMPARE(page().find<QLabel>("noEvents")->text(),
+                 QString("Press the keys to record. All of them are recorded, so end with a click on Stop "
+                         "recording."));
         const QImage before = mark->grab().toImage();
         QTRY_VERIFY(mark->grab().toImage() != before); // it pulses
         page().button("StopRecord")->click();

@@ -2,12 +2,16 @@
 // SPDX-License-Identifier: MIT
 //
 // A recording with a real keyboard on a real X server: every key under two layouts, held keys, modifiers,
-// keys that would press a button, and keys that come fast.
+// keys that would press a button, and keys that come fast. And a row that a real pointer drags.
 #include "macro/RecordingKeys.h"
 #include "presentation/Notices.h"
 #include "tests/widget/macro/MacroPage.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QProcess>
+#include <QTimer>
+#include <xcb/xproto.h>
+
 namespace
 {
 
@@ -36,6 +40,33 @@ void type(const QVector<int> &keys, const char *pause = "0")
             arguments << move << "--delay" << pause << serverKey(key);
     run("xdotool", arguments);
 }
+
+// When keys went down and up, as the server stamped its own events.
+class ServerTimes : public QAbstractNativeEventFilter
+{
+public:
+    ServerTimes() { qApp->installNativeEventFilter(this); }
+    ~ServerTimes() override { qApp->removeNativeEventFilter(this); }
+
+    bool nativeEventFilter(const QByteArray &, void *message, long *) override
+    {
+        const auto *event = static_cast<const xcb_key_press_event_t *>(message);
+        const int type = event->response_type & ~0x80;
+        if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE)
+            times_ << event->time;
+        return false;
+    }
+    QStringList delays() const
+    {
+        QStringList delays;
+        for (int i = 1; i < times_.size(); ++i)
+            delays << QStringLiteral("%1ms").arg(times_[i] - times_[i - 1]);
+        return delays;
+    }
+
+private:
+    QVector<xcb_timestamp_t> times_;
+};
 
 } // namespace
 
@@ -155,19 +186,45 @@ private slots:
         QCOMPARE(page().selected(), QString("Alpha"));
     }
 
-    // Faster than hands: none is lost, and all are in order.
+    // 200 events a second: none is lost, and all are in order. They come at a stretch once all are typed, and
+    // still their delays are those between the keys.
     void fastKeys()
     {
+        const ServerTimes server;
         page().button("StartRecord")->click();
-        type(QVector<int>(30, A), "2");
+        type(QVector<int>(30, A), "5");
         QStringList wanted;
         for (int i = 0; i < 30; ++i)
             wanted << "+A"
                    << "-A";
         QTRY_COMPARE(events(), wanted);
         QCOMPARE(page().events()->count(), 119);
+        QStringList delays;
         for (int row = 1; row < 119; row += 2)
-            QVERIFY(page().events()->item(row)->text().endsWith("ms"));
+            delays << page().events()->item(row)->text();
+        QCOMPARE(delays, server.delays());
+    }
+
+    // The rest of the hand's way comes while the drag runs its own event loop.
+    void aRowIsDragged()
+    {
+        MacroHome::write(macro::macroPath("Beta"), "1\n0x04 1 0\n10ms\n0x05 1 0\n20ms\n0x06 1 0\n");
+        page().choose("Beta");
+        const auto to = [&](int row, int down) {
+            const QPoint place = page().events()->viewport()->mapToGlobal(
+                page().events()->visualItemRect(page().events()->item(row)).center() + QPoint(0, down));
+            return QStringList{"mousemove", QString::number(place.x()), QString::number(place.y())};
+        };
+        QList<QStringList> way = {to(0, 0), {"mousedown", "1"}, to(0, 12), to(1, 0),
+                                  to(2, 0), to(4, 0),           to(4, 4),  {"mouseup", "1"}};
+        QTimer hand;
+        connect(&hand, &QTimer::timeout,
+                [&] { way.isEmpty() ? hand.stop() : run("xdotool", way.takeFirst()); });
+        hand.start(20);
+        QTRY_COMPARE(page().rows(), QString("+B 10ms +C 20ms +A"));
+        QTRY_VERIFY(!hand.isActive());
+        QCOMPARE(page().events()->count(), 5);
+        QVERIFY(page().saves());
     }
 };
 

@@ -12,6 +12,7 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
+#include <QCheckBox>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QListView>
@@ -84,10 +85,14 @@ private slots:
         MyConmboBox box(&window);
         box.addItems({"Profile 1", "Profile 2", "Profile 3"});
         box.setGeometry(60, 60, 130, 30);
+        QFont smaller = box.font(); // as on a screen of many dots
+        smaller.setPointSizeF(smaller.pointSizeF() / 2);
+        box.setFont(smaller);
         styleComboBox(&box, style::pictureFolder("Sensor"));
         box.setCurrentIndex(1);
         box.show();
         box.showPopup();
+        QCOMPARE(box.view()->font().pointSizeF(), smaller.pointSizeF());
         auto *view = qobject_cast<QListView *>(box.view());
         view->setCurrentIndex({}); // no row is lit
         const QImage list = shotOf(view->viewport());
@@ -175,6 +180,46 @@ private slots:
         QVERIFY(!tip->isVisible());
     }
 
+    // A text that is longer than its place is read in the tip, beside what the tip says itself.
+    void aTextWithoutRoomIsElided()
+    {
+        const QString text = "One and two and three and four and five and six and seven";
+        Window window;
+        QLabel line(text, &window), lines(text, &window), whole("One", &window);
+        QCheckBox box(text, &window);
+        line.setGeometry(20, 20, 120, 20);
+        lines.setGeometry(20, 60, 120, 2 * lines.fontMetrics().height());
+        lines.setWordWrap(true);
+        whole.setGeometry(20, 120, 120, 20);
+        box.setGeometry(20, 160, 120, 20);
+        box.setToolTip("<p>Explained</p>");
+        for (QWidget *each : std::initializer_list<QWidget *>{&line, &lines, &whole, &box})
+            each->show();
+        const auto tipOf = [&](QWidget *widget) {
+            point(widget);
+            const QString tip =
+                bubble(&window) && bubble(&window)->isVisible() ? bubble(&window)->text() : "";
+            QEvent leave(QEvent::Leave);
+            QCoreApplication::sendEvent(widget, &leave);
+            return tip;
+        };
+        QCOMPARE(tipOf(&whole), QString());
+        QCOMPARE(tipOf(&line), text);
+        QCOMPARE(tipOf(&lines), text);
+        QCOMPARE(tipOf(&box), "<p>" + text + "</p><p>Explained</p>");
+        const auto looksLike = [](QLabel &label, const QString &shown) {
+            const QImage elided = shotOf(&label);
+            label.setText(shown);
+            return elided == shotOf(&label);
+        };
+        QVERIFY(looksLike(line, line.fontMetrics().elidedText(text, Qt::ElideRight, 120)));
+        QVERIFY(looksLike(lines, "One and two and\n" +
+                                     lines.fontMetrics().elidedText(text.mid(16), Qt::ElideRight, 120)));
+        lines.resize(120, 400); // with room for all
+        lines.setText(text);
+        QCOMPARE(tipOf(&lines), QString());
+    }
+
     void motionIsForThoseWhoWantIt_data()
     {
         QTest::addColumn<QString>("file");
@@ -214,10 +259,23 @@ private slots:
         button.click();
         QCoreApplication::sendPostedEvents(&button); // the motion begins behind the edit
         QCOMPARE(button.findChild<QWidget *>("MotionCover") != nullptr, moves);
+        const QRect part(20, 200, 80, 40);
+        QLabel changing("One", &window);
+        changing.setGeometry(part);
+        changing.show();
+        {
+            const SoftChange change(&window, part);
+            changing.setText("Two");
+        }
+        const auto *cover = window.findChild<QWidget *>("MotionCover", Qt::FindDirectChildrenOnly);
+        QCOMPARE(cover != nullptr, moves);
+        QVERIFY(!cover || (cover->isVisible() && cover->geometry() == part));
+        QCOMPARE(window.childAt(part.center()), &changing); // it can be clicked meanwhile
         point(&button);
         QVERIFY(bubble(&window)->isVisible());
         QCOMPARE(bubble(&window)->graphicsEffect() != nullptr, moves);
         QTRY_VERIFY(!button.findChild<QWidget *>("MotionCover")); // both end and leave nothing
+        QTRY_VERIFY(!window.findChild<QWidget *>("MotionCover"));
         QTRY_VERIFY(!bubble(&window)->graphicsEffect());
         QVERIFY(bubble(&window)->isVisible());
     }

@@ -10,6 +10,7 @@
 #include "tests/widget/Fixture.h"
 
 #include <QCheckBox>
+#include <QDialog>
 #include <QTemporaryDir>
 #include <QVBoxLayout>
 
@@ -267,6 +268,26 @@ private slots:
         QVERIFY(outline->geometry().contains(first.geometry()));
         second.setFocus(Qt::MouseFocusReason);
         QVERIFY(!outline->isVisible());
+    }
+
+    // The toolkit tells what a dialog begins with that Tab gave it the focus.
+    void focusRingWaitsForTheFirstKey()
+    {
+        FocusRing::install(Qt::green);
+        QDialog dialog;
+        dialog.resize(300, 100);
+        QToolButton button(&dialog);
+        button.setGeometry(20, 20, 80, 30);
+        button.setFocusPolicy(Qt::StrongFocus);
+        button.setFocus();
+        dialog.show();
+        QVERIFY(!ringIn(&dialog) || !ringIn(&dialog)->isVisible());
+        QApplication::setActiveWindow(&dialog);
+        QVERIFY(button.hasFocus());
+        QVERIFY(!ringIn(&dialog) || !ringIn(&dialog)->isVisible());
+        button.clearFocus();
+        button.setFocus(Qt::TabFocusReason);
+        QVERIFY(ringIn(&dialog) && ringIn(&dialog)->isVisible());
     }
 
     // The control fills its panel, so that only what is around the panel has room for the ring.

@@ -12,9 +12,13 @@
 #include "tests/support/FirmwareFolder.h"
 #include "tests/widget/Fixture.h"
 
+#include <QDir>
 #include <QLabel>
 #include <QProgressBar>
+#include <QSemaphore>
+#include <QThread>
 #include <QToolButton>
+#include <atomic>
 
 namespace fixture
 {
@@ -71,6 +75,7 @@ struct DialogParts {
         , close(dialog.findChild<QToolButton *>(QStringLiteral("CloseButton")))
         , bar(dialog.findChild<QProgressBar *>(QStringLiteral("progressBar_2")))
         , percent(dialog.findChild<QLabel *>(QStringLiteral("percent")))
+        , offer(dialog.findChild<QLabel *>(QStringLiteral("offer")))
     {
     }
     bool says(UpgradeText text) const { return message->text() == told(text); }
@@ -91,6 +96,7 @@ struct DialogParts {
     QToolButton *close;
     QProgressBar *bar;
     QLabel *percent;
+    QLabel *offer; // the versions that a start would write
 };
 
 // What stands below the bar: `target` is the key of the version's name on the settings page.
@@ -100,6 +106,68 @@ inline QString targetProgress(const char *target, int percent)
         .arg(language::text(language::Section::Settings, target, LanguageIndex))
         .arg(percent);
 }
+
+// The questions to devices that the main thread waited for, while it lives.
+class MainThreadQuestions
+{
+public:
+    MainThreadQuestions()
+    {
+        FakeHidUsb::instance().setHook([this](const std::string &name) {
+            const bool asks = name == "UsbUpgradeC_FindBootDevices" || name == "UsbFinderC_GetSlaveVersion" ||
+                              name == "UsbFinderC_GetDeviceInfo";
+            if (asks)
+                ++(QThread::currentThread() == qApp->thread() ? here_ : elsewhere_);
+        });
+    }
+    ~MainThreadQuestions() { FakeHidUsb::instance().setHook({}); }
+    bool none() const { return here_ == 0 && elsewhere_ > 0; }
+
+private:
+    std::atomic<int> here_{0};
+    std::atomic<int> elsewhere_{0};
+};
+
+// Boot loaders answer when this is told to let them, at the latest at its end.
+class SlowBootLoaders
+{
+public:
+    SlowBootLoaders()
+    {
+        FakeHidUsb::instance().setHook([this](const std::string &name) {
+            if (name == "UsbUpgradeC_FindBootDevices") {
+                asked.release();
+                mayAnswer_.acquire();
+                mayAnswer_.release();
+            }
+        });
+    }
+    ~SlowBootLoaders()
+    {
+        answer();
+        FakeHidUsb::instance().setHook({});
+    }
+    void answer() { mayAnswer_.release(); }
+    // Until every answer has come to the main thread, also one that is dropped there.
+    void waitForAnswers()
+    {
+        answer();
+        QTRY_COMPARE(threads(), threads_);
+        QCoreApplication::processEvents();
+        mayAnswer_.acquire();
+    }
+
+    QSemaphore asked;
+
+private:
+    static int threads()
+    {
+        return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    }
+
+    const int threads_ = threads();
+    QSemaphore mayAnswer_;
+};
 
 inline int starts() { return FakeHidUsb::instance().count("UsbUpgrade_Start"); }
 inline void report(uint8_t what, uint8_t value) { FakeHidUsb::instance().upgradeReport({7, what, value}); }

@@ -204,7 +204,12 @@ private slots:
     {
         Opened opened("file");
         QCOMPARE(widget("label_16")->toolTip(), dataRoot());
-        QVERIFY(!labelText("label_16").isEmpty());
+        QVERIFY(!labelText("label_16").startsWith("~"));
+        const QByteArray home = qgetenv("HOME");
+        qputenv("HOME", QFileInfo(dataRoot()).path().toLocal8Bit());
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(labelText("label_16"), "~/" + QFileInfo(dataRoot()).fileName());
+        qputenv("HOME", home);
         widget<QPushButton>("OpenFolder")->click();
         QCOMPARE(opened.urls, QList<QUrl>({QUrl::fromLocalFile(dataRoot())}));
     }

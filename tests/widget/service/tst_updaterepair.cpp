@@ -25,7 +25,13 @@ private:
         dialog->setAttached(std::move(attached));
         dialog->resetForm();
         dialog->show();
+        check();
+    }
+    // Until the check's answer.
+    void check()
+    {
         emit PostMsg::instance()->SigRepairCheckUpdate();
+        QTRY_VERIFY(!parts->says(UpgradeText::UpgradeAsking));
     }
     static bool isOver() { return !RepairRunning && NotUpgrading; }
 
@@ -122,6 +128,13 @@ private slots:
         parts->message->setText(QStringLiteral("?"));
         emit PostMsg::instance()->SigAllLanguage(0);
         QCOMPARE(parts->message->text(), before);
+        dialog->readyForm({{TargetMouse, QStringLiteral("v1.05"), QStringLiteral("v1.06")}});
+        const QString offer = QStringLiteral("Mouse firmware: v1.05 → v1.06");
+        QCOMPARE(parts->offer->text(), offer);
+        parts->offer->clear();
+        emit PostMsg::instance()->SigAllLanguage(0);
+        QCOMPARE(parts->offer->text(), offer);
+        QCOMPARE(dialog->accessibleDescription(), offer);
     }
 
     // ---- Ways out
@@ -285,8 +298,11 @@ private slots:
         QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
         openRepair(record, {mouseFailed ? receiverInfo() : mouseInfo()});
         QVERIFY(parts->says(UpgradeText::ReadyUpdate) && parts->offersStart());
+        const QString offer = parts->offer->text();
+        QCOMPARE(offer.contains(QStringLiteral("Receiver firmware: v1.03")), files.contains("receiver"));
+        QCOMPARE(offer.contains(QStringLiteral("Mouse firmware: v1.06")), files.contains("mouse"));
         parts->main->click();
-        QVERIFY(dialog->isBusy() && !NotUpgrading);
+        QVERIFY(dialog->isBusy() && !NotUpgrading && parts->offer->isHidden());
         for (int stage = 1; stage <= records.size(); ++stage) {
             QTRY_COMPARE(starts(), stage);
             const bool isMouse = files == QLatin1String("mouse") || stage == 2;
@@ -374,7 +390,7 @@ private slots:
         fake.setUpgrade(1, true);
         dialog->setAttached({mouseInfo()});
         dialog->show();
-        emit PostMsg::instance()->SigRepairCheckUpdate();
+        check();
         QVERIFY(parts->says(UpgradeText::ReadyUpdate));
         QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
         parts->main->click();
@@ -420,8 +436,44 @@ private slots:
         QVERIFY(parts->says(UpgradeText::NoUSB));
         fake.setUpgrade(1, true);
         dialog->setAttached({mouseInfo()});
-        emit PostMsg::instance()->SigRepairCheckUpdate();
+        check();
         QVERIFY(parts->says(UpgradeText::ReadyUpdate) && parts->offersStart());
+    }
+
+    void theMainThreadAsksNoDevice()
+    {
+        const MainThreadQuestions questions;
+        openRepair(MouseFailed, {receiverInfo()});
+        parts->main->click();
+        for (int stage = 1; stage <= 2; ++stage) {
+            QTRY_COMPARE(starts(), stage);
+            succeed();
+        }
+        QTRY_VERIFY(!dialog->isBusy());
+        QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess) && questions.none());
+    }
+
+    // What is plugged in meanwhile is asked anew; the older answer is nobody's.
+    void theNewestCheckCounts()
+    {
+        UpdateFailRecord::store(ReceiverFailed);
+        fake.setUpgrade(1, true);
+        SlowBootLoaders slow;
+        dialog->setAttached({mouseInfo()});
+        dialog->show();
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        QVERIFY(parts->says(UpgradeText::UpgradeAsking) && !parts->main->isEnabled());
+        QCOMPARE(dialog->focusWidget(), parts->cancel);
+        dialog->setAttached({mouseInfo(), mouseInfo()});
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        slow.waitForAnswers();
+        QTRY_VERIFY(parts->says(UpgradeText::MultiMouse) && parts->hasWayOut());
+        // Closed before its answer, it offers nothing.
+        dialog->setAttached({mouseInfo()});
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        dialog->close();
+        slow.waitForAnswers();
+        QVERIFY(!parts->says(UpgradeText::ReadyUpdate));
     }
 
     void aRunningRepairIsNotCheckedAgain()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The upgrade from the settings page: offers, gate, steps of both targets and every end that a run may have.
+#include "service/FlashRun.h"
 #include "service/UpgradeFlow.h"
 #include "tests/widget/service/UpgradeFixture.h"
 
@@ -46,15 +47,24 @@ private:
     QList<int> bar;
     QMetaObject::Connection barConnection;
 
+    // Until the check's answer.
     void open()
     {
         flow->on_Receive_2_clicked();
+        QTRY_VERIFY(!dialog->says(UpgradeText::UpgradeAsking));
         connect(PostMsg::instance(), &PostMsg::SigUpdateStart, flow.get(), [this] { flow->on_Start(); });
     }
     void start()
     {
         open();
         dialog->main->click();
+    }
+    // A mouse beside a receiver in its boot loader, which the record names.
+    void leaveReceiverInBootLoader()
+    {
+        UpdateFailRecord::store(ReceiverFailed);
+        setDeviceList({mouseInfo()});
+        fake.setUpgrade(1, true);
     }
     static bool isOver() { return !UpdateBusy && NotUpgrading; }
     void endStage(int number, void (*end)())
@@ -145,7 +155,11 @@ private slots:
         QFETCH(int, target);
         page->receiver = receiver;
         page->mouse = mouse;
-        start();
+        open();
+        QCOMPARE(dialog->offer->text(), target == TargetMouse
+                                            ? QStringLiteral("Mouse firmware: %1 → v1.06").arg(mouse)
+                                            : QStringLiteral("Receiver firmware: v1.02 → v1.03"));
+        dialog->main->click();
         endStage(1, succeed);
         QTRY_VERIFY(isOver());
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
@@ -254,6 +268,24 @@ private slots:
         QTRY_VERIFY(isOver());
         fake.setHook({});
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+    }
+
+    // No state of the dialog is without a way out, whatever the library does.
+    void aLibraryThatFallsSilentHasFailed()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        flashrun::SilenceMs = 100;
+        start();
+        QTRY_COMPARE(starts(), 1);
+        progress(40);
+        QTRY_VERIFY(isOver());
+        flashrun::SilenceMs = 180000;
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail) && dialog->hasWayOut());
+        QCOMPARE(UpdateFailRecord::storedText(), QString(ReceiverFailed));
+        succeed(); // nobody's
+        QTRY_VERIFY(fake.idle());
+        QCoreApplication::processEvents();
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail));
     }
 
     void otherBlocksAreIgnored()
@@ -491,6 +523,80 @@ private slots:
         open();
         QVERIFY(dialog->says(UpgradeText::Error1) && dialog->hasWayOut());
         QCOMPARE(UpdateFailRecord::storedText(), QString());
+    }
+
+    // ---- What is asked in the background
+
+    void theMainThreadAsksNoDevice_data()
+    {
+        QTest::addColumn<bool>("afterFailure");
+        QTest::newRow("of an upgrade") << false;
+        QTest::newRow("of one behind a failure") << true;
+    }
+    void theMainThreadAsksNoDevice()
+    {
+        QFETCH(bool, afterFailure);
+        if (afterFailure)
+            leaveReceiverInBootLoader();
+        const MainThreadQuestions questions;
+        start();
+        QTRY_COMPARE(starts(), 1);
+        fake.setUpgrade(0, true);
+        succeed();
+        endStage(2, succeed);
+        QTRY_VERIFY(isOver());
+        QVERIFY(questions.none());
+    }
+
+    // Alive, with a way out, and without an offer.
+    void whileBootLoadersAreAskedNothingStarts()
+    {
+        leaveReceiverInBootLoader();
+        SlowBootLoaders slow;
+        flow->on_Receive_2_clicked();
+        QVERIFY(flow->dialog().isVisible() && dialog->says(UpgradeText::UpgradeAsking));
+        QVERIFY(!dialog->main->isEnabled() && dialog->cancel->isEnabled() && dialog->close->isEnabled());
+        QCOMPARE(flow->dialog().focusWidget(), dialog->cancel);
+        QTest::keyClick(&flow->dialog(), Qt::Key_Return);
+        QVERIFY(flow->dialog().isVisible());
+        slow.answer();
+        QTRY_VERIFY(dialog->says(UpgradeText::ReadyUpdate));
+        QVERIFY(dialog->offersStart() && dialog->main->isEnabled());
+        QVERIFY(NotUpgrading && starts() == 0);
+    }
+
+    void anAnswerToAClosedDialogIsDropped()
+    {
+        leaveReceiverInBootLoader();
+        SlowBootLoaders slow;
+        flow->on_Receive_2_clicked();
+        dialog->cancel->click();
+        QVERIFY(flow->dialog().isHidden());
+        setDeviceList({receiverInfo()}); // another gate's answer stands now
+        UpdateFailRecord::remove();
+        flow->on_Receive_2_clicked();
+        QVERIFY(dialog->says(UpgradeText::NoUSB));
+        QVERIFY(slow.asked.tryAcquire(1, 10000));
+        slow.answer();
+        slow.waitForAnswers();
+        QVERIFY(dialog->says(UpgradeText::NoUSB));
+    }
+
+    // While the devices are counted, no tick and no other word leads on.
+    void aCountThatTakesLongerThanAStep()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        SlowBootLoaders slow;
+        start();
+        QTRY_VERIFY(slow.asked.available() > 0);
+        QSignalSpy ticks(flow->findChild<QTimer *>(QStringLiteral("DongleCheckTimer")), &QTimer::timeout);
+        QTRY_VERIFY(ticks.count() > 5);
+        QVERIFY(UpdateBusy && flow->dialog().isBusy());
+        QCOMPARE(slow.asked.available(), 1);
+        slow.answer();
+        endStage(1, succeed);
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
     }
 
     // ---- While it is busy

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// SystemEnd: ends the program in order when that is asked for from outside, by SIGTERM, SIGINT or SIGHUP, and
+// lets the device go when the X server is gone, at which the toolkit ends the process. A signal that was
+// ignored when the program started, as under nohup, stays ignored. After the first signal each of them ends
+// the process at once. One object, after the application object. Main thread.
+#pragma once
+
+#include <QSocketNotifier>
+
+class DialogMain;
+
+class SystemEnd
+{
+public:
+    explicit SystemEnd(DialogMain *window);
+    ~SystemEnd();
+    SystemEnd(const SystemEnd &) = delete;
+    SystemEnd &operator=(const SystemEnd &) = delete;
+
+private:
+    QSocketNotifier notifier_;
+};

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// EventRows: a list whose selected row can be dragged to another place in it. The list itself moves nothing,
+// since events and delays have to alternate afterwards. Main thread.
+#pragma once
+
+#include <QListWidget>
+
+class EventRows : public QListWidget
+{
+    Q_OBJECT
+
+public:
+    explicit EventRows(QWidget *parent = nullptr);
+
+signals:
+    // The selected row was dropped onto this one; behind all of them it is the last.
+    void dropped(int row);
+
+protected:
+    void startDrag(Qt::DropActions supportedActions) override;
+    void dropEvent(QDropEvent *event) override;
+};

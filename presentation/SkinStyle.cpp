@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/SkinStyle.h"
+
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QStyleFactory>
+#include <QTextLayout>
+#include <QWidget>
+
+namespace
+{
+
+// Where a drawn text that is elided is noted, while somebody asks.
+QString *noted = nullptr;
+
+// A wrapped text with as many of its lines as the place is high, the last one elided.
+QString fittingLines(const QString &text, const QFontMetrics &metrics, const QSize &place)
+{
+    const int most = qMax(1, (place.height() + metrics.leading()) / metrics.lineSpacing());
+    QTextLayout layout(text);
+    layout.beginLayout();
+    int start = 0;
+    for (int count = 0;; ++count) {
+        QTextLine line = layout.createLine();
+        if (!line.isValid())
+            break;
+        line.setLineWidth(place.width());
+        if (count < most)
+            start = line.textStart();
+    }
+    layout.endLayout();
+    return text.left(start) + metrics.elidedText(text.mid(start), Qt::ElideRight, place.width());
+}
+
+QString fitting(const QString &text, const QFontMetrics &metrics, const QSize &place, int flags)
+{
+    if (flags & (Qt::TextWordWrap | Qt::TextWrapAnywhere)) {
+        const QRect needed = metrics.boundingRect(QRect(0, 0, place.width(), 0), flags, text);
+        return needed.height() <= place.height() ? text : fittingLines(text, metrics, place);
+    }
+    if (metrics.size(flags, text).width() <= place.width())
+        return text;
+    QStringList lines = text.split(QLatin1Char('\n'));
+    for (QString &line : lines)
+        line = metrics.elidedText(line, Qt::ElideRight, place.width(), flags & Qt::TextShowMnemonic);
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
+SkinStyle::SkinStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+void SkinStyle::drawItemText(QPainter *painter, const QRect &place, int flags, const QPalette &palette,
+                             bool enabled, const QString &text, QPalette::ColorRole role) const
+{
+    const QString shown = fitting(text, painter->fontMetrics(), place.size(), flags);
+    if (noted && shown != text)
+        *noted = text;
+    QProxyStyle::drawItemText(painter, place, flags, palette, enabled, shown, role);
+}
+
+// What is drawn depends on the widget's kind and sheet, so the widget is drawn to see it.
+QString SkinStyle::elidedText(QWidget *widget)
+{
+    QString found;
+    const QScopedValueRollback<QString *> asked(noted, &found);
+    QImage canvas(widget->size(), QImage::Format_ARGB32_Premultiplied);
+    if (!canvas.isNull())
+        widget->render(&canvas, {}, {}, {});
+    return found;
+}

@@ -1,0 +1,257 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+//
+// The records of a receiver that does not answer at once, or that is not the one before: what the page asks,
+// what it shows meanwhile, and that an edit carries the device's own bytes for all that it does not change.
+#include "tests/support/TestMain.h"
+#include "tests/widget/lighting/LightPage.h"
+
+#include <QThread>
+
+namespace
+{
+
+const LightCase &Bar = LightCases[ReceiverGroup];
+constexpr int SlowAnswerMs = 160; // longer than one try
+
+struct Edit {
+    const char *name;
+    void (*act)(const LightPage &page);
+    DongleRgbBar wanted; // of SomeBar
+};
+const Edit Edits[] = {
+    {"mode", [](const LightPage &page) { page.mode(Bar)->setCurrentIndex(3); }, {3, 46, 166, 223, 4, 7, 1}},
+    {"brightness",
+     [](const LightPage &page) { page.brightness(Bar)->setValue(3); },
+     {2, 46, 166, 223, 4, 3, 1}},
+    {"speed", [](const LightPage &page) { page.speed(Bar)->setValue(9); }, {2, 46, 166, 223, 9, 7, 1}},
+    {"box", [](const LightPage &page) { page.channel(Bar, 1)->setValue(99); }, {2, 46, 99, 223, 4, 7, 1}},
+    {"step",
+     [](const LightPage &page) { page.own<QToolButton>("AddR", Bar)->click(); },
+     {2, 47, 166, 223, 4, 7, 1}},
+    {"preset",
+     [](const LightPage &page) { page.preset(Bar, Presets[1])->click(); },
+     {2, 0, 255, 255, 4, 7, 1}},
+    {"code",
+     [](const LightPage &page) {
+         auto *code = page.own<QLineEdit>("HexColor", Bar);
+         code->setText("#00a6ff");
+         emit code->editingFinished();
+     },
+     {2, 0, 166, 255, 4, 7, 1}},
+};
+
+} // namespace
+
+class tst_ReceiverLights : public QObject
+{
+    Q_OBJECT
+
+private:
+    FakeHidUsb &fake = FakeHidUsb::instance();
+    std::unique_ptr<LightPage> page;
+
+    // A receiver with these records, of which it tells some.
+    void open(bool answersBar, bool answersLamps)
+    {
+        page = std::make_unique<LightPage>();
+        fake.edit("dev", [](FakeDevice &device) {
+            device.bar = SomeBar;
+            device.indicator = {{1, 2, 3}};
+        });
+        answer(answersBar, answersLamps);
+        page->read(lightRecord(2));
+    }
+    void answer(bool answersBar, bool answersLamps)
+    {
+        fake.edit("dev", [=](FakeDevice &device) {
+            device.answersBar = answersBar;
+            device.answersLamps = answersLamps;
+        });
+    }
+    QList<int> lamps() const
+    {
+        return {page->lamp(0)->currentIndex(), page->lamp(1)->currentIndex(), page->lamp(2)->currentIndex()};
+    }
+    QByteArray written() const { return bytes(fake.device("dev").indicator); }
+    // As the page shows them.
+    QList<int> shownBar() const
+    {
+        const QColor color = page->color(Bar);
+        return {page->mode(Bar)->currentIndex(),
+                color.red(),
+                color.green(),
+                color.blue(),
+                page->speed(Bar)->value(),
+                page->speedBox(Bar)->value(),
+                page->brightness(Bar)->value(),
+                page->brightnessBox(Bar)->value()};
+    }
+
+private slots:
+    void initTestCase() { LoadLanguageTables(); }
+    void cleanup()
+    {
+        fake.setHook(nullptr);
+        page.reset();
+    }
+
+    // ---- What is asked
+
+    void oneThatRefusesOneQuestionIsAskedTheOther()
+    {
+        open(false, true);
+        QCOMPARE(lamps(), QList<int>({1, 2, 3}));
+        page->lamp(0)->setCurrentIndex(0);
+        QCOMPARE(written(), QByteArray("00 02 03"));
+        page.reset();
+        open(true, false);
+        QCOMPARE(page->color(Bar), QColor(46, 166, 223));
+        QCOMPARE(lamps(), QList<int>({0, 0, 0}));
+    }
+
+    // Neither does it lose what it has been asked before.
+    void oneThatIsSlowIsAskedOneQuestion()
+    {
+        open(true, true);
+        fake.edit("dev", [](FakeDevice &device) { device.indicator = {{3, 1, 0}}; });
+        fake.setHook([](const std::string &name) {
+            if (name == "UsbFinderC_GetDongleRGBBarMode")
+                QThread::msleep(SlowAnswerMs);
+        });
+        page->page->SlotUpDataLightUILight(lightRecord(4));
+        QCOMPARE(int(fake.calls().size()), 1);
+        QCOMPARE(page->color(Bar), QColor(46, 166, 223));
+        QCOMPARE(lamps(), QList<int>({1, 2, 3}));
+        fake.setHook(nullptr);
+        page->page->SlotUpDataLightUILight(lightRecord(4));
+        QCOMPARE(int(fake.calls().size()), 3);
+        QCOMPARE(lamps(), QList<int>({3, 1, 0}));
+    }
+
+    // ---- An edit of what has not been read
+
+    void theRecordIsReadBeforeItIsWritten_data()
+    {
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < int(std::size(Edits)); ++i)
+            QTest::newRow(Edits[i].name) << i;
+    }
+    void theRecordIsReadBeforeItIsWritten()
+    {
+        QFETCH(int, index);
+        const Edit &edit = Edits[index];
+        open(false, false);
+        const QList<int> before = shownBar();
+        edit.act(*page); // silent still
+        QCOMPARE(shownBar(), before);
+        QCOMPARE(fake.count("UsbFinderC_SetDongleRGBBarMode"), 0);
+        QVERIFY(fake.updates().empty());
+        answer(true, true);
+        edit.act(*page);
+        QCOMPARE(bytes(page->bar()), bytes(edit.wanted));
+        const bool speed = edit.wanted.Speed != SomeBar.Speed;
+        const bool brightness = edit.wanted.Brightness != SomeBar.Brightness;
+        QCOMPARE(shownBar(),
+                 QList<int>({edit.wanted.Mode, edit.wanted.Red, edit.wanted.Green, edit.wanted.Blue,
+                             speed ? 9 : 5, speed ? 9 : 5, brightness ? 3 : 8, brightness ? 3 : 8}));
+        QVERIFY(!LightPageBusy);
+        page->refuse(true); // and a refusal goes back to what is shown
+        const QList<int> accepted = shownBar();
+        page->mode(Bar)->setCurrentIndex(5);
+        page->brightness(Bar)->setValue(1);
+        page->channel(Bar, 2)->setValue(7);
+        QCOMPARE(shownBar(), accepted);
+    }
+
+    void theLampsAreReadBeforeOneIsWritten()
+    {
+        open(true, false);
+        page->lamp(1)->setCurrentIndex(1);
+        QCOMPARE(lamps(), QList<int>({0, 0, 0}));
+        QCOMPARE(fake.count("UsbFinderC_SetDongleIndicatorLed"), 0);
+        answer(true, true);
+        page->lamp(1)->setCurrentIndex(1);
+        QCOMPARE(written(), QByteArray("01 01 03"));
+        QCOMPARE(lamps(), QList<int>({1, 1, 3}));
+    }
+
+    // ---- Another receiver
+
+    void theRecordsOfAnotherAreForgotten_data()
+    {
+        QTest::addColumn<bool>("reset"); // else another device
+        QTest::newRow("another") << false;
+        QTest::newRow("reset") << true;
+    }
+    void theRecordsOfAnotherAreForgotten()
+    {
+        QFETCH(bool, reset);
+        open(true, true);
+        QCOMPARE(page->color(Bar), QColor(46, 166, 223));
+        const DongleRgbBar others{4, 9, 8, 7, 2, 3, 1};
+        if (reset)
+            fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
+        FakeDevice device = fixture::device(reset ? "dev" : "other", 6, Receiver8K);
+        device.bar = others;
+        device.indicator = {{3, 3, 1}};
+        device.answersBar = device.answersLamps = false;
+        fake.setDevices({device});
+        fixture::select(fixture::info(QString::fromStdString(device.path), Receiver8K));
+        page->read(lightRecord(2));
+        QCOMPARE(shownBar(), QList<int>({0, 0, 0, 0, 1, 1, 1, 1}));
+        QCOMPARE(lamps(), QList<int>({0, 0, 0}));
+        page->speed(Bar)->setValue(6);
+        page->lamp(0)->setCurrentIndex(1);
+        QCOMPARE(bytes(fake.device(device.path).bar), bytes(others));
+        QCOMPARE(bytes(fake.device(device.path).indicator), QByteArray("03 03 01"));
+        fake.edit(device.path, [](FakeDevice &each) { each.answersBar = each.answersLamps = true; });
+        page->speed(Bar)->setValue(6);
+        page->lamp(0)->setCurrentIndex(1);
+        QCOMPARE(bytes(fake.device(device.path).bar), bytes(DongleRgbBar{4, 9, 8, 7, 6, 3, 1}));
+        QCOMPARE(bytes(fake.device(device.path).indicator), QByteArray("01 03 01"));
+    }
+
+    // ---- Refusals
+
+    // The box of a lamp whose byte is none of the list shows what it showed; a refused choice goes back to
+    // it.
+    void aLampWithoutAnItemGoesBackToWhatItShowed()
+    {
+        open(true, true);
+        fake.edit("dev", [](FakeDevice &device) { device.indicator = {{9, 1, 2}}; });
+        page->read(lightRecord(2));
+        QCOMPARE(lamps(), QList<int>({1, 1, 2}));
+        page->refuse(true);
+        page->lamp(0)->setCurrentIndex(3);
+        QCOMPARE(lamps(), QList<int>({1, 1, 2}));
+        page->refuse(false);
+        page->lamp(2)->setCurrentIndex(0);
+        QCOMPARE(written(), QByteArray("09 01 00")); // its byte is what it was
+    }
+
+    // A colour that is set in one act stops at the first channel that is refused.
+    void aRefusedColorIsNotKept()
+    {
+        open(true, true);
+        page->refuse(true);
+        const QList<int> before = shownBar();
+        for (const char *name : {"preset", "code"}) {
+            for (const Edit &edit : Edits)
+                if (qstrcmp(edit.name, name) == 0)
+                    edit.act(*page);
+            QCOMPARE(shownBar(), before);
+            QCOMPARE(fake.count("UsbFinderC_SetDongleRGBBarMode"), 1);
+            QCOMPARE(bytes(page->bar()), bytes(SomeBar));
+            QVERIFY(fake.updates().empty());
+            fake.clearCalls();
+        }
+        page->refuse(false);
+        page->preset(Bar, Presets[1])->click();
+        QCOMPARE(bytes(page->bar()), bytes(Edits[5].wanted));
+    }
+};
+
+TEST_CLASS(tst_ReceiverLights, fixture::ShippedLooks)
+
+#include "tst_receiverlights.moc"
