@@ -10,8 +10,9 @@
 
 #include <QStringList>
 
-// Reads "/Language/en.json" beside the program as language 0, then "/Language/Net.xml". A file that is
-// missing or broken leaves its tables empty.
+// Reads "/Language/en.json" beside the program as language 0, the other languages of the folder
+// (presentation/language/Languages.h), then "/Language/Net.xml". A file that is missing or broken leaves its
+// tables empty.
 void LoadLanguageTables();
 
 namespace language

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/e2e/AccessibleBus.h"
 
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusReply>
@@ -68,19 +67,20 @@ AccessibleBus::AccessibleBus()
     for (const char *name : {"StateChanged", "PropertyChange"})
         bus_.connect(QString(), QString(), QStringLiteral("org.a11y.atspi.Event.Object"),
                      QString::fromLatin1(name), this, SLOT(take(QDBusMessage)));
-    const auto programs = [this] {
-        return references(
-            call(QString::fromLatin1(Registry), QString::fromLatin1(Root), Accessible, "GetChildren"));
-    };
-    call(QString::fromLatin1(Registry), QStringLiteral("/org/a11y/atspi/registry"), Registry, "RegisterEvent",
-         {QStringLiteral("object:")});
-    for (int tries = 0; tries < 200 && program_.isEmpty(); ++tries) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50); // the program enters the bus meanwhile
-        for (const Reference &each : programs())
-            program_ = each.service;
-        if (program_.isEmpty())
+}
+
+void AccessibleBus::findProgram()
+{
+    start([this] {
+        call(QString::fromLatin1(Registry), QStringLiteral("/org/a11y/atspi/registry"), Registry,
+             "RegisterEvent", {QStringLiteral("object:")});
+        for (int tries = 0; tries < 400 && program_.isEmpty(); ++tries) {
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
+            for (const Reference &each : references(call(
+                     QString::fromLatin1(Registry), QString::fromLatin1(Root), Accessible, "GetChildren")))
+                program_ = each.service;
+        }
+    });
 }
 
 AccessibleBus::~AccessibleBus()

@@ -35,7 +35,8 @@ public:
     AccessibleBus();
     ~AccessibleBus() override;
 
-    // The program has joined it.
+    // Waits for the program to join the bus; isDone() tells when that is over, isThere() whether it has.
+    void findProgram();
     bool isThere() const { return !program_.isEmpty(); }
     // Collects every object that shows, from the windows down; isDone() tells when.
     void walk();

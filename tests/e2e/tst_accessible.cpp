@@ -143,6 +143,8 @@ private slots:
         QWidget first; // with which the program joins the bus
         first.show();
         bus_ = std::make_unique<AccessibleBus>();
+        bus_->findProgram();
+        QTRY_VERIFY_WITH_TIMEOUT(bus_->isDone(), 60000);
         QVERIFY(bus_->isThere());
     }
     void cleanupTestCase() { bus_.reset(); }
