@@ -17,6 +17,7 @@
 #include "presentation/Widgets.h"
 #include "presentation/language/LanguageTables.h"
 #include "service/Match.h"
+#include "service/UpDateRepair.h"
 #include "tests/support/ProgramSources.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
@@ -161,6 +162,10 @@ private:
             notice->show();
             note(notice.get(), seen);
         }
+        UpDateRepair *const upgrade = UpDateRepair::instance();
+        upgrade->show();
+        note(upgrade, seen);
+        upgrade->close();
         // What no page opens in this release.
         LedInfo receiver;
         InputPicB screen;

@@ -75,6 +75,9 @@ private slots:
                    "background-image: " +
                    url + "CloseHover.png);}QToolButton:pressed{background-image: " + url +
                    "CloseClick.png);}";
+        QTest::newRow("title button, disabled")
+            << style::titleButtonOff(p, "Close")
+            << "QToolButton:disabled{background-image: " + url + "CloseOff.png);}";
         QTest::newRow("arrow") << style::arrow(p, "Right")
                                << "QToolButton{border-image: " + url +
                                       "Right.png);}QToolButton:hover{border-image: " + url +
@@ -267,6 +270,12 @@ private slots:
         first.move(20, 50);
         QVERIFY(outline->geometry().contains(first.geometry()));
         second.setFocus(Qt::MouseFocusReason);
+        QVERIFY(!outline->isVisible());
+        // As from a window that becomes active while the focus is on its way to another control.
+        QFocusEvent late(QEvent::FocusIn, Qt::TabFocusReason);
+        QApplication::sendEvent(&first, &late);
+        QVERIFY(outline->isVisible());
+        first.setEnabled(false);
         QVERIFY(!outline->isVisible());
     }
 
