@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// Upgrades both devices of a pair through the real windows, repairs a mouse whose upgrade failed, and opens the
-// repair on a boot loader that is silent, on an emulated bus whose devices take a millisecond for each
+// Upgrades both devices of a pair through the real windows, repairs a mouse whose upgrade failed, and opens
+// the repair on a boot loader that is silent, on an emulated bus whose devices take a millisecond for each
 // report. Prints the longest time that the main thread was busy in each, the times against the reports, and
 // how often the main thread wakes up while the settings page is at rest.
 #include "service/UpDateRepair.h"

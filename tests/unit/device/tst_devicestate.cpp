@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The kinds of a device, a row each, and the reset of the process-wide flags.
-#include "catalogue/DeviceKinds.h"
 #include "catalogue/CatalogueKeys.h"
+#include "catalogue/DeviceKinds.h"
 #include "device/DeviceState.h"
 #include "tests/support/TestMain.h"
 
