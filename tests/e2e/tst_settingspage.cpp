@@ -117,7 +117,7 @@ private slots:
         QComboBox *const second = box("FormSetting");
         QVERIFY(first && second && first != second);
         for (QComboBox *each : {first, second})
-            each->addItem(QStringLiteral("Second"));
+            each->addItem(QStringLiteral("Second"), 1);
         second->setCurrentIndex(1);
         emit second->activated(1);
         QCOMPARE(first->currentIndex(), 1);

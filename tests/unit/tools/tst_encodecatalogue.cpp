@@ -352,7 +352,7 @@ private slots:
     // Distributions differ in their groups, so only the one that is asked for is named.
     void udevRulesNameTheGroupThatIsAskedFor()
     {
-        QVERIFY(write("group.ini", "[Option]\nVID=0x1209\nUSB_PID=0x0001\n"));
+        QVERIFY(write("group.ini", Small));
         for (const char *option : {"--udev", "--udev=", "--udev=users"}) {
             QCOMPARE(run("group.ini", "group.rules", {QString::fromLatin1(option)}), 0);
             QFile file(folder_.filePath("group.rules"));
