@@ -14,6 +14,7 @@
 namespace
 {
 
+constexpr unsigned EndLimitS = 3;
 constexpr int EndSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
 int wakeUp = -1; // an event file: a handler may write to it, and the event loop waits for it
@@ -22,8 +23,7 @@ DialogMain *openWindow = nullptr;
 void onEndSignal(int)
 {
     const int error = errno;
-    for (const int number : EndSignals)
-        signal(number, SIG_DFL);
+    alarm(EndLimitS);
     const uint64_t one = 1;
     if (write(wakeUp, &one, sizeof one) < 0)
         _exit(EXIT_FAILURE); // it cannot end in order
@@ -60,8 +60,14 @@ SystemEnd::SystemEnd(DialogMain *window) : notifier_(openedWakeUp(), QSocketNoti
     openWindow = window;
     std::atexit(letGoAtExit);
     QObject::connect(&notifier_, &QSocketNotifier::activated, window, [this, window] {
+        uint64_t signals = 0;
+        if (read(wakeUp, &signals, sizeof signals) < 0)
+            return;
         notifier_.setEnabled(false);
         window->endProcess();
+        // It stays, since it writes firmware.
+        alarm(0);
+        notifier_.setEnabled(true);
     });
     if (wakeUp >= 0)
         installHandlers();
