@@ -233,6 +233,7 @@ void LampLight::SlotFormResetLight()
 void LampLight::SlotForm()
 {
     schemeShown_ = modelHasScheme() && !SelectedDevice::info().Usb;
+    scheme_->dropUnread();
     scheme_->setTexts(languageIndex_); // it names the scheme that the model comes with
     arrange();
 }

@@ -11,7 +11,7 @@
 
 #include <QColor>
 
-// Preset in a record of the receiver's that is asked for: no mode and no lamp has this value.
+// Preset in a record of the receiver's that is asked for: no mode, no lamp and no scheme has this value.
 constexpr uint8_t NoLightAnswer = 0xFF;
 
 // As the records hold it: speed and brightness are a slider's value minus 1.
