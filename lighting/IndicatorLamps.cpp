@@ -125,11 +125,10 @@ bool IndicatorLamps::fetch()
     DongleIndicator answer{};
     answer.Choice[0] = NoLightAnswer;
     UsbFinderC_GetDongleIndicatorLed(CurrentDevicePath(), &answer);
-    if (answer.Choice[0] == NoLightAnswer)
-        return false;
-    DongleIndicator_ = answer;
-    known_ = true;
-    return true;
+    known_ = answer.Choice[0] != NoLightAnswer;
+    if (known_)
+        DongleIndicator_ = answer;
+    return known_;
 }
 
 void IndicatorLamps::accept()
@@ -159,8 +158,7 @@ void IndicatorLamps::reset()
     accepted_ = {};
 }
 
-// The record of a receiver that has been silent so far is read first: the write would put out the other
-// lamps.
+// A record that the last read did not get is read first: the write would change the other lamps.
 void IndicatorLamps::change(int lamp, int index)
 {
     const auto write = [this, lamp, index] {

@@ -28,7 +28,8 @@ public:
 
     // Asks the receiver and shows its answer; without one, what was read before stays.
     void read();
-    void forget(); // the record is that of another receiver
+    void notRead() { known_ = false; } // what is shown stays, and a choice reads the record first
+    void forget();                     // the record is that of another receiver
     void reset();
     void change(int lamp, int index); // what the slots of the page do
 
@@ -45,6 +46,6 @@ private:
     std::array<QLabel *, Count> lamps_{};
     std::array<QLabel *, Count> meanings_{};
     DongleIndicator DongleIndicator_{};
-    bool known_ = false;                // the record has been read
+    bool known_ = false;                // the last read got the record
     std::array<int, Count> accepted_{}; // the items that a refused choice goes back to
 };

@@ -210,6 +210,8 @@ void LampLight::readReceiver()
     receiverLight_.read();
     if (asked.elapsed() < OneTryMs)
         lamps_->read();
+    else
+        lamps_->notRead();
     receiver_->setState(receiverLight_.state());
 }
 

@@ -366,7 +366,7 @@ void LightGroup::showPreview()
 
 // ---- What the user changes ----------------------------------------------------------------------
 
-// Reads the record of a device that has been silent so far, and shows it with the change that is about to be
+// Reads a record that the last read did not get, and shows it with the change that is about to be
 // written. False when it is silent still: then nothing may be written.
 bool LightGroup::prepare(const std::function<void()> &showChange)
 {
