@@ -139,6 +139,7 @@ void IndicatorLamps::accept()
 
 void IndicatorLamps::read()
 {
+    reset_ = false;
     fetch();
     accept();
 }
@@ -156,13 +157,30 @@ void IndicatorLamps::reset()
     for (int i = 0; i < Count; ++i)
         show(i, ResetItems[i]);
     accepted_ = {};
+    reset_ = true;
 }
 
-// A record that the last read did not get is read first: the write would change the other lamps.
+// A record that the last read did not get is read first, since the write would change the other lamps, and
+// shown with the choice that is about to be written. False when the receiver is silent still.
+bool IndicatorLamps::prepare(int lamp, int index)
+{
+    if (known_)
+        return true;
+    if (!fetch())
+        return false;
+    if (reset_)
+        return true;
+    accept();
+    QComboBox *box = boxes_[std::size_t(lamp)];
+    const QSignalBlocker silent(box);
+    box->setCurrentIndex(index);
+    return true;
+}
+
 void IndicatorLamps::change(int lamp, int index)
 {
     const auto write = [this, lamp, index] {
-        if (!known_ && !fetch())
+        if (!prepare(lamp, index))
             return false;
         DongleIndicator wanted = DongleIndicator_;
         wanted.Choice[lamp] = uint8_t(index);

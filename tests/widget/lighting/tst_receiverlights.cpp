@@ -265,6 +265,19 @@ private slots:
         QCOMPARE(written(), QByteArray("09 01 00")); // its byte is what it was
     }
 
+    void aRefusedLampGoesBackToWhatWasReadForIt()
+    {
+        open(true, false);
+        answer(true, true);
+        page->refuse(true);
+        page->lamp(1)->setCurrentIndex(3);
+        QCOMPARE(fake.count("UsbFinderC_SetDongleIndicatorLed"), 1);
+        QCOMPARE(lamps(), QList<int>({1, 2, 3}));
+        page->refuse(false);
+        page->lamp(1)->setCurrentIndex(3);
+        QCOMPARE(written(), QByteArray("01 03 03"));
+    }
+
     // A colour that is set in one act stops at the first channel that is refused.
     void aRefusedColorIsNotKept()
     {
