@@ -437,7 +437,11 @@ void LightGroup::step(int channel, int by)
         paintColor(color()); // without what was typed
         return;
     }
+    bool isNumber = false;
+    const int typed = box->cleanText().toInt(&isNumber);
     box->interpretText(); // a number that was typed counts, as an edit of its own
+    if (isNumber && box->value() != typed)
+        return; // refused
     box->setValue(box->value() + by);
 }
 

@@ -634,6 +634,22 @@ private slots:
         QCOMPARE(colorOf(index), QColor(44, 44, 44));
     }
 
+    void aStepBehindARefusedNumberIsNoEdit()
+    {
+        open({2, 10, 20, 30, 4, 7, 1});
+        QSpinBox *box = page->channel(Receiver, 0);
+        auto *button = page->own<QToolButton>("AddR", Receiver);
+        page->refuse(true);
+        box->selectAll();
+        QTest::keyClicks(box, "123");
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(writes(ReceiverGroup), 1);
+        QCOMPARE(box->text(), QString("10"));
+        page->refuse(false);
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(colorOf(ReceiverGroup), QColor(11, 20, 30));
+    }
+
     // A press beside the fields to type in takes the focus off them.
     void aPressBesideTheBoxesTakesTheFocus_data() { eachLight(); }
     void aPressBesideTheBoxesTakesTheFocus()
