@@ -374,14 +374,15 @@ LightGroup *LampLight::groupAt(const QPoint &screenPlace) const
     return nullptr;
 }
 
-// Whether the group has taken the colour there.
+// Whether the group has taken the colour there, where the pointer was at the event: by now it may be
+// elsewhere.
 bool LampLight::pick(LightGroup *group, const QPoint &screenPlace)
 {
     if (!LightGroup::mayChange())
         return false;
     const HueField *field = group->field();
     const QColor color =
-        screenCanBeRead() ? colorUnderPointer() : field->colorAt(field->mapFromGlobal(screenPlace));
+        screenCanBeRead() ? colorOnScreen(screenPlace) : field->colorAt(field->mapFromGlobal(screenPlace));
     return color.isValid() && group->setColor(color);
 }
 
