@@ -74,10 +74,13 @@ void onBattery(const Message &message)
     emit hub()->SigBattery(battery.Charging > 0, battery.Level, BatteryAsNumber == 1);
 }
 
+// A receiver that does not answer leaves nothing of the one before it.
 void askReceiver()
 {
     if (!SelectedDevice::info().Usb) {
-        UsbFinderC_Get4KDongleRGBValue(CurrentDevicePath(), &allocations().color);
+        DongleRGB color{};
+        UsbFinderC_Get4KDongleRGBValue(CurrentDevicePath(), &color);
+        allocations().color = color;
         announceColor();
     }
     uint8_t mode = NoAnswer;

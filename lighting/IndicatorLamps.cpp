@@ -125,11 +125,10 @@ bool IndicatorLamps::fetch()
     DongleIndicator answer{};
     answer.Choice[0] = NoLightAnswer;
     UsbFinderC_GetDongleIndicatorLed(CurrentDevicePath(), &answer);
-    if (answer.Choice[0] == NoLightAnswer)
-        return false;
-    DongleIndicator_ = answer;
-    known_ = true;
-    return true;
+    known_ = answer.Choice[0] != NoLightAnswer;
+    if (known_)
+        DongleIndicator_ = answer;
+    return known_;
 }
 
 void IndicatorLamps::accept()
@@ -140,6 +139,7 @@ void IndicatorLamps::accept()
 
 void IndicatorLamps::read()
 {
+    reset_ = false;
     fetch();
     accept();
 }
@@ -157,14 +157,30 @@ void IndicatorLamps::reset()
     for (int i = 0; i < Count; ++i)
         show(i, ResetItems[i]);
     accepted_ = {};
+    reset_ = true;
 }
 
-// The record of a receiver that has been silent so far is read first: the write would put out the other
-// lamps.
+// A record that the last read did not get is read first, since the write would change the other lamps, and
+// shown with the choice that is about to be written. False when the receiver is silent still.
+bool IndicatorLamps::prepare(int lamp, int index)
+{
+    if (known_)
+        return true;
+    if (!fetch())
+        return false;
+    if (reset_)
+        return true;
+    accept();
+    QComboBox *box = boxes_[std::size_t(lamp)];
+    const QSignalBlocker silent(box);
+    box->setCurrentIndex(index);
+    return true;
+}
+
 void IndicatorLamps::change(int lamp, int index)
 {
     const auto write = [this, lamp, index] {
-        if (!known_ && !fetch())
+        if (!prepare(lamp, index))
             return false;
         DongleIndicator wanted = DongleIndicator_;
         wanted.Choice[lamp] = uint8_t(index);

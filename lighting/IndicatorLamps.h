@@ -28,13 +28,15 @@ public:
 
     // Asks the receiver and shows its answer; without one, what was read before stays.
     void read();
-    void forget(); // the record is that of another receiver
+    void notRead() { known_ = reset_ = false; } // what is shown stays, and a choice reads the record first
+    void forget();                              // the record is that of another receiver
     void reset();
     void change(int lamp, int index); // what the slots of the page do
 
 private:
     void buildLegend();
     bool fetch();
+    bool prepare(int lamp, int index);
     void accept();
     void show(int lamp, int index);
 
@@ -45,6 +47,7 @@ private:
     std::array<QLabel *, Count> lamps_{};
     std::array<QLabel *, Count> meanings_{};
     DongleIndicator DongleIndicator_{};
-    bool known_ = false;                // the record has been read
+    bool known_ = false;                // the last read got the record
+    bool reset_ = false;                // since the last read: a refused choice goes back to the first item
     std::array<int, Count> accepted_{}; // the items that a refused choice goes back to
 };

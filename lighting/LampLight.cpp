@@ -210,6 +210,8 @@ void LampLight::readReceiver()
     receiverLight_.read();
     if (asked.elapsed() < OneTryMs)
         lamps_->read();
+    else
+        lamps_->notRead();
     receiver_->setState(receiverLight_.state());
 }
 
@@ -233,6 +235,7 @@ void LampLight::SlotFormResetLight()
 void LampLight::SlotForm()
 {
     schemeShown_ = modelHasScheme() && !SelectedDevice::info().Usb;
+    scheme_->dropUnread();
     scheme_->setTexts(languageIndex_); // it names the scheme that the model comes with
     arrange();
 }
@@ -371,14 +374,15 @@ LightGroup *LampLight::groupAt(const QPoint &screenPlace) const
     return nullptr;
 }
 
-// Whether the group has taken the colour there.
+// Whether the group has taken the colour there, where the pointer was at the event: by now it may be
+// elsewhere.
 bool LampLight::pick(LightGroup *group, const QPoint &screenPlace)
 {
     if (!LightGroup::mayChange())
         return false;
     const HueField *field = group->field();
     const QColor color =
-        screenCanBeRead() ? colorUnderPointer() : field->colorAt(field->mapFromGlobal(screenPlace));
+        screenCanBeRead() ? colorOnScreen(screenPlace) : field->colorAt(field->mapFromGlobal(screenPlace));
     return color.isValid() && group->setColor(color);
 }
 

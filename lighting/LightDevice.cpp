@@ -30,11 +30,10 @@ bool ReceiverLight::read()
     DongleRgbBar bar{};
     bar.Mode = NoLightAnswer;
     UsbFinderC_GetDongleRGBBarMode(CurrentDevicePath(), &bar);
-    if (bar.Mode == NoLightAnswer)
-        return false;
-    DongleRgbBar_ = bar;
-    known_ = true;
-    return true;
+    known_ = bar.Mode != NoLightAnswer;
+    if (known_)
+        DongleRgbBar_ = bar;
+    return known_;
 }
 
 LightState ReceiverLight::state() const

@@ -11,7 +11,7 @@
 
 #include <QColor>
 
-// Preset in a record of the receiver's that is asked for: no mode and no lamp has this value.
+// Preset in a record of the receiver's that is asked for: no mode, no lamp and no scheme has this value.
 constexpr uint8_t NoLightAnswer = 0xFF;
 
 // As the records hold it: speed and brightness are a slider's value minus 1.
@@ -27,8 +27,8 @@ class LightDevice
 public:
     virtual ~LightDevice() = default;
     virtual LightScale::Owner owner() const = 0;
-    // False while the record that holds the settings has not been read: a write would carry nothing of the
-    // device for those that it does not change.
+    // False while the last read has not got the record that holds the settings: a write would carry nothing
+    // of the device, or what another had, for those that it does not change.
     virtual bool isKnown() const { return true; }
     // False when the device does not answer; what is known of it stays as it was.
     virtual bool read() { return true; }
@@ -71,6 +71,6 @@ public:
 private:
     bool write(const DongleRgbBar &bar);
 
-    DongleRgbBar DongleRgbBar_{};
+    DongleRgbBar DongleRgbBar_{}; // shown also while it is not known
     bool known_ = false;
 };

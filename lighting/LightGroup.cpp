@@ -366,7 +366,7 @@ void LightGroup::showPreview()
 
 // ---- What the user changes ----------------------------------------------------------------------
 
-// Reads the record of a device that has been silent so far, and shows it with the change that is about to be
+// Reads a record that the last read did not get, and shows it with the change that is about to be
 // written. False when it is silent still: then nothing may be written.
 bool LightGroup::prepare(const std::function<void()> &showChange)
 {
@@ -437,7 +437,11 @@ void LightGroup::step(int channel, int by)
         paintColor(color()); // without what was typed
         return;
     }
+    bool isNumber = false;
+    const int typed = box->cleanText().toInt(&isNumber);
     box->interpretText(); // a number that was typed counts, as an edit of its own
+    if (isNumber && box->value() != typed)
+        return; // refused
     box->setValue(box->value() + by);
 }
 

@@ -48,6 +48,8 @@ void LightPreview::setLight(const ShownLight &light)
 void LightPreview::showEvent(QShowEvent *event)
 {
     motionAllowed_ = motionTime() > 0;
+    if (!motionAllowed_)
+        turns_ = 0; // the moment at which the light stands is its first
     QWidget::showEvent(event);
 }
 

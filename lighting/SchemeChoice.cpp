@@ -6,6 +6,7 @@
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
+#include "lighting/LightDevice.h"
 #include "presentation/Edit.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/Widgets.h"
@@ -119,6 +120,13 @@ void SchemeChoice::setRecord(DongleRGB *record)
     show(record_->Scheme);
 }
 
+void SchemeChoice::dropUnread()
+{
+    nothingRead_ = {};
+    if (!record_->Scheme)
+        show(0);
+}
+
 // An exclusive group does not uncheck its last button.
 void SchemeChoice::show(int scheme)
 {
@@ -131,20 +139,29 @@ void SchemeChoice::show(int scheme)
     stopTabAtChecked(group_->buttons());
 }
 
+// The record of a receiver that has been silent so far is read first: the write would clear the bytes that it
+// carries.
+bool SchemeChoice::write(int scheme)
+{
+    DongleRGB wanted = *record_;
+    if (!wanted.Scheme) {
+        wanted.Scheme = NoLightAnswer;
+        UsbFinderC_Get4KDongleRGBValue(CurrentDevicePath(), &wanted);
+        if (wanted.Scheme == NoLightAnswer)
+            return false;
+    }
+    shown_ = scheme;
+    wanted.Scheme = uint8_t(scheme);
+    *record_ = wanted;
+    UsbFinderC_Set4KDongleRGB(CurrentDevicePath(), record_);
+    return true;
+}
+
 // The button that loses its check has nothing to ask for: the one that gets it does.
 void SchemeChoice::change(int scheme, bool checked)
 {
     if (!checked)
         return;
     edit(
-        group_,
-        [this, scheme] {
-            if (!CheckOnline())
-                return false;
-            shown_ = scheme;
-            record_->Scheme = uint8_t(scheme);
-            UsbFinderC_Set4KDongleRGB(CurrentDevicePath(), record_);
-            return true;
-        },
-        [this] { show(shown_); });
+        group_, [this, scheme] { return CheckOnline() && write(scheme); }, [this] { show(shown_); });
 }

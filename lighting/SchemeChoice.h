@@ -29,10 +29,13 @@ public:
     // Shows the record, which later choices change; it lives until the process ends. A scheme that is none of
     // the three checks none.
     void setRecord(DongleRGB *record);
+    // Checks none when the last read of the receiver got no record.
+    void dropUnread();
     void change(int scheme, bool checked); // 1 to 3: what the slots of the page do
 
 private:
     void show(int scheme);
+    bool write(int scheme);
 
     GroupHeading heading_;
     QButtonGroup *group_;

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "lighting/ScreenColor.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QScreen>
@@ -21,16 +20,15 @@ bool screenCanBeRead()
            qgetenv("XDG_SESSION_TYPE") != "wayland" && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
-QColor colorUnderPointer()
+QColor colorOnScreen(const QPoint &place)
 {
     const QList<QScreen *> screens = QGuiApplication::screens();
     QVector<QRect> places;
     for (const QScreen *screen : screens)
         places << screen->geometry();
-    // The place is in the toolkit's pixels; grabWindow() turns it into those of the screen and counts it from
-    // the screen's corner.
-    return colorOnScreens(places, QCursor::pos(), [&screens](int screen, const QPoint &place) {
-        return screens[screen]->grabWindow(0, place.x(), place.y(), GrabExtent, GrabExtent).toImage();
+    // grabWindow() turns the place into the screen's pixels and counts it from the screen's corner.
+    return colorOnScreens(places, place, [&screens](int screen, const QPoint &inside) {
+        return screens[screen]->grabWindow(0, inside.x(), inside.y(), GrabExtent, GrabExtent).toImage();
     });
 }
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The colour that the screen shows under the pointer. Main thread.
+// The colour that the screen shows at a place. Main thread.
 #pragma once
 
 #include <QColor>
@@ -14,8 +14,8 @@
 // False in a Wayland session, where no program may look at the screen: one that runs on its X server gets a
 // black picture.
 bool screenCanBeRead();
-// At the pointer, as colorOnScreens() says.
-QColor colorUnderPointer();
+// At a place of the toolkit's, as colorOnScreens() says.
+QColor colorOnScreen(const QPoint &place);
 
 // The picture of a screen, by its index, from a place that is counted from the screen's own corner.
 using ScreenGrab = std::function<QImage(int screen, const QPoint &place)>;

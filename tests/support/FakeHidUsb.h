@@ -26,7 +26,8 @@ struct FakeDevice {
     DongleIndicator indicator{};
     uint8_t longRange = 0;
     bool answersLongRange = true;
-    bool answersBar = true;   // reads of its light bar
+    bool answersColor = true; // reads of its colour scheme
+    bool answersBar = true;   // of its light bar
     bool answersLamps = true; // and of its lamps
     bool takesLights = true;  // writes of both
 };

@@ -192,7 +192,10 @@ void GetDeviceStatusChanged(const uint8_t *payload, DeviceStatusChange *change)
 void UsbFinderC_Get4KDongleRGBValue(const char *path, DongleRGB *record)
 {
     note(__func__, text(path));
-    world().with(path, [&](const FakeDevice &device) { *record = device.rgb; });
+    world().with(path, [&](const FakeDevice &device) {
+        if (device.answersColor)
+            *record = device.rgb;
+    });
 }
 
 void UsbFinderC_Set4KDongleRGB(const char *path, const DongleRGB *record)

@@ -92,6 +92,19 @@ private slots:
                  (QStringList{"usb 0 1"} + lines + QStringList{"button", "light", "sensor", "form"}));
     }
 
+    void aSilentReceiverHasNoColorOfTheOneBefore()
+    {
+        layer.edit("mouse", [](FakeDevice &mouse) { mouse.rgb.Scheme = 3; });
+        select(0, Receiver8K);
+        deliver(8, 0, Image);
+        QVERIFY(hub->lines.contains(QStringLiteral("color 3")));
+        hub->lines.clear();
+        layer.edit("mouse", [](FakeDevice &mouse) { mouse.answersColor = false; });
+        deliver(8, 0, Image);
+        QVERIFY(hub->lines.contains(QStringLiteral("form")));
+        QCOMPARE(hub->lines.filter(QStringLiteral("color")), QStringList());
+    }
+
     void afterAResetBlocksAreCleared_data()
     {
         QTest::addColumn<int>("driveIndex");

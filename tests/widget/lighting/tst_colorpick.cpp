@@ -127,6 +127,21 @@ private slots:
         }
     }
 
+    // ---- The place of the press
+
+    // On a slow machine the pointer has moved on when the press is handled.
+    void thePlaceIsThatOfThePress()
+    {
+        const int index = MouseGroup;
+        qunsetenv("WAYLAND_DISPLAY");
+        open();
+        for (const QPoint &point : {QPoint(20, 90), QPoint(101, 41)}) {
+            QCursor::setPos(field(index)->mapToGlobal({60, 60}));
+            QTest::mouseClick(window(), Qt::LeftButton, {}, at(index, point));
+            QCOMPARE(written(index), field(index)->colorAt(point));
+        }
+    }
+
     // ---- What a press and a release leave alone
 
     void aReleaseTakesAColorOfItsOwnOnlyElsewhere_data() { eachLight(); }

@@ -387,12 +387,41 @@ private slots:
         QCOMPARE(int(fake.device("dev").rgb.Scheme), 3);
     }
 
-    void beforeAnyRecordASchemeIsWrittenAllTheSame()
+    // The receiver's own bytes are read before the first write, and not taken from the receiver before.
+    void aSchemeThatWasNotReadIsReadBeforeItIsWritten_data()
     {
+        QTest::addColumn<bool>("announced"); // of the receiver before
+        QTest::newRow("no record yet") << false;
+        QTest::newRow("one that is empty now") << true;
+    }
+    void aSchemeThatWasNotReadIsReadBeforeItIsWritten()
+    {
+        QFETCH(bool, announced);
         page = std::make_unique<LightPage>();
+        if (announced) {
+            page->announceScheme(1);
+            QCOMPARE(checkedScheme(), 1);
+            page->rgb = {};
+        }
+        const DongleRGB own{2, {9, 8, 7, 6, 5, 4, 3, 2, 1}};
+        fake.edit("dev", [&own](FakeDevice &device) {
+            device.rgb = own;
+            device.answersColor = false;
+        });
         page->read(lightRecord(2));
+        QCOMPARE(checkedScheme(), 0);
         QTest::mouseClick(page->choice(3), Qt::LeftButton);
+        QCOMPARE(checkedScheme(), 0);
+        QCOMPARE(fake.count("UsbFinderC_Set4KDongleRGB"), 0);
+        fake.edit("dev", [](FakeDevice &device) { device.answersColor = true; });
+        QTest::mouseClick(page->choice(3), Qt::LeftButton);
+        QCOMPARE(checkedScheme(), 3);
         QCOMPARE(int(fake.device("dev").rgb.Scheme), 3);
+        QCOMPARE(memcmp(fake.device("dev").rgb.Carried, own.Carried, sizeof own.Carried), 0);
+        page->read(lightRecord(2)); // and what the read has told is not asked for
+        QTest::mouseClick(page->choice(1), Qt::LeftButton);
+        QCOMPARE(fake.count("UsbFinderC_Get4KDongleRGBValue"), announced ? 0 : 1);
+        QCOMPARE(int(fake.device("dev").rgb.Scheme), 1);
     }
 
     // ---- The mouse's light is put out
@@ -603,6 +632,22 @@ private slots:
         QCOMPARE(notice->count(), 1);
         QCOMPARE(box->text(), QString("44"));
         QCOMPARE(colorOf(index), QColor(44, 44, 44));
+    }
+
+    void aStepBehindARefusedNumberIsNoEdit()
+    {
+        open({2, 10, 20, 30, 4, 7, 1});
+        QSpinBox *box = page->channel(Receiver, 0);
+        auto *button = page->own<QToolButton>("AddR", Receiver);
+        page->refuse(true);
+        box->selectAll();
+        QTest::keyClicks(box, "123");
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(writes(ReceiverGroup), 1);
+        QCOMPARE(box->text(), QString("10"));
+        page->refuse(false);
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(colorOf(ReceiverGroup), QColor(11, 20, 30));
     }
 
     // A press beside the fields to type in takes the focus off them.

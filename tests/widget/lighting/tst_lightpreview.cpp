@@ -211,6 +211,14 @@ private slots:
     {
         QTemporaryDir config;
         const QByteArray before = qgetenv("XDG_CONFIG_HOME");
+        LightPreview moved; // until the desktop asks for none
+        moved.resize(300, 100);
+        moved.setLight({Breathing, Own, 10, 5});
+        moved.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&moved));
+        QVERIFY(frames(moved, 3) >= 3);
+        QVERIFY(moved.turns() > 0);
+        moved.hide();
         qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
         QDir(config.path()).mkdir("gtk-3.0");
         QFile file(config.filePath("gtk-3.0/settings.ini"));
@@ -229,6 +237,10 @@ private slots:
             for (int x = 0; x < shot.width(); ++x)
                 lit = lit || shot.pixelColor(x, shot.height() / 2).value() >= Own.value();
             QVERIFY(lit);
+            moved.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&moved));
+            QCOMPARE(moved.grab().toImage(), shot);
+            QCOMPARE(moved.turns(), 0.0);
         }
         qputenv("XDG_CONFIG_HOME", before);
     }

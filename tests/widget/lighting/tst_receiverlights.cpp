@@ -176,6 +176,41 @@ private slots:
         QCOMPARE(lamps(), QList<int>({1, 1, 3}));
     }
 
+    // A path may be another receiver's by now: what was read before is shown, and not written.
+    void aRecordThatTheLastReadDidNotGetIsReadBeforeAnEdit_data()
+    {
+        QTest::addColumn<bool>("slow"); // so that the lamps are not asked; else it is silent
+        QTest::newRow("silent") << false;
+        QTest::newRow("slow") << true;
+    }
+    void aRecordThatTheLastReadDidNotGetIsReadBeforeAnEdit()
+    {
+        QFETCH(bool, slow);
+        open(true, true);
+        const QList<int> before = shownBar();
+        fake.edit("dev", [](FakeDevice &device) {
+            device.bar = {4, 9, 8, 7, 2, 3, 1};
+            device.indicator = {{3, 3, 1}};
+        });
+        answer(false, slow);
+        if (slow)
+            fake.setHook([](const std::string &name) {
+                if (name == "UsbFinderC_GetDongleRGBBarMode")
+                    QThread::msleep(SlowAnswerMs);
+            });
+        page->read(lightRecord(2));
+        fake.setHook(nullptr);
+        QCOMPARE(shownBar(), before);
+        QCOMPARE(lamps(), QList<int>({1, 2, 3}));
+        answer(true, true);
+        page->speed(Bar)->setValue(6);
+        page->lamp(0)->setCurrentIndex(0);
+        QCOMPARE(bytes(page->bar()), bytes(DongleRgbBar{4, 9, 8, 7, 6, 3, 1}));
+        QCOMPARE(written(), QByteArray("00 03 01"));
+        QCOMPARE(lamps(), QList<int>({0, 3, 1}));
+        QCOMPARE(shownBar(), QList<int>({4, 9, 8, 7, 6, 6, 4, 4}));
+    }
+
     // ---- Another receiver
 
     void theRecordsOfAnotherAreForgotten_data()
@@ -228,6 +263,19 @@ private slots:
         page->refuse(false);
         page->lamp(2)->setCurrentIndex(0);
         QCOMPARE(written(), QByteArray("09 01 00")); // its byte is what it was
+    }
+
+    void aRefusedLampGoesBackToWhatWasReadForIt()
+    {
+        open(true, false);
+        answer(true, true);
+        page->refuse(true);
+        page->lamp(1)->setCurrentIndex(3);
+        QCOMPARE(fake.count("UsbFinderC_SetDongleIndicatorLed"), 1);
+        QCOMPARE(lamps(), QList<int>({1, 2, 3}));
+        page->refuse(false);
+        page->lamp(1)->setCurrentIndex(3);
+        QCOMPARE(written(), QByteArray("01 03 03"));
     }
 
     // A colour that is set in one act stops at the first channel that is refused.
