@@ -466,13 +466,13 @@ private slots:
         QCOMPARE(dialog->focusWidget(), parts->cancel);
         dialog->setAttached({mouseInfo(), mouseInfo()});
         emit PostMsg::instance()->SigRepairCheckUpdate();
-        slow.waitForAnswers();
+        slow.waitForAnswers(2);
         QTRY_VERIFY(parts->says(UpgradeText::MultiMouse) && parts->hasWayOut());
         // Closed before its answer, it offers nothing.
         dialog->setAttached({mouseInfo()});
         emit PostMsg::instance()->SigRepairCheckUpdate();
         dialog->close();
-        slow.waitForAnswers();
+        slow.waitForAnswers(3);
         QVERIFY(!parts->says(UpgradeText::ReadyUpdate));
     }
 

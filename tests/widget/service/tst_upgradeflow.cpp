@@ -578,7 +578,7 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::NoUSB));
         QVERIFY(slow.asked.tryAcquire(1, 10000));
         slow.answer();
-        slow.waitForAnswers();
+        slow.waitForAnswers(1);
         QVERIFY(dialog->says(UpgradeText::NoUSB));
     }
 
