@@ -31,7 +31,12 @@ struct Page final : UpgradePage {
     bool upToDate = false;
 };
 
-enum Count : int { None, One };
+// While it lives.
+struct ShortSilence {
+    ShortSilence() { flashrun::SilenceMs = 100; }
+    ~ShortSilence() { flashrun::SilenceMs = usual; }
+    const int usual = flashrun::SilenceMs;
+};
 
 } // namespace
 
@@ -274,12 +279,11 @@ private slots:
     void aLibraryThatFallsSilentHasFailed()
     {
         page->mouse = QStringLiteral("v1.06");
-        flashrun::SilenceMs = 100;
+        const ShortSilence silence;
         start();
         QTRY_COMPARE(starts(), 1);
         progress(40);
         QTRY_VERIFY(isOver());
-        flashrun::SilenceMs = 180000;
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail) && dialog->hasWayOut());
         QCOMPARE(UpdateFailRecord::storedText(), QString(ReceiverFailed));
         succeed(); // nobody's
