@@ -453,6 +453,19 @@ private slots:
         QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess) && questions.none());
     }
 
+    // The rescan was told before the dialog was closed.
+    void aClosedDialogAsksNoDevice()
+    {
+        UpdateFailRecord::store(ReceiverFailed);
+        fake.setUpgrade(1, true);
+        dialog->setAttached({mouseInfo()});
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        QVERIFY(!parts->says(UpgradeText::UpgradeAsking));
+        dialog->show();
+        check();
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate));
+    }
+
     // What is plugged in meanwhile is asked anew; the older answer is nobody's.
     void theNewestCheckCounts()
     {

@@ -586,6 +586,17 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::NoUSB));
     }
 
+    // The hot-plug was told before the dialog was closed.
+    void aClosedDialogAsksNoDevice()
+    {
+        leaveReceiverInBootLoader();
+        flow->SlotCheckUpdate();
+        QVERIFY(!dialog->says(UpgradeText::UpgradeAsking));
+        open();
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
+        QCOMPARE(fake.count("UsbUpgradeC_FindBootDevices"), 1);
+    }
+
     // While the devices are counted, no tick and no other word leads on.
     void aCountThatTakesLongerThanAStep()
     {
