@@ -194,6 +194,24 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
     }
 
+    // Its own model's device is not the one that was flashed, although both are on their cables.
+    void anotherModelStaysSelected()
+    {
+        page->receiver = QStringLiteral("v1.03");
+        start();
+        QTRY_COMPARE(starts(), 1);
+        select(info("another", Cable8K, 1));
+        fake.setDevices({device("another", 7, Cable8K), device("mouse again", 6, Cable8K),
+                         device(ReceiverPath, 6, Receiver8K)});
+        const int searches = fake.count("UsbFinderC_GetDeviceInfo");
+        succeed();
+        QTRY_VERIFY(isOver());
+        QVERIFY(fake.count("UsbFinderC_GetDeviceInfo") > searches);
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+        QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("another"));
+        QCOMPARE(QString(CurrentDevicePath()), QStringLiteral("another"));
+    }
+
     void theSuccessIsLeftByItsButton()
     {
         page->mouse = QStringLiteral("v1.06");
