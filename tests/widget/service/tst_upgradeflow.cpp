@@ -310,6 +310,38 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail));
     }
 
+    // It comes when the next run has begun, with a start that the layer refuses in between.
+    void theLateEndOfASilentRunIsNobodys()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        {
+            const ShortSilence silence;
+            start();
+            QTRY_COMPARE(starts(), 1);
+            QTRY_VERIFY(isOver());
+        }
+        const UpgradeCallback_t late = fake.upgradeCallback();
+        for (int number = 2; number <= 3; ++number) {
+            fake.setUpgrade(0, number == 3);
+            dialog->main->click();
+            flow->on_Receive_2_clicked();
+            QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
+            dialog->main->click();
+            QTRY_COMPARE(starts(), number);
+            if (number == 2)
+                QTRY_VERIFY(isOver());
+        }
+        const uint8_t success[8] = {7, 2, 1};
+        late(success);
+        progress(30);
+        QTRY_COMPARE(dialog->bar->value(), 30);
+        QVERIFY(flow->dialog().isBusy());
+        QCOMPARE(UpdateFailRecord::storedText(), QString(ReceiverFailed));
+        succeed();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+    }
+
     void otherBlocksAreIgnored()
     {
         page->mouse = QStringLiteral("v1.06");
