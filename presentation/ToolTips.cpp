@@ -47,9 +47,14 @@ QString tipOf(QWidget *widget)
     const QString tip = widget->toolTip();
     if (hidden.isEmpty() || tip.contains(hidden))
         return tip;
+    const auto escaped = [](const QString &text) {
+        return Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal);
+    };
     if (Qt::mightBeRichText(tip))
-        return QStringLiteral("<p>%1</p>").arg(hidden.toHtmlEscaped()) + tip;
-    return tip.isEmpty() ? hidden : hidden + QLatin1Char('\n') + tip;
+        return escaped(hidden) + tip;
+    // What is drawn as it is may look like markup to the tip.
+    const QString plain = tip.isEmpty() ? hidden : hidden + QLatin1Char('\n') + tip;
+    return Qt::mightBeRichText(plain) ? escaped(plain) : plain;
 }
 
 // Below the anchor, or above it where there is no room below.

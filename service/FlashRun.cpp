@@ -23,6 +23,7 @@ enum UpgradeReport : uint8_t { Marker = 7, Percent = 1, End = 2, Success = 1 };
 struct Run {
     std::mutex mutex; // not held while a handler is called
     FlashHandlers handlers;
+    int slot = 0;                   // of the layer's callbacks
     std::atomic<uint64_t> heard{0}; // starts and reports of all runs
 };
 
@@ -33,76 +34,89 @@ Run &run()
     return *only;
 }
 
-FlashHandlers handlers()
+FlashHandlers handlers(int slot)
 {
-    ++run().heard;
     const std::lock_guard lock(run().mutex);
+    if (run().slot != slot)
+        return {};
+    ++run().heard;
     return run().handlers;
 }
 
-// Forgets the handlers, so that a second result is dropped.
-FlashHandlers takeHandlers()
+// Forgets the handlers, so that a second result is dropped. A run that was not started gives its slot back:
+// the run before it may still use the other one.
+FlashHandlers takeHandlers(int slot, bool started)
 {
     const std::lock_guard lock(run().mutex);
+    if (run().slot != slot)
+        return {};
+    if (!started)
+        run().slot = 1 - slot;
     return std::exchange(run().handlers, FlashHandlers());
 }
 
-void end(bool succeeded, bool started)
+void end(int slot, bool succeeded, bool started)
 {
-    if (const FlashHandlers last = takeHandlers(); last.result)
+    if (const FlashHandlers last = takeHandlers(slot, started); last.result)
         last.result(succeeded, started);
 }
 
-bool isRunning()
+bool isRunning(int slot)
 {
     const std::lock_guard lock(run().mutex);
-    return bool(run().handlers.result);
+    return run().slot == slot && run().handlers.result;
 }
 
-void onUpgrade(const uint8_t *data)
+template <int Slot> void onUpgrade(const uint8_t *data)
 {
     if (data[0] != Marker)
         return;
     if (data[1] == Percent) {
-        if (const FlashHandlers current = handlers(); current.progress)
+        if (const FlashHandlers current = handlers(Slot); current.progress)
             current.progress(data[2]);
     } else if (data[1] == End) {
-        end(data[2] == Success, true);
+        end(Slot, data[2] == Success, true);
     }
 }
 
+// Taken in turn: a run that has failed by its silence still reports its end, maybe during the next one. The
+// layer starts none while it writes, so there are no older ones.
+constexpr UpgradeCallback_t Callbacks[] = {onUpgrade<0>, onUpgrade<1>};
+
 // Main thread. Without it no state of the dialog would lead out of a library that never ends.
-void watchSilence(uint64_t heard)
+void watchSilence(int slot, uint64_t heard)
 {
-    QTimer::singleShot(int(flashrun::SilenceMs), [heard] {
+    QTimer::singleShot(int(flashrun::SilenceMs), [slot, heard] {
         if (run().heard == heard)
-            end(false, true);
-        else if (isRunning())
-            watchSilence(run().heard);
+            end(slot, false, true);
+        else if (isRunning(slot))
+            watchSilence(slot, run().heard);
     });
 }
 
 // The disk and the search for the device take their time, so the main thread does not wait for them.
-void begin(const QByteArray &image, const UpdateFailRecord &record)
+void begin(int slot, const QByteArray &image, const UpdateFailRecord &record)
 {
     const QStringList before = UpdateFailRecord::storedTexts();
-    if (record.putFirst() && startFirmwareUpgrade(image, onUpgrade, TimeoutMs))
+    if (record.putFirst() && startFirmwareUpgrade(image, Callbacks[slot], TimeoutMs))
         return;
     UpdateFailRecord::storeTexts(before);
-    end(false, false);
+    end(slot, false, false);
 }
 
 } // namespace
 
 void flashrun::start(const QByteArray &image, const UpdateFailRecord &record, const FlashHandlers &handlers)
 {
+    int slot = 0;
     {
         const std::lock_guard lock(run().mutex);
         run().handlers = handlers;
+        slot = run().slot = 1 - run().slot;
     }
-    runOnMainThread([heard = uint64_t(++run().heard)] { watchSilence(heard); });
-    if (!startThread([image, record] { begin(image, record); }))
-        end(false, false);
+    runOnMainThread([slot, heard = uint64_t(++run().heard)] { watchSilence(slot, heard); });
+    if (!startThread([slot, image, record] { begin(slot, image, record); }))
+        end(slot, false, false);
 }
 
 void flashrun::emptyLog()

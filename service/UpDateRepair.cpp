@@ -371,7 +371,8 @@ void UpDateRepair::SlotAutoRepairProgress(int index) { setBar(index); }
 
 void UpDateRepair::SlotRepairCheckUpdate()
 {
-    if (busy_ || RepairRunning || showsResult())
+    // The word may have been on its way when the dialog was closed.
+    if (!isVisible() || busy_ || RepairRunning || showsResult())
         return;
     askingForm([this, attached = attached_]() -> Inquiry::Answer {
         const RepairRoute::Check check = RepairRoute::check(attached);

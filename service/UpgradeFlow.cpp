@@ -272,7 +272,8 @@ bool UpgradeFlow::takeVerdict(const GateVerdict &verdict, const QString &record)
 
 void UpgradeFlow::SlotCheckUpdate()
 {
-    if (dialog_.isBusy() || dialog_.showsResult())
+    // The word may have been on its way when the dialog was closed.
+    if (!dialog_.isVisible() || dialog_.isBusy() || dialog_.showsResult())
         return;
     if (ChechIsUpDate())
         dialog_.readyForm(offered_.offers);
@@ -542,15 +543,18 @@ void UpgradeFlow::findRestarted()
 {
     asked_.ask([this, flashed = ModelFirmware{UpgradeCid, UpgradeMid, UpgradeKind}]() -> Inquiry::Answer {
         const std::vector<DeviceAllInfo> devices = attachedOfModel(flashed);
-        return [this, devices] { takeRestarted(devices); };
+        return [this, flashed, devices] { takeRestarted(flashed, devices); };
     });
 }
 
-void UpgradeFlow::takeRestarted(const std::vector<DeviceAllInfo> &devices)
+// Another model may have been opened meanwhile; the selection then stays there.
+void UpgradeFlow::takeRestarted(const ModelFirmware &flashed, const std::vector<DeviceAllInfo> &devices)
 {
+    const ModelFirmware selected = model();
+    const bool isFlashed = selected.cid == flashed.cid && selected.mid == flashed.mid;
     const bool wired = SelectedDevice::info().Usb;
     const auto isSelected = [wired](const DeviceAllInfo &device) { return device.Usb == wired; };
-    if (OnDevicePage == 1 && !RepairRunning &&
+    if (OnDevicePage == 1 && !RepairRunning && isFlashed &&
         std::count_if(devices.cbegin(), devices.cend(), isSelected) == 1) {
         const auto device = std::find_if(devices.cbegin(), devices.cend(), isSelected);
         SelectedDevice::set(*device);

@@ -65,7 +65,7 @@ private:
     void finish(int target);
     void endRun();
     void findRestarted();
-    void takeRestarted(const std::vector<DeviceAllInfo> &devices);
+    void takeRestarted(const ModelFirmware &flashed, const std::vector<DeviceAllInfo> &devices);
     void givePagesBack();
     void endWithNothing(int target);
     void endWithCount(int target, int count);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/e2e/AccessibleBus.h"
 
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusReply>
@@ -74,7 +75,7 @@ void AccessibleBus::findProgram()
     start([this] {
         call(QString::fromLatin1(Registry), QStringLiteral("/org/a11y/atspi/registry"), Registry,
              "RegisterEvent", {QStringLiteral("object:")});
-        for (int tries = 0; tries < 400 && program_.isEmpty(); ++tries) {
+        for (int tries = 0; tries < 400 && program_.isEmpty() && !stopped_; ++tries) {
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
             for (const Reference &each : references(call(
                      QString::fromLatin1(Registry), QString::fromLatin1(Root), Accessible, "GetChildren")))
@@ -85,15 +86,24 @@ void AccessibleBus::findProgram()
 
 AccessibleBus::~AccessibleBus()
 {
+    stop();
+    QDBusConnection::disconnectFromBus(QStringLiteral("screen reader"));
+}
+
+// The program answers the call that is under way, then there are no more.
+void AccessibleBus::stop()
+{
+    stopped_ = true;
+    while (!done_)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     if (asking_.joinable())
         asking_.join();
-    QDBusConnection::disconnectFromBus(QStringLiteral("screen reader"));
+    stopped_ = false;
 }
 
 void AccessibleBus::start(const std::function<void()> &question)
 {
-    if (asking_.joinable())
-        asking_.join();
+    stop();
     done_ = false;
     asking_ = std::thread([this, question] {
         question();
@@ -104,6 +114,8 @@ void AccessibleBus::start(const std::function<void()> &question)
 QDBusMessage AccessibleBus::call(const QString &service, const QString &path, const char *interface,
                                  const char *method, const QVariantList &arguments) const
 {
+    if (stopped_)
+        return {};
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, QString::fromLatin1(interface),
                                                           QString::fromLatin1(method));
     message.setArguments(arguments);

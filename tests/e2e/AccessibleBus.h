@@ -53,6 +53,7 @@ private slots:
 
 private:
     void start(const std::function<void()> &question);
+    void stop(); // the question that a failed test has left
     QDBusMessage call(const QString &service, const QString &path, const char *interface, const char *method,
                       const QVariantList &arguments = {}) const;
     QVariant property(const QString &path, const char *interface, const char *name) const;
@@ -70,6 +71,7 @@ private:
     QString program_; // its name on that bus
     std::thread asking_;
     std::atomic<bool> done_{true};
+    std::atomic<bool> stopped_{false};
     QVector<HeardObject> heard_;
     QVector<Event> events_;
     QStringList told_;

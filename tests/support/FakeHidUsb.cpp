@@ -166,6 +166,12 @@ bool FakeHidUsb::changeUsb()
     return callback != nullptr;
 }
 
+UpgradeCallback_t FakeHidUsb::upgradeCallback() const
+{
+    const std::lock_guard<std::mutex> guard(world->lock);
+    return world->upgrade;
+}
+
 bool FakeHidUsb::upgradeReport(std::vector<uint8_t> data)
 {
     UpgradeCallback_t callback;

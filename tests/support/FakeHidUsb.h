@@ -70,6 +70,7 @@ public:
     // The same for the hot-plug callback; false without a watch.
     bool changeUsb();
     bool upgradeReport(std::vector<uint8_t> data);
+    UpgradeCallback_t upgradeCallback() const; // of the last start; null when it was refused
     // No callback is queued or running.
     bool idle() const;
 

@@ -207,6 +207,12 @@ private slots:
         QCOMPARE(tipOf(&line), text);
         QCOMPARE(tipOf(&lines), text);
         QCOMPARE(tipOf(&box), "<p>" + text + "</p><p>Explained</p>");
+        box.setText("<b>" + text + "</b>"); // which a check box draws as it is
+        QCOMPARE(tipOf(&box), "<p>&lt;b&gt;" + text + "&lt;/b&gt;</p><p>Explained</p>");
+        box.setToolTip({});
+        QCOMPARE(tipOf(&box), "<p>&lt;b&gt;" + text + "&lt;/b&gt;</p>");
+        box.setToolTip("Explained");
+        QCOMPARE(tipOf(&box), "<p>&lt;b&gt;" + text + "&lt;/b&gt;<br>\nExplained</p>");
         const auto looksLike = [](QLabel &label, const QString &shown) {
             const QImage elided = shotOf(&label);
             label.setText(shown);

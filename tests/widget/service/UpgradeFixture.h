@@ -12,13 +12,13 @@
 #include "tests/support/FirmwareFolder.h"
 #include "tests/widget/Fixture.h"
 
-#include <QDir>
 #include <QLabel>
 #include <QProgressBar>
 #include <QSemaphore>
 #include <QThread>
 #include <QToolButton>
 #include <atomic>
+#include <memory>
 
 namespace fixture
 {
@@ -113,32 +113,54 @@ class MainThreadQuestions
 public:
     MainThreadQuestions()
     {
-        FakeHidUsb::instance().setHook([this](const std::string &name) {
+        FakeHidUsb::instance().setHook([asked = asked_](const std::string &name) {
             const bool asks = name == "UsbUpgradeC_FindBootDevices" || name == "UsbFinderC_GetSlaveVersion" ||
                               name == "UsbFinderC_GetDeviceInfo";
             if (asks)
-                ++(QThread::currentThread() == qApp->thread() ? here_ : elsewhere_);
+                ++(QThread::currentThread() == qApp->thread() ? asked->here : asked->elsewhere);
         });
     }
     ~MainThreadQuestions() { FakeHidUsb::instance().setHook({}); }
-    bool none() const { return here_ == 0 && elsewhere_ > 0; }
+    bool none() const { return asked_->here == 0 && asked_->elsewhere > 0; }
 
 private:
-    std::atomic<int> here_{0};
-    std::atomic<int> elsewhere_{0};
+    struct Asked {
+        std::atomic<int> here{0};
+        std::atomic<int> elsewhere{0};
+    };
+    const std::shared_ptr<Asked> asked_ = std::make_shared<Asked>(); // a question may outlive this object
 };
 
 // Boot loaders answer when this is told to let them, at the latest at its end.
 class SlowBootLoaders
 {
+    // A question may outlive this object.
+    struct Shared {
+        QSemaphore asked;
+        QSemaphore mayAnswer;
+        std::atomic<int> ended{0}; // threads that have asked
+    };
+    // Of a thread that asks; ends with it, behind its answer.
+    struct Asking {
+        ~Asking()
+        {
+            if (shared)
+                ++shared->ended;
+        }
+        std::shared_ptr<Shared> shared;
+    };
+    const std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
+
 public:
     SlowBootLoaders()
     {
-        FakeHidUsb::instance().setHook([this](const std::string &name) {
+        FakeHidUsb::instance().setHook([shared = shared_](const std::string &name) {
             if (name == "UsbUpgradeC_FindBootDevices") {
-                asked.release();
-                mayAnswer_.acquire();
-                mayAnswer_.release();
+                thread_local Asking asking;
+                asking.shared = shared;
+                shared->asked.release();
+                shared->mayAnswer.acquire();
+                shared->mayAnswer.release();
             }
         });
     }
@@ -147,26 +169,18 @@ public:
         answer();
         FakeHidUsb::instance().setHook({});
     }
-    void answer() { mayAnswer_.release(); }
-    // Until every answer has come to the main thread, also one that is dropped there.
-    void waitForAnswers()
+    void answer() { shared_->mayAnswer.release(); }
+    // Until the answers of so many questions since the beginning have come to the main thread, also those
+    // that are dropped there.
+    void waitForAnswers(int questions)
     {
         answer();
-        QTRY_COMPARE(threads(), threads_);
+        QTRY_COMPARE(int(shared_->ended), questions);
         QCoreApplication::processEvents();
-        mayAnswer_.acquire();
+        shared_->mayAnswer.acquire();
     }
 
-    QSemaphore asked;
-
-private:
-    static int threads()
-    {
-        return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
-    }
-
-    const int threads_ = threads();
-    QSemaphore mayAnswer_;
+    QSemaphore &asked = shared_->asked;
 };
 
 inline int starts() { return FakeHidUsb::instance().count("UsbUpgrade_Start"); }

@@ -453,6 +453,19 @@ private slots:
         QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess) && questions.none());
     }
 
+    // The rescan was told before the dialog was closed.
+    void aClosedDialogAsksNoDevice()
+    {
+        UpdateFailRecord::store(ReceiverFailed);
+        fake.setUpgrade(1, true);
+        dialog->setAttached({mouseInfo()});
+        emit PostMsg::instance()->SigRepairCheckUpdate();
+        QVERIFY(!parts->says(UpgradeText::UpgradeAsking));
+        dialog->show();
+        check();
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate));
+    }
+
     // What is plugged in meanwhile is asked anew; the older answer is nobody's.
     void theNewestCheckCounts()
     {
@@ -466,13 +479,13 @@ private slots:
         QCOMPARE(dialog->focusWidget(), parts->cancel);
         dialog->setAttached({mouseInfo(), mouseInfo()});
         emit PostMsg::instance()->SigRepairCheckUpdate();
-        slow.waitForAnswers();
+        slow.waitForAnswers(2);
         QTRY_VERIFY(parts->says(UpgradeText::MultiMouse) && parts->hasWayOut());
         // Closed before its answer, it offers nothing.
         dialog->setAttached({mouseInfo()});
         emit PostMsg::instance()->SigRepairCheckUpdate();
         dialog->close();
-        slow.waitForAnswers();
+        slow.waitForAnswers(3);
         QVERIFY(!parts->says(UpgradeText::ReadyUpdate));
     }
 

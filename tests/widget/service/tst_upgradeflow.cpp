@@ -31,7 +31,12 @@ struct Page final : UpgradePage {
     bool upToDate = false;
 };
 
-enum Count : int { None, One };
+// While it lives.
+struct ShortSilence {
+    ShortSilence() { flashrun::SilenceMs = 100; }
+    ~ShortSilence() { flashrun::SilenceMs = usual; }
+    const int usual = flashrun::SilenceMs;
+};
 
 } // namespace
 
@@ -189,6 +194,24 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
     }
 
+    // Its own model's device is not the one that was flashed, although both are on their cables.
+    void anotherModelStaysSelected()
+    {
+        page->receiver = QStringLiteral("v1.03");
+        start();
+        QTRY_COMPARE(starts(), 1);
+        select(info("another", Cable8K, 1));
+        fake.setDevices({device("another", 7, Cable8K), device("mouse again", 6, Cable8K),
+                         device(ReceiverPath, 6, Receiver8K)});
+        const int searches = fake.count("UsbFinderC_GetDeviceInfo");
+        succeed();
+        QTRY_VERIFY(isOver());
+        QVERIFY(fake.count("UsbFinderC_GetDeviceInfo") > searches);
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
+        QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("another"));
+        QCOMPARE(QString(CurrentDevicePath()), QStringLiteral("another"));
+    }
+
     void theSuccessIsLeftByItsButton()
     {
         page->mouse = QStringLiteral("v1.06");
@@ -274,18 +297,49 @@ private slots:
     void aLibraryThatFallsSilentHasFailed()
     {
         page->mouse = QStringLiteral("v1.06");
-        flashrun::SilenceMs = 100;
+        const ShortSilence silence;
         start();
         QTRY_COMPARE(starts(), 1);
         progress(40);
         QTRY_VERIFY(isOver());
-        flashrun::SilenceMs = 180000;
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail) && dialog->hasWayOut());
         QCOMPARE(UpdateFailRecord::storedText(), QString(ReceiverFailed));
         succeed(); // nobody's
         QTRY_VERIFY(fake.idle());
         QCoreApplication::processEvents();
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail));
+    }
+
+    // It comes when the next run has begun, with a start that the layer refuses in between.
+    void theLateEndOfASilentRunIsNobodys()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        {
+            const ShortSilence silence;
+            start();
+            QTRY_COMPARE(starts(), 1);
+            QTRY_VERIFY(isOver());
+        }
+        const UpgradeCallback_t late = fake.upgradeCallback();
+        for (int number = 2; number <= 3; ++number) {
+            fake.setUpgrade(0, number == 3);
+            dialog->main->click();
+            flow->on_Receive_2_clicked();
+            QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
+            dialog->main->click();
+            QTRY_COMPARE(starts(), number);
+            if (number == 2)
+                QTRY_VERIFY(isOver());
+        }
+        const uint8_t success[8] = {7, 2, 1};
+        late(success);
+        progress(30);
+        QTRY_COMPARE(dialog->bar->value(), 30);
+        QVERIFY(flow->dialog().isBusy());
+        QCOMPARE(UpdateFailRecord::storedText(), QString(ReceiverFailed));
+        succeed();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
     }
 
     void otherBlocksAreIgnored()
@@ -578,8 +632,19 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::NoUSB));
         QVERIFY(slow.asked.tryAcquire(1, 10000));
         slow.answer();
-        slow.waitForAnswers();
+        slow.waitForAnswers(1);
         QVERIFY(dialog->says(UpgradeText::NoUSB));
+    }
+
+    // The hot-plug was told before the dialog was closed.
+    void aClosedDialogAsksNoDevice()
+    {
+        leaveReceiverInBootLoader();
+        flow->SlotCheckUpdate();
+        QVERIFY(!dialog->says(UpgradeText::UpgradeAsking));
+        open();
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
+        QCOMPARE(fake.count("UsbUpgradeC_FindBootDevices"), 1);
     }
 
     // While the devices are counted, no tick and no other word leads on.
