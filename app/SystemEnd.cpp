@@ -60,8 +60,8 @@ SystemEnd::SystemEnd(DialogMain *window) : notifier_(openedWakeUp(), QSocketNoti
     openWindow = window;
     std::atexit(letGoAtExit);
     QObject::connect(&notifier_, &QSocketNotifier::activated, window, [this, window] {
-        uint64_t signals = 0;
-        if (read(wakeUp, &signals, sizeof signals) < 0)
+        uint64_t count = 0;
+        if (read(wakeUp, &count, sizeof count) < 0)
             return;
         notifier_.setEnabled(false);
         window->endProcess();

@@ -4,6 +4,7 @@
 
 #include "environment/DataRoot.h"
 
+#include <QCoreApplication>
 #include <QStandardPaths>
 
 void SleepLock::take(const QString &reason)
@@ -11,7 +12,7 @@ void SleepLock::take(const QString &reason)
     const QString program = QStandardPaths::findExecutable(QStringLiteral("systemd-inhibit"));
     if (holder_ || program.isEmpty())
         return;
-    holder_ = new QProcess;
+    holder_ = new QProcess(QCoreApplication::instance()); // it may outlive the lock by a moment
     QObject::connect(holder_.data(), QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
                      holder_.data(), &QObject::deleteLater);
     QObject::connect(holder_.data(), &QProcess::errorOccurred, holder_.data(),
