@@ -21,6 +21,7 @@
 #include "tour/Script.h"
 #include "tour/Windows.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QScreen>
 #include <cstdio>
@@ -31,10 +32,7 @@ namespace
 class Tour
 {
 public:
-    Tour(const QWidget &shown, const QString &folder) : window_(shown), screens_(folder)
-    {
-        QDir().mkpath(folder);
-    }
+    Tour(QWidget &shown, const QString &folder) : window_(shown), screens_(folder) { QDir().mkpath(folder); }
 
     QString run();
 
@@ -50,7 +48,7 @@ private:
     static bool flashByteIs(const char *value);
     static bool pageIsFed() { return DataLoaded && !windows::shown<UpDataParam>(); }
 
-    const QWidget &window_;
+    QWidget &window_;
     const QDir screens_;
     int pictures_ = 0;
     Script script_;
@@ -63,7 +61,11 @@ void Tour::shoot(const char *name)
     settled->start();
     script_.step(
         name, [settled] { return settled->isValid() && settled->elapsed() > 0; },
-        [settled] { settled->restart(); });
+        [this, settled] {
+            QWidget *const dialog = QApplication::activeModalWidget();
+            (dialog ? dialog : &window_)->raise(); // the emulator's panel may have come later
+            settled->restart();
+        });
     script_.step(
         name, [settled] { return settled->elapsed() > 400; },
         [this, name] {

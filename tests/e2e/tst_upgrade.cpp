@@ -7,7 +7,6 @@
 #include "tests/support/Watchdog.h"
 
 #include <QProcess>
-#include <csignal>
 
 namespace
 {
@@ -150,7 +149,7 @@ private slots:
         program.start(QCoreApplication::applicationFilePath(), {QStringLiteral("upgradeChild")});
         QTRY_VERIFY_WITH_TIMEOUT(bus->has(id, "faults=0"), 30000);
         QTRY_VERIFY(bus->has(id, "boot=1"));
-        ::kill(pid_t(program.processId()), SIGKILL);
+        program.kill();
         QVERIFY(program.waitForFinished());
         QCOMPARE(record(), QString(id == "r1" ? "211,8,18,6" : "210,8,18,6"));
         QCOMPARE(bus->repairError(), QString());
@@ -171,7 +170,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(runs("r1", "1.03"), 10000);
         QTRY_COMPARE(record(), mouseFailed);
         QVERIFY(bus->has("m1", "boot=1"));
-        ::kill(pid_t(program.processId()), SIGKILL);
+        program.kill();
         QVERIFY(program.waitForFinished());
         QCOMPARE(bus->repairError(), QString());
         QVERIFY(runs("m1", "1.06"));

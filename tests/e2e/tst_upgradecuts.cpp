@@ -11,7 +11,6 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <climits>
-#include <csignal>
 #include <numeric>
 
 namespace
@@ -108,7 +107,7 @@ private:
         bus->order(cut.order);
         program.start(QCoreApplication::applicationFilePath(), {QStringLiteral("upgradeChild")});
         const bool ends = QTest::qWaitFor([&] { return hasStruck(cut.id) || areNew(); }, 60000);
-        ::kill(pid_t(program.processId()), SIGKILL);
+        program.kill();
         return program.waitForFinished() && ends;
     }
     // The repair, if there is anything to repair.
