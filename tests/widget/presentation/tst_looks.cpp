@@ -281,6 +281,7 @@ private slots:
         // As with a window that becomes active between two changes of the focus: the control hears nothing.
         DeafToLoss deaf;
         qApp->installEventFilter(&deaf);
+        second.setFocusPolicy(Qt::NoFocus); // the focus has nowhere else to go
         first.setEnabled(false);
         QVERIFY(!outline->isVisible());
     }
