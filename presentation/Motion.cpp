@@ -12,6 +12,7 @@
 #include <QPropertyAnimation>
 #include <QSettings>
 #include <QStandardPaths>
+#include <new>
 
 namespace
 {
@@ -110,8 +111,12 @@ SoftChange::SoftChange(QWidget *ground, const QRect &part) : ground_(ground), pa
 
 SoftChange::~SoftChange()
 {
-    if (!before_.isNull())
+    if (before_.isNull())
+        return;
+    try {
         new Cover(before_, part_, ground_);
+    } catch (const std::bad_alloc &) { // it switches without a fade
+    }
 }
 
 void fadeIn(QWidget *widget)

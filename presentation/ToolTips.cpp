@@ -44,7 +44,7 @@ QRect anchorOf(const QWidget *widget, const QPoint &pointer)
 QString tipOf(QWidget *widget)
 {
     const QString hidden = SkinStyle::elidedText(widget);
-    const QString tip = widget->toolTip();
+    QString tip = widget->toolTip();
     if (hidden.isEmpty() || tip.contains(hidden))
         return tip;
     const auto escaped = [](const QString &text) {
