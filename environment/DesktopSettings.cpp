@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include <X11/Xlib.h>
+#include "environment/XDisplay.h"
 
 namespace
 {
@@ -13,14 +13,9 @@ constexpr long MostWords = 65536; // of the property
 enum class SettingType : uint8_t { Number, Text, Color };
 constexpr int ColorSize = 8;
 
-struct SettingsConnection {
-    void operator()(Display *display) const { XCloseDisplay(display); }
-};
 struct PropertyFreer {
     void operator()(unsigned char *bytes) const { XFree(bytes); }
 };
-
-int passError(Display *, XErrorEvent *) { return 0; }
 
 // Fields in the byte order that the first byte says, none behind the end.
 class Fields
@@ -70,7 +65,8 @@ private:
 
 QByteArray desktopSettings()
 {
-    const std::unique_ptr<Display, SettingsConnection> display(XOpenDisplay(nullptr));
+    const QuietErrors quiet;
+    const XDisplay display(XOpenDisplay(nullptr));
     if (!display)
         return {};
     const auto atom = [&](const char *name) { return XInternAtom(display.get(), name, False); };
@@ -82,12 +78,8 @@ QByteArray desktopSettings()
     unsigned long count = 0;
     unsigned long left = 0;
     unsigned char *data = nullptr;
-    // The owner may go between the two requests; Xlib's default handler would then end the process.
-    const XErrorHandler before = XSetErrorHandler(passError);
     XGetWindowProperty(display.get(), owner, atom("_XSETTINGS_SETTINGS"), 0, MostWords, False,
                        AnyPropertyType, &type, &format, &count, &left, &data);
-    XSync(display.get(), False);
-    XSetErrorHandler(before);
     const std::unique_ptr<unsigned char, PropertyFreer> freed(data);
     return format == 8 ? QByteArray(reinterpret_cast<const char *>(data), int(count)) : QByteArray();
 }

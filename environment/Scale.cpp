@@ -6,7 +6,7 @@
 #include <QLibraryInfo>
 #include <memory>
 
-#include <X11/Xlib.h>
+#include "environment/XDisplay.h"
 #include <X11/extensions/Xrandr.h>
 
 namespace
@@ -14,9 +14,6 @@ namespace
 
 constexpr int WidthOfOneScale = 1920;
 
-struct DisplayCloser {
-    void operator()(Display *display) const { XCloseDisplay(display); }
-};
 struct ResourcesFreer {
     void operator()(XRRScreenResources *resources) const { XRRFreeScreenResources(resources); }
 };
@@ -25,21 +22,6 @@ struct OutputFreer {
 };
 struct CrtcFreer {
     void operator()(XRRCrtcInfo *crtc) const { XRRFreeCrtcInfo(crtc); }
-};
-
-int ignoreError(Display *, XErrorEvent *) { return 0; }
-
-// An output can disappear between two requests; Xlib's default handler would then end the process.
-class QuietErrors
-{
-public:
-    QuietErrors() : previous_(XSetErrorHandler(ignoreError)) {}
-    ~QuietErrors() { XSetErrorHandler(previous_); }
-    QuietErrors(const QuietErrors &) = delete;
-    QuietErrors &operator=(const QuietErrors &) = delete;
-
-private:
-    XErrorHandler previous_;
 };
 
 int outputWidth(Display *display, XRRScreenResources *resources, RROutput id)
@@ -86,7 +68,7 @@ QByteArray scaleFactorText(int physicalWidth)
 int physicalDesktopWidth()
 {
     const QuietErrors quiet;
-    const std::unique_ptr<Display, DisplayCloser> display(XOpenDisplay(nullptr));
+    const XDisplay display(XOpenDisplay(nullptr));
     if (!display)
         return 0;
     const int width = randrWidth(display.get());

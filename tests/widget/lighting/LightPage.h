@@ -28,6 +28,12 @@ constexpr LightCase LightCases[] = {
     {"receiver", "_2", "line_3", "line_4", "LightSpinBox_3", "SpeedSpinBox_3", "label_8", "label_9"},
 };
 enum LightIndex { MouseGroup, ReceiverGroup };
+inline void eachLight()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < int(std::size(LightCases)); ++i)
+        QTest::newRow(LightCases[i].name) << i;
+}
 
 class LightPage
 {
@@ -67,6 +73,14 @@ public:
     QColor color(const LightCase &light) const
     {
         return {channel(light, 0)->value(), channel(light, 1)->value(), channel(light, 2)->value()};
+    }
+    // What the mouse or the receiver holds.
+    QColor written(int index) const
+    {
+        const FlashDataMap map = DeviceRecord::copy();
+        const DongleRgbBar lamps = bar();
+        return index == MouseGroup ? QColor(map.LedBarRed, map.LedBarGreen, map.LedBarBlue)
+                                   : QColor(lamps.Red, lamps.Green, lamps.Blue);
     }
     QToolButton *preset(const LightCase &light, const Preset &row) const
     {

@@ -45,19 +45,6 @@ private:
         return index == ReceiverGroup ? fake.count("UsbFinderC_SetDongleRGBBarMode")
                                       : int(fake.updates().size());
     }
-    QColor written(int index) const
-    {
-        const FlashDataMap map = DeviceRecord::copy();
-        const DongleRgbBar bar = page->bar();
-        return index == MouseGroup ? QColor(map.LedBarRed, map.LedBarGreen, map.LedBarBlue)
-                                   : QColor(bar.Red, bar.Green, bar.Blue);
-    }
-    static void eachLight()
-    {
-        QTest::addColumn<int>("index");
-        for (int i = 0; i < int(std::size(LightCases)); ++i)
-            QTest::newRow(LightCases[i].name) << i;
-    }
 
 private slots:
     void initTestCase() { LoadLanguageTables(); }
@@ -122,7 +109,7 @@ private slots:
                     break;
                 QTest::mouseClick(window(), Qt::LeftButton, {}, at(index, point));
                 QCOMPARE(page->color(LightCases[index]), field(index)->colorAt(point));
-                QCOMPARE(written(index), field(index)->colorAt(point));
+                QCOMPARE(page->written(index), field(index)->colorAt(point));
             }
         }
     }
@@ -138,7 +125,7 @@ private slots:
         for (const QPoint &point : {QPoint(20, 90), QPoint(101, 41)}) {
             QCursor::setPos(field(index)->mapToGlobal({60, 60}));
             QTest::mouseClick(window(), Qt::LeftButton, {}, at(index, point));
-            QCOMPARE(written(index), field(index)->colorAt(point));
+            QCOMPARE(page->written(index), field(index)->colorAt(point));
         }
     }
 
@@ -152,18 +139,18 @@ private slots:
         const QPoint first(60, 40);
         const auto drag = [&](const QPoint &to) {
             QTest::mousePress(window(), Qt::LeftButton, {}, at(index, first));
-            QCOMPARE(written(index), field(index)->colorAt(first));
+            QCOMPARE(page->written(index), field(index)->colorAt(first));
             const int before = writes(index);
             QTest::mouseRelease(window(), Qt::LeftButton, {}, to);
             if (writes(index) == before)
-                QCOMPARE(written(index), field(index)->colorAt(first));
+                QCOMPARE(page->written(index), field(index)->colorAt(first));
         };
         drag(at(index, first + QPoint(2, 1))); // a hand that trembles
-        QCOMPARE(written(index), field(index)->colorAt(first));
+        QCOMPARE(page->written(index), field(index)->colorAt(first));
         drag(at(index, {170, 90}));
-        QCOMPARE(written(index), field(index)->colorAt({170, 90}));
+        QCOMPARE(page->written(index), field(index)->colorAt({170, 90}));
         drag({850, 30}); // outside the field
-        QCOMPARE(written(index), field(index)->colorAt(first));
+        QCOMPARE(page->written(index), field(index)->colorAt(first));
         const int before = writes(index);
         QTest::mouseClick(window(), Qt::LeftButton, {}, {850, 30});
         QCOMPARE(writes(index), before);
@@ -181,7 +168,7 @@ private slots:
         QTest::mouseClick(window(), Qt::RightButton, {}, at(index, {170, 90}));
         QCOMPARE(writes(index), before);
         QTest::mouseRelease(window(), Qt::LeftButton, {}, at(index, {170, 90})); // and the left one does
-        QCOMPARE(written(index), field(index)->colorAt({170, 90}));
+        QCOMPARE(page->written(index), field(index)->colorAt({170, 90}));
     }
 
     // What a press was refused, its release does not ask for again.
@@ -200,7 +187,7 @@ private slots:
         QCOMPARE(fake.count("UsbFinderC_GetDeviceOnLine"), 1);
         QCOMPARE(page->color(LightCases[index]), before);
         QTest::mouseClick(window(), Qt::LeftButton, {}, at(index, {60, 40})); // and the next one takes it
-        QCOMPARE(written(index), field(index)->colorAt({60, 40}));
+        QCOMPARE(page->written(index), field(index)->colorAt({60, 40}));
     }
 };
 

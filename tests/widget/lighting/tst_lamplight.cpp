@@ -28,13 +28,6 @@ int randomRecords()
     return given ? count : 300;
 }
 
-void eachLight()
-{
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < int(std::size(LightCases)); ++i)
-        QTest::newRow(LightCases[i].name) << i;
-}
-
 } // namespace
 
 class tst_LampLight : public QObject

@@ -13,13 +13,6 @@ namespace
 const LightCase &Mouse = LightCases[MouseGroup];
 const LightCase &Receiver = LightCases[ReceiverGroup];
 
-void eachLight()
-{
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < int(std::size(LightCases)); ++i)
-        QTest::newRow(LightCases[i].name) << i;
-}
-
 } // namespace
 
 class tst_LightEdits : public QObject

@@ -57,19 +57,6 @@ private:
     std::unique_ptr<LightPage> page;
     QWidget other; // of another program, as it were
 
-    QColor written(int index) const
-    {
-        const FlashDataMap map = DeviceRecord::copy();
-        const DongleRgbBar bar = page->bar();
-        return index == MouseGroup ? QColor(map.LedBarRed, map.LedBarGreen, map.LedBarBlue)
-                                   : QColor(bar.Red, bar.Green, bar.Blue);
-    }
-    static void eachLight()
-    {
-        QTest::addColumn<int>("index");
-        for (int i = 0; i < int(std::size(LightCases)); ++i)
-            QTest::newRow(LightCases[i].name) << i;
-    }
     HueField *field(int index) const { return page->find<HueField>(QLatin1String(LightCases[index].field)); }
     // At two pixels for one of the toolkit's, the field is that much finer.
     QColor colorIn(int index, const QPoint &point) const
@@ -133,9 +120,9 @@ private slots:
             xdotool({"click", "1"});
             const QColor wanted = colorIn(index, point);
             QTRY_COMPARE(page->color(LightCases[index]), wanted);
-            QCOMPARE(written(index), wanted);
+            QCOMPARE(page->written(index), wanted);
         }
-        QCOMPARE(written(1 - index), index == MouseGroup ? QColor(1, 2, 3) : QColor(10, 20, 30));
+        QCOMPARE(page->written(1 - index), index == MouseGroup ? QColor(1, 2, 3) : QColor(10, 20, 30));
     }
 
     void aReleaseElsewhereTakesTheColorThere_data() { eachLight(); }
@@ -146,11 +133,11 @@ private slots:
         moveTo(hues->mapToGlobal(QPoint(30, 30)));
         QTRY_VERIFY(hues->underMouse());
         xdotool({"mousedown", "1"});
-        QTRY_COMPARE(written(index), colorIn(index, {30, 30}));
+        QTRY_COMPARE(page->written(index), colorIn(index, {30, 30}));
         moveTo(other.mapToGlobal(QPoint(21, 11)));
         xdotool({"mouseup", "1"});
         QTRY_COMPARE(page->color(LightCases[index]), Elsewhere);
-        QCOMPARE(written(index), Elsewhere);
+        QCOMPARE(page->written(index), Elsewhere);
         // The pointer lets go of the field with it.
         const int writes = int(fake.updates().size());
         moveTo(page->page->mapToGlobal(QPoint(560, 40)));
