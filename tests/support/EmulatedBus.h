@@ -80,9 +80,9 @@ private:
     // meanwhile.
     static void settle(const std::vector<emulator::Interface> &interfaces)
     {
-        const auto pause = [] {
+        const auto pause = [](useconds_t span) {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-            ::usleep(1000);
+            ::usleep(span);
         };
         if (isUsb() && !usbnodes::settle(interfaces, pause))
             qFatal("The kernel does not know the devices that are plugged in.");
