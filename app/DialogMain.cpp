@@ -219,7 +219,7 @@ void DialogMain::letGo()
         return;
     ended_ = true;
     if (ui->stackedWidget->currentWidget() == dialog_)
-        dialog_->writeCache();
+        dialog_->keepAll();
     UsbServer_SetPCDriverStatus(0);
     if (Worker *const worker = Worker::instance())
         worker->stop();
