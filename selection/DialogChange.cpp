@@ -16,6 +16,7 @@
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/language/Languages.h"
 #include "service/UpDateRepair.h"
 #include "ui_DialogChange.h"
 
@@ -308,7 +309,7 @@ void DialogChange::on_NoApear_clicked(bool checked)
 void DialogChange::on_comboBox_activated(int index)
 {
     const int language = languagebox::languageOf(ui->comboBox, index);
-    storeLanguage(UserStore::instance(), language);
+    storeLanguage(UserStore::instance(), language, language::names().value(language));
     LanguageIndex = language;
     emit PostMsg::instance()->SigAllLanguage(language);
     emit PostMsg::instance()->SigLanguageSameB(language);
