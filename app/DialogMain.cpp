@@ -223,7 +223,7 @@ void DialogMain::letGo()
 // front.
 bool DialogMain::staysForUpgrade()
 {
-    if (NotUpgrading)
+    if (!UpDateRepair::holdsProgram())
         return false;
     comeBack();
     if (UpDateRepair *const dialog = UpDateRepair::instance(); dialog && dialog->isVisible()) {

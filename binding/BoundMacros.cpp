@@ -11,6 +11,7 @@
 #include "hub/PostMsg.h"
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
+#include "macro/store/MissedNames.h"
 #include "presentation/LossWatch.h"
 #include "presentation/Notices.h"
 
@@ -124,6 +125,8 @@ void BoundMacros::rename(const QString &before, const QString &name)
     bool taken = true;
     for (const int button : buttonsWithCaption(macroCaption(before, LanguageIndex))) {
         list_.setText(button, macroCaption(name, LanguageIndex));
-        taken = taken && bindings_.writeMacroName(button, name);
+        taken = taken && bindings_.writeMacroName(button, name); // a second one would repeat the notice
+        if (!taken)
+            macro::setMissedName(button, before, name);
     }
 }

@@ -16,8 +16,8 @@
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
 #include "hub/PostMsg.h"
-#include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFolder.h"
+#include "macro/store/MissedNames.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
 #include "presentation/Motion.h"
@@ -293,8 +293,7 @@ void Buttoninterface::preselect(int button)
     if (!binding)
         return;
     const FlashDataMap &record = bindings_.record();
-    functions_->preselect(bindings_.decoded(button, *binding, record),
-                          macro::blockName(record.MacroBlocks[button]));
+    functions_->preselect(bindings_.decoded(button, *binding, record), macro::macroName(record, button));
 }
 
 void Buttoninterface::showFunctions()

@@ -111,7 +111,11 @@ void Macro::connectSignals()
     });
     connect(ui->listWidgetHong, &QListWidget::itemSelectionChanged, this, &Macro::followSelection);
     connect(ui->listWidgetKey, &QListWidget::itemDoubleClicked, this, &Macro::on_Amend_clicked);
-    connect(ui->listWidgetKey, &EventRows::dropped, editor_, &EventEditor::moveTo);
+    // Behind the drag's own event loop, which keeps the pointer from a notice.
+    connect(
+        ui->listWidgetKey, &EventRows::dropped, this,
+        [this](int place) { moveSelected(rowediting::stepsTo(events_.editing(), place)); },
+        Qt::QueuedConnection);
     for (QWidget *each :
          std::initializer_list<QWidget *>{ui->listWidgetHong, ui->listWidgetKey, ui->ChooseEvent})
         each->installEventFilter(this);
@@ -340,8 +344,7 @@ void Macro::DeleteMacro()
     const QString name = shown_;
     removeMacro(name);
     emit PostMsg::instance()->SigDeleteMacroButton(text("MacroSeond") + name);
-    release(name);
-    setMissed(name, false);
+    dropMarks(name);
     saves_.forget(name);
     drafts_.remove(name); // a read during the notices deselects the macro, which makes one
     shown_.clear();

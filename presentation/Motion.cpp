@@ -3,6 +3,7 @@
 #include "presentation/Motion.h"
 
 #include "environment/DesktopSettings.h"
+#include "environment/Inquiry.h"
 #include "presentation/SkinPalette.h"
 
 #include <QAbstractButton>
@@ -65,21 +66,38 @@ private:
     QVariantAnimation fade_;
 };
 
-bool serverWantsNone()
+bool managerAllows()
 {
-    if (QGuiApplication::platformName() != QLatin1String("xcb"))
-        return false;
     const QByteArray settings = desktopSettings();
-    return desktopNumber(settings, "Gtk/EnableAnimations") == 0 ||
-           desktopNumber(settings, "Net/EnableAnimations") == 0;
+    return desktopNumber(settings, "Gtk/EnableAnimations") != 0 &&
+           desktopNumber(settings, "Net/EnableAnimations") != 0;
 }
+
+bool allowed = false; // by the settings manager, where there is one
 
 } // namespace
 
+void askForMotion()
+{
+    static Inquiry asked;
+    static bool isAsked = false;
+    if (isAsked)
+        return;
+    isAsked = true;
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) {
+        allowed = true;
+        return;
+    }
+    asked.ask([]() -> Inquiry::Answer {
+        const bool answer = managerAllows();
+        return [answer] { allowed = answer; };
+    });
+}
+
 int motionTime()
 {
-    static const bool none = serverWantsNone();
-    if (none)
+    askForMotion();
+    if (!allowed)
         return 0;
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     for (const Wish &wish : Wishes) {

@@ -12,8 +12,10 @@ class QAbstractButton;
 class QString;
 class QWidget;
 
-// Milliseconds; 0 when the user has turned the desktop's animations off. The first call asks the settings
-// manager, so make none before the window is shown.
+// Asks the desktop's settings manager on a thread, once. Until it has answered nothing moves. Make no call
+// before the window is shown.
+void askForMotion();
+// Milliseconds; 0 when the user has turned the desktop's animations off. The first call asks for it.
 int motionTime();
 // When the switch is switched, its picture fades into the other one. `folder`: that of style::switchButton().
 void switchSoftly(QAbstractButton *button, const QString &folder);
