@@ -40,7 +40,6 @@ namespace
 
 constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
-constexpr QPoint NoticeOffset{-100, -50};
 constexpr int FireButton = 10; // its default binding holds the dialog's initial values
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
@@ -259,7 +258,7 @@ void Buttoninterface::refuseLastLeft()
 {
     leaveFunctions();
     list_->uncheckAll();
-    notice::ask<LeftButtonOnly>(this, NoticeOffset);
+    notice::ask<LeftButtonOnly>(this, BindingNoticeOffset);
 }
 
 void Buttoninterface::openRow(std::size_t row)
@@ -461,7 +460,7 @@ void Buttoninterface::on_DPI_10_clicked()
         return;
     }
     functions_->showPanel(Panel::Debounce);
-    notice::ask<MakeMacro>(this, NoticeOffset);
+    notice::ask<MakeMacro>(this, BindingNoticeOffset);
     preselect(chosenButton()); // the function was not chosen; only its panel stays closed
     functions_->showPanel(Panel::Debounce);
 }
