@@ -44,6 +44,7 @@ DialogChange::DialogChange(QWidget *parent)
     applyStyle();
     connectSignals();
     showPrompt();
+    ui->Repair->hide(); // until a search has looked for a failed upgrade
     ui->FindVer->hide();
     languagebox::fill(ui->comboBox);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
@@ -66,7 +67,10 @@ void DialogChange::applyStyle()
     setStyleSheetWhenShown(ui->LeftButton, style::arrow(pictures_, QStringLiteral("Left")));
     setStyleSheetWhenShown(ui->RightButton, style::arrow(pictures_, QStringLiteral("Right")));
     setStyleSheetWhenShown(ui->Repair, confirm(pictures_));
-    ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
+    // The first search has mostly ended before the first picture, and then nobody sees the prompt.
+    onFirstPaint(ui->label, [this] {
+        ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
+    });
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
     styleComboBox(ui->comboBox, pictures_);
