@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/encode/CatalogueSource.h"
 
+#include "tools/encode/KeyForms.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <map>
