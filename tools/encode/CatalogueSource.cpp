@@ -5,6 +5,7 @@
 #include "tools/encode/KeyForms.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdint>
 #include <map>
 
