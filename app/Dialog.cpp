@@ -73,6 +73,7 @@ Dialog::Dialog(QWidget *parent)
     onFirstShow(this, [this] {
         applyStyle();
         styleNavigation();
+        askForMotion();
     });
     ui->offlineStrip->installEventFilter(this);
     ui->label->hide();

@@ -61,6 +61,7 @@ private:
     void connectSignals();
     void showPage(QWidget *page);
     void hideToTray();
+    void buildTrayIcon();
     void buildTrayMenu();
     void endProgram();
     void takeCharge();
@@ -71,7 +72,7 @@ private:
     std::unique_ptr<QMenu> trayMenu_;
     QAction *actionMain_ = nullptr;
     QAction *actionExit_ = nullptr;
-    QSystemTrayIcon trayIcon_;
+    std::unique_ptr<QSystemTrayIcon> trayIcon_; // from the first hiding on
     QString pictures_;
     Dialog *dialog_;
     DialogChange *dialogChange_;

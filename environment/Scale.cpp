@@ -86,7 +86,7 @@ QByteArray scaleFactorText(int physicalWidth)
 int physicalDesktopWidth()
 {
     const QuietErrors quiet;
-    const XDisplay display(XOpenDisplay(nullptr));
+    const XDisplay display = openDisplay();
     if (!display)
         return 0;
     const int width = randrWidth(display.get());

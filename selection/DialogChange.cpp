@@ -16,6 +16,7 @@
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/language/Languages.h"
 #include "service/UpDateRepair.h"
 #include "ui_DialogChange.h"
 
@@ -44,6 +45,7 @@ DialogChange::DialogChange(QWidget *parent)
     applyStyle();
     connectSignals();
     showPrompt();
+    ui->Repair->hide(); // until a search has looked for a failed upgrade
     ui->FindVer->hide();
     languagebox::fill(ui->comboBox);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
@@ -66,7 +68,10 @@ void DialogChange::applyStyle()
     setStyleSheetWhenShown(ui->LeftButton, style::arrow(pictures_, QStringLiteral("Left")));
     setStyleSheetWhenShown(ui->RightButton, style::arrow(pictures_, QStringLiteral("Right")));
     setStyleSheetWhenShown(ui->Repair, confirm(pictures_));
-    ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
+    // The first search has mostly ended before the first picture, and then nobody sees the prompt.
+    onFirstPaint(ui->label, [this] {
+        ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
+    });
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
     styleComboBox(ui->comboBox, pictures_);
@@ -327,7 +332,7 @@ void DialogChange::on_NoApear_clicked(bool checked)
 void DialogChange::on_comboBox_activated(int index)
 {
     const int language = languagebox::languageOf(ui->comboBox, index);
-    storeLanguage(UserStore::instance(), language);
+    storeLanguage(UserStore::instance(), language, language::names().value(language));
     LanguageIndex = language;
     emit PostMsg::instance()->SigAllLanguage(language);
     emit PostMsg::instance()->SigLanguageSameB(language);
