@@ -19,7 +19,7 @@ namespace
 
 constexpr int WholeReadPauseMs = 3000; // least time between two whole new reads that the device asks for
 constexpr int ConfigTotal = 4;         // configurations of a device
-constexpr uint8_t NoAnswer = 's';      // preset of what a receiver is asked: none of its settings
+constexpr uint8_t NoAnswer = 's';      // preset of the long range question
 
 // A message of the device. Fields that a short head lacks are 0.
 struct Message {
@@ -72,21 +72,6 @@ void onBattery(const Message &message)
     BatteryStatus &battery = allocations().battery;
     decode(message, GetDeviceBatteryStatus, &battery);
     emit hub()->SigBattery(battery.Charging > 0, battery.Level, BatteryAsNumber == 1);
-}
-
-// A write carries the whole record, so one that the last read did not get is read first. False: the receiver
-// is silent still, and the write would clear the bytes that it has.
-bool knowsColor()
-{
-    DongleRGB answer = allocations().color;
-    if (answer.Scheme)
-        return true;
-    answer.Scheme = NoAnswer;
-    UsbFinderC_Get4KDongleRGBValue(CurrentDevicePath(), &answer);
-    if (answer.Scheme == NoAnswer)
-        return false;
-    allocations().color = answer;
-    return true;
 }
 
 // A receiver that does not answer leaves nothing of the one before it.
@@ -230,7 +215,7 @@ void restoreReceiverDefaults()
     const QStringList defaults = driveList("Adveanced");
     const QString longRange = defaults.value(0);
     const int scheme = defaults.value(1).toInt();
-    if (scheme >= 1 && !SelectedDevice::info().Usb && knowsColor()) {
+    if (scheme >= 1 && !SelectedDevice::info().Usb) {
         allocations().color.Scheme = static_cast<uint8_t>(scheme);
         UsbFinderC_Set4KDongleRGB(CurrentDevicePath(), &allocations().color);
         announceColor();

@@ -144,8 +144,7 @@ private slots:
         QTest::addColumn<QStringList>("lines");
         QTest::newRow("colour 2, long range off, receiver")
             << 0 << int(Receiver8K)
-            << QStringList{"UsbFinderC_Get4KDongleRGBValue mouse", "UsbFinderC_Set4KDongleRGB mouse 2",
-                           "UsbFinderC_SetLongRangeMode mouse 0"}
+            << QStringList{"UsbFinderC_Set4KDongleRGB mouse 2", "UsbFinderC_SetLongRangeMode mouse 0"}
             << QStringList{"color 2", "longrange 0"};
         QTest::newRow("colour 2 on a cable: long range alone")
             << 0 << 3 << QStringList{"UsbFinderC_SetLongRangeMode mouse 0"} << QStringList{"longrange 0"};
@@ -161,48 +160,12 @@ private slots:
         QFETCH(int, kind);
         QFETCH(QStringList, calls);
         QFETCH(QStringList, lines);
-        layer.edit("mouse", [](FakeDevice &mouse) { mouse.answersColor = false; });
-        select(driveIndex, Receiver8K);
-        deliver(8, 0, Image); // reads no colour
-        layer.edit("mouse", [](FakeDevice &mouse) { mouse.answersColor = true; });
         select(driveIndex, uint16_t(kind));
-        hub->lines.clear();
         deliver(9, 0, {});
         QCOMPARE(callNames(), QStringList{"UsbServer_SetBatteryOptimizeEnable 1"} + calls +
                                   QStringList{"UsbServer_ReadAllFlashData"});
         QCOMPARE(hub->lines, lines);
         QVERIFY(ClearBlocksAfterRead && SkipReceiverQuery);
-    }
-
-    // The record that a reset writes has the receiver's own bytes behind its scheme.
-    void aResetKeepsTheReceiversColors_data()
-    {
-        QTest::addColumn<bool>("wasRead");
-        QTest::addColumn<bool>("answers");
-        QTest::addColumn<int>("scheme");
-        QTest::newRow("read before") << true << false << 2;
-        QTest::newRow("read for it") << false << true << 2;
-        QTest::newRow("silent") << false << false << 3;
-    }
-    void aResetKeepsTheReceiversColors()
-    {
-        QFETCH(bool, wasRead);
-        QFETCH(bool, answers);
-        QFETCH(int, scheme);
-        layer.edit("mouse", [&](FakeDevice &mouse) {
-            mouse.rgb = {3, {1, 2, 3, 4, 5, 6, 7, 8, 9}};
-            mouse.answersColor = wasRead;
-        });
-        select(0, Receiver8K);
-        deliver(8, 0, Image);
-        layer.edit("mouse", [&](FakeDevice &mouse) { mouse.answersColor = answers; });
-        hub->lines.clear();
-        deliver(9, 0, {});
-        const DongleRGB wanted{uint8_t(scheme), {1, 2, 3, 4, 5, 6, 7, 8, 9}};
-        const DongleRGB held = layer.device("mouse").rgb;
-        QCOMPARE(memcmp(&held, &wanted, sizeof wanted), 0);
-        QCOMPARE(hub->lines.contains(QStringLiteral("color 2")), scheme == 2);
-        QVERIFY(hub->lines.contains(QStringLiteral("longrange 0")));
     }
 };
 

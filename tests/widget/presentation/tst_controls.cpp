@@ -221,9 +221,41 @@ private slots:
         QVERIFY(looksLike(line, line.fontMetrics().elidedText(text, Qt::ElideRight, 120)));
         QVERIFY(looksLike(lines, "One and two and\n" +
                                      lines.fontMetrics().elidedText(text.mid(16), Qt::ElideRight, 120)));
+        lines.setText("One\n" + text); // a line that ends before the edge
+        QVERIFY(looksLike(lines, "One\n" + lines.fontMetrics().elidedText(text, Qt::ElideRight, 120)));
+        lines.setText("One\nTwo\nThree");
+        QVERIFY(looksLike(lines, "One\nTwo" + QString(QChar(0x2026))));
+        lines.setText("One\nTwo");
+        QVERIFY(looksLike(lines, "One\nTwo"));
         lines.resize(120, 400); // with room for all
         lines.setText(text);
         QCOMPARE(tipOf(&lines), QString());
+    }
+
+    // The question for a tip goes on to what lies behind, which would have to paint its whole picture.
+    void aTipDrawsNoPage()
+    {
+        struct Page : QWidget {
+            using QWidget::QWidget;
+            void paintEvent(QPaintEvent *) override { ++paints; }
+            int paints = 0;
+        };
+        Window window;
+        Page page(&window);
+        QLabel label("One and two and three", &page);
+        page.resize(300, 200);
+        label.setGeometry(20, 20, 200, 20);
+        page.show();
+        QTRY_VERIFY(page.paints > 0);
+        QCoreApplication::processEvents();
+        page.paints = 0;
+        point(&label);
+        QVERIFY(!bubble(&window));
+        QCOMPARE(page.paints, 0);
+        page.setToolTip("The page's own");
+        point(&label); // still passed on
+        QVERIFY(bubble(&window) && bubble(&window)->isVisible());
+        QCOMPARE(bubble(&window)->text(), page.toolTip());
     }
 
     void motionIsForThoseWhoWantIt_data()
