@@ -32,6 +32,8 @@
 
 #include <QAbstractButton>
 #include <QKeyEvent>
+#include <QScrollArea>
+#include <QScrollBar>
 
 using namespace binding;
 
@@ -95,7 +97,9 @@ void Buttoninterface::applyStyle()
     for (QToolButton *each : {ui->Reset, ui->ImportData, ui->OutputData})
         each->setStyleSheet(button);
     styleComboBox(ui->ProjectChoose, folder);
-    ui->scrollArea_11->setStyleSheet(style::scrollArea());
+    // A sheet on the area would style all rows anew.
+    ui->scrollArea_11->verticalScrollBar()->setStyleSheet(style::scrollArea());
+    ui->scrollArea_11->viewport()->setAutoFillBackground(false);
     list_->applyStyle(folder);
     styled_ = true;
     stylePicture();
