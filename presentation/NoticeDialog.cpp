@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr int FooterHalf = 28;
+constexpr int LineStep = 2;                                                      // pixels
 constexpr const char *SignPictures[] = {"Warn.png", "Info.png", "Question.png"}; // by NoticeSign
 
 QString orDefault(const QString &text, const char *fallback)
@@ -90,10 +91,38 @@ void NoticeDialog::setTexts(const QString &text, const QString &confirm, const Q
 {
     const QString shown = orDefault(ownText_.isEmpty() ? text : ownText_, kind_.defaultText);
     ui->label->setText(shown);
+    balanceLines();
     ui->NewHong->setText(orDefault(confirm, "OK"));
     ui->OK->setText(ui->NewHong->text());
     ui->Cancel->setText(orDefault(cancel, "Cancel"));
     setAccessibleName(shown.trimmed());
+}
+
+// Gives lines of about one length instead of a last one with a single word: the text gets the narrowest place
+// that needs no further line.
+void NoticeDialog::balanceLines()
+{
+    const int whole = ui->label->width();
+    const auto needed = [this](int width) {
+        return ui->label->fontMetrics()
+            .boundingRect(QRect(0, 0, width, 0), Qt::TextWordWrap, ui->label->text())
+            .size();
+    };
+    const QSize all = needed(whole);
+    int width = whole;
+    if (all.height() > ui->label->fontMetrics().lineSpacing() && all.height() <= ui->label->height())
+        while (width > whole / 2 && needed(width - LineStep).height() == all.height() &&
+               needed(width - LineStep).width() <= width - LineStep)
+            width -= LineStep;
+    const int side = (whole - width) / 2;
+    ui->label->setContentsMargins(side, 0, side, 0);
+}
+
+// With the font of the screen.
+void NoticeDialog::showEvent(QShowEvent *event)
+{
+    balanceLines();
+    NoticeWindow::showEvent(event);
 }
 
 void NoticeDialog::setText(const QString &text)

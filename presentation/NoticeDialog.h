@@ -75,6 +75,7 @@ protected:
     void setTexts(const QString &text, const QString &confirm, const QString &cancel);
 
     void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     // A wait comes and goes within moments; dimming for it would be a flicker.
     bool dimsWindow() const override { return kind_.buttons != NoticeButtons::None; }
 
@@ -84,6 +85,7 @@ protected:
 private:
     void end(bool confirmed);
     void arrangeButtons();
+    void balanceLines();
     void applyStyle();
 
     const NoticeKind &kind_;
