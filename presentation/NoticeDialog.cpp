@@ -17,7 +17,6 @@ namespace
 {
 
 constexpr int FooterHalf = 28;
-constexpr int LineStep = 2;                                                      // pixels
 constexpr const char *SignPictures[] = {"Warn.png", "Info.png", "Question.png"}; // by NoticeSign
 
 QString orDefault(const QString &text, const char *fallback)
@@ -53,15 +52,16 @@ void NoticeDialog::applyStyle()
     const QString danger =
         kind_.outcome == NoticeOutcome::Destroys ? button(QStringLiteral("Danger")) : QString();
     const char *const sign = isWait ? "Wait.png" : SignPictures[int(kind_.sign)];
-    ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
-    ui->NewHong->setStyleSheet(button(QStringLiteral("Confirm")) + danger);
-    ui->OK->setStyleSheet(button(QStringLiteral("Confirm")) + danger);
-    ui->Cancel->setStyleSheet(button(QStringLiteral("Cancel")));
+    // First, because the frame's sheet styles anew what stands on it.
+    findChild<QFrame *>(QLatin1String(kind_.frameName))
+        ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind_.frameName)));
+    setStyleSheetWhenShown(ui->CloseButton, style::titleButton(folder, QStringLiteral("Close")));
+    setStyleSheetWhenShown(ui->NewHong, button(QStringLiteral("Confirm")) + danger);
+    setStyleSheetWhenShown(ui->OK, button(QStringLiteral("Confirm")) + danger);
+    setStyleSheetWhenShown(ui->Cancel, button(QStringLiteral("Cancel")));
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
     ui->footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
     ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(sign)));
-    findChild<QFrame *>(QLatin1String(kind_.frameName))
-        ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind_.frameName)));
 }
 
 void NoticeDialog::arrangeButtons()
@@ -91,38 +91,10 @@ void NoticeDialog::setTexts(const QString &text, const QString &confirm, const Q
 {
     const QString shown = orDefault(ownText_.isEmpty() ? text : ownText_, kind_.defaultText);
     ui->label->setText(shown);
-    balanceLines();
     ui->NewHong->setText(orDefault(confirm, "OK"));
     ui->OK->setText(ui->NewHong->text());
     ui->Cancel->setText(orDefault(cancel, "Cancel"));
     setAccessibleName(shown.trimmed());
-}
-
-// Gives lines of about one length instead of a last one with a single word: the text gets the narrowest place
-// that needs no further line.
-void NoticeDialog::balanceLines()
-{
-    const int whole = ui->label->width();
-    const auto needed = [this](int width) {
-        return ui->label->fontMetrics()
-            .boundingRect(QRect(0, 0, width, 0), Qt::TextWordWrap, ui->label->text())
-            .size();
-    };
-    const QSize all = needed(whole);
-    int width = whole;
-    if (all.height() > ui->label->fontMetrics().lineSpacing() && all.height() <= ui->label->height())
-        while (width > whole / 2 && needed(width - LineStep).height() == all.height() &&
-               needed(width - LineStep).width() <= width - LineStep)
-            width -= LineStep;
-    const int side = (whole - width) / 2;
-    ui->label->setContentsMargins(side, 0, side, 0);
-}
-
-// With the font of the screen.
-void NoticeDialog::showEvent(QShowEvent *event)
-{
-    balanceLines();
-    NoticeWindow::showEvent(event);
 }
 
 void NoticeDialog::setText(const QString &text)

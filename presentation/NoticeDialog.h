@@ -75,7 +75,6 @@ protected:
     void setTexts(const QString &text, const QString &confirm, const QString &cancel);
 
     void keyPressEvent(QKeyEvent *event) override;
-    void showEvent(QShowEvent *event) override;
     // A wait comes and goes within moments; dimming for it would be a flicker.
     bool dimsWindow() const override { return kind_.buttons != NoticeButtons::None; }
 
@@ -85,7 +84,6 @@ protected:
 private:
     void end(bool confirmed);
     void arrangeButtons();
-    void balanceLines();
     void applyStyle();
 
     const NoticeKind &kind_;
@@ -96,3 +94,5 @@ private:
 
 // From the middle of a page to the middle of the window: the navigation shifts every page.
 constexpr QPoint PageNoticeOffset{-75, -65};
+// On the pages of the bindings and of the macros.
+constexpr QPoint BindingNoticeOffset{-100, -50};
