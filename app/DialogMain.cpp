@@ -19,6 +19,7 @@
 #include "presentation/Spin.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
+#include "presentation/language/Languages.h"
 #include "selection/DialogChange.h"
 #include "service/Match.h"
 #include "service/UpDateRepair.h"
@@ -50,7 +51,8 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
 {
     LoadLanguageTables();
     ui->setupUi(this);
-    LanguageIndex = migrateLanguage(RegistryStore::instance(), UserStore::instance());
+    migrateLanguage(RegistryStore::instance(), UserStore::instance());
+    LanguageIndex = followLanguage(UserStore::instance(), language::names());
     pictures_ = style::pictureFolder(QStringLiteral("Dialog"));
     dialog_ = new Dialog(this);
     dialogChange_ = new DialogChange(this);
@@ -217,7 +219,7 @@ void DialogMain::letGo()
         return;
     ended_ = true;
     if (ui->stackedWidget->currentWidget() == dialog_)
-        dialog_->writeCache();
+        dialog_->keepAll();
     UsbServer_SetPCDriverStatus(0);
     if (Worker *const worker = Worker::instance())
         worker->stop();
@@ -229,7 +231,7 @@ void DialogMain::letGo()
 // front.
 bool DialogMain::staysForUpgrade()
 {
-    if (NotUpgrading)
+    if (!UpDateRepair::holdsProgram())
         return false;
     comeBack();
     if (UpDateRepair *const dialog = UpDateRepair::instance(); dialog && dialog->isVisible()) {

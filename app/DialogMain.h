@@ -34,8 +34,8 @@ public:
     // Closes the window as its user would and ends the process, also under a modal dialog. Stays for an
     // upgrade.
     void endProcess();
-    // Keeps the image of the open device and lets the device go, without a turn of the event loop. Nothing
-    // when that has been done.
+    // What a close sends and keeps, and lets the device go, without a turn of the event loop. Nothing when
+    // that has been done.
     void letGo();
 
 public slots:

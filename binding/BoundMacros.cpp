@@ -11,6 +11,7 @@
 #include "hub/PostMsg.h"
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
+#include "macro/store/MissedNames.h"
 #include "presentation/LossWatch.h"
 #include "presentation/Notices.h"
 
@@ -23,7 +24,6 @@ using namespace binding;
 namespace
 {
 
-constexpr QPoint LimitOffset{-100, -50};
 constexpr int RowsWait = 1500; // milliseconds from a macro's save to the mouse's copies
 
 // By a name that is cut in the mouse, its buttons would not be found again.
@@ -59,7 +59,7 @@ bool BoundMacros::write(int button, const QString &name)
     if (!macro::fitsBlock(file->rows)) {
         if (!CheckOnline())
             return false;
-        notice::ask<KeyNumberLimit>(page_, LimitOffset);
+        notice::ask<KeyNumberLimit>(page_, BindingNoticeOffset);
     }
     return bindings_.writeMacro(button, macro::cycleByte(file->cycle.value_or(0)),
                                 macro::boundBlock(name, file->rows));
@@ -124,6 +124,8 @@ void BoundMacros::rename(const QString &before, const QString &name)
     bool taken = true;
     for (const int button : buttonsWithCaption(macroCaption(before, LanguageIndex))) {
         list_.setText(button, macroCaption(name, LanguageIndex));
-        taken = taken && bindings_.writeMacroName(button, name);
+        taken = taken && bindings_.writeMacroName(button, name); // a second one would repeat the notice
+        if (!taken)
+            macro::setMissedName(button, before, name);
     }
 }

@@ -8,11 +8,21 @@
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "macro/store/MacroBlockCodec.h"
+#include "macro/store/MissedNames.h"
 #include "presentation/language/LanguageTables.h"
 
 #include <algorithm>
 
 using namespace binding;
+
+// The button's block, with the name that it has missed.
+static MacroBlock macroBlock(const FlashDataMap &record, int button)
+{
+    MacroBlock block = record.MacroBlocks[button];
+    if (const QString name = macro::macroName(record, button); name != macro::blockName(block))
+        macro::renameBlock(&block, name);
+    return block;
+}
 
 ButtonBindings::ButtonBindings() { ReadSensorDefines(&sensor_.names, &sensor_.values); }
 
@@ -67,7 +77,7 @@ std::optional<KeyBinding> ButtonBindings::at(int button) const
 DecodedBinding ButtonBindings::decoded(int button, const KeyBinding &binding,
                                        const FlashDataMap &record) const
 {
-    return decodeBinding({binding, record.KeySequences[button], record.MacroBlocks[button]}, sensor_,
+    return decodeBinding({binding, record.KeySequences[button], macroBlock(record, button)}, sensor_,
                          LanguageIndex);
 }
 
@@ -98,7 +108,7 @@ bool ButtonBindings::writeMacroCycle(int button, uint8_t cycle)
     const FlashDataMap record = DeviceRecord::copy();
     KeyBinding binding = record.KeyBindings[button];
     binding.Second = cycle;
-    return writeBlock(button, binding, record.MacroBlocks[button]);
+    return writeBlock(button, binding, macroBlock(record, button));
 }
 
 bool ButtonBindings::writeBlock(int button, const KeyBinding &binding, const MacroBlock &macro)
@@ -111,6 +121,7 @@ bool ButtonBindings::writeBlock(int button, const KeyBinding &binding, const Mac
 
 void ButtonBindings::take(int button)
 {
+    macro::dropMissedName(button);
     const FlashDataMap written = DeviceRecord::copy();
     record_.KeyBindings[button] = written.KeyBindings[button];
     record_.KeySequences[button] = written.KeySequences[button];

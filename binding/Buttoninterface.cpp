@@ -16,8 +16,8 @@
 #include "device/WriteFamily.h"
 #include "device/hidusb/HIDUsb.h"
 #include "hub/PostMsg.h"
-#include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFolder.h"
+#include "macro/store/MissedNames.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FirstShow.h"
 #include "presentation/Motion.h"
@@ -42,7 +42,6 @@ namespace
 
 constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
-constexpr QPoint NoticeOffset{-100, -50};
 constexpr int FireButton = 10; // its default binding holds the dialog's initial values
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
@@ -263,7 +262,7 @@ void Buttoninterface::refuseLastLeft()
 {
     leaveFunctions();
     list_->uncheckAll();
-    notice::ask<LeftButtonOnly>(this, NoticeOffset);
+    notice::ask<LeftButtonOnly>(this, BindingNoticeOffset);
 }
 
 void Buttoninterface::openRow(std::size_t row)
@@ -297,8 +296,7 @@ void Buttoninterface::preselect(int button)
     if (!binding)
         return;
     const FlashDataMap &record = bindings_.record();
-    functions_->preselect(bindings_.decoded(button, *binding, record),
-                          macro::blockName(record.MacroBlocks[button]));
+    functions_->preselect(bindings_.decoded(button, *binding, record), macro::macroName(record, button));
 }
 
 void Buttoninterface::showFunctions()
@@ -466,7 +464,7 @@ void Buttoninterface::on_DPI_10_clicked()
         return;
     }
     functions_->showPanel(Panel::Debounce);
-    notice::ask<MakeMacro>(this, NoticeOffset);
+    notice::ask<MakeMacro>(this, BindingNoticeOffset);
     preselect(chosenButton()); // the function was not chosen; only its panel stays closed
     functions_->showPanel(Panel::Debounce);
 }

@@ -2,33 +2,16 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/DpiCodes.h"
 
+#include "catalogue/DpiSteps.h"
+
 #include <limits>
 
 namespace
 {
 
-constexpr int Step = 50;                                // DPI of one count
-constexpr uint8_t Doubles = 0x11;                       // the DPI counts twice
-constexpr uint8_t DoublesStep = 0x22;                   // each count is worth two steps
-constexpr uint8_t FourTimes = 0x33;                     // both
-constexpr uint8_t HighBits = 0xC0;                      // bits 8 and 9 of the code, shifted right by two
-constexpr const char *WideSensors[] = {"3395", "3950"}; // their codes have ten bits
+constexpr uint8_t HighBits = 0xC0; // bits 8 and 9 of the code, shifted right by two
 
-struct Multiplier {
-    uint8_t flags;
-    int divisor;
-};
-// By the range in which the DPI lies, for a model that marks each of its ranges.
-constexpr Multiplier RangeMultipliers[DpiRangeLimit] = {
-    {0, 1}, {DoublesStep, 2}, {Doubles, 2}, {FourTimes, 4}};
-
-bool isWide(const QString &sensor)
-{
-    for (const char *name : WideSensors)
-        if (sensor == QLatin1String(name))
-            return true;
-    return false;
-}
+bool isWide(const QString &sensor) { return isWideSensor(sensor.toStdString()); }
 
 QString tablePrefix(const QString &sensor)
 {
@@ -46,14 +29,12 @@ int rangeOf(int dpi, const DpiRanges &ranges)
     return 0;
 }
 
-Multiplier multiplierFor(int dpi, const DpiRanges &ranges)
+DpiMultiplier multiplierFor(int dpi, const DpiRanges &ranges)
 {
-    if (ranges.DpiFlagValue == FourTimes)
-        return RangeMultipliers[rangeOf(dpi, ranges)];
-    const bool marksAll = ranges.DpiFlagValue == DoublesStep || ranges.DpiFlagValue == Doubles;
-    if (marksAll && !ranges.DpiRangeMaxs.isEmpty() && dpi > ranges.DpiRangeMaxs.first())
-        return {uint8_t(ranges.DpiFlagValue), 2};
-    return RangeMultipliers[0];
+    if (ranges.DpiFlagValue == FourTimesDpi)
+        return dpiMultiplier(FourTimesDpi, rangeOf(dpi, ranges));
+    const bool isAbove = !ranges.DpiRangeMaxs.isEmpty() && dpi > ranges.DpiRangeMaxs.first();
+    return dpiMultiplier(ranges.DpiFlagValue, isAbove ? 1 : 0);
 }
 
 // The high bits of the code, for both axes.
@@ -96,13 +77,13 @@ std::optional<int> SensorCodes::dpiOf(int code) const
 
 DpiStageCode encodeDpi(int dpi, uint8_t presentFlags, const SensorCodes &codes, const DpiRanges &ranges)
 {
-    const Multiplier multiplier = multiplierFor(dpi, ranges);
+    const DpiMultiplier multiplier = multiplierFor(dpi, ranges);
     if (codes.hasTable()) {
         // Uses the step of the present flags, which may differ from that of the new ones.
-        const int byStep = dpi / (presentFlags & DoublesStep ? 2 * Step : Step);
+        const int byStep = dpi / (presentFlags & DoublesDpiStep ? 2 * DpiStep : DpiStep);
         return {codes.codeOf(dpi / multiplier.divisor).value_or(byStep), multiplier.flags};
     }
-    const int code = dpi / (multiplier.divisor * Step) - 1;
+    const int code = dpi / (multiplier.divisor * DpiStep) - 1;
     const uint8_t high = isWide(codes.sensor) ? highBitFlags(code) : uint8_t(0);
     return {code, uint8_t(multiplier.flags | high)};
 }
@@ -114,11 +95,11 @@ int decodeDpi(uint8_t xCode, uint8_t flags, const SensorCodes &codes)
         dpi = codes.dpiOf(xCode).value_or(0);
     } else {
         const int high = isWide(codes.sensor) ? (flags & HighBits) * 4 : 0;
-        dpi = (qint64(xCode | high) + 1) * Step;
+        dpi = (qint64(xCode | high) + 1) * DpiStep;
     }
-    if (flags & DoublesStep)
+    if (flags & DoublesDpiStep)
         dpi *= 2;
-    if (flags & Doubles)
+    if (flags & DoublesDpi)
         dpi *= 2;
     // A table may hold any number.
     return int(qBound<qint64>(std::numeric_limits<int>::min(), dpi, std::numeric_limits<int>::max()));
@@ -129,13 +110,13 @@ int SensorDpiDecode(uint8_t xCode, uint8_t flags) { return decodeDpi(xCode, flag
 int DpiToCodeSimple(int dpi, const SensorCodes &codes)
 {
     if (codes.hasTable())
-        return codes.codeOf(dpi).value_or(dpi / Step);
-    return dpi / Step - 1;
+        return codes.codeOf(dpi).value_or(dpi / DpiStep);
+    return dpi / DpiStep - 1;
 }
 
 int CodeToDpiSimple(int code, const SensorCodes &codes)
 {
     if (codes.hasTable())
         return codes.dpiOf(code).value_or(0);
-    return (code + 1) * Step;
+    return (code + 1) * DpiStep;
 }

@@ -6,10 +6,10 @@
 // stored. Main thread.
 #pragma once
 
+#include "catalogue/DpiSteps.h"
+
 #include <QStringList>
 #include <QVector>
-
-constexpr int DpiRangeLimit = 4;
 
 struct DpiRanges {
     int DpiFlagValue = 0;  // 0x33, 0x22 or 0x11; anything else means nothing

@@ -7,14 +7,26 @@
 
 namespace
 {
+
 QString languageName() { return QStringLiteral("Language"); }
+QString nameKey() { return QStringLiteral("Name"); }
+
+void storeIndex(UserStore &store, int index)
+{
+    store.WriteValue(languageName(), languageName(), QString::number(index));
+}
+
 } // namespace
 
 int storedLanguage(UserStore &store) { return store.ReadText(languageName(), languageName()).toInt(); }
 
-void storeLanguage(UserStore &store, int index)
+void storeLanguage(UserStore &store, int index, const QString &name)
 {
-    store.WriteValue(languageName(), languageName(), QString::number(index));
+    storeIndex(store, index);
+    if (name.isEmpty())
+        store.Remove(languageName(), nameKey());
+    else
+        store.WriteValue(languageName(), nameKey(), name);
 }
 
 int migrateLanguage(RegistryStore &registry, UserStore &store)
@@ -28,4 +40,18 @@ int migrateLanguage(RegistryStore &registry, UserStore &store)
             registry.removeValue(registry::OldLanguageGroup, name);
     }
     return storedLanguage(store);
+}
+
+int followLanguage(UserStore &store, const QStringList &names)
+{
+    const int stored = storedLanguage(store);
+    const QString name = store.ReadText(languageName(), nameKey());
+    if (name.isEmpty() || names.value(stored) == name)
+        return stored;
+    int index = int(names.indexOf(name));
+    if (index < 0)
+        index = stored < FirstAddedLanguage ? stored : 0;
+    if (index != stored)
+        storeIndex(store, index);
+    return index;
 }

@@ -1,15 +1,25 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The language index that the user chose, kept as decimal text under Language/Language. Any thread.
+// The language that the user chose, kept as its index in decimal text under Language/Language. Which index an
+// added language has depends on the other files of its folder, so its name stands beside it under
+// Language/Name. Any thread.
 #pragma once
+
+#include <QStringList>
 
 class RegistryStore;
 class UserStore;
 
+constexpr int FirstAddedLanguage = 6; // the indices before it belong to files of fixed names
+
 int storedLanguage(UserStore &store);
-void storeLanguage(UserStore &store, int index);
+void storeLanguage(UserStore &store, int index, const QString &name = {});
 
 // Moves the index that an older release left in the registry to the user's store, once, and returns the
 // current index. An old value of 0 is not moved and not removed.
 int migrateLanguage(RegistryStore &registry, UserStore &store);
+
+// Stores and returns the index that the stored name has now; the stored one without a name. `names`: by
+// index. Without a file of that name an added language is 0, until the file is there again.
+int followLanguage(UserStore &store, const QStringList &names);

@@ -15,7 +15,8 @@
 namespace
 {
 
-constexpr int FilesLookedAt = 1000;
+constexpr int FilesLookedAt = 1000; // their heads
+constexpr int FilesRead = 8;        // as a whole: all but the first of them are damaged
 
 QString bareVersion(QString version) { return version.remove(QLatin1Char('v')); }
 
@@ -43,7 +44,7 @@ struct Wanted {
     int mid;
     int connectionKind;   // of a receiver; 0 for any
     bool comparesNumbers; // the same number in another writing ends the search
-    bool isFlashed;       // complete, undamaged files alone count
+    bool isFlashed;       // the class counts too
 };
 
 // A file shorter than a head gives zeros, which match no device.
@@ -72,11 +73,10 @@ QByteArray readWhole(QFile &file)
     return isSoundFirmware(image) ? image : QByteArray();
 }
 
-// The bytes of the last file that counts; its name where it is not flashed.
-QByteArray search(const Wanted &wanted)
+// The names of the files whose heads count, in the order of the folder.
+QStringList candidates(const QDir &folder, const Wanted &wanted)
 {
-    QByteArray found;
-    const QDir folder(applicationFolder() + QStringLiteral("/bin"));
+    QStringList found;
     const QStringList names =
         folder.entryList({QStringLiteral("*.bin")}, QDir::Files | QDir::NoSymLinks).mid(0, FilesLookedAt);
     for (const QString &name : names) {
@@ -84,18 +84,35 @@ QByteArray search(const Wanted &wanted)
         if (!file.open(QIODevice::ReadOnly))
             return {};
         const wire::FirmwareHead head = readHead(file);
-        if (!isFor(head, wanted))
-            continue;
         const QString offered = fileVersion(head);
-        if (offered == wanted.version)
+        if (!isFor(head, wanted) || offered == wanted.version)
             continue;
         if (wanted.comparesNumbers && sameNumber(offered, wanted.version))
-            return found;
-        const QByteArray image = wanted.isFlashed ? readWhole(file) : name.toUtf8();
-        if (!image.isEmpty())
-            found = image;
+            break;
+        found << name;
     }
     return found;
+}
+
+// The last file that counts is the one, so the others are not read unless it is damaged.
+QByteArray lastSound(const QDir &folder, const QStringList &names)
+{
+    for (int i = names.size() - 1; i >= qMax(0, names.size() - FilesRead); --i) {
+        QFile file(folder.filePath(names[i]));
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        const QByteArray image = readWhole(file);
+        if (!image.isEmpty())
+            return image;
+    }
+    return {};
+}
+
+QDir firmwareFolder() { return QDir(applicationFolder() + QStringLiteral("/bin")); }
+
+QByteArray searchToFlash(const Wanted &wanted)
+{
+    return lastSound(firmwareFolder(), candidates(firmwareFolder(), wanted));
 }
 
 } // namespace
@@ -103,20 +120,21 @@ QByteArray search(const Wanted &wanted)
 bool hasNewFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
                     int connectionKind)
 {
-    return !version.isEmpty() &&
-           !search({target, bareVersion(version), baseName, cid, mid, connectionKind, true, false}).isEmpty();
+    return !version.isEmpty() && !candidates(firmwareFolder(), {target, bareVersion(version), baseName, cid,
+                                                                mid, connectionKind, true, false})
+                                      .isEmpty();
 }
 
 QByteArray findFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
                         int connectionKind)
 {
-    return search({target, bareVersion(version), baseName, cid, mid, connectionKind, true, true});
+    return searchToFlash({target, bareVersion(version), baseName, cid, mid, connectionKind, true, true});
 }
 
 QByteArray findRepairFirmware(int target, const QString &version, const QString &baseName, int cid, int mid,
                               int connectionKind)
 {
-    return search({target, bareVersion(version), baseName, cid, mid, connectionKind, false, true});
+    return searchToFlash({target, bareVersion(version), baseName, cid, mid, connectionKind, false, true});
 }
 
 QString firmwareKey(int target, int connectionKind)

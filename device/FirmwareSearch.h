@@ -3,7 +3,8 @@
 //
 // Looks in the folder "/bin" beside the program for firmware other than what a device runs. A version
 // that differs counts as new, also an older one: the folder decides what a device should run. Any thread;
-// each call reads the folder, the head of each file and, for one to flash, the files that fit.
+// each call reads the folder, the heads of at most 1,000 files and, for one to flash, the last file that
+// fits, or up to 8 when the last ones are damaged.
 #pragma once
 
 #include <QByteArray>

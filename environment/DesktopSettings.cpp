@@ -66,7 +66,7 @@ private:
 QByteArray desktopSettings()
 {
     const QuietErrors quiet;
-    const XDisplay display(XOpenDisplay(nullptr));
+    const XDisplay display = openDisplay();
     if (!display)
         return {};
     const auto atom = [&](const char *name) { return XInternAtom(display.get(), name, False); };

@@ -8,7 +8,8 @@
 #include <QByteArray>
 #include <optional>
 
-// The property's bytes; none without a server or a manager. Opens a connection of its own. Main thread.
+// The property's bytes; none without a server or a manager. Opens a connection of its own and
+// waits for the server as long as it takes. Any thread.
 QByteArray desktopSettings();
 
 // A whole number among them. None for an unknown name, another type, and bytes that are no such property.

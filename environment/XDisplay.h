@@ -14,6 +14,13 @@ struct DisplayCloser {
 };
 using XDisplay = std::unique_ptr<Display, DisplayCloser>;
 
+// None without a server. Waits for it as long as it takes. Any thread; a connection belongs to one.
+inline XDisplay openDisplay()
+{
+    XInitThreads();
+    return XDisplay(XOpenDisplay(nullptr));
+}
+
 // What is asked for can disappear between two requests; Xlib's default handler would then end the process.
 class QuietErrors
 {

@@ -103,5 +103,3 @@ void EventEditor::move(int steps)
     if (edit([steps](rowediting::Editing &list) { return rowediting::move(list, steps); }))
         emit changed(true);
 }
-
-void EventEditor::moveTo(int row) { move(rowediting::stepsTo(events_.editing(), row)); }

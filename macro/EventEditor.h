@@ -26,7 +26,6 @@ public:
     void amend(); // the list's own signal tells of it
     void remove();
     void move(int steps); // as rowediting::move()
-    void moveTo(int row);
 
 signals:
     // `isTold`: the mouse is told of it with the save.

@@ -25,6 +25,7 @@ public:
     EventItem(const MacroRow &row, const QIcon &icon)
         : QListWidgetItem(icon, row.text, nullptr, row.type), sort_(sortOf(row))
     {
+        setFlags(flags() & ~Qt::ItemIsDropEnabled); // what is dragged goes between the rows
     }
 
     QVariant data(int role) const override

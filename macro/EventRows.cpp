@@ -25,9 +25,12 @@ void EventRows::startDrag(Qt::DropActions)
 void EventRows::dropEvent(QDropEvent *event)
 {
     const QModelIndex at = indexAt(event->pos());
+    const int place = !at.isValid()                          ? count()
+                      : dropIndicatorPosition() == BelowItem ? at.row() + 1
+                                                             : at.row();
     event->accept();
     stopAutoScroll();
     setState(NoState);
     viewport()->update(); // without the mark of the place
-    emit dropped(at.isValid() ? at.row() : count() - 1);
+    emit dropped(place);
 }

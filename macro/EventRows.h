@@ -15,8 +15,9 @@ public:
     explicit EventRows(QWidget *parent = nullptr);
 
 signals:
-    // The selected row was dropped onto this one; behind all of them it is the last.
-    void dropped(int row);
+    // The selected row was dropped in front of this one, where the mark stood; the count of the rows is
+    // behind the last one.
+    void dropped(int place);
 
 protected:
     void startDrag(Qt::DropActions supportedActions) override;

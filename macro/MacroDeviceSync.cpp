@@ -10,6 +10,7 @@
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
+#include "macro/store/MissedNames.h"
 
 #include <QSet>
 
@@ -40,17 +41,29 @@ bool gives(const QByteArray &file, const MacroBlock &block, uint8_t cycle)
 // A mouse that is being read answers, and its thread, which waits for this one, cannot be asked.
 bool isReachable() { return MouseOnline && (FullReadPending || CheckOnline()); }
 
+template <typename Change> bool send(int button, Change change)
+{
+    if (!isReachable())
+        return false;
+    DeviceRecord::edit(
+        [&](FlashDataMap &record) { change(record.KeyBindings[button], record.MacroBlocks[button]); });
+    PushRecord();
+    dropMissedName(button);
+    return true;
+}
+
 bool sendMissed(const QString &name, int button)
 {
     const std::optional<MacroText> saved = loadMacro(name);
-    if (!saved || !isReachable())
-        return false;
-    DeviceRecord::edit([&](FlashDataMap &record) {
-        record.KeyBindings[button].Second = cycleByte(saved->cycle.value_or(0));
-        record.MacroBlocks[button] = savedBlock(name, saved->rows);
-    });
-    PushRecord();
-    return true;
+    return saved && send(button, [&](KeyBinding &binding, MacroBlock &block) {
+               binding.Second = cycleByte(saved->cycle.value_or(0));
+               block = savedBlock(name, saved->rows);
+           });
+}
+
+bool sendName(const QString &name, int button)
+{
+    return send(button, [&](const KeyBinding &, MacroBlock &block) { renameBlock(&block, name); });
 }
 
 // The last button that plays a macro of this name, from `button` on, which does.
@@ -59,7 +72,7 @@ int lastButton(const FlashDataMap &record, int button, const QString &name)
     const int count = DeviceCatalogue().number(SelectedDevice::info().DriveIndex, "KeyNumber");
     int last = button;
     for (int k = button + 1; k < qMin(count, int(KeySlotCount)); ++k)
-        if (record.KeyBindings[k].Class == MacroBlockClass && blockName(record.MacroBlocks[k]) == name)
+        if (record.KeyBindings[k].Class == MacroBlockClass && macroName(record, k) == name)
             last = k;
     return last;
 }
@@ -84,6 +97,14 @@ void moveMarks(const QString &name, const QString &newName)
 {
     move(&held, name, newName);
     move(&missed, name, newName);
+    renameMissed(name, newName);
+}
+
+void dropMarks(const QString &name)
+{
+    release(name);
+    setMissed(name, false);
+    dropMissedNamesOf(name);
 }
 
 Taken takeFromMouse(const FlashDataMap &record, int button)
@@ -92,7 +113,7 @@ Taken takeFromMouse(const FlashDataMap &record, int button)
         return {};
     const MacroBlock &block = record.MacroBlocks[button];
     const uint8_t cycle = record.KeyBindings[button].Second;
-    const QString name = blockName(block);
+    const QString name = macroName(record, button);
     if (!isMacroName(name))
         return {};
     if (missed.contains(name) && macroExists(name)) {
@@ -100,6 +121,8 @@ Taken takeFromMouse(const FlashDataMap &record, int button)
             missed.remove(name);
         return {};
     }
+    if (name != blockName(block) && !sendName(name, button))
+        return {};
     if (isHeld(name))
         return {};
     const QByteArray file = readMacroFile(name);
@@ -121,7 +144,11 @@ bool sendSaved(const QString &name, int button)
     const std::optional<MacroText> saved = loadMacro(name);
     if (!MouseOnline || !saved || button < 0 || button >= KeySlotCount)
         return false;
-    return SetMacroBinding(button, DeviceRecord::copy().KeyBindings[button], savedBlock(name, saved->rows));
+    const bool isTaken =
+        SetMacroBinding(button, DeviceRecord::copy().KeyBindings[button], savedBlock(name, saved->rows));
+    if (isTaken)
+        dropMissedName(button);
+    return isTaken;
 }
 
 } // namespace macro

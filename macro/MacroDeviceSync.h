@@ -22,8 +22,10 @@ bool isHeld(const QString &name);
 // A saved macro that did not reach every button of the mouse. The next read of the mouse does not take its
 // old rows: it sends the file again.
 void setMissed(const QString &name, bool missed);
-// A renamed macro keeps both marks.
+// A renamed macro keeps its marks.
 void moveMarks(const QString &name, const QString &newName);
+// A deleted one has none.
+void dropMarks(const QString &name);
 
 // Body of SlotButtonToMacro: brings the macro of the button's block into the folder. The file that it
 // replaces is kept first. Nothing is written for a held macro, for a name that cannot be a file's, and when

@@ -3,6 +3,7 @@
 #include "presentation/Motion.h"
 
 #include "environment/DesktopSettings.h"
+#include "environment/Inquiry.h"
 #include "presentation/SkinPalette.h"
 
 #include <QAbstractButton>
@@ -18,6 +19,7 @@ namespace
 {
 
 constexpr int MotionMs = 130;
+constexpr QStyle::State FadingStates = QStyle::State_MouseOver | QStyle::State_On;
 const QString CoverName = QStringLiteral("MotionCover");
 
 // Where desktops keep the wish for no animation, and the values that express it.
@@ -65,21 +67,38 @@ private:
     QVariantAnimation fade_;
 };
 
-bool serverWantsNone()
+bool managerAllows()
 {
-    if (QGuiApplication::platformName() != QLatin1String("xcb"))
-        return false;
     const QByteArray settings = desktopSettings();
-    return desktopNumber(settings, "Gtk/EnableAnimations") == 0 ||
-           desktopNumber(settings, "Net/EnableAnimations") == 0;
+    return desktopNumber(settings, "Gtk/EnableAnimations") != 0 &&
+           desktopNumber(settings, "Net/EnableAnimations") != 0;
 }
+
+bool allowed = false; // by the settings manager, where there is one
 
 } // namespace
 
+void askForMotion()
+{
+    static Inquiry asked;
+    static bool isAsked = false;
+    if (isAsked)
+        return;
+    isAsked = true;
+    if (QGuiApplication::platformName() != QLatin1String("xcb")) {
+        allowed = true;
+        return;
+    }
+    asked.ask([]() -> Inquiry::Answer {
+        const bool answer = managerAllows();
+        return [answer] { allowed = answer; };
+    });
+}
+
 int motionTime()
 {
-    static const bool none = serverWantsNone();
-    if (none)
+    askForMotion();
+    if (!allowed)
         return 0;
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     for (const Wish &wish : Wishes) {
@@ -117,6 +136,44 @@ SoftChange::~SoftChange()
         new Cover(before_, part_, ground_);
     } catch (const std::bad_alloc &) { // it switches without a fade
     }
+}
+
+void StateFade::paint(QWidget *widget, QPainter &painter, QStyle::State state, const Draw &draw)
+{
+    const QStyle::State before = shown_.value_or(state);
+    shown_ = state;
+    if (state & QStyle::State_Sunken) {
+        fade_.reset();
+    } else if (((state ^ before) & FadingStates) && motionTime() > 0) {
+        const qreal ratio = widget->devicePixelRatioF();
+        before_ = QPixmap(widget->size() * ratio);
+        before_.setDevicePixelRatio(ratio);
+        before_.fill(Qt::transparent);
+        QPainter onPicture(&before_);
+        onPicture.setFont(widget->font());
+        draw(onPicture, before);
+        fade_ = std::make_unique<QVariantAnimation>();
+        fade_->setStartValue(1.0);
+        fade_->setEndValue(0.0);
+        fade_->setDuration(MotionMs);
+        QObject::connect(fade_.get(), &QVariantAnimation::valueChanged, widget,
+                         QOverload<>::of(&QWidget::update));
+        fade_->start();
+    }
+    draw(painter, state);
+    if (fade_ && fade_->state() == QAbstractAnimation::Running) {
+        painter.setOpacity(fade_->currentValue().toReal());
+        painter.drawPixmap(0, 0, before_);
+    } else {
+        fade_.reset();
+        before_ = QPixmap();
+    }
+}
+
+void StateFade::forget()
+{
+    shown_.reset();
+    fade_.reset();
 }
 
 void fadeIn(QWidget *widget)

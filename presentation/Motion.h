@@ -7,13 +7,21 @@
 
 #include <QPixmap>
 #include <QRect>
+#include <QStyle>
+#include <QVariantAnimation>
+#include <functional>
+#include <memory>
+#include <optional>
 
 class QAbstractButton;
+class QPainter;
 class QString;
 class QWidget;
 
-// Milliseconds; 0 when the user has turned the desktop's animations off. The first call asks the settings
-// manager, so make none before the window is shown.
+// Asks the desktop's settings manager on a thread, once. Until it has answered nothing moves. Make no call
+// before the window is shown.
+void askForMotion();
+// Milliseconds; 0 when the user has turned the desktop's animations off. The first call asks for it.
 int motionTime();
 // When the switch is switched, its picture fades into the other one. `folder`: that of style::switchButton().
 void switchSoftly(QAbstractButton *button, const QString &folder);
@@ -32,6 +40,24 @@ private:
     QWidget *ground_;
     QRect part_;
     QPixmap before_;
+};
+
+// Of a widget that paints itself by its state: what it showed fades into what it shows when the pointer comes
+// or goes, or when it is checked. A press shows at once.
+class StateFade
+{
+public:
+    using Draw = std::function<void(QPainter &, QStyle::State)>;
+
+    // In the widget's paintEvent().
+    void paint(QWidget *widget, QPainter &painter, QStyle::State state, const Draw &draw);
+    // What is shown next appears at once. In the widget's hideEvent().
+    void forget();
+
+private:
+    std::optional<QStyle::State> shown_;
+    QPixmap before_;
+    std::unique_ptr<QVariantAnimation> fade_; // while it runs
 };
 
 // The widget fades in. Show it first.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/SkinStyle.h"
 
+#include <QAbstractButton>
+#include <QComboBox>
 #include <QLabel>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -15,11 +17,13 @@ namespace
 // Where a drawn text that is elided is noted, while somebody asks.
 QString *noted = nullptr;
 
+constexpr QChar Ellipsis(0x2026);
+
 // A wrapped text with as many of its lines as the place is high, the last one elided.
 QString fittingLines(const QString &text, const QFontMetrics &metrics, const QSize &place)
 {
     const int most = qMax(1, (place.height() + metrics.leading()) / metrics.lineSpacing());
-    QTextLayout layout(text);
+    QTextLayout layout(QString(text).replace(QLatin1Char('\n'), QChar::LineSeparator));
     layout.beginLayout();
     int start = 0;
     for (int count = 0;; ++count) {
@@ -31,7 +35,11 @@ QString fittingLines(const QString &text, const QFontMetrics &metrics, const QSi
             start = line.textStart();
     }
     layout.endLayout();
-    return text.left(start) + metrics.elidedText(text.mid(start), Qt::ElideRight, place.width());
+    QString last = text.mid(start);
+    const int end = last.indexOf(QLatin1Char('\n'));
+    if (end >= 0)
+        last = last.left(end) + Ellipsis;
+    return text.left(start) + metrics.elidedText(last, Qt::ElideRight, place.width());
 }
 
 QString fitting(const QString &text, const QFontMetrics &metrics, const QSize &place, int flags)
@@ -48,6 +56,35 @@ QString fitting(const QString &text, const QFontMetrics &metrics, const QSize &p
     return lines.join(QLatin1Char('\n'));
 }
 
+// Of a centred text of several lines: the narrowest part of its place that takes no more of them, so that no
+// last word stands alone.
+QRect balanced(const QString &text, const QFontMetrics &metrics, const QRect &place, int flags)
+{
+    if (!(flags & Qt::TextWordWrap) || !(flags & Qt::AlignHCenter))
+        return place;
+    const auto needed = [&](int width) { return metrics.boundingRect(QRect(0, 0, width, 0), flags, text); };
+    const int height = needed(place.width()).height();
+    const auto fits = [&](int width) {
+        const QRect lines = needed(width);
+        return lines.width() <= width && lines.height() <= height;
+    };
+    int tooNarrow = place.width() / 2;
+    int wide = place.width();
+    while (height > metrics.height() && wide - tooNarrow > 1) {
+        const int middle = (tooNarrow + wide) / 2;
+        (fits(middle) ? wide : tooNarrow) = middle;
+    }
+    return QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, QSize(wide, place.height()), place);
+}
+
+// Pages and frames hold what shows texts, and show none themselves.
+bool mayShowText(const QWidget *widget)
+{
+    return qobject_cast<const QLabel *>(widget) || qobject_cast<const QAbstractButton *>(widget) ||
+           qobject_cast<const QComboBox *>(widget) ||
+           !widget->findChild<const QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+}
+
 } // namespace
 
 SkinStyle::SkinStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
@@ -58,12 +95,16 @@ void SkinStyle::drawItemText(QPainter *painter, const QRect &place, int flags, c
     const QString shown = fitting(text, painter->fontMetrics(), place.size(), flags);
     if (noted && shown != text)
         *noted = text;
-    QProxyStyle::drawItemText(painter, place, flags, palette, enabled, shown, role);
+    const QRect lines = balanced(shown, painter->fontMetrics(), place, flags);
+    QProxyStyle::drawItemText(painter, lines, flags, palette, enabled, shown, role);
 }
 
-// What is drawn depends on the widget's kind and sheet, so the widget is drawn to see it.
+// What is drawn depends on the widget's kind and sheet, so the widget is drawn to see it. A tip asks all that
+// lie under the pointer, up to the window; to draw a whole page would hold up the pointer.
 QString SkinStyle::elidedText(QWidget *widget)
 {
+    if (!mayShowText(widget))
+        return {};
     // A text that can be selected is drawn by a document, which cuts it.
     const auto *label = qobject_cast<QLabel *>(widget);
     if (label && (label->textInteractionFlags() & Qt::TextSelectableByMouse))

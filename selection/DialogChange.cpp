@@ -16,12 +16,14 @@
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/language/Languages.h"
 #include "service/UpDateRepair.h"
 #include "ui_DialogChange.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPointer>
+#include <algorithm>
 #include <thread>
 
 namespace
@@ -166,6 +168,11 @@ void DialogChange::showCarousel()
     ui->label->hide();
     ui->label_2->hide();
     ui->label_3->show();
+    const QWidget *const focus = window()->focusWidget();
+    const auto focused = std::find_if(board_.tiles().begin(), board_.tiles().end(),
+                                      [focus](const TileBoard::Tile &tile) { return tile.button == focus; });
+    const bool isOnTiles = focused != board_.tiles().end();
+    const QString path = isOnTiles ? focused->device.DevicePath : QString();
     board_.build(attached_.tiles());
     for (const TileBoard::Tile &tile : board_.tiles()) {
         connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()), Qt::UniqueConnection);
@@ -176,6 +183,19 @@ void DialogChange::showCarousel()
     ui->stackedWidget->show();
     ui->RightButton->setVisible(attached_.tiles().size() > 3);
     ui->LeftButton->hide();
+    if (isOnTiles || (unplugged_ && focus == this))
+        focusTile(path);
+}
+
+// Falls back on the first tile. A screen reader stops telling the name of the page when the focus leaves it.
+void DialogChange::focusTile(const QString &devicePath)
+{
+    QWidget *found = nullptr;
+    for (const TileBoard::Tile &tile : board_.tiles())
+        if (!found || (tile.device.DevicePath == devicePath && tile.button->isVisible()))
+            found = tile.button;
+    found->setAccessibleDescription(unplugged_ ? accessibleName() : QString());
+    found->setFocus();
 }
 
 // The tab order follows the layout: left arrow, tiles, right arrow.
@@ -312,7 +332,7 @@ void DialogChange::on_NoApear_clicked(bool checked)
 void DialogChange::on_comboBox_activated(int index)
 {
     const int language = languagebox::languageOf(ui->comboBox, index);
-    storeLanguage(UserStore::instance(), language);
+    storeLanguage(UserStore::instance(), language, language::names().value(language));
     LanguageIndex = language;
     emit PostMsg::instance()->SigAllLanguage(language);
     emit PostMsg::instance()->SigLanguageSameB(language);
@@ -347,6 +367,8 @@ void DialogChange::setUnplugged(bool unplugged)
 {
     unplugged_ = unplugged;
     setAccessibleName(homeText(unplugged ? "DeviceUnplugged" : "DevicesPage", LanguageIndex));
+    for (const TileBoard::Tile &tile : board_.tiles())
+        tile.button->setAccessibleDescription(QString());
 }
 
 // Enter opens a tile as the space bar does, unless it has to open the repair.

@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <atomic>
 #include <mutex>
+#include <optional>
 #include <utility>
 
 namespace
@@ -20,10 +21,18 @@ constexpr int TimeoutMs = 10000;
 
 enum UpgradeReport : uint8_t { Marker = 7, Percent = 1, End = 2, Success = 1 };
 
+struct Ended {
+    bool succeeded;
+    bool started;
+};
+
 struct Run {
     std::mutex mutex; // not held while a handler is called
     FlashHandlers handlers;
     int slot = 0;                   // of the layer's callbacks
+    bool tellsProgress = false;     // its handler is being called
+    std::optional<Ended> ended;     // meanwhile; told behind it
+    int tellsResults = 0;           // handlers that are being called
     std::atomic<uint64_t> heard{0}; // starts and reports of all runs
 };
 
@@ -34,31 +43,59 @@ Run &run()
     return *only;
 }
 
-FlashHandlers handlers(int slot)
-{
-    const std::lock_guard lock(run().mutex);
-    if (run().slot != slot)
-        return {};
-    ++run().heard;
-    return run().handlers;
-}
-
 // Forgets the handlers, so that a second result is dropped. A run that was not started gives its slot back:
-// the run before it may still use the other one.
-FlashHandlers takeHandlers(int slot, bool started)
+// the run before it may still use the other one. Nothing while the progress is being told: its end follows.
+FlashHandlers takeHandlers(int slot, const Ended &ended)
 {
     const std::lock_guard lock(run().mutex);
-    if (run().slot != slot)
+    if (run().slot != slot || !run().handlers.result)
         return {};
-    if (!started)
+    if (run().tellsProgress) {
+        if (!run().ended)
+            run().ended = ended;
+        return {};
+    }
+    if (!ended.started)
         run().slot = 1 - slot;
+    ++run().tellsResults;
     return std::exchange(run().handlers, FlashHandlers());
 }
 
-void end(int slot, bool succeeded, bool started)
+void end(int slot, const Ended &ended)
 {
-    if (const FlashHandlers last = takeHandlers(slot, started); last.result)
-        last.result(succeeded, started);
+    const FlashHandlers last = takeHandlers(slot, ended);
+    if (!last.result)
+        return;
+    last.result(ended.succeeded, ended.started);
+    const std::lock_guard lock(run().mutex);
+    --run().tellsResults;
+}
+
+std::function<void(int)> beginProgress(int slot)
+{
+    const std::lock_guard lock(run().mutex);
+    if (run().slot != slot || !run().handlers.progress || run().tellsProgress)
+        return {};
+    ++run().heard;
+    run().tellsProgress = true;
+    return run().handlers.progress;
+}
+
+std::optional<Ended> endProgress()
+{
+    const std::lock_guard lock(run().mutex);
+    run().tellsProgress = false;
+    return std::exchange(run().ended, std::nullopt);
+}
+
+void tellProgress(int slot, int percent)
+{
+    const auto progress = beginProgress(slot);
+    if (!progress)
+        return;
+    progress(percent);
+    if (const auto ended = endProgress())
+        end(slot, *ended);
 }
 
 bool isRunning(int slot)
@@ -71,12 +108,10 @@ template <int Slot> void onUpgrade(const uint8_t *data)
 {
     if (data[0] != Marker)
         return;
-    if (data[1] == Percent) {
-        if (const FlashHandlers current = handlers(Slot); current.progress)
-            current.progress(data[2]);
-    } else if (data[1] == End) {
-        end(Slot, data[2] == Success, true);
-    }
+    if (data[1] == Percent)
+        tellProgress(Slot, data[2]);
+    else if (data[1] == End)
+        end(Slot, {data[2] == Success, true});
 }
 
 // Taken in turn: a run that has failed by its silence still reports its end, maybe during the next one. The
@@ -88,7 +123,7 @@ void watchSilence(int slot, uint64_t heard)
 {
     QTimer::singleShot(int(flashrun::SilenceMs), [slot, heard] {
         if (run().heard == heard)
-            end(slot, false, true);
+            end(slot, {false, true});
         else if (isRunning(slot))
             watchSilence(slot, run().heard);
     });
@@ -100,8 +135,8 @@ void begin(int slot, const QByteArray &image, const UpdateFailRecord &record)
     const QStringList before = UpdateFailRecord::storedTexts();
     if (record.putFirst() && startFirmwareUpgrade(image, Callbacks[slot], TimeoutMs))
         return;
-    UpdateFailRecord::storeTexts(before);
-    end(slot, false, false);
+    record.putBack(before);
+    end(slot, {false, false});
 }
 
 } // namespace
@@ -112,11 +147,18 @@ void flashrun::start(const QByteArray &image, const UpdateFailRecord &record, co
     {
         const std::lock_guard lock(run().mutex);
         run().handlers = handlers;
+        run().ended.reset();
         slot = run().slot = 1 - run().slot;
     }
     runOnMainThread([slot, heard = uint64_t(++run().heard)] { watchSilence(slot, heard); });
     if (!startThread([slot, image, record] { begin(slot, image, record); }))
-        end(slot, false, false);
+        end(slot, {false, false});
+}
+
+bool flashrun::isUnderWay()
+{
+    const std::lock_guard lock(run().mutex);
+    return run().handlers.result || run().tellsResults > 0;
 }
 
 void flashrun::emptyLog()

@@ -14,7 +14,7 @@
 
 struct FlashHandlers {
     std::function<void(int percent)> progress;
-    // started: false when nothing was sent to the device; UpdateFailInfo is then as before.
+    // started: false when nothing was sent to the device; its record is then as before.
     std::function<void(bool succeeded, bool started)> result;
 };
 
@@ -28,6 +28,10 @@ inline std::atomic<int> SilenceMs{180000};
 // Returns at once. The handlers are called on any thread, one call at a time, `result` last and once;
 // from inside it another run may start.
 void start(const QByteArray &image, const UpdateFailRecord &record, const FlashHandlers &handlers);
+
+// From start() until the result has been told, or that of the run that it has started: while it is true,
+// flash may be erased or written. Any thread.
+bool isUnderWay();
 
 // Empties "/Exception/UpDateLog.txt", as after every failure.
 void emptyLog();

@@ -16,6 +16,7 @@
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
+#include "presentation/language/Languages.h"
 #include "service/AutoStart.h"
 #include "service/Match.h"
 #include "service/MouseSettings.h"
@@ -266,7 +267,7 @@ void FormSetting::SlotLabelTextB(const QString &TextA, const QString &Text)
 void FormSetting::on_comboBox_activated(int index)
 {
     const int language = languagebox::languageOf(ui->comboBox, index);
-    storeLanguage(UserStore::instance(), language);
+    storeLanguage(UserStore::instance(), language, language::names().value(language));
     LanguageIndex = language;
     emit PostMsg::instance()->SigAllLanguage(language);
     emit PostMsg::instance()->SigLanguageSameA(language);

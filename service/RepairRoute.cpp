@@ -7,6 +7,7 @@
 #include "device/FirmwareSearch.h"
 #include "hub/PostMsg.h"
 #include "service/FlashRun.h"
+#include "service/GateFiles.h"
 #include "service/ModelDevices.h"
 #include "service/UpgradeState.h"
 #include "service/WiredMarriage.h"
@@ -129,14 +130,12 @@ void flash(const Plan &plan, int target)
 GateVerdict checkRecord(const std::vector<DeviceAllInfo> &attached, const QString &text)
 {
     const UpdateFailRecord record = UpdateFailRecord::parse(text).value_or(UpdateFailRecord());
-    const auto image = [&record](int target) { return modelOf(record).findForRepair(target); };
-    const GateQuestions questions = {
-        [&image](int target, int, bool) { return !image(target).isEmpty(); },
-        [&image](int target, int) { return findBootDevices(image(target), BootLoaderLimit); }};
-    GateVerdict verdict = repairGate(attached, text, questions);
-    const auto offer = [&verdict, &image](bool isWritten, int target) {
+    GateFiles files([&record](int target, int, bool) { return modelOf(record).findForRepair(target); });
+    GateVerdict verdict = repairGate(attached, text, files.questions());
+    const auto offer = [&verdict, &files](bool isWritten, int target) {
         if (verdict.ready && isWritten)
-            verdict.offers.push_back({target, {}, firmwareVersion(image(target))});
+            verdict.offers.push_back(
+                {target, {}, firmwareVersion(files.image(target, verdict.connectionKind, true))});
     };
     offer(verdict.receiverNew, TargetReceiver);
     offer(verdict.mouseNew, TargetMouse);

@@ -11,6 +11,7 @@
 #include "presentation/NamedWidgets.h"
 #include "presentation/ScreenFont.h"
 #include "presentation/StyleSheets.h"
+#include "service/FlashRun.h"
 #include "service/UpgradeState.h"
 #include "ui_UpDateRepair.h"
 
@@ -46,6 +47,8 @@ UpDateRepair::UpDateRepair() : ui(std::make_unique<Ui::UpDateRepair>())
 UpDateRepair::~UpDateRepair() = default;
 
 UpDateRepair *UpDateRepair::instance() { return theDialog; }
+
+bool UpDateRepair::holdsProgram() { return (theDialog && theDialog->busy_) || flashrun::isUnderWay(); }
 
 void UpDateRepair::applyStyle()
 {
@@ -101,7 +104,9 @@ void UpDateRepair::readyForm(const std::vector<FirmwareOffer> &offers)
 void UpDateRepair::askingForm(const std::function<Inquiry::Answer()> &question)
 {
     resetForm();
-    ui->NewHong->setFocus();
+    focusReturns_ = focusWidget() == ui->NewHong_2;
+    if (focusReturns_)
+        ui->NewHong->setFocus();
     ui->NewHong_2->setEnabled(false);
     say(UpgradeText::UpgradeAsking);
     devicesAsked_.ask(question);
@@ -139,9 +144,14 @@ void UpDateRepair::showFailure()
     showButtons();
 }
 
-// Ends the busy form and the question.
+// Ends the busy form and the question. What is plugged in meanwhile leaves the focus where it is; the main
+// button gets it when the dialog opens, when nothing could be pressed, and when the question has taken it
+// away.
 void UpDateRepair::showButtons()
 {
+    const bool isLent = focusReturns_ && focusWidget() == ui->NewHong;
+    const bool keepsFocus = isVisible() && !busy_ && !isLent && focusWidget() && focusWidget()->isEnabled();
+    focusReturns_ = false;
     busy_ = false;
     devicesAsked_.drop();
     awake_.release();
@@ -151,7 +161,8 @@ void UpDateRepair::showButtons()
     }
     ui->CloseButton->setEnabled(true);
     ui->percent->hide();
-    ui->NewHong_2->setFocus();
+    if (!keepsFocus)
+        ui->NewHong_2->setFocus();
     writeTexts();
 }
 
@@ -175,6 +186,13 @@ void UpDateRepair::setBar(int percent)
 {
     ui->progressBar_2->setValue(percent);
     writeTexts();
+}
+
+// A result that is told stays: its bar decides how the dialog is left.
+void UpDateRepair::showPercent(int percent)
+{
+    if (!showsResult())
+        setBar(percent);
 }
 
 // The bar covers both targets, the text below it the one that is being written.
@@ -328,7 +346,7 @@ void UpDateRepair::SlotProgress(int schedue, int Discrib)
 {
     switch (Progress(Discrib)) {
     case Progress::Percent:
-        setBar(schedue);
+        showPercent(schedue);
         break;
     case Progress::Failed:
         setMainButton(MainButton::Ok);
@@ -365,7 +383,7 @@ void UpDateRepair::SlotAutoRepair(int index)
     ui->NewHong->show();
 }
 
-void UpDateRepair::SlotAutoRepairProgress(int index) { setBar(index); }
+void UpDateRepair::SlotAutoRepairProgress(int index) { showPercent(index); }
 
 // ---- Repair -------------------------------------------------------------------------------------
 

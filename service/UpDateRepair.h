@@ -28,6 +28,8 @@ public:
     ~UpDateRepair() override;
     // Null before the settings page is built and after its end.
     static UpDateRepair *instance();
+    // Firmware is being written, or is about to be: neither the program nor the session may end.
+    static bool holdsProgram();
 
     // ---- Its forms
     void resetForm(); // a start is offered, nothing is said
@@ -76,6 +78,7 @@ private:
     void say(UpgradeText text);
     void setMainButton(MainButton meaning);
     void setBar(int percent);
+    void showPercent(int percent);
     void showButtons();
     void showFailure();
     void leave();
@@ -96,5 +99,6 @@ private:
     MainButton mainButton_ = MainButton::Start;
     bool busy_ = false;
     bool forRepair_ = false;
+    bool focusReturns_ = false; // to the main button, which is disabled while devices are asked
     int language_ = 0;
 };

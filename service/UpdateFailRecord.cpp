@@ -61,6 +61,12 @@ bool UpdateFailRecord::isSameDevice(const UpdateFailRecord &other) const
            (target != TargetReceiver || connectionKind == other.connectionKind);
 }
 
+bool UpdateFailRecord::isOfSameDevice(const QString &text) const
+{
+    const auto other = parse(text);
+    return other && isSameDevice(*other);
+}
+
 bool UpdateFailRecord::putFirst() const
 {
     return changeStored([this](QStringList &texts) {
@@ -73,13 +79,21 @@ bool UpdateFailRecord::putFirst() const
     });
 }
 
+bool UpdateFailRecord::putBack(const QStringList &before) const
+{
+    return changeStored([this, &before](QStringList &texts) {
+        const auto isOwn = [this](const QString &text) { return isOfSameDevice(text); };
+        texts.erase(std::remove_if(texts.begin(), texts.end(), isOwn), texts.end());
+        const auto own = std::find_if(before.cbegin(), before.cend(), isOwn);
+        if (own != before.cend())
+            texts.insert(qMin(int(own - before.cbegin()), texts.size()), *own);
+    });
+}
+
 bool UpdateFailRecord::takeAway() const
 {
     return changeStored([this](QStringList &texts) {
-        const auto goes = [this](const QString &text) {
-            const auto other = parse(text);
-            return other && isSameDevice(*other);
-        };
+        const auto goes = [this](const QString &text) { return isOfSameDevice(text); };
         texts.erase(std::remove_if(texts.begin(), texts.end(), goes), texts.end());
     });
 }

@@ -26,6 +26,9 @@ struct UpdateFailRecord {
 
     // Each returns when the file holds the change; false when it could not be written.
     bool putFirst() const; // before the first erase
+    // After a putFirst() for nothing: its device has the record again that it had `before`, if any. What has
+    // changed since for other devices stays.
+    bool putBack(const QStringList &before) const;
     bool takeAway() const; // after the verified success
     static bool takeAway(const QString &text);
 
@@ -34,4 +37,7 @@ struct UpdateFailRecord {
     static bool store(const QString &text); // instead of all of them
     static bool storeTexts(const QStringList &texts);
     static void remove(); // all of them
+
+private:
+    bool isOfSameDevice(const QString &text) const;
 };

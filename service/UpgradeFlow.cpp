@@ -11,13 +11,16 @@
 #include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "environment/DataRoot.h"
+#include "environment/MainThread.h"
 #include "hub/PostMsg.h"
 #include "service/FlashRun.h"
+#include "service/GateFiles.h"
 #include "service/ModelDevices.h"
 #include "service/UpgradeState.h"
 #include "service/WiredMarriage.h"
 
 #include <QDir>
+#include <QPointer>
 #include <QWidget>
 #include <algorithm>
 
@@ -208,21 +211,20 @@ std::function<GateVerdict()> UpgradeFlow::gate(const QString &record) const
                         mouse = page_.shownVersion(TargetMouse)](int target) {
         return target == TargetMouse ? mouse : receiver;
     };
-    const auto image = [failed, firmware = model(), shown](int target, int kHz, bool anyVersion) {
+    const auto search = [failed, firmware = model(), shown](int target, int kHz, bool anyVersion) {
         const ModelFirmware wanted{anyVersion ? failed.cid : firmware.cid,
                                    anyVersion ? failed.mid : firmware.mid, kHz};
         return wanted.find(target, anyVersion ? QString() : shown(target));
     };
-    const GateQuestions questions = {
-        [image](int target, int kHz, bool anyVersion) { return !image(target, kHz, anyVersion).isEmpty(); },
-        [image](int target, int kHz) { return findBootDevices(image(target, kHz, true), BootLoaderLimit); }};
-    return [devices = deviceList(), record, questions, image, shown] {
-        GateVerdict verdict = upgradeGate(devices, record, questions);
+    return [devices = deviceList(), record, search, shown] {
+        GateFiles files(search);
+        GateVerdict verdict = upgradeGate(devices, record, files.questions());
         const auto offer = [&](int target, bool isNew) {
             const bool waits = target == verdict.failedTarget; // in its boot loader
             if (verdict.ready && isNew)
-                verdict.offers.push_back({target, waits ? QString() : shown(target),
-                                          firmwareVersion(image(target, verdict.connectionKind, waits))});
+                verdict.offers.push_back(
+                    {target, waits ? QString() : shown(target),
+                     firmwareVersion(files.image(target, verdict.connectionKind, waits))});
         };
         offer(TargetReceiver, verdict.receiverNew);
         offer(TargetMouse, verdict.mouseNew);
@@ -288,7 +290,6 @@ void UpgradeFlow::on_Start()
     ReceiverStatus = UpgradeStatus::None;
     MouseStatus = UpgradeStatus::None;
     following_ = false;
-    flashed_ = false;
     images_ = takeImages();
     // Half of what was offered would be called a success.
     if ((offered_.receiverNew && images_->receiver.isEmpty()) ||
@@ -331,7 +332,9 @@ void UpgradeFlow::startTarget(int target)
         return;
     if (!images_)
         images_ = takeImages();
-    asked_.drop(); // the run before may still look for what it has restarted
+    if (!dialog_.isBusy())
+        dialog_.busyForm();
+    asked_.drop(); // the run before may still look for what it has restarted; this one's end does it
     UpdateBusy = true;
     NotUpgrading = false;
     step_ = Step::Search;
@@ -353,6 +356,8 @@ void UpgradeFlow::on_Receive_clicked()
 // A mouse in its boot loader is not listed; the check has found it there.
 void UpgradeFlow::on_Mouse_clicked()
 {
+    if (receiverActive_ || mouseActive_)
+        return;
     const std::vector<DeviceAllInfo> devices = deviceList();
     const bool isThere = SelectedDevice::info().Usb && !devices.empty() && devices.front().Usb &&
                          devices.front().Mid == model().mid;
@@ -449,12 +454,26 @@ void UpgradeFlow::flash(int target, const QByteArray &image)
     flashed_ = true;
     flashrun::start(image, record,
                     {[target](int percent) { onProgress(target, percent); },
-                     [target, record, version = firmwareVersion(image)](bool succeeded, bool started) {
+                     [target, record, version = firmwareVersion(image),
+                      flow = QPointer<UpgradeFlow>(this)](bool succeeded, bool started) {
                          if (succeeded)
                              onSuccess(target, record, version);
                          else
                              onFailure(target, record, started);
+                         runOnMainThread([flow] {
+                             if (flow)
+                                 flow->endToldRun();
+                         });
                      }});
+}
+
+// A run whose end the dialog has told is over: the user may open it again before the next tick.
+void UpgradeFlow::endToldRun()
+{
+    const int target = receiverActive_ ? TargetReceiver : TargetMouse;
+    while (UpdateBusy && !dialog_.isBusy() && step_ >= Step::Started &&
+           statusOf(target) != UpgradeStatus::Running)
+        UpgradeStep(target);
 }
 
 // ---- Ends ---------------------------------------------------------------------------------------
@@ -481,6 +500,7 @@ void UpgradeFlow::endWithCount(int target, int found)
     } else {
         page_.showMark(target, true);
     }
+    endToldRun();
 }
 
 void UpgradeFlow::showNothingWaits(int target)
@@ -573,4 +593,5 @@ void UpgradeFlow::givePagesBack()
         NotUpgrading = true;
     if ((flashed_ || deviceList().empty()) && OnDevicePage == 1)
         StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
+    flashed_ = false;
 }

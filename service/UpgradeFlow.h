@@ -62,6 +62,7 @@ private:
     void count(int target);
     void takeCount(int target, int found, bool alreadyRuns);
     void flash(int target, const QByteArray &image);
+    void endToldRun();
     void finish(int target);
     void endRun();
     void findRestarted();
@@ -82,7 +83,7 @@ private:
     bool mouseActive_ = false;
     bool following_ = false;       // the other target was upgraded before
     bool noNewVersion_ = false;    // the last check has found nothing newer
-    bool flashed_ = false;         // in this run
+    bool flashed_ = false;         // what has restarted is not selected again yet
     int failedTarget_ = 0;         // the target that an earlier upgrade has left in its boot loader
     GateVerdict offered_;          // what the last check has announced
     Inquiry asked_;                // what the run asks devices

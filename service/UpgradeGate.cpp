@@ -113,7 +113,7 @@ UpgradeText besideMismatch(const Devices &devices, const UpdateFailRecord &recor
     const bool receiverFailed = record.target == TargetReceiver;
     const DeviceAllInfo *beside = first(devices, receiverFailed ? isWired : isReceiver);
     if (beside && isBeside(*beside, record))
-        return UpgradeText::None;
+        return beside->Cid == record.cid ? UpgradeText::None : UpgradeText::Error;
     return receiverFailed ? UpgradeText::MultiMouse : UpgradeText::MultiDongle;
 }
 
@@ -121,7 +121,8 @@ UpgradeText besideMismatch(const Devices &devices, const UpdateFailRecord &recor
 int stillThemselves(const Devices &devices, const UpdateFailRecord &record)
 {
     return int(std::count_if(devices.cbegin(), devices.cend(), [&record](const DeviceAllInfo &device) {
-        const bool fits = device.Mid == record.mid || (device.Mid == 0 && !device.Usb);
+        const bool isModel = device.Cid == record.cid && device.Mid == record.mid;
+        const bool fits = isModel || (device.Mid == 0 && !device.Usb);
         return record.target == TargetMouse
                    ? device.Usb && fits
                    : !device.Usb && fits && connectionKind(device.DeviceKind) == record.connectionKind;

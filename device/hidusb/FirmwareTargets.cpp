@@ -29,15 +29,17 @@ enum class Fit : uint8_t {
 
 // The answers, which may still come when nobody waits for them any more.
 struct Survey {
-    explicit Survey(const Firmware &wanted, std::size_t count)
-        : firmware(wanted), unanswered(count), fits(count, Fit::Unknown)
+    Survey(const Firmware &wanted, const SearchTimes &limits, std::size_t count)
+        : firmware(wanted), times(limits), unanswered(count), fits(count, Fit::Unknown)
     {
     }
 
     const Firmware firmware;
+    const SearchTimes times;
+    const Clock::time_point latest = Clock::now() + times.whole;
     std::mutex mutex;
     std::condition_variable changed;
-    Clock::time_point end = Clock::now() + SearchLimit;
+    Clock::time_point end = std::min(latest, Clock::now() + times.silent);
     std::size_t unanswered;
     std::vector<Fit> fits;
 };
@@ -57,13 +59,13 @@ Fit fitOf(const Firmware &firmware, const InterfaceInfo &info)
     return firmware.fitsDevice(identity) ? Fit::Device : Fit::Perhaps;
 }
 
-// Nodes are opened one at a time, so each opening gives those behind it the whole limit again.
+// Nodes are opened one at a time, so each opening gives those behind it the time of a silent one again.
 Fit openAndAsk(Survey &survey, const InterfaceInfo &info)
 {
     const std::shared_ptr<Channel> opened = acquireChannel(info.path); // held, since its questions use it
     {
         const std::lock_guard lock(survey.mutex);
-        survey.end = Clock::now() + SearchLimit;
+        survey.end = std::min(survey.latest, Clock::now() + survey.times.silent);
     }
     return opened ? fitOf(survey.firmware, info) : Fit::None;
 }
@@ -82,9 +84,10 @@ void ask(const std::shared_ptr<Survey> &survey, std::size_t index, const Interfa
     survey->changed.notify_all();
 }
 
-std::vector<Fit> askAll(const Firmware &firmware, const std::vector<InterfaceInfo> &infos)
+std::vector<Fit> askAll(const Firmware &firmware, const SearchTimes &times,
+                        const std::vector<InterfaceInfo> &infos)
 {
-    const auto survey = std::make_shared<Survey>(firmware, infos.size());
+    const auto survey = std::make_shared<Survey>(firmware, times, infos.size());
     for (std::size_t i = 0; i < infos.size(); ++i) {
         if (!startThread([survey, i, info = infos[i]] { ask(survey, i, info); }))
             ask(survey, i, infos[i]);
@@ -107,17 +110,17 @@ std::vector<InterfaceInfo> interfacesWith(std::initializer_list<uint16_t> usageP
 
 } // namespace
 
-int countBootLoaders(const Firmware &firmware)
+int countBootLoaders(const Firmware &firmware, const SearchTimes &times)
 {
-    const std::vector<Fit> fits = askAll(firmware, interfacesWith({wire::BootUsagePage}));
+    const std::vector<Fit> fits = askAll(firmware, times, interfacesWith({wire::BootUsagePage}));
     return static_cast<int>(std::count(fits.begin(), fits.end(), Fit::BootLoader));
 }
 
 // A device in its boot loader has precedence: without this file it may not work.
-std::optional<FirmwareTarget> findTarget(const Firmware &firmware)
+std::optional<FirmwareTarget> findTarget(const Firmware &firmware, const SearchTimes &times)
 {
     const auto infos = interfacesWith({wire::BootUsagePage, wire::SettingsUsagePage});
-    const std::vector<Fit> fits = askAll(firmware, infos);
+    const std::vector<Fit> fits = askAll(firmware, times, infos);
     const auto best = std::max_element(fits.begin(), fits.end());
     if (best == fits.end() || *best == Fit::None || *best == Fit::Unknown ||
         std::count(fits.begin(), fits.end(), *best) != 1)

@@ -141,18 +141,16 @@ bool move(Editing &list, int steps)
     return list.selected != before;
 }
 
-int stepsTo(const Editing &list, int row)
+int stepsTo(const Editing &list, int place)
 {
     if (placeOf(list) == Place::NoSelection)
         return 0;
-    const bool isDelay = list.rows[list.selected].isDelay();
-    const int step = row < list.selected ? -1 : 1;
-    int steps = 0;
-    for (int passed = list.selected; passed != row;) {
-        passed += step;
-        steps += list.rows[passed].isDelay() == isDelay ? step : 0;
-    }
-    return steps;
+    const auto isPassed = [&](const MacroRow &row) {
+        return row.isDelay() == list.rows[list.selected].isDelay();
+    };
+    const auto rows = list.rows.constBegin();
+    return place <= list.selected ? -int(std::count_if(rows + place, rows + list.selected, isPassed))
+                                  : int(std::count_if(rows + list.selected + 1, rows + place, isPassed));
 }
 
 Summary summaryOf(const MacroRows &rows)

@@ -36,8 +36,9 @@ bool remove(Editing &list);
 // any. The delays keep their places, so that events and delays still alternate. A delay moves among the
 // delays.
 bool move(Editing &list, int steps);
-// The steps that bring the selected row to where `row` is, 0 when there is none of its sort up to that.
-int stepsTo(const Editing &list, int row);
+// The steps that bring the selected row to the place in front of row `place`, whose count is behind the last
+// one. 0 when no row of its sort is on the way.
+int stepsTo(const Editing &list, int place);
 
 // What the heading of the list shows.
 struct Summary {

@@ -120,7 +120,18 @@ private:
         bus->order(cut.order);
         program.run([this, &cut] { bus->plugAgain(cut.id); });
     }
+    // A bus of its own for what comes behind an error, which would be wrong too.
     QString errorOf(int seed)
+    {
+        const QString error = cutAndRepair(seed);
+        if (!error.isEmpty()) {
+            qWarning("%s", qPrintable(error));
+            bus.reset();
+            bus = std::make_unique<UpgradeBus>();
+        }
+        return error;
+    }
+    QString cutAndRepair(int seed)
     {
         QRandomGenerator random{quint32(seed)};
         const Cut cut = anyCut(random, int(std::size(Kinds)));
@@ -152,8 +163,11 @@ private slots:
         QVERIFY(packets[0] > 0 && packets[1] > 0);
         const int first = wanted("PROGRAM_SEED", 1);
         const int cuts = wanted("PROGRAM_CUTS", FewCuts);
+        QStringList errors;
         for (int seed = first; seed < first + cuts; ++seed)
-            QCOMPARE(errorOf(seed), QString());
+            errors << errorOf(seed);
+        errors.removeAll(QString());
+        QCOMPARE(errors.join(QLatin1Char('\n')), QString());
         // Nearly all; a few packets may have been counted that are not sent every time.
         QVERIFY(std::accumulate(std::begin(struck), std::end(struck), 0) * 4 > cuts);
         qInfo("%d packets to the receiver, %d to the mouse; cuts by unplug %d, power %d, silence %d, flipped "

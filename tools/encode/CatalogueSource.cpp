@@ -4,6 +4,8 @@
 
 #include "tools/encode/KeyForms.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstdint>
 #include <map>
 
@@ -56,12 +58,20 @@ struct Value {
 class ModelCheck
 {
 public:
-    explicit ModelCheck(const std::map<std::string, Value> &values) : values_(values) {}
+    ModelCheck(const std::map<std::string, Value> &values, const SensorHeader &header)
+        : values_(values), header_(header)
+    {
+    }
 
     bool hasAllColors() const
     {
         return values_.at("DPIColor").items.size() >= 3 * std::size_t(number("DPIMaxGrade", 0));
     }
+    bool hasRangesOfItsSensor() const
+    {
+        return countsEachDpi(sensor(), values_.at("DPIRange").items, header_);
+    }
+    const std::string &sensor() const { return values_.at("Sensor").items.front(); }
     bool hasDpisInRange() const
     {
         const std::size_t count = values_.at("DPIGrade").items.size();
@@ -89,12 +99,19 @@ private:
     }
 
     const std::map<std::string, Value> &values_;
+    const SensorHeader &header_;
 };
+
+std::string inLowerCase(std::string id)
+{
+    std::transform(id.begin(), id.end(), id.begin(), [](unsigned char c) { return char(std::tolower(c)); });
+    return id;
+}
 
 class Encoder
 {
 public:
-    explicit Encoder(const Items &sensors) : sensors_(sensors) {}
+    explicit Encoder(const SensorHeader &header) : header_(header) {}
 
     // Both are false when they have failed; error() tells why.
     bool take(const std::string &line)
@@ -166,12 +183,26 @@ private:
         if (text.find_first_of("\"\\;@") != std::string::npos)
             return fail(line_, "the value of " + name + " holds one of \" \\ ; @");
         const Items items = splitItems(text);
-        if (!fitsForm(key, items, sensors_))
+        if (!fitsForm(key, items, header_.sensors))
             return fail(line_, name + " is \"" + text + "\", but takes " + describeForm(key));
         const auto [at, isNew] = values_.emplace(name, Value{items, line_});
         if (!isNew)
             return fail(line_, name + " stands in line " + std::to_string(at->second.line) + " already");
         result.text += name + "=" + joined(items, key.isEncoded) + "\n";
+        return key.form != KeyForm::Ids || keepIds(name, items);
+    }
+    // What a device is follows from its product id, so that each belongs to one key.
+    bool keepIds(const std::string &name, const Items &items)
+    {
+        const bool areVendors = name == "VID";
+        for (const std::string &item : items) {
+            const std::string id = inLowerCase(item);
+            const auto [at, isNew] = ids_.emplace((areVendors ? "vendor " : "product ") + id, line_);
+            if (!isNew)
+                return fail(line_, name + " has " + item + ", which stands in line " +
+                                       std::to_string(at->second) + " already");
+            (areVendors ? result.vendors : result.products).push_back(id);
+        }
         return true;
     }
 
@@ -193,9 +224,13 @@ private:
         if (!isNew)
             return fail(mid.line,
                         "MID " + at->first + " stands in line " + std::to_string(at->second) + " already");
-        if (!ModelCheck(values_).hasAllColors())
+        const ModelCheck check(values_, header_);
+        if (!check.hasAllColors())
             return misfit("DPIColor");
-        if (!ModelCheck(values_).hasDpisInRange())
+        if (!check.hasRangesOfItsSensor())
+            return fail(values_.at("DPIRange").line,
+                        "DPIRange holds a DPI that the sensor " + check.sensor() + " cannot count");
+        if (!check.hasDpisInRange())
             return misfit("DPIGrade");
         return true;
     }
@@ -206,21 +241,22 @@ private:
                     std::string(name) + " does not hold " + describeForm(*catalogueKey(name)));
     }
 
-    const Items &sensors_;
+    const SensorHeader &header_;
     int line_ = 0;
     std::string section_; // heading
     int sectionLine_ = 0;
     CatalogueSection kind_ = CatalogueSection::Option;
     std::map<std::string, Value> values_; // of this section
     std::map<std::string, int> mids_;     // of all models so far, with their lines
+    std::map<std::string, int> ids_;      // vendors and products so far, with their lines
     Value total_;
 };
 
 } // namespace
 
-EncodedCatalogue encodeCatalogue(std::istream &source, const std::vector<std::string> &sensors)
+EncodedCatalogue encodeCatalogue(std::istream &source, const SensorHeader &header)
 {
-    Encoder encoder(sensors);
+    Encoder encoder(header);
     for (std::string line; std::getline(source, line);) {
         if (!encoder.take(trimmed(line)))
             return encoder.result;

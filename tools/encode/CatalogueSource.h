@@ -13,15 +13,18 @@
 // and "@" are syntax of the encoded file and are refused.
 #pragma once
 
+#include "tools/encode/SensorHeader.h"
+
 #include <istream>
 #include <string>
 #include <vector>
 
 struct EncodedCatalogue {
-    std::string text;  // the content of Config.ini
-    std::string error; // of the source; empty without one
-    int errorLine = 0; // counted from 1
+    std::string text;                  // the content of Config.ini
+    std::vector<std::string> vendors;  // all USB ids in small letters, in the order of the source
+    std::vector<std::string> products; // also of devices that wait for firmware
+    std::string error;                 // of the source; empty without one
+    int errorLine = 0;                 // counted from 1
 };
 
-// `sensors`: the names that driver_sensor.h knows.
-EncodedCatalogue encodeCatalogue(std::istream &source, const std::vector<std::string> &sensors);
+EncodedCatalogue encodeCatalogue(std::istream &source, const SensorHeader &header);

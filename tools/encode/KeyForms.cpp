@@ -13,7 +13,6 @@ namespace
 
 using Items = std::vector<std::string>;
 
-constexpr char SensorLine[] = "#define SENSORS\t";
 constexpr std::size_t NameLimit = 63; // of a firmware file's head
 constexpr std::array<std::string_view, 4> FlagValues = {"0x00", "0x11", "0x22", "0x33"};
 constexpr std::string_view HexDigits = "0123456789abcdefABCDEF";
@@ -52,6 +51,12 @@ bool areNumbers(const Items &items, int min, int max)
                        [=](const std::string &item) { return isNumber(item, min, max); });
 }
 
+bool hasDoubles(Items items)
+{
+    std::sort(items.begin(), items.end());
+    return std::adjacent_find(items.begin(), items.end()) != items.end();
+}
+
 bool isHex16(const std::string &text)
 {
     return text.size() == 6 && text.compare(0, 2, "0x") == 0 && consistsOf(text.substr(2), HexDigits);
@@ -84,10 +89,12 @@ bool isKey(std::string_view name)
     });
 }
 
+// The program takes a name as it stands, with the blanks around it.
 bool areKeys(const std::string &combination)
 {
     const Items names = split(combination, '+');
-    return names.size() <= KeysOfCombination && std::all_of(names.begin(), names.end(), isKey);
+    return combination.find_first_of(" \t") == std::string::npos && names.size() <= KeysOfCombination &&
+           !hasDoubles(names) && std::all_of(names.begin(), names.end(), isKey);
 }
 
 bool isMediaUsage(const std::string &text)
@@ -99,9 +106,18 @@ bool isMediaUsage(const std::string &text)
 
 bool isDefaultAction(const Items &items)
 {
-    if (items[0] != "0x05")
+    const std::size_t unused = items.size() == 4 ? 2 : 1; // items behind the kind
+    if (items[0] != "0x05" || items.size() <= unused ||
+        std::any_of(items.begin() + 1, items.begin() + 1 + std::ptrdiff_t(unused),
+                    [](const std::string &item) { return item != "0"; }))
         return false;
     return (items.size() == 3 && isMediaUsage(items[2])) || (items.size() == 4 && areKeys(items[3]));
+}
+
+// One that does not lead out of the folder of the firmware, or hide there.
+bool isBaseName(const std::string &name)
+{
+    return name.size() <= NameLimit && consistsOf(name, NameLetters) && name.front() != '.';
 }
 
 bool isSensor(const std::string &name, const Items &sensors)
@@ -136,9 +152,9 @@ std::string describeForm(const CatalogueKey &key)
     case KeyForm::Numbers:
         return items + " numbers" + fromTo(key);
     case KeyForm::Ids:
-        return "USB ids, each 0x and four hexadecimal digits";
+        return "USB ids, each 0x and four hexadecimal digits, not all 0";
     case KeyForm::Name:
-        return "up to " + std::to_string(NameLimit) + " letters, digits, _, - and .";
+        return "up to " + std::to_string(NameLimit) + " letters, digits, _, - and ., not at the front";
     case KeyForm::Sensor:
         return "a name from the line SENSORS of driver_sensor.h";
     case KeyForm::StageDpis:
@@ -167,9 +183,10 @@ bool fitsForm(const CatalogueKey &key, const Items &items, const Items &sensors)
     case KeyForm::StageDpis:
         return items.size() == std::size_t(key.items) && areNumbers(items, key.min, key.max);
     case KeyForm::Ids:
-        return std::all_of(items.begin(), items.end(), isHex16);
+        return std::all_of(items.begin(), items.end(),
+                           [](const std::string &item) { return isHex16(item) && item != "0x0000"; });
     case KeyForm::Name:
-        return items.size() == 1 && items[0].size() <= NameLimit && consistsOf(items[0], NameLetters);
+        return items.size() == 1 && isBaseName(items[0]);
     case KeyForm::Sensor:
         return items.size() == 1 && isSensor(items[0], sensors);
     case KeyForm::StageColors:
@@ -183,14 +200,4 @@ bool fitsForm(const CatalogueKey &key, const Items &items, const Items &sensors)
         return items.size() == 2 && isNumber(items[0], -1, 1) && isNumber(items[1], -1, 3);
     }
     return false;
-}
-
-std::vector<std::string> sensorsOf(std::istream &header)
-{
-    const std::string start = SensorLine;
-    for (std::string line; std::getline(header, line);) {
-        if (line.compare(0, start.size(), start) == 0)
-            return splitItems(line.substr(start.size()));
-    }
-    return {};
 }

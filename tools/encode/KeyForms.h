@@ -6,7 +6,6 @@
 
 #include "catalogue/CatalogueKeys.h"
 
-#include <istream>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +20,3 @@ std::string describeForm(const CatalogueKey &key);
 // `sensors`: the names that the catalogue may use.
 bool fitsForm(const CatalogueKey &key, const std::vector<std::string> &items,
               const std::vector<std::string> &sensors);
-
-// The names in the line "SENSORS" of driver_sensor.h.
-std::vector<std::string> sensorsOf(std::istream &header);

@@ -5,14 +5,9 @@
 // nodes belong to root alone.
 #pragma once
 
-#include <istream>
+#include "tools/encode/CatalogueSource.h"
+
 #include <string>
 
-struct UdevRules {
-    std::string text;
-    std::string error; // what the source lacks; empty for nothing
-};
-
-// `source` is the readable catalogue. Its general values name the ids: VID, the keys that end in "_PID" and,
-// for devices that wait for firmware, Boot_PID. `group`: may use the devices too; empty for none.
-UdevRules udevRules(std::istream &source, const std::string &group = {});
+// `group`: may use the devices too; empty for none.
+std::string udevRules(const EncodedCatalogue &catalogue, const std::string &group = {});

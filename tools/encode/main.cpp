@@ -2,11 +2,9 @@
 // SPDX-License-Identifier: MIT
 //
 // encode-catalogue [--udev[=GROUP]] SOURCE TARGET: writes the encoded catalogue, or the udev rules for its
-// devices. SOURCE is checked for both; its sensors stand in driver_sensor.h beside it. An error is reported
-// with file and line.
+// devices. SOURCE is checked for both; what its sensors count stands in driver_sensor.h beside it. An error
+// is reported with file and line.
 
-#include "tools/encode/CatalogueSource.h"
-#include "tools/encode/KeyForms.h"
 #include "tools/encode/UdevRules.h"
 
 #include <cstdio>
@@ -19,21 +17,15 @@ static std::string besideIt(const std::string &path, const char *name)
     return path.substr(0, path.rfind('/') + 1) + name;
 }
 
-static EncodedCatalogue convert(std::istream &source, const std::vector<std::string> &sensors,
-                                const char *udev)
-{
-    EncodedCatalogue result = encodeCatalogue(source, sensors);
-    if (udev == nullptr || !result.error.empty())
-        return result;
-    source.clear();
-    source.seekg(0);
-    UdevRules rules = udevRules(source, *udev == '=' ? udev + 1 : udev);
-    return {std::move(rules.text), std::move(rules.error), 1};
-}
-
 static int fail(const std::string &path, const char *reason)
 {
     std::cerr << path << ": " << reason << '\n';
+    return 1;
+}
+
+static int fail(const std::string &path, int line, const std::string &reason)
+{
+    std::cerr << path << ':' << line << ": " << reason << '\n';
     return 1;
 }
 
@@ -53,16 +45,16 @@ int main(int argc, char **argv)
         return fail(from, "cannot be read");
     const std::string sensorPath = besideIt(from, "driver_sensor.h");
     std::ifstream sensorHeader(sensorPath);
-    const std::vector<std::string> sensors = sensorsOf(sensorHeader);
-    if (sensors.empty())
-        return fail(sensorPath, "cannot be read, or has no line \"#define SENSORS\" with names behind a tab");
-    const EncodedCatalogue result = convert(source, sensors, udev);
-    if (!result.error.empty()) {
-        std::cerr << from << ':' << result.errorLine << ": " << result.error << '\n';
-        return 1;
-    }
+    const SensorHeader header = readSensorHeader(sensorHeader);
+    if (!sensorHeader.is_open())
+        return fail(sensorPath, "cannot be read");
+    if (!header.error.empty())
+        return fail(sensorPath, header.errorLine, header.error);
+    const EncodedCatalogue result = encodeCatalogue(source, header);
+    if (!result.error.empty())
+        return fail(from, result.errorLine, result.error);
     std::ofstream target(to, std::ios::binary);
-    target << result.text;
+    target << (udev == nullptr ? result.text : udevRules(result, *udev == '=' ? udev + 1 : udev));
     target.close();
     if (!target) {
         std::remove(to);

@@ -397,6 +397,37 @@ private slots:
         QCOMPARE(registry.value(registry::OldLanguageGroup, registry::LanguageIndex), QString("3"));
     }
 
+    void followsTheNameOfTheLanguage_data()
+    {
+        QTest::addColumn<int>("stored");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<int>("index");
+        const QStringList fixed = {"English", "", "Deutsch", "", "", ""};
+        QTest::newRow("no name") << 6 << "" << fixed + QStringList{"a", "b"} << 6;
+        QTest::newRow("in its place") << 6 << "a" << fixed + QStringList{"a", "b"} << 6;
+        QTest::newRow("one before it") << 6 << "b" << fixed + QStringList{"a", "b"} << 7;
+        QTest::newRow("one less") << 7 << "b" << fixed + QStringList{"b"} << 6;
+        QTest::newRow("of two of a name its own") << 7 << "b" << fixed + QStringList{"b", "b"} << 7;
+        QTest::newRow("gone") << 7 << "b" << fixed + QStringList{"a", "c"} << 0;
+        QTest::newRow("there again") << 0 << "b" << fixed + QStringList{"a", "b"} << 7;
+        QTest::newRow("a fixed file renamed itself") << 2 << "German" << fixed << 2;
+    }
+    void followsTheNameOfTheLanguage()
+    {
+        QFETCH(int, stored);
+        QFETCH(QString, name);
+        QFETCH(QStringList, names);
+        QFETCH(int, index);
+        UserStore store(path());
+        storeLanguage(store, stored, name);
+        QCOMPARE(followLanguage(store, names), index);
+        QCOMPARE(storedLanguage(store), index);
+        QCOMPARE(store.ReadText("Language", "Name"), name); // also of one that is gone
+        storeLanguage(store, 1);
+        QCOMPARE(followLanguage(store, names), 1);
+    }
+
     void startsWithLanguageZero()
     {
         UserStore store(path());

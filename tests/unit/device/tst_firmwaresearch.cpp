@@ -191,6 +191,29 @@ private slots:
         QCOMPARE(image(0), image(4));
     }
 
+    // A folder full of damaged files costs no more than some reads.
+    void ofDamagedFilesTheLastOnesAreRead_data()
+    {
+        QTest::addColumn<int>("damaged");
+        QTest::addColumn<bool>("isFound");
+        QTest::newRow("one") << 1 << true;
+        QTest::newRow("seven") << 7 << true;
+        QTest::newRow("eight") << 8 << false;
+    }
+    void ofDamagedFilesTheLastOnesAreRead()
+    {
+        QFETCH(int, damaged);
+        QFETCH(bool, isFound);
+        put(QStringLiteral("a.bin"), 0x0200);
+        QByteArray bytes = firmware::image(firmware::File{TargetMouse, 0x0300}.bytes());
+        bytes[bytes.size() - 1] = char(bytes[bytes.size() - 1] ^ 1);
+        for (int i = 0; i < damaged; ++i)
+            write(QStringLiteral("b%1.bin").arg(i), bytes);
+        QCOMPARE(
+            findFirmware(TargetMouse, QStringLiteral("v1.05"), QStringLiteral("M6_Mouse"), 18, 6).isEmpty(),
+            !isFound);
+    }
+
     void theLastOfTwoIsTaken()
     {
         put(QStringLiteral("a.bin"), 0x0107);

@@ -232,3 +232,25 @@ TEST_F(UpgradeBus, ManyDevicesThatNobodyHasOpenDoNotKeepAnUpgradeFromItsStart)
     // On a busy machine the search may find a device silent.
     EXPECT_TRUE(target || eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
 }
+
+// However late its devices open, a search ends.
+TEST_F(UpgradeBus, ASearchEndsWhateverOpens)
+{
+    const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
+    const auto firmware = hidusb::readFirmware(file.data());
+    ASSERT_TRUE(firmware);
+    nameVendor("1209");
+    std::promise<void> letOpen;
+    std::atomic<bool> opened{false};
+    ownBus().onOpen = [&, open = letOpen.get_future().share()](const std::string &) {
+        open.wait();
+        opened = true;
+    };
+    const hidusb::SearchTimes times{std::chrono::hours(1), milliseconds(100)};
+    auto search = std::async(std::launch::async, [&] { return hidusb::findTarget(*firmware, times); });
+    EXPECT_TRUE(eventually([&] { return search.wait_for(milliseconds(0)) == std::future_status::ready; }));
+    EXPECT_FALSE(opened);
+    letOpen.set_value();
+    EXPECT_TRUE(eventually([&] { return opened.load(); }));
+    EXPECT_FALSE(search.get()) << "of a device that was not asked";
+}

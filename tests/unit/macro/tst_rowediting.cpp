@@ -199,13 +199,12 @@ private slots:
         check({{"+A 1 -A 2 +B", 0, "-A 1 +B 2 +A", 4}}, [](Editing &list) { return move(list, 9); });
     }
 
-    // Onto a row of the other sort it goes to the last of its own that it passes.
-    void theWayToARow()
+    void theWayToAPlaceBetweenTheRows()
     {
-        const int steps[] = {-1, 0, 0, 0, 1, 1, 2};
+        const int steps[] = {-1, 0, 0, 0, 0, 1, 1, 2}; // in front of each row, and behind the last
         const Editing list{rowsOf("+A 1 -A 2 +B 3 -B"), 2};
-        for (int row = 0; row < 7; ++row)
-            QVERIFY2(stepsTo(list, row) == steps[row], QByteArray::number(row));
+        for (int place = 0; place <= 7; ++place)
+            QVERIFY2(stepsTo(list, place) == steps[place], QByteArray::number(place));
         QCOMPARE(stepsTo({list.rows, NoRow}, 3), 0);
         QCOMPARE(stepsTo({list.rows, 5}, 0), -2);
     }

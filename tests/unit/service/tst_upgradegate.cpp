@@ -3,7 +3,7 @@
 //
 // What the two gates say to each set of devices, records, files and boot loaders.
 #include "device/FirmwareSearch.h"
-#include "service/UpgradeGate.h"
+#include "service/GateFiles.h"
 #include "tests/support/ProductFolder.h"
 #include "tests/support/TestMain.h"
 
@@ -165,6 +165,8 @@ private slots:
         row("receiver failed, two receivers", "rs", ReceiverFailed, Both, 0, 1, Text::MultiDongle);
         row("receiver failed, another mouse and a receiver", "nr", ReceiverFailed, Both, 0, 0,
             Text::MultiMouse);
+        row("receiver failed, another customer's mouse and a receiver", "fr", ReceiverFailed, Both, 0, 0,
+            Text::Error);
         row("receiver failed, two boot loaders", "m", ReceiverFailed, Both, 0, 2, Text::SameDevice);
         row("receiver failed, no boot loader", "m", ReceiverFailed, Both, 0, 0, Text::NotDevice);
         row("receiver failed, no file", "m", ReceiverFailed, "mouse", 0, 1, Text::ErrorFile);
@@ -178,6 +180,8 @@ private slots:
         row("mouse failed, it runs its old image", "mr", MouseFailed, Both, 0, 0, Text::ReadyUpdate, 2);
         row("mouse failed, it runs its old image alone", "m", MouseFailed, Both, 0, 0, Text::NoRecieve);
         row("mouse failed, another one on its cable", "mr", MouseFailed, Both, 1, 0, Text::SameDevice);
+        row("mouse failed, only another customer's on its cable", "fr", MouseFailed, Both, 0, 0,
+            Text::NotDevice);
         row("mouse failed, another model's receiver", "ms", MouseFailed, Both, 1, 0, Text::MultiDongle);
         row("mouse failed, no boot loader", "r", MouseFailed, Both, 0, 0, Text::NotDevice);
         row("mouse failed, two boot loaders", "r", MouseFailed, Both, 2, 0, Text::SameDevice);
@@ -214,6 +218,35 @@ private slots:
         QVERIFY(upgrade.receiverNew && !upgrade.mouseNew);
     }
 
+    // The settings page's gate looks into the folder on the main thread.
+    void theFolderIsSearchedOnceForEachFile_data()
+    {
+        QTest::addColumn<QString>("devices");
+        QTest::addColumn<QString>("record");
+        QTest::newRow("of an upgrade") << "mr" << QString();
+        QTest::newRow("behind a failure") << "r" << MouseFailed;
+    }
+    void theFolderIsSearchedOnceForEachFile()
+    {
+        QFETCH(QString, devices);
+        QFETCH(QString, record);
+        QStringList searches;
+        GateFiles files([&searches](int target, int kHz, bool anyVersion) {
+            searches << QStringLiteral("%1 %2 %3").arg(target).arg(kHz).arg(anyVersion);
+            return QByteArray("file");
+        });
+        GateQuestions questions = files.questions();
+        questions.bootLoaders = [&files](int target, int kHz) {
+            return int(!files.image(target, kHz, true).isEmpty());
+        };
+        const GateVerdict verdict = upgradeGate(devicesOf(devices), record, questions);
+        QVERIFY(verdict.ready);
+        for (const int target : {TargetReceiver, TargetMouse})
+            QCOMPARE(files.image(target, 8, target == verdict.failedTarget), QByteArray("file"));
+        QCOMPARE(searches.size(), 2);
+        QVERIFY(searches.first() != searches.last());
+    }
+
     void recordsAreTexts()
     {
         const UpdateFailRecord record{TargetMouse, 8, 18, 6};
@@ -242,6 +275,32 @@ private slots:
         QCOMPARE(stored(), QStringList{otherMouse.text()});
         QVERIFY(otherMouse.takeAway());
         QCOMPARE(stored(), QStringList());
+    }
+
+    // A start for nothing leaves its own device's record as it was, and no other.
+    void aStartForNothingIsTakenBack_data()
+    {
+        QTest::addColumn<QStringList>("before");
+        QTest::addColumn<QStringList>("after");
+        const QString own = ReceiverFailed;
+        const QString other = QStringLiteral("210,8,18,7");
+        const QString between = MouseFailed;
+        QTest::newRow("none") << QStringList() << QStringList(between);
+        QTest::newRow("its own") << QStringList(own) << QStringList({own, between});
+        QTest::newRow("behind another one's")
+            << QStringList({other, own}) << QStringList({between, own, other});
+        QTest::newRow("another one's") << QStringList(other) << QStringList({between, other});
+    }
+    void aStartForNothingIsTakenBack()
+    {
+        QFETCH(QStringList, before);
+        QFETCH(QStringList, after);
+        const UpdateFailRecord receiver{TargetReceiver, 8, 18, 6};
+        QVERIFY(UpdateFailRecord::storeTexts(before) && receiver.putFirst());
+        QVERIFY((UpdateFailRecord{TargetMouse, 8, 18, 6}.putFirst())); // of somebody else, meanwhile
+        QVERIFY(receiver.putBack(before));
+        QCOMPARE(UpdateFailRecord::storedTexts(), after);
+        UpdateFailRecord::remove();
     }
 
     void aSenselessRecordGivesWay()

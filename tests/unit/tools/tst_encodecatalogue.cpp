@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "catalogue/DeviceCatalogue.h"
+#include "catalogue/DpiCodes.h"
 #include "keys/MediaKeys.h"
 #include "tests/support/TestMain.h"
-#include "tools/encode/CatalogueSource.h"
 #include "tools/encode/KeyForms.h"
 #include "tools/encode/UdevRules.h"
 
@@ -16,7 +16,18 @@
 namespace
 {
 
-const std::vector<std::string> Sensors = {"3395", "PA42"};
+constexpr char Sensors[] = "/* x */\n"
+                           "#define SENSORS\t3395,PA42,T1\n"
+                           "#define SUPPORT_RIPPLE\t3395\n"
+                           "#define SENSOR_T1_DPI_100\t0x01\n"
+                           "#define SENSOR_T1_DPI_200\t0xff\n"
+                           "#define SENSOR_T1_DPI_300\t3\n";
+
+SensorHeader headerOf(const QByteArray &text)
+{
+    std::istringstream stream(text.toStdString());
+    return readSensorHeader(stream);
+}
 
 // A catalogue with one model and all that is needed, one key a line; the model begins at line 13.
 constexpr char Small[] = "[Option]\n"
@@ -165,7 +176,7 @@ private slots:
         for (const char *value : {"MTg=", "256", "-1", "1 8"})
             row("MID", value);
         for (const char *value : {"1209", "0x120", "0x12095", "0x12g9", "0x1209,", "MHgxMjA5", "",
-                                  "\"0x1209\"", "0x1209 ; one", "@Variant(1)", "a\\b"})
+                                  "\"0x1209\"", "0x1209 ; one", "@Variant(1)", "a\\b", "0x0000"})
             row("VID", value);
         for (const char *value : {"PA43", "3395,PA42", "pa42", "", "UEE0Mg=="})
             row("Sensor", value);
@@ -184,9 +195,10 @@ private slots:
               "100,6000,100,6000,12000,200,0x11", "6200,12000,200,100,6000,100,0x11", "100,6000,100,11",
               "1,2,1,3,4,1,5,6,1,7,8,1,9,10,1,0x33"})
             row("DPIRange", value);
-        for (const char *value : {"0x06,0,0x00CD", "0x05,0", "0x05,0,play", "0x05,0,0,", "0x05,0,0,Ctrl+",
-                                  "0x05,0,0,A+B+C+D", "0x05,0,0,A,B", "0x05,0,0x00CE", "0x05,0,0,Ctrl+Foo",
-                                  "0x05,0,0,LCtrl", "0x05,0,0,ctrl", "5,0,0x00CD"})
+        for (const char *value :
+             {"0x06,0,0x00CD", "0x05,0", "0x05,0,play", "0x05,0,0,", "0x05,0,0,Ctrl+", "0x05,0,0,A+B+C+D",
+              "0x05,0,0,A,B", "0x05,0,0x00CE", "0x05,0,0,Ctrl+Foo", "0x05,0,0,LCtrl", "0x05,0,0,ctrl",
+              "5,0,0x00CD", "0x05,x,0x00CD", "0x05,0,1,Ctrl+C", "0x05,0,0,Ctrl + C", "0x05,0,0,C+Ctrl+C"})
             row("KeyParam3", value);
         row("KeyParam7", "0x05,0,0x00CD");
         row("KeyParam0", "0x05,0,0x00CD");
@@ -194,6 +206,7 @@ private slots:
             row("Adveanced", value);
         row("MM", "M6 Mouse");
         row("MM", "../M6");
+        row("MM", ".M6");
         row("MM", QByteArray(64, 'm').constData());
         row("XIn1", "3");
         row("DPIMaxGrade", "9");
@@ -224,7 +237,7 @@ private slots:
         row("DPIRange", "100,1000,100,1200,2000,200,2400,4000,400,4800,12000,200,0x33");
         row("DPIColor", "1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3");
         row("KeyParam1", "0x05,0,0x00CD");
-        row("KeyParam6", "0x05,,,Ctrl+Shift+C");
+        row("KeyParam6", "0x05,0,0,Ctrl+Shift+C");
         row("Adveanced", "1,-1");
     }
     void takesWhatIsInForm()
@@ -303,7 +316,7 @@ private slots:
                 QCOMPARE(cells[1], QString(key->isNeeded ? "yes" : "no"));
                 QCOMPARE(cells[2], QString::fromStdString(describeForm(*key)));
                 const std::string example = namesIn(cells[4]).value(0).toStdString();
-                QVERIFY2(fitsForm(*key, splitItems(example), Sensors), qPrintable(name));
+                QVERIFY2(fitsForm(*key, splitItems(example), headerOf(Sensors).sensors), qPrintable(name));
             }
         }
         QCOMPARE(std::size_t(told.size()), CatalogueKeys.size());
@@ -319,31 +332,162 @@ private slots:
             QCOMPARE(listed.contains(key.name.data()), key.isEncoded);
     }
 
+    // A device's product id says what it is, whatever the case of its letters.
+    void refusesAnIdThatStandsTwice_data()
+    {
+        QTest::addColumn<QByteArray>("key");
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<QByteArray>("reason");
+        QTest::newRow("vendor") << QByteArray("VID") << QByteArray("0x12ab,0x12AB")
+                                << QByteArray("VID has 0x12AB, which stands in line 3 already");
+        QTest::newRow("in a list") << QByteArray("USB_PID") << QByteArray("0x0001,0x0002,0x0001")
+                                   << QByteArray("USB_PID has 0x0001, which stands in line 4 already");
+        QTest::newRow("of another class")
+            << QByteArray("ButtonColor=1,2,3\nWireless_PID") << QByteArray("0x0002, 0x0001")
+            << QByteArray("Wireless_PID has 0x0001, which stands in line 4 already");
+        QTest::newRow("of a boot loader")
+            << QByteArray("ButtonColor=1,2,3\nBoot_PID") << QByteArray("0x0001")
+            << QByteArray("Boot_PID has 0x0001, which stands in line 4 already");
+    }
+    void refusesAnIdThatStandsTwice()
+    {
+        QFETCH(QByteArray, key);
+        QFETCH(QByteArray, value);
+        QFETCH(QByteArray, reason);
+        QByteArray source = Small;
+        const QByteArray first = key.split('=').first();
+        const int at = source.indexOf('\n' + first + '=');
+        source.replace(at + 1, source.indexOf('\n', at + 1) - at - 1, key + '=' + value);
+        const EncodedCatalogue result = encode(source);
+        QCOMPARE(QByteArray::fromStdString(result.error), reason);
+        QCOMPARE(result.errorLine, lineOf(source, key.split('\n').last() + '='));
+        QCOMPARE(encode(withValue("VID", "0x0001")).error, std::string()); // a vendor is no product
+    }
+
+    // Without a table the count of a DPI is a byte, or ten bits of the sensors that have them.
+    void takesTheRangesThatTheSensorCounts_data()
+    {
+        QTest::addColumn<QByteArray>("sensor");
+        QTest::addColumn<QByteArray>("ranges");
+        QTest::addColumn<bool>("fits");
+        const auto row = [](const char *sensor, const char *ranges, bool fits) {
+            QTest::addRow("%s: %s", sensor, ranges) << QByteArray(sensor) << QByteArray(ranges) << fits;
+        };
+        row("3395", "50,51200,50,0x00", true);
+        row("3395", "50,51250,50,0x00", false);
+        row("3395", "50,51200,50,51300,65500,100,0x22", true);
+        row("PA42", "50,12800,50,0x00", true);
+        row("PA42", "50,12850,50,0x00", false);
+        row("PA42", "50,12800,50,12900,25600,100,0x11", true);
+        row("PA42", "50,12800,50,12900,25700,100,0x11", false);
+        row("PA42", "50,12800,50,12850,25600,50,0x11", false);
+        row("PA42", "60,12060,100,0x00", false);
+        row("PA42", "50,12050,10,0x00", false);
+        row("PA42", "50,1000,50,1100,2000,100,2100,4000,100,4200,51200,200,0x33", true);
+        row("PA42", "50,1000,50,1100,2000,100,2100,4000,100,4200,51400,200,0x33", false);
+        row("PA42", "50,1000,50,1100,2000,100,2100,4000,100,4100,51200,100,0x33", false);
+        row("T1", "100,300,100,0x00", true);
+        row("T1", "100,300,100,400,600,200,0x22", true);
+        row("T1", "100,300,50,0x00", false);
+        row("T1", "100,400,100,0x00", false);
+        row("T1", "100,300,100,400,600,100,0x22", false);
+    }
+    void takesTheRangesThatTheSensorCounts()
+    {
+        QFETCH(QByteArray, sensor);
+        QFETCH(QByteArray, ranges);
+        QFETCH(bool, fits);
+        QByteArray source = withValue("DPIRange", ranges);
+        const QByteArray stage = ranges.split(',').first();
+        source.replace("DPIGrade=100,200,300,400,500,600,6200,12000",
+                       "DPIGrade=" + (stage + ',').repeated(7) + stage);
+        source.replace("Sensor=PA42", "Sensor=" + sensor);
+        const EncodedCatalogue result = encode(source);
+        QCOMPARE(QByteArray::fromStdString(result.error),
+                 fits ? QByteArray() : "DPIRange holds a DPI that the sensor " + sensor + " cannot count");
+        QCOMPARE(result.errorLine, fits ? 0 : lineOf(source, "DPIRange="));
+
+        // The program's own conversion agrees.
+        SensorCodes codes;
+        codes.sensor = QString::fromLatin1(sensor);
+        parseSensorDefines(Sensors, &codes.names, &codes.values);
+        DpiRanges read;
+        read.read(QString::fromLatin1(ranges).split(','));
+        bool all = true;
+        for (int range = 0; range < read.DpiRangeCount; ++range) {
+            for (int dpi = read.DpiRangeMins[range]; dpi <= read.DpiRangeMaxs[range];
+                 dpi += read.DpiRangeSteps[range]) {
+                const DpiStageCode stored = encodeDpi(dpi, 0, codes, read);
+                all = all && decodeDpi(uint8_t(stored.code), stored.flags, codes) == dpi;
+            }
+        }
+        QCOMPARE(all, fits);
+    }
+
+    // What the program would pass over or take for something else.
+    void refusesASensorHeader_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("reason");
+        const auto row = [](const char *line, const char *reason) {
+            QTest::addRow("%s", line) << QByteArray(line) + '\n' << QByteArray(reason);
+        };
+        row("#define SENSORS\t3395,339", "the sensor \"339\" is a part of another one, or empty");
+        row("#define SENSORS\t3395,3395", "the sensor \"3395\" is a part of another one, or empty");
+        row("#define SENSORS\t3395,", "the sensor \"\" is a part of another one, or empty");
+        row("#define SENSORS\tPI42", "the sensor PI42 holds a capital I");
+        row("#define SENSOR_T1_DPI_\t4", "SENSOR_T1_DPI_ is not SENSOR_, the sensor, _DPI_ and the DPI");
+        row("#define SENSOR_T1_400\t4", "SENSOR_T1_400 is not SENSOR_, the sensor, _DPI_ and the DPI");
+        row("#define SENSOR_T2_DPI_400\t4", "the sensor T2 does not stand in a line SENSORS above it");
+        row("#define SENSOR_T1_DPI_400\t256", "the code 256 is no number from 0 to 255");
+        row("#define SENSOR_T1_DPI_400\t0x100", "the code 0x100 is no number from 0 to 255");
+        row("#define SENSOR_T1_DPI_400\tFF", "the code FF is no number from 0 to 255");
+        row("#define SENSOR_T1_DPI_300\t4", "the DPI or its code stands above already");
+        row("#define SENSOR_T1_DPI_400\t255", "the DPI or its code stands above already");
+        const char *const form =
+            "is not #define, a blank, the name, a tab and the value, without other blanks";
+        row("#define SENSOR_T1_DPI_400 4", form);
+        row("#define SUPPORT_RIPPLE\t3395, PA42", form);
+        row("#define SUPPORT_RIPPLE", form);
+        QTest::newRow("no line end") << QByteArray("#define SENSOR_T1_DPI_400\t4")
+                                     << QByteArray("has no line end, and is not read");
+    }
+    void refusesASensorHeader()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, reason);
+        const SensorHeader header = headerOf(Sensors + line);
+        QCOMPARE(QByteArray::fromStdString(header.error), reason);
+        QCOMPARE(header.errorLine, 7);
+        QCOMPARE(headerOf(Sensors).error, std::string());
+        QVERIFY(!headerOf("/* x */\n").error.empty());
+        QVERIFY(write("driver_sensor.h", Sensors + line));
+        QVERIFY(write("good.ini", Small));
+        QVERIFY(run("good.ini", "none.ini") != 0);
+        QCOMPARE(errors_, folder_.filePath("driver_sensor.h").toUtf8() + ":7: " + reason + '\n');
+    }
+
     void udevRulesNameTheIds_data()
     {
         QTest::addColumn<QByteArray>("source");
         QTest::addColumn<QByteArray>("vendors");
         QTest::addColumn<QByteArray>("products");
-        QTest::newRow("one") << QByteArray("VID=0x1209\nUSB_PID=0x0001\n") << QByteArray("1209")
-                             << QByteArray("0001");
-        QTest::newRow("lists") << QByteArray(
-                                      "VID = 0x1209, 12AB\r\nUSB_PID=0x0001\nWireless8_PID=0x0005,0x0006\n")
-                               << QByteArray("1209|12ab") << QByteArray("0001|0005|0006");
-        QTest::newRow("each once") << QByteArray("VID=1209,0x1209\nUSB_PID=0001\nBoot_PID=0001,0007\n")
-                                   << QByteArray("1209") << QByteArray("0001|0007");
-        QTest::newRow("no ids") << QByteArray("VID=1209,12,0x12g4\n; VID=1111\nCID=1234\nUSB_PID=0001\"\n"
-                                              "USB_PID=0002\n")
-                                << QByteArray("1209") << QByteArray("0002");
+        QTest::newRow("one") << QByteArray(Small) << QByteArray("1209") << QByteArray("0001");
+        QTest::newRow("lists") << withValue("VID", "0x1209, 0x12AB\r\nBoot_PID = 0x0005,0x0006")
+                               << QByteArray("1209|12ab") << QByteArray("0005|0006|0001");
+        QTest::newRow("indented") << withValue("VID", "0x1234")
+                                         .replace("\nVID", "\n \tVID")
+                                         .replace("\nUSB_PID", "\n  ; USB_PID=0x0009\n USB_PID")
+                                  << QByteArray("1234") << QByteArray("0001");
     }
     void udevRulesNameTheIds()
     {
         QFETCH(QByteArray, source);
         QFETCH(QByteArray, vendors);
         QFETCH(QByteArray, products);
-        std::istringstream stream("[Option]\n" + source.toStdString());
-        const UdevRules rules = udevRules(stream);
-        QCOMPARE(rules.error, std::string());
-        const QByteArray text = QByteArray::fromStdString(rules.text);
+        const EncodedCatalogue catalogue = encode(source);
+        QCOMPARE(catalogue.error, std::string());
+        const QByteArray text = QByteArray::fromStdString(udevRules(catalogue));
         QVERIFY(text.contains("\nSUBSYSTEM==\"hidraw\", ATTRS{idVendor}==\"" + vendors +
                               "\", ATTRS{idProduct}==\"" + products + "\", "));
         QVERIFY(text.endsWith("TAG+=\"uaccess\"\n"));
@@ -366,16 +510,7 @@ private slots:
         }
     }
 
-    void udevRulesNeedIds()
-    {
-        std::istringstream noProduct("[Option]\nVID=0x1209\n");
-        QVERIFY(!udevRules(noProduct).error.empty());
-        QVERIFY(write("some.ini", Small));
-        QCOMPARE(run("some.ini", "some.rules", {"--udev"}), 0);
-        QVERIFY(QFileInfo::exists(folder_.filePath("some.rules")));
-    }
-
-    void init() { QVERIFY(write("driver_sensor.h", "/* x */\n#define SENSORS\t3395,PA42\n")); }
+    void init() { QVERIFY(write("driver_sensor.h", Sensors)); }
 
 private:
     // What stands between backticks.
@@ -389,7 +524,7 @@ private:
     static EncodedCatalogue encode(const QByteArray &source)
     {
         std::istringstream stream(source.toStdString());
-        return encodeCatalogue(stream, Sensors);
+        return encodeCatalogue(stream, headerOf(Sensors));
     }
     bool write(const char *name, const QByteArray &bytes)
     {

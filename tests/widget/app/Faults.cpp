@@ -31,7 +31,7 @@ using support::contrast;
 constexpr double TextContrast = 4.5;
 constexpr double ControlContrast = 3;
 
-// Draws no text while asked to.
+// Draws no text while asked to, and tells whether it was asked for one.
 class TextSwitch : public QProxyStyle
 {
 public:
@@ -39,12 +39,38 @@ public:
     void drawItemText(QPainter *painter, const QRect &place, int flags, const QPalette &palette, bool enabled,
                       const QString &text, QPalette::ColorRole role) const override
     {
+        asked = asked || !text.trimmed().isEmpty();
         if (!off)
             QProxyStyle::drawItemText(painter, place, flags, palette, enabled, text, role);
     }
     static bool off;
+    static bool asked;
 };
 bool TextSwitch::off = false;
+bool TextSwitch::asked = false;
+
+// A tool button with an icon alone has a text that it doesn't show.
+bool drawsText(QWidget *widget)
+{
+    TextSwitch::asked = false;
+    QImage canvas(widget->size(), QImage::Format_ARGB32_Premultiplied);
+    widget->render(&canvas, {}, {}, {});
+    return TextSwitch::asked;
+}
+
+// Drawn by a document or an edit field, which the style doesn't get to see.
+bool isDrawnAside(const QWidget *widget)
+{
+    if (const auto *label = qobject_cast<const QLabel *>(widget))
+        return label->textInteractionFlags() & Qt::TextSelectableByMouse ||
+               Qt::mightBeRichText(label->text());
+    if (const auto *field = qobject_cast<const QLineEdit *>(widget))
+        return !field->text().isEmpty();
+    if (const auto *field = qobject_cast<const QPlainTextEdit *>(widget))
+        return !field->toPlainText().isEmpty();
+    const auto *field = qobject_cast<const QTextEdit *>(widget);
+    return field && !field->toPlainText().isEmpty();
+}
 
 QImage shotOf(QWidget *window, const QRect &part)
 {
@@ -333,11 +359,11 @@ QStringList faintTexts(QWidget *window)
             continue;
         const QRect seen = seenOf(window, widget).intersected(shot.rect());
         double best = 21;
-        if (!textOf(widget).isEmpty())
-            best = inkContrast(shot, bare, seen);
-        else if (auto *field = qobject_cast<QLineEdit *>(widget); field && !field->text().isEmpty())
+        if (isDrawnAside(widget) && seen == placeIn(window, widget))
             best = bestContrast(shot, seen.adjusted(4, 4, -4, -4), groundOf(shot, seen));
-        if (best > 1 && best < TextContrast)
+        else if (!textOf(widget).isEmpty() && drawsText(widget))
+            best = inkContrast(shot, bare, seen);
+        if (best < TextContrast)
             found << line("faint text", widget, best);
         if (const auto *view = qobject_cast<QAbstractItemView *>(widget))
             for (int row = 0; view->model() && row < view->model()->rowCount(); ++row) {

@@ -5,9 +5,13 @@
 // image of the device is kept.
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
+#include "app/SystemEnd.h"
 #include "device/ImageCache.h"
 #include "device/Worker.h"
 #include "device/WriteFamily.h"
+#include "service/FlashRun.h"
+#include "service/UpDateRepair.h"
+#include "tests/support/FirmwareFolder.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
@@ -199,6 +203,42 @@ private slots:
         QCOMPARE(keptRate(), keptWhenLetGo);
     }
 
+    // Neither does a flag of the pages count that is given back later, nor one that is still to be set.
+    void firmwareThatIsWrittenKeepsTheWindow_data()
+    {
+        QTest::addColumn<bool>("dialogIsBusy");
+        QTest::newRow("by its dialog") << true;
+        QTest::newRow("by the run itself") << false;
+    }
+    void firmwareThatIsWrittenKeepsTheWindow()
+    {
+        QFETCH(bool, dialogIsBusy);
+        const auto closes = [this] {
+            QCloseEvent close;
+            QCoreApplication::sendEvent(window.get(), &close);
+            return close.isAccepted();
+        };
+        fake.setUpgrade(0, true);
+        if (dialogIsBusy)
+            UpDateRepair::instance()->busyForm();
+        else
+            flashrun::start(firmware::image(firmware::Mouse.bytes()), {TargetMouse, 8, 18, 6},
+                            {{}, [](bool, bool) {}});
+        QVERIFY(!closes());
+        window->slotActionExitApp();
+        QVERIFY(window->isVisible());
+        NotUpgrading = false; // until the restarted device is found
+        if (dialogIsBusy) {
+            UpDateRepair::instance()->noticeForm(UpgradeText::DialogUpgradeSuccess);
+        } else {
+            QTRY_COMPARE(fake.count("UsbUpgrade_Start"), 1);
+            fake.upgradeReport({7, 2, 1});
+            QTRY_VERIFY(!flashrun::isUnderWay());
+        }
+        QVERIFY(closes());
+        UpdateFailRecord::remove();
+    }
+
     // Opening a device takes 150 ms, in which the window can be closed.
     void aCloseWhileADeviceIsOpenedConnectsNothing()
     {
@@ -264,6 +304,17 @@ private slots:
         QVERIFY(window->isHidden());
         QCOMPARE(keptRate(), 64);
         QCOMPARE(calls(), (QStringList{"UsbServer_SetPCDriverStatus 0", "StopUsbChanged", "UsbServer_Exit"}));
+    }
+
+    // A session's end can end the event loop alone, of a hidden window, too.
+    void theEndOfTheEventLoopLetsGo()
+    {
+        openDevicePage();
+        window->hide();
+        for (int ends = 0; ends < 2; ++ends)
+            const SystemEnd end(window.get());
+        QCOMPARE(calls(), (QStringList{"UsbServer_SetPCDriverStatus 0", "StopUsbChanged", "UsbServer_Exit"}));
+        QCOMPARE(keptRate(), 64);
     }
 
     void hidingKeepsNoImage()

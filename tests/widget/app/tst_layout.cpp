@@ -31,6 +31,7 @@
 #include "service/Match.h"
 #include "service/UpDateRepair.h"
 #include "tests/support/LongTexts.h"
+#include "tests/support/StillDesktop.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/app/Faults.h"
@@ -39,6 +40,7 @@
 #include <QColorDialog>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -52,7 +54,7 @@ class tst_Layout : public QObject
 
 private:
     FakeHidUsb &fake = FakeHidUsb::instance();
-    const QTemporaryDir config;
+    const support::StillDesktop still;
 
     static void check(QWidget *window)
     {
@@ -73,16 +75,36 @@ private:
     }
 
 private slots:
-    void initTestCase()
-    {
-        faults::watchTexts();
-        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit()); // no motion in the pictures
-        QVERIFY(QDir(config.path()).mkpath("gtk-3.0"));
-        QFile settings(config.filePath("gtk-3.0/settings.ini"));
-        QVERIFY(settings.open(QIODevice::WriteOnly));
-        settings.write("[Settings]\ngtk-enable-animations=0\n");
-    }
+    void initTestCase() { faults::watchTexts(); }
     void init() { fixture::clean(); }
+
+    // Whatever draws it. A tool button's text beside which only its icon is drawn is none.
+    void aTextInTheColorOfItsGroundIsFound()
+    {
+        QWidget window;
+        window.setStyleSheet("* { background: #21272a; color: #21272a; border: none; }");
+        QLabel plain("Plain", &window), rich("<b>Rich</b>", &window), live("Live", &window);
+        QToolButton button(&window), icon(&window);
+        QLineEdit field("Field", &window);
+        live.setStyleSheet("color: #ffffff");
+        button.setText("Button");
+        icon.setText("Icon");
+        icon.setToolButtonStyle(Qt::ToolButtonIconOnly);
+        QPixmap picture(16, 16);
+        picture.fill(Qt::white);
+        icon.setIcon(picture);
+        int y = 0;
+        for (QWidget *each : std::initializer_list<QWidget *>{&plain, &rich, &live, &button, &icon, &field}) {
+            each->setGeometry(20, y += 40, 120, 30);
+            each->setObjectName("widget" + QString::number(y));
+        }
+        window.resize(300, 300);
+        window.show();
+        QStringList wanted;
+        for (const QWidget *each : std::initializer_list<QWidget *>{&plain, &rich, &button, &field})
+            wanted << "faint text 1.00: " + faults::place(each);
+        QCOMPARE(faults::faintTexts(&window), wanted);
+    }
 
     void selectionPage_data()
     {

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A language that is added as a file is offered, and reaches all that is read or heard on every page.
+#include "catalogue/LanguageChoice.h"
+#include "catalogue/UserStore.h"
 #include "service/FormSetting.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/app/MainWindow.h"
@@ -17,7 +19,6 @@ namespace
 {
 
 constexpr char Shipped[] = PRODUCT_FOLDER "/Language/en.json";
-constexpr int FirstAdded = 6; // the indices before it belong to files of fixed names
 
 QByteArray contents(const QString &path)
 {
@@ -122,7 +123,7 @@ private slots:
         QCOMPARE(tiles->itemText(1), QString("Langue"));
         tiles->setCurrentIndex(1);
         emit tiles->activated(1);
-        QCOMPARE(int(LanguageIndex), FirstAdded);
+        QCOMPARE(int(LanguageIndex), FirstAddedLanguage);
         QCOMPARE(box(dialog()->findChild<FormSetting *>())->currentText(), QString("Langue"));
         QStringList constants;
         int translated = 0;
@@ -135,6 +136,31 @@ private slots:
         emit tiles->activated(0);
         QCOMPARE(int(LanguageIndex), 0);
         QCOMPARE(dialog()->findChild<QToolButton *>("MinButton")->toolTip(), QString("Minimize"));
+    }
+
+    // The indices follow the names of the files, the choice follows the language.
+    void aChosenLanguageStaysWhenOthersComeAndGo()
+    {
+        addFile("fr.json", R"({"mouse":{"common":{"LanguageName":"Langue","Minimize":"Petit"}}})");
+        begin();
+        emit box(stack()->widget(0))->activated(1);
+        QCOMPARE(storedLanguage(UserStore::instance()), FirstAddedLanguage);
+        const auto minimize = [this] { return dialog()->findChild<QToolButton *>("MinButton")->toolTip(); };
+        QCOMPARE(minimize(), QString("Petit"));
+        window.reset();
+        addFile("de.json", R"({"mouse":{"common":{"LanguageName":"Deutsch","Minimize":"Klein"}}})");
+        begin();
+        QCOMPARE(minimize(), QString("Petit"));
+        QCOMPARE(box(stack()->widget(0))->currentText(), QString("Langue"));
+        QCOMPARE(storedLanguage(UserStore::instance()), FirstAddedLanguage + 1); // which the notices read
+        window.reset();
+        QVERIFY(QFile::rename(folder->filePath("Language/fr.json"), folder->filePath("fr.json")));
+        begin();
+        QCOMPARE(minimize(), QString("Minimize"));
+        window.reset();
+        QVERIFY(QFile::rename(folder->filePath("fr.json"), folder->filePath("Language/fr.json")));
+        begin();
+        QCOMPARE(minimize(), QString("Petit"));
     }
 
     // A file of a fixed name keeps the index by which the notice "already running" reads it, and what it

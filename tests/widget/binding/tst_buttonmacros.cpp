@@ -5,6 +5,7 @@
 // deletion, for every button; and what a read brings into the folder.
 #include "macro/MacroDeviceSync.h"
 #include "macro/store/MacroBlockCodec.h"
+#include "macro/store/MissedNames.h"
 #include "presentation/Notices.h"
 #include "presentation/dialogs/FireKey.h"
 #include "tests/support/TestMain.h"
@@ -90,6 +91,8 @@ private slots:
     void cleanup()
     {
         PostMsg::instance()->disconnect(&macroPage);
+        for (int button = 0; button < 12; ++button)
+            dropMissedName(button);
         end();
     }
 
@@ -679,6 +682,121 @@ private slots:
         page().show(wanted);
         QVERIFY(isWanted());
         QCOMPARE(fileOf("Burst"), macroText(254, presses(3)));
+    }
+
+    // A name that the mouse refused is sent to it when it is read, and the old one does not come back.
+    void aReadSendsTheNameThatTheMouseMissed_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<bool>("isShownAway"); // from the mouse's cached image, as after a selection
+        QTest::addColumn<bool>("isSaved");
+        QTest::newRow("at the next read") << QStringList{"Tap"} << false << false;
+        QTest::newRow("shown while it is away") << QStringList{"Tap"} << true << false;
+        QTest::newRow("renamed again") << QStringList{"Tap", "Hold"} << true << false;
+        QTest::newRow("and the rows with it") << QStringList{"Tap", "Hold"} << true << true;
+    }
+    void aReadSendsTheNameThatTheMouseMissed()
+    {
+        QFETCH(QStringList, names);
+        QFETCH(bool, isShownAway);
+        QFETCH(bool, isSaved);
+        PostMsg *const hub = PostMsg::instance();
+        bindAll("Burst");
+        FakeHidUsb::instance().setOnline("dev", false);
+        QString name = "Burst";
+        for (const QString &next : names) {
+            QVERIFY(renameMacro(name, next));
+            moveMarks(name, next);
+            emit hub->SigMacroRename(name, next);
+            name = next;
+        }
+        if (isSaved) {
+            saveMacro(name, 17, presses(7));
+            setMissed(name, true);
+        }
+        if (isShownAway) {
+            MouseOnline = false;
+            page().show(wanted);
+            page().setLanguage(0);
+            page().click("Button8");
+            QCOMPARE(page().macros(), QStringList(name + " checked"));
+            page().leave();
+        }
+        QVERIFY(isWanted());
+        QCOMPARE(macroNames(), QStringList(name));
+        QCOMPARE(caption(2), "Macro: " + name);
+
+        FakeHidUsb::instance().setOnline("dev", true);
+        MouseOnline = true;
+        page().show(wanted);
+        for (int button = 2; button < 12; ++button) {
+            if (isSaved)
+                expectMacro(button, name.toLatin1(), 17, presses(7));
+            else
+                renameBlock(&wanted.MacroBlocks[button], name);
+        }
+        QVERIFY(isWanted());
+        QCOMPARE(bytesOf(FakeHidUsb::instance().updates().back()), bytesOf(wanted));
+        QCOMPARE(macroNames(), QStringList(name));
+        QCOMPARE(kept(), QStringList());
+        for (int row = 2; row < 12; ++row)
+            QCOMPARE(caption(row), "Macro: " + name);
+
+        bindAll("Burst"); // by another computer
+        QCOMPARE(macroNames().size(), 2);
+        QCOMPARE(caption(2), QString("Macro: Burst"));
+    }
+
+    // What is written to a button after a refused name is what it holds.
+    void aButtonThatIsWrittenSinceKeepsItsName_data()
+    {
+        QTest::addColumn<QString>("what");
+        for (const char *what : {"bound", "renamed", "cycle", "saved", "deleted"})
+            QTest::newRow(what) << what;
+    }
+    void aButtonThatIsWrittenSinceKeepsItsName()
+    {
+        QFETCH(QString, what);
+        PostMsg *const hub = PostMsg::instance();
+        saveMacro("Burst", 254, presses(3));
+        expectMacro(2, "Burst", 254, presses(3));
+        page().show(wanted);
+        FakeHidUsb::instance().setOnline("dev", false);
+        QVERIFY(renameMacro("Burst", "Tap"));
+        moveMarks("Burst", "Tap");
+        emit hub->SigMacroRename("Burst", "Tap");
+        FakeHidUsb::instance().setOnline("dev", true);
+        saveMacro("Burst", 1, presses(5)); // another one of that name
+        QString name = "Tap";
+        if (what == "bound") {
+            name = "Burst";
+            bind(2, "Burst");
+        } else if (what == "renamed") {
+            name = "Hold";
+            QVERIFY(renameMacro("Tap", "Hold"));
+            moveMarks("Tap", "Hold");
+            emit hub->SigMacroRename("Tap", "Hold");
+        } else if (what == "cycle") {
+            emit hub->SigUpDataMacro("Tap", 1);
+        } else if (what == "saved") {
+            QVERIFY(sendSaved("Tap", 2));
+        } else {
+            QVERIFY(removeMacro("Tap"));
+            emit hub->SigDeleteMacroButton("Macro: Tap");
+            dropMarks("Tap");
+            name.clear();
+        }
+        wanted = DeviceRecord::copy();
+        const std::size_t sent = updates();
+        page().show(wanted);
+        QCOMPARE(updates(), sent);
+        if (!name.isEmpty())
+            QCOMPARE(caption(2), "Macro: " + name);
+        QCOMPARE(macroNames().contains("Tap"), what != "renamed" && what != "deleted");
+        expectMacro(2, "Burst", 9, presses(1)); // by another computer
+        page().show(wanted);
+        QCOMPARE(caption(2), QString("Macro: Burst"));
+        QCOMPARE(fileOf("Burst"), macroText(9, presses(1)));
     }
 
     void twoBlocksOfOneNameAreBothThere()

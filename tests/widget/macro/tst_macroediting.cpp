@@ -293,25 +293,38 @@ private slots:
     // Events and delays alternate wherever a row is dropped.
     void aDropMovesARow()
     {
-        const auto drop = [&](int row, int target) {
+        const auto drop = [&](int row, int place) {
             page().select(row);
-            emit page().find<EventRows>("listWidgetKey")->dropped(target);
+            emit page().find<EventRows>("listWidgetKey")->dropped(place);
+            QCoreApplication::sendPostedEvents(page().page.get());
         };
         drop(0, 3);
         QCOMPARE(page().rows(), QString("-A 10ms +A 20ms +B"));
         drop(4, 0);
         QCOMPARE(page().rows(), QString("+B 10ms -A 20ms +A"));
-        drop(1, 3);
+        drop(1, 4);
         QCOMPARE(page().rows(), QString("+B 20ms -A 10ms +A"));
-        drop(0, 4);
+        drop(0, 5);
         QCOMPARE(page().rows(), QString("-A 20ms +A 10ms +B"));
         QVERIFY(savesEvents());
-        drop(2, 3);
-        QVERIFY(!page().saves());
+        drop(2, 4); // no event is on the way
+        drop(1, 0);
         page().button("StartRecord")->click();
         QVERIFY2(!page().events()->dragEnabled(), "a drag takes the keys");
+        page().record(38);
+        page().record(38);
+        page().select(0);
+        const QString recorded = page().rows();
+        {
+            const notice::NextAnswer<ExeIsRun> told(true);
+            drop(0, page().events()->count());
+            QVERIFY(told.isTaken());
+        }
+        QCOMPARE(page().rows(), recorded);
         page().button("StopRecord")->click();
         QVERIFY(page().events()->dragEnabled());
+        drop(0, page().events()->count());
+        QVERIFY(page().rows() != recorded);
     }
 
     // ---- The box of insertions

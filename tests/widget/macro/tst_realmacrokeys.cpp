@@ -205,23 +205,40 @@ private slots:
         QCOMPARE(delays, server.delays());
     }
 
+    // A row goes where the mark stands, above or below the row that the pointer is on.
+    void aRowIsDragged_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("onto");
+        QTest::addColumn<bool>("isBelow");
+        QTest::addColumn<QString>("rows");
+        QTest::newRow("below the last") << 0 << 4 << true << "+B 10ms +C 20ms +A";
+        QTest::newRow("above the last") << 0 << 4 << false << "+B 10ms +A 20ms +C";
+        QTest::newRow("above the first") << 4 << 0 << false << "+C 10ms +A 20ms +B";
+        QTest::newRow("below the first") << 4 << 0 << true << "+A 10ms +C 20ms +B";
+        QTest::newRow("a delay") << 1 << 4 << false << "+A 20ms +B 10ms +C";
+    }
     // The rest of the hand's way comes while the drag runs its own event loop.
     void aRowIsDragged()
     {
+        QFETCH(int, row);
+        QFETCH(int, onto);
+        QFETCH(bool, isBelow);
         MacroHome::write(macro::macroPath("Beta"), "1\n0x04 1 0\n10ms\n0x05 1 0\n20ms\n0x06 1 0\n");
         page().choose("Beta");
-        const auto to = [&](int row, int down) {
+        const auto to = [&](int at, int down) {
             const QPoint place = page().events()->viewport()->mapToGlobal(
-                page().events()->visualItemRect(page().events()->item(row)).center() + QPoint(0, down));
+                page().events()->visualItemRect(page().events()->item(at)).center() + QPoint(0, down));
             return QStringList{"mousemove", QString::number(place.x()), QString::number(place.y())};
         };
-        QList<QStringList> way = {to(0, 0), {"mousedown", "1"}, to(0, 12), to(1, 0),
-                                  to(2, 0), to(4, 0),           to(4, 4),  {"mouseup", "1"}};
+        QList<QStringList> way = {to(row, 0),  {"mousedown", "1"},         to(row, 12),     to(2, 0),
+                                  to(onto, 0), to(onto, isBelow ? 4 : -4), {"mouseup", "1"}};
         QTimer hand;
         connect(&hand, &QTimer::timeout,
                 [&] { way.isEmpty() ? hand.stop() : run("xdotool", way.takeFirst()); });
         hand.start(20);
-        QTRY_COMPARE(page().rows(), QString("+B 10ms +C 20ms +A"));
+        QFETCH(QString, rows);
+        QTRY_COMPARE(page().rows(), rows);
         QTRY_VERIFY(!hand.isActive());
         QCOMPARE(page().events()->count(), 5);
         QVERIFY(page().saves());

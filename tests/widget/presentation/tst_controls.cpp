@@ -221,9 +221,65 @@ private slots:
         QVERIFY(looksLike(line, line.fontMetrics().elidedText(text, Qt::ElideRight, 120)));
         QVERIFY(looksLike(lines, "One and two and\n" +
                                      lines.fontMetrics().elidedText(text.mid(16), Qt::ElideRight, 120)));
+        lines.setText("One\n" + text); // a line that ends before the edge
+        QVERIFY(looksLike(lines, "One\n" + lines.fontMetrics().elidedText(text, Qt::ElideRight, 120)));
+        lines.setText("One\nTwo\nThree");
+        QVERIFY(looksLike(lines, "One\nTwo" + QString(QChar(0x2026))));
+        lines.setText("One\nTwo");
+        QVERIFY(looksLike(lines, "One\nTwo"));
         lines.resize(120, 400); // with room for all
         lines.setText(text);
         QCOMPARE(tipOf(&lines), QString());
+    }
+
+    void aCentredTextHasLinesOfOneLength_data()
+    {
+        QTest::addColumn<bool>("isCentred");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("centred") << true << "word word word\nword word word";
+        QTest::newRow("at the left") << false << "word word word word word\nword";
+    }
+    void aCentredTextHasLinesOfOneLength()
+    {
+        QFETCH(bool, isCentred);
+        QFETCH(QString, shown);
+        Window window;
+        QLabel label("word word word word word word", &window);
+        label.setWordWrap(true);
+        label.setAlignment(isCentred ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter);
+        label.setGeometry(20, 20, label.fontMetrics().size(0, "word word word word word").width() + 4, 60);
+        label.show();
+        const QImage wrapped = shotOf(&label);
+        label.setText(shown);
+        QCOMPARE(wrapped, shotOf(&label));
+        label.setText("word");
+        QVERIFY(wrapped != shotOf(&label));
+    }
+
+    // The question for a tip goes on to what lies behind, which would have to paint its whole picture.
+    void aTipDrawsNoPage()
+    {
+        struct Page : QWidget {
+            using QWidget::QWidget;
+            void paintEvent(QPaintEvent *) override { ++paints; }
+            int paints = 0;
+        };
+        Window window;
+        Page page(&window);
+        QLabel label("One and two and three", &page);
+        page.resize(300, 200);
+        label.setGeometry(20, 20, 200, 20);
+        page.show();
+        QTRY_VERIFY(page.paints > 0);
+        QCoreApplication::processEvents();
+        page.paints = 0;
+        point(&label);
+        QVERIFY(!bubble(&window));
+        QCOMPARE(page.paints, 0);
+        page.setToolTip("The page's own");
+        point(&label); // still passed on
+        QVERIFY(bubble(&window) && bubble(&window)->isVisible());
+        QCOMPARE(bubble(&window)->text(), page.toolTip());
     }
 
     void motionIsForThoseWhoWantIt_data()

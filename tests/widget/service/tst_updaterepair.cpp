@@ -489,6 +489,54 @@ private slots:
         QVERIFY(!parts->says(UpgradeText::ReadyUpdate));
     }
 
+    // Somebody is about to press what has the focus when a device is plugged in.
+    void plugsLeaveTheFocus_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char *name : {"NewHong_2", "NewHong", "CloseButton"})
+            QTest::newRow(name) << name;
+    }
+    void plugsLeaveTheFocus()
+    {
+        QFETCH(QString, name);
+        const auto hasFocus = [this](const QString &button) {
+            return dialog->focusWidget() && dialog->focusWidget()->objectName() == button;
+        };
+        openRepair(ReceiverFailed, {mouseInfo()});
+        QVERIFY(hasFocus(QStringLiteral("NewHong_2")));
+        dialog->findChild<QWidget *>(name)->setFocus();
+        for (const bool ready : {false, true}) {
+            dialog->setAttached(std::vector<DeviceAllInfo>(ready ? 1 : 2, mouseInfo()));
+            emit PostMsg::instance()->SigRepairCheckUpdate();
+            emit PostMsg::instance()->SigRepairCheckUpdate(); // while the devices are asked
+            QTRY_VERIFY(parts->says(ready ? UpgradeText::ReadyUpdate : UpgradeText::MultiMouse));
+            QVERIFY2(hasFocus(name), qPrintable(dialog->focusWidget()->objectName()));
+        }
+        parts->main->click();
+        QTRY_COMPARE(starts(), 1);
+        fail();
+        QTRY_VERIFY(!dialog->isBusy());
+        QVERIFY(hasFocus(QStringLiteral("NewHong_2"))); // nothing could be pressed meanwhile
+        dialog->findChild<QWidget *>(name)->setFocus();
+        parts->close->click();
+        openRepair(ReceiverFailed, {mouseInfo()});
+        QVERIFY(hasFocus(QStringLiteral("NewHong_2")));
+    }
+
+    // It was on its way when the end was told, and a full bar would lead out as a success does.
+    void aLatePercentLeavesTheResult()
+    {
+        dialog->busyForm();
+        emit PostMsg::instance()->SigProgress(20, 0);
+        emit PostMsg::instance()->SigProgress(0, 1);
+        emit PostMsg::instance()->SigProgress(100, 0);
+        emit PostMsg::instance()->SigAutoRepairProgress(100);
+        QCOMPARE(parts->bar->value(), 20);
+        dialog->busyForm();
+        emit PostMsg::instance()->SigAutoRepairProgress(30);
+        QCOMPARE(parts->bar->value(), 30);
+    }
+
     void aRunningRepairIsNotCheckedAgain()
     {
         QFile::remove(firmware::folder() + QStringLiteral("mouse.bin"));

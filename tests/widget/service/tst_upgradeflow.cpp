@@ -194,6 +194,39 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
     }
 
+    // The user is quicker than the search for it, and what starts next ends with nothing flashed.
+    void theRestartedMouseIsSelectedBehindTheNextRun()
+    {
+        page->receiver = QStringLiteral("v1.03");
+        start();
+        QTRY_COMPARE(starts(), 1);
+        fake.setDevices({device("mouse again", 6, Cable8K), device(ReceiverPath, 6, Receiver8K)});
+        QSemaphore asked;
+        QSemaphore mayAnswer;
+        std::atomic<int> questions{0};
+        fake.setHook([&](const std::string &name) {
+            // The first one of the marriage is let through.
+            if (name != "UsbFinderC_GetDeviceInfo" || MouseStatus == UpgradeStatus::Running ||
+                ++questions > 1)
+                return;
+            asked.release();
+            mayAnswer.tryAcquire(1, 10000);
+        });
+        succeed();
+        QTRY_VERIFY(asked.available() > 0);
+        dialog->main->click();
+        flow->on_Receive_2_clicked();
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
+        setDeviceList({mouseInfo(), mouseInfo(), receiverInfo()}); // too many for the next one
+        dialog->main->click();
+        QTRY_VERIFY(dialog->hasWayOut());
+        mayAnswer.release();
+        QTRY_VERIFY(isOver());
+        fake.setHook({});
+        QCOMPARE(starts(), 1);
+        QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("mouse again"));
+    }
+
     // Its own model's device is not the one that was flashed, although both are on their cables.
     void anotherModelStaysSelected()
     {
@@ -210,6 +243,39 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
         QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("another"));
         QCOMPARE(QString(CurrentDevicePath()), QStringLiteral("another"));
+    }
+
+    // The user is quicker than the next tick.
+    void aToldEndIsTheEnd_data()
+    {
+        QTest::addColumn<QString>("end");
+        for (const char *end : {"success", "failure", "count"})
+            QTest::newRow(end) << end;
+    }
+    void aToldEndIsTheEnd()
+    {
+        QFETCH(QString, end);
+        page->mouse = QStringLiteral("v1.06");
+        open();
+        for (auto *timer : flow->findChildren<QTimer *>())
+            timer->setInterval(600000);
+        const bool isCount = end == QLatin1String("count");
+        if (isCount)
+            fake.setUpgrade(1, true);
+        dialog->main->click();
+        flow->onDongleCheckTimer();
+        flow->onDongleCheckTimer();
+        if (!isCount) {
+            QTRY_COMPARE(starts(), 1);
+            end == QLatin1String("success") ? succeed() : fail();
+        }
+        QTRY_VERIFY(!flow->dialog().isBusy());
+        QTRY_VERIFY(!UpdateBusy);
+        QCOMPARE(dialog->says(UpgradeText::SameDevice), isCount);
+        OnDevicePage = 0; // the failure leads there
+        dialog->main->click();
+        flow->on_Receive_2_clicked();
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate) && dialog->offersStart());
     }
 
     void theSuccessIsLeftByItsButton()
