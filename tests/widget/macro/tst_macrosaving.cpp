@@ -204,10 +204,10 @@ private slots:
         page.page->InsertKeyRow("C", true);
         page.button("Save")->click();
         QCOMPARE(saved.size(), 5);
+        QCOMPARE(int(FakeHidUsb::instance().updates().size()), 1);
         const MacroBlock sent = FakeHidUsb::instance().updates().back().MacroBlocks[3];
         const MacroBlock wanted = macro::savedBlock("Alpha", saved);
         QCOMPARE(memcmp(&sent, &wanted, sizeof wanted), 0);
-        QCOMPARE(int(FakeHidUsb::instance().updates().size()), 1);
         QCOMPARE(page.selected(), QString(isEditedOn ? "Alpha" : "Beta"));
         QCOMPARE(macro::isHeld("Alpha"), isEditedOn);
     }
