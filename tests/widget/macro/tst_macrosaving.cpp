@@ -174,6 +174,44 @@ private slots:
         QCOMPARE(page.names(), QStringList());
     }
 
+    // The rows that are sent when the wait ends are those of the save, not those that are shown by then.
+    void aSaveSendsItsRowsWhateverIsShownThen_data()
+    {
+        QTest::addColumn<bool>("isEditedOn");
+        QTest::newRow("another macro is chosen") << false;
+        QTest::newRow("it is edited on") << true;
+    }
+    void aSaveSendsItsRowsWhateverIsShownThen()
+    {
+        QFETCH(bool, isEditedOn);
+        const MacroPage page({{"Alpha", Tap}, {"Beta", Hold}});
+        fixture::beginWithDevice();
+        MouseOnline = true;
+        FlashDataMap record{};
+        record.KeyBindings[3] = {6, 3, 1};
+        DeviceRecord::edit([&](FlashDataMap &map) { map = record; });
+        PostMsg *const hub = PostMsg::instance();
+        macro::MacroRows saved;
+        connect(hub, &PostMsg::SigUpDataMacro, page.page.get(), [&](const QString &name) {
+            saved = macro::loadMacro(name)->rows;
+            if (isEditedOn)
+                page.page->InsertKeyRow("D", true);
+            else
+                page.choose("Beta");
+            emit hub->SigMacroDownLoadData(name, 3);
+        });
+        page.choose("Alpha");
+        page.page->InsertKeyRow("C", true);
+        page.button("Save")->click();
+        QCOMPARE(saved.size(), 5);
+        QCOMPARE(int(FakeHidUsb::instance().updates().size()), 1);
+        const MacroBlock sent = FakeHidUsb::instance().updates().back().MacroBlocks[3];
+        const MacroBlock wanted = macro::savedBlock("Alpha", saved);
+        QCOMPARE(memcmp(&sent, &wanted, sizeof wanted), 0);
+        QCOMPARE(page.selected(), QString(isEditedOn ? "Alpha" : "Beta"));
+        QCOMPARE(macro::isHeld("Alpha"), isEditedOn);
+    }
+
     // What a save did not bring to the mouse goes there when it is read, and the file stays.
     void aReadAfterAMissedSave_data()
     {
