@@ -201,26 +201,28 @@ private slots:
         start();
         QTRY_COMPARE(starts(), 1);
         fake.setDevices({device("mouse again", 6, Cable8K), device(ReceiverPath, 6, Receiver8K)});
-        QSemaphore asked;
-        QSemaphore mayAnswer;
-        std::atomic<int> questions{0};
-        fake.setHook([&](const std::string &name) {
-            // The first one of the marriage is let through.
-            if (name != "UsbFinderC_GetDeviceInfo" || MouseStatus == UpgradeStatus::Running ||
-                ++questions > 1)
+        struct Question { // may outlive this function
+            std::atomic<int> number{0};
+            QSemaphore asked;
+            QSemaphore mayAnswer;
+        };
+        const auto question = std::make_shared<Question>();
+        fake.setHook([question](const std::string &name) {
+            const bool isSearch = name == "UsbFinderC_GetDeviceInfo" && MouseStatus != UpgradeStatus::Running;
+            if (!isSearch || ++question->number > 1)
                 return;
-            asked.release();
-            mayAnswer.tryAcquire(1, 10000);
+            question->asked.release();
+            question->mayAnswer.tryAcquire(1, 10000);
         });
         succeed();
-        QTRY_VERIFY(asked.available() > 0);
+        QTRY_VERIFY(question->asked.available() > 0);
         dialog->main->click();
         flow->on_Receive_2_clicked();
         QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
         setDeviceList({mouseInfo(), mouseInfo(), receiverInfo()}); // too many for the next one
         dialog->main->click();
         QTRY_VERIFY(dialog->hasWayOut());
-        mayAnswer.release();
+        question->mayAnswer.release();
         QTRY_VERIFY(isOver());
         fake.setHook({});
         QCOMPARE(starts(), 1);
