@@ -166,6 +166,36 @@ private slots:
         QTRY_COMPARE(opened.count(), 1);
     }
 
+    // The tiles of a page are made anew when their number changes.
+    void theFocusStaysOnTheTiles()
+    {
+        build();
+        const auto isOn = [&](int index) { return page->window()->focusWidget() == tile(index); };
+        plug(devices(2));
+        tile(1)->setFocus();
+        plug(devices(3));
+        QVERIFY(isOn(1));
+        plug(devices(5));
+        QVERIFY(isOn(1));
+        plug(devices(1));
+        QVERIFY(isOn(0));
+    }
+
+    void theFocusComesToTheTilesBehindAnUnplugging()
+    {
+        build();
+        page->setFocus();
+        plug(devices(1));
+        QCOMPARE(page->window()->focusWidget(), static_cast<QWidget *>(page.get()));
+        page->setUnplugged(true);
+        plug(devices(2));
+        QCOMPARE(page->window()->focusWidget(), static_cast<QWidget *>(tile(0)));
+        QCOMPARE(tile(0)->accessibleDescription(), page->accessibleName());
+        QCOMPARE(tile(1)->accessibleDescription(), QString());
+        page->setUnplugged(false);
+        QCOMPARE(tile(0)->accessibleDescription(), QString());
+    }
+
     void thePointerBringsATileUpToDate()
     {
         build();
