@@ -240,10 +240,15 @@ void Dialog::SlotStartRecord(int index)
 
 void Dialog::writeCache() { ImageCacheWrite(SelectedDevice::imageName(), DeviceRecord::copy()); }
 
-void Dialog::WindowClosed()
+void Dialog::keepAll()
 {
     buttons_->sendWaitingMacros();
     writeCache();
+}
+
+void Dialog::WindowClosed()
+{
+    keepAll();
     emit PostMsg::instance()->SigChangeSize(1);
 }
 

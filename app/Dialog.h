@@ -33,7 +33,8 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
     ~Dialog() override;
 
-    void writeCache();
+    // Sends the macros that wait to be sent and writes the image of the device.
+    void keepAll();
 
 public slots:
     void WindowClosed();
@@ -69,6 +70,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    void writeCache();
     void buildPages();
     void applyStyle();
     void styleNavigation();

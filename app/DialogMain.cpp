@@ -64,9 +64,7 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     roundCorners(this);
     setWindowTitle(applicationName());
     connectSignals();
-    trayIcon_.setIcon(QIcon(pictures_ + QStringLiteral("Logo.png")));
-    trayIcon_.setToolTip(applicationName());
-    setWindowIcon(trayIcon_.icon());
+    setWindowIcon(QIcon(pictures_ + QStringLiteral("Logo.png")));
     emit PostMsg::instance()->SigLanguageSameA(LanguageIndex);
     emit PostMsg::instance()->SigLanguageSameB(LanguageIndex);
     emit PostMsg::instance()->SigAllLanguage(LanguageIndex);
@@ -82,7 +80,6 @@ void DialogMain::connectSignals()
     connect(hub, SIGNAL(SigChangeSize(int)), this, SLOT(SlotChangeSize(int)));
     connect(hub, SIGNAL(SigMouseOffLineo(int)), this, SLOT(SlotMouseOffLine(int)));
     connect(hub, SIGNAL(SigUpPageLight()), this, SLOT(SlotUpPageLight()));
-    connect(&trayIcon_, &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
         if (!staysForUpgrade())
             return;
@@ -159,8 +156,9 @@ void DialogMain::hideToTray()
         return;
     }
     hide();
+    buildTrayIcon();
     buildTrayMenu();
-    trayIcon_.show();
+    trayIcon_->show();
 }
 
 void DialogMain::startHidden(int waitMs)
@@ -173,12 +171,22 @@ void DialogMain::startHidden(int waitMs)
         SlotChangeSize(2);
 }
 
+// The icon asks the session bus for a tray, which a start would have to wait for.
+void DialogMain::buildTrayIcon()
+{
+    if (trayIcon_)
+        return;
+    trayIcon_ = std::make_unique<QSystemTrayIcon>(windowIcon());
+    trayIcon_->setToolTip(applicationName());
+    connect(trayIcon_.get(), &QSystemTrayIcon::activated, this, &DialogMain::on_activatedSysTrayIcon);
+}
+
 void DialogMain::buildTrayMenu()
 {
     auto menu = std::make_unique<QMenu>();
     actionMain_ = menu->addAction(openText_, this, &DialogMain::slotActionMain);
     actionExit_ = menu->addAction(exitText_, this, &DialogMain::slotActionExitApp);
-    trayIcon_.setContextMenu(menu.get());
+    trayIcon_->setContextMenu(menu.get());
     trayMenu_ = std::move(menu);
 }
 
@@ -211,7 +219,7 @@ void DialogMain::letGo()
         return;
     ended_ = true;
     if (ui->stackedWidget->currentWidget() == dialog_)
-        dialog_->writeCache();
+        dialog_->keepAll();
     UsbServer_SetPCDriverStatus(0);
     if (Worker *const worker = Worker::instance())
         worker->stop();
@@ -300,8 +308,8 @@ void DialogMain::comeBack()
     show();
     activateWindow();
     QTimer::singleShot(0, this, [this] {
-        if (isVisible())
-            trayIcon_.hide();
+        if (isVisible() && trayIcon_)
+            trayIcon_->hide();
     });
 }
 

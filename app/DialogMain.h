@@ -34,8 +34,8 @@ public:
     // Closes the window as its user would and ends the process, also under a modal dialog. Stays for an
     // upgrade.
     void endProcess();
-    // Keeps the image of the open device and lets the device go, without a turn of the event loop. Nothing
-    // when that has been done.
+    // What a close sends and keeps, and lets the device go, without a turn of the event loop. Nothing when
+    // that has been done.
     void letGo();
 
 public slots:
@@ -61,6 +61,7 @@ private:
     void connectSignals();
     void showPage(QWidget *page);
     void hideToTray();
+    void buildTrayIcon();
     void buildTrayMenu();
     void endProgram();
     void takeCharge();
@@ -71,7 +72,7 @@ private:
     std::unique_ptr<QMenu> trayMenu_;
     QAction *actionMain_ = nullptr;
     QAction *actionExit_ = nullptr;
-    QSystemTrayIcon trayIcon_;
+    std::unique_ptr<QSystemTrayIcon> trayIcon_; // from the first hiding on
     QString pictures_;
     Dialog *dialog_;
     DialogChange *dialogChange_;

@@ -4,12 +4,14 @@
 
 #include "environment/DataRoot.h"
 #include "environment/Scale.h"
+#include "environment/Thread.h"
 #include "presentation/AccessibleRoles.h"
 #include "presentation/SkinPalette.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QLibrary>
 #include <QPixmapCache>
 #include <cstdio>
 
@@ -25,6 +27,17 @@ void tellUnwritableRoot()
                      QFile::encodeName(dataRoot()).constData());
 }
 
+// The toolkit has fontconfig read its files, some fifty, at the first font. Read meanwhile, they are there
+// when it asks; fontconfig's start may be called by more than one thread.
+void readFontFiles()
+{
+    startThread([] {
+        if (const auto start =
+                reinterpret_cast<int (*)()>(QLibrary::resolve(QStringLiteral("fontconfig"), 1, "FcInit")))
+            start();
+    });
+}
+
 } // namespace
 
 void prepareStart()
@@ -37,6 +50,7 @@ void prepareStart()
     // The program does not draw with GL, and loading it takes longer than the rest of the start.
     if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
         qputenv("QT_XCB_GL_INTEGRATION", "none");
+    readFontFiles(); // after the last variable is set, since it reads the environment
     pruneOldFiles();
 }
 

@@ -3,12 +3,15 @@
 #include "app/SystemEnd.h"
 
 #include "app/DialogMain.h"
+#include "environment/MainThread.h"
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <sys/eventfd.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace
@@ -18,7 +21,8 @@ constexpr unsigned EndLimitS = 3;
 constexpr int EndSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
 int wakeUp = -1; // an event file: a handler may write to it, and the event loop waits for it
-DialogMain *openWindow = nullptr;
+std::atomic<DialogMain *> openWindow{nullptr};
+const pid_t process = getpid(); // as the kernel numbers the main thread, too
 
 void onEndSignal(int)
 {
@@ -26,7 +30,7 @@ void onEndSignal(int)
     alarm(EndLimitS);
     const uint64_t one = 1;
     if (write(wakeUp, &one, sizeof one) < 0)
-        _exit(EXIT_FAILURE); // it cannot end in order
+        std::_Exit(EXIT_FAILURE); // it cannot end in order
     errno = error;
 }
 
@@ -40,11 +44,14 @@ void installHandlers()
     signal(SIGPIPE, SIG_IGN);
 }
 
-// The toolkit calls exit() from within the event loop when the X server is gone.
+// The toolkit ends the process from within the event loop when the X server or the compositor is gone.
 void letGoAtExit()
 {
-    if (openWindow)
-        openWindow->letGo();
+    DialogMain *const window = openWindow;
+    if (!window)
+        return;
+    alarm(EndLimitS);
+    window->letGo();
 }
 
 int openedWakeUp()
@@ -54,6 +61,29 @@ int openedWakeUp()
 }
 
 } // namespace
+
+// Ends the process on the main thread, which lets the device go; the caller's own one does not go on.
+[[noreturn]] static void exitOnMainThread(int status)
+{
+    alarm(EndLimitS);
+    runOnMainThread([status] { std::exit(status); });
+    for (;;)
+        pause();
+}
+
+// In place of the C library's. The toolkit's Wayland plug-in calls it when the compositor is gone, on the
+// main thread or on one of its own, and it runs no handler of exit(). So does a child process that cannot
+// start its program.
+extern "C" Q_DECL_EXPORT void _exit(int status) // NOLINT(bugprone-reserved-identifier)
+{
+    if (openWindow && getpid() == process) {
+        if (syscall(SYS_gettid) != process)
+            exitOnMainThread(status);
+        letGoAtExit();
+    }
+    for (;;)
+        syscall(SYS_exit_group, status);
+}
 
 SystemEnd::SystemEnd(DialogMain *window) : notifier_(openedWakeUp(), QSocketNotifier::Read)
 {
@@ -73,4 +103,5 @@ SystemEnd::SystemEnd(DialogMain *window) : notifier_(openedWakeUp(), QSocketNoti
         installHandlers();
 }
 
-SystemEnd::~SystemEnd() { openWindow = nullptr; }
+// The end of a session can end the event loop of a hidden window, which nobody closes.
+SystemEnd::~SystemEnd() { openWindow.exchange(nullptr)->letGo(); }

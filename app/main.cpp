@@ -3,6 +3,7 @@
 #include "app/DialogMain.h"
 #include "app/StartUp.h"
 #include "app/SystemEnd.h"
+#include "environment/Scale.h"
 #include "environment/SingleInstance.h"
 #include "presentation/Notices.h"
 #include "presentation/ScreenFont.h"
@@ -10,11 +11,14 @@
 
 #include <QApplication>
 #include <QScreen>
+#include <vector>
 
 int main(int argc, char *argv[])
 {
+    const std::vector<char *> arguments(argv, argv + argc + 1); // the toolkit takes its own out
     prepareStart();
     QApplication application(argc, argv);
+    correctScaleFactor(QGuiApplication::platformName(), arguments.data());
     prepareApplication();
 
     const bool hidden = autostart::takeHiddenStart();

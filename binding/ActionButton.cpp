@@ -3,8 +3,8 @@
 #include "binding/ActionButton.h"
 
 #include <QKeyEvent>
+#include <QPainter>
 #include <QStyleOptionToolButton>
-#include <QStylePainter>
 
 namespace
 {
@@ -53,14 +53,13 @@ QString ActionButton::fullText() const { return opens_ == Opens::Dialog ? text()
 
 bool ActionButton::isElided() const { return fontMetrics().size(0, fullText()).width() > textArea().width(); }
 
-void ActionButton::paintEvent(QPaintEvent *)
+void ActionButton::draw(QPainter &painter, const QStyleOptionToolButton &option) const
 {
-    QStylePainter painter(this);
-    QStyleOptionToolButton option = styleOption();
-    option.text.clear();
-    painter.drawComplexControl(QStyle::CC_ToolButton, option);
-    painter.drawItemText(textArea(), Qt::AlignLeft | Qt::AlignVCenter, option.palette, isEnabled(),
-                         fullText(), QPalette::ButtonText);
+    QStyleOptionToolButton plate = option;
+    plate.text.clear();
+    PairedButton::draw(painter, plate);
+    style()->drawItemText(&painter, textArea(), Qt::AlignLeft | Qt::AlignVCenter, option.palette, isEnabled(),
+                          fullText(), QPalette::ButtonText);
     if (opens_ == Opens::Panel)
         drawChevron(painter);
 }

@@ -25,7 +25,7 @@ public:
     bool isElided() const;
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    void draw(QPainter &painter, const QStyleOptionToolButton &option) const override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
 

@@ -24,7 +24,6 @@ using namespace binding;
 namespace
 {
 
-constexpr QPoint LimitOffset{-100, -50};
 constexpr int RowsWait = 1500; // milliseconds from a macro's save to the mouse's copies
 
 // By a name that is cut in the mouse, its buttons would not be found again.
@@ -60,7 +59,7 @@ bool BoundMacros::write(int button, const QString &name)
     if (!macro::fitsBlock(file->rows)) {
         if (!CheckOnline())
             return false;
-        notice::ask<KeyNumberLimit>(page_, LimitOffset);
+        notice::ask<KeyNumberLimit>(page_, BindingNoticeOffset);
     }
     return bindings_.writeMacro(button, macro::cycleByte(file->cycle.value_or(0)),
                                 macro::boundBlock(name, file->rows));

@@ -166,9 +166,9 @@ void ButtonList::applyStyle(const QString &folder)
         style::stateButton(folder, QStringLiteral("Mark"), ink, style::color("ComboxBackGroundColor"));
     const QString badge = style::labelPlate(folder, style::color("LabelColor"), QStringLiteral("Badge.png"));
     for (const Row &each : rows_) {
-        each.caption->setStyleSheet(row);
-        each.marker->setStyleSheet(mark);
-        each.number->setStyleSheet(badge);
+        setStyleSheetWhenShown(each.caption, row);
+        setStyleSheetWhenShown(each.marker, mark);
+        setStyleSheetWhenShown(each.number, badge);
     }
 }
 

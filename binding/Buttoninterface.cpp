@@ -32,6 +32,8 @@
 
 #include <QAbstractButton>
 #include <QKeyEvent>
+#include <QScrollArea>
+#include <QScrollBar>
 
 using namespace binding;
 
@@ -40,7 +42,6 @@ namespace
 
 constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
-constexpr QPoint NoticeOffset{-100, -50};
 constexpr int FireButton = 10; // its default binding holds the dialog's initial values
 
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
@@ -96,7 +97,9 @@ void Buttoninterface::applyStyle()
     for (QToolButton *each : {ui->Reset, ui->ImportData, ui->OutputData})
         each->setStyleSheet(button);
     styleComboBox(ui->ProjectChoose, folder);
-    ui->scrollArea_11->setStyleSheet(style::scrollArea());
+    // A sheet on the area would style all rows anew.
+    ui->scrollArea_11->verticalScrollBar()->setStyleSheet(style::scrollArea());
+    ui->scrollArea_11->viewport()->setAutoFillBackground(false);
     list_->applyStyle(folder);
     styled_ = true;
     stylePicture();
@@ -259,7 +262,7 @@ void Buttoninterface::refuseLastLeft()
 {
     leaveFunctions();
     list_->uncheckAll();
-    notice::ask<LeftButtonOnly>(this, NoticeOffset);
+    notice::ask<LeftButtonOnly>(this, BindingNoticeOffset);
 }
 
 void Buttoninterface::openRow(std::size_t row)
@@ -461,7 +464,7 @@ void Buttoninterface::on_DPI_10_clicked()
         return;
     }
     functions_->showPanel(Panel::Debounce);
-    notice::ask<MakeMacro>(this, NoticeOffset);
+    notice::ask<MakeMacro>(this, BindingNoticeOffset);
     preselect(chosenButton()); // the function was not chosen; only its panel stays closed
     functions_->showPanel(Panel::Debounce);
 }

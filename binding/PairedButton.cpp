@@ -13,16 +13,27 @@ void PairedButton::setLit(bool lit)
     update();
 }
 
-QStyleOptionToolButton PairedButton::styleOption() const
+void PairedButton::paintEvent(QPaintEvent *)
 {
     QStyleOptionToolButton option;
     initStyleOption(&option);
     if (lit_)
         option.state |= QStyle::State_MouseOver;
-    return option;
+    QStylePainter painter(this);
+    fade_.paint(this, painter, option.state, [this, option](QPainter &on, QStyle::State state) {
+        QStyleOptionToolButton shown = option;
+        shown.state = state;
+        draw(on, shown);
+    });
 }
 
-void PairedButton::paintEvent(QPaintEvent *)
+void PairedButton::hideEvent(QHideEvent *event)
 {
-    QStylePainter(this).drawComplexControl(QStyle::CC_ToolButton, styleOption());
+    fade_.forget();
+    QToolButton::hideEvent(event);
+}
+
+void PairedButton::draw(QPainter &painter, const QStyleOptionToolButton &option) const
+{
+    style()->drawComplexControl(QStyle::CC_ToolButton, &option, &painter, this);
 }

@@ -5,6 +5,8 @@
 // of its pair. Main thread.
 #pragma once
 
+#include "presentation/Motion.h"
+
 #include <QToolButton>
 
 class QStyleOptionToolButton;
@@ -21,8 +23,10 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
-    QStyleOptionToolButton styleOption() const;
+    void hideEvent(QHideEvent *event) override;
+    virtual void draw(QPainter &painter, const QStyleOptionToolButton &option) const;
 
 private:
     bool lit_ = false;
+    StateFade fade_;
 };

@@ -6,8 +6,6 @@
 #include "environment/SafeFile.h"
 #include "environment/Words.h"
 
-#include <QBuffer>
-
 namespace
 {
 
@@ -92,12 +90,16 @@ private:
 
 SensorCapabilities parseSensorDefines(const QByteArray &content, QStringList *names, QVector<int32_t> *values)
 {
-    QBuffer lines;
-    lines.setData(content);
-    lines.open(QIODevice::ReadOnly | QIODevice::Text);
+    QByteArray text = content;
+    text.replace("\r", "");
     DefineReader reader(names, values);
-    while (!lines.atEnd())
-        reader.take(QString::fromUtf8(lines.readLine()));
+    int start = 0;
+    while (start < text.size()) { // QIODevice::readLine() would go byte by byte
+        const int newline = text.indexOf('\n', start);
+        const int next = newline < 0 ? text.size() : newline + 1;
+        reader.take(QString::fromUtf8(text.mid(start, next - start)));
+        start = next;
+    }
     return reader.capabilities;
 }
 

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <execinfo.h>
 #include <fcntl.h>
@@ -120,7 +121,7 @@ void writeCrashFile(int file, int number, const siginfo_t *info)
     alarm(0); // a dump may take long
     signal(number, SIG_DFL);
     raise(number);
-    _exit(128 + number);
+    std::_Exit(128 + number);
 }
 
 void onFault(int number, siginfo_t *info, void *)

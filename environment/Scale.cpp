@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "environment/Scale.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QLibraryInfo>
 #include <memory>
+#include <unistd.h>
 
 #include "environment/XDisplay.h"
 #include <X11/extensions/Xrandr.h>
@@ -55,6 +58,21 @@ int randrWidth(Display *display)
     return width;
 }
 
+QByteArray ownFactor; // the user's
+bool waylandExpected = false;
+
+bool isWayland(const QByteArray &platform) { return platform.startsWith("wayland"); }
+
+bool isWaylandLikely()
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (!platform.isEmpty())
+        return isWayland(platform);
+    const QDir plugins(QLibraryInfo::location(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
+    return qgetenv("XDG_SESSION_TYPE") == "wayland" &&
+           !plugins.entryList({QStringLiteral("libqwayland*")}, QDir::Files).isEmpty();
+}
+
 } // namespace
 
 QByteArray scaleFactorText(int physicalWidth)
@@ -75,21 +93,24 @@ int physicalDesktopWidth()
     return width > 0 ? width : DisplayWidth(display.get(), DefaultScreen(display.get()));
 }
 
-bool isWaylandChosen()
-{
-    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
-    if (!platform.isEmpty())
-        return platform.startsWith("wayland");
-    const QDir plugins(QLibraryInfo::location(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
-    return qgetenv("XDG_SESSION_TYPE") == "wayland" &&
-           !plugins.entryList({QStringLiteral("libqwayland*")}, QDir::Files).isEmpty();
-}
-
 void applyScaleFactor()
 {
-    if (isWaylandChosen())
-        return;
-    const QByteArray factor = scaleFactorText(physicalDesktopWidth());
+    ownFactor = qgetenv("QT_SCALE_FACTOR");
+    waylandExpected = isWaylandLikely();
+    const QByteArray factor = waylandExpected ? QByteArray() : scaleFactorText(physicalDesktopWidth());
     if (!factor.isEmpty())
         qputenv("QT_SCALE_FACTOR", factor);
+}
+
+void correctScaleFactor(const QString &platform, char *const *arguments)
+{
+    if (isWayland(platform.toLatin1()) == waylandExpected ||
+        scaleFactorText(physicalDesktopWidth()).isEmpty())
+        return;
+    qputenv("QT_QPA_PLATFORM", platform.toLatin1()); // it is what is expected then
+    if (ownFactor.isNull())
+        qunsetenv("QT_SCALE_FACTOR");
+    else
+        qputenv("QT_SCALE_FACTOR", ownFactor);
+    execv(QFile::encodeName(QCoreApplication::applicationFilePath()).constData(), arguments);
 }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
 // The value for QT_SCALE_FACTOR: the whole number width / 1920 as text when the width in pixels is over
 // 1920, empty otherwise.
@@ -15,11 +16,12 @@ QByteArray scaleFactorText(int physicalWidth);
 // when the server has no outputs. 0 without an X server.
 int physicalDesktopWidth();
 
-// Whether the toolkit will draw on Wayland, where the compositor gives each output's scale. It decides this
-// in the application object, so its rule is followed here: the variable QT_QPA_PLATFORM, else the type of the
-// session if the plug-in is installed.
-bool isWaylandChosen();
-
 // Sets QT_SCALE_FACTOR when the width asks for it, also over a value of the user's own, and does nothing
-// otherwise. Main thread, before the application object.
+// otherwise, nor where the toolkit is expected to draw on Wayland, whose compositor gives each output's
+// scale. Main thread, before the application object.
 void applyScaleFactor();
+
+// Starts the program anew, in the same process, when that expectation was wrong. Which platform the toolkit
+// takes depends on desktop, version and distribution, and it has read the factor by the time it can be asked.
+// `platform`: that of the application object. `arguments`: those of main(), with the null at their end.
+void correctScaleFactor(const QString &platform, char *const *arguments);

@@ -29,6 +29,7 @@ public:
     // Asks the receiver and shows its answer; without one, what was read before stays.
     void read();
     void notRead() { known_ = reset_ = false; } // what is shown stays, and a choice reads the record first
+    bool isKnown() const { return known_; }     // by the last read
     void forget();                              // the record is that of another receiver
     void reset();
     void change(int lamp, int index); // what the slots of the page do

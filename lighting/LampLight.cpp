@@ -5,6 +5,7 @@
 #include "catalogue/DeviceCatalogue.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "device/hidusb/wire/ReplyTimeout.h"
 #include "hub/PostMsg.h"
 #include "lighting/HueField.h"
 #include "lighting/IndicatorLamps.h"
@@ -54,8 +55,6 @@ constexpr QSize LampsCardSize{851, 148};
 constexpr QSize SchemeCardSize{851, 164};
 
 constexpr char NoScheme[] = "-1";
-
-constexpr int OneTryMs = 150; // that the layer waits for an answer
 
 constexpr int ResetSpeed = 7; // as records hold them
 constexpr int ResetBrightness = 9;
@@ -134,6 +133,8 @@ void LampLight::buildContents()
 
 void LampLight::connectSignals()
 {
+    lampsLater_.setSingleShot(true);
+    connect(&lampsLater_, &QTimer::timeout, this, &LampLight::readLamps);
     PostMsg *hub = PostMsg::instance();
     connect(hub, SIGNAL(SigAllLanguage(int)), this, SLOT(SlotAllLanguage(int)));
     connect(hub, SIGNAL(SigUpDataLightLight(FlashDataMap)), this, SLOT(SlotUpDataLightUILight(FlashDataMap)),
@@ -193,10 +194,12 @@ void LampLight::paint(const FlashDataMap &map, Paint kind)
 }
 
 // The thread that reads the mouse stands meanwhile, so the two questions together may take no longer than one
-// that stays open: a receiver that needed more than one try for the first is not asked the second, which is
-// asked when one of its lamps is changed. One that refuses the first answers at once and may know the second.
+// that stays open. A receiver that needed more than one try for the first is asked the second when that
+// thread goes on, and one that stayed silent when one of its lamps is changed. One that refuses the first
+// answers at once and may know the second.
 void LampLight::readReceiver()
 {
+    lampsLater_.stop();
     if (!receiverShown_)
         return;
     const QByteArray path = CurrentDevicePath();
@@ -207,12 +210,23 @@ void LampLight::readReceiver()
     }
     QElapsedTimer asked;
     asked.start();
-    receiverLight_.read();
-    if (asked.elapsed() < OneTryMs)
+    const bool answers = receiverLight_.read();
+    if (asked.elapsed() < hidusb::ReplyTimeout.count()) {
         lamps_->read();
-    else
+    } else {
         lamps_->notRead();
+        if (answers)
+            lampsLater_.start();
+    }
     receiver_->setState(receiverLight_.state());
+}
+
+// Another device may have been chosen meanwhile, and a change of a lamp may have asked already.
+void LampLight::readLamps()
+{
+    if (receiverShown_ && !SelectedDevice::info().Usb && CurrentDevicePath() == receiverPath_ &&
+        !lamps_->isKnown())
+        lamps_->read();
 }
 
 void LampLight::SlotUpDataDPILed(FlashDataMap DataMap) { effect_->SetEffect(DataMap); }
@@ -226,6 +240,7 @@ void LampLight::SlotFormResetLight()
     effect_->SetModel(0);
     effect_->SetSpeed(ResetEffectSpeed);
     effect_->SetLight(ResetEffectBrightness);
+    lampsLater_.stop();
     receiverLight_.forget();
     lamps_->reset();
     receiverShown_ = schemeShown_ = false;

@@ -13,6 +13,7 @@
 
 #include <QByteArray>
 #include <QPoint>
+#include <QTimer>
 
 class IndicatorLamps;
 class LightGroup;
@@ -104,6 +105,7 @@ private:
     void applyStyle();
     void paint(const FlashDataMap &map, Paint kind);
     void readReceiver();
+    void readLamps();
     void arrange();
     void setMovingOff(bool on);
     LightGroup *groupAt(const QPoint &screenPlace) const;
@@ -127,6 +129,7 @@ private:
     IndicatorLamps *lamps_;
     SchemeChoice *scheme_;
     QByteArray receiverPath_;    // whose records those of the receiver are
+    QTimer lampsLater_;          // asks a slow receiver the second question behind the paint
     bool receiverShown_ = false; // a record was shown on a radio link
     bool schemeShown_ = false;
     LightGroup *picking_ = nullptr; // while a press that took a colour in its field lasts

@@ -21,5 +21,16 @@ signals:
 
 protected:
     void startDrag(Qt::DropActions supportedActions) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    static constexpr int NoPlace = -1;
+
+    int placeAt(const QPoint &point) const;
+    void showMark(int place);
+
+    int mark_ = NoPlace; // where what is dragged would go
 };

@@ -8,28 +8,22 @@
 #include "keys/KeyVocabulary.h"
 #include "macro/CycleChoice.h"
 #include "macro/EventEditor.h"
-#include "macro/ListMenu.h"
+#include "macro/InsertionChoice.h"
 #include "macro/MacroDeviceSync.h"
+#include "macro/MacroExchange.h"
 #include "macro/MacroTexts.h"
-#include "macro/MouseButtonTexts.h"
-#include "macro/RecordMark.h"
+#include "macro/MouseButtonNames.h"
 #include "macro/RecordingSession.h"
-#include "macro/RowPainting.h"
-#include "macro/store/ExportedMacro.h"
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
-#include "presentation/FileDialog.h"
 #include "presentation/FirstShow.h"
-#include "presentation/NamedWidgets.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
-#include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 #include "ui_Macro.h"
 
-#include <QFile>
 #include <QKeyEvent>
 
 using namespace macro;
@@ -38,13 +32,7 @@ using namespace macrotexts;
 namespace
 {
 
-constexpr QPoint NoticeOffset{-100, -50};
 constexpr int LongestDelay = 65535;
-constexpr int RecordFrameRadius = 12;
-// Those that choose nothing in a closed combo box.
-constexpr Qt::Key HarmlessKeys[] = {Qt::Key_Space,  Qt::Key_F4,  Qt::Key_Enter,  Qt::Key_Return,
-                                    Qt::Key_Escape, Qt::Key_Tab, Qt::Key_Backtab};
-constexpr char WarningColor[] = "255,180,84";
 
 template <typename Form> std::unique_ptr<Form> formOn(QWidget *page)
 {
@@ -53,17 +41,12 @@ template <typename Form> std::unique_ptr<Form> formOn(QWidget *page)
     return form;
 }
 
-QByteArray iconBytes(const char *name)
-{
-    QFile file(style::pictureFolder(QStringLiteral("Macro")) + QLatin1String(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 Macro::Macro(QWidget *parent)
     : QWidget(parent)
     , ui(formOn<Ui::Macro>(this))
+    , look_(*ui, this)
     , macros_(ui->listWidgetHong)
     , events_(ui->listWidgetKey)
     , cycle_(new CycleChoice({ui->ReNumber, ui->ReUntil, ui->ReUntilLoose, ui->ReUntilClick, ui->NumberEdit},
@@ -80,9 +63,8 @@ Macro::Macro(QWidget *parent)
           this))
     , editor_(new EventEditor(
           events_, [this] { return !shown_.isEmpty(); }, this))
+    , insertions_(new InsertionChoice(ui->ChooseEvent, this))
 {
-    for (std::size_t item = 0; item < std::size(Insertions); ++item)
-        ui->ChooseEvent->addItem(QString());
     for (QLabel *hint : {ui->noMacros, ui->noEvents})
         hint->setAttribute(Qt::WA_TransparentForMouseEvents); // it lies over the list
     connectSignals();
@@ -116,47 +98,14 @@ void Macro::connectSignals()
         ui->listWidgetKey, &EventRows::dropped, this,
         [this](int place) { moveSelected(rowediting::stepsTo(events_.editing(), place)); },
         Qt::QueuedConnection);
-    for (QWidget *each :
-         std::initializer_list<QWidget *>{ui->listWidgetHong, ui->listWidgetKey, ui->ChooseEvent})
-        each->installEventFilter(this);
+    for (QListWidget *list : std::initializer_list<QListWidget *>{ui->listWidgetHong, ui->listWidgetKey})
+        list->installEventFilter(this);
 }
 
 void Macro::applyStyle()
 {
-    const QString folder = style::pictureFolder(QStringLiteral("Macro"));
-    const QString ink = style::color("ButtonColor");
-    const QString labelColor = style::color("LabelColor");
-    ui->frameMacro->setStyleSheet(style::dialogBackground(folder, QStringLiteral("frameMacro")));
-    ui->recordFrame->setStyleSheet(
-        style::outline(QStringLiteral("recordFrame"), RecordMark::color(), RecordFrameRadius));
-    for (QLabel *heading : {ui->label, ui->label_2, ui->label_3, ui->recordTitle, ui->cycleTitle})
-        heading->setStyleSheet(style::heading());
-    for (QLabel *hint : {ui->noMacros, ui->noEvents})
-        hint->setStyleSheet(style::label(style::color("LinEditColorSecond")));
-    for (QLabel *text :
-         {ui->AutoInsertDelayLabel, ui->ReUntilLabel, ui->ReUntilLooseLabel, ui->ReUntilClickLabel})
-        text->setStyleSheet(style::caption());
-    const auto button = [&](QToolButton *each, const QString &stem) {
-        each->setStyleSheet(style::textButton(folder, ink, stem) + style::textButtonOff(folder, stem));
-    };
-    for (QToolButton *each : {ui->NewHong, ui->DeleteHong})
-        button(each, QStringLiteral("Third"));
-    for (QToolButton *each : {ui->Amend, ui->DeleteKey})
-        button(each, QStringLiteral("Half"));
-    button(ui->StartRecord, QStringLiteral("Start"));
-    button(ui->StopRecord, QStringLiteral("Stop"));
-    button(ui->Save, QStringLiteral("Save"));
-    button(ui->Discard, QStringLiteral("Discard"));
-    for (QRadioButton *each : findChildren<QRadioButton *>())
-        each->setStyleSheet(style::radioButton(folder, labelColor));
-    for (QSpinBox *each : {ui->DelayTime, ui->NumberEdit})
-        each->setStyleSheet(style::spinBox(folder));
-    styleComboBox(ui->ChooseEvent, folder);
-    static_cast<QListView *>(ui->ChooseEvent->view())->setRowHidden(0, true); // it inserts nothing
-    for (QListWidget *list : std::initializer_list<QListWidget *>{ui->listWidgetHong, ui->listWidgetKey})
-        list->setStyleSheet(style::listView());
-    ui->listWidgetHong->setItemDelegate(new MacroDelegate(ui->listWidgetHong));
-    ui->listWidgetKey->setItemDelegate(new EventDelegate(ui->listWidgetKey));
+    look_.applyStyle();
+    insertions_->applyStyle();
     showState();
 }
 
@@ -180,26 +129,14 @@ void Macro::renameRows(const MouseButtonTexts &before)
 
 void Macro::setTexts(int language)
 {
-    for (const TextRow &row : WidgetTexts)
-        if (const QString shown = text(row.key, language); !shown.isEmpty())
-            findChild<QWidget *>(QLatin1String(row.widget))->setProperty("text", shown);
-    for (const auto *label : findChildren<ChoiceLabel *>())
-        label->buddy()->setAccessibleName(label->text());
-    ui->recordMark->setText(text("Recording", language));
-    ui->StartRecord->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_R)); // a text takes it away
-    ui->StartRecord->setToolTip(QStringLiteral("%1 (%2)").arg(
-        ui->StartRecord->text(), ui->StartRecord->shortcut().toString(QKeySequence::NativeText)));
-    ui->StopRecord->setToolTip(text("StopByClick", language)); // no key reaches it
-    ui->ChooseEvent->setHint(text("ChooseInsertion", language));
-    for (int item = 0; item < int(std::size(Insertions)); ++item)
-        ui->ChooseEvent->setItemText(item, text(Insertions[item], language));
-    nameWidgets(this, language);
+    look_.setTexts(language);
+    insertions_->setTexts(language);
     showState();
 }
 
 // ---- Macros -------------------------------------------------------------------------------------
 
-void Macro::ask(const char *textKey) { notice::ask<ExeIsRun>(this, NoticeOffset, text(textKey)); }
+void Macro::ask(const char *textKey) { notice::ask<ExeIsRun>(this, BindingNoticeOffset, text(textKey)); }
 
 bool Macro::refusesWhileRecording()
 {
@@ -229,7 +166,7 @@ bool Macro::refusesName(const QString &name)
         macros_.show(macroNames());
     const bool taken = macros_.contains(name);
     if (taken)
-        notice::ask<SameMacro>(this, NoticeOffset);
+        notice::ask<SameMacro>(this, BindingNoticeOffset);
     return taken || !isMacroName(name);
 }
 
@@ -309,7 +246,7 @@ void Macro::CreateMewMacro()
     if (refusesWhileRecording())
         return;
     QuestionDialog dialog;
-    dialog.openOver(this, NoticeOffset);
+    dialog.openOver(this, BindingNoticeOffset);
     const QString name = dialog.name();
     if (name.isEmpty() || refusesName(name))
         return;
@@ -323,7 +260,7 @@ void Macro::RenameMacro()
     if (refusesWhileRecording() || shown_.isEmpty())
         return;
     QuestionDialog dialog;
-    dialog.openOver(this, NoticeOffset);
+    dialog.openOver(this, BindingNoticeOffset);
     const QString name = dialog.name();
     const QString before = shown_; // a read may have changed the selection while the dialog was open
     if (name.isEmpty() || before.isEmpty() || refusesName(name) || !renameMacro(before, name))
@@ -339,7 +276,7 @@ void Macro::DeleteMacro()
 {
     if (refusesWhileRecording() || shown_.isEmpty())
         return;
-    if (!notice::ask<DeleteConfirm>(this, NoticeOffset) || shown_.isEmpty())
+    if (!notice::ask<DeleteConfirm>(this, BindingNoticeOffset) || shown_.isEmpty())
         return;
     const QString name = shown_;
     removeMacro(name);
@@ -355,16 +292,8 @@ void Macro::DeleteMacro()
 
 void Macro::ExPortMacro()
 {
-    if (refusesWhileRecording() || shown_.isEmpty() || refusesUnreadable())
-        return;
-    const QString name = shown_;
-    const MacroRows rows = events_.rows();
-    const QString path = filedialog::askForNewFile(this, QStringLiteral("File(*.ini)"), QStringLiteral("ini"),
-                                                   shown_ + QStringLiteral(".ini"));
-    if (path.isEmpty())
-        return;
-    saveExportedMacro(path, {name, cycle_->mode(), rows},
-                      {iconBytes("MacroDown.png"), iconBytes("MacroUp.png"), iconBytes("MacroTime.png")});
+    if (!refusesWhileRecording() && !shown_.isEmpty() && !refusesUnreadable())
+        askAndExport(this, {shown_, cycle_->mode(), events_.rows()});
 }
 
 // The radio buttons show the imported mode only when the macro is clicked.
@@ -372,8 +301,7 @@ void Macro::InPortMacro()
 {
     if (refusesWhileRecording())
         return;
-    const QString path = filedialog::askForFile(this, QStringLiteral("File(*.ini)"));
-    const std::optional<ExportedMacro> imported = path.isEmpty() ? std::nullopt : loadExportedMacro(path);
+    const std::optional<ExportedMacro> imported = askAndImport(this);
     if (!imported || refusesName(imported->name) || !createMacro(imported->name))
         return;
     if (!saveMacro(imported->name, imported->cycle, imported->rows)) {
@@ -383,18 +311,21 @@ void Macro::InPortMacro()
     addMacro(imported->name, imported->rows);
 }
 
+std::vector<ListCommand> Macro::macroCommands()
+{
+    return {{text("MacroExport"), [this] { ExPortMacro(); }},
+            {text("Rename"), [this] { RenameMacro(); }, Qt::Key_F2},
+            {text("Delete"), [this] { DeleteMacro(); }, Qt::Key_Delete}};
+}
+
 void Macro::on_listWidgetHong_customContextMenuRequested(const QPoint &place)
 {
-    const auto entry = [this](const char *textKey, void (Macro::*run)(), const QKeySequence &key = {}) {
-        return ListMenuEntry{text(textKey), [this, run] { (this->*run)(); }, key};
-    };
-    const bool onItem = ui->listWidgetHong->itemAt(place);
-    showListMenu(ui->listWidgetHong, place,
-                 onItem ? std::vector<ListMenuEntry>{entry("MacroExport", &Macro::ExPortMacro),
-                                                     entry("Rename", &Macro::RenameMacro, Qt::Key_F2),
-                                                     entry("Delete", &Macro::DeleteMacro, Qt::Key_Delete)}
-                        : std::vector<ListMenuEntry>{entry("NewMacro", &Macro::CreateMewMacro),
-                                                     entry("MacroImport", &Macro::InPortMacro)});
+    if (ui->listWidgetHong->itemAt(place))
+        showListMenu(ui->listWidgetHong, place, macroCommands());
+    else
+        showListMenu(ui->listWidgetHong, place,
+                     {{text("NewMacro"), [this] { CreateMewMacro(); }},
+                      {text("MacroImport"), [this] { InPortMacro(); }}});
 }
 
 // ---- The mouse's macros ---------------------------------------------------------------------------
@@ -468,7 +399,7 @@ void Macro::on_Save_clicked()
     const bool tooLong = !fitsBlock(events_.rows());
     markSaved();
     if (newEvents && tooLong)
-        notice::ask<KeyNumberLimit>(this, NoticeOffset);
+        notice::ask<KeyNumberLimit>(this, BindingNoticeOffset);
     releaseSaved(saves_.send(name, newEvents, newCycle));
 }
 
@@ -485,37 +416,10 @@ void Macro::on_Discard_clicked()
     showMacro(shown_);
 }
 
-// What the lists' headings, hints and buttons say of the present state.
 void Macro::showState()
 {
-    const rowediting::Summary summary = rowediting::summaryOf(events_.rows());
-    const QString count = form("EventCount", "%1/%2").arg(summary.events).arg(MacroEventCount);
-    ui->eventCount->setText(
-        shown_.isEmpty() ? QString() : count + QStringLiteral(" · ") + duration(summary.milliseconds));
-    const QString sheet = style::label(summary.events > MacroEventCount ? QString::fromLatin1(WarningColor)
-                                                                        : style::color("LinEditColorSecond"));
-    if (ui->eventCount->styleSheet() != sheet)
-        ui->eventCount->setStyleSheet(sheet);
-    ui->noMacros->setVisible(ui->listWidgetHong->count() == 0);
-    ui->noMacros->setText(text("NoMacros"));
-    ui->noEvents->setVisible(events_.isEmpty());
-    ui->noEvents->setText(text(shown_.isEmpty() ? "NoMacroChosen"
-                               : MacroRecording ? "PressKeys"
-                               : isUnreadable() ? "MacroUnreadable"
-                                                : "NoEvents"));
-    ui->Discard->setVisible(unsaved_ && !recording_->isLocked());
-    showHint(summary);
-}
-
-void Macro::showHint(const rowediting::Summary &summary)
-{
-    QString hint;
-    if (summary.events > MacroEventCount)
-        hint = form("TooManyEvents", "> %1").arg(MacroEventCount);
-    else if (!summary.held.isEmpty())
-        hint = form("StillHeld", "%1").arg(summary.held.join(QStringLiteral(", ")));
-    ui->eventHint->setText(hint);
-    ui->eventHint->setVisible(!MacroRecording);
+    look_.show({rowediting::summaryOf(events_.rows()), !shown_.isEmpty(), isUnreadable(), unsaved_,
+                recording_->isLocked()});
 }
 
 // ---- Recording ----------------------------------------------------------------------------------
@@ -642,48 +546,27 @@ void Macro::moveSelected(int steps)
         editor_->move(steps);
 }
 
+std::vector<ListCommand> Macro::eventCommands()
+{
+    return {{text("Modify"), [this] { on_Amend_clicked(); }, Qt::Key_F2},
+            {text("MoveUp"), [this] { moveSelected(-1); }, Qt::ALT + Qt::Key_Up},
+            {text("MoveDown"), [this] { moveSelected(1); }, Qt::ALT + Qt::Key_Down},
+            {text("Delete"), [this] { on_DeleteKey_clicked(); }, Qt::Key_Delete}};
+}
+
 void Macro::on_listWidgetKey_customContextMenuRequested(const QPoint &place)
 {
-    if (recording_->isLocked() || !ui->listWidgetKey->itemAt(place))
-        return;
-    showListMenu(ui->listWidgetKey, place,
-                 {{text("Modify"), [this] { on_Amend_clicked(); }, Qt::Key_F2},
-                  {text("MoveUp"), [this] { moveSelected(-1); }, Qt::ALT + Qt::Key_Up},
-                  {text("MoveDown"), [this] { moveSelected(1); }, Qt::ALT + Qt::Key_Down},
-                  {text("Delete"), [this] { on_DeleteKey_clicked(); }, Qt::Key_Delete}});
+    if (!recording_->isLocked() && ui->listWidgetKey->itemAt(place))
+        showListMenu(ui->listWidgetKey, place, eventCommands());
 }
 
 // ---- The page -----------------------------------------------------------------------------------
 
-bool Macro::runListKey(const QObject *list, const QKeyEvent &event)
-{
-    const int key = event.key();
-    if (list == ui->ChooseEvent) {
-        if (ui->ChooseEvent->view()->isVisible())
-            return false;
-        if (key == Qt::Key_Up || key == Qt::Key_Down)
-            ui->ChooseEvent->showPopup();
-        return std::find(std::begin(HarmlessKeys), std::end(HarmlessKeys), key) == std::end(HarmlessKeys);
-    }
-    if (list == ui->listWidgetKey && event.modifiers() == Qt::AltModifier &&
-        (key == Qt::Key_Up || key == Qt::Key_Down)) {
-        moveSelected(key == Qt::Key_Up ? -1 : 1);
-        return true;
-    }
-    if (key != Qt::Key_F2 && key != Qt::Key_Delete)
-        return false;
-    const bool isDelete = key == Qt::Key_Delete;
-    if (list == ui->listWidgetHong)
-        isDelete ? DeleteMacro() : RenameMacro();
-    else
-        isDelete ? on_DeleteKey_clicked() : on_Amend_clicked();
-    return true;
-}
-
-// Arrow keys, letters and the like would insert an event, since a choice acts at once.
 bool Macro::eventFilter(QObject *watched, QEvent *event)
 {
-    return event->type() == QEvent::KeyPress && runListKey(watched, *static_cast<QKeyEvent *>(event));
+    return event->type() == QEvent::KeyPress &&
+           runListCommand(*static_cast<QKeyEvent *>(event),
+                          watched == ui->listWidgetKey ? eventCommands() : macroCommands());
 }
 
 // The folder may have changed meanwhile.

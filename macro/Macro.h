@@ -10,7 +10,9 @@
 #include "device/hidusb/FlashDataMap.h"
 #include "keys/KeyVocabulary.h"
 #include "macro/EventList.h"
+#include "macro/ListCommands.h"
 #include "macro/MacroList.h"
+#include "macro/MacroLook.h"
 #include "macro/RecordingPanel.h"
 #include "macro/SavesUnderWay.h"
 
@@ -20,6 +22,7 @@
 
 class CycleChoice;
 class EventEditor;
+class InsertionChoice;
 class RecordingSession;
 
 namespace Ui
@@ -105,7 +108,8 @@ private:
     bool isUnreadable() const;
     void ask(const char *textKey); // a notice with this text of the section "macro"
 
-    bool runListKey(const QObject *list, const QKeyEvent &event);
+    std::vector<ListCommand> macroCommands();
+    std::vector<ListCommand> eventCommands();
     void moveSelected(int steps);
 
     bool isUnsaved(const QString &name) const;
@@ -114,16 +118,17 @@ private:
     void markUnsaved(); // and light up Save
     void markSaved();
     void showState();
-    void showHint(const macro::rowediting::Summary &summary);
 
     void endRecording(RecordingPanel::Ending ending);
 
     std::unique_ptr<Ui::Macro> ui;
+    MacroLook look_;
     MacroList macros_;
     EventList events_;
     CycleChoice *cycle_;
     RecordingSession *recording_;
     EventEditor *editor_;
+    InsertionChoice *insertions_;
     QString shown_;                // the macro whose rows are shown; empty for none
     QHash<QString, Draft> drafts_; // of macros that are not shown
     bool eventsChanged_ = false;

@@ -8,8 +8,6 @@
 
 #include <QTimer>
 
-static constexpr QPoint FullOffset{-100, -50};
-
 RecordingSession::RecordingSession(RecordingPanel::Widgets widgets, QWidget *page)
     : QObject(page)
     , page_(page)
@@ -43,7 +41,7 @@ void RecordingSession::endFull()
     keys_->stopTelling();
     panel_.showFull();
     QTimer::singleShot(0, this, [this] {
-        notice::ask<KeyNumberLimit>(page_, FullOffset);
+        notice::ask<KeyNumberLimit>(page_, BindingNoticeOffset);
         keys_->stop();
         if (isLocked())
             stop_->setFocus();

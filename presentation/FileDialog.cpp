@@ -2,14 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/FileDialog.h"
 
-#include "presentation/Widgets.h"
+#include "presentation/ToolkitDialog.h"
 
-#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QHeaderView>
-#include <QPushButton>
 #include <QStandardPaths>
+#include <QToolButton>
 #include <QTreeView>
 
 namespace
@@ -39,10 +38,13 @@ QString run(QFileDialog &dialog)
     static NoIcons icons; // the dialog keeps asking for them until its own end
     dialog.setIconProvider(&icons);
     fitColumns(dialog);
-    passWheels(&dialog);
-    for (const QDialogButtonBox *box : dialog.findChildren<QDialogButtonBox *>())
-        for (QAbstractButton *button : box->buttons())
-            button->setIcon(QIcon());
+    dressToolkitDialog(&dialog);
+    for (QToolButton *button : dialog.findChildren<QToolButton *>())
+        button->setIcon(QIcon()); // the sheet has the skin's
+    // Without icons a list of names shows less than one with dates, and nothing else.
+    for (const char *name : {"listModeButton", "detailModeButton"})
+        if (auto *const button = dialog.findChild<QToolButton *>(QLatin1String(name)))
+            button->hide();
     const bool chosen = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
     return chosen ? dialog.selectedFiles().first() : QString();
 }

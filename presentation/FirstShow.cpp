@@ -12,8 +12,8 @@ namespace
 class FirstShow : public QObject
 {
 public:
-    FirstShow(QWidget *shown, std::function<void()> applyStyle)
-        : QObject(shown), applyStyle_(std::move(applyStyle))
+    FirstShow(QWidget *shown, QEvent::Type event, std::function<void()> applyStyle)
+        : QObject(shown), event_(event), applyStyle_(std::move(applyStyle))
     {
         shown->installEventFilter(this);
     }
@@ -21,7 +21,7 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Show) {
+        if (event->type() == event_) {
             watched->removeEventFilter(this);
             deleteLater();
             applyStyle_();
@@ -30,6 +30,7 @@ protected:
     }
 
 private:
+    const QEvent::Type event_;
     const std::function<void()> applyStyle_;
 };
 
@@ -37,7 +38,12 @@ private:
 
 void onFirstShow(QWidget *widget, std::function<void()> applyStyle)
 {
-    new FirstShow(widget, std::move(applyStyle));
+    new FirstShow(widget, QEvent::Show, std::move(applyStyle));
+}
+
+void onFirstPaint(QWidget *widget, std::function<void()> applyStyle)
+{
+    new FirstShow(widget, QEvent::Paint, std::move(applyStyle));
 }
 
 void setStyleSheetWhenShown(QWidget *widget, const QString &sheet)

@@ -19,6 +19,7 @@ namespace
 {
 
 constexpr int MotionMs = 130;
+constexpr QStyle::State FadingStates = QStyle::State_MouseOver | QStyle::State_On;
 const QString CoverName = QStringLiteral("MotionCover");
 
 // Where desktops keep the wish for no animation, and the values that express it.
@@ -135,6 +136,44 @@ SoftChange::~SoftChange()
         new Cover(before_, part_, ground_);
     } catch (const std::bad_alloc &) { // it switches without a fade
     }
+}
+
+void StateFade::paint(QWidget *widget, QPainter &painter, QStyle::State state, const Draw &draw)
+{
+    const QStyle::State before = shown_.value_or(state);
+    shown_ = state;
+    if (state & QStyle::State_Sunken) {
+        fade_.reset();
+    } else if (((state ^ before) & FadingStates) && motionTime() > 0) {
+        const qreal ratio = widget->devicePixelRatioF();
+        before_ = QPixmap(widget->size() * ratio);
+        before_.setDevicePixelRatio(ratio);
+        before_.fill(Qt::transparent);
+        QPainter onPicture(&before_);
+        onPicture.setFont(widget->font());
+        draw(onPicture, before);
+        fade_ = std::make_unique<QVariantAnimation>();
+        fade_->setStartValue(1.0);
+        fade_->setEndValue(0.0);
+        fade_->setDuration(MotionMs);
+        QObject::connect(fade_.get(), &QVariantAnimation::valueChanged, widget,
+                         QOverload<>::of(&QWidget::update));
+        fade_->start();
+    }
+    draw(painter, state);
+    if (fade_ && fade_->state() == QAbstractAnimation::Running) {
+        painter.setOpacity(fade_->currentValue().toReal());
+        painter.drawPixmap(0, 0, before_);
+    } else {
+        fade_.reset();
+        before_ = QPixmap();
+    }
+}
+
+void StateFade::forget()
+{
+    shown_.reset();
+    fade_.reset();
 }
 
 void fadeIn(QWidget *widget)

@@ -7,8 +7,14 @@
 
 #include <QPixmap>
 #include <QRect>
+#include <QStyle>
+#include <QVariantAnimation>
+#include <functional>
+#include <memory>
+#include <optional>
 
 class QAbstractButton;
+class QPainter;
 class QString;
 class QWidget;
 
@@ -34,6 +40,24 @@ private:
     QWidget *ground_;
     QRect part_;
     QPixmap before_;
+};
+
+// Of a widget that paints itself by its state: what it showed fades into what it shows when the pointer comes
+// or goes, or when it is checked. A press shows at once.
+class StateFade
+{
+public:
+    using Draw = std::function<void(QPainter &, QStyle::State)>;
+
+    // In the widget's paintEvent().
+    void paint(QWidget *widget, QPainter &painter, QStyle::State state, const Draw &draw);
+    // What is shown next appears at once. In the widget's hideEvent().
+    void forget();
+
+private:
+    std::optional<QStyle::State> shown_;
+    QPixmap before_;
+    std::unique_ptr<QVariantAnimation> fade_; // while it runs
 };
 
 // The widget fades in. Show it first.

@@ -10,6 +10,8 @@
 namespace
 {
 
+constexpr char NameKey[] = "nameKey";
+
 void nameWidget(QWidget *widget, const QStringList &place, int language)
 {
     const auto row = std::find_if(
@@ -57,6 +59,7 @@ void nameWidgets(QWidget *root, int language)
 {
     const QList<QWidget *> widgets = root->findChildren<QWidget *>() << root;
     for (QWidget *widget : widgets)
-        if (const QVariant key = widget->property("nameKey"); key.isValid())
-            nameWidget(widget, key.toString().split(QLatin1Char(' ')), language);
+        if (widget->dynamicPropertyNames().contains(
+                NameKey)) // a widget without would be asked for all it has
+            nameWidget(widget, widget->property(NameKey).toString().split(QLatin1Char(' ')), language);
 }

@@ -52,15 +52,16 @@ void NoticeDialog::applyStyle()
     const QString danger =
         kind_.outcome == NoticeOutcome::Destroys ? button(QStringLiteral("Danger")) : QString();
     const char *const sign = isWait ? "Wait.png" : SignPictures[int(kind_.sign)];
-    ui->CloseButton->setStyleSheet(style::titleButton(folder, QStringLiteral("Close")));
-    ui->NewHong->setStyleSheet(button(QStringLiteral("Confirm")) + danger);
-    ui->OK->setStyleSheet(button(QStringLiteral("Confirm")) + danger);
-    ui->Cancel->setStyleSheet(button(QStringLiteral("Cancel")));
+    // First, because the frame's sheet styles anew what stands on it.
+    findChild<QFrame *>(QLatin1String(kind_.frameName))
+        ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind_.frameName)));
+    setStyleSheetWhenShown(ui->CloseButton, style::titleButton(folder, QStringLiteral("Close")));
+    setStyleSheetWhenShown(ui->NewHong, button(QStringLiteral("Confirm")) + danger);
+    setStyleSheetWhenShown(ui->OK, button(QStringLiteral("Confirm")) + danger);
+    setStyleSheetWhenShown(ui->Cancel, button(QStringLiteral("Cancel")));
     ui->label->setStyleSheet(style::label(style::color("LabelColor")));
     ui->footer->setStyleSheet(style::labelPicture(folder, QStringLiteral("Footer.png")));
     ui->label_2->setStyleSheet(style::labelPicture(folder, QLatin1String(sign)));
-    findChild<QFrame *>(QLatin1String(kind_.frameName))
-        ->setStyleSheet(style::dialogBackground(folder, QLatin1String(kind_.frameName)));
 }
 
 void NoticeDialog::arrangeButtons()

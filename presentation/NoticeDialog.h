@@ -94,3 +94,5 @@ private:
 
 // From the middle of a page to the middle of the window: the navigation shifts every page.
 constexpr QPoint PageNoticeOffset{-75, -65};
+// On the pages of the bindings and of the macros.
+constexpr QPoint BindingNoticeOffset{-100, -50};

@@ -56,6 +56,27 @@ QString fitting(const QString &text, const QFontMetrics &metrics, const QSize &p
     return lines.join(QLatin1Char('\n'));
 }
 
+// Of a centred text of several lines: the narrowest part of its place that takes no more of them, so that no
+// last word stands alone.
+QRect balanced(const QString &text, const QFontMetrics &metrics, const QRect &place, int flags)
+{
+    if (!(flags & Qt::TextWordWrap) || !(flags & Qt::AlignHCenter))
+        return place;
+    const auto needed = [&](int width) { return metrics.boundingRect(QRect(0, 0, width, 0), flags, text); };
+    const int height = needed(place.width()).height();
+    const auto fits = [&](int width) {
+        const QRect lines = needed(width);
+        return lines.width() <= width && lines.height() <= height;
+    };
+    int tooNarrow = place.width() / 2;
+    int wide = place.width();
+    while (height > metrics.height() && wide - tooNarrow > 1) {
+        const int middle = (tooNarrow + wide) / 2;
+        (fits(middle) ? wide : tooNarrow) = middle;
+    }
+    return QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, QSize(wide, place.height()), place);
+}
+
 // Pages and frames hold what shows texts, and show none themselves.
 bool mayShowText(const QWidget *widget)
 {
@@ -74,7 +95,8 @@ void SkinStyle::drawItemText(QPainter *painter, const QRect &place, int flags, c
     const QString shown = fitting(text, painter->fontMetrics(), place.size(), flags);
     if (noted && shown != text)
         *noted = text;
-    QProxyStyle::drawItemText(painter, place, flags, palette, enabled, shown, role);
+    const QRect lines = balanced(shown, painter->fontMetrics(), place, flags);
+    QProxyStyle::drawItemText(painter, lines, flags, palette, enabled, shown, role);
 }
 
 // What is drawn depends on the widget's kind and sheet, so the widget is drawn to see it. A tip asks all that

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // SkinStyle: the toolkit style below the style sheets. Forms have fixed places, so a text of a language may
-// be longer than its place: it is elided instead of cut. Main thread.
+// be longer than its place: it is elided instead of cut. Centred lines are of about one length. Main thread.
 #pragma once
 
 #include <QProxyStyle>

@@ -197,14 +197,32 @@ constexpr char Description[] = "QTextEdit{color: rgb(%1);background: transparent
 constexpr char NumberBox[] = "QSpinBox{color: rgb(%1);background-color: rgb(%2);border: 1px solid rgb(%3);"
                              "border-radius: 6px;}";
 // Buttons of any size, which pictures would distort.
-constexpr char ColorDialog[] =
+constexpr char ToolkitDialog[] =
     "QPushButton{color: rgb(%1);background: palette(button);border: 1px solid rgb(%2);border-radius: 6px;"
     "padding: 6px 16px;}"
     "QPushButton:default{background: rgb(%4);border-color: rgb(%3);}"
     "QPushButton:hover{border-color: rgb(%1);}QPushButton:pressed{background: palette(base);}"
     "QFrame{border: 1px solid rgb(%2);}QLabel{border: 0px;color: rgb(%1);}"
-    "QSpinBox,QLineEdit{min-height: 26px;}";
+    "QSpinBox,QLineEdit{min-height: 26px;}QComboBox{min-height: 30px;}"
+    "QSplitter,QStackedWidget,QHeaderView,QFrame#frame{border: 0px;}"
+    "QComboBox{color: rgb(%1);background: rgb(%5);border: 1px solid rgb(%2);border-radius: 6px;"
+    "padding: 0px 8px;}QComboBox::drop-down{border: 0px;width: 28px;}"
+    "QComboBox::down-arrow{image: url(%PDown.png);}QComboBox::down-arrow:hover{image: url(%PDownHover.png);}"
+    "QTreeView,QListView{border-radius: 6px;padding: 4px;}"
+    "QHeaderView::section{color: rgb(%1);background: transparent;border: 0px;"
+    "border-bottom: 1px solid rgb(%2);padding: 4px;}";
+constexpr char ToolkitButton[] =
+    "QToolButton#%2{border: 0px;min-width: 32px;min-height: 32px;image: url(%P%1.png);}"
+    "QToolButton#%2:hover{image: url(%P%1Hover.png);}"
+    "QToolButton#%2:pressed{image: url(%P%1Click.png);}"
+    "QToolButton#%2:disabled{image: url(%P%1Off.png);}";
 constexpr char PrimaryPlate[] = "0,112,74"; // as in the pictures of the filled button
+
+// Pictures of a file dialog's buttons.
+constexpr std::pair<const char *, const char *> FileButtons[] = {{"Back", "backButton"},
+                                                                 {"Forward", "forwardButton"},
+                                                                 {"Parent", "toParentButton"},
+                                                                 {"NewFolder", "newFolderButton"}};
 
 QString listed(const QColor &color)
 {
@@ -435,12 +453,15 @@ QString numberBox()
                    {color("LinEditColor"), color("ComboxBackGroundColor"), listed(outlineColor())});
 }
 
-QString colorDialog(const QString &folder)
+QString toolkitDialog(const QString &folder)
 {
-    return spinBox(folder) + lineEdit() +
-           compose(ColorDialog, {},
-                   {color("ButtonColor"), listed(outlineColor()), color("SliderColor"),
-                    QLatin1String(PrimaryPlate)});
+    QString sheet = spinBox(folder) + lineEdit() +
+                    compose(ToolkitDialog, folder,
+                            {color("ButtonColor"), listed(outlineColor()), color("SliderColor"),
+                             QLatin1String(PrimaryPlate), color("ComboxBackGroundColor")});
+    for (const auto &[picture, name] : FileButtons)
+        sheet += compose(ToolkitButton, folder, {QLatin1String(picture), QLatin1String(name)});
+    return sheet + QLatin1String(ScrollHandle);
 }
 
 } // namespace style

@@ -102,8 +102,9 @@ QString lineEdit();
 QString spinBox(const QString &folder);
 // A number to type that has buttons of its own beside it.
 QString numberBox();
-// The toolkit's dialog for a colour, with "Up" and "Down" in its number fields.
-QString colorDialog(const QString &folder);
+// The toolkit's dialogs for a file and for a colour, with "Up" and "Down" in its number fields and the
+// pictures of the buttons "Back", "Forward", "Parent" and "NewFolder".
+QString toolkitDialog(const QString &folder);
 
 // A DPI stage, and below it the bar in its colour `fill`; selected ones use other pictures.
 QString stageButton(const QString &folder, const QString &color, bool selected);

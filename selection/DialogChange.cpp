@@ -23,6 +23,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPointer>
+#include <algorithm>
 #include <thread>
 
 namespace
@@ -44,6 +45,7 @@ DialogChange::DialogChange(QWidget *parent)
     applyStyle();
     connectSignals();
     showPrompt();
+    ui->Repair->hide(); // until a search has looked for a failed upgrade
     ui->FindVer->hide();
     languagebox::fill(ui->comboBox);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
@@ -66,7 +68,10 @@ void DialogChange::applyStyle()
     setStyleSheetWhenShown(ui->LeftButton, style::arrow(pictures_, QStringLiteral("Left")));
     setStyleSheetWhenShown(ui->RightButton, style::arrow(pictures_, QStringLiteral("Right")));
     setStyleSheetWhenShown(ui->Repair, confirm(pictures_));
-    ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
+    // The first search has mostly ended before the first picture, and then nobody sees the prompt.
+    onFirstPaint(ui->label, [this] {
+        ui->label->setStyleSheet(style::labelPicture(pictures_, QStringLiteral("Prompt.png")));
+    });
     ui->label_2->setStyleSheet(labelSheet);
     ui->label_3->setStyleSheet(labelSheet);
     styleComboBox(ui->comboBox, pictures_);
@@ -163,6 +168,11 @@ void DialogChange::showCarousel()
     ui->label->hide();
     ui->label_2->hide();
     ui->label_3->show();
+    const QWidget *const focus = window()->focusWidget();
+    const auto focused = std::find_if(board_.tiles().begin(), board_.tiles().end(),
+                                      [focus](const TileBoard::Tile &tile) { return tile.button == focus; });
+    const bool isOnTiles = focused != board_.tiles().end();
+    const QString path = isOnTiles ? focused->device.DevicePath : QString();
     board_.build(attached_.tiles());
     for (const TileBoard::Tile &tile : board_.tiles()) {
         connect(tile.button, SIGNAL(clicked()), this, SLOT(slotButtonClicked()), Qt::UniqueConnection);
@@ -173,6 +183,19 @@ void DialogChange::showCarousel()
     ui->stackedWidget->show();
     ui->RightButton->setVisible(attached_.tiles().size() > 3);
     ui->LeftButton->hide();
+    if (isOnTiles || (unplugged_ && focus == this))
+        focusTile(path);
+}
+
+// Falls back on the first tile. A screen reader stops telling the name of the page when the focus leaves it.
+void DialogChange::focusTile(const QString &devicePath)
+{
+    QWidget *found = nullptr;
+    for (const TileBoard::Tile &tile : board_.tiles())
+        if (!found || (tile.device.DevicePath == devicePath && tile.button->isVisible()))
+            found = tile.button;
+    found->setAccessibleDescription(unplugged_ ? accessibleName() : QString());
+    found->setFocus();
 }
 
 // The tab order follows the layout: left arrow, tiles, right arrow.
@@ -344,6 +367,8 @@ void DialogChange::setUnplugged(bool unplugged)
 {
     unplugged_ = unplugged;
     setAccessibleName(homeText(unplugged ? "DeviceUnplugged" : "DevicesPage", LanguageIndex));
+    for (const TileBoard::Tile &tile : board_.tiles())
+        tile.button->setAccessibleDescription(QString());
 }
 
 // Enter opens a tile as the space bar does, unless it has to open the repair.

@@ -69,6 +69,7 @@ private:
     void setPromptText();
     void showCarousel();
     void orderTabs();
+    void focusTile(const QString &devicePath);
     void checkRepair();
     void refreshTile(int index);
     // Asks the device, which blocks, and passes the answer to the page while that shows the same search.

@@ -3,6 +3,8 @@
 #include "selection/PermissionHint.h"
 
 #include "presentation/FirstShow.h"
+#include "presentation/NamedWidgets.h"
+#include "presentation/ScreenFont.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 #include "selection/NodePermission.h"
@@ -49,16 +51,24 @@ QString titleFor(const QLabel *label, const QString &text, const QStringList &no
 
 } // namespace
 
-PermissionHint::PermissionHint(QWidget *parent) : QFrame(parent), ui(std::make_unique<Ui::PermissionHint>())
+PermissionHint::PermissionHint(QWidget *parent) : QFrame(parent)
 {
-    ui->setupUi(this);
     hide();
-    applyStyle();
     connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, &PermissionHint::checkNodes);
-    connect(ui->hintCopy, &QToolButton::clicked, this, &PermissionHint::copyCommand);
 }
 
 PermissionHint::~PermissionHint() = default;
+
+// On most machines no device refuses, and the card's fonts alone would be a part of each start.
+void PermissionHint::build()
+{
+    ui = std::make_unique<Ui::PermissionHint>();
+    ui->setupUi(this);
+    applyStyle();
+    connect(ui->hintCopy, &QToolButton::clicked, this, &PermissionHint::copyCommand);
+    for (QWidget *child : findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+        scaleFontsToScreen(child); // the window's fonts were scaled before
+}
 
 void PermissionHint::applyStyle()
 {
@@ -83,6 +93,8 @@ void PermissionHint::setNodes(const QStringList &refused)
         watcher_.removePaths(watcher_.directories());
     for (const QString &node : nodes_)
         watcher_.addPath(QFileInfo(node).path());
+    if (isNeeded() && !ui)
+        build();
     writeTexts();
     setVisible(isNeeded());
     checkNodes(); // permission may have been granted before the watch began
@@ -107,6 +119,9 @@ void PermissionHint::setLanguage(int index)
 
 void PermissionHint::writeTexts()
 {
+    if (!ui)
+        return;
+    nameWidgets(this, language_);
     ui->hintCopy->setText(hintText("CopyCommand", language_));
     if (!isNeeded())
         return;

@@ -33,12 +33,13 @@ signals:
     void permissionGranted();
 
 private:
+    void build();
     void applyStyle();
     void copyCommand();
     void checkNodes();
     void writeTexts();
 
-    std::unique_ptr<Ui::PermissionHint> ui;
+    std::unique_ptr<Ui::PermissionHint> ui; // from the first refusal on
     QFileSystemWatcher watcher_;
     QStringList nodes_;
     int language_ = 0;

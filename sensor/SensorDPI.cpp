@@ -11,6 +11,7 @@
 #include "presentation/ColorDialog.h"
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
+#include "presentation/Motion.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
@@ -259,7 +260,7 @@ void SensorDPI::takeStage(int stage)
     row_->bar(stage)->setChecked(true);
     LastStage_ = stage;
     row_->stopTabAt(stage);
-    ui->label_8->move(StagePoint[std::size_t(stage)]);
+    placeMarker(stage);
     emit PostMsg::instance()->SigAddSensor(row_->number(stage));
 }
 
@@ -275,7 +276,7 @@ void SensorDPI::showStage(int stage)
     row_->bar(stage)->setChecked(true);
     row_->selectOnly(stage);
     row_->stopTabAt(stage);
-    ui->label_8->move(StagePoint[std::size_t(stage)]);
+    placeMarker(stage);
 }
 
 void SensorDPI::barToggled(int stage, bool checked)
@@ -531,6 +532,15 @@ void SensorDPI::mouseReleaseEvent(QMouseEvent *event)
     Dragging_ = false;
     row_->setTarget(StageRow::NoTarget);
     drop(event->pos());
+}
+
+void SensorDPI::placeMarker(int stage)
+{
+    const QPoint place = StagePoint[std::size_t(stage)];
+    if (place == ui->label_8->pos())
+        return;
+    const SoftChange moves(this, MarkerArea_);
+    ui->label_8->move(place);
 }
 
 void SensorDPI::returnMarker()

@@ -129,6 +129,7 @@ private:
     void returnSlider();
     void stepTo(int dpi);
     void enter(int dpi);
+    void placeMarker(int stage);
     void returnMarker();
     void abandonDrag();
     std::optional<int> targetAt(const QPoint &pointer) const;

@@ -178,9 +178,9 @@ void FormSetting::styleButtons()
 
 void FormSetting::showWaiting(bool waits)
 {
-    ui->Receive_2->setStyleSheet(
-        style::textButton(pictures_, style::color("ButtonColor"),
-                          waits ? QStringLiteral("WaitUpdate") : QStringLiteral("Confirm")));
+    setStyleSheetWhenShown(
+        ui->Receive_2, style::textButton(pictures_, style::color("ButtonColor"),
+                                         waits ? QStringLiteral("WaitUpdate") : QStringLiteral("Confirm")));
 }
 
 void FormSetting::SlotScroolChange(int index)

@@ -3,7 +3,6 @@
 #include "service/UpgradeFlow.h"
 
 #include "catalogue/DeviceCatalogue.h"
-#include "catalogue/RegistryStore.h"
 #include "device/DeviceState.h"
 #include "device/EventDispatch.h"
 #include "device/FirmwareImage.h"
@@ -13,11 +12,9 @@
 #include "environment/DataRoot.h"
 #include "environment/MainThread.h"
 #include "hub/PostMsg.h"
-#include "service/FlashRun.h"
 #include "service/GateFiles.h"
 #include "service/ModelDevices.h"
-#include "service/UpgradeState.h"
-#include "service/WiredMarriage.h"
+#include "service/UpgradeStage.h"
 
 #include <QDir>
 #include <QPointer>
@@ -29,11 +26,6 @@ namespace
 
 constexpr int StepMs = 1000;
 constexpr int KindsTried[] = {4, 8, 2, 1};
-
-DeviceFlag<UpgradeStatus> &statusOf(int target)
-{
-    return target == TargetReceiver ? ReceiverStatus : MouseStatus;
-}
 
 bool mayFollow(UpgradeStatus status)
 {
@@ -62,66 +54,6 @@ QString recordBeside(const std::vector<DeviceAllInfo> &devices)
             devices.front().Usb == (record->target == TargetReceiver))
             return text;
     return texts.value(0);
-}
-
-// ---- Questions, on a thread of their own
-
-int candidates(int target, const QByteArray &image, const std::vector<DeviceAllInfo> &devices)
-{
-    const auto listed =
-        std::count_if(devices.cbegin(), devices.cend(), [target](const DeviceAllInfo &device) {
-            return device.Usb == (target == TargetMouse);
-        });
-    return int(listed) + findBootDevices(image, BootLoaderLimit);
-}
-
-// What the page shows of a receiver may be older than what it runs.
-bool alreadyRuns(const QByteArray &image, const std::vector<DeviceAllInfo> &devices)
-{
-    return std::any_of(devices.cbegin(), devices.cend(), [&image](const DeviceAllInfo &device) {
-        uint32_t version = 0;
-        return !device.Usb &&
-               UsbFinderC_GetSlaveVersion(device.DevicePath.toLocal8Bit().constData(), &version) &&
-               versionText(version) == firmwareVersion(image);
-    });
-}
-
-// ---- On the layer's upgrade thread
-
-void onProgress(int target, int percent)
-{
-    const bool isHalf = Stages != 1;
-    const int start = isHalf && target == TargetMouse ? 50 : 0;
-    emit PostMsg::instance()->SigProgress(start + (isHalf ? percent / 2 : percent), int(Progress::Percent));
-}
-
-// The record of the other target stays: it may wait in its boot loader for its turn.
-void onSuccess(int target, const UpdateFailRecord &record, const QString &version)
-{
-    PostMsg *hub = PostMsg::instance();
-    if (target == TargetMouse) {
-        const DeviceCatalogue catalogue;
-        const QString name = registry::mouseVersionName(catalogue, catalogue.find(UpgradeCid, UpgradeMid));
-        RegistryStore::instance().setValue(registry::BaseGroup, name, version);
-    }
-    record.takeAway();
-    if (target == TargetMouse)
-        WiredMarriage().marry(attachedOfModel({UpgradeCid, UpgradeMid, UpgradeKind}));
-    if (target == TargetMouse || Stages == 1)
-        emit hub->SigProgress(0, int(Progress::Succeeded));
-    emit hub->SigLabelText(target == TargetMouse ? 1 : 0, version);
-    statusOf(target) = UpgradeStatus::Succeeded;
-}
-
-void onFailure(int target, const UpdateFailRecord &record, bool started)
-{
-    flashrun::emptyLog();
-    if (started)
-        record.putFirst();
-    MouseNew = false;
-    ReceiverNew = false;
-    emit PostMsg::instance()->SigProgress(0, int(Progress::Failed));
-    statusOf(target) = UpgradeStatus::Failed;
 }
 
 } // namespace
@@ -425,8 +357,8 @@ void UpgradeFlow::count(int target)
     const bool asksVersion = target == TargetReceiver && target != failedTarget_;
     asked_.ask([this, target, asksVersion, image = images_->of(target),
                 devices = deviceList()]() -> Inquiry::Answer {
-        const int found = candidates(target, image, devices);
-        const bool runs = found == 1 && asksVersion && alreadyRuns(image, devices);
+        const int found = fittingDevices(target, image, devices);
+        const bool runs = found == 1 && asksVersion && aReceiverRuns(image, devices);
         return [this, target, found, runs] { takeCount(target, found, runs); };
     });
 }
@@ -441,30 +373,16 @@ void UpgradeFlow::takeCount(int target, int found, bool alreadyRuns)
         flash(target, images_->of(target));
 }
 
-// The status is set before the start: the result may come before the next step.
 void UpgradeFlow::flash(int target, const QByteArray &image)
 {
-    const ModelFirmware firmware = model();
-    UpgradeTarget = target;
-    UpgradeCid = firmware.cid;
-    UpgradeMid = firmware.mid;
-    const UpdateFailRecord record{target, UpgradeKind, firmware.cid, firmware.mid};
-    statusOf(target) = UpgradeStatus::Running;
     step_ = Step::Started;
     flashed_ = true;
-    flashrun::start(image, record,
-                    {[target](int percent) { onProgress(target, percent); },
-                     [target, record, version = firmwareVersion(image),
-                      flow = QPointer<UpgradeFlow>(this)](bool succeeded, bool started) {
-                         if (succeeded)
-                             onSuccess(target, record, version);
-                         else
-                             onFailure(target, record, started);
-                         runOnMainThread([flow] {
-                             if (flow)
-                                 flow->endToldRun();
-                         });
-                     }});
+    flashStage(target, image, model(), [flow = QPointer<UpgradeFlow>(this)] {
+        runOnMainThread([flow] {
+            if (flow)
+                flow->endToldRun();
+        });
+    });
 }
 
 // A run whose end the dialog has told is over: the user may open it again before the next tick.

@@ -10,6 +10,9 @@
 # skin_states(page stem template width height suffix=look … WITH key=value …)
 # One picture for each suffix, from one template.
 
+# MORLEN_PICTURES: the folder of another tree's pictures, which this one then shares instead of drawing its own.
+set(MORLEN_PICTURES "" CACHE PATH "Folder with pictures that are drawn; empty: draws them")
+
 find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 
 # Grounds are drawn in so many times their light; GroundLight of tools/pack/Ground.h is the same.
@@ -64,6 +67,10 @@ function(skin_picture page name template w h)
 
   set(single ${MORLEN_PRODUCT_DIR}/Picture/${page}/${name}.png)
   set(double ${MORLEN_PRODUCT_DIR}/Picture/${page}/${name}@2x.png)
+  install(FILES ${single} ${double} DESTINATION ${MORLEN_DATA_DIR}/Picture/${page})
+  if(MORLEN_PICTURES)
+    return()
+  endif()
   set(drawGround)
   set(singleGround)
   set(doubleGround)
@@ -88,7 +95,6 @@ function(skin_picture page name template w h)
     COMMENT "Drawing ${page}/${name}"
     VERBATIM)
   set_property(DIRECTORY APPEND PROPERTY skin_files ${single} ${double})
-  install(FILES ${single} ${double} DESTINATION ${MORLEN_DATA_DIR}/Picture/${page})
 endfunction()
 
 # A piece of drawing that stands inside a template, with its own placeholders filled in.

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "device/hidusb/Bus.h"
+#include "device/hidusb/wire/ReplyTimeout.h"
 #include "device/hidusb/wire/Report.h"
 
 #include <array>
@@ -23,7 +24,6 @@ namespace hidusb
 {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::chrono::milliseconds ReplyTimeout{150};
 constexpr int UsualTries = 3;
 
 // True when `reply` answers `request`.

@@ -11,7 +11,6 @@ namespace
 
 constexpr qint64 EntryLimitMs = 2000;
 constexpr int KeyLimit = 3; // a key sequence holds a press and a release of each
-constexpr QPoint NoticeOffset{-100, -50};
 constexpr QLatin1Char Plus('+');
 
 } // namespace
@@ -87,7 +86,7 @@ void GroupKey::on_NewHong_clicked()
     const QStringList checked = modifiers();
     const int count = checked.size() + (keys.isEmpty() ? 0 : keys.count(Plus) + 1);
     if (count > KeyLimit) {
-        notice::ask<GroupMaxThree>(this, NoticeOffset);
+        notice::ask<GroupMaxThree>(this, BindingNoticeOffset);
         PlusCount_ = 0;
         LastGroupKey_ = -1;
         ui->lineEdit->clear();

@@ -456,20 +456,32 @@ private slots:
     void aLossUnderAPress_data()
     {
         QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("mode"); // the box that shows the slider, at this item
+        QTest::addColumn<int>("item");
         QTest::addColumn<bool>("asks");
-        QTest::newRow("mouse brightness") << "horizontalLight" << true;
-        QTest::newRow("mouse speed") << "horizontalSpeed" << true;
-        QTest::newRow("receiver brightness") << "horizontalLight_2" << false;
-        QTest::newRow("receiver speed") << "horizontalSpeed_2" << false;
+        QTest::newRow("mouse brightness") << "horizontalLight"
+                                          << "LightMod" << 2 << true;
+        QTest::newRow("mouse speed") << "horizontalSpeed"
+                                     << "LightMod" << 2 << true;
+        QTest::newRow("stage brightness") << "LightH"
+                                          << "Model" << 1 << true;
+        QTest::newRow("stage speed") << "SpeedH"
+                                     << "Model" << 2 << true;
+        QTest::newRow("receiver brightness") << "horizontalLight_2"
+                                             << "LightMod_2" << 2 << false;
+        QTest::newRow("receiver speed") << "horizontalSpeed_2"
+                                        << "LightMod_2" << 2 << false;
     }
     void aLossUnderAPress()
     {
         QFETCH(QString, name);
+        QFETCH(QString, mode);
+        QFETCH(int, item);
         QFETCH(bool, asks);
         Scene scene(SensorModels[0], SensorLinks[2]);
         QCOMPARE(scene.openLights(), QString());
-        scene.control<QComboBox>("LightMod")->setCurrentIndex(2);
-        QTRY_VERIFY(scene.program.agrees("m") && scene.flash().LedBarMode == 2);
+        scene.control<QComboBox>(mode.toLatin1())->setCurrentIndex(item);
+        QTRY_VERIFY(scene.program.agrees("m"));
         auto *slider = scene.control<QSlider>(name.toLatin1());
         QWindow *const window = scene.program.window->windowHandle();
         const auto at = [&](int x) {
@@ -510,8 +522,9 @@ private slots:
         QCoreApplication::processEvents();
         QCOMPARE(slider->value(), rests);
         QVERIFY(sameBytes(scene.flash(), before));
-        QTest::keyClick(slider, rests == 10 ? Qt::Key_Left : Qt::Key_Right); // and it works
-        QCOMPARE(slider->value(), rests == 10 ? 9 : rests + 1);
+        const bool isFull = rests == slider->maximum();
+        QTest::keyClick(slider, isFull ? Qt::Key_Left : Qt::Key_Right); // and it works
+        QCOMPARE(slider->value(), isFull ? rests - 1 : rests + 1);
         QTRY_VERIFY(scene.program.agrees("m"));
     }
 };

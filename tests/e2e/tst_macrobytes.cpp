@@ -63,6 +63,27 @@ void bind(const Program &program, const char *caption, const QString &name)
         button->click();
 }
 
+// By the keyboard, of the macro that is chosen.
+void renameByKey(Program &program, const QString &name)
+{
+    program.script.step("a new name", always, [&program] {
+        QTest::keyClick(program.window->findChild<QWidget *>(QStringLiteral("listWidgetHong")), Qt::Key_F2);
+    });
+    program.script.step("name", isShown<QuestionDialog>, [name] {
+        auto *const dialog = windows::shown<QuestionDialog>();
+        dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit"))->setText(name);
+        dialog->on_OK_clicked();
+    });
+}
+
+void chooseMacro(Program &program)
+{
+    program.click("MacroButton");
+    program.script.step("chosen", always, [&program] {
+        program.window->findChild<QListWidget *>(QStringLiteral("listWidgetHong"))->setCurrentRow(0);
+    });
+}
+
 void setMacro(FlashDataMap *map, int button, const char *name, uint8_t cycle, const MacroRows &rows)
 {
     map->KeyBindings[button] = {6, uint8_t(button), cycle};
@@ -189,10 +210,9 @@ private slots:
             bind(program, "RightKey", "Burst");
         });
         program.expect("in flash", [&] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
-        program.click("MacroButton");
+        chooseMacro(program);
         program.script.step("edited", always, [&] {
             auto *const page = program.window->findChild<QWidget *>(QStringLiteral("Macro"));
-            page->findChild<QListWidget *>(QStringLiteral("listWidgetHong"))->setCurrentRow(0);
             QMetaObject::invokeMethod(page, "on_ChooseEvent_activated", Q_ARG(int, 4));
         });
         program.click("ReUntil");
@@ -204,15 +224,7 @@ private slots:
             program.order("radio m2 on");
             program.waitForLoad();
         } else if (then == "it is renamed") {
-            program.script.step("a new name", always, [&] {
-                auto *const page = program.window->findChild<QWidget *>(QStringLiteral("listWidgetHong"));
-                QTest::keyClick(page, Qt::Key_F2);
-            });
-            program.script.step("name", isShown<QuestionDialog>, [] {
-                auto *const dialog = windows::shown<QuestionDialog>();
-                dialog->findChild<QLineEdit *>(QStringLiteral("lineEdit"))->setText(QStringLiteral("Tap"));
-                dialog->on_OK_clicked();
-            });
+            renameByKey(program, name);
         } else if (then == "the page is left") {
             program.click("UpArrow");
             program.open(QStringLiteral("r2"));
@@ -226,6 +238,49 @@ private slots:
         });
         QCOMPARE(program.script.run(), QString());
         QCOMPARE(QDir(keptFolder()).entryList(QDir::Files), QStringList());
+    }
+
+    // What the mouse was away for reaches it with the next read, and the old name makes no second macro.
+    void aRefusedNameReachesTheMouse_data()
+    {
+        QTest::addColumn<bool>("isLeft");
+        QTest::newRow("at the next read") << false;
+        QTest::newRow("when the device is opened again") << true;
+    }
+    void aRefusedNameReachesTheMouse()
+    {
+        QFETCH(bool, isLeft);
+        Program program;
+        const auto caption = [&] { return named(program, "RightKey")->text(); };
+        program.open(QStringLiteral("r2"));
+        program.script.step("bound", always, [&] {
+            saveMacro("Burst", 254, presses(3));
+            bind(program, "RightKey", "Burst");
+        });
+        program.expect("in flash", [&] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
+        chooseMacro(program);
+        program.order("radio m2 off");
+        renameByKey(program, "Tap");
+        program.script.step("the notice", isShown<MouseOffLine>, [] { answer<MouseOffLine>("OK"); });
+        program.script.step("one macro", always, [&] {
+            QCOMPARE(macroNames(), QStringList("Tap"));
+            QCOMPARE(caption(), QString("Macro: Tap"));
+        });
+        if (isLeft)
+            program.click("UpArrow");
+        program.order("radio m2 on");
+        if (isLeft)
+            program.open(QStringLiteral("r2"));
+        else
+            program.waitForLoad();
+        program.expect("in flash",
+                       [&] { return blockName(program.bus.record("m2").MacroBlocks[1]) == "Tap"; });
+        program.expect("record and flash agree", [&] { return program.agrees("m2"); });
+        program.script.step("one macro still", always, [&] {
+            QCOMPARE(macroNames(), QStringList("Tap"));
+            QCOMPARE(caption(), QString("Macro: Tap"));
+        });
+        QCOMPARE(program.script.run(), QString());
     }
 
     void aLostMouseHasNoBindingWithoutItsMacro_data()

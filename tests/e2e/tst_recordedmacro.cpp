@@ -70,8 +70,16 @@ class tst_recordedmacro : public QObject
     static QWidget *page(const Program &program) { return program.window->findChild<QWidget *>("Macro"); }
 
 private slots:
+    void fromTheKeyboardToTheFlash_data()
+    {
+        QTest::addColumn<bool>("endsAtOnce"); // as when the display is gone
+        QTest::newRow("in peace") << false;
+        QTest::newRow("at the end") << true;
+    }
     void fromTheKeyboardToTheFlash()
     {
+        QFETCH(bool, endsAtOnce);
+        QFile::remove(macro::macroPath(QStringLiteral("Burst")));
         Program program;
         Watchdog watchdog;
         FlashDataMap wanted{};
@@ -125,6 +133,8 @@ private slots:
         program.script.step("another one is chosen", always, [&] {
             wanted.KeyBindings[Button].Second = 253;
             page(program)->findChild<QListWidget *>(QStringLiteral("listWidgetHong"))->clearSelection();
+            if (endsAtOnce)
+                program.window->letGo();
         });
         program.expect("saved rows and mode", arrived);
         program.expect("record and flash agree", [&] { return program.agrees("m1"); });

@@ -42,7 +42,7 @@ void look(const QString &log)
     static QString last;
     static int pictures = 0;
     for (QWidget *const window : QApplication::topLevelWidgets()) {
-        const auto *page = window->findChild<QWidget *>(QStringLiteral("frameChange"));
+        const auto *page = window->findChild<QWidget *>(QStringLiteral("DialogChange"));
         if (!page || !page->isVisible())
             continue;
         const QString now = describe(page);

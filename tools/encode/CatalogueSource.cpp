@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "tools/encode/CatalogueSource.h"
 
+#include "tools/encode/KeyForms.h"
+
 #include <algorithm>
+#include <cctype>
 #include <cstdint>
 #include <map>
 

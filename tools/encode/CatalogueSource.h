@@ -13,7 +13,7 @@
 // and "@" are syntax of the encoded file and are refused.
 #pragma once
 
-#include "tools/encode/KeyForms.h"
+#include "tools/encode/SensorHeader.h"
 
 #include <istream>
 #include <string>

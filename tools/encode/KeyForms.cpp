@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "tools/encode/KeyForms.h"
 
-#include "catalogue/DpiSteps.h"
 #include "keys/KeyTable.h"
 #include "keys/MediaKeys.h"
 
@@ -14,8 +13,6 @@ namespace
 
 using Items = std::vector<std::string>;
 
-constexpr char SensorLine[] = "#define SENSORS\t";
-constexpr char DpiLine[] = "#define SENSOR_";
 constexpr std::size_t NameLimit = 63; // of a firmware file's head
 constexpr std::array<std::string_view, 4> FlagValues = {"0x00", "0x11", "0x22", "0x33"};
 constexpr std::string_view HexDigits = "0123456789abcdefABCDEF";
@@ -123,14 +120,6 @@ bool isBaseName(const std::string &name)
     return name.size() <= NameLimit && consistsOf(name, NameLetters) && name.front() != '.';
 }
 
-// Its own macros count, or the steps that all other sensors have.
-bool countsDpi(const std::string &sensor, int dpi, const std::set<std::string> &names, bool hasTable)
-{
-    if (hasTable)
-        return names.count("SENSOR_" + sensor + "_DPI_" + std::to_string(dpi)) > 0;
-    return dpi % DpiStep == 0 && dpi / DpiStep <= (isWideSensor(sensor) ? 1024 : 256);
-}
-
 bool isSensor(const std::string &name, const Items &sensors)
 {
     return std::find(sensors.begin(), sensors.end(), name) != sensors.end();
@@ -211,36 +200,4 @@ bool fitsForm(const CatalogueKey &key, const Items &items, const Items &sensors)
         return items.size() == 2 && isNumber(items[0], -1, 1) && isNumber(items[1], -1, 3);
     }
     return false;
-}
-
-SensorHeader readSensorHeader(std::istream &header)
-{
-    SensorHeader read;
-    const std::string sensors = SensorLine;
-    const std::string macro = DpiLine;
-    const std::size_t define = macro.find(' ') + 1;
-    for (std::string line; std::getline(header, line);) {
-        if (line.compare(0, sensors.size(), sensors) == 0)
-            read.sensors = splitItems(line.substr(sensors.size()));
-        else if (line.compare(0, macro.size(), macro) == 0)
-            read.dpiNames.insert(line.substr(define, line.find('\t') - define));
-    }
-    return read;
-}
-
-bool countsEachDpi(const std::string &sensor, const Items &ranges, const SensorHeader &header)
-{
-    const std::string prefix = "SENSOR_" + sensor + "_DPI";
-    const auto first = header.dpiNames.lower_bound(prefix);
-    const bool hasTable = first != header.dpiNames.end() && first->compare(0, prefix.size(), prefix) == 0;
-    const int flag = std::stoi(ranges.back(), nullptr, 16);
-    for (std::size_t i = 0; i + 3 <= ranges.size(); i += 3) {
-        const int divisor = dpiMultiplier(flag, int(i / 3)).divisor;
-        const int step = *decimalNumber(ranges[i + 2]);
-        for (int dpi = *decimalNumber(ranges[i]); dpi <= *decimalNumber(ranges[i + 1]); dpi += step) {
-            if (dpi % divisor != 0 || !countsDpi(sensor, dpi / divisor, header.dpiNames, hasTable))
-                return false;
-        }
-    }
-    return true;
 }

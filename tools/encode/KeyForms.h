@@ -6,9 +6,7 @@
 
 #include "catalogue/CatalogueKeys.h"
 
-#include <istream>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -22,13 +20,3 @@ std::string describeForm(const CatalogueKey &key);
 // `sensors`: the names that the catalogue may use.
 bool fitsForm(const CatalogueKey &key, const std::vector<std::string> &items,
               const std::vector<std::string> &sensors);
-
-// What driver_sensor.h says of the sensors that the catalogue names.
-struct SensorHeader {
-    std::vector<std::string> sensors; // the names in the line "SENSORS"
-    std::set<std::string> dpiNames;   // of the macros SENSOR_<sensor>_DPI_<dpi>
-};
-SensorHeader readSensorHeader(std::istream &header);
-// Whether a sensor can count each DPI of these ranges, a value of the form DpiRanges.
-bool countsEachDpi(const std::string &sensor, const std::vector<std::string> &ranges,
-                   const SensorHeader &header);

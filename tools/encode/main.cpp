@@ -23,6 +23,12 @@ static int fail(const std::string &path, const char *reason)
     return 1;
 }
 
+static int fail(const std::string &path, int line, const std::string &reason)
+{
+    std::cerr << path << ':' << line << ": " << reason << '\n';
+    return 1;
+}
+
 int main(int argc, char **argv)
 {
     constexpr char option[] = "--udev";
@@ -40,13 +46,13 @@ int main(int argc, char **argv)
     const std::string sensorPath = besideIt(from, "driver_sensor.h");
     std::ifstream sensorHeader(sensorPath);
     const SensorHeader header = readSensorHeader(sensorHeader);
-    if (header.sensors.empty())
-        return fail(sensorPath, "cannot be read, or has no line \"#define SENSORS\" with names behind a tab");
+    if (!sensorHeader.is_open())
+        return fail(sensorPath, "cannot be read");
+    if (!header.error.empty())
+        return fail(sensorPath, header.errorLine, header.error);
     const EncodedCatalogue result = encodeCatalogue(source, header);
-    if (!result.error.empty()) {
-        std::cerr << from << ':' << result.errorLine << ": " << result.error << '\n';
-        return 1;
-    }
+    if (!result.error.empty())
+        return fail(from, result.errorLine, result.error);
     std::ofstream target(to, std::ios::binary);
     target << (udev == nullptr ? result.text : udevRules(result, *udev == '=' ? udev + 1 : udev));
     target.close();

@@ -16,6 +16,9 @@ constexpr int MostColours = 256;
 // shades, and its table more of these.
 constexpr int FrequentColours = 192;
 constexpr int FrequentDithered = 96;
+// From so many pixels on the table is filled up: libpng looks whether a pixel's colour lies outside a table
+// with room, which takes it longer than to read some unused colours.
+constexpr int FullTablePixels = 128 * 128;
 
 struct Colour {
     QRgb value;
@@ -88,8 +91,10 @@ bool isDense(const std::vector<Colour> &colours)
                        [](const Colour &colour) { return colour.away <= DitherTolerance; });
 }
 
-QImage indexed(QSize size, const QVector<QRgb> &table)
+QImage indexed(QSize size, QVector<QRgb> table)
 {
+    if (size.width() * size.height() >= FullTablePixels)
+        table.insert(table.size(), MostColours - table.size(), qRgb(0, 0, 0));
     QImage packed(size, QImage::Format_Indexed8);
     packed.setColorTable(table);
     return packed;

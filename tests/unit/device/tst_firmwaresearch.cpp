@@ -74,6 +74,7 @@ private slots:
         QTest::addColumn<bool>("isNew");
         QTest::newRow("same") << "v1.0A" << false;
         QTest::newRow("older") << "v1.09" << true;
+        QTest::newRow("no number either") << "v1.0B" << true;
         QTest::newRow("newer") << "v2.00" << true;
         QTest::newRow("without v") << "1.0A" << false;
         QTest::newRow("none") << "" << false;

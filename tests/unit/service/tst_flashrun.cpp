@@ -98,10 +98,11 @@ private slots:
         bool isLater = false;
         QTimer::singleShot(10 * flashrun::SilenceMs, this, [&isLater] { isLater = true; });
         QTRY_VERIFY(isLater); // the main thread has found it silent
-        QCOMPARE(told.words(), QStringList());
-        QVERIFY(flashrun::isUnderWay());
+        const bool saysNothing = told.words().isEmpty();
+        const bool runs = flashrun::isUnderWay();
         mayGo.release();
         QTRY_COMPARE(told.words(), (QStringList{QStringLiteral("progress"), QStringLiteral("failure")}));
+        QVERIFY(saysNothing && runs);
     }
 
     // The result of one may start the next; in between nothing may end the program.

@@ -5,6 +5,7 @@
 #include "catalogue/DpiCodes.h"
 #include "keys/MediaKeys.h"
 #include "tests/support/TestMain.h"
+#include "tools/encode/KeyForms.h"
 #include "tools/encode/UdevRules.h"
 
 #include <QProcess>
@@ -15,8 +16,18 @@
 namespace
 {
 
-const SensorHeader Sensors = {{"3395", "PA42", "T1"},
-                              {"SENSOR_T1_DPI_100", "SENSOR_T1_DPI_200", "SENSOR_T1_DPI_300"}};
+constexpr char Sensors[] = "/* x */\n"
+                           "#define SENSORS\t3395,PA42,T1\n"
+                           "#define SUPPORT_RIPPLE\t3395\n"
+                           "#define SENSOR_T1_DPI_100\t0x01\n"
+                           "#define SENSOR_T1_DPI_200\t0xff\n"
+                           "#define SENSOR_T1_DPI_300\t3\n";
+
+SensorHeader headerOf(const QByteArray &text)
+{
+    std::istringstream stream(text.toStdString());
+    return readSensorHeader(stream);
+}
 
 // A catalogue with one model and all that is needed, one key a line; the model begins at line 13.
 constexpr char Small[] = "[Option]\n"
@@ -305,7 +316,7 @@ private slots:
                 QCOMPARE(cells[1], QString(key->isNeeded ? "yes" : "no"));
                 QCOMPARE(cells[2], QString::fromStdString(describeForm(*key)));
                 const std::string example = namesIn(cells[4]).value(0).toStdString();
-                QVERIFY2(fitsForm(*key, splitItems(example), Sensors.sensors), qPrintable(name));
+                QVERIFY2(fitsForm(*key, splitItems(example), headerOf(Sensors).sensors), qPrintable(name));
             }
         }
         QCOMPARE(std::size_t(told.size()), CatalogueKeys.size());
@@ -397,10 +408,9 @@ private slots:
         QCOMPARE(result.errorLine, fits ? 0 : lineOf(source, "DPIRange="));
 
         // The program's own conversion agrees.
-        SensorCodes codes{{}, {}, QString::fromLatin1(sensor)};
-        for (const std::string &name : Sensors.dpiNames)
-            codes.names << QString::fromStdString(name);
-        codes.values = {1, 2, 3};
+        SensorCodes codes;
+        codes.sensor = QString::fromLatin1(sensor);
+        parseSensorDefines(Sensors, &codes.names, &codes.values);
         DpiRanges read;
         read.read(QString::fromLatin1(ranges).split(','));
         bool all = true;
@@ -412,6 +422,49 @@ private slots:
             }
         }
         QCOMPARE(all, fits);
+    }
+
+    // What the program would pass over or take for something else.
+    void refusesASensorHeader_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("reason");
+        const auto row = [](const char *line, const char *reason) {
+            QTest::addRow("%s", line) << QByteArray(line) + '\n' << QByteArray(reason);
+        };
+        row("#define SENSORS\t3395,339", "the sensor \"339\" is a part of another one, or empty");
+        row("#define SENSORS\t3395,3395", "the sensor \"3395\" is a part of another one, or empty");
+        row("#define SENSORS\t3395,", "the sensor \"\" is a part of another one, or empty");
+        row("#define SENSORS\tPI42", "the sensor PI42 holds a capital I");
+        row("#define SENSOR_T1_DPI_\t4", "SENSOR_T1_DPI_ is not SENSOR_, the sensor, _DPI_ and the DPI");
+        row("#define SENSOR_T1_400\t4", "SENSOR_T1_400 is not SENSOR_, the sensor, _DPI_ and the DPI");
+        row("#define SENSOR_T2_DPI_400\t4", "the sensor T2 does not stand in a line SENSORS above it");
+        row("#define SENSOR_T1_DPI_400\t256", "the code 256 is no number from 0 to 255");
+        row("#define SENSOR_T1_DPI_400\t0x100", "the code 0x100 is no number from 0 to 255");
+        row("#define SENSOR_T1_DPI_400\tFF", "the code FF is no number from 0 to 255");
+        row("#define SENSOR_T1_DPI_300\t4", "the DPI or its code stands above already");
+        row("#define SENSOR_T1_DPI_400\t255", "the DPI or its code stands above already");
+        const char *const form =
+            "is not #define, a blank, the name, a tab and the value, without other blanks";
+        row("#define SENSOR_T1_DPI_400 4", form);
+        row("#define SUPPORT_RIPPLE\t3395, PA42", form);
+        row("#define SUPPORT_RIPPLE", form);
+        QTest::newRow("no line end") << QByteArray("#define SENSOR_T1_DPI_400\t4")
+                                     << QByteArray("has no line end, and is not read");
+    }
+    void refusesASensorHeader()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, reason);
+        const SensorHeader header = headerOf(Sensors + line);
+        QCOMPARE(QByteArray::fromStdString(header.error), reason);
+        QCOMPARE(header.errorLine, 7);
+        QCOMPARE(headerOf(Sensors).error, std::string());
+        QVERIFY(!headerOf("/* x */\n").error.empty());
+        QVERIFY(write("driver_sensor.h", Sensors + line));
+        QVERIFY(write("good.ini", Small));
+        QVERIFY(run("good.ini", "none.ini") != 0);
+        QCOMPARE(errors_, folder_.filePath("driver_sensor.h").toUtf8() + ":7: " + reason + '\n');
     }
 
     void udevRulesNameTheIds_data()
@@ -457,7 +510,7 @@ private slots:
         }
     }
 
-    void init() { QVERIFY(write("driver_sensor.h", "/* x */\n#define SENSORS\t3395,PA42\n")); }
+    void init() { QVERIFY(write("driver_sensor.h", Sensors)); }
 
 private:
     // What stands between backticks.
@@ -471,7 +524,7 @@ private:
     static EncodedCatalogue encode(const QByteArray &source)
     {
         std::istringstream stream(source.toStdString());
-        return encodeCatalogue(stream, Sensors);
+        return encodeCatalogue(stream, headerOf(Sensors));
     }
     bool write(const char *name, const QByteArray &bytes)
     {

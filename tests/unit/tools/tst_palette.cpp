@@ -75,6 +75,16 @@ private slots:
         QCOMPARE(packed.convertToFormat(QImage::Format_ARGB32), picture);
     }
 
+    void aLargePictureFillsItsTable()
+    {
+        QImage picture(200, 100, QImage::Format_ARGB32);
+        picture.fill(qRgba(255, 0, 0, 255));
+        picture.setPixel(7, 7, qRgba(0, 255, 153, 128));
+        const QImage packed = withPalette(picture);
+        QCOMPARE(packed.colorCount(), 256);
+        QCOMPARE(packed.convertToFormat(QImage::Format_ARGB32), picture);
+    }
+
     void manyFarColoursAreLeftAlone() { QVERIFY(withPalette(pictureOf(farApart(257))).isNull()); }
 
     // An edge of 200 shades between two colours, on a ground of 192 that fill the picture.

@@ -5,6 +5,7 @@
 // image of the device is kept.
 #include "app/Dialog.h"
 #include "app/DialogMain.h"
+#include "app/SystemEnd.h"
 #include "device/ImageCache.h"
 #include "device/Worker.h"
 #include "device/WriteFamily.h"
@@ -303,6 +304,17 @@ private slots:
         QVERIFY(window->isHidden());
         QCOMPARE(keptRate(), 64);
         QCOMPARE(calls(), (QStringList{"UsbServer_SetPCDriverStatus 0", "StopUsbChanged", "UsbServer_Exit"}));
+    }
+
+    // A session's end can end the event loop alone, of a hidden window, too.
+    void theEndOfTheEventLoopLetsGo()
+    {
+        openDevicePage();
+        window->hide();
+        for (int ends = 0; ends < 2; ++ends)
+            const SystemEnd end(window.get());
+        QCOMPARE(calls(), (QStringList{"UsbServer_SetPCDriverStatus 0", "StopUsbChanged", "UsbServer_Exit"}));
+        QCOMPARE(keptRate(), 64);
     }
 
     void hidingKeepsNoImage()

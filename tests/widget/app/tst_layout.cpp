@@ -31,6 +31,7 @@
 #include "service/Match.h"
 #include "service/UpDateRepair.h"
 #include "tests/support/LongTexts.h"
+#include "tests/support/StillDesktop.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 #include "tests/widget/app/Faults.h"
@@ -53,7 +54,7 @@ class tst_Layout : public QObject
 
 private:
     FakeHidUsb &fake = FakeHidUsb::instance();
-    const QTemporaryDir config;
+    const support::StillDesktop still;
 
     static void check(QWidget *window)
     {
@@ -74,15 +75,7 @@ private:
     }
 
 private slots:
-    void initTestCase()
-    {
-        faults::watchTexts();
-        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit()); // no motion in the pictures
-        QVERIFY(QDir(config.path()).mkpath("gtk-3.0"));
-        QFile settings(config.filePath("gtk-3.0/settings.ini"));
-        QVERIFY(settings.open(QIODevice::WriteOnly));
-        settings.write("[Settings]\ngtk-enable-animations=0\n");
-    }
+    void initTestCase() { faults::watchTexts(); }
     void init() { fixture::clean(); }
 
     // Whatever draws it. A tool button's text beside which only its icon is drawn is none.

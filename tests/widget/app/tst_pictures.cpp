@@ -16,6 +16,8 @@
 #include "presentation/UpDataParam.h"
 #include "presentation/Widgets.h"
 #include "presentation/language/LanguageTables.h"
+#include "selection/DialogChange.h"
+#include "selection/PermissionHint.h"
 #include "service/Match.h"
 #include "service/UpDateRepair.h"
 #include "tests/support/ProgramSources.h"
@@ -151,6 +153,9 @@ private:
     {
         fake.setRunsWatchAtStart(true);
         DialogMain window;
+        window.findChild<DialogChange *>()
+            ->findChild<QLabel *>("label")
+            ->grab(); // tiles take the prompt's place
         window.show();
         QTRY_VERIFY(fake.idle());
         QTRY_COMPARE(window.findChildren<mytoolButtonEnter *>().size(), int(everyKind().size()));
@@ -174,6 +179,10 @@ private:
             dialog->show();
             note(dialog, seen);
         }
+        PermissionHint card;
+        card.setNodes({"/dev/hidraw-refused"});
+        card.show();
+        note(&card, seen);
         walkPairing(seen);
         QTRY_VERIFY(fake.idle());
     }

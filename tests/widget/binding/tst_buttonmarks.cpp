@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 //
 // The binding page's picture and rows: the marks on each model's mouse, and what a click on one does.
+#include "tests/support/StillDesktop.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/binding/ButtonPage.h"
 
 #include "presentation/StyleSheets.h"
 
+#include <QScopeGuard>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -121,11 +123,66 @@ private slots:
         QVERIFY(FakeHidUsb::instance().updates().empty());
     }
 
+    // What lights or is checked fades into its look; a press shows at once, and so does what comes into
+    // sight.
+    void aStateFadesIn_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char *name : {"Number2", "RightKey"})
+            QTest::newRow(name) << name;
+    }
+    void aStateFadesIn()
+    {
+        QFETCH(QString, name);
+        const QTemporaryDir config; // says nothing of motion
+        page().show(ButtonPage::plainRecord());
+        auto *const button = static_cast<PairedButton *>(page().button(name.toLatin1()));
+        const auto look = [button] { return button->grab().toImage(); };
+        const auto stillLook = [&](const std::function<void()> &change) {
+            const support::StillDesktop still;
+            change();
+            return look();
+        };
+        const auto light = [button] { button->setLit(true); };
+        const auto check = [button] { button->setChecked(true); };
+        const auto uncheck = [this, button] { // a row by another one
+            page().button("FireKey")->setChecked(true);
+            button->setChecked(false);
+        };
+        const QImage lit = stillLook(light);
+        const QImage checked = stillLook(check);
+        uncheck();
+        const QImage pressed = stillLook([button] { button->setDown(true); });
+        button->setDown(false);
+        const QImage plain = stillLook([button] { button->setLit(false); });
+        QVERIFY(lit != plain && checked != lit && pressed != plain);
+
+        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
+        const auto restored = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"); });
+        light();
+        QVERIFY(look() != lit);
+        QTRY_COMPARE(look(), lit);
+        check();
+        QVERIFY(look() != checked);
+        QTRY_COMPARE(look(), checked);
+        uncheck();
+        look();
+        button->setDown(true);
+        QCOMPARE(look(), pressed);
+        button->hide();
+        button->setDown(false);
+        check();
+        button->show();
+        QCOMPARE(look(), checked);
+        button->setLit(false);
+    }
+
     // Pointing at a row, at its number or at its mark lights row and mark alike, and so does the keyboard.
     void rowAndMarkLightTogether_data() { eachButtonRow(); }
     void rowAndMarkLightTogether()
     {
         QFETCH(int, row);
+        const support::StillDesktop still;
         page().show(ButtonPage::plainRecord());
         auto *const caption = static_cast<PairedButton *>(page().button(ButtonPageRows[row].caption));
         auto *const mark = static_cast<PairedButton *>(page().button(ButtonPageRows[row].marker));

@@ -3,10 +3,9 @@
 //
 // The colour that a press takes: from which screen, in a session in which no program may look at the screen,
 // and what a press or a release leaves alone. The real pointer is in the test of the real pick.
-#include "lighting/HueField.h"
 #include "lighting/ScreenColor.h"
 #include "tests/support/TestMain.h"
-#include "tests/widget/lighting/LightPage.h"
+#include "tests/widget/lighting/PickPage.h"
 
 namespace
 {
@@ -28,17 +27,15 @@ class tst_ColorPick : public QObject
 
 private:
     FakeHidUsb &fake = FakeHidUsb::instance();
-    std::unique_ptr<LightPage> page;
+    std::unique_ptr<PickPage> page;
 
     void open()
     {
-        page = std::make_unique<LightPage>();
-        page->setBar({3, 1, 2, 3, 4, 7, 1});
-        page->read(lightRecord(3));
+        page = std::make_unique<PickPage>();
         QVERIFY(QTest::qWaitForWindowExposed(page->page.get()));
     }
     QWindow *window() const { return page->page->windowHandle(); }
-    HueField *field(int index) const { return page->find<HueField>(QLatin1String(LightCases[index].field)); }
+    HueField *field(int index) const { return page->field(index); }
     QPoint at(int index, const QPoint &point) const { return field(index)->mapTo(page->page.get(), point); }
     int writes(int index) const
     {

@@ -5,6 +5,7 @@
 // they can be seen. And the field of hues with the colours that are taken from it.
 #include "lighting/HueField.h"
 #include "lighting/LightPreview.h"
+#include "tests/support/StillDesktop.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/lighting/LightPage.h"
 
@@ -209,8 +210,6 @@ private slots:
     // Where the desktop asks for none, a moment stands still.
     void withoutMotionItStandsStill()
     {
-        QTemporaryDir config;
-        const QByteArray before = qgetenv("XDG_CONFIG_HOME");
         LightPreview moved; // until the desktop asks for none
         moved.resize(300, 100);
         moved.setLight({Breathing, Own, 10, 5});
@@ -219,30 +218,22 @@ private slots:
         QVERIFY(frames(moved, 3) >= 3);
         QVERIFY(moved.turns() > 0);
         moved.hide();
-        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
-        QDir(config.path()).mkdir("gtk-3.0");
-        QFile file(config.filePath("gtk-3.0/settings.ini"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[Settings]\ngtk-enable-animations=0\n");
-        file.close();
-        {
-            LightPreview preview;
-            preview.resize(300, 100);
-            preview.setLight({Breathing, Own, 10, 5});
-            preview.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&preview));
-            const QImage shot = preview.grab().toImage();
-            QVERIFY(!preview.isMoving());
-            bool lit = false;
-            for (int x = 0; x < shot.width(); ++x)
-                lit = lit || shot.pixelColor(x, shot.height() / 2).value() >= Own.value();
-            QVERIFY(lit);
-            moved.show();
-            QVERIFY(QTest::qWaitForWindowExposed(&moved));
-            QCOMPARE(moved.grab().toImage(), shot);
-            QCOMPARE(moved.turns(), 0.0);
-        }
-        qputenv("XDG_CONFIG_HOME", before);
+        const support::StillDesktop still;
+        LightPreview preview;
+        preview.resize(300, 100);
+        preview.setLight({Breathing, Own, 10, 5});
+        preview.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&preview));
+        const QImage shot = preview.grab().toImage();
+        QVERIFY(!preview.isMoving());
+        bool lit = false;
+        for (int x = 0; x < shot.width(); ++x)
+            lit = lit || shot.pixelColor(x, shot.height() / 2).value() >= Own.value();
+        QVERIFY(lit);
+        moved.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&moved));
+        QCOMPARE(moved.grab().toImage(), shot);
+        QCOMPARE(moved.turns(), 0.0);
     }
 
     // ---- The field of hues

@@ -3,12 +3,11 @@
 //
 // The colour under the pointer, with a real pointer on a real X server, at one and at two pixels for each of
 // the toolkit's: taken by a press in either field, and from elsewhere by a release there.
-#include "lighting/HueField.h"
 #include "lighting/InputPic.h"
 #include "lighting/LedInfo.h"
 #include "lighting/LightModeSet.h"
 #include "tests/support/TestMain.h"
-#include "tests/widget/lighting/LightPage.h"
+#include "tests/widget/lighting/PickPage.h"
 
 #include <QCursor>
 #include <QProcess>
@@ -54,10 +53,10 @@ class tst_RealPick : public QObject
 
 private:
     FakeHidUsb &fake = FakeHidUsb::instance();
-    std::unique_ptr<LightPage> page;
+    std::unique_ptr<PickPage> page;
     QWidget other; // of another program, as it were
 
-    HueField *field(int index) const { return page->find<HueField>(QLatin1String(LightCases[index].field)); }
+    HueField *field(int index) const { return page->field(index); }
     // At two pixels for one of the toolkit's, the field is that much finer.
     QColor colorIn(int index, const QPoint &point) const
     {
@@ -76,9 +75,7 @@ private slots:
     }
     void init()
     {
-        page = std::make_unique<LightPage>();
-        page->setBar({3, 1, 2, 3, 4, 7, 1});
-        page->read(lightRecord(3));
+        page = std::make_unique<PickPage>();
         page->page->setWindowFlags(Qt::X11BypassWindowManagerHint | Qt::FramelessWindowHint);
         page->page->setGeometry(0, 0, 883, 630);
         page->page->show();

@@ -3,6 +3,7 @@
 //
 // The records of a receiver that does not answer at once, or that is not the one before: what the page asks,
 // what it shows meanwhile, and that an edit carries the device's own bytes for all that it does not change.
+#include "device/hidusb/wire/ReplyTimeout.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/lighting/LightPage.h"
 
@@ -12,7 +13,7 @@ namespace
 {
 
 const LightCase &Bar = LightCases[ReceiverGroup];
-constexpr int SlowAnswerMs = 160; // longer than one try
+constexpr int SlowAnswerMs = int(hidusb::ReplyTimeout.count()) + 10; // longer than one try
 
 struct Edit {
     const char *name;
@@ -73,6 +74,26 @@ private:
     {
         return {page->lamp(0)->currentIndex(), page->lamp(1)->currentIndex(), page->lamp(2)->currentIndex()};
     }
+    void changeLamps()
+    {
+        fake.edit("dev", [](FakeDevice &device) { device.indicator = {{3, 1, 0}}; });
+        fake.clearCalls();
+    }
+    void beSlow()
+    {
+        fake.setHook([](const std::string &name) {
+            if (name == "UsbFinderC_GetDongleRGBBarMode")
+                QThread::msleep(SlowAnswerMs);
+        });
+    }
+    // Without the device.
+    QStringList asked() const
+    {
+        QStringList names;
+        for (const std::string &call : fake.calls())
+            names << QString::fromStdString(call).section(' ', 0, 0);
+        return names;
+    }
     QByteArray written() const { return bytes(fake.device("dev").indicator); }
     // As the page shows them.
     QList<int> shownBar() const
@@ -110,23 +131,69 @@ private slots:
         QCOMPARE(lamps(), QList<int>({0, 0, 0}));
     }
 
-    // Neither does it lose what it has been asked before.
-    void oneThatIsSlowIsAskedOneQuestion()
+    // The paint asks it one question; the other comes behind it. What was known before stays until then.
+    void oneThatIsSlowIsAskedOneQuestionInThePaint()
     {
         open(true, true);
-        fake.edit("dev", [](FakeDevice &device) { device.indicator = {{3, 1, 0}}; });
-        fake.setHook([](const std::string &name) {
-            if (name == "UsbFinderC_GetDongleRGBBarMode")
-                QThread::msleep(SlowAnswerMs);
-        });
+        changeLamps();
+        beSlow();
         page->page->SlotUpDataLightUILight(lightRecord(4));
-        QCOMPARE(int(fake.calls().size()), 1);
+        QCOMPARE(asked(), QStringList{"UsbFinderC_GetDongleRGBBarMode"});
         QCOMPARE(page->color(Bar), QColor(46, 166, 223));
         QCOMPARE(lamps(), QList<int>({1, 2, 3}));
+        QTRY_COMPARE(lamps(), QList<int>({3, 1, 0}));
+        QCOMPARE(asked(),
+                 QStringList({"UsbFinderC_GetDongleRGBBarMode", "UsbFinderC_GetDongleIndicatorLed"}));
+        QVERIFY(fake.updates().empty());
         fake.setHook(nullptr);
+        fake.clearCalls();
         page->page->SlotUpDataLightUILight(lightRecord(4));
-        QCOMPARE(int(fake.calls().size()), 3);
-        QCOMPARE(lamps(), QList<int>({3, 1, 0}));
+        QCOMPARE(int(fake.calls().size()), 2);
+    }
+
+    // Whatever comes between the paint and the question to a slow receiver decides whether it is asked.
+    void theSecondQuestionIsNotAskedInVain_data()
+    {
+        QTest::addColumn<QString>("then");
+        for (const char *then : {"silent", "another device", "cable", "reset", "read again", "lamp changed"})
+            QTest::newRow(then) << then;
+    }
+    void theSecondQuestionIsNotAskedInVain()
+    {
+        QFETCH(QString, then);
+        open(true, true);
+        changeLamps();
+        beSlow();
+        if (then == "silent")
+            answer(false, true);
+        page->page->SlotUpDataLightUILight(lightRecord(4));
+        fake.setHook(nullptr);
+        int wanted = 0;
+        QList<int> shown{1, 2, 3};
+        if (then == "another device") {
+            fake.addDevice(fixture::device("other", 6, Receiver8K));
+            fixture::select(fixture::info("other", Receiver8K));
+        } else if (then == "cable") {
+            fixture::select(fixture::info("dev", fixture::CableKind));
+        } else if (then == "reset") {
+            page->page->SlotFormResetLight();
+            shown = {2, 2, 3};
+        } else if (then == "read again") {
+            page->page->SlotUpDataLightUILight(lightRecord(4));
+            wanted = 1;
+            shown = {3, 1, 0};
+        } else if (then == "lamp changed") {
+            page->lamp(1)->setCurrentIndex(3);
+            wanted = 1;
+            shown = {3, 3, 0};
+        }
+        int turns = 0; // of the event loop behind the paint
+        QTimer turn;
+        connect(&turn, &QTimer::timeout, [&turns] { ++turns; });
+        turn.start();
+        QTRY_VERIFY(turns > 3);
+        QCOMPARE(fake.count("UsbFinderC_GetDongleIndicatorLed"), wanted);
+        QCOMPARE(lamps(), shown);
     }
 
     // ---- An edit of what has not been read
@@ -194,10 +261,7 @@ private slots:
         });
         answer(false, slow);
         if (slow)
-            fake.setHook([](const std::string &name) {
-                if (name == "UsbFinderC_GetDongleRGBBarMode")
-                    QThread::msleep(SlowAnswerMs);
-            });
+            beSlow();
         page->read(lightRecord(2));
         fake.setHook(nullptr);
         QCOMPARE(shownBar(), before);

@@ -5,6 +5,7 @@
 // keys that would press a button, and keys that come fast. And a row that a real pointer drags.
 #include "macro/RecordingKeys.h"
 #include "presentation/Notices.h"
+#include "presentation/SkinPalette.h"
 #include "tests/widget/macro/MacroPage.h"
 
 #include <QAbstractNativeEventFilter>
@@ -233,12 +234,25 @@ private slots:
         };
         QList<QStringList> way = {to(row, 0),  {"mousedown", "1"},         to(row, 12),     to(2, 0),
                                   to(onto, 0), to(onto, isBelow ? 4 : -4), {"mouseup", "1"}};
+        // Beside the cap and the text, at the edge of the row.
+        const auto marked = [&] {
+            const QRect at = page().events()->visualItemRect(page().events()->item(onto));
+            const QImage shown = page().events()->viewport()->grab().toImage();
+            return shown.pixelColor(at.right() - 20, isBelow ? at.bottom() : at.top());
+        };
+        const QColor plain = marked();
+        QColor mark;
         QTimer hand;
-        connect(&hand, &QTimer::timeout,
-                [&] { way.isEmpty() ? hand.stop() : run("xdotool", way.takeFirst()); });
+        connect(&hand, &QTimer::timeout, [&] {
+            if (way.size() == 1) // the button is still down
+                mark = marked();
+            way.isEmpty() ? hand.stop() : run("xdotool", way.takeFirst());
+        });
         hand.start(20);
         QFETCH(QString, rows);
         QTRY_COMPARE(page().rows(), rows);
+        QCOMPARE(mark, skinColor("SliderColor"));
+        QVERIFY(plain != mark && marked() != mark);
         QTRY_VERIFY(!hand.isActive());
         QCOMPARE(page().events()->count(), 5);
         QVERIFY(page().saves());

@@ -232,6 +232,30 @@ private slots:
         QCOMPARE(tipOf(&lines), QString());
     }
 
+    void aCentredTextHasLinesOfOneLength_data()
+    {
+        QTest::addColumn<bool>("isCentred");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("centred") << true << "word word word\nword word word";
+        QTest::newRow("at the left") << false << "word word word word word\nword";
+    }
+    void aCentredTextHasLinesOfOneLength()
+    {
+        QFETCH(bool, isCentred);
+        QFETCH(QString, shown);
+        Window window;
+        QLabel label("word word word word word word", &window);
+        label.setWordWrap(true);
+        label.setAlignment(isCentred ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter);
+        label.setGeometry(20, 20, label.fontMetrics().size(0, "word word word word word").width() + 4, 60);
+        label.show();
+        const QImage wrapped = shotOf(&label);
+        label.setText(shown);
+        QCOMPARE(wrapped, shotOf(&label));
+        label.setText("word");
+        QVERIFY(wrapped != shotOf(&label));
+    }
+
     // The question for a tip goes on to what lies behind, which would have to paint its whole picture.
     void aTipDrawsNoPage()
     {

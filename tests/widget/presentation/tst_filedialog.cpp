@@ -2,14 +2,19 @@
 // SPDX-License-Identifier: MIT
 //
 // The dialogs that ask for a file.
+#include "presentation/ColorDialog.h"
 #include "presentation/DeviceOperations.h"
 #include "presentation/FileDialog.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
+#include <QColorDialog>
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
 #include <QTreeView>
 
 class tst_FileDialog : public QObject
@@ -52,6 +57,42 @@ private slots:
         QCOMPARE(folder, home->path());
         QVERIFY(fits);
         QVERIFY(QFile::exists(home->filePath("Device_CID12_MID06.bin")));
+    }
+
+    // Over a page with a sheet of its own, whose style the dialog begins with.
+    void itHasTheLooksOfTheSkin()
+    {
+        QWidget page;
+        page.setStyleSheet("QFrame{background: #21272a;}");
+        page.show();
+        const auto middleOf = [](QWidget *widget) {
+            return widget->grab().toImage().pixelColor(widget->width() / 4, widget->height() / 2);
+        };
+        const QColor primary(0, 112, 74);
+        QColor chosen;
+        QStringList bare;
+        fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
+            chosen = middleOf(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open));
+            for (QToolButton *button : dialog->findChildren<QToolButton *>()) {
+                if (!button->isVisibleTo(dialog))
+                    continue;
+                button->setEnabled(true);
+                const QImage shot = button->grab().toImage().convertToFormat(QImage::Format_RGB32);
+                bool drawn = false;
+                for (int x = 0; x < shot.width(); ++x)
+                    drawn = drawn || shot.pixel(x, shot.height() / 2) != shot.pixel(0, 0);
+                if (!drawn || !button->icon().isNull())
+                    bare << button->objectName();
+            }
+            dialog->reject();
+        });
+        filedialog::askForFile(&page, "File(*.bin)");
+        QCOMPARE(chosen, primary);
+        QCOMPARE(bare, QStringList());
+        const std::unique_ptr<QColorDialog> colors(makeColorDialog(&page));
+        colors->show();
+        auto *const ok = colors->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+        QCOMPARE(middleOf(ok), primary);
     }
 
     void nothingIsNamedByADialogThatIsDismissed()

@@ -229,10 +229,14 @@ private slots:
         QVERIFY(notice->findChild<QLabel *>("label_2")->styleSheet().contains("/WarningDialog/" + sign));
         QFETCH(bool, destroys);
         for (const char *name : {"NewHong", "OK"}) {
-            const QString sheet = notice->findChild<QToolButton *>(name)->styleSheet();
+            auto *const button = notice->findChild<QToolButton *>(name);
+            QCOMPARE(button->styleSheet().isEmpty(), button->isHidden()); // what nobody sees is not loaded
+            button->show();
+            const QString sheet = button->styleSheet();
             QVERIFY(sheet.contains("/WarningDialog/Confirm.png"));
             QCOMPARE(sheet.indexOf("Danger.png") > sheet.indexOf("Confirm.png"), destroys);
         }
+        notice->findChild<QToolButton *>("Cancel")->show();
         QVERIFY(!notice->findChild<QToolButton *>("Cancel")->styleSheet().contains("Danger"));
     }
 

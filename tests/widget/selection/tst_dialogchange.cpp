@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The selection page: its tiles for any set of devices, the carousel and the texts.
+#include "tests/support/Eventually.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/selection/SelectionPage.h"
 
@@ -13,9 +14,36 @@ class tst_DialogChange : public SelectionPage
 {
     Q_OBJECT
 
+private:
+    std::unique_ptr<QWidget> window; // around the page where the test needs one
+
 private slots:
     void init() { begin(); }
-    void cleanup() { end(); }
+    void cleanup()
+    {
+        end();
+        window.reset();
+    }
+
+    void aSearchThatEndsBeforeTheFirstPictureSavesThePrompt()
+    {
+        fake.setDevices(devices(1));
+        page = std::make_unique<DialogChange>();
+        window = std::make_unique<QWidget>();
+        page->setParent(window.get());
+        page->show();
+        QVERIFY(!shows("Repair"));
+        QVERIFY(shows("label"));
+        window->show();
+        QVERIFY(support::eventually([this] { return fake.idle(); })); // no event is handled meanwhile
+        settle();
+        QCOMPARE(tileCount(), 1);
+        QTRY_VERIFY(!tile(0)->styleSheet().isEmpty());
+        tile(0)->grab();
+        QCOMPARE(child<QLabel>("label")->styleSheet(), QString());
+        plug({});
+        QTRY_VERIFY(child<QLabel>("label")->styleSheet().contains("Prompt.png"));
+    }
 
     void anyNumberOfDevices_data()
     {
@@ -136,6 +164,36 @@ private slots:
         child<QToolButton>("Repair")->hide();
         QTest::keyClick(tile(0), Qt::Key_Return);
         QTRY_COMPARE(opened.count(), 1);
+    }
+
+    // The tiles of a page are made anew when their number changes.
+    void theFocusStaysOnTheTiles()
+    {
+        build();
+        const auto isOn = [&](int index) { return page->window()->focusWidget() == tile(index); };
+        plug(devices(2));
+        tile(1)->setFocus();
+        plug(devices(3));
+        QVERIFY(isOn(1));
+        plug(devices(5));
+        QVERIFY(isOn(1));
+        plug(devices(1));
+        QVERIFY(isOn(0));
+    }
+
+    void theFocusComesToTheTilesBehindAnUnplugging()
+    {
+        build();
+        page->setFocus();
+        plug(devices(1));
+        QCOMPARE(page->window()->focusWidget(), static_cast<QWidget *>(page.get()));
+        page->setUnplugged(true);
+        plug(devices(2));
+        QCOMPARE(page->window()->focusWidget(), static_cast<QWidget *>(tile(0)));
+        QCOMPARE(tile(0)->accessibleDescription(), page->accessibleName());
+        QCOMPARE(tile(1)->accessibleDescription(), QString());
+        page->setUnplugged(false);
+        QCOMPARE(tile(0)->accessibleDescription(), QString());
     }
 
     void thePointerBringsATileUpToDate()

@@ -86,9 +86,12 @@ private slots:
     {
         build();
         QVERIFY(!shows("permissionHint"));
+        QVERIFY(
+            child<QWidget>("permissionHint")->findChildren<QWidget *>().isEmpty()); // costs a start nothing
         const FakeDevice device = refused("hidraw3");
         plug({device});
         QVERIFY(shows("permissionHint"));
+        QCOMPARE(child<QToolButton>("hintCopy")->accessibleName(), homeText("CopyCommandName"));
         QVERIFY2(title().contains(QString::fromStdString(device.path)), qPrintable(title()));
         QVERIFY(shows("label_2"));
         QCOMPARE(prompt(), homeText("PermissionPrompt"));

@@ -3,8 +3,11 @@
 //
 // The marker under the stages, dragged with the pointer: every edge of every band, the limits, and a mouse
 // that does not answer.
+#include "tests/support/StillDesktop.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/sensor/DpiFixture.h"
+
+#include <QScopeGuard>
 
 class tst_DpiMarker : public QObject
 {
@@ -139,6 +142,33 @@ private slots:
         editor.drag({home(7) + 14, 168});
         QCOMPARE(int(DeviceRecord::copy().CurrentDpiStage), 7);
         QCOMPARE(editor.difference(), QString());
+    }
+
+    // Behind the edit, and it is where it belongs at once.
+    void theMarkerFadesIntoItsPlace()
+    {
+        const QTemporaryDir config; // says nothing of motion
+        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
+        const auto restored = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"); });
+        DpiEditor editor(FastModel, 1);
+        const auto cover = [&editor] { return editor.panel.findChild<QWidget *>("MotionCover"); };
+        QVERIFY(!cover());
+        editor.button(4)->click();
+        QVERIFY(cover() && cover()->isVisible());
+        for (const int stage : {1, 4})
+            QVERIFY(
+                cover()->geometry().contains(QRect(StagePoint[std::size_t(stage)], editor.marker()->size())));
+        QCOMPARE(editor.difference(), QString());
+        editor.drag({home(2) + 14, 168}); // it can be taken meanwhile
+        QCOMPARE(editor.difference(), QString());
+        QCOMPARE(editor.panel.currentStage(), 2);
+        QTRY_VERIFY(!cover());
+        {
+            const support::StillDesktop still;
+            editor.button(0)->click();
+            QVERIFY(!cover());
+        }
+        QCOMPARE(editor.marker()->pos(), StagePoint[0]);
     }
 
     void aPointerThatLeavesTheTrackLetsGo()

@@ -1,35 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// The upgrade from the settings page: offers, gate, steps of both targets and every end that a run may have.
+// The run of the settings page's upgrade: both targets, files and counts, and every end that a run may have.
 #include "service/FlashRun.h"
-#include "service/UpgradeFlow.h"
-#include "tests/widget/service/UpgradeFixture.h"
+#include "tests/widget/service/UpgradeFlowParts.h"
 
 using namespace fixture;
 
 namespace
 {
-
-struct Page final : UpgradePage {
-    QWidget *place() override { return &widget; }
-    QString shownVersion(int target) const override { return target == TargetMouse ? mouse : receiver; }
-    void showMark(int target, bool shown) override
-    {
-        (target == TargetMouse ? mouseMark : receiverMark) = shown;
-    }
-    void showWaiting(bool shown) override { waits = shown; }
-    void showUpToDate() override { upToDate = true; }
-    bool isUpToDate() const override { return upToDate; }
-
-    QWidget widget;
-    QString receiver = QStringLiteral("v1.02");
-    QString mouse = QStringLiteral("v1.05");
-    bool receiverMark = false;
-    bool mouseMark = false;
-    bool waits = false;
-    bool upToDate = false;
-};
 
 // While it lives.
 struct ShortSilence {
@@ -40,69 +19,16 @@ struct ShortSilence {
 
 } // namespace
 
-class tst_UpgradeFlow : public QObject
+class tst_UpgradeFlow : public FlowParts
 {
     Q_OBJECT
 
 private:
-    FakeHidUsb &fake = FakeHidUsb::instance();
-    std::unique_ptr<Page> page;
-    std::unique_ptr<UpgradeFlow> flow;
-    std::unique_ptr<DialogParts> dialog;
-    QList<int> bar;
-    QMetaObject::Connection barConnection;
-
-    // Until the check's answer.
-    void open()
-    {
-        flow->on_Receive_2_clicked();
-        QTRY_VERIFY(!dialog->says(UpgradeText::UpgradeAsking));
-        connect(PostMsg::instance(), &PostMsg::SigUpdateStart, flow.get(), [this] { flow->on_Start(); });
-    }
-    void start()
-    {
-        open();
-        dialog->main->click();
-    }
-    // A mouse beside a receiver in its boot loader, which the record names.
-    void leaveReceiverInBootLoader()
-    {
-        UpdateFailRecord::store(ReceiverFailed);
-        setDeviceList({mouseInfo()});
-        fake.setUpgrade(1, true);
-    }
-    static bool isOver() { return !UpdateBusy && NotUpgrading; }
-    void endStage(int number, void (*end)())
-    {
-        QTRY_COMPARE(starts(), number);
-        progress(40);
-        end();
-    }
     QString log() const { return dataRoot() + QStringLiteral("/Exception/UpDateLog.txt"); }
 
 private slots:
-    void init()
-    {
-        beginUpgrade();
-        page = std::make_unique<Page>();
-        page->widget.show();
-        flow = std::make_unique<UpgradeFlow>(*page);
-        OnDevicePage = 1;
-        for (auto *timer : flow->findChildren<QTimer *>()) {
-            QCOMPARE(timer->interval(), 1000);
-            timer->setInterval(1);
-        }
-        dialog = std::make_unique<DialogParts>(flow->dialog());
-        bar.clear();
-        connect(dialog->bar, &QProgressBar::valueChanged, this, [this](int value) { bar << value; });
-    }
-    void cleanup()
-    {
-        QTRY_VERIFY(fake.idle());
-        flow.reset();
-        page.reset();
-        QCoreApplication::processEvents();
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     // ---- Whole runs
 
@@ -201,26 +127,28 @@ private slots:
         start();
         QTRY_COMPARE(starts(), 1);
         fake.setDevices({device("mouse again", 6, Cable8K), device(ReceiverPath, 6, Receiver8K)});
-        QSemaphore asked;
-        QSemaphore mayAnswer;
-        std::atomic<int> questions{0};
-        fake.setHook([&](const std::string &name) {
-            // The first one of the marriage is let through.
-            if (name != "UsbFinderC_GetDeviceInfo" || MouseStatus == UpgradeStatus::Running ||
-                ++questions > 1)
+        struct Question { // may outlive this function
+            std::atomic<int> number{0};
+            QSemaphore asked;
+            QSemaphore mayAnswer;
+        };
+        const auto question = std::make_shared<Question>();
+        fake.setHook([question](const std::string &name) {
+            const bool isSearch = name == "UsbFinderC_GetDeviceInfo" && MouseStatus != UpgradeStatus::Running;
+            if (!isSearch || ++question->number > 1)
                 return;
-            asked.release();
-            mayAnswer.tryAcquire(1, 10000);
+            question->asked.release();
+            question->mayAnswer.tryAcquire(1, 10000);
         });
         succeed();
-        QTRY_VERIFY(asked.available() > 0);
+        QTRY_VERIFY(question->asked.available() > 0);
         dialog->main->click();
         flow->on_Receive_2_clicked();
         QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
         setDeviceList({mouseInfo(), mouseInfo(), receiverInfo()}); // too many for the next one
         dialog->main->click();
         QTRY_VERIFY(dialog->hasWayOut());
-        mayAnswer.release();
+        question->mayAnswer.release();
         QTRY_VERIFY(isOver());
         fake.setHook({});
         QCOMPARE(starts(), 1);
@@ -529,207 +457,6 @@ private slots:
         QCOMPARE(starts(), 1);
     }
 
-    // ---- The gate
-
-    void whatTheCheckSays()
-    {
-        setDeviceList({receiverInfo()});
-        open();
-        QVERIFY(dialog->says(UpgradeText::NoUSB) && dialog->hasWayOut());
-        QVERIFY(dialog->mainSays("OK"));
-        setDeviceList({mouseInfo(), receiverInfo()});
-        flow->SlotCheckUpdate();
-        QVERIFY(dialog->says(UpgradeText::ReadyUpdate) && dialog->offersStart());
-        dialog->cancel->click();
-        QVERIFY(flow->dialog().isHidden());
-    }
-
-    void withNothingNewerTheDialogStaysClosed()
-    {
-        page->receiver = QStringLiteral("v1.03");
-        page->mouse = QStringLiteral("v1.06");
-        open();
-        QVERIFY(page->upToDate && flow->dialog().isHidden());
-        page->mouse = QStringLiteral("v1.05");
-        flow->on_Receive_2_clicked(); // says newTips, so a click does nothing
-        QVERIFY(flow->dialog().isHidden());
-        page->upToDate = false;
-        flow->on_Receive_2_clicked();
-        QVERIFY(flow->dialog().isVisible());
-    }
-
-    void whatIsInItsBootLoaderIsFlashed_data()
-    {
-        QTest::addColumn<QString>("record");
-        QTest::addColumn<bool>("both");
-        QTest::newRow("the receiver") << ReceiverFailed << false;
-        QTest::newRow("the receiver, then the mouse") << ReceiverFailed << true;
-        QTest::newRow("the mouse") << MouseFailed << false;
-        QTest::newRow("the receiver, then the mouse that failed") << MouseFailed << true;
-    }
-    void whatIsInItsBootLoaderIsFlashed()
-    {
-        QFETCH(QString, record);
-        QFETCH(bool, both);
-        const bool mouseFailed = record == QLatin1String(MouseFailed);
-        UpdateFailRecord::store(record);
-        const DeviceAllInfo beside = mouseFailed ? receiverInfo() : mouseInfo();
-        setDeviceList({beside});
-        select(beside);
-        if (!both)
-            (mouseFailed ? page->receiver : page->mouse) =
-                mouseFailed ? QStringLiteral("v1.03") : QStringLiteral("v1.06");
-        fake.setUpgrade(1, true);
-        open();
-        QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
-        fake.setUpgrade(mouseFailed && both ? 0 : 1, true);
-        dialog->main->click();
-        QTRY_COMPARE(starts(), 1);
-        fake.setUpgrade(mouseFailed ? 1 : 0, true);
-        const QString other = mouseFailed ? ReceiverFailed : MouseFailed;
-        const bool otherFirst = both && mouseFailed;
-        QCOMPARE(UpdateFailRecord::storedTexts(),
-                 otherFirst ? QStringList({other, record}) : QStringList(record));
-        QStringList between;
-        fake.setHook([&between](const std::string &name) {
-            if (name == "UsbUpgradeC_FindBootDevices")
-                between << UpdateFailRecord::storedText();
-        });
-        succeed();
-        if (both) {
-            QTRY_COMPARE(starts(), 2);
-            fake.setHook({});
-            QCOMPARE(between, QStringList(mouseFailed ? record : QString()));
-            QCOMPARE(UpdateFailRecord::storedTexts(), QStringList(MouseFailed));
-            succeed();
-        }
-        QTRY_VERIFY(isOver());
-        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
-        QCOMPARE(UpdateFailRecord::storedText(), QString());
-    }
-
-    // A mouse of model 7 waits for its repair while a pair of model 6 is upgraded.
-    void anotherModelsRecordStays()
-    {
-        const QString other = QStringLiteral("210,8,18,7");
-        UpdateFailRecord::store(other);
-        start();
-        QTRY_COMPARE(starts(), 1);
-        QCOMPARE(UpdateFailRecord::storedTexts(), (QStringList{ReceiverFailed, other}));
-        succeed();
-        endStage(2, fail);
-        QTRY_VERIFY(isOver());
-        QCOMPARE(UpdateFailRecord::storedTexts(), (QStringList{MouseFailed, other}));
-    }
-
-    // The record that a repair is about is the attached model's, also when another one failed later.
-    void theRecordOfTheAttachedModelCounts()
-    {
-        UpdateFailRecord::storeTexts({QStringLiteral("210,8,18,7"), MouseFailed});
-        setDeviceList({receiverInfo()});
-        select(receiverInfo());
-        page->receiver = QStringLiteral("v1.03");
-        fake.setUpgrade(1, true);
-        start();
-        endStage(1, succeed);
-        QTRY_VERIFY(isOver());
-        QCOMPARE(UpdateFailRecord::storedTexts(), QStringList(QStringLiteral("210,8,18,7")));
-    }
-
-    void aSenselessRecordIsRemoved()
-    {
-        UpdateFailRecord::store(QStringLiteral("211,8,18"));
-        setDeviceList({mouseInfo()});
-        open();
-        QVERIFY(dialog->says(UpgradeText::Error1) && dialog->hasWayOut());
-        QCOMPARE(UpdateFailRecord::storedText(), QString());
-    }
-
-    // ---- What is asked in the background
-
-    void theMainThreadAsksNoDevice_data()
-    {
-        QTest::addColumn<bool>("afterFailure");
-        QTest::newRow("of an upgrade") << false;
-        QTest::newRow("of one behind a failure") << true;
-    }
-    void theMainThreadAsksNoDevice()
-    {
-        QFETCH(bool, afterFailure);
-        if (afterFailure)
-            leaveReceiverInBootLoader();
-        const MainThreadQuestions questions;
-        start();
-        QTRY_COMPARE(starts(), 1);
-        fake.setUpgrade(0, true);
-        succeed();
-        endStage(2, succeed);
-        QTRY_VERIFY(isOver());
-        QVERIFY(questions.none());
-    }
-
-    // Alive, with a way out, and without an offer.
-    void whileBootLoadersAreAskedNothingStarts()
-    {
-        leaveReceiverInBootLoader();
-        SlowBootLoaders slow;
-        flow->on_Receive_2_clicked();
-        QVERIFY(flow->dialog().isVisible() && dialog->says(UpgradeText::UpgradeAsking));
-        QVERIFY(!dialog->main->isEnabled() && dialog->cancel->isEnabled() && dialog->close->isEnabled());
-        QCOMPARE(flow->dialog().focusWidget(), dialog->cancel);
-        QTest::keyClick(&flow->dialog(), Qt::Key_Return);
-        QVERIFY(flow->dialog().isVisible());
-        slow.answer();
-        QTRY_VERIFY(dialog->says(UpgradeText::ReadyUpdate));
-        QVERIFY(dialog->offersStart() && dialog->main->isEnabled());
-        QVERIFY(NotUpgrading && starts() == 0);
-    }
-
-    void anAnswerToAClosedDialogIsDropped()
-    {
-        leaveReceiverInBootLoader();
-        SlowBootLoaders slow;
-        flow->on_Receive_2_clicked();
-        dialog->cancel->click();
-        QVERIFY(flow->dialog().isHidden());
-        setDeviceList({receiverInfo()}); // another gate's answer stands now
-        UpdateFailRecord::remove();
-        flow->on_Receive_2_clicked();
-        QVERIFY(dialog->says(UpgradeText::NoUSB));
-        QVERIFY(slow.asked.tryAcquire(1, 10000));
-        slow.answer();
-        slow.waitForAnswers(1);
-        QVERIFY(dialog->says(UpgradeText::NoUSB));
-    }
-
-    // The hot-plug was told before the dialog was closed.
-    void aClosedDialogAsksNoDevice()
-    {
-        leaveReceiverInBootLoader();
-        flow->SlotCheckUpdate();
-        QVERIFY(!dialog->says(UpgradeText::UpgradeAsking));
-        open();
-        QVERIFY(dialog->says(UpgradeText::ReadyUpdate));
-        QCOMPARE(fake.count("UsbUpgradeC_FindBootDevices"), 1);
-    }
-
-    // While the devices are counted, no tick and no other word leads on.
-    void aCountThatTakesLongerThanAStep()
-    {
-        page->mouse = QStringLiteral("v1.06");
-        SlowBootLoaders slow;
-        start();
-        QTRY_VERIFY(slow.asked.available() > 0);
-        QSignalSpy ticks(flow->findChild<QTimer *>(QStringLiteral("DongleCheckTimer")), &QTimer::timeout);
-        QTRY_VERIFY(ticks.count() > 5);
-        QVERIFY(UpdateBusy && flow->dialog().isBusy());
-        QCOMPARE(slow.asked.available(), 1);
-        slow.answer();
-        endStage(1, succeed);
-        QTRY_VERIFY(isOver());
-        QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
-    }
-
     // ---- While it is busy
 
     void nothingDisturbsABusyDialog()
@@ -771,66 +498,6 @@ private slots:
         flow->SlotUpdateFrame(true);
         flow->SlotCheckUpdate();
         QVERIFY(flow->dialog().isVisible() && dialog->says(UpgradeText::DialogUpgradeFail));
-    }
-
-    // ---- Offers
-
-    void offersAreAnnounced_data()
-    {
-        QTest::addColumn<QString>("receiver");
-        QTest::addColumn<QString>("mouse");
-        QTest::addColumn<bool>("waits");
-        QTest::newRow("both") << "v1.02"
-                              << "v1.05" << true;
-        QTest::newRow("receiver") << "v1.02"
-                                  << "v1.06" << true;
-        QTest::newRow("none") << "v1.03"
-                              << "v1.06" << false;
-        QTest::newRow("unknown") << ""
-                                 << "" << false;
-    }
-    void offersAreAnnounced()
-    {
-        QFETCH(QString, receiver);
-        QFETCH(QString, mouse);
-        QFETCH(bool, waits);
-        page->receiver = receiver;
-        page->mouse = mouse;
-        QSignalSpy offers(PostMsg::instance(), &PostMsg::SigAddUpdate);
-        QSignalSpy frame(PostMsg::instance(), &PostMsg::SigUpdateFrame);
-        flow->showOffers();
-        QCOMPARE(page->waits, waits);
-        QCOMPARE(offers.at(0), (QVariantList{0, mouse == QLatin1String("v1.05")}));
-        QCOMPARE(offers.at(1), (QVariantList{1, receiver == QLatin1String("v1.02")}));
-        QCOMPARE(frame.count(), 1);
-        QCOMPARE(frame.at(0).at(0).toBool(), waits);
-        flow->SlotUpdateFrame(waits);
-        QCOMPARE(flow->dialog().isVisible(), waits);
-    }
-
-    // In the tray nobody has asked for it.
-    void withoutAWindowNoOfferOpens()
-    {
-        page->widget.hide();
-        flow->SlotUpdateFrame(true);
-        QVERIFY(flow->dialog().isHidden());
-        page->widget.showMinimized();
-        flow->SlotUpdateFrame(true);
-        QVERIFY(flow->dialog().isHidden());
-        page->widget.showNormal();
-        flow->SlotUpdateFrame(true);
-        QVERIFY(flow->dialog().isVisible());
-    }
-
-    void withoutTheFolderNothingIsOffered()
-    {
-        firmware::clear();
-        QSignalSpy frame(PostMsg::instance(), &PostMsg::SigUpdateFrame);
-        flow->showOffers();
-        QCOMPARE(frame.count(), 0);
-        firmware::write(QStringLiteral("mouse.bin"), firmware::Mouse);
-        flow->showOffers();
-        QCOMPARE(frame.count(), 1);
     }
 };
 

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "macro/ListMenu.h"
+#include "macro/ListCommands.h"
 
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 
+#include <QKeyEvent>
 #include <QListWidget>
 #include <QMenu>
 
@@ -17,12 +18,23 @@ static QString menuStyle()
              style::color("ComboxSelectColor"));
 }
 
-void showListMenu(QListWidget *list, const QPoint &place, const std::vector<ListMenuEntry> &entries)
+void showListMenu(QListWidget *list, const QPoint &place, const std::vector<ListCommand> &commands)
 {
     QMenu menu(list->parentWidget()); // the list has a style sheet of its own
     menu.setStyleSheet(menuStyle());
     menu.setFont(list->font());
-    for (const ListMenuEntry &entry : entries)
-        menu.addAction(entry.text, entry.run)->setShortcut(entry.key);
+    for (const ListCommand &command : commands)
+        menu.addAction(command.text, command.run)->setShortcut(command.key);
     menu.exec(list->viewport()->mapToGlobal(place));
+}
+
+bool runListCommand(const QKeyEvent &event, const std::vector<ListCommand> &commands)
+{
+    const QKeySequence pressed(event.key() | int(event.modifiers() & ~Qt::KeypadModifier));
+    for (const ListCommand &command : commands)
+        if (!command.key.isEmpty() && command.key == pressed) {
+            command.run();
+            return true;
+        }
+    return false;
 }

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "macro/MouseButtonTexts.h"
+#include "macro/MouseButtonNames.h"
 
 #include "presentation/language/LanguageTables.h"
 

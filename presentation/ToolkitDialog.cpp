@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The Morlen authors
+// SPDX-License-Identifier: MIT
+#include "presentation/ToolkitDialog.h"
+
+#include "presentation/StyleSheets.h"
+#include "presentation/Widgets.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QPushButton>
+
+void dressToolkitDialog(QDialog *dialog)
+{
+    const QString sheet = style::toolkitDialog(style::pictureFolder(QStringLiteral("WarningDialog")));
+    dialog->setStyleSheet(sheet);
+    for (const QDialogButtonBox *box : dialog->findChildren<QDialogButtonBox *>())
+        for (QAbstractButton *button : box->buttons()) {
+            button->setIcon(QIcon()); // the program's other buttons have none
+            // A box on a page with a sheet hands its style on to its buttons, which undresses them.
+            button->setStyleSheet(sheet);
+        }
+    passWheels(dialog);
+}
