@@ -101,7 +101,7 @@ QByteArray lastSound(const QDir &folder, const QStringList &names)
         QFile file(folder.filePath(names[i]));
         if (!file.open(QIODevice::ReadOnly))
             return {};
-        const QByteArray image = readWhole(file);
+        QByteArray image = readWhole(file);
         if (!image.isEmpty())
             return image;
     }
