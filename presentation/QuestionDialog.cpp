@@ -31,7 +31,7 @@ QuestionDialog::QuestionDialog() : NoticeDialog(notice::MacroName)
     lineEdit_->setFont(content()->font());
     setTabOrder(lineEdit_, findChild<QWidget *>(QStringLiteral("OK")));
     lineEdit_->setFocus();
-    connect(lineEdit_, &QLineEdit::textEdited, this, &QuestionDialog::on_lineEdit_textEdited);
+    connect(lineEdit_, &QLineEdit::textChanged, this, &QuestionDialog::on_lineEdit_textEdited);
     SlotAllLanguage(storedLanguage(UserStore::instance()));
     lineEdit_->setAccessibleName(accessibleName());
 }

@@ -210,6 +210,12 @@ void MyToolButton::mouseDoubleClickEvent(QMouseEvent *event)
 // The press has done it all; the toolkit's own release would click again.
 void MyToolButton::mouseReleaseEvent(QMouseEvent *) {}
 
+void MySpinBox::take(int value)
+{
+    if (isEnabled() && !isReadOnly())
+        setValue(value);
+}
+
 int mytoolButtonEnter::deviceIndex() const
 {
     bool isNumber = false;

@@ -94,9 +94,14 @@ private:
 class MySpinBox : public WheelPasses<QSpinBox>
 {
     Q_OBJECT
+    Q_PROPERTY(int value READ value WRITE take)
 
 public:
     using WheelPasses::WheelPasses;
+
+protected:
+    // What a screen reader sets counts as typed; a box that only shows a number keeps it.
+    virtual void take(int value);
 };
 
 // Acts on the press: clicked(false) for a press, clicked(true) for a double click, of the left button.

@@ -14,6 +14,12 @@ void DpiBox::stepBy(int steps) { emit stepped(steps > 0); }
 
 QAbstractSpinBox::StepEnabled DpiBox::stepEnabled() const { return StepUpEnabled | StepDownEnabled; }
 
+void DpiBox::take(int dpi)
+{
+    if (isEnabled() && dpi != value())
+        emit entered(dpi);
+}
+
 // What is typed.
 void DpiBox::forget() { lineEdit()->setText(textFromValue(value())); }
 
@@ -34,8 +40,8 @@ void DpiBox::keyPressEvent(QKeyEvent *event)
     bool isNumber = false;
     const int typed = locale().toInt(lineEdit()->text(), &isNumber);
     forget();
-    if (isEnter && isNumber && typed != value())
-        emit entered(typed);
+    if (isEnter && isNumber)
+        take(typed);
     selectAll();
     event->accept();
 }

@@ -26,6 +26,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
 
+    void take(int dpi) override;
+
 private:
     void forget();
 };

@@ -46,6 +46,7 @@ inline const std::vector<NoticeRow> &everyNotice()
     };
     static const std::vector<NoticeRow> rows = {
         {"MouseOffLine", madeNotice<MouseOffLine>},
+        {"QuestiondialogB", madeNotice<QuestiondialogB>},
         {"LeftButtonOnly", madeNotice<LeftButtonOnly>},
         {"MakeMacro", madeNotice<MakeMacro>},
         {"SameMacro", madeNotice<SameMacro>},

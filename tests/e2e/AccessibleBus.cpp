@@ -155,6 +155,7 @@ QString AccessibleBus::nameOf(const QString &path) const
 HeardObject AccessibleBus::describe(const QString &path, quint32 states) const
 {
     HeardObject object;
+    object.path = path;
     object.name = nameOf(path);
     object.role = roleOf(path);
     object.focusable = states & Focusable;
@@ -195,6 +196,19 @@ void AccessibleBus::walk()
     start([this] {
         heard_.clear();
         visit(QString::fromLatin1(Root), QString());
+    });
+}
+
+void AccessibleBus::setValue(const QString &name, double value)
+{
+    QString path;
+    for (const HeardObject &each : heard_)
+        if (each.name == name && !each.value.isEmpty())
+            path = each.path;
+    start([this, path, value] {
+        call(program_, path, "org.freedesktop.DBus.Properties", "Set",
+             {QStringLiteral("org.a11y.atspi.Value"), QStringLiteral("CurrentValue"),
+              QVariant::fromValue(QDBusVariant(value))});
     });
 }
 

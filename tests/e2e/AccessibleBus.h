@@ -22,6 +22,7 @@ struct HeardObject {
     QString window; // the name of the window that it belongs to
     QString name;   // that of its label, else its own
     QString role;   // "push button", "radio button", …
+    QString path;   // on the bus
     QString value;  // the number or text that it holds
     bool focusable = false;
     bool focused = false;
@@ -42,6 +43,9 @@ public:
     void walk();
     bool isDone() const { return done_; }
     const QVector<HeardObject> &heard() const { return heard_; }
+
+    // Sets the number of the control that was heard under this name; isDone() tells when.
+    void setValue(const QString &name, double value);
 
     // Of each event since the last call: what changed, to what, and the object's role and name, such as
     // "checked 1 radio button: 500 Hz". Asks like walk().

@@ -13,6 +13,7 @@
 #include <QAbstractButton>
 #include <QButtonGroup>
 #include <QComboBox>
+#include <QSpinBox>
 
 namespace
 {
@@ -258,6 +259,40 @@ private slots:
         QCOMPARE(wrong, QStringList());
         QCOMPARE(stops, int(std::size(Pages)) * 2 * StopsOfAPage);
         QCOMPARE(program.bus.emulated.reportCount("r2", wire::Command::FlashWrite), writes);
+    }
+
+    void aNumberThatAScreenReaderSetsIsWritten()
+    {
+        Program program;
+        AccessibleBus &bus = *bus_;
+        FlashDataMap before{};
+        program.open(QStringLiteral("r2"));
+        const auto set = [&](const char *control, double value) {
+            program.script.step("walk", always, [&bus] { bus.walk(); });
+            program.script.step(
+                "walked", [&bus] { return bus.isDone(); },
+                [&program, &bus, &before, control, value] {
+                    before = program.bus.record("m2");
+                    bus.setValue(QString::fromLatin1(control), value);
+                });
+            program.script.step("set", [&bus] { return bus.isDone(); });
+            program.expect(control, [&program, &before] {
+                return program.agrees("m2") && !sameBytes(before, program.bus.record("m2"));
+            });
+        };
+        program.click("SensorButton");
+        set("DPI of the current stage", 1234);
+        program.script.step("as if it were typed", always, [] {
+            QCOMPARE(windows::visible<QSpinBox>(QStringLiteral("spinBoxA"))->value(), 1200);
+        });
+        program.click("LightsButton");
+        program.script.step("a color of its own", always, [] {
+            windows::visible<QComboBox>(QStringLiteral("LightMod"))->setCurrentIndex(3);
+        });
+        set("Brightness", 3);
+        set("Red", 17);
+        QString missing = program.script.run();
+        QVERIFY2(missing.isEmpty(), qPrintable(missing));
     }
 };
 
