@@ -17,6 +17,6 @@ QColorDialog *makeColorDialog(QWidget *parent)
          {QPalette::Light, QPalette::Midlight, QPalette::Mid, QPalette::Dark, QPalette::Shadow})
         colors.setColor(bevel, style::outlineColor());
     dialog->setPalette(colors);
-    dressToolkitDialog(dialog);
+    styleToolkitDialog(dialog);
     return dialog;
 }

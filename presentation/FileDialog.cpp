@@ -38,7 +38,7 @@ QString run(QFileDialog &dialog)
     static NoIcons icons; // the dialog keeps asking for them until its own end
     dialog.setIconProvider(&icons);
     fitColumns(dialog);
-    dressToolkitDialog(&dialog);
+    styleToolkitDialog(&dialog);
     for (QToolButton *button : dialog.findChildren<QToolButton *>())
         button->setIcon(QIcon()); // the sheet has the skin's
     // Without icons a list of names shows less than one with dates, and nothing else.

@@ -9,7 +9,7 @@
 #include <QDialogButtonBox>
 #include <QPushButton>
 
-void dressToolkitDialog(QDialog *dialog)
+void styleToolkitDialog(QDialog *dialog)
 {
     const QString sheet = style::toolkitDialog(style::pictureFolder(QStringLiteral("WarningDialog")));
     dialog->setStyleSheet(sheet);

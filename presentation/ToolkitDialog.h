@@ -7,4 +7,4 @@
 class QDialog;
 
 // When all of its widgets stand.
-void dressToolkitDialog(QDialog *dialog);
+void styleToolkitDialog(QDialog *dialog);
