@@ -80,9 +80,9 @@ private:
     // meanwhile.
     static void settle(const std::vector<emulator::Interface> &interfaces)
     {
-        const auto pause = [](useconds_t span) {
+        const auto pause = [] {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-            ::usleep(span);
+            ::usleep(1000);
         };
         if (isUsb() && !usbnodes::settle(interfaces, pause))
             qFatal("The kernel does not know the devices that are plugged in.");

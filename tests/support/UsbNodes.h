@@ -7,7 +7,6 @@
 
 #include "emulator/Emulator.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -105,25 +104,23 @@ inline bool udevIsDone()
     return ::access("/run/udev/queue", F_OK) != 0;
 }
 
-// Until the kernel knows exactly these devices, and udev has dealt with them. `pause` passes the microseconds
-// between two looks. The longer it has waited the less often it looks: the looks at all nodes are most of
-// what such a wait takes in an emulated machine.
+// Until the kernel knows exactly these devices, and udev has dealt with them. `pause` passes the time between
+// two looks.
 template <typename Pause> bool settle(const std::vector<emulator::Interface> &interfaces, Pause pause)
 {
     constexpr std::chrono::seconds patience(60); // the machine may be an emulated one
     const auto deadline = emulator::Clock::now() + patience;
-    for (useconds_t span = 5000; present() != wanted(interfaces) || !udevIsDone();
-         span = std::min<useconds_t>(span + 2500, 50000)) {
+    while (present() != wanted(interfaces) || !udevIsDone()) {
         if (emulator::Clock::now() > deadline)
             return false;
-        pause(span);
+        pause();
     }
     return true;
 }
 
 inline bool settle(const std::vector<emulator::Interface> &interfaces)
 {
-    return settle(interfaces, ::usleep);
+    return settle(interfaces, [] { ::usleep(5000); });
 }
 
 } // namespace usbnodes
