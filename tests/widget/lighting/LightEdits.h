@@ -8,6 +8,8 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/lighting/LightPage.h"
 
+inline const LightCase &Receiver = LightCases[ReceiverGroup];
+
 class LightEditTest : public QObject
 {
 protected:

@@ -9,7 +9,6 @@ namespace
 {
 
 const LightCase &Mouse = LightCases[MouseGroup];
-const LightCase &Receiver = LightCases[ReceiverGroup];
 
 } // namespace
 

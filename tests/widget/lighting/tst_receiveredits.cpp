@@ -5,13 +5,6 @@
 // and what a refusal leaves of them.
 #include "tests/widget/lighting/LightEdits.h"
 
-namespace
-{
-
-const LightCase &Receiver = LightCases[ReceiverGroup];
-
-} // namespace
-
 class tst_ReceiverEdits : public LightEditTest
 {
     Q_OBJECT
