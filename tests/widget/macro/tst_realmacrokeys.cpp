@@ -242,10 +242,14 @@ private slots:
         };
         const QColor plain = marked();
         QColor mark;
+        int waited = 0;
         QTimer hand;
         connect(&hand, &QTimer::timeout, [&] {
-            if (way.size() == 1) // the button is still down
+            if (way.size() == 1) { // the button is still down, and the drag may be behind the hand
                 mark = marked();
+                if (mark != skinColor("SliderColor") && ++waited < 250)
+                    return;
+            }
             way.isEmpty() ? hand.stop() : run("xdotool", way.takeFirst());
         });
         hand.start(20);
