@@ -247,8 +247,10 @@ private slots:
         connect(&hand, &QTimer::timeout, [&] {
             if (way.size() == 1) { // the button is still down, and the drag may be behind the hand
                 mark = marked();
-                if (mark != skinColor("SliderColor") && ++waited < 250)
+                if (mark != skinColor("SliderColor") && ++waited < 200) {
+                    run("xdotool", to(onto, (isBelow ? 4 : -4) + waited % 2)); // the hand trembles
                     return;
+                }
             }
             way.isEmpty() ? hand.stop() : run("xdotool", way.takeFirst());
         });
