@@ -33,7 +33,8 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
     ~Dialog() override;
 
-    // Sends the macros that wait to be sent and writes the image of the device.
+    void writeCache(); // the image of the device
+    // Sends the macros that wait to be sent, too.
     void keepAll();
 
 public slots:
@@ -70,7 +71,6 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
-    void writeCache();
     void buildPages();
     void applyStyle();
     void styleNavigation();

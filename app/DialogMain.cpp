@@ -218,8 +218,10 @@ void DialogMain::letGo()
     if (ended_)
         return;
     ended_ = true;
-    if (ui->stackedWidget->currentWidget() == dialog_)
+    if (ui->stackedWidget->currentWidget() == dialog_) {
+        dialog_->writeCache(); // also when a mouse that answers slowly uses up the time
         dialog_->keepAll();
+    }
     UsbServer_SetPCDriverStatus(0);
     if (Worker *const worker = Worker::instance())
         worker->stop();

@@ -27,8 +27,9 @@ void tellUnwritableRoot()
                      QFile::encodeName(dataRoot()).constData());
 }
 
-// The toolkit has fontconfig read its files, some fifty, at the first font. Read meanwhile, they are there
-// when it asks; fontconfig's start may be called by more than one thread.
+// The toolkit has fontconfig read its files, some fifty, at the first font. Read beside what comes before it,
+// they are there when it asks; fontconfig's start may be called by more than one thread. It reads the
+// environment and the locale, which nothing changes from here on.
 void readFontFiles()
 {
     startThread([] {
@@ -50,12 +51,12 @@ void prepareStart()
     // The program does not draw with GL, and loading it takes longer than the rest of the start.
     if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
         qputenv("QT_XCB_GL_INTEGRATION", "none");
-    readFontFiles(); // after the last variable is set, since it reads the environment
     pruneOldFiles();
 }
 
 void prepareApplication()
 {
+    readFontFiles();
     QCoreApplication::setApplicationName(applicationName());
     QPixmapCache::setCacheLimit(SkinCacheKiB);
     applySkin();

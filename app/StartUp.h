@@ -7,5 +7,6 @@
 // Folders, scale, old files and the variables that Qt reads. Before the application object is constructed.
 void prepareStart();
 
-// Name, caches and colours of the application, directly after its object is constructed.
+// Name, fonts, caches and colours of the application, after its object is constructed and when the last
+// variable of the environment is set.
 void prepareApplication();

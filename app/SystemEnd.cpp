@@ -39,8 +39,7 @@ void installHandlers()
     for (const int number : EndSignals)
         if (signal(number, onEndSignal) == SIG_IGN)
             signal(number, SIG_IGN);
-    // A write to an X server that has just gone would end the process; so it fails, and the toolkit calls
-    // exit().
+    // A write to an X server that has just gone would end the process; so it fails, and the toolkit ends it.
     signal(SIGPIPE, SIG_IGN);
 }
 
@@ -60,10 +59,8 @@ int openedWakeUp()
     return wakeUp;
 }
 
-} // namespace
-
 // Ends the process on the main thread, which lets the device go; the caller's own one does not go on.
-[[noreturn]] static void exitOnMainThread(int status)
+[[noreturn]] void exitOnMainThread(int status)
 {
     alarm(EndLimitS);
     runOnMainThread([status] { std::exit(status); });
@@ -71,9 +68,11 @@ int openedWakeUp()
         pause();
 }
 
+} // namespace
+
 // In place of the C library's. The toolkit's Wayland plug-in calls it when the compositor is gone, on the
 // main thread or on one of its own, and it runs no handler of exit(). So does a child process that cannot
-// start its program.
+// start its program. Unlike the C library's it is not for signal handlers, which call std::_Exit().
 extern "C" Q_DECL_EXPORT void _exit(int status) // NOLINT(bugprone-reserved-identifier)
 {
     if (openWindow && getpid() == process) {
@@ -104,4 +103,9 @@ SystemEnd::SystemEnd(DialogMain *window) : notifier_(openedWakeUp(), QSocketNoti
 }
 
 // The end of a session can end the event loop of a hidden window, which nobody closes.
-SystemEnd::~SystemEnd() { openWindow.exchange(nullptr)->letGo(); }
+SystemEnd::~SystemEnd()
+{
+    letGoAtExit();
+    alarm(0);
+    openWindow = nullptr;
+}

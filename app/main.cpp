@@ -19,9 +19,9 @@ int main(int argc, char *argv[])
     prepareStart();
     QApplication application(argc, argv);
     correctScaleFactor(QGuiApplication::platformName(), arguments.data());
+    const bool hidden = autostart::takeHiddenStart();
     prepareApplication();
 
-    const bool hidden = autostart::takeHiddenStart();
     SingleInstance instance;
     if (!instance.acquire()) {
         if (!hidden)

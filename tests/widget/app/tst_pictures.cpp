@@ -13,6 +13,7 @@
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
+#include "presentation/ToolkitDialog.h"
 #include "presentation/UpDataParam.h"
 #include "presentation/Widgets.h"
 #include "presentation/language/LanguageTables.h"
@@ -24,6 +25,7 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
+#include <QDialogButtonBox>
 #include <QStackedWidget>
 
 namespace
@@ -183,6 +185,10 @@ private:
         card.setNodes({"/dev/hidraw-refused"});
         card.show();
         note(&card, seen);
+        QDialog toolkits;
+        QDialogButtonBox buttons(QDialogButtonBox::Ok, &toolkits);
+        styleToolkitDialog(&toolkits);
+        note(&toolkits, seen);
         walkPairing(seen);
         QTRY_VERIFY(fake.idle());
     }
