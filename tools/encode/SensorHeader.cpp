@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <regex>
 #include <sstream>
 
 namespace
@@ -20,6 +19,7 @@ constexpr std::string_view SensorList = "SENSORS";
 constexpr std::string_view CodeStart = "SENSOR_";
 constexpr std::string_view CodeMiddle = "_DPI_";
 constexpr std::string_view FamilyStarts[] = {"SENSOR", "SENSORS", "SUPPORT"};
+constexpr std::string_view Blanks = " \t\n";
 constexpr int HighestCode = 255; // a byte
 
 bool startsWith(std::string_view text, std::string_view start)
@@ -82,14 +82,26 @@ struct Macro {
     int number = 0;
 };
 
+// Takes what stands in front of the next blank from `rest`, and the blanks behind it.
+std::string nextWord(std::string_view &rest)
+{
+    const std::string word(rest.substr(0, rest.find_first_of(Blanks)));
+    rest.remove_prefix(std::min(rest.find_first_not_of(Blanks, word.size()), rest.size()));
+    return word;
+}
+
 std::optional<Macro> macroIn(const std::string &line, int number)
 {
-    static const std::regex define(R"(\s*#\s*define\s+(\S+)\s*(.*?)\s*)");
     const std::string code = line.substr(0, std::min(line.find("//"), line.find("/*")));
-    std::smatch match;
-    if (!std::regex_match(code, match, define))
+    std::string_view rest = code;
+    rest.remove_prefix(std::min(rest.find_first_not_of(Blanks), rest.size()));
+    std::string directive = nextWord(rest);
+    if (directive == "#")
+        directive += nextWord(rest);
+    const std::string name = nextWord(rest);
+    if (directive != "#define" || name.empty())
         return std::nullopt;
-    return Macro{match[1], match[2], line, number};
+    return Macro{name, std::string(rest.substr(0, rest.find_last_not_of(Blanks) + 1)), line, number};
 }
 
 // What the program takes from a line, by the rules of catalogue/SensorDefines.h.
