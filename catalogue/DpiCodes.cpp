@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/DpiCodes.h"
 
-#include "catalogue/DpiSteps.h"
+#include "catalogue/DpiCounts.h"
 
 #include <limits>
 

@@ -6,7 +6,7 @@
 // stored. Main thread.
 #pragma once
 
-#include "catalogue/DpiSteps.h"
+#include "catalogue/DpiCounts.h"
 
 #include <QStringList>
 #include <QVector>

@@ -2,32 +2,31 @@
 // SPDX-License-Identifier: MIT
 #include "catalogue/SensorDefines.h"
 
+#include "catalogue/SensorMacros.h"
 #include "environment/DataRoot.h"
 #include "environment/SafeFile.h"
 #include "environment/Words.h"
 
+#include <iterator>
+
 namespace
 {
 
-struct CapabilityRow {
-    const char *macro;
-    QString SensorCapabilities::*text;
+using CapabilityText = QString SensorCapabilities::*;
+// By the index of the macro.
+constexpr CapabilityText CapabilityTexts[] = {
+    &SensorCapabilities::SensorModeSupport, &SensorCapabilities::LodSupport,
+    &SensorCapabilities::RippleSupport,     &SensorCapabilities::FixLineSupport,
+    &SensorCapabilities::MotionSyncSupport, &SensorCapabilities::MousepadCalSupport,
 };
-constexpr CapabilityRow CapabilityRows[] = {
-    {"SUPPORT_SENSOR_MODE_SEL", &SensorCapabilities::SensorModeSupport},
-    {"SUPPORT_LOD_CAL", &SensorCapabilities::LodSupport},
-    {"SUPPORT_RIPPLE", &SensorCapabilities::RippleSupport},
-    {"SUPPORT_FIXLINE", &SensorCapabilities::FixLineSupport},
-    {"SUPPORT_MOTION_SYNC", &SensorCapabilities::MotionSyncSupport},
-    {"SUPPORT_MOUSEPAD_CAL", &SensorCapabilities::MousepadCalSupport},
-};
+static_assert(std::size(CapabilityTexts) == std::size(CapabilityMacros), "each macro has a text");
 constexpr QLatin1Char LineEnd('\n');
 
-const CapabilityRow *capabilityIn(const QString &text)
+CapabilityText capabilityIn(const QString &text)
 {
-    for (const CapabilityRow &row : CapabilityRows)
-        if (text.contains(QLatin1String(row.macro)))
-            return &row;
+    for (std::size_t i = 0; i < std::size(CapabilityMacros); ++i)
+        if (text.contains(QLatin1String(CapabilityMacros[i])))
+            return CapabilityTexts[i];
     return nullptr;
 }
 
@@ -64,9 +63,9 @@ private:
     void takeTwo(const QString &first, const QString &second)
     {
         const QStringList parts = splitWords(second, QLatin1Char('\t'));
-        if (const CapabilityRow *row = capabilityIn(second)) {
+        if (const CapabilityText text = capabilityIn(second)) {
             if (parts.size() > 1)
-                capabilities.*row->text = withoutLineEnd(parts[1]);
+                capabilities.*text = withoutLineEnd(parts[1]);
         } else if (first == QLatin1String("#define") && parts.size() > 1 && parts[1].contains(LineEnd)) {
             append(parts[0], numberOf(withoutLineEnd(parts[1])));
         }

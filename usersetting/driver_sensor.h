@@ -5,7 +5,7 @@
    behind #define, a tab in front of the value, no other blank in the line, and a line end behind the last
    one. A line of other than two or three words, such as these here, is passed over. */
 
-/* All sensors. A model's Sensor is one of them; no name is a part of another one or holds a capital I. */
+/* All sensors. A model's Sensor is one of them. A line below finds a name within longer names too. */
 #define SENSORS	3395,3950,PA42,3311
 
 /* The sensors that have a setting, separated by commas and without blanks, one line for each capability. */

@@ -104,14 +104,11 @@ bool isMediaUsage(const std::string &text)
            });
 }
 
+// Of the items between the kind and the action only their count is read.
 bool isDefaultAction(const Items &items)
 {
-    const std::size_t unused = items.size() == 4 ? 2 : 1; // items behind the kind
-    if (items[0] != "0x05" || items.size() <= unused ||
-        std::any_of(items.begin() + 1, items.begin() + 1 + std::ptrdiff_t(unused),
-                    [](const std::string &item) { return item != "0"; }))
-        return false;
-    return (items.size() == 3 && isMediaUsage(items[2])) || (items.size() == 4 && areKeys(items[3]));
+    return items[0] == "0x05" &&
+           ((items.size() == 3 && isMediaUsage(items[2])) || (items.size() == 4 && areKeys(items[3])));
 }
 
 // One that does not lead out of the folder of the firmware, or hide there.

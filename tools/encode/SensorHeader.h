@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 //
-// What driver_sensor.h says of the sensors that the catalogue names. It is checked more strictly than the
-// program reads it: a line of another form is passed over there.
+// What driver_sensor.h says of the sensors that the catalogue names. Each line is read by the rules of the
+// program, and refused when it speaks of sensors and the program would take it otherwise than it stands.
 #pragma once
 
 #include <istream>

@@ -17,7 +17,7 @@ namespace
 {
 
 constexpr char Sensors[] = "/* x */\n"
-                           "#define SENSORS\t3395,PA42,T1\n"
+                           "#define SENSORS\t3395,PA42,T1,T12\n"
                            "#define SUPPORT_RIPPLE\t3395\n"
                            "#define SENSOR_T1_DPI_100\t0x01\n"
                            "#define SENSOR_T1_DPI_200\t0xff\n"
@@ -198,7 +198,7 @@ private slots:
         for (const char *value :
              {"0x06,0,0x00CD", "0x05,0", "0x05,0,play", "0x05,0,0,", "0x05,0,0,Ctrl+", "0x05,0,0,A+B+C+D",
               "0x05,0,0,A,B", "0x05,0,0x00CE", "0x05,0,0,Ctrl+Foo", "0x05,0,0,LCtrl", "0x05,0,0,ctrl",
-              "5,0,0x00CD", "0x05,x,0x00CD", "0x05,0,1,Ctrl+C", "0x05,0,0,Ctrl + C", "0x05,0,0,C+Ctrl+C"})
+              "5,0,0x00CD", "0x05,0x00CD", "0x05,0,0,0,Ctrl+C", "0x05,0,0,Ctrl + C", "0x05,0,0,C+Ctrl+C"})
             row("KeyParam3", value);
         row("KeyParam7", "0x05,0,0x00CD");
         row("KeyParam0", "0x05,0,0x00CD");
@@ -238,6 +238,8 @@ private slots:
         row("DPIColor", "1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3,1,2,3");
         row("KeyParam1", "0x05,0,0x00CD");
         row("KeyParam6", "0x05,0,0,Ctrl+Shift+C");
+        row("KeyParam2", "0x05,1,0x00CD");
+        row("KeyParam2", "0x05,x,,Ctrl+C");
         row("Adveanced", "1,-1");
     }
     void takesWhatIsInForm()
@@ -429,28 +431,57 @@ private slots:
     {
         QTest::addColumn<QByteArray>("line");
         QTest::addColumn<QByteArray>("reason");
-        const auto row = [](const char *line, const char *reason) {
-            QTest::addRow("%s", line) << QByteArray(line) + '\n' << QByteArray(reason);
+        const auto row = [](const char *line, const QByteArray &reason) {
+            QTest::addRow("%s", line) << QByteArray(line) + '\n' << reason;
         };
-        row("#define SENSORS\t3395,339", "the sensor \"339\" is a part of another one, or empty");
-        row("#define SENSORS\t3395,3395", "the sensor \"3395\" is a part of another one, or empty");
-        row("#define SENSORS\t3395,", "the sensor \"\" is a part of another one, or empty");
-        row("#define SENSORS\tPI42", "the sensor PI42 holds a capital I");
-        row("#define SENSOR_T1_DPI_\t4", "SENSOR_T1_DPI_ is not SENSOR_, the sensor, _DPI_ and the DPI");
-        row("#define SENSOR_T1_400\t4", "SENSOR_T1_400 is not SENSOR_, the sensor, _DPI_ and the DPI");
-        row("#define SENSOR_T2_DPI_400\t4", "the sensor T2 does not stand in a line SENSORS above it");
+        row("#define SENSORS\t3395", "SENSORS stands in line 2 already");
+        row("#define SENSORS", "SENSORS has no value");
+        row("#define SENSOR_T1_DPI_\t4", "SENSOR_T1_DPI_ does not end with a DPI");
+        row("#define SENSOR_T1_DPI_0400\t4", "SENSOR_T1_DPI_0400 does not end with a DPI");
+        row("#define SENSOR_T1_DPI_400", "SENSOR_T1_DPI_400 has no value");
+        row("#define SENSOR_T2_DPI_400\t4", "the sensor T2 does not stand in the line SENSORS");
         row("#define SENSOR_T1_DPI_400\t256", "the code 256 is no number from 0 to 255");
         row("#define SENSOR_T1_DPI_400\t0x100", "the code 0x100 is no number from 0 to 255");
         row("#define SENSOR_T1_DPI_400\tFF", "the code FF is no number from 0 to 255");
         row("#define SENSOR_T1_DPI_300\t4", "the DPI or its code stands above already");
         row("#define SENSOR_T1_DPI_400\t255", "the DPI or its code stands above already");
-        const char *const form =
-            "is not #define, a blank, the name, a tab and the value, without other blanks";
-        row("#define SENSOR_T1_DPI_400 4", form);
-        row("#define SUPPORT_RIPPLE\t3395, PA42", form);
-        row("#define SUPPORT_RIPPLE", form);
-        QTest::newRow("no line end") << QByteArray("#define SENSOR_T1_DPI_400\t4")
-                                     << QByteArray("has no line end, and is not read");
+        row("#define SENSOR_T1_DPI_400\t0x24 //x",
+            "the program reads 0x24 as 0 where a blank stands behind it");
+        for (const char *name : {"SENSOR_T1_400", "SENSR_T1_DPI_400", "SUPPORT_RIPLE", "SUPORT_RIPPLE",
+                                 "SUPPROT_RIPPLE", "SUPPORTED"})
+            row(QByteArray("#define ") + name + "\t3395",
+                name +
+                    QByteArray(" is neither SENSORS, nor one of the SUPPORT_ names, nor SENSOR_, the sensor, "
+                               "_DPI_ and the DPI"));
+        row("#define SUPPORT_RIPPLE\t3395", "SUPPORT_RIPPLE stands in line 3 already");
+        row("#define SUPPORT_FIXLINE", "SUPPORT_FIXLINE has no value");
+        row("#define SUPPORT_FIXLINE\t3395,PA43", "the sensor PA43 does not stand in the line SENSORS");
+        row("#define SUPPORT_FIXLINE\tT12,PA42", "the program finds the sensor T1 too, within the name of "
+                                                 "another one");
+        row("// SUPPORT_FIXLINE\tPA42", "is no #define, but the program reads SUPPORT_FIXLINE from it");
+        row("//#define SENSOR_T1_DPI_400 4",
+            "is no #define, but the program reads SENSOR_T1_DPI_400 from it");
+        const auto form = [&row](const char *line, const char *name) {
+            row(line, QByteArray("the program does not read ") + name +
+                          " in this form; it takes #define, a blank, the name, a tab and the value, without "
+                          "other blanks and with a line end");
+        };
+        form("#define\tSENSOR_T1_DPI_400\t4", "SENSOR_T1_DPI_400");
+        form("#define\tSENSOR_T1_DPI_400 4", "SENSOR_T1_DPI_400");
+        form("# define SENSOR_T1_DPI_400\t4", "SENSOR_T1_DPI_400");
+        form("#define SENSOR_T1_DPI_400 4 //x", "SENSOR_T1_DPI_400");
+        form("#define SENSOR_T1_DPI_400\t4//x", "SENSOR_T1_DPI_400");
+        form("#define SENSOR_T1_DPI_400\t4\t//x", "SENSOR_T1_DPI_400");
+        form("#define\tSUPPORT_FIXLINE\t3395", "SUPPORT_FIXLINE");
+        form("#define SUPPORT_FIXLINE 3395", "SUPPORT_FIXLINE");
+        form("#define SUPPORT_FIXLINE\t3395, PA42", "SUPPORT_FIXLINE");
+        form("#define SUPPORT_FIXLINE\t3395,\tPA42", "SUPPORT_FIXLINE");
+        form("#define SUPPORT_FIXLINE\t3395 //x", "SUPPORT_FIXLINE");
+        QTest::newRow("no line end")
+            << QByteArray("#define SENSOR_T1_DPI_400\t4")
+            << QByteArray(
+                   "the program does not read SENSOR_T1_DPI_400 in this form; it takes #define, a blank, "
+                   "the name, a tab and the value, without other blanks and with a line end");
     }
     void refusesASensorHeader()
     {
@@ -460,11 +491,66 @@ private slots:
         QCOMPARE(QByteArray::fromStdString(header.error), reason);
         QCOMPARE(header.errorLine, 7);
         QCOMPARE(headerOf(Sensors).error, std::string());
-        QVERIFY(!headerOf("/* x */\n").error.empty());
         QVERIFY(write("driver_sensor.h", Sensors + line));
         QVERIFY(write("good.ini", Small));
         QVERIFY(run("good.ini", "none.ini") != 0);
         QCOMPARE(errors_, folder_.filePath("driver_sensor.h").toUtf8() + ":7: " + reason + '\n');
+    }
+
+    void refusesAListOfSensors()
+    {
+        QCOMPARE(headerOf("/* x */\n").error, std::string("has no line SENSORS"));
+        QCOMPARE(headerOf("#define SENSORS\t3395,\n").error, std::string("SENSORS holds an empty name"));
+        QCOMPARE(headerOf("#define SENSORS\tPI42\n").error, std::string()); // without a table
+        QCOMPARE(headerOf("#define SENSORS\tPI42\n#define SENSOR_PI42_DPI_100\t1\n").error,
+                 std::string("the sensor PI42 holds a capital I, and its DPI values are not read"));
+    }
+
+    // The program reads the line as it is meant, or is not meant to read it.
+    void takesASensorHeader_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<int>("codes");
+        const auto row = [](const char *line, int codes) {
+            QTest::addRow("%s", line) << QByteArray(line) + '\n' << codes;
+        };
+        for (const char *line : {"#define SENSOR_T1_DPI_400\t0x24", "#define SENSOR_T1_DPI_400\t\t36",
+                                 "#define SENSOR_T1_DPI_400 0x24", "#define SENSOR_T1_DPI_400 0x024",
+                                 "#define SENSOR_T1_DPI_400\t36 //x", "#define SENSOR_T1_DPI_400\t36 ",
+                                 "  #define  SENSOR_T1_DPI_400\t36", "#define SENSOR_T1_DPI_400\t0x24\r"})
+            row(line, 4);
+        for (const char *line :
+             {"#ifndef DRIVER_SENSOR_H", "#define DRIVER_SENSOR_H", "#define SENSOR_H", "#define\tOTHER\t1",
+              "#define SUPPLY_MV 3300", "#define SENSITIVITY\t3", "#define OTHER 1 // three words",
+              "#define SUPPORT_FIXLINE\t\t3395", "#define SUPPORT_FIXLINE\t3395,",
+              "#define SUPPORT_FIXLINE\tT1,T12", "#define SUPPORT_FIXLINE\t3395\t//x",
+              "// #define SENSOR_T1_DPI_400 4", "#endif // SENSOR_H"})
+            row(line, 3);
+        QTest::newRow("no line end") << QByteArray("#define SUPPORT_FIXLINE\t3395") << 3;
+    }
+    void takesASensorHeader()
+    {
+        QFETCH(QByteArray, line);
+        QFETCH(int, codes);
+        for (const QByteArray &text :
+             {Sensors + line, line.endsWith('\n') ? line + Sensors : Sensors + line}) {
+            const SensorHeader header = headerOf(text);
+            QCOMPARE(header.error, std::string());
+            const std::map<int, int> &table = header.codesByDpi.at("T1");
+            QCOMPARE(int(table.size()), codes);
+
+            // The program reads the same.
+            SensorCodes read;
+            read.sensor = "T1";
+            const SensorCapabilities capabilities = parseSensorDefines(text, &read.names, &read.values);
+            for (int dpi = 100; dpi <= 400; dpi += 100) {
+                const auto code = table.find(dpi);
+                QCOMPARE(read.codeOf(dpi).value_or(-1), code == table.end() ? -1 : code->second);
+            }
+            QCOMPARE(capabilities.FixLineSupport.contains("3395"), line.contains("3395"));
+            QCOMPARE(capabilities.FixLineSupport.contains("T12"), line.contains("T12"));
+            QCOMPARE(capabilities.RippleSupport, QString("3395"));
+        }
     }
 
     void udevRulesNameTheIds_data()

@@ -8,12 +8,14 @@
 #include <cstdint>
 #include <string_view>
 
-constexpr int DpiStep = 50;                                  // DPI of one count, from 0 for 50 DPI
-constexpr uint8_t DoublesDpi = 0x11;                         // the DPI counts twice
-constexpr uint8_t DoublesDpiStep = 0x22;                     // each count is worth two steps
-constexpr uint8_t FourTimesDpi = 0x33;                       // both
-constexpr int DpiRangeLimit = 4;                             // ranges of a model
-constexpr std::string_view WideSensors[] = {"3395", "3950"}; // their counts have ten bits, others have eight
+constexpr int DpiStep = 50;              // DPI of one count; count 0 is 50 DPI
+constexpr uint8_t DoublesDpi = 0x11;     // the DPI counts twice
+constexpr uint8_t DoublesDpiStep = 0x22; // each count is worth two steps
+constexpr uint8_t FourTimesDpi = 0x33;   // both
+constexpr int DpiRangeLimit = 4;         // ranges of a model
+constexpr int ByteCounts = 256;          // counts of a sensor, of eight bits
+constexpr int WideCounts = 1024;         // those of a wide sensor, of ten bits
+constexpr std::string_view WideSensors[] = {"3395", "3950"};
 
 constexpr bool isWideSensor(std::string_view sensor)
 {
@@ -32,7 +34,7 @@ struct DpiMultiplier {
 constexpr DpiMultiplier RangeMultipliers[DpiRangeLimit] = {
     {0, 1}, {DoublesDpiStep, 2}, {DoublesDpi, 2}, {FourTimesDpi, 4}};
 
-// That of a stage in the range, counted from 0, of a model with this flag value.
+// The multiplier of a stage in the range `range`, counted from 0, of a model with this flag value.
 constexpr DpiMultiplier dpiMultiplier(int flagValue, int range)
 {
     if (flagValue == FourTimesDpi)
