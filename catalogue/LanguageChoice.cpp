@@ -11,10 +11,8 @@ namespace
 QString languageName() { return QStringLiteral("Language"); }
 QString nameKey() { return QStringLiteral("Name"); }
 
-void storeIndex(UserStore &store, int index)
-{
-    store.WriteValue(languageName(), languageName(), QString::number(index));
-}
+// What stands before the name.
+QString prefix(int index) { return QString::number(index) + QLatin1Char(' '); }
 
 } // namespace
 
@@ -22,36 +20,38 @@ int storedLanguage(UserStore &store) { return store.ReadText(languageName(), lan
 
 void storeLanguage(UserStore &store, int index, const QString &name)
 {
-    storeIndex(store, index);
+    store.WriteValue(languageName(), languageName(), QString::number(index));
     if (name.isEmpty())
         store.Remove(languageName(), nameKey());
     else
-        store.WriteValue(languageName(), nameKey(), name);
+        store.WriteValue(languageName(), nameKey(), prefix(index) + name);
 }
 
-int migrateLanguage(RegistryStore &registry, UserStore &store)
+void migrateLanguage(RegistryStore &registry, UserStore &store)
 {
     const QString name = QString::fromLatin1(registry::LanguageIndex);
     const int old = registry.value(registry::OldLanguageGroup, name).toInt();
-    if (old != 0) {
-        storeLanguage(store, old);
-        // Removes the old value only after the new one is on the disk.
-        if (store.flush())
-            registry.removeValue(registry::OldLanguageGroup, name);
-    }
-    return storedLanguage(store);
+    if (old == 0)
+        return;
+    storeLanguage(store, old);
+    // Removes the old value only after the new one is on the disk.
+    if (store.flush())
+        registry.removeValue(registry::OldLanguageGroup, name);
 }
 
 int followLanguage(UserStore &store, const QStringList &names)
 {
     const int stored = storedLanguage(store);
-    const QString name = store.ReadText(languageName(), nameKey());
-    if (name.isEmpty() || names.value(stored) == name)
+    const QString chosen = store.ReadText(languageName(), nameKey());
+    if (!chosen.startsWith(prefix(stored)))
+        return stored;
+    const QString name = chosen.mid(prefix(stored).size());
+    if (names.value(stored) == name)
         return stored;
     int index = int(names.indexOf(name));
-    if (index < 0)
-        index = stored < FirstAddedLanguage ? stored : 0;
+    if (index < 0) // another language's index will not do, one without a file is read as 0
+        index = stored >= FirstAddedLanguage && stored < names.size() ? int(names.size()) : stored;
     if (index != stored)
-        storeIndex(store, index);
+        storeLanguage(store, index, name);
     return index;
 }

@@ -369,7 +369,8 @@ private slots:
         for (int start = 0; start < 2; ++start) {
             RegistryStore registry(registryPath);
             UserStore store(path());
-            QCOMPARE(migrateLanguage(registry, store), 3);
+            migrateLanguage(registry, store);
+            QCOMPARE(storedLanguage(store), 3);
             QCOMPARE(registry.value(registry::OldLanguageGroup, registry::LanguageIndex), QString());
         }
         QCOMPARE(storedText(path(), "Language", "Language"), QString("3"));
@@ -383,7 +384,8 @@ private slots:
             UserStore store(path());
             storeLanguage(store, 2);
             registry.setValue(registry::OldLanguageGroup, registry::LanguageIndex, old);
-            QCOMPARE(migrateLanguage(registry, store), 2);
+            migrateLanguage(registry, store);
+            QCOMPARE(storedLanguage(store), 2);
             QCOMPARE(registry.value(registry::OldLanguageGroup, registry::LanguageIndex), QString(old));
         }
     }
@@ -393,7 +395,8 @@ private slots:
         RegistryStore registry(folder_->filePath("Registry.ini"));
         registry.setValue(registry::OldLanguageGroup, registry::LanguageIndex, "3");
         UserStore store(folder_->filePath("missing/Macro.ini"));
-        QCOMPARE(migrateLanguage(registry, store), 3);
+        migrateLanguage(registry, store);
+        QCOMPARE(storedLanguage(store), 3);
         QCOMPARE(registry.value(registry::OldLanguageGroup, registry::LanguageIndex), QString("3"));
     }
 
@@ -409,8 +412,9 @@ private slots:
         QTest::newRow("one before it") << 6 << "b" << fixed + QStringList{"a", "b"} << 7;
         QTest::newRow("one less") << 7 << "b" << fixed + QStringList{"b"} << 6;
         QTest::newRow("of two of a name its own") << 7 << "b" << fixed + QStringList{"b", "b"} << 7;
-        QTest::newRow("gone") << 7 << "b" << fixed + QStringList{"a", "c"} << 0;
-        QTest::newRow("there again") << 0 << "b" << fixed + QStringList{"a", "b"} << 7;
+        QTest::newRow("gone") << 7 << "b" << fixed + QStringList{"a"} << 7;
+        QTest::newRow("gone, another in its place") << 6 << "b" << fixed + QStringList{"a", "c"} << 8;
+        QTest::newRow("there again") << 8 << "b" << fixed + QStringList{"a", "b"} << 7;
         QTest::newRow("a fixed file renamed itself") << 2 << "German" << fixed << 2;
     }
     void followsTheNameOfTheLanguage()
@@ -423,7 +427,14 @@ private slots:
         storeLanguage(store, stored, name);
         QCOMPARE(followLanguage(store, names), index);
         QCOMPARE(storedLanguage(store), index);
-        QCOMPARE(store.ReadText("Language", "Name"), name); // also of one that is gone
+        const QString kept =
+            name.isEmpty() ? "" : QString::number(index) + ' ' + name; // also of one that is gone
+        QCOMPARE(store.ReadText("Language", "Name"), kept);
+        for (int other : {0, 1}) { // by an older release, which knows of no name
+            store.WriteValue("Language", "Language", QString::number(other));
+            QCOMPARE(followLanguage(store, names), other);
+            QCOMPARE(storedLanguage(store), other);
+        }
         storeLanguage(store, 1);
         QCOMPARE(followLanguage(store, names), 1);
     }

@@ -157,10 +157,16 @@ private slots:
         QVERIFY(QFile::rename(folder->filePath("Language/fr.json"), folder->filePath("fr.json")));
         begin();
         QCOMPARE(minimize(), QString("Minimize"));
+        QCOMPARE(box(stack()->widget(0))->currentText(), QString("English"));
         window.reset();
         QVERIFY(QFile::rename(folder->filePath("fr.json"), folder->filePath("Language/fr.json")));
         begin();
         QCOMPARE(minimize(), QString("Petit"));
+        window.reset();
+        UserStore::instance().WriteValue("Language", "Language", "0"); // by an older release
+        begin();
+        QCOMPARE(minimize(), QString("Minimize"));
+        QCOMPARE(box(stack()->widget(0))->currentText(), QString("English"));
     }
 
     // A file of a fixed name keeps the index by which the notice "already running" reads it, and what it
