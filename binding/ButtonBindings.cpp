@@ -12,6 +12,7 @@
 #include "presentation/language/LanguageTables.h"
 
 #include <algorithm>
+#include <cstring>
 
 using namespace binding;
 
@@ -52,6 +53,19 @@ FlashDataMap ButtonBindings::builtIn()
     for (int k = 0; k < ButtonCount; ++k)
         record.KeyBindings[k] = builtInAction(k)->binding;
     return record;
+}
+
+void ButtonBindings::takeSent(const FlashDataMap &before)
+{
+    const FlashDataMap sent = DeviceRecord::copy();
+    const auto copyChange = [](auto &shown, const auto &old, const auto &now) {
+        if (std::memcmp(&old, &now, sizeof now) != 0)
+            shown = now;
+    };
+    for (int k = 0; k < count_; ++k) {
+        copyChange(record_.KeyBindings[k], before.KeyBindings[k], sent.KeyBindings[k]);
+        copyChange(record_.MacroBlocks[k], before.MacroBlocks[k], sent.MacroBlocks[k]);
+    }
 }
 
 bool ButtonBindings::isOnlyLeft(int button) const

@@ -26,6 +26,8 @@ public:
     void loadBuiltIn();
     // The bindings of a new mouse; the rest is zero.
     static FlashDataMap builtIn();
+    // Takes what was sent to the mouse since the device's record was `before`.
+    void takeSent(const FlashDataMap &before);
     int count() const; // 0 before the first record
     std::optional<KeyBinding> at(int button) const;
     // Whether the button, and no other one, is the left button.

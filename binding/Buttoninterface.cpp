@@ -172,8 +172,10 @@ void Buttoninterface::showBindings(const FlashDataMap &map)
     const int count = DeviceCatalogue().number(SelectedDevice::info().DriveIndex, "KeyNumber");
     list_->setButtonCount(count);
     bindings_.load(map, count);
+    const FlashDataMap before = DeviceRecord::copy();
     for (int k = 0; k < bindings_.count(); ++k)
         ShowBinding(k, map.KeyBindings[k].Class, map.KeyBindings[k].First, map.KeyBindings[k].Second, map);
+    bindings_.takeSent(before); // macros that the mouse had missed
     SlotAddMacroButton();
     nameChosenRow();
 }

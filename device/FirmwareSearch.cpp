@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr int FilesLookedAt = 1000; // their heads
-constexpr int FilesRead = 8;        // as a whole: all but the first of them are damaged
+constexpr int FilesRead = 8;        // as a whole; it is read on only past damaged ones
 
 QString bareVersion(QString version) { return version.remove(QLatin1Char('v')); }
 

@@ -8,8 +8,9 @@
 #include <QByteArray>
 #include <optional>
 
-// The property's bytes; none without a server or a manager. Opens a connection of its own and
-// waits for the server as long as it takes. Any thread.
+// The property's bytes; none without a server or a manager. Opens a connection of its own and waits for the
+// server as long as it takes. On one thread at a time: it exchanges Xlib's error handler, which the whole
+// process has in common.
 QByteArray desktopSettings();
 
 // A whole number among them. None for an unknown name, another type, and bytes that are no such property.

@@ -58,19 +58,34 @@ int randrWidth(Display *display)
     return width;
 }
 
-QByteArray ownFactor; // the user's
+constexpr char Platform[] = "QT_QPA_PLATFORM";
+constexpr char OwnPlatform[] = "MORLEN_OWN_PLATFORM"; // the user's, while the program starts anew
+QByteArray ownFactor;                                 // the user's
 bool waylandExpected = false;
 
 bool isWayland(const QByteArray &platform) { return platform.startsWith("wayland"); }
 
 bool isWaylandLikely()
 {
-    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    const QByteArray platform = qgetenv(Platform);
     if (!platform.isEmpty())
         return isWayland(platform);
     const QDir plugins(QLibraryInfo::location(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
     return qgetenv("XDG_SESSION_TYPE") == "wayland" &&
            !plugins.entryList({QStringLiteral("libqwayland*")}, QDir::Files).isEmpty();
+}
+
+// What the program starts later takes the user's.
+void restorePlatform()
+{
+    if (!qEnvironmentVariableIsSet(OwnPlatform))
+        return;
+    const QByteArray own = qgetenv(OwnPlatform);
+    qunsetenv(OwnPlatform);
+    if (own.isEmpty())
+        qunsetenv(Platform);
+    else
+        qputenv(Platform, own);
 }
 
 } // namespace
@@ -104,13 +119,16 @@ void applyScaleFactor()
 
 void correctScaleFactor(const QString &platform, char *const *arguments)
 {
+    restorePlatform();
     if (isWayland(platform.toLatin1()) == waylandExpected ||
         scaleFactorText(physicalDesktopWidth()).isEmpty())
         return;
-    qputenv("QT_QPA_PLATFORM", platform.toLatin1()); // it is what is expected then
+    qputenv(OwnPlatform, qgetenv(Platform));
+    qputenv(Platform, platform.toLatin1()); // it is what is expected then
     if (ownFactor.isNull())
         qunsetenv("QT_SCALE_FACTOR");
     else
         qputenv("QT_SCALE_FACTOR", ownFactor);
     execv(QFile::encodeName(QCoreApplication::applicationFilePath()).constData(), arguments);
+    restorePlatform(); // it goes on at the wrong scale
 }

@@ -221,11 +221,12 @@ void LampLight::readReceiver()
     receiver_->setState(receiverLight_.state());
 }
 
-// Another device may have been chosen meanwhile, and a change of a lamp may have asked already.
+// The page may have been left or another device chosen meanwhile, and a change of a lamp may have asked
+// already.
 void LampLight::readLamps()
 {
-    if (receiverShown_ && !SelectedDevice::info().Usb && CurrentDevicePath() == receiverPath_ &&
-        !lamps_->isKnown())
+    if (OnDevicePage == 1 && receiverShown_ && !SelectedDevice::info().Usb &&
+        CurrentDevicePath() == receiverPath_ && !lamps_->isKnown())
         lamps_->read();
 }
 

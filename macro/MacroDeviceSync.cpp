@@ -12,7 +12,9 @@
 #include "macro/store/MacroFolder.h"
 #include "macro/store/MissedNames.h"
 
+#include <QHash>
 #include <QSet>
+#include <algorithm>
 
 namespace macro
 {
@@ -21,7 +23,7 @@ namespace
 {
 
 QSet<QString> held;
-QSet<QString> missed;
+QHash<QString, QSet<QString>> missed; // by mouse
 
 void move(QSet<QString> *marks, const QString &name, const QString &newName)
 {
@@ -61,6 +63,12 @@ bool sendMissed(const QString &name, int button)
            });
 }
 
+bool isMissedByAny(const QString &name)
+{
+    return std::any_of(missed.cbegin(), missed.cend(),
+                       [&name](const QSet<QString> &ofMouse) { return ofMouse.contains(name); });
+}
+
 bool sendName(const QString &name, int button)
 {
     return send(button, [&](const KeyBinding &, MacroBlock &block) { renameBlock(&block, name); });
@@ -88,22 +96,24 @@ bool isHeld(const QString &name) { return held.contains(name); }
 void setMissed(const QString &name, bool isMissed)
 {
     if (isMissed)
-        missed.insert(name);
+        missed[selectedMouse()].insert(name);
     else
-        missed.remove(name);
+        missed[selectedMouse()].remove(name);
 }
 
 void moveMarks(const QString &name, const QString &newName)
 {
     move(&held, name, newName);
-    move(&missed, name, newName);
+    for (QSet<QString> &ofMouse : missed)
+        move(&ofMouse, name, newName);
     renameMissed(name, newName);
 }
 
 void dropMarks(const QString &name)
 {
     release(name);
-    setMissed(name, false);
+    for (QSet<QString> &ofMouse : missed)
+        ofMouse.remove(name);
     dropMissedNamesOf(name);
 }
 
@@ -116,9 +126,9 @@ Taken takeFromMouse(const FlashDataMap &record, int button)
     const QString name = macroName(record, button);
     if (!isMacroName(name))
         return {};
-    if (missed.contains(name) && macroExists(name)) {
+    if (missed.value(selectedMouse()).contains(name) && macroExists(name)) {
         if (sendMissed(name, button) && lastButton(record, button, name) == button)
-            missed.remove(name);
+            setMissed(name, false);
         return {};
     }
     if (name != blockName(block) && !sendName(name, button))
@@ -133,7 +143,14 @@ Taken takeFromMouse(const FlashDataMap &record, int button)
             keepText(name, text);
         return {};
     }
-    if (file == text || (!file.isNull() && gives(file, block, cycle)) || !keepMacro(name))
+    if (file == text || (!file.isNull() && gives(file, block, cycle)))
+        return {};
+    // The file waits for another mouse.
+    if (!file.isNull() && isMissedByAny(name)) {
+        keepText(name, text);
+        return {};
+    }
+    if (!keepMacro(name))
         return {};
     const bool isNew = file.isNull();
     return writeMacroFile(name, text) ? Taken{name, isNew} : Taken{};

@@ -19,8 +19,9 @@ void hold(const QString &name);
 void release(const QString &name);
 bool isHeld(const QString &name);
 
-// A saved macro that did not reach every button of the mouse. The next read of the mouse does not take its
-// old rows: it sends the file again.
+// A saved macro that did not reach every button of the selected mouse. The next read of that mouse does not
+// take its old rows: it sends the file again. Until then what another mouse plays under that name is kept
+// beside the file, not written over it.
 void setMissed(const QString &name, bool missed);
 // A renamed macro keeps its marks.
 void moveMarks(const QString &name, const QString &newName);

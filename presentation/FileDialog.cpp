@@ -37,6 +37,7 @@ QString run(QFileDialog &dialog)
 {
     static NoIcons icons; // the dialog keeps asking for them until its own end
     dialog.setIconProvider(&icons);
+    dialog.setViewMode(QFileDialog::Detail); // else the one that any program used last
     fitColumns(dialog);
     styleToolkitDialog(&dialog);
     for (QToolButton *button : dialog.findChildren<QToolButton *>())

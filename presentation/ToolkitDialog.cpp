@@ -16,7 +16,8 @@ void styleToolkitDialog(QDialog *dialog)
     for (const QDialogButtonBox *box : dialog->findChildren<QDialogButtonBox *>())
         for (QAbstractButton *button : box->buttons()) {
             button->setIcon(QIcon()); // the program's other buttons have none
-            // A box on a page with a sheet hands its style on to its buttons, which undresses them.
+            // A box on a page with a sheet sets its own style on its buttons, and the dialog's sheet no
+            // longer applies to them.
             button->setStyleSheet(sheet);
         }
     passWheels(dialog);

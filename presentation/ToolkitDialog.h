@@ -6,5 +6,5 @@
 
 class QDialog;
 
-// When all of its widgets stand.
+// Call it when all widgets of the dialog exist.
 void styleToolkitDialog(QDialog *dialog);

@@ -139,6 +139,7 @@ void DialogChange::rebuild(const DeviceScan &scan)
     }
     board_.clear();
     showPrompt();
+    tellsUnplugged_ = false;
     if (duplicates_)
         warnOfDuplicates();
 }
@@ -187,14 +188,17 @@ void DialogChange::showCarousel()
         focusTile(path);
 }
 
-// Falls back on the first tile. A screen reader stops telling the name of the page when the focus leaves it.
+// Falls back on the first tile. A screen reader stops telling the name of the page when the focus leaves it,
+// so the tile says once why the page is there again.
 void DialogChange::focusTile(const QString &devicePath)
 {
     QWidget *found = nullptr;
     for (const TileBoard::Tile &tile : board_.tiles())
-        if (!found || (tile.device.DevicePath == devicePath && tile.button->isVisible()))
+        if (!found || (tile.device.DevicePath == devicePath && tile.button->isVisibleTo(this)))
             found = tile.button;
-    found->setAccessibleDescription(unplugged_ ? accessibleName() : QString());
+    const QString told = tellsUnplugged_ ? accessibleName() : QString();
+    setUnplugged(false);
+    found->setAccessibleDescription(told);
     found->setFocus();
 }
 
@@ -365,7 +369,7 @@ void DialogChange::SlotAllLanguage(int index)
 
 void DialogChange::setUnplugged(bool unplugged)
 {
-    unplugged_ = unplugged;
+    unplugged_ = tellsUnplugged_ = unplugged;
     setAccessibleName(homeText(unplugged ? "DeviceUnplugged" : "DevicesPage", LanguageIndex));
     for (const TileBoard::Tile &tile : board_.tiles())
         tile.button->setAccessibleDescription(QString());

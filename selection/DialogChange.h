@@ -84,7 +84,8 @@ private:
     uint64_t takenGeneration_ = 0;
     bool duplicates_ = false; // the last search found identical devices
     bool unplugged_ = false;
-    bool warning_ = false; // the notice of duplicates is open
+    bool tellsUnplugged_ = false; // a tile has to say it, too, since the focus moves on at once
+    bool warning_ = false;        // the notice of duplicates is open
     QString pleaseEnter_;
     QString repairDevice_;
     QString identical_;

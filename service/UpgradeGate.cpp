@@ -112,8 +112,8 @@ UpgradeText besideMismatch(const Devices &devices, const UpdateFailRecord &recor
         return UpgradeText::MultiDongle;
     const bool receiverFailed = record.target == TargetReceiver;
     const DeviceAllInfo *beside = first(devices, receiverFailed ? isWired : isReceiver);
-    if (beside && isBeside(*beside, record))
-        return beside->Cid == record.cid ? UpgradeText::None : UpgradeText::Error;
+    if (beside && isBeside(*beside, record) && beside->Cid == record.cid)
+        return UpgradeText::None;
     return receiverFailed ? UpgradeText::MultiMouse : UpgradeText::MultiDongle;
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "macro/store/MissedNames.h"
 
+#include "device/DeviceState.h"
 #include "macro/store/MacroBlockCodec.h"
 
 #include <QHash>
@@ -17,40 +18,47 @@ struct MissedName {
     QSet<QString> older; // one of them stands in the block
     QString name;
 };
-QHash<int, MissedName> missedNames; // by button
+QHash<QString, QHash<int, MissedName>> missedNames; // by mouse and button
 
 } // namespace
 
+QString selectedMouse()
+{
+    const DeviceAllInfo info = SelectedDevice::info();
+    return QStringLiteral("%1 %2 %3").arg(info.Cid).arg(info.Mid).arg(info.DevicePath);
+}
+
 void setMissedName(int button, const QString &older, const QString &name)
 {
-    MissedName &missedName = missedNames[button];
+    MissedName &missedName = missedNames[selectedMouse()][button];
     missedName.older.insert(older);
     missedName.name = name;
 }
 
 void renameMissed(const QString &name, const QString &newName)
 {
-    for (MissedName &each : missedNames)
-        if (each.name == name) {
-            each.older.insert(name);
-            each.name = newName;
-        }
+    for (auto &ofMouse : missedNames)
+        for (MissedName &each : ofMouse)
+            if (each.name == name) {
+                each.older.insert(name);
+                each.name = newName;
+            }
 }
 
-void dropMissedName(int button) { missedNames.remove(button); }
+void dropMissedName(int button) { missedNames[selectedMouse()].remove(button); }
 
 void dropMissedNamesOf(const QString &name)
 {
-    for (auto each = missedNames.begin(); each != missedNames.end();)
-        each = each->name == name ? missedNames.erase(each) : std::next(each);
+    for (auto &ofMouse : missedNames)
+        for (auto each = ofMouse.begin(); each != ofMouse.end();)
+            each = each->name == name ? ofMouse.erase(each) : std::next(each);
 }
 
 QString macroName(const FlashDataMap &record, int button)
 {
     const QString inBlock = blockName(record.MacroBlocks[button]);
-    const auto missedName = missedNames.constFind(button);
-    const bool isOlder = missedName != missedNames.constEnd() && missedName->older.contains(inBlock);
-    return isOlder ? missedName->name : inBlock;
+    const MissedName missedName = missedNames.value(selectedMouse()).value(button);
+    return missedName.older.contains(inBlock) ? missedName.name : inBlock;
 }
 
 } // namespace macro

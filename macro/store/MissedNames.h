@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // New names of macros that did not reach the blocks of the mouse's buttons, where an older one still stands.
-// The next read of the mouse sends them. Main thread.
+// The next read of the same mouse sends them. Buttons and records are those of the selected mouse. Main
+// thread.
 #pragma once
 
 #include "device/hidusb/FlashDataMap.h"
@@ -12,8 +13,11 @@
 namespace macro
 {
 
+// The selected mouse, among those for which something waits.
+QString selectedMouse();
+
 void setMissedName(int button, const QString &older, const QString &name);
-// The macro was renamed again, on buttons that are not shown as well.
+// The macro was renamed again, on buttons that are not shown and for other mice as well.
 void renameMissed(const QString &name, const QString &newName);
 // The button's block was written since.
 void dropMissedName(int button);

@@ -18,6 +18,19 @@ private slots:
         qunsetenv("DISPLAY");
     }
 
+    // Behind a second start, which the program's platform was set for.
+    void thePlatformIsTheUsersAgain()
+    {
+        for (const char *own : {"", "offscreen;xcb"}) {
+            qputenv("QT_QPA_PLATFORM", "xcb");
+            qputenv("MORLEN_OWN_PLATFORM", own);
+            correctScaleFactor("xcb", nullptr);
+            QCOMPARE(qgetenv("QT_QPA_PLATFORM"), QByteArray(own));
+            QVERIFY(!qEnvironmentVariableIsSet("MORLEN_OWN_PLATFORM"));
+        }
+        qunsetenv("QT_QPA_PLATFORM");
+    }
+
     void turnsWidthIntoText_data()
     {
         QTest::addColumn<int>("width");

@@ -13,7 +13,8 @@ namespace
 {
 
 // One letter for each: m a mouse on its cable, r its 8 kHz receiver, R one of 4 kHz, n and s the same as m
-// and r of another model, u a receiver without a mouse, f a mouse of another customer.
+// and r of another model, u a receiver without a mouse, f and g a mouse and a receiver of another
+// customer.
 std::vector<DeviceAllInfo> devicesOf(const QString &letters)
 {
     std::vector<DeviceAllInfo> devices;
@@ -21,7 +22,7 @@ std::vector<DeviceAllInfo> devicesOf(const QString &letters)
         DeviceAllInfo device;
         device.Usb = QStringLiteral("mnf").contains(letter);
         device.DeviceKind = device.Usb ? Cable8K : letter == QLatin1Char('R') ? Receiver4K : Receiver8K;
-        device.Cid = letter == QLatin1Char('f') ? 17 : 18;
+        device.Cid = QStringLiteral("fg").contains(letter) ? 17 : 18;
         device.Mid = QStringLiteral("ns").contains(letter) ? 7 : letter == QLatin1Char('u') ? 0 : 6;
         devices.push_back(device);
     }
@@ -166,7 +167,9 @@ private slots:
         row("receiver failed, another mouse and a receiver", "nr", ReceiverFailed, Both, 0, 0,
             Text::MultiMouse);
         row("receiver failed, another customer's mouse and a receiver", "fr", ReceiverFailed, Both, 0, 0,
-            Text::Error);
+            Text::MultiMouse);
+        row("receiver failed, another customer's mouse and a boot loader", "fR", ReceiverFailed, Both, 0, 1,
+            Text::MultiMouse);
         row("receiver failed, two boot loaders", "m", ReceiverFailed, Both, 0, 2, Text::SameDevice);
         row("receiver failed, no boot loader", "m", ReceiverFailed, Both, 0, 0, Text::NotDevice);
         row("receiver failed, no file", "m", ReceiverFailed, "mouse", 0, 1, Text::ErrorFile);
@@ -183,6 +186,7 @@ private slots:
         row("mouse failed, only another customer's on its cable", "fr", MouseFailed, Both, 0, 0,
             Text::NotDevice);
         row("mouse failed, another model's receiver", "ms", MouseFailed, Both, 1, 0, Text::MultiDongle);
+        row("mouse failed, another customer's receiver", "mg", MouseFailed, Both, 1, 0, Text::MultiDongle);
         row("mouse failed, no boot loader", "r", MouseFailed, Both, 0, 0, Text::NotDevice);
         row("mouse failed, two boot loaders", "r", MouseFailed, Both, 2, 0, Text::SameDevice);
         row("mouse failed, no file", "r", MouseFailed, "receiver", 1, 0, Text::ErrorFile);

@@ -741,10 +741,61 @@ private slots:
         QCOMPARE(kept(), QStringList());
         for (int row = 2; row < 12; ++row)
             QCOMPARE(caption(row), "Macro: " + name);
+        page().click("Button8");
+        QCOMPARE(page().macros(), QStringList(name + " checked"));
+        page().leave();
 
         bindAll("Burst"); // by another computer
         QCOMPARE(macroNames().size(), 2);
         QCOMPARE(caption(2), QString("Macro: Burst"));
+    }
+
+    // Another mouse may have a macro of that name on the same button.
+    void whatOneMouseMissedIsNotSentToAnother_data()
+    {
+        QTest::addColumn<bool>("isSaved"); // else renamed
+        QTest::newRow("name") << false;
+        QTest::newRow("rows") << true;
+    }
+    void whatOneMouseMissedIsNotSentToAnother()
+    {
+        QFETCH(bool, isSaved);
+        FakeHidUsb &fake = FakeHidUsb::instance();
+        saveMacro("Burst", 254, presses(3));
+        expectMacro(2, "Burst", 254, presses(3));
+        page().show(wanted);
+        fake.setOnline("dev", false);
+        if (isSaved) {
+            saveMacro("Burst", 17, presses(7));
+            setMissed("Burst", true);
+        } else {
+            QVERIFY(renameMacro("Burst", "Tap"));
+            moveMarks("Burst", "Tap");
+            emit PostMsg::instance()->SigMacroRename("Burst", "Tap");
+        }
+
+        fake.addDevice(fixture::device("other", 6, Receiver8K));
+        fixture::select(fixture::info("other", Receiver8K));
+        MouseOnline = true;
+        page().show(wanted);
+        QVERIFY(isWanted());
+        QCOMPARE(updates(), std::size_t(0));
+        QCOMPARE(caption(2), QString("Macro: Burst"));
+        if (isSaved) { // the file still waits for the first mouse
+            QCOMPARE(fileOf("Burst"), macroText(17, presses(7)));
+            QCOMPARE(kept(), QStringList("000001 Burst.ini"));
+        }
+
+        fake.setOnline("dev", true);
+        fixture::select(fixture::info("dev", Receiver8K));
+        page().show(wanted);
+        if (isSaved)
+            expectMacro(2, "Burst", 17, presses(7));
+        else
+            renameBlock(&wanted.MacroBlocks[2], "Tap");
+        QVERIFY(isWanted());
+        QCOMPARE(caption(2), QString(isSaved ? "Macro: Burst" : "Macro: Tap"));
+        QCOMPARE(bytesOf(fake.updates().back()), bytesOf(wanted));
     }
 
     // What is written to a button after a refused name is what it holds.

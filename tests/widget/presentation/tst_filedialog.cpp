@@ -14,6 +14,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QToolButton>
 #include <QTreeView>
 
@@ -57,6 +58,28 @@ private slots:
         QCOMPARE(folder, home->path());
         QVERIFY(fits);
         QVERIFY(QFile::exists(home->filePath("Device_CID12_MID06.bin")));
+    }
+
+    // The toolkit restores the way in which a file dialog was shown last, in any program.
+    void itListsDatesWhateverWasShownLast()
+    {
+        qputenv("XDG_CONFIG_HOME", home->path().toLocal8Bit());
+        const auto restored = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"); });
+        QSettings(QSettings::UserScope, "QtProject").setValue("FileDialog/viewMode", "List");
+        bool isRestored = false, isDetailed = false;
+        {
+            QFileDialog other;
+            other.setOption(QFileDialog::DontUseNativeDialog);
+            isRestored = other.viewMode() == QFileDialog::List;
+        }
+        fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
+            isDetailed = dialog->viewMode() == QFileDialog::Detail &&
+                         dialog->findChild<QTreeView *>("treeView")->isVisible();
+            dialog->reject();
+        });
+        filedialog::askForFile(nullptr, "File(*.bin)");
+        QVERIFY(isRestored);
+        QVERIFY(isDetailed);
     }
 
     // Over a page with a sheet of its own, whose style the dialog begins with.

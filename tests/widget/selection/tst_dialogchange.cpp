@@ -167,12 +167,24 @@ private slots:
     }
 
     // The tiles of a page are made anew when their number changes.
+    void theFocusStaysOnTheTiles_data()
+    {
+        QTest::addColumn<bool>("isHidden");
+        QTest::newRow("on the desktop") << false;
+        QTest::newRow("in the tray") << true;
+    }
     void theFocusStaysOnTheTiles()
     {
+        QFETCH(bool, isHidden);
         build();
+        window = std::make_unique<QWidget>();
+        page->setParent(window.get());
+        page->show(); // the page is shown, whatever its window is
+        window->show();
         const auto isOn = [&](int index) { return page->window()->focusWidget() == tile(index); };
         plug(devices(2));
         tile(1)->setFocus();
+        window->setVisible(!isHidden);
         plug(devices(3));
         QVERIFY(isOn(1));
         plug(devices(5));
@@ -187,12 +199,31 @@ private slots:
         page->setFocus();
         plug(devices(1));
         QCOMPARE(page->window()->focusWidget(), static_cast<QWidget *>(page.get()));
+        const QString usual = page->accessibleName();
         page->setUnplugged(true);
+        const QString unplugged = page->accessibleName();
         plug(devices(2));
         QCOMPARE(page->window()->focusWidget(), static_cast<QWidget *>(tile(0)));
-        QCOMPARE(tile(0)->accessibleDescription(), page->accessibleName());
+        QCOMPARE(tile(0)->accessibleDescription(), unplugged);
+        QCOMPARE(page->accessibleName(), usual);
         QCOMPARE(tile(1)->accessibleDescription(), QString());
-        page->setUnplugged(false);
+        plug(devices(3)); // it was told once
+        QCOMPARE(page->window()->focusWidget(), static_cast<QWidget *>(tile(0)));
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(tile(i)->accessibleDescription(), QString());
+    }
+
+    // The page has told it by then, and the tile may be that of the device that comes back.
+    void theFirstTileBehindAnUnpluggingSaysNothingOfIt()
+    {
+        build();
+        page->setFocus();
+        page->setUnplugged(true);
+        const QString unplugged = page->accessibleName();
+        plug({});
+        QCOMPARE(page->accessibleName(), unplugged);
+        plug(devices(1));
+        QCOMPARE(page->window()->focusWidget(), static_cast<QWidget *>(tile(0)));
         QCOMPARE(tile(0)->accessibleDescription(), QString());
     }
 
