@@ -193,12 +193,14 @@ void DialogChange::showCarousel()
 void DialogChange::focusTile(const QString &devicePath)
 {
     QWidget *found = nullptr;
-    for (const TileBoard::Tile &tile : board_.tiles())
+    for (const TileBoard::Tile &tile : board_.tiles()) {
+        tile.button->setAccessibleDescription(QString());
         if (!found || (tile.device.DevicePath == devicePath && tile.button->isVisibleTo(this)))
             found = tile.button;
-    const QString told = tellsUnplugged_ ? accessibleName() : QString();
-    setUnplugged(false);
-    found->setAccessibleDescription(told);
+    }
+    // The page keeps its name, which a screen reader may ask for after the focus has moved on.
+    found->setAccessibleDescription(tellsUnplugged_ ? accessibleName() : QString());
+    tellsUnplugged_ = false;
     found->setFocus();
 }
 
