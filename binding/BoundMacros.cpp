@@ -9,9 +9,9 @@
 #include "device/WriteFamily.h"
 #include "environment/MacroName.h"
 #include "hub/PostMsg.h"
+#include "macro/missed/MissedNames.h"
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
-#include "macro/store/MissedNames.h"
 #include "presentation/LossWatch.h"
 #include "presentation/Notices.h"
 

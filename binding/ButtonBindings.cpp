@@ -7,8 +7,8 @@
 #include "device/DeviceRecord.h"
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
+#include "macro/missed/MissedNames.h"
 #include "macro/store/MacroBlockCodec.h"
-#include "macro/store/MissedNames.h"
 #include "presentation/language/LanguageTables.h"
 
 #include <algorithm>

@@ -7,10 +7,10 @@
 #include "device/DeviceState.h"
 #include "device/WriteFamily.h"
 #include "environment/MacroName.h"
+#include "macro/missed/MissedNames.h"
 #include "macro/store/MacroBlockCodec.h"
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
-#include "macro/store/MissedNames.h"
 
 #include <QHash>
 #include <QSet>

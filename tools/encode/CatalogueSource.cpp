@@ -198,9 +198,11 @@ private:
         for (const std::string &item : items) {
             const std::string id = inLowerCase(item);
             const auto [at, isNew] = ids_.emplace((areVendors ? "vendor " : "product ") + id, line_);
-            if (!isNew)
-                return fail(line_, name + " has " + item + ", which stands in line " +
-                                       std::to_string(at->second) + " already");
+            if (!isNew) {
+                std::string reason = name;
+                reason.append(" has ").append(item).append(", which stands in line ");
+                return fail(line_, reason.append(std::to_string(at->second)).append(" already"));
+            }
             (areVendors ? result.vendors : result.products).push_back(id);
         }
         return true;

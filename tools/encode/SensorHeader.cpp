@@ -85,7 +85,7 @@ struct Macro {
 // Takes what stands in front of the next blank from `rest`, and the blanks behind it.
 std::string nextWord(std::string_view &rest)
 {
-    const std::string word(rest.substr(0, rest.find_first_of(Blanks)));
+    std::string word(rest.substr(0, rest.find_first_of(Blanks)));
     rest.remove_prefix(std::min(rest.find_first_not_of(Blanks, word.size()), rest.size()));
     return word;
 }

@@ -4,8 +4,8 @@
 // Macros on the binding page: the exact record after a bind, a save, a new name, a new cycle mode and a
 // deletion, for every button; and what a read brings into the folder.
 #include "macro/MacroDeviceSync.h"
+#include "macro/missed/MissedNames.h"
 #include "macro/store/MacroBlockCodec.h"
-#include "macro/store/MissedNames.h"
 #include "presentation/Notices.h"
 #include "presentation/dialogs/FireKey.h"
 #include "tests/support/TestMain.h"

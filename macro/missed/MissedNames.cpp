@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
-#include "macro/store/MissedNames.h"
+#include "macro/missed/MissedNames.h"
 
 #include "device/DeviceState.h"
 #include "macro/store/MacroBlockCodec.h"
