@@ -18,8 +18,8 @@ class QPainter;
 class QString;
 class QWidget;
 
-// Asks the desktop's settings manager on a thread, once. Until it has answered nothing moves. Make no call
-// before the window is shown.
+// Asks the desktop's settings manager on a thread, once. Until it has answered nothing moves. A call before
+// the window is shown would add the question to the start.
 void askForMotion();
 // Milliseconds; 0 when the user has turned the desktop's animations off. The first call asks for it.
 int motionTime();
