@@ -15,6 +15,8 @@
 #include <atomic>
 #include <future>
 #include <gtest/gtest.h>
+#include <mutex>
+#include <shared_mutex>
 
 using namespace support;
 using std::chrono::milliseconds;
@@ -34,7 +36,10 @@ public:
     }
     std::unique_ptr<hidusb::ReportPort> open(const std::string &path) override
     {
-        onOpen(path);
+        {
+            const std::shared_lock lock(openMutex_);
+            openHook_(path);
+        }
         return sockets_.open(path);
     }
     std::unique_ptr<hidusb::ChangeSource> watch() override
@@ -46,10 +51,19 @@ public:
     std::atomic<bool> watched{true};
     std::atomic<bool> hasPorts{true};
     std::function<void()> onWatch = [] {};
-    std::function<void(const std::string &)> onOpen = [](const std::string &) {};
+
+    using OpenHook = std::function<void(const std::string &path)>;
+    // Returns when no thread is in the former hook. A search does not wait for the threads it has started.
+    void setOpenHook(OpenHook hook)
+    {
+        const std::unique_lock lock(openMutex_);
+        openHook_ = std::move(hook);
+    }
 
 private:
     hidusb::SocketBus sockets_{busFolder()};
+    std::shared_mutex openMutex_;
+    OpenHook openHook_ = [](const std::string &) {};
 };
 
 OwnBus &ownBus()
@@ -57,6 +71,44 @@ OwnBus &ownBus()
     static auto *bus = new OwnBus;
     return *bus;
 }
+
+// What happens at each opening, until the end of its scope.
+class WhileOpening
+{
+public:
+    explicit WhileOpening(OwnBus::OpenHook hook) { ownBus().setOpenHook(std::move(hook)); }
+    ~WhileOpening()
+    {
+        ownBus().setOpenHook([](const std::string &) {});
+    }
+    WhileOpening(const WhileOpening &) = delete;
+    WhileOpening &operator=(const WhileOpening &) = delete;
+};
+
+// Devices whose path holds a text open when they may, and within a minute.
+class SlowOpening
+{
+public:
+    explicit SlowOpening(std::string part = {}) : part_(std::move(part)) {}
+    void letOpen() { allowed_.set_value(); }
+    bool opened() const { return opened_; }
+
+private:
+    void wait(const std::string &path)
+    {
+        if (path.find(part_) == std::string::npos)
+            return;
+        allowedOnce_.wait_for(std::chrono::minutes(1)); // a test that fails may never allow it
+        opened_ = true;
+    }
+
+    std::string part_;
+    std::promise<void> allowed_;
+    std::shared_future<void> allowedOnce_ = allowed_.get_future().share();
+    std::atomic<bool> opened_{false};
+    // The last member, since it waits for those who use the others.
+    WhileOpening opening_{[this](const std::string &path) { wait(path); }};
+};
 
 std::atomic<int> result;
 
@@ -89,7 +141,6 @@ protected:
     {
         ownBus().watched = true;
         ownBus().onWatch = [] {};
-        ownBus().onOpen = [](const std::string &) {};
     }
 
     int upgrade(int timeoutMs, const hidusb::UpgradeTimes &times = {})
@@ -193,18 +244,11 @@ TEST_F(UpgradeBus, ADeviceThatOpensLateMayBeTheSecondThatFits)
     const auto firmware = hidusb::readFirmware(file.data());
     ASSERT_TRUE(firmware);
     nameVendor("1209");
-    std::promise<void> letOpen;
-    std::atomic<bool> opened{false};
-    ownBus().onOpen = [&, open = letOpen.get_future().share()](const std::string &path) {
-        if (path.find("-twin") == std::string::npos)
-            return;
-        open.wait();
-        opened = true;
-    };
+    SlowOpening twin("-twin");
     ASSERT_EQ(emulator.order("plug twin"), "ok\n");
     EXPECT_FALSE(hidusb::findTarget(*firmware)) << "while the twin opens";
-    letOpen.set_value();
-    ASSERT_TRUE(eventually([&] { return opened.load(); }));
+    twin.letOpen();
+    ASSERT_TRUE(eventually([&] { return twin.opened(); }));
     ASSERT_EQ(emulator.order("unplug twin"), "ok\n");
     EXPECT_TRUE(eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
 }
@@ -222,11 +266,11 @@ TEST_F(UpgradeBus, ManyDevicesThatNobodyHasOpenDoNotKeepAnUpgradeFromItsStart)
         others.push_back(std::make_unique<FakeDevice>(mouseName("other" + std::to_string(i))));
     std::mutex kernel;
     std::atomic<int> opened{0};
-    ownBus().onOpen = [&](const std::string &) {
+    const WhileOpening slowly([&](const std::string &) {
         const std::lock_guard lock(kernel);
         std::this_thread::sleep_for(milliseconds(60));
         ++opened;
-    };
+    });
     const auto target = hidusb::findTarget(*firmware);
     EXPECT_EQ(opened, Others + 1) << "when the search was over";
     // On a busy machine the search may find a device silent.
@@ -240,17 +284,12 @@ TEST_F(UpgradeBus, ASearchEndsWhateverOpens)
     const auto firmware = hidusb::readFirmware(file.data());
     ASSERT_TRUE(firmware);
     nameVendor("1209");
-    std::promise<void> letOpen;
-    std::atomic<bool> opened{false};
-    ownBus().onOpen = [&, open = letOpen.get_future().share()](const std::string &) {
-        open.wait();
-        opened = true;
-    };
+    SlowOpening each;
     const hidusb::SearchTimes times{std::chrono::hours(1), milliseconds(100)};
     auto search = std::async(std::launch::async, [&] { return hidusb::findTarget(*firmware, times); });
     EXPECT_TRUE(eventually([&] { return search.wait_for(milliseconds(0)) == std::future_status::ready; }));
-    EXPECT_FALSE(opened);
-    letOpen.set_value();
-    EXPECT_TRUE(eventually([&] { return opened.load(); }));
+    EXPECT_FALSE(each.opened());
+    each.letOpen();
+    EXPECT_TRUE(eventually([&] { return each.opened(); }));
     EXPECT_FALSE(search.get()) << "of a device that was not asked";
 }
