@@ -76,6 +76,27 @@ bool managerAllows()
 
 bool allowed = false; // by the settings manager, where there is one
 
+QString configFolder() { return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation); }
+
+// What the desktops' files say, kept because a fade may begin in a paint.
+struct FileWishes {
+    QString folder; // that they were read in
+    bool allow = false;
+
+    void read()
+    {
+        folder = configFolder();
+        allow = true;
+        for (const Wish &wish : Wishes) {
+            const QSettings settings(folder + QLatin1Char('/') + QLatin1String(wish.file),
+                                     QSettings::IniFormat);
+            const QString value = settings.value(QLatin1String(wish.key)).toString().toLower();
+            allow = allow && value != QLatin1String(wish.none[0]) && value != QLatin1String(wish.none[1]);
+        }
+    }
+};
+FileWishes fileWishes;
+
 } // namespace
 
 void askForMotion()
@@ -85,6 +106,13 @@ void askForMotion()
     if (isAsked)
         return;
     isAsked = true;
+    fileWishes.read();
+    // Who changes the desktop's settings does so in another window.
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, qGuiApp,
+                     [](Qt::ApplicationState now) {
+                         if (now == Qt::ApplicationActive)
+                             fileWishes.read();
+                     });
     if (QGuiApplication::platformName() != QLatin1String("xcb")) {
         allowed = true;
         return;
@@ -100,14 +128,9 @@ int motionTime()
     askForMotion();
     if (!allowed)
         return 0;
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    for (const Wish &wish : Wishes) {
-        const QSettings settings(folder + QLatin1Char('/') + QLatin1String(wish.file), QSettings::IniFormat);
-        const QString value = settings.value(QLatin1String(wish.key)).toString().toLower();
-        if (value == QLatin1String(wish.none[0]) || value == QLatin1String(wish.none[1]))
-            return 0;
-    }
-    return MotionMs;
+    if (fileWishes.folder != configFolder())
+        fileWishes.read();
+    return fileWishes.allow ? MotionMs : 0;
 }
 
 void switchSoftly(QAbstractButton *button, const QString &folder)

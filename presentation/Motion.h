@@ -21,7 +21,8 @@ class QWidget;
 // Asks the desktop's settings manager on a thread, once. Until it has answered nothing moves. A call before
 // the window is shown would add the question to the start.
 void askForMotion();
-// Milliseconds; 0 when the user has turned the desktop's animations off. The first call asks for it.
+// Milliseconds; 0 when the user has turned the desktop's animations off. The first call asks for it. The
+// desktop's files are read again when the program becomes active.
 int motionTime();
 // When the switch is switched, its picture fades into the other one. `folder`: that of style::switchButton().
 void switchSoftly(QAbstractButton *button, const QString &folder);

@@ -235,8 +235,14 @@ private slots:
                         "receiver r2 class 8k mouse m2 version 1.02 address a10002\n"
                         "radio m1 off\nplug r1\nplug r2\n");
         RegistryStore::instance().setValue(registry::BaseGroup, "MouseVer186", "v1.05");
+        // Without the second one the tile belongs to the only mouse of its model and opens it.
         program.script.step(
-            "the tile", [] { return windows::visible(Program::tile(QStringLiteral("r1"))); },
+            "both tiles",
+            [] {
+                const auto tiles = windows::attached();
+                return tiles.size() == 2 && windows::visible(Program::tile(QStringLiteral("r1"))) &&
+                       std::all_of(tiles.begin(), tiles.end(), [](const auto &tile) { return tile.Mid == 6; });
+            },
             [] { windows::click(Program::tile(QStringLiteral("r1"))); });
         program.script.step("the question", isShown<RePair>, [] { answer<RePair>("Cancel"); });
         program.script.step("no dialog", isGone<RePair>,

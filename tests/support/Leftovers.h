@@ -31,11 +31,12 @@ public:
         const bool clean = QTest::qWaitFor(isClean, 10000);
         const Counts now = count();
         lasting = now.threads > first.threads ? 1 : lasting;
-        QVERIFY2(clean, qPrintable(QStringLiteral("%1 threads, at first %2; %3 descriptors, at first %4")
+        QVERIFY2(clean, qPrintable(QStringLiteral("%1 threads, at first %2; %3 descriptors, at first %4:%5")
                                        .arg(now.threads)
                                        .arg(first.threads)
                                        .arg(now.files)
-                                       .arg(first.files)));
+                                       .arg(first.files)
+                                       .arg(QString::fromStdString(whatIsThere()))));
     }
     Leftovers(const Leftovers &) = delete;
     Leftovers &operator=(const Leftovers &) = delete;
@@ -81,6 +82,21 @@ private:
         }
         now.files += long(std::distance(Folder("/proc/self/fd", error), Folder()));
         return now;
+    }
+
+    // Each thread with where it waits in the kernel, and each descriptor with what it is of.
+    static std::string whatIsThere()
+    {
+        std::error_code error;
+        std::string lines;
+        for (const auto &thread : Folder("/proc/self/task", error)) {
+            std::string call;
+            std::getline(std::ifstream(thread.path() / "syscall"), call);
+            lines += "\nthread " + nameOf(thread.path()) + " in " + call;
+        }
+        for (const auto &file : Folder("/proc/self/fd", error))
+            lines += "\ndescriptor " + std::filesystem::read_symlink(file.path(), error).string();
+        return lines;
     }
 
     static inline Counts first{0, 0};

@@ -282,6 +282,22 @@ private slots:
         QCOMPARE(bubble(&window)->text(), page.toolTip());
     }
 
+    void aWishForNoMotionIsHeardOnTheWayBack()
+    {
+        const QTemporaryDir config;
+        QVERIFY(QDir(config.path()).mkpath("gtk-3.0"));
+        qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
+        const auto restored = qScopeGuard([] { qunsetenv("XDG_CONFIG_HOME"); });
+        QTRY_VERIFY(motionTime() > 0);
+        QFile settings(config.filePath("gtk-3.0/settings.ini"));
+        QVERIFY(settings.open(QIODevice::WriteOnly));
+        settings.write("[Settings]\ngtk-enable-animations=0\n");
+        settings.close();
+        QVERIFY2(motionTime() > 0, "a fade that begins in a paint reads no file");
+        emit qGuiApp->applicationStateChanged(Qt::ApplicationInactive);
+        emit qGuiApp->applicationStateChanged(Qt::ApplicationActive);
+        QCOMPARE(motionTime(), 0);
+    }
     void motionIsForThoseWhoWantIt_data()
     {
         QTest::addColumn<QString>("file");
