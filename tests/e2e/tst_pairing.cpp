@@ -9,6 +9,8 @@
 #include "service/WiredMarriage.h"
 #include "tests/e2e/Program.h"
 
+#include <algorithm>
+
 namespace
 {
 
