@@ -42,8 +42,10 @@ public:
         window = std::make_unique<DialogMain>();
         window->show();
     }
+    // In the program's own order: a pass that begins later would open the connection again.
     ~Program()
     {
+        Worker::instance()->stop();
         UsbServer_Exit();
         StopUsbChanged();
         window.reset();
