@@ -72,7 +72,7 @@ function(add_test_row row)
     list(PREPEND server dbus-run-session --)
   endif()
   add_test(NAME ${row} COMMAND ${server} $<TARGET_FILE:${program}> ${test_COMMAND})
-  set_tests_properties(${row} PROPERTIES TIMEOUT 120 PROCESSORS 2 ENVIRONMENT "${environment}")
+  set_tests_properties(${row} PROPERTIES TIMEOUT 300 PROCESSORS 2 ENVIRONMENT "${environment}")
 endfunction()
 
 # add_gtest(name SOURCES … LINKS … [DEFINITIONS …] [DEPENDS …])

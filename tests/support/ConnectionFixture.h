@@ -56,6 +56,12 @@ protected:
         return eventually([this, rate] { return device.flash().ReportRate == rate; });
     }
     std::size_t writes() const { return device.asked(wire::Command::FlashWrite); }
+    // True once the layer has read what the device has sent before. On a busy machine a question may time
+    // out.
+    bool hasReadAll() const
+    {
+        return eventually([this] { return UsbFinderC_GetVersion(device.path().c_str()) != 0; });
+    }
     bool isOnLine() const { return UsbFinderC_GetDeviceOnLine(device.path().c_str()) != 0; }
 
     // Answers the writes alone with `status`, or not at all.

@@ -139,13 +139,16 @@ void FakeDevice::serve(int client, const Datagram &bytes)
     }
     wire::Report request{};
     std::memcpy(&request, bytes.data(), std::min(bytes.size(), sizeof request));
-    Script script;
+    std::optional<Answers> scripted;
     {
-        const std::lock_guard lock(mutex_);
-        requests_.push_back(request);
-        script = script_;
+        const std::lock_guard scriptLock(scriptMutex_);
+        {
+            const std::lock_guard lock(mutex_);
+            requests_.push_back(request);
+        }
+        if (script_)
+            scripted = script_(request);
     }
-    const std::optional<Answers> scripted = script ? script(request) : std::nullopt;
     for (const Datagram &reply : scripted ? *scripted : answer(request))
         ::send(client, reply.data(), reply.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
 }
@@ -184,7 +187,7 @@ Answers FakeDevice::answer(const wire::Report &request)
 
 void FakeDevice::setScript(Script script)
 {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard lock(scriptMutex_);
     script_ = std::move(script);
 }
 

@@ -43,6 +43,8 @@ public:
     ~FakeDevice(); // unplugs
 
     const std::string &path() const { return path_; }
+    // Returns when the former script does not run any more: a late repeat of a request may still call it when
+    // the test has its answer. A script that waits is let go first. Not to be called by a script.
     void setScript(Script script);
     void send(const Datagram &bytes); // to all who have the interface open
 
@@ -68,8 +70,9 @@ private:
     const std::string path_;
     const int listener_;
     const int stop_;
-    mutable std::mutex mutex_; // guards what follows
+    std::mutex scriptMutex_; // held while the script runs; taken before mutex_
     Script script_;
+    mutable std::mutex mutex_; // guards what follows
     FlashImage flash_{};
     DeviceIdentity identity_{0x1A, 0x03, 0x02};
     std::vector<wire::Report> requests_;

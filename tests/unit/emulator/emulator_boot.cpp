@@ -144,12 +144,15 @@ TEST_F(EmulatorBoot, TheEraseTakesItsTimeOnceForEachImage)
             answer = status(boot.ask(Command::BootBegin, begin));
         EXPECT_EQ(answer, Ok);
     };
-    order("erase cable 100");
+    order("erase cable 60000");
     enter("cable", wire::TargetMouse);
+    RawClient erasing(folder_.path(), "cable", wire::BootUsagePage);
+    ASSERT_EQ(status(erasing.ask(Command::BootBegin, beginOf(image))), Busy);
+    EXPECT_EQ(status(erasing.ask(Command::BootData, blockOf(image, 0), 0)), Busy);
+    EXPECT_EQ(status(erasing.ask(Command::BootEnd)), Busy);
+    order("boot cable enter"); // drops what had been announced
+    order("erase cable 100");
     RawClient boot(folder_.path(), "cable", wire::BootUsagePage);
-    ASSERT_EQ(status(boot.ask(Command::BootBegin, beginOf(image))), Busy);
-    EXPECT_EQ(status(boot.ask(Command::BootData, blockOf(image, 0), 0)), Busy);
-    EXPECT_EQ(status(boot.ask(Command::BootEnd)), Busy);
     busyThenOk(boot, beginOf(image));
     sendBlocks(boot, image);
     EXPECT_EQ(status(boot.ask(Command::BootBegin, beginOf(image))), Ok) << "erased again";

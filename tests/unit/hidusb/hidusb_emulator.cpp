@@ -464,6 +464,14 @@ static int endOf(const std::vector<uint8_t> &file, int timeoutMs = 5000)
     return upgradeResult;
 }
 
+// On a busy machine the search may find one silent.
+static int32_t bootLoadersFor(const std::vector<uint8_t> &file)
+{
+    int32_t count = 5;
+    UsbUpgradeC_FindBootDevices(file.data(), &count);
+    return count;
+}
+
 TEST_F(WithEmulator, UpgradesMouseAndReceiver)
 {
     struct Row {
@@ -471,11 +479,7 @@ TEST_F(WithEmulator, UpgradesMouseAndReceiver)
         uint8_t mid;
     };
     for (const Row &row : {Row{wire::TargetReceiver, 7}, Row{wire::TargetMouse, 8}}) {
-        const auto file = makeFirmware(row.target, 30000, 18, row.mid);
-        upgradeResult = -1;
-        ASSERT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, 5000), 1) << int{row.target};
-        ASSERT_TRUE(eventually([] { return upgradeResult != -1; })) << int{row.target};
-        EXPECT_EQ(upgradeResult, 1) << int{row.target};
+        EXPECT_EQ(endOf(makeFirmware(row.target, 30000, 18, row.mid)), 1) << int{row.target};
     }
     uint32_t version = 0;
     EXPECT_EQ(UsbFinderC_GetSlaveVersion(receiver().c_str(), &version), 1);
@@ -487,18 +491,12 @@ TEST_F(WithEmulator, AFileForAnotherModelIsRefusedAndABootLoaderCanBeFlashedAgai
 {
     order("boot wired enter");
     auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
-    int32_t count = 5;
-    UsbUpgradeC_FindBootDevices(file.data(), &count);
-    EXPECT_EQ(count, 1);
+    EXPECT_TRUE(eventually([&] { return bootLoadersFor(file) == 1; }));
     const auto other = makeFirmware(wire::TargetMouse, 3000, 18, 9);
     EXPECT_EQ(UsbUpgrade_Start(other.data(), onUpgrade, 1000), 0);
-    upgradeResult = -1;
     order("fault wired refuse at 1 command bootend");
-    ASSERT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, 5000), 1);
-    ASSERT_TRUE(eventually([] { return upgradeResult == 0; }));
-    upgradeResult = -1;
-    ASSERT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, 5000), 1);
-    ASSERT_TRUE(eventually([] { return upgradeResult == 1; }));
+    ASSERT_EQ(endOf(file), 0);
+    ASSERT_EQ(endOf(file), 1);
     EXPECT_EQ(UsbFinderC_GetVersion(wired().c_str()), 0x0203U);
 }
 
@@ -510,9 +508,8 @@ TEST_F(WithEmulator, OnlyTheFileForItsClassFitsAReceiver)
         order(std::string("boot rx ") + (inBootLoader ? "enter" : "leave"));
         for (const uint8_t kHz : classes) {
             const auto file = makeFirmware(wire::TargetReceiver, 3000, 18, 7, 0x0203, kHz);
-            int32_t count = 5;
-            UsbUpgradeC_FindBootDevices(file.data(), &count);
-            EXPECT_EQ(count, inBootLoader && kHz == 8 ? 1 : 0) << int{kHz};
+            const int fitting = inBootLoader && kHz == 8 ? 1 : 0;
+            EXPECT_TRUE(eventually([&] { return bootLoadersFor(file) == fitting; })) << int{kHz};
             if (kHz != 8) {
                 EXPECT_EQ(UsbUpgrade_Start(file.data(), onUpgrade, 1000), 0) << int{kHz};
             }
@@ -586,8 +583,9 @@ TEST_F(WithEmulator, WhatWasAcknowledgedButNotStoredIsNoSuccess)
     for (const char *command : {"bootenter", "bootbegin", "bootdata", "bootend"}) {
         order("boot wired leave");
         order("version wired 1.05");
-        order(std::string("fault wired unstored at 1 command ") + command);
+        order(std::string("fault wired unstored always command ") + command); // the repeats as well
         EXPECT_EQ(endOf(file, 500), 0) << command;
+        order("fault wired clear");
         EXPECT_EQ(endOf(file), 1) << command;
     }
 }

@@ -118,8 +118,8 @@ TEST_F(Finder, AnOffLineMouseStillHasItsAddress)
 // The receiver stores what is written and returns it.
 TEST_F(Finder, ReceiverRecordsAreWrittenAndReadBack)
 {
-    FakeDevice receiver;
     std::map<uint8_t, Datagram> stored;
+    FakeDevice receiver;
     receiver.setScript([&stored](const wire::Report &request) {
         const auto payload = stored[request.CommandCode - 1];
         switch (request.command()) {

@@ -213,11 +213,10 @@ TEST_F(GatedOpening, APairingWithoutAResultFailsAtItsLimit)
 
 TEST_F(GatedOpening, AMouseThatReturnsWhileItIsReportedOffLineIsReadAgain)
 {
-    bool away = true;
-    theBus().script = [&away](const wire::Report &request) {
-        if (!away || request.command() != Command::FlashRead)
+    const auto away = std::make_shared<std::atomic<bool>>(true); // the connection may outlive the test
+    theBus().script = [away](const wire::Report &request) {
+        if (request.command() != Command::FlashRead || !away->exchange(false))
             return Answers{healthy(request)};
-        away = false;
         const uint8_t online[sizeof(wire::OnLineReply)] = {1};
         return Answers{datagram(noticeOf(Command::OnLineChanged, online, sizeof online)),
                        datagram(replyTo(request, nullptr, 0, wire::Status::OffLine))};
@@ -231,11 +230,11 @@ TEST_F(GatedOpening, AMouseThatReturnsWhileItIsReportedOffLineIsReadAgain)
 
 TEST_F(GatedOpening, AMouseThatReturnsWhileItsWriteFailsIsWrittenAgain)
 {
-    std::atomic<int> writes{0};
-    theBus().script = [&writes](const wire::Report &request) {
+    const auto writes = std::make_shared<std::atomic<int>>(0); // the connection may outlive the test
+    theBus().script = [writes](const wire::Report &request) {
         if (request.command() != Command::FlashWrite)
             return Answers{healthy(request)};
-        if (writes++ > 0)
+        if ((*writes)++ > 0)
             return Answers{datagram(replyTo(request))};
         const uint8_t online[sizeof(wire::OnLineReply)] = {1};
         return Answers{datagram(noticeOf(Command::OnLineChanged, online, sizeof online)),
@@ -249,7 +248,7 @@ TEST_F(GatedOpening, AMouseThatReturnsWhileItsWriteFailsIsWrittenAgain)
     std::memcpy(&wanted, messages_.all().at(0).payload.data(), sizeof wanted);
     wanted.DebounceTime ^= 1;
     connection_->update(wanted);
-    EXPECT_TRUE(eventually([&writes] { return writes == 2; }));
+    EXPECT_TRUE(eventually([&writes] { return *writes >= 2; }));
 }
 
 // The notice of the return lets the writer go on by itself, but says nothing of the write that has failed.
@@ -308,8 +307,10 @@ TEST_F(GatedOpening, TheOnLineQuestionDoesNotWaitForADeviceThatDoesNotOpen)
     asked_ = theBus().asked();
     auto first = std::async(std::launch::async, [] { return askOnLine("hangs"); });
     auto second = std::async(std::launch::async, [] { return askOnLine("hangs"); });
-    EXPECT_TRUE(eventually(
-        [&first] { return first.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    const auto isOver = [](const std::future<std::optional<wire::OnLineReply>> &question) {
+        return question.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    };
+    EXPECT_TRUE(eventually([&] { return isOver(first) && isOver(second); }));
     EXPECT_TRUE(opens(1)) << "one thread opens it for all";
     theBus().script = [](const wire::Report &request) {
         const wire::OnLineReply reply{1, {}};

@@ -3,6 +3,7 @@
 //
 // One run of the layer's upgrade: in which order it is told, and what its record is before and after it.
 #include "device/FirmwareSearch.h"
+#include "environment/MainThread.h"
 #include "service/FlashRun.h"
 #include "tests/support/FakeHidUsb.h"
 #include "tests/support/FirmwareFolder.h"
@@ -95,9 +96,14 @@ private slots:
                              told.add(succeeded ? QStringLiteral("success") : QStringLiteral("failure"));
                          }});
         QVERIFY(entered.tryAcquire(1, 10000));
-        bool isLater = false;
-        QTimer::singleShot(10 * flashrun::SilenceMs, this, [&isLater] { isLater = true; });
-        QTRY_VERIFY(isLater); // the main thread has found it silent
+        // Each timer is behind the one with which the main thread watches: first since the start, then since
+        // the progress.
+        bool isFound = false;
+        const auto behindAWatch = [this](std::function<void()> work) {
+            QTimer::singleShot(int(flashrun::SilenceMs), this, std::move(work));
+        };
+        runOnMainThread([&] { behindAWatch([&] { behindAWatch([&] { isFound = true; }); }); });
+        QTRY_VERIFY(isFound);
         const bool saysNothing = told.words().isEmpty();
         const bool runs = flashrun::isUnderWay();
         mayGo.release();

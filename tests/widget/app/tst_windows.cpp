@@ -171,6 +171,7 @@ private slots:
     void theNoticeFindsTheControlPutBack()
     {
         openDevicePage();
+        OnDevicePage = 1; // on the page of the tiles the worker ends its watch
         button("SensorButton")->click();
         FlashDataMap map{};
         map.ReportRate = 1;
