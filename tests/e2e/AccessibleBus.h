@@ -55,6 +55,8 @@ public:
     // "checked 1 radio button: 500 Hz". Asks like walk().
     void askEvents();
     const QStringList &events() const { return told_; }
+    // Each of them is asked about, so those of a whole window take long.
+    void forgetEvents() { events_.clear(); }
 
 private slots:
     void take(const QDBusMessage &event);
