@@ -170,6 +170,8 @@ HeardObject AccessibleBus::describe(const QString &path, quint32 states) const
             QDBusReply<QString>(call(program_, path, "org.a11y.atspi.Text", "GetText", {0, -1})).value();
     else if (interfaces.contains(QLatin1String("org.a11y.atspi.Value")))
         object.value = property(path, "org.a11y.atspi.Value", "CurrentValue").toString();
+    else if (const QString own = property(path, Accessible, "Name").toString(); own != object.name)
+        object.value = own;
     return object;
 }
 
@@ -247,12 +249,7 @@ void AccessibleBus::askEvents()
     events_.clear();
     start([this, events] {
         told_.clear();
-        for (const Event &each : events) {
-            // What has changed is the object's own name, also where a label gives it another one.
-            const QString name = each.what.startsWith(QLatin1String("accessible-name"))
-                                     ? property(each.path, Accessible, "Name").toString()
-                                     : nameOf(each.path);
-            told_ << QStringLiteral("%1 %2: %3").arg(each.what, roleOf(each.path), name);
-        }
+        for (const Event &each : events)
+            told_ << QStringLiteral("%1 %2: %3").arg(each.what, roleOf(each.path), nameOf(each.path));
     });
 }

@@ -23,7 +23,7 @@ struct HeardObject {
     QString name;   // that of its label, else its own
     QString role;   // "push button", "radio button", …
     QString path;   // on the bus
-    QString value;  // the number or text that it holds
+    QString value;  // the number or text that it holds, or its own name beside that of its label
     bool focusable = false;
     bool focused = false;
 };
@@ -55,8 +55,6 @@ public:
     // "checked 1 radio button: 500 Hz". Asks like walk().
     void askEvents();
     const QStringList &events() const { return told_; }
-    // Each of them is asked about, so those of a whole window take long.
-    void forgetEvents() { events_.clear(); }
 
 private slots:
     void take(const QDBusMessage &event);
