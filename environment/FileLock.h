@@ -18,11 +18,13 @@ public:
 
     bool isHeld() const { return held_; }
     // Another process or object has it. Neither this nor held: the file cannot be made, or its file system
-    // knows no locks.
+    // knows no locks, and the error says why.
     bool isTaken() const { return taken_; }
+    int error() const { return error_; }
 
 private:
     int file_;
+    int error_ = 0; // an errno
     bool held_ = false;
     bool taken_ = false;
 };

@@ -4,6 +4,7 @@
 
 #include "environment/DataRoot.h"
 
+#include <QDebug>
 #include <QFile>
 
 namespace
@@ -11,14 +12,24 @@ namespace
 
 constexpr int MemorySize = 1;
 
+// A file system without locks, as some network ones are, answers ENOLCK to each start: without a line nobody
+// would know why there are two windows.
+std::unique_ptr<FileLock> triedLock(const QString &path)
+{
+    auto lock = std::make_unique<FileLock>(path, 0);
+    if (!lock->isHeld() && !lock->isTaken())
+        qDebug() << "No lock for a single window:" << path << qt_error_string(lock->error());
+    return lock;
+}
+
 // In the data root, where nobody else has a file; if that cannot be written, in the folder of the session.
 std::unique_ptr<FileLock> ownLock()
 {
-    auto lock = std::make_unique<FileLock>(dataRoot() + QStringLiteral("/Instance.lock"), 0);
+    auto lock = triedLock(dataRoot() + QStringLiteral("/Instance.lock"));
     const QString session = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
     if (lock->isHeld() || lock->isTaken() || session.isEmpty())
         return lock;
-    return std::make_unique<FileLock>(session + QStringLiteral("/morlen.lock"), 0);
+    return triedLock(session + QStringLiteral("/morlen.lock"));
 }
 
 } // namespace

@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
+#include <utility>
 
 const LightNames MouseLightNames = {
     "",        "line",      "line_2",   "LightSpinBox_2",  "SpeedSpinBox_2",   "label_6",
@@ -251,6 +252,12 @@ void LightGroup::buildHex()
     hex_->setValidator(new CodeValidator(*this));
     hex_->setProperty("nameKey", QStringLiteral("light ColorCode"));
     connect(hex_, &QLineEdit::editingFinished, this, &LightGroup::takeHex);
+    // A screen reader sets the whole text and never ends an edit.
+    connect(hex_, &QLineEdit::textEdited, this, [this] { hexIsEdited_ = true; });
+    connect(hex_, &QLineEdit::textChanged, this, [this] {
+        if (!std::exchange(hexIsEdited_, false) && hex_->hasAcceptableInput())
+            takeHex();
+    });
     colorControls_.push_back(hex_);
 }
 
@@ -352,7 +359,10 @@ void LightGroup::showColor()
     const QColor now = color();
     swatch_->setStyleSheet(QString::fromLatin1(ColorSheet).arg(now.red()).arg(now.green()).arg(now.blue()));
     field_->setColor(now);
-    hex_->setText(codeOf(now));
+    {
+        const QSignalBlocker silent(hex_);
+        hex_->setText(codeOf(now));
+    }
     for (PresetButton *preset : presets_)
         preset->setChecked(preset->color() == now);
     showPreview();

@@ -106,6 +106,7 @@ private:
     QLabel *previewCaption_ = nullptr;
     QLabel *swatch_ = nullptr;
     QLineEdit *hex_ = nullptr;
+    bool hexIsEdited_ = false; // by the user, while its text changes
     LightPreview *preview_ = nullptr;
     std::array<QLabel *, Channels> channelCaptions_{};
     std::array<MySpinBox *, Channels> channels_{};

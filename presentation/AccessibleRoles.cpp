@@ -14,6 +14,14 @@ bool hasRole(const QWidget *widget, const char *role)
     return widget->property("accessibleRole").toString() == QLatin1String(role);
 }
 
+// "&Save && close" is told as "Save & close".
+QString withoutMnemonic(QString text)
+{
+    for (int i = text.indexOf(QLatin1Char('&')); i >= 0; i = text.indexOf(QLatin1Char('&'), i + 1))
+        text.remove(i, 1);
+    return text;
+}
+
 // A screen reader may ask for it before its owner has put it into a group, so the role is found at each
 // question.
 class ToolButtonInterface : public QAccessibleWidget
@@ -31,7 +39,7 @@ public:
     QString text(QAccessible::Text kind) const override
     {
         const QString given = QAccessibleWidget::text(kind);
-        return kind == QAccessible::Name && given.isEmpty() ? button()->text() : given;
+        return kind == QAccessible::Name && given.isEmpty() ? withoutMnemonic(button()->text()) : given;
     }
     QAccessible::State state() const override
     {
@@ -39,6 +47,7 @@ public:
         state.checkable = button()->isCheckable();
         state.checked = button()->isChecked();
         state.pressed = button()->isDown();
+        state.hasPopup = button()->menu() != nullptr;
         return state;
     }
     QStringList actionNames() const override
@@ -64,9 +73,11 @@ QAccessibleInterface *makeInterface(const QString &, QObject *object)
     if (auto *button = qobject_cast<QToolButton *>(object))
         return new ToolButtonInterface(button);
     auto *widget = qobject_cast<QWidget *>(object);
-    const bool isGroup = widget && hasRole(widget, "grouping");
-    return isGroup ? new QAccessibleWidget(widget, QAccessible::Grouping)
-                   : nullptr; // null: the toolkit's own
+    if (widget && hasRole(widget, "grouping"))
+        return new QAccessibleWidget(widget, QAccessible::Grouping);
+    if (widget && hasRole(widget, "list"))
+        return new QAccessibleWidget(widget, QAccessible::List);
+    return nullptr; // the toolkit's own
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QHeaderView>
+#include <QLabel>
 #include <QStandardPaths>
 #include <QToolButton>
 #include <QTreeView>
@@ -33,12 +34,23 @@ void fitColumns(const QFileDialog &dialog)
     list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
+// The toolkit lays a caption beside each list of choices without saying that it is the list's.
+void nameChoices(const QFileDialog &dialog)
+{
+    static constexpr const char *Choices[][2] = {{"lookInLabel", "lookInCombo"},
+                                                 {"fileTypeLabel", "fileTypeCombo"}};
+    for (const auto &[caption, choice] : Choices)
+        if (auto *const label = dialog.findChild<QLabel *>(QLatin1String(caption)))
+            label->setBuddy(dialog.findChild<QWidget *>(QLatin1String(choice)));
+}
+
 QString run(QFileDialog &dialog)
 {
     static NoIcons icons; // the dialog keeps asking for them until its own end
     dialog.setIconProvider(&icons);
     dialog.setViewMode(QFileDialog::Detail); // else the one that any program used last
     fitColumns(dialog);
+    nameChoices(dialog);
     styleToolkitDialog(&dialog);
     for (QToolButton *button : dialog.findChildren<QToolButton *>())
         button->setIcon(QIcon()); // the sheet has the skin's

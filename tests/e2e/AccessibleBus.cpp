@@ -170,6 +170,8 @@ HeardObject AccessibleBus::describe(const QString &path, quint32 states) const
             QDBusReply<QString>(call(program_, path, "org.a11y.atspi.Text", "GetText", {0, -1})).value();
     else if (interfaces.contains(QLatin1String("org.a11y.atspi.Value")))
         object.value = property(path, "org.a11y.atspi.Value", "CurrentValue").toString();
+    else if (const QString own = property(path, Accessible, "Name").toString(); own != object.name)
+        object.value = own;
     return object;
 }
 
@@ -199,16 +201,34 @@ void AccessibleBus::walk()
     });
 }
 
+QString AccessibleBus::pathOf(const QString &name, const char *role) const
+{
+    const auto found = std::find_if(heard_.rbegin(), heard_.rend(), [&](const HeardObject &each) {
+        return each.name == name && (role ? each.role == QLatin1String(role) : !each.value.isEmpty());
+    });
+    return found == heard_.rend() ? QString() : found->path;
+}
+
 void AccessibleBus::setValue(const QString &name, double value)
 {
-    QString path;
-    for (const HeardObject &each : heard_)
-        if (each.name == name && !each.value.isEmpty())
-            path = each.path;
-    start([this, path, value] {
+    start([this, path = pathOf(name), value] {
         call(program_, path, "org.freedesktop.DBus.Properties", "Set",
              {QStringLiteral("org.a11y.atspi.Value"), QStringLiteral("CurrentValue"),
               QVariant::fromValue(QDBusVariant(value))});
+    });
+}
+
+void AccessibleBus::setText(const QString &name, const QString &text)
+{
+    start([this, path = pathOf(name, "text"), text] {
+        call(program_, path, "org.a11y.atspi.EditableText", "SetTextContents", {text});
+    });
+}
+
+void AccessibleBus::chooseItem(const QString &name)
+{
+    start([this, path = pathOf(name, "list item")] {
+        call(program_, path, "org.a11y.atspi.Action", "DoAction", {0});
     });
 }
 

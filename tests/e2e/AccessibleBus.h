@@ -23,7 +23,7 @@ struct HeardObject {
     QString name;   // that of its label, else its own
     QString role;   // "push button", "radio button", …
     QString path;   // on the bus
-    QString value;  // the number or text that it holds
+    QString value;  // the number or text that it holds, or its own name beside that of its label
     bool focusable = false;
     bool focused = false;
 };
@@ -46,6 +46,10 @@ public:
 
     // Sets the number of the control that was heard under this name; isDone() tells when.
     void setValue(const QString &name, double value);
+    // The same with the text of a field.
+    void setText(const QString &name, const QString &text);
+    // Chooses the item of a list that was heard under this name.
+    void chooseItem(const QString &name);
 
     // Of each event since the last call: what changed, to what, and the object's role and name, such as
     // "checked 1 radio button: 500 Hz". Asks like walk().
@@ -63,6 +67,8 @@ private:
     QVariant property(const QString &path, const char *interface, const char *name) const;
     QString nameOf(const QString &path) const;
     QString roleOf(const QString &path) const;
+    // Of the last one that was heard under this name. Without a role it is one that holds a value.
+    QString pathOf(const QString &name, const char *role = nullptr) const;
     void visit(const QString &path, const QString &window);
     HeardObject describe(const QString &path, quint32 states) const;
 

@@ -3,7 +3,11 @@
 //
 // What a screen reader and the keyboard alone get of the real windows. It needs a window system, and a
 // session of its own with an accessibility bus.
+#include "macro/store/MacroFolder.h"
+#include "presentation/ColorDialog.h"
+#include "presentation/FileDialog.h"
 #include "service/Match.h"
+#include "service/UpDateRepair.h"
 #include "tests/e2e/AccessibleBus.h"
 #include "tests/e2e/Program.h"
 #include "tests/e2e/ProgramSettled.h"
@@ -12,7 +16,9 @@
 
 #include <QAbstractButton>
 #include <QButtonGroup>
+#include <QColorDialog>
 #include <QComboBox>
+#include <QListWidget>
 #include <QSpinBox>
 
 namespace
@@ -25,7 +31,7 @@ const char *const FunctionPanels[] = {"DPI_12", "DPI_4", "DPI_9", "DPI_11", "DPI
 constexpr int StopsOfAPage = 30;
 
 const char *const Roles[] = {"push button", "radio button", "check box", "combo box", "list",
-                             "list item",   "slider",       "spin box",  "text"};
+                             "list item",   "tree item",    "slider",    "spin box",  "text"};
 // Each of these is on or off by itself; what else can be checked is one of a group.
 const char *const Switches[] = {"Full performance",
                                 "Ripple control",
@@ -51,8 +57,9 @@ QString faultOf(const HeardObject &object)
 {
     if (!object.focusable)
         return {};
+    // A folder has no size.
     const bool isUnchosen =
-        object.role == QLatin1String("list item") || object.name == QLatin1String("Insert event");
+        object.role.endsWith(QLatin1String(" item")) || object.name == QLatin1String("Insert event");
     if (object.name.trimmed().isEmpty() && !isUnchosen)
         return QStringLiteral("no name");
     if (object.name == object.value && !isUnchosen)
@@ -76,6 +83,21 @@ bool isRightStop(const QWidget *stop)
             : button->parent()->findChildren<QAbstractButton *>(QString(), Qt::FindDirectChildrenOnly);
     return std::none_of(group.begin(), group.end(),
                         [](const QAbstractButton *each) { return each->isChecked() && each->isVisible(); });
+}
+
+// The field of colours below this caption.
+QWidget *wellOf(const char *caption)
+{
+    const QList<QLabel *> labels = QApplication::activeModalWidget()->findChildren<QLabel *>();
+    const auto found = std::find_if(labels.begin(), labels.end(), [caption](const QLabel *label) {
+        return label->text().remove(QLatin1Char('&')) == QLatin1String(caption);
+    });
+    return found == labels.end() ? nullptr : (*found)->buddy();
+}
+
+QColor shownColor()
+{
+    return qobject_cast<QColorDialog *>(QApplication::activeModalWidget())->currentColor();
 }
 
 } // namespace
@@ -141,6 +163,7 @@ private slots:
     {
         QWidget first; // with which the program joins the bus
         first.show();
+        QIcon::fromTheme(QStringLiteral("folder")).pixmap(16); // the toolkit keeps the theme's file open
         bus_ = std::make_unique<AccessibleBus>();
         bus_->findProgram();
         QTRY_VERIFY_WITH_TIMEOUT(bus_->isDone(), 60000);
@@ -191,6 +214,69 @@ private slots:
         QCOMPARE(program.script.run(), QString());
         QVERIFY2(faults_.isEmpty(), qPrintable(QLatin1Char('\n') + faults_.join(QLatin1Char('\n'))));
         QVERIFY2(controls_ > 250, qPrintable(QString::number(controls_)));
+    }
+
+    // The toolkit's own ones, over the page that opens them.
+    void theToolkitsDialogsAreNamedToo()
+    {
+        const QTemporaryDir home;
+        QVERIFY(QDir(home.path()).mkdir(QStringLiteral("a folder")));
+        QVERIFY(QFile(home.filePath(QStringLiteral("a file.bin"))).open(QIODevice::WriteOnly));
+        const QByteArray before = qgetenv("HOME");
+        qputenv("HOME", QFile::encodeName(home.path()));
+        const auto restored = qScopeGuard([&] { qputenv("HOME", before); });
+        Program program;
+        AccessibleBus &bus = *bus_;
+        const QString filter = QStringLiteral("Image (*.bin)");
+        const auto open = [&](const char *name, const std::function<void()> &ask) {
+            program.script.step(name, always, ask);
+            program.expect(name, [] { return QApplication::activeModalWidget() != nullptr; });
+            look(program, bus, QString::fromLatin1(name), true);
+        };
+        const auto close = [&] {
+            program.script.step("close", always, [] { QApplication::activeModalWidget()->close(); });
+        };
+        const auto dialog = [&](const char *name, const std::function<void()> &ask) {
+            open(name, ask);
+            close();
+        };
+        dialog("a file", [&] { filedialog::askForFile(program.window.get(), filter); });
+        dialog("a new file", [&] {
+            filedialog::askForNewFile(program.window.get(), filter, QStringLiteral("bin"),
+                                      QStringLiteral("a"));
+        });
+        QStringList told;
+        open("a color", [] { std::unique_ptr<QColorDialog>(makeColorDialog(nullptr))->exec(); });
+        for (const char *field : {"Basic colors", "Custom colors"}) {
+            const auto before = std::make_shared<QColor>();
+            program.script.step("an arrow key", always, [before, field] {
+                *before = shownColor();
+                QWidget *const well = wellOf(field);
+                QTest::keyClick(well, Qt::Key_Down);
+                QTest::keyClick(well, Qt::Key_Up);
+                QTest::keyClick(well, Qt::Key_Space); // chooses it
+            });
+            program.expect("another color", [before] { return shownColor() != *before; });
+            program.script.step("walk", always, [&bus] { bus.walk(); });
+            program.script.step(
+                "walked", [&bus] { return bus.isDone(); },
+                [&bus, &told, field] {
+                    const QString wanted =
+                        QStringLiteral("%1: %2").arg(QLatin1String(field), shownColor().name().toUpper());
+                    for (const HeardObject &each : bus.heard())
+                        if (each.role == QLatin1String("list") && each.value == wanted)
+                            told << QLatin1String(field);
+                });
+        }
+        close();
+        dialog("an upgrade", [&program] {
+            UpDateRepair::instance()->readyForm();
+            UpDateRepair::instance()->showOver(program.window.get());
+        });
+        QCOMPARE(program.script.run(), QString());
+        QCOMPARE(told, (QStringList{QStringLiteral("Basic colors"), QStringLiteral("Custom colors")}));
+        QVERIFY2(faults_.isEmpty(), qPrintable(QLatin1Char('\n') + faults_.join(QLatin1Char('\n'))));
+        QVERIFY2(controls_ > 40, qPrintable(QString::number(controls_)));
     }
 
     void changesAndTheUnpluggingAreTold()
@@ -261,24 +347,37 @@ private slots:
         QCOMPARE(program.bus.emulated.reportCount("r2", wire::Command::FlashWrite), writes);
     }
 
-    void aNumberThatAScreenReaderSetsIsWritten()
+    void whatAScreenReaderSetsIsWritten()
     {
+        const std::pair<QString, QString> keysOfMacros[] = {{QStringLiteral("second"), QStringLiteral("B")},
+                                                            {QStringLiteral("first"), QStringLiteral("A")}};
+        for (const auto &[name, key] : keysOfMacros) {
+            QFile file(macro::macroPath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(key == QLatin1String("A") ? "1\n0x04 1 0\n10ms\n0x04 1 1\n"
+                                                 : "1\n0x05 1 0\n10ms\n0x05 1 1\n");
+        }
         Program program;
         AccessibleBus &bus = *bus_;
         FlashDataMap before{};
         program.open(QStringLiteral("r2"));
-        const auto set = [&](const char *control, double value) {
+        const auto walkAnd = [&](const std::function<void()> &act) {
             program.script.step("walk", always, [&bus] { bus.walk(); });
             program.script.step(
-                "walked", [&bus] { return bus.isDone(); },
-                [&program, &bus, &before, control, value] {
-                    before = program.bus.record("m2");
-                    bus.setValue(QString::fromLatin1(control), value);
-                });
-            program.script.step("set", [&bus] { return bus.isDone(); });
+                "walked", [&bus] { return bus.isDone(); }, act);
+            program.script.step("answered", [&bus] { return bus.isDone(); });
+        };
+        const auto expectWritten = [&](const char *control, const std::function<void()> &set) {
+            walkAnd([&program, &before, set] {
+                before = program.bus.record("m2");
+                set();
+            });
             program.expect(control, [&program, &before] {
                 return program.agrees("m2") && !sameBytes(before, program.bus.record("m2"));
             });
+        };
+        const auto set = [&](const char *control, double value) {
+            expectWritten(control, [&bus, control, value] { bus.setValue(QLatin1String(control), value); });
         };
         program.click("SensorButton");
         set("DPI of the current stage", 1234);
@@ -291,6 +390,20 @@ private slots:
         });
         set("Brightness", 3);
         set("Red", 17);
+        expectWritten("Color code",
+                      [&bus] { bus.setText(QStringLiteral("Color code"), QStringLiteral("0A141F")); });
+        program.expect("the whole color", [&program] {
+            const FlashDataMap now = program.bus.record("m2");
+            return now.LedBarRed == 10 && now.LedBarGreen == 20 && now.LedBarBlue == 31;
+        });
+        program.click("MacroButton");
+        for (const auto &each : keysOfMacros) {
+            walkAnd([&bus, name = each.first] { bus.chooseItem(name); });
+            program.expect("the macro's events", [key = each.second] {
+                const auto *const events = windows::visible<QListWidget>(QStringLiteral("listWidgetKey"));
+                return events->count() > 0 && events->item(0)->text().contains(key);
+            });
+        }
         QString missing = program.script.run();
         QVERIFY2(missing.isEmpty(), qPrintable(missing));
     }

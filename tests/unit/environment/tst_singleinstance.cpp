@@ -8,6 +8,22 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <cerrno>
+#include <sys/file.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+// In place of the C library's: with the variable it answers as a file system without locks does for what lies
+// below that folder.
+extern "C" int flock(int file, int operation)
+{
+    const QByteArray without = qgetenv("FOLDER_WITHOUT_LOCKS");
+    const QString path = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(file));
+    if (without.isEmpty() || !path.startsWith(QFile::decodeName(without)))
+        return int(syscall(SYS_flock, file, operation));
+    errno = ENOLCK;
+    return -1;
+}
 
 namespace
 {
@@ -28,6 +44,7 @@ class Copy
 public:
     Copy() { process_.start(QCoreApplication::applicationFilePath(), {QStringLiteral("playCopy")}); }
     ~Copy() { end(); }
+    QString log() { return QString::fromLocal8Bit(process_.readAllStandardError()); }
     QByteArray verdict()
     {
         while (!process_.canReadLine() && process_.waitForReadyRead(60000)) {
@@ -109,6 +126,35 @@ private slots:
         for (Copy &copy : copies)
             firsts += copy.verdict() == "first" ? 1 : 0;
         QCOMPARE(firsts, 1);
+    }
+
+    // The folder of the session decides then, and the log has a line for each folder that cannot.
+    void saysWhichFileSystemHasNoLocks()
+    {
+        const QTemporaryDir session;
+        const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
+        const auto restored = qScopeGuard([&] {
+            qunsetenv("FOLDER_WITHOUT_LOCKS");
+            if (before.isNull())
+                qunsetenv("XDG_RUNTIME_DIR");
+            else
+                qputenv("XDG_RUNTIME_DIR", before);
+        });
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(session.path()));
+        {
+            Copy plain;
+            QCOMPARE(plain.verdict(), QByteArray("first"));
+            plain.end();
+            QCOMPARE(plain.log(), QString());
+        }
+        qputenv("FOLDER_WITHOUT_LOCKS", QFile::encodeName(dataRoot()));
+        Copy first;
+        QCOMPARE(first.verdict(), QByteArray("first"));
+        Copy other;
+        QCOMPARE(other.verdict(), QByteArray("second"));
+        first.end();
+        const QString wanted = QStringLiteral("No lock for a single window: \"%1/Instance.lock\" \"%2\"\n");
+        QCOMPARE(first.log(), wanted.arg(dataRoot(), qt_error_string(ENOLCK)));
     }
 
     void goesOnWithoutADataRoot()

@@ -16,10 +16,15 @@
 #include "tests/widget/Fixture.h"
 
 #include <QCloseEvent>
+#include <QProcess>
 #include <QSemaphore>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QWindow>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+#include <unistd.h>
 
 class tst_Ending : public QObject
 {
@@ -58,6 +63,22 @@ private:
     {
         FlashDataMap kept{};
         return ImageCacheRead(imageName, &kept) ? int(kept.ReportRate) : -1;
+    }
+
+public:
+    // In a process of its own; prints what the layer was told and what was kept.
+    int endByThread()
+    {
+        init();
+        openDevicePage();
+        static tst_Ending *const self = this;
+        std::atexit([] {
+            std::printf("%s; kept %d\n", qPrintable(self->calls().join(", ")), self->keptRate());
+            std::fflush(stdout);
+        });
+        const SystemEnd end(window.get());
+        std::thread([] { ::_exit(7); }).detach();
+        return QCoreApplication::exec();
     }
 
 private slots:
@@ -317,6 +338,18 @@ private slots:
         QCOMPARE(keptRate(), 64);
     }
 
+    // As a plug-in of the toolkit's does when its connection is gone, with no handler of exit() behind it.
+    void anEndByAnotherThreadLetsGo()
+    {
+        QProcess program;
+        program.start(QCoreApplication::applicationFilePath(), {"endByThread"});
+        QVERIFY(program.waitForFinished(60000));
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 7);
+        QCOMPARE(program.readAllStandardOutput(),
+                 QByteArray("UsbServer_SetPCDriverStatus 0, StopUsbChanged, UsbServer_Exit; kept 64\n"));
+    }
+
     void hidingKeepsNoImage()
     {
         openDevicePage();
@@ -459,6 +492,18 @@ private slots:
     }
 };
 
+namespace
+{
+
+int endByThread(int argc, char **argv)
+{
+    const fixture::ShippedLooks setUp(argc, argv);
+    return tst_Ending().endByThread();
+}
+
+} // namespace
+
+TEST_CHILD(endByThread)
 TEST_CLASS(tst_Ending, fixture::ShippedLooks)
 
 #include "tst_ending.moc"

@@ -167,6 +167,13 @@ private slots:
             QCOMPARE(page->written(index), wanted);
             QCOMPARE(hex->text(), wanted.name().toUpper());
         }
+        // As a screen reader sets it, which types nothing.
+        for (const char *code : {"12", "#0A141F", "ff5000"})
+            hex->setText(code);
+        QCOMPARE(page->written(index), QColor(255, 80, 0));
+        hex->setText("#0A141F");
+        QCOMPARE(page->written(index), QColor(10, 20, 31));
+        hex->setText("ff5000");
         const int before = writes(index);
         hex->selectAll();
         QTest::keyClicks(hex, "12");

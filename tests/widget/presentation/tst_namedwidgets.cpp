@@ -1,13 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Morlen authors
 // SPDX-License-Identifier: MIT
 #include "hub/PostMsg.h"
+#include "presentation/AccessibleRoles.h"
 #include "presentation/NamedWidgets.h"
 #include "presentation/Notices.h"
 #include "presentation/dialogs/GroupKey.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
+#include <QAccessible>
 #include <QCheckBox>
+#include <QMenu>
 #include <QToolButton>
 
 namespace
@@ -61,6 +64,35 @@ private slots:
         const std::unique_ptr<QWidget> alone(named(nullptr, "common Close", "Close"));
         nameWidgets(alone.get(), 0);
         QCOMPARE(alone->accessibleName(), QString("Shut"));
+    }
+
+    // A caption's mark for the key that presses the button is no part of its name.
+    void aToolButtonIsToldByItsCaption()
+    {
+        installAccessibleRoles();
+        QToolButton button;
+        const auto name = [&] {
+            return QAccessible::queryAccessibleInterface(&button)->text(QAccessible::Name);
+        };
+        button.setText("&Save && &close");
+        QCOMPARE(name(), QString("Save & close"));
+        button.setText("Save &");
+        QCOMPARE(name(), QString("Save "));
+        button.setAccessibleName("R&D");
+        QCOMPARE(name(), QString("R&D"));
+    }
+
+    void aToolButtonSaysThatItOpensAMenu()
+    {
+        installAccessibleRoles();
+        QToolButton button;
+        const auto opensMenu = [&] {
+            return bool(QAccessible::queryAccessibleInterface(&button)->state().hasPopup);
+        };
+        QVERIFY(!opensMenu());
+        QMenu menu;
+        button.setMenu(&menu);
+        QVERIFY(opensMenu());
     }
 
     void dialogsNameTheirButtons()
