@@ -84,8 +84,7 @@ void SchemeChoice::applyStyle()
     heading_.applyStyle();
     const QString label = style::color("LabelColor");
     for (std::size_t i = 0; i < Count; ++i) {
-        buttons_[i]->setStyleSheet(
-            style::stateButton(pictures, QStringLiteral("Scheme"), label, style::color("SliderColor")));
+        buttons_[i]->setStyleSheet(style::stateButton(pictures, QStringLiteral("Scheme"), label, label));
         descriptions_[i]->setStyleSheet(style::description());
     }
 }

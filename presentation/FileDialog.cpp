@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QHeaderView>
+#include <QIconEngine>
 #include <QLabel>
 #include <QStandardPaths>
 #include <QToolButton>
@@ -15,12 +16,32 @@
 namespace
 {
 
+// An icon that counts as none, so that no list keeps room for it, and yet has every size: the dialog's list
+// of places scales an icon that is too small, and warns when it has no picture.
+class NoPicture : public QIconEngine
+{
+public:
+    void paint(QPainter *, const QRect &, QIcon::Mode, QIcon::State) override {}
+    QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override { return size; }
+    QIconEngine *clone() const override { return new NoPicture; }
+    void virtual_hook(int id, void *data) override
+    {
+        if (id == IsNullHook)
+            *static_cast<bool *>(data) = true;
+        else
+            QIconEngine::virtual_hook(id, data);
+    }
+};
+
 // The desktop's icons do not go with the skin.
 class NoIcons : public QFileIconProvider
 {
 public:
-    QIcon icon(IconType) const override { return {}; }
-    QIcon icon(const QFileInfo &) const override { return {}; }
+    QIcon icon(IconType) const override { return none_; }
+    QIcon icon(const QFileInfo &) const override { return none_; }
+
+private:
+    const QIcon none_{new NoPicture};
 };
 
 // The name takes the room that the other columns leave.

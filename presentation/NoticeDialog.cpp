@@ -103,7 +103,7 @@ void NoticeDialog::setText(const QString &text)
     setTexts(text, ui->NewHong->text(), ui->Cancel->text());
 }
 
-QWidget *NoticeDialog::content() const { return ui->label; }
+QLabel *NoticeDialog::content() const { return ui->label; }
 
 void NoticeDialog::end(bool confirmed)
 {

@@ -10,6 +10,8 @@
 
 #include <memory>
 
+class QLabel;
+
 namespace Ui
 {
 class NoticeDialog;
@@ -79,7 +81,7 @@ protected:
     bool dimsWindow() const override { return kind_.buttons != NoticeButtons::None; }
 
     // The label of the text, for a notice that adds widgets beside it.
-    QWidget *content() const;
+    QLabel *content() const;
 
 private:
     void end(bool confirmed);

@@ -14,8 +14,9 @@
 namespace
 {
 
-constexpr QRect TextPlace{24, 24, 312, 40};
-constexpr QRect FieldPlace{52, 76, 256, 36};
+// As those of the dialogs that ask for a key or a time.
+constexpr QRect TextPlace{52, 24, 256, 28};
+constexpr QRect FieldPlace{52, 64, 256, 36};
 
 } // namespace
 
@@ -24,6 +25,7 @@ QuestionDialog::QuestionDialog() : NoticeDialog(notice::MacroName)
     // The field takes the place of the picture.
     findChild<QWidget *>(QStringLiteral("label_2"))->hide();
     content()->setGeometry(TextPlace);
+    content()->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     lineEdit_ = new QLineEdit(content()->parentWidget());
     lineEdit_->setObjectName(QStringLiteral("lineEdit"));
     lineEdit_->setGeometry(FieldPlace);

@@ -77,6 +77,28 @@ QRect balanced(const QString &text, const QFontMetrics &metrics, const QRect &pl
     return QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, QSize(wide, place.height()), place);
 }
 
+// The same text with lines of its own for each sentence.
+QString inSentences(QString text)
+{
+    const QString ends = QStringLiteral(".?!");
+    for (int i = 1; i < text.size(); ++i)
+        if (text[i] == QLatin1Char(' ') && ends.contains(text[i - 1]))
+            text[i] = QLatin1Char('\n');
+    return text;
+}
+
+// A centred text of several lines breaks behind its sentences, unless it then takes more lines.
+QString brokenBySense(const QString &text, const QFontMetrics &metrics, const QSize &place, int flags)
+{
+    if (!(flags & Qt::TextWordWrap) || !(flags & Qt::AlignHCenter))
+        return text;
+    const auto height = [&](const QString &lines) {
+        return metrics.boundingRect(QRect(0, 0, place.width(), 0), flags, lines).height();
+    };
+    const QString broken = inSentences(text);
+    return height(broken) <= height(text) ? broken : text;
+}
+
 // Pages and frames hold what shows texts, and show none themselves.
 bool mayShowText(const QWidget *widget)
 {
@@ -95,8 +117,9 @@ void SkinStyle::drawItemText(QPainter *painter, const QRect &place, int flags, c
     const QString shown = fitting(text, painter->fontMetrics(), place.size(), flags);
     if (noted && shown != text)
         *noted = text;
-    const QRect lines = balanced(shown, painter->fontMetrics(), place, flags);
-    QProxyStyle::drawItemText(painter, lines, flags, palette, enabled, shown, role);
+    const QString broken = brokenBySense(shown, painter->fontMetrics(), place.size(), flags);
+    const QRect lines = balanced(broken, painter->fontMetrics(), place, flags);
+    QProxyStyle::drawItemText(painter, lines, flags, palette, enabled, broken, role);
 }
 
 // What is drawn depends on the widget's kind and sheet, so the widget is drawn to see it. A tip asks all that

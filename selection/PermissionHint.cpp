@@ -20,7 +20,7 @@ namespace
 
 // The command's place, by the number of its lines.
 constexpr QRect OneLine{52, 92, 704, 32};
-constexpr QRect TwoLines{52, 84, 704, 48};
+constexpr QRect TwoLines{52, 86, 704, 44};
 constexpr int CommandEdges = 16; // left and right padding of its text
 
 // By PermissionLack.

@@ -31,8 +31,11 @@ constexpr int32_t PathsPerPair = 5;
 
 constexpr double OffOpacity = 0.35;
 constexpr int StepGap = 4;
+const QString StepNumber = QStringLiteral("3. "); // as wide as that of any step
 
 const QString OffColor = QStringLiteral("0,0,0");
+// A plate on which the black text can be read and which nobody takes for one to press.
+constexpr char OffPlate[] = "QToolButton:disabled{border-image: url(%1PairOff.png);}";
 
 // One row for each phase: the picture of the button and whether it can be pressed.
 struct PhaseRow {
@@ -74,8 +77,8 @@ Match::Match(const AttachedDevices *attached)
     connectSignals();
     onFirstShow(this, [this] { applyStyle(); });
     prepare(attached);
+    scaleFontsToScreen(this); // the steps' indent is measured in their font
     SlotAllLanguage(storedLanguage(UserStore::instance()));
-    scaleFontsToScreen(this);
     setFocus(); // no button: it would show its ring before anyone has used the keyboard
 }
 
@@ -239,8 +242,11 @@ void Match::showPhase()
     ui->MatchButton->setText(texts[std::size_t(now)]);
     ui->MatchButton->setWidest(now == PairingPhase::Pairing ? dotted(LastDots) : QString());
     ui->MatchButton->setEnabled(mayPress());
-    ui->MatchButton->setStyleSheet(style::textButton(
-        pictures_, MayPair_ ? style::color("ButtonColor") : OffColor, QLatin1String(row().picture)));
+    const QString picture = QLatin1String(row().picture);
+    ui->MatchButton->setStyleSheet(MayPair_
+                                       ? style::textButton(pictures_, style::color("ButtonColor"), picture)
+                                       : style::textButton(pictures_, OffColor, picture) +
+                                             QString::fromLatin1(OffPlate).arg(pictures_));
     ui->MatchButton->setShortcut(Qt::Key_Space); // a change of the text removes it
     showClosing(now != PairingPhase::Pairing);
     ui->ring->setPhase(now);
@@ -267,6 +273,10 @@ void Match::showInstructions(const QString &steps)
     all.select(QTextCursor::Document);
     QTextBlockFormat step;
     step.setBottomMargin(StepGap);
+    // Lines below the first stand under its text, not under its number.
+    const qreal number = ui->textEdit->fontMetrics().size(0, StepNumber).width();
+    step.setLeftMargin(number);
+    step.setTextIndent(-number);
     all.mergeBlockFormat(step);
 }
 

@@ -83,6 +83,7 @@ set(look_badge plate=${surface3} edge=${lineStrong})
 set(look_primary plate=${accentDeep} edge=${accentMid})
 set(look_primaryHover plate=${accentDeep} edge=${accent} edgeWidth=2)
 set(look_primaryClick plate=${accentDark} edge=${accent})
+set(look_primaryOff plate=${lineStrong} edge=${lineStrong}) # below black text
 
 set(look_done plate=${accentTint} edge=${accent})
 set(look_danger plate=${dangerDeep} edge=${danger})

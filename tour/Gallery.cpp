@@ -108,6 +108,7 @@ void Gallery::shootPermissionHint(const Scene &scene)
         scene.name, [] { return true; },
         [hint] {
             setNodeProbe([](const QString &path) { return path.startsWith(QLatin1String("/dev/")); });
+            hint()->setNodes({QStringLiteral("/dev/hidraw3")}); // builds the card, with the pictures of here
             setApplicationFolder(QStringLiteral("/opt/morlen"));
             hint()->setNodes({QStringLiteral("/dev/hidraw3")});
             setApplicationFolder({});

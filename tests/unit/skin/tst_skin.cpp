@@ -76,6 +76,7 @@ private slots:
     void textCanBeRead_data();
     void textCanBeRead();
     void outlinesCanBeSeen();
+    void framesAreWhole();
 };
 
 void tst_skin::everyPictureHasItsDouble()
@@ -296,6 +297,19 @@ void tst_skin::outlinesCanBeSeen()
         }
     }
     QCOMPARE(faint.join(QLatin1Char('\n')), QString());
+}
+
+// A stroke that is too far out is cut off at the right and at the bottom.
+void tst_skin::framesAreWhole()
+{
+    for (const char *name :
+         {"MinA", "MinAHover", "MinAClick", "MinATarget", "MaxA", "RateButton", "RateButtonCheck"})
+        for (const char *size : {".png", "@2x.png"}) {
+            const QImage image = picture(QString("Sensor/") + name + size);
+            const int right = image.width() - 1, middle = image.height() / 2;
+            for (int depth = 0; depth < 4; ++depth)
+                QVERIFY2(image.pixel(depth, middle) == image.pixel(right - depth, middle), name);
+        }
 }
 
 TEST_CLASS(tst_skin, testmain::CoreApplication)

@@ -18,6 +18,19 @@
 #include <QToolButton>
 #include <QTreeView>
 
+namespace
+{
+
+// But for what a display that draws to memory says of each window.
+QStringList warnings;
+void keepWarning(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    if (type != QtDebugMsg && type != QtInfoMsg && !text.startsWith("This plugin does not support"))
+        warnings << text;
+}
+
+} // namespace
+
 class tst_FileDialog : public QObject
 {
     Q_OBJECT
@@ -116,6 +129,33 @@ private slots:
         colors->show();
         auto *const ok = colors->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
         QCOMPARE(middleOf(ok), primary);
+    }
+
+    // Names stand where they stand without icons, and the toolkit has no reason to complain of missing ones.
+    void itHasNoIconsAndWarnsOfNothing()
+    {
+        QDir(home->path()).mkdir("Folder");
+        warnings.clear();
+        const QtMessageHandler before = qInstallMessageHandler(keepWarning);
+        const auto restored = qScopeGuard([before] { qInstallMessageHandler(before); });
+        QVector<QIcon> icons;
+        fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
+            const auto left = qScopeGuard([dialog] { dialog->reject(); });
+            for (const char *name : {"sidebar", "treeView"}) {
+                const auto *view = dialog->findChild<QAbstractItemView *>(name);
+                QTRY_VERIFY(view->model()->rowCount(view->rootIndex()) > 0);
+                icons
+                    << view->model()->index(0, 0, view->rootIndex()).data(Qt::DecorationRole).value<QIcon>();
+            }
+        });
+        filedialog::askForFile(nullptr, "File(*.bin);;All(*)");
+        QCOMPARE(icons.size(), 2);
+        for (const QIcon &icon : qAsConst(icons))
+            QVERIFY(icon.isNull());
+        fixture::whenModal<QFileDialog>([](QFileDialog *dialog) { dialog->reject(); });
+        filedialog::askForNewFile(nullptr, "File(*.bin)", "bin", "Name.bin");
+        qWarning("The handler keeps this one.");
+        QCOMPARE(warnings, QStringList("The handler keeps this one."));
     }
 
     void nothingIsNamedByADialogThatIsDismissed()

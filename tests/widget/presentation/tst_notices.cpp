@@ -400,6 +400,33 @@ private slots:
         QTEST(question.name(), "name");
     }
 
+    // As in the dialogs that ask for a key or a time.
+    void theNamesCaptionStandsOverTheLeftEdgeOfItsField()
+    {
+        QuestionDialog question;
+        question.show();
+        const auto *caption = question.findChild<QLabel *>("label");
+        const auto *field = question.findChild<QLineEdit *>("lineEdit");
+        QCOMPARE(caption->alignment(), Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter));
+        QCOMPARE(caption->x(), field->x());
+    }
+
+    // But only where that takes no more lines than any other break.
+    void aTextOfSeveralLinesBreaksBehindItsSentences()
+    {
+        QuestiondialogB notice;
+        notice.show();
+        auto *const label = notice.findChild<QLabel *>("label");
+        const auto drawn = [label](const QString &text) {
+            label->setText(text);
+            return label->grab().toImage();
+        };
+        const QString two = "Two identical devices are connected. Unplug one to continue.";
+        QCOMPARE(drawn(two), drawn(QString(two).replace(". ", ".\n")));
+        const QString many = "One. Two. Three. Four. " + two;
+        QVERIFY(drawn(many) != drawn(QString(many).replace(". ", ".\n")));
+    }
+
     void enterInTheFieldTakesTheName()
     {
         QuestionDialog question;

@@ -6,10 +6,12 @@
 #include "presentation/StyleSheets.h"
 #include "service/Match.h"
 #include "service/PairingRing.h"
+#include "tests/support/Contrast.h"
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
 #include <QLabel>
+#include <QTextBlock>
 #include <QTextEdit>
 #include <QToolButton>
 
@@ -136,6 +138,17 @@ private slots:
         QCOMPARE(fake.calls().size(), std::size_t(0)); // the watch and the connection are untouched
     }
 
+    void aStepsNextLineStandsUnderItsText()
+    {
+        open(receiver("r"));
+        auto *const steps = dialog->findChild<QTextEdit *>("textEdit");
+        const QTextBlock step = steps->document()->lastBlock();
+        const QTextLayout *lines = step.layout();
+        QVERIFY(lines->lineCount() > 1);
+        const int text = step.text().indexOf(' ') + 1;
+        QVERIFY(qAbs(lines->lineAt(1).x() - lines->lineAt(0).cursorToX(text)) <= 1.5);
+    }
+
     void withoutAReceiverNothingCanBePaired_data()
     {
         QTest::addColumn<bool>("wired");
@@ -151,6 +164,8 @@ private slots:
             open();
         QVERIFY(!matchButton()->isEnabled());
         QVERIFY(matchButton()->styleSheet().contains("color: rgb(0,0,0;)"));
+        const QImage plate = matchButton()->grab().toImage();
+        QVERIFY(support::contrast(plate.pixelColor(20, plate.height() / 2), Qt::black) >= 4.5);
         QVERIFY(shows("label") && !shows("textEdit"));
         QCOMPARE(dialog->findChild<QLabel *>("label")->text(),
                  language::text(language::Section::home, "NoPair", 0));
