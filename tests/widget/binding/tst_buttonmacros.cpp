@@ -3,6 +3,7 @@
 //
 // Macros on the binding page: the exact record after a bind, a save, a new name, a new cycle mode and a
 // deletion, for every button; and what a read brings into the folder.
+#include "device/ImageCache.h"
 #include "macro/MacroDeviceSync.h"
 #include "macro/missed/MissedNames.h"
 #include "macro/store/MacroBlockCodec.h"
@@ -509,6 +510,26 @@ private slots:
         page().show(wanted); // by its length, the tail is not read
         QCOMPARE(caption(2), QString("Macro: Tap"));
         QVERIFY(macroExists("Tap"));
+    }
+
+    // Its kept image is as old as the last time that the page was left.
+    void aNewNameOutlastsTheImageOfAMouseThatIsAway()
+    {
+        bindAll("Burst");
+        FlashDataMap kept = wanted;
+        kept.KeyBindings[1] = {9, 0, 0};
+        expectMacro(3, "Other", 254, presses(5)); // was written since
+        page().show(wanted);
+        ImageCacheWrite(SelectedDevice::cacheName(), kept);
+        QVERIFY(renameMacro("Burst", "Tap"));
+        emit PostMsg::instance()->SigMacroRename("Burst", "Tap");
+        QCOMPARE(caption(2), QString("Macro: Tap"));
+        MouseOnline = false;
+        page().setLanguage(0);
+        QCOMPARE(caption(1), QString("Next profile")); // from the image
+        QCOMPARE(caption(4), QString("Macro: Burst")); // button 3, other events
+        for (const int row : {2, 3, 5, 6, 7, 8, 9, 10, 11})
+            QCOMPARE(caption(row), QString("Macro: Tap"));
     }
 
     void aNameThatOnlyLooksLikeItIsLeft()
