@@ -68,6 +68,16 @@ void ButtonBindings::takeSent(const FlashDataMap &before)
     }
 }
 
+// A macro that is the same in all but its name was renamed.
+void ButtonBindings::putNamesOn(FlashDataMap *image) const
+{
+    for (int k = 0; k < count_; ++k)
+        if (record_.KeyBindings[k].Class == MacroBlockClass &&
+            std::memcmp(&image->KeyBindings[k], &record_.KeyBindings[k], sizeof(KeyBinding)) == 0 &&
+            macro::sameEvents(image->MacroBlocks[k], record_.MacroBlocks[k]))
+            image->MacroBlocks[k] = record_.MacroBlocks[k];
+}
+
 bool ButtonBindings::isOnlyLeft(int button) const
 {
     const KeyBinding left = builtInAction(0)->binding;

@@ -28,6 +28,8 @@ public:
     static FlashDataMap builtIn();
     // Takes what was sent to the mouse since the device's record was `before`.
     void takeSent(const FlashDataMap &before);
+    // Gives a kept image of this mouse the names that macros have got since it was kept.
+    void putNamesOn(FlashDataMap *image) const;
     int count() const; // 0 before the first record
     std::optional<KeyBinding> at(int button) const;
     // Whether the button, and no other one, is the left button.

@@ -552,10 +552,13 @@ void Buttoninterface::SlotAllLanguage(int index)
     // Captions are translated. The cached image stands in for a mouse that is off line, and without one the
     // bindings that show.
     FlashDataMap record = DeviceRecord::copy();
-    if (!MouseOnline && !ImageCacheRead(SelectedDevice::cacheName(), &record)) {
-        if (bindings_.count() == 0)
+    if (!MouseOnline) {
+        if (ImageCacheRead(SelectedDevice::cacheName(), &record))
+            bindings_.putNamesOn(&record);
+        else if (bindings_.count() > 0)
+            record = bindings_.record();
+        else
             return;
-        record = bindings_.record();
     }
     const PageFilling filling(ButtonPageBusy);
     showBindings(record);

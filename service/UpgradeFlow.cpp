@@ -297,7 +297,6 @@ void UpgradeFlow::on_Mouse_clicked()
         startTarget(TargetMouse);
         return;
     }
-    NotUpgrading = true;
     emit PostMsg::instance()->SigProgress(0, int(Progress::FailedHalfWay));
 }
 
@@ -376,7 +375,7 @@ void UpgradeFlow::takeCount(int target, int found, bool alreadyRuns)
 void UpgradeFlow::flash(int target, const QByteArray &image)
 {
     step_ = Step::Started;
-    flashed_ = true;
+    flashed_.insert(target);
     flashStage(target, image, model(), [flow = QPointer<UpgradeFlow>(this)] {
         runOnMainThread([flow] {
             if (flow)
@@ -469,7 +468,7 @@ void UpgradeFlow::endRun()
         else
             dialog_.noticeForm(UpgradeText::ErrorFile);
     }
-    if (flashed_)
+    if (!flashed_.empty())
         findRestarted();
     else
         givePagesBack();
@@ -493,15 +492,22 @@ void UpgradeFlow::takeRestarted(const ModelFirmware &flashed, const std::vector<
     const bool wired = SelectedDevice::info().Usb;
     const auto isSelected = [wired](const DeviceAllInfo &device) { return device.Usb == wired; };
     if (OnDevicePage == 1 && !RepairRunning && isFlashed &&
-        std::count_if(devices.cbegin(), devices.cend(), isSelected) == 1) {
-        const auto device = std::find_if(devices.cbegin(), devices.cend(), isSelected);
-        SelectedDevice::set(*device);
-        pointCurrentDeviceAt(device->DevicePath);
-        ReadStartedOnline = false; // a restart ends the connection
-        if (Worker *const worker = Worker::instance())
-            worker->startPass();
-    }
+        std::count_if(devices.cbegin(), devices.cend(), isSelected) == 1)
+        selectAgain(*std::find_if(devices.cbegin(), devices.cend(), isSelected));
     givePagesBack();
+}
+
+// A mouse on its cable does not restart with its receiver: a pass would only hide the result behind its wait.
+void UpgradeFlow::selectAgain(const DeviceAllInfo &device)
+{
+    const bool isSame = device.DevicePath == SelectedDevice::info().DevicePath;
+    if (isSame && device.Usb && flashed_.count(TargetMouse) == 0)
+        return;
+    SelectedDevice::set(device);
+    pointCurrentDeviceAt(device.DevicePath);
+    ReadStartedOnline = false; // a restart ends the connection
+    if (Worker *const worker = Worker::instance())
+        worker->startPass();
 }
 
 // The user may have gone on to the repair meanwhile. What was pulled during the run is noticed now.
@@ -509,7 +515,7 @@ void UpgradeFlow::givePagesBack()
 {
     if (!RepairRunning)
         NotUpgrading = true;
-    if ((flashed_ || deviceList().empty()) && OnDevicePage == 1)
+    if ((!flashed_.empty() || deviceList().empty()) && OnDevicePage == 1)
         StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
-    flashed_ = false;
+    flashed_.clear();
 }

@@ -15,6 +15,7 @@
 #include <QTimer>
 #include <functional>
 #include <optional>
+#include <set>
 
 class UpgradeFlow : public QObject
 {
@@ -67,6 +68,7 @@ private:
     void endRun();
     void findRestarted();
     void takeRestarted(const ModelFirmware &flashed, const std::vector<DeviceAllInfo> &devices);
+    void selectAgain(const DeviceAllInfo &device);
     void givePagesBack();
     void endWithNothing(int target);
     void endWithCount(int target, int count);
@@ -83,7 +85,7 @@ private:
     bool mouseActive_ = false;
     bool following_ = false;       // the other target was upgraded before
     bool noNewVersion_ = false;    // the last check has found nothing newer
-    bool flashed_ = false;         // what has restarted is not selected again yet
+    std::set<int> flashed_;        // targets that were written to and may have to be selected again
     int failedTarget_ = 0;         // the target that an earlier upgrade has left in its boot loader
     GateVerdict offered_;          // what the last check has announced
     Inquiry asked_;                // what the run asks devices

@@ -149,6 +149,7 @@ int stepsTo(const Editing &list, int place)
         return row.isDelay() == list.rows[list.selected].isDelay();
     };
     const auto rows = list.rows.constBegin();
+    place = qMin(place, list.rows.size());
     return place <= list.selected ? -int(std::count_if(rows + place, rows + list.selected, isPassed))
                                   : int(std::count_if(rows + list.selected + 1, rows + place, isPassed));
 }

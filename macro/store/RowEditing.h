@@ -36,8 +36,8 @@ bool remove(Editing &list);
 // any. The delays keep their places, so that events and delays still alternate. A delay moves among the
 // delays.
 bool move(Editing &list, int steps);
-// The steps that bring the selected row to the place in front of row `place`, whose count is behind the last
-// one. 0 when no row of its sort is on the way.
+// The steps that bring the selected row to the place in front of row `place`; a place past the rows, which
+// may have become fewer since it was chosen, is behind the last one. 0 when no row of its sort is on the way.
 int stepsTo(const Editing &list, int place);
 
 // What the heading of the list shows.

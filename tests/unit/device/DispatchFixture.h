@@ -12,6 +12,7 @@ class DispatchFixture : public DeviceFixture
 {
 protected:
     using Bytes = std::vector<uint8_t>;
+    const Bytes Image = Bytes(FlashSize, 0);
 
     void begin()
     {

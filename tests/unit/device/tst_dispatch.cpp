@@ -10,11 +10,6 @@
 
 #include <cstring>
 
-namespace
-{
-const std::vector<uint8_t> Image(FlashSize, 0);
-}
-
 class tst_dispatch : public DispatchFixture
 {
     Q_OBJECT

@@ -9,11 +9,6 @@
 
 #include <cstring>
 
-namespace
-{
-const std::vector<uint8_t> Image(FlashSize, 0);
-}
-
 class tst_dispatchreads : public DispatchFixture
 {
     Q_OBJECT

@@ -7,6 +7,7 @@
 #include "device/hidusb/RecordLimits.h"
 #include "tests/support/ProductFolder.h"
 #include "tests/support/TestMain.h"
+#include "tests/unit/device/ImageBytes.h"
 
 #include <QtTest>
 #include <cstring>
@@ -27,24 +28,6 @@ FlashDataMap pattern(uint8_t first)
 }
 
 QString cacheFile(const QString &name) { return dataRoot() + QStringLiteral("/Device_Info/") + name; }
-
-void writeBytes(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray readBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QByteArray asBytes(const FlashDataMap &record)
-{
-    return QByteArray(reinterpret_cast<const char *>(&record), sizeof record);
-}
 
 } // namespace
 

@@ -7,6 +7,7 @@
 #include "tests/support/ProductFolder.h"
 #include "tests/support/Records.h"
 #include "tests/support/TestMain.h"
+#include "tests/unit/device/ImageBytes.h"
 
 #include <QDataStream>
 #include <QtTest>
@@ -21,26 +22,6 @@ namespace
 
 constexpr int StagesByte = 37;                  // of the file: DpiStageCount is byte 1 of the record
 const QString Model = QStringLiteral("Drive1"); // sensor 3395, six stages
-
-// A new file each time: some file systems wait for the disk when one is written over.
-void writeBytes(const QString &path, const QByteArray &bytes)
-{
-    QFile::remove(path);
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray readBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-}
-
-QByteArray asBytes(const FlashDataMap &record)
-{
-    return QByteArray(reinterpret_cast<const char *>(&record), sizeof record);
-}
 
 // Counts, lengths and delays cut to what a record can hold.
 QByteArray cut(const QByteArray &image)

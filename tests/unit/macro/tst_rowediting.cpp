@@ -207,6 +207,49 @@ private slots:
             QVERIFY2(stepsTo(list, place) == steps[place], QByteArray::number(place));
         QCOMPARE(stepsTo({list.rows, NoRow}, 3), 0);
         QCOMPARE(stepsTo({list.rows, 5}, 0), -2);
+        QCOMPARE(stepsTo(list, 100), 2); // the list has become shorter since the drop
+    }
+
+    // The row stands in front of the rows of its sort that were behind the place; the other sort stays.
+    void aDropAtEveryPlace_data()
+    {
+        QTest::addColumn<QString>("before");
+        const QStringList rows = QStringLiteral("+A 1 -A 2 +B 3 -B 4 +C").split(QLatin1Char(' '));
+        for (int count = 1; count <= rows.size(); ++count)
+            QTest::addRow("%d", count) << rows.mid(0, count).join(QLatin1Char(' '));
+        QTest::newRow("a delay first") << "1 +A 2 -A";
+        QTest::newRow("not alternating") << "+A -A 1 2 +B";
+    }
+    void aDropAtEveryPlace()
+    {
+        QFETCH(QString, before);
+        const MacroRows rows = rowsOf(before);
+        for (int selected = 0; selected < rows.size(); ++selected)
+            for (int place = 0; place <= rows.size(); ++place) {
+                const bool isDelay = rows[selected].isDelay();
+                MacroRows sort;
+                int index = 0; // among its sort
+                for (int row = 0; row < rows.size(); ++row) {
+                    if (row == selected || rows[row].isDelay() != isDelay)
+                        continue;
+                    sort << rows[row];
+                    index += row < place;
+                }
+                sort.insert(index, rows[selected]);
+                MacroRows wanted = rows;
+                int last = -1;
+                int wantedRow = -1;
+                for (int row = 0; row < rows.size(); ++row)
+                    if (rows[row].isDelay() == isDelay) {
+                        wanted[row] = sort[++last];
+                        wantedRow = last == index ? row : wantedRow;
+                    }
+                Editing list{rows, selected};
+                move(list, stepsTo(list, place));
+                const QString told =
+                    QStringLiteral("%1 to %2: %3").arg(selected).arg(place).arg(wordsOf(list.rows));
+                QVERIFY2(list.rows == wanted && list.selected == wantedRow, qPrintable(told));
+            }
     }
 
     // A list that alternates and ends in an event does so after every edit in its middle.

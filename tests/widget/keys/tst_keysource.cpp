@@ -5,6 +5,7 @@
 // what it leaves alone. The window is no real one; the events are made here.
 #include "keys/KeySource.h"
 #include "keys/KeyVocabulary.h"
+#include "tests/support/EvdevCodes.h"
 #include "tests/support/KeysFile.h"
 #include "tests/support/TestMain.h"
 
@@ -12,12 +13,11 @@
 #include <QLineEdit>
 #include <QtTest>
 
+using namespace evdev;
+
 namespace
 {
 
-constexpr int Offset = 8;
-constexpr int A = 30, B = 48, Enter = 28, LeftShift = 42, RightShift = 54, LeftAlt = 56, RightAlt = 100,
-              KeypadEnter = 96, Wheel = 177;
 constexpr int VkA = 0x41, VkB = 0x42, VkLeftAlt = 0xA4;
 
 struct Seen {

@@ -4,6 +4,7 @@
 // A key source on a real X server: keys that come from outside, under several layouts, held down, and with
 // the keyboard taken away.
 #include "keys/KeySource.h"
+#include "tests/support/EvdevCodes.h"
 #include "tests/support/KeysFile.h"
 #include "tests/support/TestMain.h"
 
@@ -12,12 +13,12 @@
 #include <QProcess>
 #include <QtTest>
 
+using namespace evdev;
+
 namespace
 {
 
-constexpr int Offset = 8;
 constexpr int LastOfServer = 255; // the server knows no key above it
-constexpr int Backtick = 41, A = 30, LeftShift = 42, RightShift = 54, LeftAlt = 56, RightAlt = 100;
 
 struct Key {
     int evdev;

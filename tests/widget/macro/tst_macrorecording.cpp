@@ -6,15 +6,14 @@
 #include "macro/RecordMark.h"
 #include "presentation/Notices.h"
 #include "presentation/Widgets.h"
-#include "tests/widget/macro/MacroPage.h"
+#include "tests/support/EvdevCodes.h"
+#include "tests/widget/macro/MacroFiles.h"
+
+using namespace evdev;
+using namespace macrofiles;
 
 namespace
 {
-
-constexpr int A = 30, B = 48, Space = 57, Enter = 28, Escape = 1, Tab = 15, LeftAlt = 56, F2 = 60,
-              Delete = 111, R = 19, Wheel = 177;
-const QByteArray Tap = "1\n0x04 1 0\n10ms\n0x04 1 1\n";
-const QString TapRows = "+A 10ms -A";
 
 // What a start disables.
 const QByteArrayList Choices = {"AutoInsertDelay", "DefaultDelay",  "ReNumber",    "ReUntil",

@@ -6,6 +6,7 @@
 #include "macro/RecordingKeys.h"
 #include "presentation/Notices.h"
 #include "presentation/SkinPalette.h"
+#include "tests/support/EvdevCodes.h"
 #include "tests/widget/macro/MacroPage.h"
 
 #include <QAbstractNativeEventFilter>
@@ -13,12 +14,10 @@
 #include <QTimer>
 #include <xcb/xproto.h>
 
+using namespace evdev;
+
 namespace
 {
-
-constexpr int Offset = 8;
-constexpr int A = 30, B = 48, Y = 21, LeftShift = 42, RightShift = 54, LeftAlt = 56, RightAlt = 100,
-              Space = 57, Enter = 28, Escape = 1, Tab = 15, F2 = 60, Delete = 111, LeftCtrl = 29, R = 19;
 
 void run(const QString &program, const QStringList &arguments)
 {

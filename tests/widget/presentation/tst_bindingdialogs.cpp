@@ -7,21 +7,19 @@
 #include "catalogue/UserStore.h"
 #include "presentation/dialogs/AddDelayTime.h"
 #include "presentation/dialogs/FireKey.h"
-#include "presentation/dialogs/GroupKey.h"
-#include "presentation/dialogs/addKey.h"
-#include "presentation/language/LanguageTables.h"
 #include "tests/support/TestMain.h"
-#include "tests/widget/Fixture.h"
+#include "tests/widget/presentation/KeyDialogs.h"
 
 #include <QLabel>
 #include <QSpinBox>
-#include <QToolButton>
+
+using namespace keydialogs;
 
 namespace
 {
 
 using language::Section;
-using Maker = std::function<std::unique_ptr<InputDialog>()>;
+using DialogMaker = std::function<std::unique_ptr<InputDialog>()>;
 
 struct FormRow {
     const char *widget;
@@ -31,50 +29,39 @@ struct FormRow {
 };
 struct DialogRow {
     const char *name;
-    Maker make;
+    DialogMaker make;
     std::vector<FormRow> texts;
 };
 
-template <typename Dialog> Maker maker()
+template <typename Dialog> DialogMaker dialogMaker()
 {
     return [] { return std::make_unique<Dialog>(); };
 }
 
-const std::vector<DialogRow> &rows()
+const std::vector<DialogRow> &dialogRows()
 {
     static const std::vector<DialogRow> all = {
-        {"GroupKey", maker<GroupKey>(), {{"label", Section::home, "ComKey", "Please enter keystroke"}}},
+        {"GroupKey", dialogMaker<GroupKey>(), {{"label", Section::home, "ComKey", "Please enter keystroke"}}},
         {"FireKey",
-         maker<FireKey>(),
+         dialogMaker<FireKey>(),
          {{"label", Section::key, "DialogFireKeyInterval", "间隔 (10-255)"},
           {"label_2", Section::key, "DialogFireKeyTimes", "次数 (0-3)"},
           {"label_3", Section::key, "DialogFireKeyTips", "次数设置为0时, 按下按键一直发, 松开按键结束"}}},
-        {"addKey", maker<addKey>(), {{"label", Section::home, "EnterKey", "Please enter keystroke"}}},
-        {"AddDelayTime", maker<AddDelayTime>(), {{"label", Section::home, "EnterDelay", "请输入延时"}}},
+        {"addKey", dialogMaker<addKey>(), {{"label", Section::home, "EnterKey", "Please enter keystroke"}}},
+        {"AddDelayTime", dialogMaker<AddDelayTime>(), {{"label", Section::home, "EnterDelay", "请输入延时"}}},
     };
     return all;
 }
 
-const DialogRow &row(const QString &name)
+const DialogRow &dialogRow(const QString &name)
 {
-    return *std::find_if(rows().begin(), rows().end(),
+    return *std::find_if(dialogRows().begin(), dialogRows().end(),
                          [&](const DialogRow &each) { return name == each.name; });
 }
 
 QString textOf(const QWidget &form, const char *name)
 {
     return form.findChild<QWidget *>(name)->property("text").toString();
-}
-
-void click(const QWidget &dialog, const char *button)
-{
-    QTest::mouseClick(dialog.findChild<QToolButton *>(button), Qt::LeftButton);
-}
-
-void open(QWidget &dialog)
-{
-    dialog.show();
-    QApplication::setActiveWindow(&dialog);
 }
 
 } // namespace
@@ -86,7 +73,7 @@ class tst_BindingDialogs : public QObject
     static void eachDialog()
     {
         QTest::addColumn<QString>("name");
-        for (const DialogRow &each : rows())
+        for (const DialogRow &each : dialogRows())
             QTest::newRow(each.name) << QString(each.name);
     }
 
@@ -97,12 +84,12 @@ private slots:
     void isBuiltByItsForm()
     {
         QFETCH(QString, name);
-        const auto dialog = row(name).make();
+        const auto dialog = dialogRow(name).make();
         QVERIFY(!dialog->parentWidget());
         QVERIFY(dialog->isWindow());
         QVERIFY(dialog->windowFlags() & Qt::FramelessWindowHint);
         QVERIFY(!dialog->isAccepted());
-        for (const FormRow &text : row(name).texts) {
+        for (const FormRow &text : dialogRow(name).texts) {
             QCOMPARE(textOf(*dialog, text.widget), language::text(text.section, text.key, 0));
             QVERIFY(!textOf(*dialog, text.widget).isEmpty());
         }
@@ -117,11 +104,11 @@ private slots:
     void defaultsStandForMissingTexts()
     {
         QFETCH(QString, name);
-        const auto dialog = row(name).make();
+        const auto dialog = dialogRow(name).make();
         {
             const fixture::WithoutTexts bare;
             emit PostMsg::instance()->SigAllLanguage(0);
-            for (const FormRow &text : row(name).texts)
+            for (const FormRow &text : dialogRow(name).texts)
                 QCOMPARE(textOf(*dialog, text.widget), QString(text.fallback));
             QCOMPARE(textOf(*dialog, "NewHong"), QString("确定"));
             QCOMPARE(textOf(*dialog, "NewHong_2"), QString("取消"));
@@ -136,7 +123,7 @@ private slots:
         QFETCH(QString, name);
         for (const int index : {0, 9}) { // there is no language but the first
             storeLanguage(UserStore::instance(), index);
-            const QString caption = textOf(*row(name).make(), "NewHong_2");
+            const QString caption = textOf(*dialogRow(name).make(), "NewHong_2");
             storeLanguage(UserStore::instance(), 0);
             QCOMPARE(caption, QString("Cancel"));
         }
@@ -147,7 +134,7 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("button");
         QTest::addColumn<bool>("accepted");
-        for (const DialogRow &each : rows())
+        for (const DialogRow &each : dialogRows())
             for (const char *button : {"NewHong", "NewHong_2", "CloseButton", ""})
                 QTest::addRow("%s %s", each.name, button)
                     << QString(each.name) << QByteArray(button) << (QByteArray(button) == "NewHong");
@@ -157,7 +144,7 @@ private slots:
         QFETCH(QString, name);
         QFETCH(QByteArray, button);
         QFETCH(bool, accepted);
-        const auto dialog = row(name).make();
+        const auto dialog = dialogRow(name).make();
         QTimer::singleShot(0, dialog.get(), [&] {
             if (button.isEmpty())
                 dialog->close(); // as the window manager does

@@ -4,17 +4,15 @@
 // The key dialogs with a real keyboard on a real X server, from the keys to the result, under several layouts
 // and without a mouse.
 #include "presentation/Notices.h"
-#include "presentation/dialogs/GroupKey.h"
-#include "presentation/dialogs/KeyField.h"
-#include "presentation/dialogs/addKey.h"
-#include "presentation/language/LanguageTables.h"
 #include "tests/support/TestMain.h"
-#include "tests/widget/Fixture.h"
+#include "tests/widget/presentation/KeyDialogs.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QProcess>
 #include <QWindow>
+
+using namespace keydialogs;
 
 namespace
 {
@@ -27,8 +25,6 @@ void run(const QString &program, const QStringList &arguments)
 }
 
 void press(const QStringList &keys) { run("xdotool", QStringList{"key", "--delay", "0"} + keys); }
-
-QString field(const QWidget &dialog) { return dialog.findChild<KeyField *>()->text(); }
 
 } // namespace
 

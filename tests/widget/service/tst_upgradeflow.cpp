@@ -17,6 +17,27 @@ struct ShortSilence {
     const int usual = flashrun::SilenceMs;
 };
 
+// Whether the pages were held when the devices were first searched for behind a target's end.
+class FirstSearch
+{
+public:
+    FirstSearch()
+    {
+        FakeHidUsb::instance().setHook([asked = asked_, held = held_](const std::string &name) {
+            if (name == "UsbFinderC_GetDeviceInfo" && ReceiverStatus != UpgradeStatus::Running &&
+                MouseStatus != UpgradeStatus::Running && !asked->exchange(true))
+                *held = !NotUpgrading;
+        });
+    }
+    ~FirstSearch() { FakeHidUsb::instance().setHook({}); }
+    bool heldPages() const { return *held_; }
+
+private:
+    using Flag = std::shared_ptr<std::atomic<bool>>; // a search may outlive this object
+    const Flag asked_ = std::make_shared<std::atomic<bool>>(false);
+    const Flag held_ = std::make_shared<std::atomic<bool>>(false);
+};
+
 } // namespace
 
 class tst_UpgradeFlow : public FlowParts
@@ -106,15 +127,10 @@ private slots:
         start();
         QTRY_COMPARE(starts(), 1);
         fake.setDevices({device("mouse again", 6, Cable8K), device(ReceiverPath, 6, Receiver8K)});
-        bool searchedBefore = false;
-        fake.setHook([&searchedBefore](const std::string &name) {
-            if (name == "UsbFinderC_GetDeviceInfo" && ReceiverStatus != UpgradeStatus::Running)
-                searchedBefore |= !NotUpgrading;
-        });
+        const FirstSearch forTheMouse;
         succeed();
         QTRY_VERIFY(isOver());
-        fake.setHook({});
-        QVERIFY(searchedBefore);
+        QVERIFY(forTheMouse.heldPages());
         QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("mouse again"));
         QCOMPARE(QString(CurrentDevicePath()), QStringLiteral("mouse again"));
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
@@ -238,12 +254,15 @@ private slots:
         QFile file(log());
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write("old") == 3);
         file.close();
+        ReadStartedOnline = true;
         start();
         if (stage == 2)
             endStage(1, succeed);
         QTRY_COMPARE(starts(), stage);
         report(2, uint8_t(answer));
         QTRY_VERIFY(isOver());
+        // The selected mouse is read again only when it was written to, since the wait hides the result.
+        QCOMPARE(bool(ReadStartedOnline), stage == 1);
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail));
         QVERIFY(dialog->hasWayOut() && dialog->mainSays("OK"));
         QCOMPARE(UpdateFailRecord::storedText(), QString(stage == 1 ? ReceiverFailed : MouseFailed));
@@ -434,8 +453,10 @@ private slots:
         start();
         QTRY_COMPARE(starts(), 1);
         setDeviceList({receiverInfo()});
+        const FirstSearch forTheReceiver; // which restarts
         succeed();
         QTRY_VERIFY(isOver());
+        QVERIFY(forTheReceiver.heldPages());
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail) && dialog->hasWayOut());
         QCOMPARE(dialog->bar->value(), 50);
         QCOMPARE(starts(), 1);
