@@ -93,6 +93,7 @@ private slots:
         PostMsg::instance()->disconnect(&macroPage);
         for (int button = 0; button < 12; ++button)
             dropMissedName(button);
+        dropMarks("Burst");
         end();
     }
 
@@ -682,6 +683,16 @@ private slots:
         page().show(wanted);
         QVERIFY(isWanted());
         QCOMPARE(fileOf("Burst"), macroText(254, presses(3)));
+    }
+
+    void aMissedMacroWhoseFileIsGoneComesBackFromTheMouse()
+    {
+        bindAll("Burst");
+        setMissed("Burst", true);
+        QVERIFY(removeMacro("Burst"));
+        page().show(wanted);
+        QCOMPARE(fileOf("Burst"), macroText(254, presses(3)));
+        QVERIFY(isWanted());
     }
 
     // A name that the mouse refused is sent to it when it is read, and the old one does not come back.

@@ -125,6 +125,8 @@ private slots:
     void leavingThePageEndsIt()
     {
         QFETCH(bool, bySignal);
+        page().choose("Alpha");
+        page().page->InsertKeyRow("C", true); // Save is lit
         start();
         page().record(A);
         if (bySignal)
