@@ -4,6 +4,7 @@
 // A recording on the page: what it locks and unlocks, what becomes of the keys, how it ends, and what can be
 // seen of it.
 #include "macro/RecordMark.h"
+#include "macro/store/MacroBlockCodec.h"
 #include "presentation/Notices.h"
 #include "presentation/Widgets.h"
 #include "tests/widget/macro/MacroPage.h"
@@ -152,6 +153,22 @@ private slots:
         page().button("StartRecord")->click();
         page().button("StopRecord")->click();
         QCOMPARE(disabled(), QStringList());
+    }
+
+    // A macro that comes from the mouse is listed, and the recording goes on in its own.
+    void aReadInTheMiddleKeepsTheMacro()
+    {
+        start();
+        page().record(A);
+        FlashDataMap record{};
+        record.KeyBindings[3] = {6, 3, 253};
+        record.MacroBlocks[3] = macro::boundBlock("Fresh", {macro::keyRow("B", true)});
+        emit PostMsg::instance()->SigButtonToMacro(record, 3);
+        QVERIFY(page().names().contains("Fresh"));
+        page().record(A);
+        page().button("StopRecord")->click();
+        QCOMPARE(page().selected(), QString("Alpha"));
+        QCOMPARE(page().rows(), TapRows + " 10ms " + TapRows);
     }
 
     void leavingWithoutARecordingChangesNothing()
