@@ -24,8 +24,11 @@ QHash<QString, QHash<int, MissedName>> missedNames; // by mouse and button
 
 QString selectedMouse()
 {
+    static QString last;
     const DeviceAllInfo info = SelectedDevice::info();
-    return QStringLiteral("%1 %2 %3").arg(info.Cid).arg(info.Mid).arg(info.DevicePath);
+    if (!info.DevicePath.isEmpty())
+        last = QStringLiteral("%1 %2 %3").arg(info.Cid).arg(info.Mid).arg(info.DevicePath);
+    return last;
 }
 
 void setMissedName(int button, const QString &older, const QString &name)

@@ -13,7 +13,8 @@
 namespace macro
 {
 
-// The selected mouse, among those for which something waits.
+// The selected mouse, among those for which something waits. When the last device has been unplugged none is
+// selected, while its page still shows: then it is the one that was.
 QString selectedMouse();
 
 void setMissedName(int button, const QString &older, const QString &name);

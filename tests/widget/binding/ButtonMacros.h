@@ -80,6 +80,7 @@ protected:
         PostMsg::instance()->disconnect(&macroPage);
         for (int button = 0; button < 12; ++button)
             macro::dropMissedName(button);
+        macro::dropMarks("Burst");
         ButtonPageTest::end();
     }
 };

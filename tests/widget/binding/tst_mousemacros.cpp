@@ -111,6 +111,16 @@ private slots:
         QCOMPARE(fileOf("Burst"), macroText(254, presses(3)));
     }
 
+    void aMissedMacroWhoseFileIsGoneComesBackFromTheMouse()
+    {
+        bindAll("Burst");
+        setMissed("Burst", true);
+        QVERIFY(removeMacro("Burst"));
+        page().show(wanted);
+        QCOMPARE(fileOf("Burst"), macroText(254, presses(3)));
+        QVERIFY(isWanted());
+    }
+
     // A name that the mouse refused is sent to it when it is read, and the old one does not come back.
     void aReadSendsTheNameThatTheMouseMissed_data()
     {
@@ -223,6 +233,55 @@ private slots:
         QVERIFY(isWanted());
         QCOMPARE(caption(2), QString(isSaved ? "Macro: Burst" : "Macro: Tap"));
         QCOMPARE(bytesOf(fake.updates().back()), bytesOf(wanted));
+    }
+
+    // A mouse that is unplugged is not selected any more when its page is left.
+    void anUnpluggedMouseGetsWhatItMissedWhenItIsBack_data()
+    {
+        QTest::addColumn<bool>("isSaved"); // else renamed
+        QTest::newRow("name") << false;
+        QTest::newRow("rows") << true;
+    }
+    void anUnpluggedMouseGetsWhatItMissedWhenItIsBack()
+    {
+        QFETCH(bool, isSaved);
+        FakeHidUsb &fake = FakeHidUsb::instance();
+        PostMsg *const hub = PostMsg::instance();
+        saveMacro("Burst", 254, presses(3));
+        expectMacro(2, "Burst", 254, presses(3));
+        page().show(wanted);
+        const auto unplug = [&] {
+            fake.setOnline("dev", false);
+            SelectedDevice::set(DeviceAllInfo());
+        };
+        if (isSaved) {
+            QObject::connect(hub, &PostMsg::SigMacroDownLoadData, &macroPage,
+                             [](const QString &name) { setMissed(name, true); });
+            saveMacro("Burst", 17, presses(5));
+            QTimer::singleShot(0, &macroPage, [&] {
+                unplug();
+                emit hub->SigMainPageChange();
+            });
+            emit hub->SigUpDataMacro("Burst", 0);
+        } else {
+            unplug();
+            QVERIFY(renameMacro("Burst", "Tap"));
+            moveMarks("Burst", "Tap");
+            emit hub->SigMacroRename("Burst", "Tap");
+        }
+        QVERIFY(isWanted());
+
+        fake.setOnline("dev", true);
+        fixture::select(fixture::info("dev", Receiver8K));
+        page().show(wanted);
+        if (isSaved)
+            expectMacro(2, "Burst", 17, presses(5));
+        else
+            renameBlock(&wanted.MacroBlocks[2], "Tap");
+        QVERIFY(isWanted());
+        QCOMPARE(updates(), std::size_t(1));
+        QCOMPARE(kept(), QStringList());
+        QCOMPARE(macroNames(), QStringList(isSaved ? "Burst" : "Tap"));
     }
 
     // What is written to a button after a refused name is what it holds.

@@ -320,6 +320,10 @@ private slots:
         QCOMPARE(checkedScheme(), 2);
         QCOMPARE(int(fake.device("dev").rgb.Scheme), 2);
         QCOMPARE(notice->count(), 1);
+        fake.setOnline("dev", false); // the next one goes back to that
+        QTest::mouseClick(page->choice(3), Qt::LeftButton);
+        QCOMPARE(checkedScheme(), 2);
+        QCOMPARE(notice->count(), 2);
     }
 
     void unarmedNoSchemeIsWritten()

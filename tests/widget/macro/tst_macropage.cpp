@@ -134,9 +134,17 @@ private slots:
         page.radio("ReUntil")->click();
         page.number()->setValue(9);
         QVERIFY(!page.saves());
+        page.page->InsertKeyRow("C", true);
         page.choose("Full");
         page.radio("ReUntil")->click();
         QVERIFY(page.saves());
+        // The draft of the first one keeps its mode unnoticed.
+        QSignalSpy told(PostMsg::instance(), &PostMsg::SigUpDataMacro);
+        page.choose("Empty");
+        page.radio("ReUntilClick")->click();
+        page.button("Save")->click();
+        QCOMPARE(told.count(), 1);
+        QCOMPARE(told[0][1].toInt(), 0);
     }
 
     void aFileThatCannotBeShown_data()

@@ -4,6 +4,7 @@
 // A recording on the page: what it locks and unlocks, what becomes of the keys, how it ends, and what can be
 // seen of it.
 #include "macro/RecordMark.h"
+#include "macro/store/MacroBlockCodec.h"
 #include "presentation/Notices.h"
 #include "presentation/Widgets.h"
 #include "tests/support/EvdevCodes.h"
@@ -124,6 +125,8 @@ private slots:
     void leavingThePageEndsIt()
     {
         QFETCH(bool, bySignal);
+        page().choose("Alpha");
+        page().page->InsertKeyRow("C", true); // Save is lit
         start();
         page().record(A);
         if (bySignal)
@@ -149,6 +152,22 @@ private slots:
         page().button("StartRecord")->click();
         page().button("StopRecord")->click();
         QCOMPARE(disabled(), QStringList());
+    }
+
+    // A macro that comes from the mouse is listed, and the recording goes on in its own.
+    void aReadInTheMiddleKeepsTheMacro()
+    {
+        start();
+        page().record(A);
+        FlashDataMap record{};
+        record.KeyBindings[3] = {6, 3, 253};
+        record.MacroBlocks[3] = macro::boundBlock("Fresh", {macro::keyRow("B", true)});
+        emit PostMsg::instance()->SigButtonToMacro(record, 3);
+        QVERIFY(page().names().contains("Fresh"));
+        page().record(A);
+        page().button("StopRecord")->click();
+        QCOMPARE(page().selected(), QString("Alpha"));
+        QCOMPARE(page().rows(), TapRows + " 10ms " + TapRows);
     }
 
     void leavingWithoutARecordingChangesNothing()
