@@ -317,6 +317,8 @@ void UpDateRepair::hideEvent(QHideEvent *event)
     UpgradeDialogOpen = false;
     forRepair_ = false;
     devicesAsked_.drop();
+    if (!busy_)
+        ui->progressBar_2->hide(); // a result was read
     NoticeWindow::hideEvent(event);
 }
 

@@ -499,6 +499,31 @@ private slots:
         flow->SlotCheckUpdate();
         QVERIFY(flow->dialog().isVisible() && dialog->says(UpgradeText::DialogUpgradeFail));
     }
+
+    // It has been read, and the next device may have firmware that waits.
+    void aResultThatWasLeftHoldsNoOfferBack_data()
+    {
+        QTest::addColumn<bool>("succeeds");
+        QTest::newRow("a success") << true;
+        QTest::newRow("a failure") << false;
+    }
+    void aResultThatWasLeftHoldsNoOfferBack()
+    {
+        QFETCH(bool, succeeds);
+        page->mouse = QStringLiteral("v1.06");
+        start();
+        endStage(1, succeeds ? succeed : fail);
+        QTRY_VERIFY(isOver());
+        dialog->main->click();
+        QVERIFY(flow->dialog().isHidden());
+        UpdateFailRecord::remove();
+        flow->showOffers();
+        flow->SlotUpdateFrame(true);
+        QVERIFY(flow->dialog().isVisible());
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate) && dialog->offersStart());
+        flow->SlotUpdateFrame(false);
+        QVERIFY(flow->dialog().isHidden());
+    }
 };
 
 TEST_CLASS(tst_UpgradeFlow, fixture::UpgradeLooks)
