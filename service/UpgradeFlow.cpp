@@ -44,6 +44,16 @@ int attachedKind()
     return 0;
 }
 
+// As far as the last search knows.
+bool isSelectedAttached()
+{
+    const std::vector<DeviceAllInfo> devices = deviceList();
+    return std::any_of(devices.cbegin(), devices.cend(),
+                       [path = SelectedDevice::info().DevicePath](const DeviceAllInfo &device) {
+                           return device.DevicePath == path;
+                       });
+}
+
 // The record of the model that is attached; another model's waits until that one is.
 QString recordBeside(const std::vector<DeviceAllInfo> &devices)
 {
@@ -509,7 +519,7 @@ void UpgradeFlow::givePagesBack()
 {
     if (!RepairRunning)
         NotUpgrading = true;
-    if ((flashed_ || deviceList().empty()) && OnDevicePage == 1)
+    if ((flashed_ || !isSelectedAttached()) && OnDevicePage == 1)
         StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
     flashed_ = false;
 }
