@@ -216,8 +216,8 @@ bool UpgradeFlow::takeVerdict(const GateVerdict &verdict, const QString &record)
 
 void UpgradeFlow::SlotCheckUpdate()
 {
-    // The word may have been on its way when the dialog was closed.
-    if (!dialog_.isVisible() || dialog_.isBusy() || dialog_.showsResult())
+    // The word may have been on its way when the dialog was closed, and the selection page may have it now.
+    if (!dialog_.isVisible() || dialog_.isForRepair() || dialog_.isBusy() || dialog_.showsResult())
         return;
     if (ChechIsUpDate())
         dialog_.readyForm(offered_.offers);
