@@ -317,6 +317,7 @@ void UpDateRepair::hideEvent(QHideEvent *event)
     UpgradeDialogOpen = false;
     forRepair_ = false;
     devicesAsked_.drop();
+    repair_ = RepairRoute(); // what is attached then may differ
     if (!busy_)
         ui->progressBar_2->hide(); // a result was read
     NoticeWindow::hideEvent(event);

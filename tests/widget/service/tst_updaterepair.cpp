@@ -552,6 +552,26 @@ private slots:
         QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess));
     }
 
+    // It was closed before a start. What the dialog offers next, over another page, is no repair.
+    void aCheckEndsWithTheDialog()
+    {
+        openRepair(ReceiverFailed, {mouseInfo()});
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate));
+        parts->cancel->click();
+        QVERIFY(dialog->isHidden());
+        dialog->readyForm();
+        dialog->show();
+        parts->main->click();
+        QTRY_VERIFY(!dialog->isBusy());
+        QVERIFY(parts->says(UpgradeText::ErrorFile) && parts->hasWayOut());
+        QCOMPARE(starts(), 0);
+        openRepair(ReceiverFailed, {mouseInfo()});
+        parts->main->click();
+        QTRY_COMPARE(starts(), 1);
+        fail();
+        QTRY_VERIFY(!dialog->isBusy());
+    }
+
     void aSenselessRecordIsRemoved()
     {
         openRepair(QStringLiteral("211,8,18"), {mouseInfo()});
