@@ -404,6 +404,8 @@ void UpDateRepair::SlotRepairCheckUpdate()
 void UpDateRepair::takeCheck(const RepairRoute::Check &check)
 {
     repair_.take(check);
+    if (!check.senseless.isEmpty()) // the selection page offers what is left
+        emit PostMsg::instance()->SigUpDateButton(UpdateFailRecord::storedTexts().isEmpty());
     if (check.verdict.ready)
         readyForm(check.verdict.offers);
     else

@@ -572,11 +572,32 @@ private slots:
         QTRY_VERIFY(!dialog->isBusy());
     }
 
+    // Nothing is left to repair unless another one waits.
+    void aSenselessRecordIsRemoved_data()
+    {
+        QTest::addColumn<QString>("record");
+        QTest::addColumn<QStringList>("others");
+        QTest::newRow("too few fields") << "211,8,18" << QStringList();
+        QTest::newRow("a model that the catalogue has lost") << "210,8,18,99" << QStringList();
+        QTest::newRow("beside one that waits") << "211,8,18" << QStringList("210,8,18,7");
+    }
     void aSenselessRecordIsRemoved()
     {
-        openRepair(QStringLiteral("211,8,18"), {mouseInfo()});
-        QVERIFY(parts->says(UpgradeText::Error1) && parts->hasWayOut());
-        QCOMPARE(UpdateFailRecord::storedText(), QString());
+        QFETCH(QString, record);
+        QFETCH(QStringList, others);
+        QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
+        UpdateFailRecord::storeTexts(QStringList(record) + others);
+        dialog->setAttached({mouseInfo()});
+        dialog->show();
+        check();
+        if (others.isEmpty())
+            QVERIFY(parts->says(UpgradeText::Error1));
+        QVERIFY(parts->hasWayOut());
+        QCOMPARE(UpdateFailRecord::storedTexts(), others);
+        QCOMPARE(button.count(), 1);
+        QCOMPARE(button.at(0).at(0).toBool(), others.isEmpty());
+        check(); // of a record that makes sense, or of none
+        QCOMPARE(button.count(), others.isEmpty() ? 2 : 1);
     }
 };
 
