@@ -40,7 +40,10 @@ private slots:
                 records << UpdateFailRecord::storedText();
         });
         QSignalSpy labels(PostMsg::instance(), &PostMsg::SigLabelText);
+        QSignalSpy marks(PostMsg::instance(), &PostMsg::SigAddUpdate);
         start();
+        QVERIFY(MouseNew && ReceiverNew);
+        page->waits = true;
         QVERIFY(flow->dialog().isBusy());
         QVERIFY(!NotUpgrading && UpdateBusy);
         QTRY_COMPARE(starts(), 1);
@@ -59,6 +62,8 @@ private slots:
         QCOMPARE(bar, (QList<int>{20, 70, 100}));
         QCOMPARE(records, (QStringList{ReceiverFailed, MouseFailed}));
         QCOMPARE(UpdateFailRecord::storedText(), QString());
+        QVERIFY(!MouseNew && !ReceiverNew && !page->waits);
+        QVERIFY(marks.contains({0, false}) && marks.contains({1, false}));
         QCOMPARE(labels.at(0), (QVariantList{0, QStringLiteral("v1.03")}));
         QCOMPARE(labels.at(1), (QVariantList{1, QStringLiteral("v1.06")}));
         QCOMPARE(RegistryStore::instance().value(registry::BaseGroup, QStringLiteral("MouseVer186")),
@@ -440,6 +445,30 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail) && dialog->hasWayOut());
         QCOMPARE(dialog->bar->value(), 50);
         QCOMPARE(starts(), 1);
+    }
+
+    // Its turn has come, and the search that saw it go could not leave its page.
+    void aMouseThatIsPulledInItsTurnIsAskedFor()
+    {
+        page->receiver = QStringLiteral("v1.03");
+        open();
+        for (auto *timer : flow->findChildren<QTimer *>())
+            timer->setInterval(600000);
+        dialog->main->click();
+        flow->onDongleCheckTimer();
+        flow->onDongleCheckTimer();
+        QCOMPARE(int(UpgradeTarget), TargetMouse);
+        setDeviceList({receiverInfo()});
+        flow->onMouseCheckTimer();
+        flow->onMouseCheckTimer();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::WiredMode) && dialog->hasWayOut());
+        auto *warning = qobject_cast<NoticeDialog *>(QApplication::activeModalWidget());
+        QVERIFY(warning);
+        QCOMPARE(warning->findChild<QLabel *>(QStringLiteral("label"))->text(), told(UpgradeText::WiredMode));
+        warning->close();
+        QCOMPARE(starts(), 0);
+        QCOMPARE(fake.count("StartUsbChanged"), 1);
     }
 
     void aSecondMouseBeforeItsTurnIsWarnedOf()
