@@ -341,6 +341,9 @@ private slots:
         QFETCH(QString, record);
         QFETCH(int, stage);
         QFETCH(QString, written);
+        QFile log(dataRoot() + QStringLiteral("/Exception/UpDateLog.txt"));
+        QVERIFY(log.open(QIODevice::WriteOnly) && log.write("old") == 3);
+        log.close();
         const bool mouseFailed = record == QLatin1String(MouseFailed);
         openRepair(record, {mouseFailed ? receiverInfo() : mouseInfo()});
         QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
@@ -357,6 +360,7 @@ private slots:
         QCOMPARE(UpdateFailRecord::storedText(), written);
         QCOMPARE(button.last().at(0).toBool(), false);
         QCOMPARE(starts(), stage);
+        QCOMPARE(QFileInfo(log).size(), 0);
     }
 
     // Both lie in their boot loaders, and the record names the receiver: at no moment is there no record.
