@@ -85,6 +85,10 @@ inline void awaitMouse()
     RestartWorker = true;
 }
 
+// The mouse may be another one from here on: the read that follows a reset is not its read, and would clear
+// what it holds.
+inline void forgetReset() { ClearBlocksAfterRead = SkipReceiverQuery = false; }
+
 // DeviceList: the result of the device page's last search. Copies in, copies out.
 std::vector<DeviceAllInfo> deviceList();
 void setDeviceList(const std::vector<DeviceAllInfo> &list);

@@ -76,6 +76,7 @@ void Worker::shutDown()
 
 void Worker::SlotSelectMouseInfo(const DeviceAllInfo &SelectInfo)
 {
+    forgetReset();
     SelectedDevice::set(SelectInfo);
     pointCurrentDeviceAt(
         SelectInfo.DevicePath); // the pass may start before the device page's search has set the path

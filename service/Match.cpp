@@ -359,10 +359,13 @@ void pairing::pairSelected(const QWidget *page, const QPoint &offset)
     Match().openOver(page, offset);
     if (OnDevicePage != 1)
         return;
+    const bool succeeded = pairing::phase() == PairingPhase::Succeeded;
+    if (succeeded)
+        forgetReset();
     StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
     UsbServerC_Start(CurrentDevicePath(), CurrentDevicePath(), &ProtocolCallback);
     UsbServer_ReadAllFlashData(); // the new connection writes nothing before it knows what the mouse holds
-    if (pairing::phase() == PairingPhase::Succeeded)
+    if (succeeded)
         awaitMouse();
     else if (awaited)
         AwaitingMouse = true; // the off-line watch ends while no device page shows

@@ -317,6 +317,9 @@ void UpDateRepair::hideEvent(QHideEvent *event)
     UpgradeDialogOpen = false;
     forRepair_ = false;
     devicesAsked_.drop();
+    repair_ = RepairRoute(); // what is attached then may differ
+    if (!busy_)
+        ui->progressBar_2->hide(); // a result was read
     NoticeWindow::hideEvent(event);
 }
 
@@ -401,6 +404,8 @@ void UpDateRepair::SlotRepairCheckUpdate()
 void UpDateRepair::takeCheck(const RepairRoute::Check &check)
 {
     repair_.take(check);
+    if (!check.senseless.isEmpty()) // the selection page offers what is left
+        emit PostMsg::instance()->SigUpDateButton(UpdateFailRecord::storedTexts().isEmpty());
     if (check.verdict.ready)
         readyForm(check.verdict.offers);
     else

@@ -44,6 +44,16 @@ int attachedKind()
     return 0;
 }
 
+// As far as the last search knows.
+bool isSelectedAttached()
+{
+    const std::vector<DeviceAllInfo> devices = deviceList();
+    return std::any_of(devices.cbegin(), devices.cend(),
+                       [path = SelectedDevice::info().DevicePath](const DeviceAllInfo &device) {
+                           return device.DevicePath == path;
+                       });
+}
+
 // The record of the model that is attached; another model's waits until that one is.
 QString recordBeside(const std::vector<DeviceAllInfo> &devices)
 {
@@ -206,8 +216,8 @@ bool UpgradeFlow::takeVerdict(const GateVerdict &verdict, const QString &record)
 
 void UpgradeFlow::SlotCheckUpdate()
 {
-    // The word may have been on its way when the dialog was closed.
-    if (!dialog_.isVisible() || dialog_.isBusy() || dialog_.showsResult())
+    // The word may have been on its way when the dialog was closed, and the selection page may have it now.
+    if (!dialog_.isVisible() || dialog_.isForRepair() || dialog_.isBusy() || dialog_.showsResult())
         return;
     if (ChechIsUpDate())
         dialog_.readyForm(offered_.offers);
@@ -515,7 +525,7 @@ void UpgradeFlow::givePagesBack()
 {
     if (!RepairRunning)
         NotUpgrading = true;
-    if ((!flashed_.empty() || deviceList().empty()) && OnDevicePage == 1)
+    if ((!flashed_.empty() || !isSelectedAttached()) && OnDevicePage == 1)
         StartUsbChanged(&DevicePageUsbChanged, UsbSettleMs);
     flashed_.clear();
 }

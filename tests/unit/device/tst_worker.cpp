@@ -8,6 +8,7 @@
 #include "device/ImageCache.h"
 #include "device/Worker.h"
 #include "device/hidusb/RecordLimits.h"
+#include "device/hidusb/wire/FlashLayout.h"
 #include "tests/support/DeviceFixture.h"
 #include "tests/support/TestMain.h"
 
@@ -83,6 +84,28 @@ private slots:
     {
         QCOMPARE(SelectedDevice::cacheName(), QStringLiteral("Device_CID1A_MID03.bin"));
         QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("mouse"));
+    }
+
+    // The mouse has gone between the end of its reset and the read that follows it; what the next one holds
+    // is its own.
+    void anotherMouseIsNotClearedBehindAReset()
+    {
+        pass();
+        QVERIFY(layer.deliver(9, 0, {}));
+        QTRY_VERIFY(layer.idle());
+        QVERIFY(ClearBlocksAfterRead && SkipReceiverQuery);
+        FlashDataMap parsed;
+        memset(&parsed, 0x11, sizeof parsed);
+        layer.setParsed(parsed);
+        emit PostMsg::instance()->SigMainPageChange();
+        emit PostMsg::instance()->SigSelectMouseInfo(mouse());
+        pass();
+        QVERIFY(layer.deliver(8, 0, std::vector<uint8_t>(FlashSize)));
+        QTRY_VERIFY(layer.idle());
+        QCoreApplication::processEvents();
+        QVERIFY(hub->lines.contains(QStringLiteral("form")));
+        QCOMPARE(memcmp(&hub->record, &parsed, sizeof parsed), 0);
+        QCOMPARE(layer.count("UsbFinderC_GetLongRangeMode"), 1);
     }
 
     void onLinePassConnectsAndAsksForEverything()

@@ -551,6 +551,7 @@ private slots:
         fixture::select(receiver("r"));
         OnDevicePage = 1;
         AwaitingMouse = awaited;
+        ClearBlocksAfterRead = SkipReceiverQuery = true;
         fixture::whenModal<Match>([&](Match *match) {
             if (status != 0) {
                 match->on_MatchButton_clicked();
@@ -571,6 +572,8 @@ private slots:
                                            "UsbServer_ReadAllFlashData"}));
         QCOMPARE(bool(AwaitingMouse), awaited || status == Succeeds);
         QCOMPARE(bool(RestartWorker), status == Succeeds);
+        // A reset before it was of the mouse before.
+        QCOMPARE(ClearBlocksAfterRead && SkipReceiverQuery, status != Succeeds);
         // The callback is the device page's: it knows the battery, and no pairing.
         QSignalSpy outcome(PostMsg::instance(), &PostMsg::SigButtonEnable);
         tell(Fails);

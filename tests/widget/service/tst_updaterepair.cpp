@@ -341,6 +341,9 @@ private slots:
         QFETCH(QString, record);
         QFETCH(int, stage);
         QFETCH(QString, written);
+        QFile log(dataRoot() + QStringLiteral("/Exception/UpDateLog.txt"));
+        QVERIFY(log.open(QIODevice::WriteOnly) && log.write("old") == 3);
+        log.close();
         const bool mouseFailed = record == QLatin1String(MouseFailed);
         openRepair(record, {mouseFailed ? receiverInfo() : mouseInfo()});
         QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
@@ -357,6 +360,7 @@ private slots:
         QCOMPARE(UpdateFailRecord::storedText(), written);
         QCOMPARE(button.last().at(0).toBool(), false);
         QCOMPARE(starts(), stage);
+        QCOMPARE(QFileInfo(log).size(), 0);
     }
 
     // Both lie in their boot loaders, and the record names the receiver: at no moment is there no record.
@@ -552,11 +556,52 @@ private slots:
         QVERIFY(parts->says(UpgradeText::DialogUpgradeSuccess));
     }
 
+    // It was closed before a start. What the dialog offers next, over another page, is no repair.
+    void aCheckEndsWithTheDialog()
+    {
+        openRepair(ReceiverFailed, {mouseInfo()});
+        QVERIFY(parts->says(UpgradeText::ReadyUpdate));
+        parts->cancel->click();
+        QVERIFY(dialog->isHidden());
+        dialog->readyForm();
+        dialog->show();
+        parts->main->click();
+        QTRY_VERIFY(!dialog->isBusy());
+        QVERIFY(parts->says(UpgradeText::ErrorFile) && parts->hasWayOut());
+        QCOMPARE(starts(), 0);
+        openRepair(ReceiverFailed, {mouseInfo()});
+        parts->main->click();
+        QTRY_COMPARE(starts(), 1);
+        fail();
+        QTRY_VERIFY(!dialog->isBusy());
+    }
+
+    // Nothing is left to repair unless another one waits.
+    void aSenselessRecordIsRemoved_data()
+    {
+        QTest::addColumn<QString>("record");
+        QTest::addColumn<QStringList>("others");
+        QTest::newRow("too few fields") << "211,8,18" << QStringList();
+        QTest::newRow("a model that the catalogue has lost") << "210,8,18,99" << QStringList();
+        QTest::newRow("beside one that waits") << "211,8,18" << QStringList("210,8,18,7");
+    }
     void aSenselessRecordIsRemoved()
     {
-        openRepair(QStringLiteral("211,8,18"), {mouseInfo()});
-        QVERIFY(parts->says(UpgradeText::Error1) && parts->hasWayOut());
-        QCOMPARE(UpdateFailRecord::storedText(), QString());
+        QFETCH(QString, record);
+        QFETCH(QStringList, others);
+        QSignalSpy button(PostMsg::instance(), &PostMsg::SigUpDateButton);
+        UpdateFailRecord::storeTexts(QStringList(record) + others);
+        dialog->setAttached({mouseInfo()});
+        dialog->show();
+        check();
+        if (others.isEmpty())
+            QVERIFY(parts->says(UpgradeText::Error1));
+        QVERIFY(parts->hasWayOut());
+        QCOMPARE(UpdateFailRecord::storedTexts(), others);
+        QCOMPARE(button.count(), 1);
+        QCOMPARE(button.at(0).at(0).toBool(), others.isEmpty());
+        check(); // of a record that makes sense, or of none
+        QCOMPARE(button.count(), others.isEmpty() ? 2 : 1);
     }
 };
 

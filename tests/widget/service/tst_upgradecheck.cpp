@@ -264,6 +264,22 @@ private slots:
         QVERIFY(flow->dialog().isVisible());
     }
 
+    // The device page's search has ended behind the page, and the dialog is the selection page's by now.
+    void aRepairIsNotAskedForAnUpgrade()
+    {
+        const QWidget place;
+        setDeviceList({receiverInfo()});
+        flow->dialog().resetForm();
+        flow->dialog().noticeForm(UpgradeText::MultiMouse);
+        flow->dialog().showForRepair(&place);
+        flow->SlotCheckUpdate();
+        QVERIFY(dialog->says(UpgradeText::MultiMouse));
+        flow->dialog().close();
+        open();
+        flow->SlotCheckUpdate();
+        QVERIFY(dialog->says(UpgradeText::NoUSB));
+    }
+
     void withoutTheFolderNothingIsOffered()
     {
         firmware::clear();

@@ -61,7 +61,10 @@ private slots:
                 records << UpdateFailRecord::storedText();
         });
         QSignalSpy labels(PostMsg::instance(), &PostMsg::SigLabelText);
+        QSignalSpy marks(PostMsg::instance(), &PostMsg::SigAddUpdate);
         start();
+        QVERIFY(MouseNew && ReceiverNew);
+        page->waits = true;
         QVERIFY(flow->dialog().isBusy());
         QVERIFY(!NotUpgrading && UpdateBusy);
         QTRY_COMPARE(starts(), 1);
@@ -80,6 +83,8 @@ private slots:
         QCOMPARE(bar, (QList<int>{20, 70, 100}));
         QCOMPARE(records, (QStringList{ReceiverFailed, MouseFailed}));
         QCOMPARE(UpdateFailRecord::storedText(), QString());
+        QVERIFY(!MouseNew && !ReceiverNew && !page->waits);
+        QVERIFY(marks.contains({0, false}) && marks.contains({1, false}));
         QCOMPARE(labels.at(0), (QVariantList{0, QStringLiteral("v1.03")}));
         QCOMPARE(labels.at(1), (QVariantList{1, QStringLiteral("v1.06")}));
         QCOMPARE(RegistryStore::instance().value(registry::BaseGroup, QStringLiteral("MouseVer186")),
@@ -425,6 +430,7 @@ private slots:
         QTest::addColumn<int>("text");
         QTest::newRow("no receiver") << "m" << 0 << int(UpgradeText::NoDevice);
         QTest::newRow("nothing any more") << "" << 0 << int(UpgradeText::NoDevice);
+        QTest::newRow("two receivers and no mouse") << "rr" << 0 << int(UpgradeText::SameDevice);
         QTest::newRow("two receivers") << "mrr" << 0 << int(UpgradeText::SameDevice);
         QTest::newRow("a receiver and a boot loader") << "mr" << 1 << int(UpgradeText::SameDevice);
     }
@@ -444,8 +450,8 @@ private slots:
         QVERIFY(dialog->says(UpgradeText(text)) && dialog->hasWayOut());
         QVERIFY(page->receiverMark);
         QCOMPARE(starts(), 0);
-        // The search that saw nothing any more could not leave the page, so there is another one.
-        QCOMPARE(fake.count("StartUsbChanged"), list.empty() ? 1 : 0);
+        // The search that missed the selected device could not leave the page, so there is another one.
+        QCOMPARE(fake.count("StartUsbChanged"), lists.contains(QLatin1Char('m')) ? 0 : 1);
     }
 
     void aMouseThatIsPulledBeforeItsTurn()
@@ -460,6 +466,30 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeFail) && dialog->hasWayOut());
         QCOMPARE(dialog->bar->value(), 50);
         QCOMPARE(starts(), 1);
+    }
+
+    // Its turn has come, and the search that saw it go could not leave its page.
+    void aMouseThatIsPulledInItsTurnIsAskedFor()
+    {
+        page->receiver = QStringLiteral("v1.03");
+        open();
+        for (auto *timer : flow->findChildren<QTimer *>())
+            timer->setInterval(600000);
+        dialog->main->click();
+        flow->onDongleCheckTimer();
+        flow->onDongleCheckTimer();
+        QCOMPARE(int(UpgradeTarget), TargetMouse);
+        setDeviceList({receiverInfo()});
+        flow->onMouseCheckTimer();
+        flow->onMouseCheckTimer();
+        QTRY_VERIFY(isOver());
+        QVERIFY(dialog->says(UpgradeText::WiredMode) && dialog->hasWayOut());
+        auto *warning = qobject_cast<NoticeDialog *>(QApplication::activeModalWidget());
+        QVERIFY(warning);
+        QCOMPARE(warning->findChild<QLabel *>(QStringLiteral("label"))->text(), told(UpgradeText::WiredMode));
+        warning->close();
+        QCOMPARE(starts(), 0);
+        QCOMPARE(fake.count("StartUsbChanged"), 1);
     }
 
     void aSecondMouseBeforeItsTurnIsWarnedOf()
@@ -519,6 +549,31 @@ private slots:
         flow->SlotUpdateFrame(true);
         flow->SlotCheckUpdate();
         QVERIFY(flow->dialog().isVisible() && dialog->says(UpgradeText::DialogUpgradeFail));
+    }
+
+    // It has been read, and the next device may have firmware that waits.
+    void aResultThatWasLeftHoldsNoOfferBack_data()
+    {
+        QTest::addColumn<bool>("succeeds");
+        QTest::newRow("a success") << true;
+        QTest::newRow("a failure") << false;
+    }
+    void aResultThatWasLeftHoldsNoOfferBack()
+    {
+        QFETCH(bool, succeeds);
+        page->mouse = QStringLiteral("v1.06");
+        start();
+        endStage(1, succeeds ? succeed : fail);
+        QTRY_VERIFY(isOver());
+        dialog->main->click();
+        QVERIFY(flow->dialog().isHidden());
+        UpdateFailRecord::remove();
+        flow->showOffers();
+        flow->SlotUpdateFrame(true);
+        QVERIFY(flow->dialog().isVisible());
+        QVERIFY(dialog->says(UpgradeText::ReadyUpdate) && dialog->offersStart());
+        flow->SlotUpdateFrame(false);
+        QVERIFY(flow->dialog().isHidden());
     }
 };
 
