@@ -99,6 +99,7 @@ inline QString infoText(const char *key)
 {
     return language::text(language::Section::infoTips, key, LanguageIndex);
 }
+inline QString keyText(const char *key) { return language::text(language::Section::key, key, LanguageIndex); }
 
 template <typename Notice> bool shows(const QString &text)
 {

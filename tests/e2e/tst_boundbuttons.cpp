@@ -7,7 +7,7 @@
 #include "hub/PostMsg.h"
 #include "presentation/dialogs/FireKey.h"
 #include "presentation/dialogs/GroupKey.h"
-#include "tests/e2e/Program.h"
+#include "tests/e2e/BoundButtons.h"
 #include "tests/support/ButtonActions.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
@@ -20,19 +20,6 @@
 namespace
 {
 
-struct ButtonOf {
-    int button;
-    const char *caption;
-};
-constexpr ButtonOf Buttons[] = {
-    {0, "FireKey"}, {1, "RightKey"}, {2, "BackKey"}, {4, "StartPause"}, {3, "TopMusic"},  {5, "BackMusic"},
-    {6, "Button7"}, {7, "Button8"},  {8, "Button9"}, {9, "Button10"},   {10, "Button11"}, {11, "Button12"},
-};
-
-QAbstractButton *named(const Program &program, const char *name)
-{
-    return program.window->findChild<QAbstractButton *>(QLatin1String(name));
-}
 QString captionOf(const Program &program, const char *name) { return named(program, name)->text(); }
 
 // A left button beside the one that is tried, so that this one can always be opened.
@@ -77,8 +64,6 @@ void openFunction(Program &program, const char *caption, const char *function)
         named(program, function)->click();
     });
 }
-
-QString keyText(const char *key) { return language::text(language::Section::key, key, LanguageIndex); }
 
 void chooseFile(const QString &path)
 {

@@ -15,8 +15,8 @@ namespace
 const char Receiver1k[] = "mouse m cid 18 mid 6 version 1.05 battery 80\n"
                           "receiver r class 1k mouse m version 1.02 address a10001\n"
                           "plug r\n";
-const char Wired[] = "mouse m cid 18 mid 8 version 1.05 battery 80\n"
-                     "plug m\n";
+const char MouseOnItsCable[] = "mouse m cid 18 mid 8 version 1.05 battery 80\n"
+                               "plug m\n";
 
 } // namespace
 
@@ -32,7 +32,7 @@ private slots:
     {
         QTest::addColumn<QString>("scenario");
         QTest::newRow("behind a receiver") << QString::fromLatin1(Receiver1k);
-        QTest::newRow("on its cable") << QString::fromLatin1(Wired);
+        QTest::newRow("on its cable") << QString::fromLatin1(MouseOnItsCable);
     }
     void aDeviceIsLoaded()
     {

@@ -8,7 +8,7 @@
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
 #include "presentation/QuestionDialog.h"
-#include "tests/e2e/Program.h"
+#include "tests/e2e/BoundButtons.h"
 #include "tests/support/TestMain.h"
 
 #include <QLineEdit>
@@ -20,15 +20,8 @@ using namespace macro;
 namespace
 {
 
-struct ButtonOf {
-    int button;
-    const char *caption;
-};
-// In the order in which everything walks the buttons; button 0 stays the left one.
-constexpr ButtonOf Buttons[] = {
-    {1, "RightKey"}, {2, "BackKey"}, {4, "StartPause"}, {3, "TopMusic"},  {5, "BackMusic"}, {6, "Button7"},
-    {7, "Button8"},  {8, "Button9"}, {9, "Button10"},   {10, "Button11"}, {11, "Button12"},
-};
+// Button 0 stays the left one.
+const std::vector<ButtonOf> OthersThanLeft(std::begin(Buttons) + 1, std::end(Buttons));
 
 MacroRows presses(int count, const char *key = "A")
 {
@@ -39,11 +32,6 @@ MacroRows presses(int count, const char *key = "A")
             rows << delayRow(quint32(i * 37));
     }
     return rows;
-}
-
-QAbstractButton *named(const Program &program, const char *name)
-{
-    return program.window->findChild<QAbstractButton *>(QLatin1String(name));
 }
 
 QToolButton *macroButton(const Program &program, const QString &name)
@@ -61,6 +49,21 @@ void bind(const Program &program, const char *caption, const QString &name)
     named(program, "DPI_10")->click();
     if (auto *const button = macroButton(program, name))
         button->click();
+}
+
+void saveAndBind(Program &program, int events)
+{
+    program.script.step("bound", always, [&program, events] {
+        saveMacro("Burst", 254, presses(events));
+        bind(program, "RightKey", "Burst");
+    });
+    program.expect("in flash", [&program] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
+}
+
+// The mouse sleeps, so the notice of what was just tried comes.
+void acceptRefusal(Program &program)
+{
+    program.script.step("the notice", isShown<MouseOffLine>, [] { answer<MouseOffLine>("OK"); });
 }
 
 // By the keyboard, of the macro that is chosen.
@@ -116,7 +119,7 @@ private slots:
             wanted = DeviceRecord::copy();
             saveMacro("Burst of fire", 7, presses(70));
         });
-        for (const ButtonOf &each : Buttons) {
+        for (const ButtonOf &each : OthersThanLeft) {
             program.script.step(each.caption, always, [&, each] {
                 setMacro(&wanted, each.button, "Burst of fire", 7, presses(70));
                 bind(program, each.caption, "Burst of fire");
@@ -125,20 +128,20 @@ private slots:
             arrived("bound");
         }
         program.script.step("a save", always, [&] {
-            for (const ButtonOf &each : Buttons)
+            for (const ButtonOf &each : OthersThanLeft)
                 setMacro(&wanted, each.button, "Burst of fire", 7, presses(9, "B"));
             saveMacro("Burst of fire", 254, presses(9, "B"));
             emit PostMsg::instance()->SigUpDataMacro("Burst of fire", 0);
         });
         arrived("saved");
         program.script.step("its cycle mode", always, [&] {
-            for (const ButtonOf &each : Buttons)
+            for (const ButtonOf &each : OthersThanLeft)
                 wanted.KeyBindings[each.button].Second = 254;
             emit PostMsg::instance()->SigUpDataMacro("Burst of fire", 1);
         });
         arrived("with the mode");
         program.script.step("a new name", always, [&] {
-            for (const ButtonOf &each : Buttons)
+            for (const ButtonOf &each : OthersThanLeft)
                 renameBlock(&wanted.MacroBlocks[each.button], "Tap");
             QVERIFY(renameMacro("Burst of fire", "Tap"));
             emit PostMsg::instance()->SigMacroRename("Burst of fire", "Tap");
@@ -151,9 +154,9 @@ private slots:
                                                {7, 0, 0},  {7, 0, 0}, {4, 10, 3}, {0, 0, 0}};
             // The catalogue gives two buttons a media key and a combination. Their blocks are cleared behind
             // them, which the next record takes along.
-            for (const ButtonOf &each : Buttons) {
+            for (const ButtonOf &each : OthersThanLeft) {
                 wanted.KeyBindings[each.button] = Defaults[each.button];
-                if (each.button != std::end(Buttons)[-1].button)
+                if (each.button != OthersThanLeft.back().button)
                     wanted.KeySequences[each.button] = {};
             }
             wanted.KeyBindings[3] = wanted.KeyBindings[5] = {5, 0, 0};
@@ -168,11 +171,7 @@ private slots:
     {
         Program program;
         program.open(QStringLiteral("r2"));
-        program.script.step("bound", always, [&] {
-            saveMacro("Burst", 254, presses(70));
-            bind(program, "RightKey", "Burst");
-        });
-        program.expect("in flash", [&] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
+        saveAndBind(program, 70);
         program.click("UpArrow");
         program.script.step("forgotten", always, [] { QVERIFY(removeMacro("Burst")); });
         program.open(QStringLiteral("r2"));
@@ -205,11 +204,7 @@ private slots:
                    sameEvents(held.MacroBlocks[1], savedBlock(name, rows));
         };
         program.open(QStringLiteral("r2"));
-        program.script.step("bound", always, [&] {
-            saveMacro("Burst", 254, presses(3));
-            bind(program, "RightKey", "Burst");
-        });
-        program.expect("in flash", [&] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
+        saveAndBind(program, 3);
         chooseMacro(program);
         program.script.step("edited", always, [&] {
             auto *const page = program.window->findChild<QWidget *>(QStringLiteral("Macro"));
@@ -220,7 +215,7 @@ private slots:
             program.order("radio m2 off");
         program.click("Save");
         if (then == "the mouse sleeps") {
-            program.script.step("the notice", isShown<MouseOffLine>, [] { answer<MouseOffLine>("OK"); });
+            acceptRefusal(program);
             program.order("radio m2 on");
             program.waitForLoad();
         } else if (then == "it is renamed") {
@@ -253,15 +248,11 @@ private slots:
         Program program;
         const auto caption = [&] { return named(program, "RightKey")->text(); };
         program.open(QStringLiteral("r2"));
-        program.script.step("bound", always, [&] {
-            saveMacro("Burst", 254, presses(3));
-            bind(program, "RightKey", "Burst");
-        });
-        program.expect("in flash", [&] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
+        saveAndBind(program, 3);
         chooseMacro(program);
         program.order("radio m2 off");
         renameByKey(program, "Tap");
-        program.script.step("the notice", isShown<MouseOffLine>, [] { answer<MouseOffLine>("OK"); });
+        acceptRefusal(program);
         program.script.step("one macro", always, [&] {
             QCOMPARE(macroNames(), QStringList("Tap"));
             QCOMPARE(caption(), QString("Macro: Tap"));

@@ -37,8 +37,6 @@ int keptRate(const QString &name)
     return ImageCacheRead(name, &kept) ? int(kept.ReportRate) : -1;
 }
 
-QString keyText(const char *key) { return language::text(language::Section::key, key, LanguageIndex); }
-
 bool sameFlash(const FlashImage &a, const FlashImage &b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
 KeySequence someSequence()

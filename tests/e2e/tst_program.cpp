@@ -20,12 +20,12 @@
 namespace
 {
 
-struct RateRow {
+struct RateCase {
     const char *button;
     int code;
     bool shownBy1k;
 };
-const RateRow Rates[] = {
+const RateCase Rates[] = {
     {"Button125HZ", 8, true},    {"Button250HZ", 4, true},    {"Button500HZ", 2, true},
     {"Button1000HZ", 1, true},   {"Button2000HZ", 16, false}, {"Button4000HZ", 32, false},
     {"Button8000HZ", 64, false},
@@ -58,7 +58,7 @@ private slots:
         Watchdog watchdog;
         program.open(plug);
         program.click("SensorButton");
-        for (const RateRow &row : Rates) {
+        for (const RateCase &row : Rates) {
             if (is1k && !row.shownBy1k)
                 continue;
             program.click(row.button);
@@ -108,7 +108,7 @@ private slots:
         });
         program.expect("page follows", [&] {
             const int code = program.bus.flash("m1").ReportRate;
-            for (const RateRow &row : Rates)
+            for (const RateCase &row : Rates)
                 if (row.code == code)
                     return code != 1 && windows::isChecked(QString::fromLatin1(row.button));
             return false;

@@ -20,14 +20,14 @@ const char BothLinks[] = "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
                          "mouse m2 cid 18 mid 7 version 1.06 battery 10\n"
                          "plug m2\nplug r1\n";
 
-template <typename Control = QWidget> Control *control(const char *name)
+template <typename Control = QWidget> Control *shownControl(const char *name)
 {
     return windows::visible<Control>(QLatin1String(name));
 }
 
 QString shown(const char *label)
 {
-    const QLabel *const found = control<QLabel>(label);
+    const QLabel *const found = shownControl<QLabel>(label);
     return found ? found->text() : QString();
 }
 
@@ -48,7 +48,7 @@ private:
             return !UpDateRepair::instance()->isVisible();
         });
         program.click("FormSetting");
-        program.expect("page", [] { return control("comboBox") != nullptr; });
+        program.expect("page", [] { return shownControl("comboBox") != nullptr; });
     }
 
 private slots:
@@ -78,11 +78,11 @@ private slots:
         openPage(program, "r1");
         program.script.step("an edit", always, [] { SetReportRateByte(); });
         program.expect("written", [&] { return program.agrees("m1"); });
-        program.script.step("reset", always, [] { control<QAbstractButton>("Reset")->click(); });
+        program.script.step("reset", always, [] { shownControl<QAbstractButton>("Reset")->click(); });
         program.script.step("question", isShown<ContainReset>, [] { answer<ContainReset>("OK"); });
         program.expect("wait", isShown<UpDataParam>);
         program.expect("done", [&] { return isGone<UpDataParam>() && program.agrees("m1") && quietState(); });
-        program.expect("the page stays", [] { return control("Reset") != nullptr; });
+        program.expect("the page stays", [] { return shownControl("Reset") != nullptr; });
         QCOMPARE(program.script.run(), QString());
         QVERIFY(program.bus.record("m1").ReportRate != EditedRate);
     }
@@ -96,7 +96,7 @@ private slots:
         program.script.step("before", always, [&] { before = program.bus.record("m1"); });
         program.order("radio m1 off");
         program.expect("out of reach", [] { return !UsbFinderC_GetDeviceOnLine(CurrentDevicePath()); });
-        program.script.step("reset", always, [] { control<QAbstractButton>("Reset")->click(); });
+        program.script.step("reset", always, [] { shownControl<QAbstractButton>("Reset")->click(); });
         program.expect("notice", [] { return shows<MouseOffLine>(infoText("DialogOffline")); });
         program.script.step("answer", always, [] { answer<MouseOffLine>("NewHong"); });
         program.expect("answered", isGone<MouseOffLine>);

@@ -35,7 +35,7 @@ struct Receiver {
     const char *slot;
 };
 
-struct Row {
+struct DeliveryRow {
     const char *signature;
     Delivery delivery;
     void (*emission)(PostMsg *);
@@ -44,9 +44,9 @@ struct Row {
 
 DongleRGB color{};
 
-const std::vector<Row> &rows()
+const std::vector<DeliveryRow> &rows()
 {
-    static const std::vector<Row> table = {
+    static const std::vector<DeliveryRow> table = {
         {"SigUpDataConfigUI(int,int,bool)",
          Blocking,
          [](PostMsg *hub) { emit hub->SigUpDataConfigUI(4, 1, true); },
@@ -351,7 +351,7 @@ private:
         QObject *const found = object(wanted.className);
         return found && found->metaObject()->indexOfSlot(wanted.slot) >= 0 ? found : nullptr;
     }
-    std::vector<QObject *> receivers(const Row &row) const
+    std::vector<QObject *> receivers(const DeliveryRow &row) const
     {
         std::vector<QObject *> found;
         for (const Receiver &each : row.receivers)
@@ -406,7 +406,7 @@ private slots:
     void everyReceiverThatExistsIsConnectedOnce()
     {
         int seen = 0;
-        for (const Row &row : rows())
+        for (const DeliveryRow &row : rows())
             for (const Receiver &each : row.receivers)
                 if (QObject *const there = receiver(each)) {
                     const QByteArray name = QByteArray(row.signature) + " to " + each.className;
@@ -424,7 +424,7 @@ private slots:
     void theEmitterWaitsForEveryReceiver()
     {
         QFETCH(int, index);
-        const Row &row = rows()[std::size_t(index)];
+        const DeliveryRow &row = rows()[std::size_t(index)];
         const std::vector<QObject *> wanted = receivers(row);
         Emitter emitter(row.emission);
         CallWatch watch(wanted, emitter);
@@ -438,7 +438,7 @@ private slots:
     void theEmitterGoesOnAndTheMainThreadTakesIt()
     {
         QFETCH(int, index);
-        const Row &row = rows()[std::size_t(index)];
+        const DeliveryRow &row = rows()[std::size_t(index)];
         const std::vector<QObject *> wanted = receivers(row);
         Emitter emitter(row.emission);
         CallWatch watch(wanted, emitter);

@@ -80,7 +80,7 @@ void note(const QWidget *window, QSet<QString> &seen)
                 seen << each.next().captured(1);
 }
 
-std::vector<std::unique_ptr<NoticeDialog>> everyNotice()
+std::vector<std::unique_ptr<NoticeDialog>> noticeWindows()
 {
     std::vector<std::unique_ptr<NoticeDialog>> all;
     all.push_back(std::make_unique<MouseOffLine>());
@@ -165,7 +165,7 @@ private:
         fake.setRunsWatchAtStart(false); // which would lead back to the tiles
         for (int model = 0; model < 4; ++model)
             walkPages(window, model, seen);
-        for (const auto &notice : everyNotice()) {
+        for (const auto &notice : noticeWindows()) {
             notice->show();
             note(notice.get(), seen);
         }
