@@ -8,6 +8,7 @@
 #include "environment/MacroName.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
+#include "presentation/SkinStyle.h"
 #include "presentation/UpDataParam.h"
 #include "presentation/language/LanguageTables.h"
 #include "tests/support/TestMain.h"
@@ -414,17 +415,20 @@ private slots:
     // But only where that takes no more lines than any other break.
     void aTextOfSeveralLinesBreaksBehindItsSentences()
     {
-        QuestiondialogB notice;
-        notice.show();
-        auto *const label = notice.findChild<QLabel *>("label");
-        const auto drawn = [label](const QString &text) {
-            label->setText(text);
-            return label->grab().toImage();
+        SkinStyle skin;
+        QLabel label;
+        label.setStyle(&skin);
+        label.setWordWrap(true);
+        label.setAlignment(Qt::AlignCenter);
+        const QString last = "The last one is of eight words altogether.";
+        label.resize(label.fontMetrics().size(0, last).width() + 4, 200);
+        const auto drawn = [&label](const QString &text) {
+            label.setText(text);
+            return label.grab().toImage();
         };
-        const QString two = "Two identical devices are connected. Unplug one to continue.";
+        const QString two = "One. " + last, four = "One. Two. Three. " + last;
         QCOMPARE(drawn(two), drawn(QString(two).replace(". ", ".\n")));
-        const QString many = "One. Two. Three. Four. " + two;
-        QVERIFY(drawn(many) != drawn(QString(many).replace(". ", ".\n")));
+        QVERIFY(drawn(four) != drawn(QString(four).replace(". ", ".\n")));
     }
 
     void enterInTheFieldTakesTheName()
