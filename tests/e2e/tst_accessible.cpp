@@ -222,9 +222,9 @@ private slots:
         const QTemporaryDir home;
         QVERIFY(QDir(home.path()).mkdir(QStringLiteral("a folder")));
         QVERIFY(QFile(home.filePath(QStringLiteral("a file.bin"))).open(QIODevice::WriteOnly));
-        const QByteArray before = qgetenv("HOME");
+        const QByteArray homeBefore = qgetenv("HOME");
         qputenv("HOME", QFile::encodeName(home.path()));
-        const auto restored = qScopeGuard([&] { qputenv("HOME", before); });
+        const auto restored = qScopeGuard([&] { qputenv("HOME", homeBefore); });
         Program program;
         AccessibleBus &bus = *bus_;
         const QString filter = QStringLiteral("Image (*.bin)");
