@@ -255,7 +255,8 @@ private slots:
             [] {
                 const auto tiles = windows::attached();
                 return tiles.size() == 2 && windows::visible(Program::tile(QStringLiteral("r1"))) &&
-                       std::all_of(tiles.begin(), tiles.end(), [](const auto &tile) { return tile.Mid == 6; });
+                       std::all_of(tiles.begin(), tiles.end(),
+                                   [](const auto &tile) { return tile.Mid == 6; });
             },
             [] { windows::click(Program::tile(QStringLiteral("r1"))); });
         program.script.step("the question", isShown<RePair>, [] { answer<RePair>("Cancel"); });
