@@ -243,7 +243,12 @@ void Buttoninterface::SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool It
     profiles_->show(ToTalItem, SelectIndex, ItemEnable);
 }
 
-void Buttoninterface::on_ProjectChoose_activated(int index) { profiles_->choose(index); }
+void Buttoninterface::on_ProjectChoose_activated(int index)
+{
+    if (!ButtonPageBusy)
+        sendWaitingMacros(); // saved for the buttons of the profile that is left
+    profiles_->choose(index);
+}
 
 void Buttoninterface::on_Reset_clicked() { runFactoryReset(this); }
 

@@ -364,6 +364,25 @@ private slots:
         QCOMPARE(offLine.count(), 0);
     }
 
+    void anotherProfileIsChosenBehindWhatWaits()
+    {
+        bindAll("Burst");
+        saveMacro("Burst", 17, presses(5));
+        for (int button = 2; button < 12; ++button)
+            expectMacro(button, "Burst", 17, presses(5));
+        bool wasSent = false;
+        QTimer::singleShot(0, &macroPage, [&] {
+            FakeHidUsb &fake = FakeHidUsb::instance();
+            const std::size_t before = fake.calls().size();
+            page().form.on_ProjectChoose_activated(1);
+            wasSent = isWanted();
+            QCOMPARE(fake.calls().back(), std::string("UsbServer_SetCurrentConfig 1"));
+            QVERIFY(fake.calls().size() > before + 10);
+        });
+        emit PostMsg::instance()->SigUpDataMacro("Burst", 0);
+        QVERIFY(wasSent);
+    }
+
     // Rows of buttons that this mouse lacks keep the captions of the one before.
     void aButtonThatTheModelLacksIsNotWritten_data()
     {
