@@ -4,43 +4,13 @@
 
 #include "presentation/StyleSheets.h"
 #include "presentation/ToolkitDialog.h"
+#include "presentation/WellName.h"
 
 #include <QColorDialog>
 #include <QLabel>
 
 namespace
 {
-
-// Tells a screen reader the colour on which the arrow keys stand in one of the dialog's two fields of
-// colours, which the toolkit only draws.
-class WellName : public QObject
-{
-    Q_OBJECT
-
-public:
-    using ColorAt = QColor (*)(int index);
-
-    // `colorAt` counts down the columns of `rows` colours.
-    WellName(QWidget *well, const QString &caption, int rows, ColorAt colorAt)
-        : QObject(well), well_(well), caption_(caption), rows_(rows), colorAt_(colorAt)
-    {
-        well->setProperty("accessibleRole", QStringLiteral("list"));
-        connect(well, SIGNAL(currentChanged(int, int)), this, SLOT(tell(int, int)));
-    }
-
-private slots:
-    void tell(int row, int column)
-    {
-        const QColor color = colorAt_(row + column * rows_);
-        well_->setAccessibleName(QStringLiteral("%1: %2").arg(caption_, color.name().toUpper()));
-    }
-
-private:
-    QWidget *const well_;
-    const QString caption_;
-    const int rows_;
-    const ColorAt colorAt_;
-};
 
 void nameWells(const QColorDialog &dialog)
 {
@@ -76,5 +46,3 @@ QColorDialog *makeColorDialog(QWidget *parent)
     styleToolkitDialog(dialog);
     return dialog;
 }
-
-#include "ColorDialog.moc"
