@@ -277,6 +277,20 @@ void addStacked(const QWidget *window, const QVector<QWidget *> &controls, QStri
                 found << "overlap: " + place(controls[i]) + ", " + place(controls[j]);
 }
 
+// A step against the direction of reading. Marks on a picture go by their numbers.
+void addJump(const QWidget *window, const QVector<QWidget *> &reached, const QWidget *next,
+             QStringList &jumps)
+{
+    if (reached.isEmpty() || next->objectName().startsWith("Number"))
+        return;
+    const QRect from = placeIn(window, reached.last());
+    const QRect to = placeIn(window, next);
+    const bool up = to.bottom() < from.top() && to.left() < from.right();
+    const bool left = to.right() < from.left() && to.top() <= from.bottom();
+    if (up || left)
+        jumps << QString("back from %1 to %2").arg(place(reached.last()), place(next));
+}
+
 } // namespace
 
 void watchTexts() { QApplication::setStyle(new TextSwitch(QApplication::style())); }
@@ -405,7 +419,7 @@ QStringList faintControls(QWidget *window)
 
 QStringList ofTheKeyboard(QWidget *window)
 {
-    QStringList found;
+    QStringList found, jumps;
     QVector<QWidget *> reached;
     QApplication::setActiveWindow(window);
     window->setFocus(Qt::TabFocusReason);
@@ -415,6 +429,7 @@ QStringList ofTheKeyboard(QWidget *window)
         QWidget *focus = QApplication::focusWidget();
         if (!focus || focus == window || reached.contains(focus) || reached.size() > 300)
             break;
+        addJump(window, reached, focus, jumps); // while the page is scrolled to it
         reached << focus;
         const auto *ring = window->findChild<QWidget *>("FocusOutline");
         if (!ring || !ring->isVisible()) {
@@ -433,16 +448,8 @@ QStringList ofTheKeyboard(QWidget *window)
         if (isControl(widget) && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus) &&
             !reached.contains(widget) && !qobject_cast<QScrollBar *>(widget))
             found << "not reached: " + place(widget);
-    // The road ends once, at its last control. Marks on a picture go by their numbers.
-    QStringList jumps;
-    for (int i = 0; i < reached.size(); ++i) {
-        const QWidget *next = reached[(i + 1) % reached.size()];
-        const QRect from = placeIn(window, reached[i]);
-        const QRect to = placeIn(window, next);
-        if (to.bottom() < from.top() && to.left() < from.right() && !next->objectName().startsWith("Number"))
-            jumps << QString("back from %1 to %2").arg(place(reached[i]), place(next));
-    }
-    if (jumps.size() > 1)
+    addJump(window, reached, reached.value(0), jumps);
+    if (jumps.size() > 1) // the road ends once, at its last control
         found << jumps;
     return found;
 }
