@@ -269,6 +269,12 @@ QString tipOver(QWidget *widget)
     return text;
 }
 
+void addStrayTip(QWidget *widget, QStringList &found)
+{
+    if (!widget->toolTip().isEmpty() && tipOver(widget) == "outside")
+        found << "tip outside: " + place(widget);
+}
+
 void addStacked(const QWidget *window, const QVector<QWidget *> &controls, QStringList &found)
 {
     for (int i = 0; i < controls.size(); ++i)
@@ -327,6 +333,7 @@ QStringList in(QWidget *window)
                 found << "cut: " + place(widget);
         if (!isInList(widget) && !window->rect().contains(placeIn(window, widget)))
             found << "outside: " + place(widget);
+        addStrayTip(widget, found);
         if (!isControl(widget))
             continue;
         controls << widget;
@@ -354,6 +361,7 @@ QStringList inLongTexts(QWidget *window)
                 found << "cut: " + place(widget);
         if (!isInList(widget) && !window->rect().contains(placeIn(window, widget)))
             found << "outside: " + place(widget);
+        addStrayTip(widget, found);
         if (isControl(widget))
             controls << widget;
     }

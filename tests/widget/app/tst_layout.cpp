@@ -162,7 +162,7 @@ private slots:
         QTRY_VERIFY(fake.idle());
         QTRY_VERIFY(window.findChild<PermissionHint *>()->isVisible());
         QCOMPARE(window.findChildren<mytoolButtonEnter *>().size(), tiles);
-        check(&window);
+        checkWithKeys(&window);
     }
 
     void devicePages()
@@ -271,6 +271,7 @@ private slots:
             QCOMPARE(dialog->findChild<QToolButton *>("BlueButton")->text(), largest);
             check(&window);
         }
+        checkWithKeys(&window);
         QCOMPARE(dialog->findChild<QToolButton *>("LightYellowButton")->isVisible(), stages == 8);
         QTRY_VERIFY(fake.idle());
     }
@@ -297,6 +298,7 @@ private slots:
                 QVERIFY(open->isVisible());
                 check(&window);
             }
+            checkWithKeys(&window);
         }
         fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         open->click();
@@ -343,6 +345,8 @@ private slots:
                     if (bar->value() == bar->maximum())
                         break;
                 }
+                if (mode == Breathing) // shows every control
+                    checkWithKeys(&window);
             }
         QTRY_VERIFY(fake.idle());
     }
@@ -453,6 +457,7 @@ private slots:
         emit PostMsg::instance()->SigLabelText(0, "v12.0A");
         emit PostMsg::instance()->SigLabelText(1, "v12.0B");
         QScrollBar *bar = page->findChild<QScrollArea *>("scrollArea")->verticalScrollBar();
+        checkWithKeys(&window);
         for (const int language : {0, 1, 2}) {
             emit PostMsg::instance()->SigAllLanguage(language);
             for (int at = 0; at < bar->maximum(); at += bar->pageStep() / 2) {
@@ -522,12 +527,12 @@ private slots:
         dialog.show();
         checkWithKeys(&dialog);
         dialog.readyForm();
-        check(&dialog);
+        checkWithKeys(&dialog);
         dialog.busyForm();
         check(&dialog);
         for (const UpgradeTextRow &row : UpgradeTextRows) {
             dialog.noticeForm(row.text);
-            check(&dialog);
+            checkWithKeys(&dialog);
         }
     }
 
@@ -542,7 +547,7 @@ private slots:
         LightModeSet light;
         for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &light}) {
             dialog->show();
-            check(dialog);
+            checkWithKeys(dialog);
         }
         for (int mode = 0; mode < 6; ++mode) {
             light.findChild<QComboBox *>("LightMod")->setCurrentIndex(mode);
@@ -591,17 +596,17 @@ private slots:
                 QStringLiteral("dev"), wired ? uint16_t(fixture::CableKind) : uint16_t(Receiver1K)));
             Match match(&attached);
             match.show();
-            check(&match);
+            checkWithKeys(&match);
             if (wired)
                 continue;
             match.on_MatchButton_clicked();
             for (int i = 0; i < 4; ++i)
                 match.onTextTimeupDestroy(); // as long as the text gets
-            check(&match);
+            checkWithKeys(&match);
             pairing::end(PairingPhase::Failed);
             for (const int outcome : {0, 1}) {
                 emit PostMsg::instance()->SigButtonEnable(outcome);
-                check(&match);
+                checkWithKeys(&match);
             }
         }
     }
