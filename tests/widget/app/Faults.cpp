@@ -269,6 +269,23 @@ QString tipOver(QWidget *widget)
     return text;
 }
 
+// A dialog's road begins anew behind the cross in its corner, with what is to be read first.
+void addLateCross(const QWidget *window, const QVector<QWidget *> &reached, QStringList &found)
+{
+    const auto isCross = [](const QWidget *each) { return each->objectName() == "CloseButton"; };
+    const auto cross = std::find_if(reached.begin(), reached.end(), isCross);
+    if (cross == reached.end() || window->findChild<QWidget *>("MinButton"))
+        return;
+    const QWidget *next = cross + 1 == reached.end() ? reached.first() : *(cross + 1);
+    for (const QWidget *each : reached) {
+        const QRect place = placeIn(window, each);
+        const QRect first = placeIn(window, next);
+        if (!isCross(each) &&
+            (place.bottom() < first.top() || (place.top() <= first.bottom() && place.right() < first.left())))
+            found << QString("%1 comes late").arg(faults::place(each));
+    }
+}
+
 void addStrayTip(QWidget *widget, QStringList &found)
 {
     if (!widget->toolTip().isEmpty() && tipOver(widget) == "outside")
@@ -457,6 +474,7 @@ QStringList ofTheKeyboard(QWidget *window)
             !reached.contains(widget) && !qobject_cast<QScrollBar *>(widget))
             found << "not reached: " + place(widget);
     addJump(window, reached, reached.value(0), jumps);
+    addLateCross(window, reached, found);
     if (jumps.size() > 1) // the road ends once, at its last control
         found << jumps;
     return found;
