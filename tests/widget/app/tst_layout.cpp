@@ -14,6 +14,7 @@
 #include "macro/Macro.h"
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
+#include "presentation/FileDialog.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -39,6 +40,7 @@
 
 #include <QColorDialog>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -518,6 +520,23 @@ private slots:
             faults::faintTexts(dialog) + faults::faintControls(dialog) + faults::ofTheKeyboard(dialog);
         QCOMPARE(found.join('\n'), QString());
         dialog->reject();
+    }
+
+    void fileDialogs()
+    {
+        QStringList found;
+        int seen = 0;
+        const auto look = [&](QFileDialog *dialog) {
+            found << faults::faintTexts(dialog) + faults::faintControls(dialog);
+            ++seen;
+            dialog->reject();
+        };
+        fixture::whenModal<QFileDialog>(look);
+        filedialog::askForFile(nullptr, "File(*.bin)");
+        fixture::whenModal<QFileDialog>(look);
+        filedialog::askForNewFile(nullptr, "File(*.bin)", "bin", "Name.bin");
+        QCOMPARE(found.join('\n'), QString());
+        QCOMPARE(seen, 2);
     }
 
     // Each of its forms, with each of its texts.
