@@ -84,6 +84,10 @@ void DialogMain::connectSignals()
     connect(hub, SIGNAL(SigChangeSize(int)), this, SLOT(SlotChangeSize(int)));
     connect(hub, SIGNAL(SigMouseOffLineo(int)), this, SLOT(SlotMouseOffLine(int)));
     connect(hub, SIGNAL(SigUpPageLight()), this, SLOT(SlotUpPageLight()));
+    // Decoded after the tile is drawn as one under the pointer, so that a click on it does not wait for them.
+    connect(dialogChange_, &DialogChange::tileEntered, dialog_, [this](const DeviceAllInfo &device) {
+        QTimer::singleShot(0, dialog_, [this, device] { dialog_->loadPictures(device); });
+    });
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
         if (!staysForUpgrade())
             return;
