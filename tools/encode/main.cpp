@@ -14,7 +14,8 @@
 #include <sstream>
 #include <sys/stat.h>
 
-constexpr std::size_t SizeLimit = 1024 * 1024; // of a source, which may be a device that never ends
+// Of a source, which may be a device that never ends.
+constexpr std::size_t SizeLimit = std::size_t{1024} * 1024;
 
 static std::string besideIt(const std::string &path, const char *name)
 {
