@@ -14,6 +14,8 @@ namespace
 
 using Items = std::vector<std::string>;
 
+constexpr std::size_t LineLimit = 1000;
+
 std::string trimmed(const std::string &text)
 {
     const auto first = text.find_first_not_of(" \t\r");
@@ -71,6 +73,16 @@ public:
     {
         return countsEachDpi(sensor(), values_.at("DPIRange").items, header_);
     }
+    // The first of the actions that is of no button of the model, or empty.
+    std::string actionOfNoButton() const
+    {
+        for (const auto &[name, value] : values_) {
+            if (catalogueKey(name)->form == KeyForm::DefaultAction &&
+                name.back() - '0' > number("KeyNumber", 0))
+                return name;
+        }
+        return {};
+    }
     const std::string &sensor() const { return values_.at("Sensor").items.front(); }
     bool hasDpisInRange() const
     {
@@ -117,6 +129,8 @@ public:
     bool take(const std::string &line)
     {
         ++line_;
+        if (line.size() > LineLimit)
+            return fail(line_, "is longer than " + std::to_string(LineLimit) + " characters");
         if (line.empty() || line.front() == ';')
             return true;
         if (!isPrintableAscii(line))
@@ -126,7 +140,7 @@ public:
     bool end()
     {
         if (section_.empty())
-            return fail(line_, "has no [Option]");
+            return fail(0, "has no [Option]");
         if (!endSection())
             return false;
         const int models = int(mids_.size());
@@ -234,6 +248,10 @@ private:
                         "DPIRange holds a DPI that the sensor " + check.sensor() + " cannot count");
         if (!check.hasDpisInRange())
             return misfit("DPIGrade");
+        const std::string action = check.actionOfNoButton();
+        if (!action.empty())
+            return fail(values_.at(action).line, action + " is of no button, since KeyNumber is " +
+                                                     values_.at("KeyNumber").items.front());
         return true;
     }
     // A value that is in form, but not together with others of the model.
