@@ -73,16 +73,6 @@ public:
     {
         return countsEachDpi(sensor(), values_.at("DPIRange").items, header_);
     }
-    // The first of the actions that is of no button of the model, or empty.
-    std::string actionOfNoButton() const
-    {
-        for (const auto &[name, value] : values_) {
-            if (catalogueKey(name)->form == KeyForm::DefaultAction &&
-                name.back() - '0' > number("KeyNumber", 0))
-                return name;
-        }
-        return {};
-    }
     const std::string &sensor() const { return values_.at("Sensor").items.front(); }
     bool hasDpisInRange() const
     {
@@ -248,10 +238,6 @@ private:
                         "DPIRange holds a DPI that the sensor " + check.sensor() + " cannot count");
         if (!check.hasDpisInRange())
             return misfit("DPIGrade");
-        const std::string action = check.actionOfNoButton();
-        if (!action.empty())
-            return fail(values_.at(action).line, action + " is of no button, since KeyNumber is " +
-                                                     values_.at("KeyNumber").items.front());
         return true;
     }
     // A value that is in form, but not together with others of the model.
