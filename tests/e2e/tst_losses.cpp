@@ -309,8 +309,7 @@ private slots:
             auto *const icon = windows::visible<QLabel>(QStringLiteral("label_4"));
             return icon && icon->styleSheet().contains(QLatin1String("OnLineUsb.png"));
         });
-        program.click("Button250HZ");
-        program.expect("by cable", [&] {
+        program.clickUntil("Button250HZ", "m1", [&] {
             return program.bus.flash("m1").ReportRate == 4 &&
                    program.bus.emulated.reportCount("m1", wire::Command::FlashWrite) > 0;
         });
