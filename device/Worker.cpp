@@ -137,6 +137,7 @@ void Worker::pass(const DeviceAllInfo &selected)
     const bool online = UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0;
     if (isLeft())
         return;
+    FullReadAwaited = true;
     SelectedDevice::setOnline(online);
     if (online) {
         announceLoad();

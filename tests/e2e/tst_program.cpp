@@ -90,8 +90,7 @@ private slots:
         Watchdog watchdog;
         program.open(QStringLiteral("r1"));
         program.click("SensorButton");
-        program.click("Button500HZ");
-        program.expect("500 Hz", [&] { return program.bus.flash("m1").ReportRate == 2; });
+        program.clickUntil("Button500HZ", "m1", [&] { return program.bus.flash("m1").ReportRate == 2; });
         program.order("radio m1 off");
         program.click("Button125HZ");
         program.expect("notice", [] { return windows::shown<MouseOffLine>() != nullptr; });
@@ -139,8 +138,7 @@ private slots:
         Program program;
         program.open(QStringLiteral("r1"));
         program.click("SensorButton");
-        program.click("Button250HZ");
-        program.expect("250 Hz", [&] { return program.bus.flash("m1").ReportRate == 4; });
+        program.clickUntil("Button250HZ", "m1", [&] { return program.bus.flash("m1").ReportRate == 4; });
         program.click("UpArrow");
         program.expect("tiles", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); });
         program.script.step("cache", always, [&] { name = SelectedDevice::imageName(); });
@@ -163,8 +161,7 @@ private slots:
         Program program;
         program.open(QStringLiteral("r1"));
         program.click("SensorButton");
-        program.click("Button250HZ");
-        program.expect("250 Hz", [&] { return program.bus.flash("m1").ReportRate == 4; });
+        program.clickUntil("Button250HZ", "m1", [&] { return program.bus.flash("m1").ReportRate == 4; });
         program.expect("taken charge of",
                        [&] { return program.bus.emulated.receiver("r1")->driverStatus == 1; });
         bool accepted = false;

@@ -113,7 +113,7 @@ private slots:
         pass();
         QCOMPARE(callNames(), QStringList({Question, Question}) + Connection);
         QCOMPARE(hub->lines, QStringList{"wait 0"});
-        QVERIFY(MouseOnline && ReadStartedOnline && DataLoaded && !WorkerArmed);
+        QVERIFY(MouseOnline && ReadStartedOnline && DataLoaded && !WorkerArmed && FullReadAwaited);
         QVERIFY(SelectedDevice::info().Online);
         QVERIFY(layer.connected());
     }
