@@ -17,6 +17,7 @@
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/Motion.h"
+#include "presentation/ScrollFades.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 
@@ -117,6 +118,7 @@ void LampLight::buildContents()
     // The ground shows through without a sheet on the area, which would style all that the area holds anew.
     area_->viewport()->setAutoFillBackground(false);
     contents_->setAutoFillBackground(false);
+    new ScrollFades(area_, QStringLiteral("Light"));
     mouseCard_->resize(MouseCardSize);
     receiverCard_->resize(ReceiverCardSize);
     lampsCard_->resize(LampsCardSize);
