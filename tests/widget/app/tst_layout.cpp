@@ -525,6 +525,10 @@ private slots:
         check(&dialog);
         dialog.busyForm();
         check(&dialog);
+        for (const int word : {1, 2}) {
+            emit PostMsg::instance()->SigProgress(0, word);
+            checkWithKeys(&dialog);
+        }
         for (const UpgradeTextRow &row : UpgradeTextRows) {
             dialog.noticeForm(row.text);
             check(&dialog);
