@@ -138,6 +138,8 @@ void Worker::pass(const DeviceAllInfo &selected)
     if (isLeft())
         return;
     SelectedDevice::setOnline(online);
+    if (selected.DevicePath != lastPath_)
+        forgetReceiver();
     if (online) {
         announceLoad();
     } else {

@@ -204,12 +204,7 @@ void LampLight::readReceiver()
     lampsLater_.stop();
     if (!receiverShown_)
         return;
-    const QByteArray path = CurrentDevicePath();
-    if (path != receiverPath_) {
-        receiverLight_.forget();
-        lamps_->forget();
-        receiverPath_ = path;
-    }
+    forgetOther();
     QElapsedTimer asked;
     asked.start();
     const bool answers = receiverLight_.read();
@@ -221,6 +216,29 @@ void LampLight::readReceiver()
             lampsLater_.start();
     }
     receiver_->setState(receiverLight_.state());
+}
+
+// Whether the records were those of another receiver.
+bool LampLight::forgetOther()
+{
+    const QByteArray path = CurrentDevicePath();
+    if (path == receiverPath_)
+        return false;
+    receiverLight_.forget();
+    lamps_->forget();
+    receiverPath_ = path;
+    return true;
+}
+
+// A mouse that drops off while its device is opened brings no record, and nothing would be painted.
+void LampLight::showEvent(QShowEvent *event)
+{
+    const PageFilling filling(LightPageBusy);
+    if (forgetOther()) {
+        receiver_->setState(receiverLight_.state());
+        scheme_->dropUnread();
+    }
+    PageSurface::showEvent(event);
 }
 
 // The page may have been left or another device chosen meanwhile, and a change of a lamp may have asked
