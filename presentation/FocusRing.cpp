@@ -20,16 +20,6 @@ constexpr double BarRadius = 5;
 constexpr int RoundFrom = 20;
 constexpr int RoundTo = 28;
 
-// The toolkit sends a dialog's first widget such an event before the widget has the focus.
-bool fromKeyboard(const QWidget *widget, const QEvent *event)
-{
-    if (!widget->hasFocus())
-        return false;
-    const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-           reason == Qt::ShortcutFocusReason;
-}
-
 // A window that becomes active between two changes of the focus tells the first control nothing.
 bool isTurnedOff(const QWidget *control, const QEvent *event)
 {
@@ -80,6 +70,15 @@ QWidget *groundOf(const QWidget *control)
 
 } // namespace
 
+bool isKeyboardFocus(const QEvent *event)
+{
+    if (event->type() != QEvent::FocusIn)
+        return false;
+    const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+           reason == Qt::ShortcutFocusReason;
+}
+
 class FocusRing::Outline : public QWidget
 {
 public:
@@ -123,8 +122,8 @@ FocusRing::~FocusRing() = default;
 bool FocusRing::eventFilter(QObject *watched, QEvent *event)
 {
     const QEvent::Type type = event->type();
-    if (type == QEvent::FocusIn && watched->isWidgetType() &&
-        fromKeyboard(static_cast<QWidget *>(watched), event)) {
+    // The toolkit sends a dialog's first widget such an event before the widget has the focus.
+    if (isKeyboardFocus(event) && watched->isWidgetType() && static_cast<QWidget *>(watched)->hasFocus()) {
         surround(static_cast<QWidget *>(watched));
     } else if (control_ && outline_ && (type == QEvent::Move || type == QEvent::Resize)) {
         if (watched == control_ || (watched->isWidgetType() && isBetween(static_cast<QWidget *>(watched))))

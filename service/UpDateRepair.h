@@ -83,6 +83,7 @@ private:
     void showFailure();
     void leave();
     void writeTexts();
+    void showSign();
     int targetPercent() const;
     QString offerText() const;
     QString targetName(int target) const;

@@ -111,6 +111,34 @@ private slots:
         QCOMPARE(parts->close->isEnabled(), buttons);
     }
 
+    // What a finished upgrade has come to is seen before it is read; nothing else has a sign.
+    void aResultHasASign()
+    {
+        const auto *const sign = dialog->findChild<QLabel *>(QStringLiteral("sign"));
+        const auto shows = [&] {
+            if (!sign->isVisible())
+                return QString();
+            return QFileInfo(
+                       sign->styleSheet().section(QLatin1String("url("), 1).section(QLatin1Char(')'), 0, 0))
+                .baseName();
+        };
+        dialog->show();
+        for (const auto &[word, picture] : {std::pair(1, "Warn"), std::pair(2, "Done"), std::pair(5, "Warn"),
+                                            std::pair(6, "Warn"), std::pair(2, "Done")}) {
+            dialog->readyForm();
+            QCOMPARE(shows(), QString());
+            dialog->busyForm();
+            emit PostMsg::instance()->SigAutoRepair(0); // tells a repair's end before its bar does
+            QCOMPARE(shows(), QString());
+            emit PostMsg::instance()->SigProgress(0, word);
+            QCOMPARE(shows(), QString(picture));
+            QVERIFY(!sign->geometry().intersects(parts->message->geometry()));
+            QVERIFY(!parts->message->geometry().intersects(parts->bar->geometry()));
+        }
+        dialog->noticeForm(UpgradeText::MultiDongle);
+        QCOMPARE(shows(), QString());
+    }
+
     void threeAndFourHideCancel()
     {
         for (const int word : {3, 4}) {
