@@ -255,8 +255,7 @@ void Buttoninterface::SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool It
 
 void Buttoninterface::on_ProjectChoose_activated(int index)
 {
-    if (!ButtonPageBusy)
-        sendWaitingMacros(); // saved for the buttons of the profile that is left
+    sendWaitingMacros(); // saved for the buttons of the profile that is left
     profiles_->choose(index);
 }
 

@@ -71,6 +71,21 @@ bool modelHasScheme()
     return DeviceCatalogue().list(model, "Adveanced").value(1) != QLatin1String(NoScheme);
 }
 
+// Puts the group's controls behind `last` on Tab's road, in the order that they have. Returns the last of
+// them.
+QWidget *tabThrough(const QWidget *group, QWidget *last)
+{
+    QVector<QWidget *> controls;
+    for (QWidget *each = group->nextInFocusChain(); each != group; each = each->nextInFocusChain())
+        if (group->isAncestorOf(each) && each->focusPolicy() & Qt::TabFocus && !each->focusProxy())
+            controls << each;
+    for (QWidget *each : qAsConst(controls)) {
+        QWidget::setTabOrder(last, each);
+        last = each;
+    }
+    return last;
+}
+
 } // namespace
 
 LampLight::LampLight(QWidget *parent)
@@ -290,6 +305,9 @@ void LampLight::arrange()
     effectMark_->move(wired ? MarkOnCable : MarkOnRadio);
     effect_->move(wired ? EffectOnCable : EffectOnRadio);
     mouse_->move(wired ? MouseOnCable : MouseOnRadio);
+    QWidget *const upper = wired ? static_cast<QWidget *>(effect_) : mouse_;
+    QWidget *const lower = wired ? static_cast<QWidget *>(mouse_) : effect_;
+    tabThrough(lower, tabThrough(upper, movingOff_));
     int top = CardTop;
     const auto place = [&top](QFrame *card, QWidget *group, bool shown) {
         card->setVisible(shown);

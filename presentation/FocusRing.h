@@ -33,5 +33,6 @@ private:
 
     QColor ink_;
     QPointer<QWidget> control_;
+    QPointer<QWidget> lender_;  // had the ring when a list or another window took the keyboard
     QPointer<Outline> outline_; // in the same window as the control, so that it moves with it
 };

@@ -281,6 +281,11 @@ void FormSetting::SlotAllLanguage(int index)
 {
     if (!fontIsSet_) {
         QFont buttonFont = font();
+        buttonFont.setPointSizeF(ButtonPoints);
+        for (QWidget *button :
+             std::initializer_list<QWidget *>{ui->pushButton_2, ui->pushButton, ui->Reset, ui->OpenFolder})
+            button->setFont(buttonFont);
+        // The scaling to the screen leaves this one out.
         const double dotsPerInch = QGuiApplication::primaryScreen()->logicalDotsPerInchX();
         buttonFont.setPointSizeF(dotsPerInch > 0 ? ButtonPoints * 96 / dotsPerInch : ButtonPoints);
         ui->Receive_2->setFont(buttonFont);

@@ -14,6 +14,7 @@
 #include "macro/Macro.h"
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
+#include "presentation/FileDialog.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -39,6 +40,7 @@
 
 #include <QColorDialog>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -162,7 +164,7 @@ private slots:
         QTRY_VERIFY(fake.idle());
         QTRY_VERIFY(window.findChild<PermissionHint *>()->isVisible());
         QCOMPARE(window.findChildren<mytoolButtonEnter *>().size(), tiles);
-        check(&window);
+        checkWithKeys(&window);
     }
 
     void devicePages()
@@ -309,6 +311,7 @@ private slots:
             QCOMPARE(dialog->findChild<QToolButton *>("BlueButton")->text(), largest);
             check(&window);
         }
+        checkWithKeys(&window);
         QCOMPARE(dialog->findChild<QToolButton *>("LightYellowButton")->isVisible(), stages == 8);
         QTRY_VERIFY(fake.idle());
     }
@@ -335,6 +338,7 @@ private slots:
                 QVERIFY(open->isVisible());
                 check(&window);
             }
+            checkWithKeys(&window);
         }
         fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         open->click();
@@ -381,6 +385,8 @@ private slots:
                     if (bar->value() == bar->maximum())
                         break;
                 }
+                if (mode == Breathing) // shows every control
+                    checkWithKeys(&window);
             }
         QTRY_VERIFY(fake.idle());
     }
@@ -491,6 +497,7 @@ private slots:
         emit PostMsg::instance()->SigLabelText(0, "v12.0A");
         emit PostMsg::instance()->SigLabelText(1, "v12.0B");
         QScrollBar *bar = page->findChild<QScrollArea *>("scrollArea")->verticalScrollBar();
+        checkWithKeys(&window);
         for (const int language : {0, 1, 2}) {
             emit PostMsg::instance()->SigAllLanguage(language);
             for (int at = 0; at < bar->maximum(); at += bar->pageStep() / 2) {
@@ -553,6 +560,23 @@ private slots:
         dialog->reject();
     }
 
+    void fileDialogs()
+    {
+        QStringList found;
+        int seen = 0;
+        const auto look = [&](QFileDialog *dialog) {
+            found << faults::faintTexts(dialog) + faults::faintControls(dialog);
+            ++seen;
+            dialog->reject();
+        };
+        fixture::whenModal<QFileDialog>(look);
+        filedialog::askForFile(nullptr, "File(*.bin)");
+        fixture::whenModal<QFileDialog>(look);
+        filedialog::askForNewFile(nullptr, "File(*.bin)", "bin", "Name.bin");
+        QCOMPARE(found.join('\n'), QString());
+        QCOMPARE(seen, 2);
+    }
+
     // Each of its forms, with each of its texts.
     void upgrade()
     {
@@ -560,7 +584,7 @@ private slots:
         dialog.show();
         checkWithKeys(&dialog);
         dialog.readyForm();
-        check(&dialog);
+        checkWithKeys(&dialog);
         dialog.busyForm();
         check(&dialog);
         for (const int word : {1, 2}) {
@@ -569,7 +593,7 @@ private slots:
         }
         for (const UpgradeTextRow &row : UpgradeTextRows) {
             dialog.noticeForm(row.text);
-            check(&dialog);
+            checkWithKeys(&dialog);
         }
     }
 
@@ -584,7 +608,7 @@ private slots:
         LightModeSet light;
         for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &light}) {
             dialog->show();
-            check(dialog);
+            checkWithKeys(dialog);
         }
         for (int mode = 0; mode < 6; ++mode) {
             light.findChild<QComboBox *>("LightMod")->setCurrentIndex(mode);
@@ -633,17 +657,17 @@ private slots:
                 QStringLiteral("dev"), wired ? uint16_t(fixture::CableKind) : uint16_t(Receiver1K)));
             Match match(&attached);
             match.show();
-            check(&match);
+            checkWithKeys(&match);
             if (wired)
                 continue;
             match.on_MatchButton_clicked();
             for (int i = 0; i < 4; ++i)
                 match.onTextTimeupDestroy(); // as long as the text gets
-            check(&match);
+            checkWithKeys(&match);
             pairing::end(PairingPhase::Failed);
             for (const int outcome : {0, 1}) {
                 emit PostMsg::instance()->SigButtonEnable(outcome);
-                check(&match);
+                checkWithKeys(&match);
             }
         }
     }
