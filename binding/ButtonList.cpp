@@ -9,7 +9,7 @@
 #include "presentation/language/LanguageTables.h"
 
 #include <QButtonGroup>
-#include <QEvent>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QScrollArea>
