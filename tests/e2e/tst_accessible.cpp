@@ -20,6 +20,7 @@
 #include <QColorDialog>
 #include <QComboBox>
 #include <QListWidget>
+#include <QSlider>
 #include <QSpinBox>
 
 namespace
@@ -300,6 +301,29 @@ private slots:
                        [&] { return isTold("checked 1 radio button: DPI stage 2"); });
         program.click("Button500HZ");
         program.expect("the rate", [&] { return isTold("checked 1 radio button: 500 Hz"); });
+        const auto change = [&](const char *control, const std::function<void(QWidget *)> &set,
+                                const char *event) {
+            program.script.step(control, always, [&events, control, set] {
+                events.clear(); // the load has changed it, too
+                set(windows::visible(QLatin1String(control)));
+            });
+            program.expect(control, [&isTold, event] { return isTold(event); });
+        };
+        const auto press = [](QWidget *button) { static_cast<QAbstractButton *>(button)->click(); };
+        const auto chooseAnother = [](QWidget *box) {
+            auto *const list = static_cast<QComboBox *>(box);
+            list->setCurrentIndex(list->currentIndex() == 0);
+        };
+        const auto move = [](QWidget *slider) { static_cast<QSlider *>(slider)->setValue(2); };
+        const auto count = [](QWidget *box) { static_cast<QSpinBox *>(box)->setValue(22); };
+        change("RippeControl_2", press, "checked 1 check box: Ripple control");
+        change("LOD", chooseAnother, "accessible-name  combo box: Lift-off distance");
+        program.click("LightsButton");
+        program.script.step("a color of its own", always, [] {
+            windows::visible<QComboBox>(QStringLiteral("LightMod"))->setCurrentIndex(SteadyLight);
+        });
+        change("horizontalLight", move, "accessible-value  slider: Brightness");
+        change("RSpinBox", count, "accessible-value  spin box: Red");
         activate(program);
         program.order("unplug r2");
         program.expect("the unplugging",
