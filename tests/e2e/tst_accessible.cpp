@@ -290,7 +290,7 @@ private slots:
         const auto isTold = [&](const char *event) {
             if (bus.isDone()) {
                 events << bus.events();
-                bus.askEvents();
+                bus.askEvents(QString::fromLatin1(event));
             }
             return events.contains(QString::fromLatin1(event));
         };
