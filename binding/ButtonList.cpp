@@ -11,7 +11,7 @@
 #include "presentation/language/LanguageTables.h"
 
 #include <QButtonGroup>
-#include <QEvent>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QScrollArea>

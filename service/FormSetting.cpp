@@ -26,6 +26,7 @@
 #include "ui_FormSetting.h"
 
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QMouseEvent>
 #include <QProcess>

@@ -280,13 +280,18 @@ void UpDateRepair::leave()
 {
     if (RepairBusy || busy_)
         return;
-    if (!ui->progressBar_2->isHidden()) {
-        if (ui->progressBar_2->value() == Full)
-            emit PostMsg::instance()->SigSetNewVer();
-        else if (OnDevicePage == 1)
-            emit PostMsg::instance()->SigChangeMainDialog(0);
-    }
+    tellResult();
     close();
+}
+
+void UpDateRepair::tellResult()
+{
+    if (ui->progressBar_2->isHidden())
+        return;
+    if (ui->progressBar_2->value() == Full)
+        emit PostMsg::instance()->SigSetNewVer();
+    else if (OnDevicePage == 1)
+        emit PostMsg::instance()->SigChangeMainDialog(0);
 }
 
 void UpDateRepair::on_CloseButton_clicked() { leave(); }
@@ -314,10 +319,13 @@ void UpDateRepair::keyPressEvent(QKeyEvent *event)
 
 void UpDateRepair::closeEvent(QCloseEvent *event)
 {
-    if (busy_ || RepairBusy)
+    if (busy_ || RepairBusy) {
         event->ignore();
-    else
-        NoticeWindow::closeEvent(event);
+        return;
+    }
+    if (event->spontaneous()) // a compositor's own way to close counts as a button
+        tellResult();
+    NoticeWindow::closeEvent(event);
 }
 
 void UpDateRepair::showEvent(QShowEvent *event)

@@ -82,6 +82,7 @@ private:
     void showButtons();
     void showFailure();
     void leave();
+    void tellResult(); // that the user closes
     void writeTexts();
     void showSign();
     int targetPercent() const;
