@@ -27,6 +27,7 @@ inline DeviceFlag<bool> ConfigChanged{false};        // the device has asked for
 inline DeviceFlag<bool> SettingsBusy{false};         // an import or reset runs its own wait dialog
 inline DeviceFlag<bool> ClearBlocksAfterRead{false}; // the next full read follows a reset and clears blocks
 inline DeviceFlag<bool> SkipReceiverQuery{false};    // the next full read does not ask the receiver
+inline DeviceFlag<bool> FullReadAwaited{false};      // the connection is new; its read replaces the record
 inline DeviceFlag<bool> FullReadPending{false};      // the pages are being sent the record
 inline DeviceFlag<bool> DeviceMatched{false};        // the hot-plug search has found the selected device
 inline DeviceFlag<bool> DeviceUnplugged{false};      // the page of the device was left because it is gone

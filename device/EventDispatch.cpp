@@ -133,6 +133,7 @@ void onFullRead(const Message &message)
             FlashDataMap(); // fields that the parser does not fill must not keep the previous device's values
         ProtocolDataParser(message.payload, &record);
     });
+    FullReadAwaited = false;
     const DeviceAllInfo selected = SelectedDevice::info();
     SelectedDevice::setImageName(imageFileName(selected.Cid, selected.Mid));
     UsbServer_ReadDPILed();
@@ -301,6 +302,8 @@ constexpr MessageRow MessageRows[] = {
 };
 
 } // namespace
+
+void forgetReceiver() { allocations().color = {}; }
 
 void startStatusTimer() { allocations().statusTimer.start(); }
 

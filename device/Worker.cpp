@@ -137,7 +137,10 @@ void Worker::pass(const DeviceAllInfo &selected)
     const bool online = UsbFinderC_GetDeviceOnLine(CurrentDevicePath()) != 0;
     if (isLeft())
         return;
+    FullReadAwaited = true;
     SelectedDevice::setOnline(online);
+    if (selected.DevicePath != lastPath_)
+        forgetReceiver();
     if (online) {
         announceLoad();
     } else {

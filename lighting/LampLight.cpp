@@ -17,6 +17,7 @@
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/Motion.h"
+#include "presentation/ScrollFades.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 
@@ -132,6 +133,7 @@ void LampLight::buildContents()
     // The ground shows through without a sheet on the area, which would style all that the area holds anew.
     area_->viewport()->setAutoFillBackground(false);
     contents_->setAutoFillBackground(false);
+    new ScrollFades(area_, QStringLiteral("Light"));
     mouseCard_->resize(MouseCardSize);
     receiverCard_->resize(ReceiverCardSize);
     lampsCard_->resize(LampsCardSize);
@@ -217,12 +219,7 @@ void LampLight::readReceiver()
     lampsLater_.stop();
     if (!receiverShown_)
         return;
-    const QByteArray path = CurrentDevicePath();
-    if (path != receiverPath_) {
-        receiverLight_.forget();
-        lamps_->forget();
-        receiverPath_ = path;
-    }
+    forgetOther();
     QElapsedTimer asked;
     asked.start();
     const bool answers = receiverLight_.read();
@@ -234,6 +231,29 @@ void LampLight::readReceiver()
             lampsLater_.start();
     }
     receiver_->setState(receiverLight_.state());
+}
+
+// Whether the records were those of another receiver.
+bool LampLight::forgetOther()
+{
+    const QByteArray path = CurrentDevicePath();
+    if (path == receiverPath_)
+        return false;
+    receiverLight_.forget();
+    lamps_->forget();
+    receiverPath_ = path;
+    return true;
+}
+
+// A mouse that drops off while its device is opened brings no record, and nothing would be painted.
+void LampLight::showEvent(QShowEvent *event)
+{
+    const PageFilling filling(LightPageBusy);
+    if (forgetOther()) {
+        receiver_->setState(receiverLight_.state());
+        scheme_->dropUnread();
+    }
+    PageSurface::showEvent(event);
 }
 
 // The page may have been left or another device chosen meanwhile, and a change of a lamp may have asked

@@ -15,6 +15,7 @@
 #include <QHash>
 #include <QSet>
 #include <algorithm>
+#include <vector>
 
 namespace macro
 {
@@ -74,15 +75,22 @@ bool sendName(const QString &name, int button)
     return send(button, [&](const KeyBinding &, MacroBlock &block) { renameBlock(&block, name); });
 }
 
-// The last button that plays a macro of this name, from `button` on, which does.
-int lastButton(const FlashDataMap &record, int button, const QString &name)
+// The buttons that play a macro of this name.
+std::vector<int> buttonsOf(const FlashDataMap &record, const QString &name)
 {
     const int count = DeviceCatalogue().number(SelectedDevice::info().DriveIndex, "KeyNumber");
-    int last = button;
-    for (int k = button + 1; k < qMin(count, int(KeySlotCount)); ++k)
+    std::vector<int> buttons;
+    for (int k = 0; k < qMin(count, int(KeySlotCount)); ++k)
         if (record.KeyBindings[k].Class == MacroBlockClass && macroName(record, k) == name)
-            last = k;
-    return last;
+            buttons.push_back(k);
+    return buttons;
+}
+
+// The last one of them; `button` plays the macro.
+int lastButton(const FlashDataMap &record, int button, const QString &name)
+{
+    const std::vector<int> buttons = buttonsOf(record, name);
+    return buttons.empty() ? button : qMax(button, buttons.back());
 }
 
 } // namespace
@@ -166,6 +174,27 @@ bool sendSaved(const QString &name, int button)
     if (isTaken)
         dropMissedName(button);
     return isTaken;
+}
+
+// The record holds what the mouse took, but for a read that is still to come.
+void noteSent(const QString &name, bool rows, bool cycle)
+{
+    const FlashDataMap record = DeviceRecord::copy();
+    const std::vector<int> buttons = buttonsOf(record, name);
+    const std::optional<MacroText> saved = loadMacro(name);
+    if (buttons.empty() || !saved)
+        return;
+    const MacroBlock block = savedBlock(name, saved->rows);
+    const bool hasRows = std::all_of(buttons.begin(), buttons.end(), [&](int button) {
+        return sameEvents(record.MacroBlocks[button], block);
+    });
+    const bool hasCycle = std::all_of(buttons.begin(), buttons.end(), [&](int button) {
+        return record.KeyBindings[button].Second == cycleByte(saved->cycle.value_or(0));
+    });
+    if (FullReadAwaited || (rows && !hasRows) || (cycle && !hasCycle))
+        setMissed(name, true);
+    else if (hasRows && hasCycle)
+        setMissed(name, false);
 }
 
 } // namespace macro

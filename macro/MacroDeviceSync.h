@@ -41,4 +41,9 @@ Taken takeFromMouse(const FlashDataMap &record, int button);
 // not reach the mouse.
 bool sendSaved(const QString &name, int button);
 
+// Ends a save whose rows or cycle mode, or both, have been sent: the macro is missed unless each button of
+// the selected mouse that plays it has them. What was sent while a read is awaited is missed as well, because
+// the read replaces it. A mouse that has the whole macro misses nothing any more.
+void noteSent(const QString &name, bool rows, bool cycle);
+
 } // namespace macro

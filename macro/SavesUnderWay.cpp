@@ -19,7 +19,10 @@ QString SavesUnderWay::send(const QString &name, bool events, bool cycle)
         if (watch.isLost())
             macro::setMissed(now, true);
     }
-    return names_.takeLast();
+    const QString now = names_.takeLast();
+    if (!now.isEmpty())
+        macro::noteSent(now, events, cycle);
+    return now;
 }
 
 void SavesUnderWay::rename(const QString &name, const QString &newName)

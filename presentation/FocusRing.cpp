@@ -21,22 +21,16 @@ constexpr double BarRadius = 5;
 constexpr int RoundFrom = 20;
 constexpr int RoundTo = 28;
 
-Qt::FocusReason reasonOf(const QEvent *event) { return static_cast<const QFocusEvent *>(event)->reason(); }
-
 // The toolkit sends a dialog's first widget such an event before the widget has the focus.
 bool fromKeyboard(const QWidget *widget, const QEvent *event)
 {
-    if (!widget->hasFocus())
-        return false;
-    const Qt::FocusReason reason = reasonOf(event);
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-           reason == Qt::ShortcutFocusReason;
+    return isKeyboardFocus(event) && widget->hasFocus();
 }
 
 // A list or another window takes the keyboard and gives it back to the same control.
 bool isLent(const QEvent *event)
 {
-    const Qt::FocusReason reason = reasonOf(event);
+    const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
     return reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason;
 }
 
@@ -105,6 +99,15 @@ QWidget *groundOf(const QWidget *control)
 
 } // namespace
 
+bool isKeyboardFocus(const QEvent *event)
+{
+    if (event->type() != QEvent::FocusIn)
+        return false;
+    const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+           reason == Qt::ShortcutFocusReason;
+}
+
 class FocusRing::Outline : public QWidget
 {
 public:
@@ -150,9 +153,9 @@ bool FocusRing::eventFilter(QObject *watched, QEvent *event)
     const QEvent::Type type = event->type();
     if (outline_ && opensList(watched, event)) {
         outline_->hide(); // before the list takes what the page shows for its corners
-    } else if (type == QEvent::FocusIn && watched->isWidgetType() &&
+    } else if (watched->isWidgetType() &&
                (fromKeyboard(static_cast<QWidget *>(watched), event) ||
-                (watched == lender_ && isLent(event)))) {
+                (type == QEvent::FocusIn && watched == lender_ && isLent(event)))) {
         surround(static_cast<QWidget *>(watched));
     } else if (control_ && outline_ && (type == QEvent::Move || type == QEvent::Resize)) {
         if (watched == control_ || (watched->isWidgetType() && isBetween(static_cast<QWidget *>(watched))))

@@ -9,6 +9,11 @@
 #include <QPointer>
 #include <QWidget>
 
+class QEvent;
+
+// The keyboard leads the focus to the widget that gets this event.
+bool isKeyboardFocus(const QEvent *event);
+
 class FocusRing : public QObject
 {
 public:

@@ -9,6 +9,7 @@
 #include "presentation/ScreenFont.h"
 #include "presentation/StyleSheets.h"
 
+#include <QLabel>
 #include <QLineEdit>
 
 namespace

@@ -13,6 +13,7 @@
 #include "presentation/FirstShow.h"
 #include "presentation/LanguageBox.h"
 #include "presentation/Notices.h"
+#include "presentation/ScrollFades.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
@@ -25,6 +26,7 @@
 #include "ui_FormSetting.h"
 
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QMouseEvent>
 #include <QProcess>
@@ -82,6 +84,7 @@ FormSetting::FormSetting(QWidget *parent)
     // On a widget of its own, since setupUi() would warn of the slots whose controls are not in this release.
     auto *form = new QWidget(this);
     ui->setupUi(form);
+    new ScrollFades(ui->scrollArea, QStringLiteral("FormSetting"));
     versionPlace_ = ui->label->pos();
     SlotScroolChange(0);
     flow_ = std::make_unique<UpgradeFlow>(static_cast<UpgradePage &>(*this));

@@ -22,7 +22,15 @@ public:
 
     Script &step(const char *name, Condition ready, Action act = {})
     {
-        steps_.push_back({name, std::move(ready), std::move(act)});
+        steps_.push_back({name, std::move(ready), std::move(act), {}, false});
+        return *this;
+    }
+
+    // Acts whenever `ready` holds, again and again, until `done` does. The action is not begun anew before it
+    // has returned; `ready` is asked meanwhile, so that it may close what the action has opened.
+    Script &repeat(const char *name, Condition done, Condition ready, Action act)
+    {
+        steps_.push_back({name, std::move(ready), std::move(act), std::move(done), false});
         return *this;
     }
 
@@ -44,18 +52,24 @@ private:
         const char *name;
         Condition ready;
         Action act;
+        Condition done; // of a step that is repeated
+        bool acted;     // at least once
     };
 
     void tick(int stepTimeoutMs)
     {
         if (acting_ || steps_.empty())
             return;
-        if (steps_.front().ready()) {
-            act(std::move(steps_.front().act));
+        Step &step = steps_.front();
+        const bool isRepeated = bool(step.done);
+        if (isRepeated ? step.acted && step.done() : step.ready()) {
+            act(isRepeated ? Action() : std::move(step.act));
             steps_.pop_front();
             since_.restart();
-        } else if (since_.elapsed() > stepTimeoutMs) {
-            failed_ = QString::fromLatin1(steps_.front().name);
+        } else if (isRepeated && step.ready() && !repeating_) {
+            actOnce(step.act);
+        } else if (since_.elapsed() > (isRepeated ? RepeatedSteps : 1) * stepTimeoutMs) {
+            failed_ = QString::fromLatin1(step.name);
             steps_.clear();
             giveUp();
         }
@@ -83,9 +97,23 @@ private:
         });
     }
 
+    void actOnce(const Action &action)
+    {
+        repeating_ = true;
+        QTimer::singleShot(0, this, [this, action] {
+            if (!steps_.empty()) // else it was given up
+                steps_.front().acted = true;
+            action();
+            repeating_ = false;
+        });
+    }
+
+    static constexpr int RepeatedSteps = 4; // a step that is repeated has the time of that many
+
     std::deque<Step> steps_;
     QEventLoop loop_;
     QElapsedTimer since_;
     QString failed_;
     bool acting_ = false;
+    bool repeating_ = false;
 };

@@ -14,6 +14,7 @@
 #include "presentation/Notices.h"
 #include "presentation/UpDataParam.h"
 #include "presentation/language/LanguageTables.h"
+#include "service/Match.h"
 #include "tests/support/EmulatedBus.h"
 #include "tests/support/Leftovers.h"
 #include "tests/support/ProductLinks.h"
@@ -24,6 +25,7 @@
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <memory>
 
 inline const char Family[] = "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
                              "receiver r1 class 1k mouse m1 version 1.02 address a10001\n"
@@ -32,6 +34,29 @@ inline const char Family[] = "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
                              "plug r1\nplug r2\n";
 
 inline bool always() { return true; }
+
+// Nothing is under way and nobody is waited for.
+inline bool quietState()
+{
+    return !SettingsBusy && Worker::instance()->checkTimer().isActive() && !ClearBlocksAfterRead &&
+           !SkipReceiverQuery && !AwaitingMouse && !RestartWorker;
+}
+// So it is, and the device page shows what its mouse holds.
+inline bool isRested()
+{
+    return OnDevicePage == 1 && DataLoaded && !WorkerArmed && !FullReadAwaited && !FullReadPending &&
+           quietState() && !windows::shown<UpDataParam>() && !windows::shown<MouseOffLine>();
+}
+// The same, for a page that is being opened or read anew. A mouse that does not answer the pass in time, as
+// on a busy machine, is not read; then it is waited for, as after an edit that it refuses.
+inline bool comesToRest()
+{
+    const bool isUnfilled = OnDevicePage == 1 && FullReadAwaited && !WorkerArmed && !AwaitingMouse &&
+                            !SelectedDevice::info().Online;
+    if (isUnfilled)
+        awaitMouse();
+    return isRested();
+}
 
 class Program
 {
@@ -53,22 +78,39 @@ public:
     }
 
     static QString tile(const QString &plug) { return windows::tileOf(EmulatedBus::pathPart(plug)); }
-    // Steps to a loaded device page. On a busy machine the wait dialog may come and go between two looks.
+    // Steps to a loaded device page. A tile whose mouse did not answer in time pairs it; it is clicked again
+    // when that dialog, or the question before it, is closed and the mouse has been found.
     void open(const QString &plug)
     {
-        script.step(
-            "the tile", [plug] { return windows::visible(tile(plug)); },
-            [plug] {
-                DataLoaded = false;
-                windows::click(tile(plug));
-            });
-        script.step("wait dialog", [] { return DataLoaded || windows::shown<UpDataParam>(); });
-        waitForPage();
+        const auto ready = [plug] {
+            QWidget *const modal = QApplication::activeModalWidget();
+            if (dynamic_cast<Match *>(modal) || dynamic_cast<RePair *>(modal))
+                static_cast<QDialog *>(modal)->reject();
+            return !modal && windows::visible(tile(plug));
+        };
+        script.repeat("the device's page", comesToRest, ready, [plug] { windows::click(tile(plug)); });
+    }
+    // Acts until that has come of it. What a mouse does not answer in time is refused, with the notice; when
+    // it has been read anew, the act is done again.
+    void actUntil(const char *what, const char *mouse, Script::Action act, Script::Condition done)
+    {
+        const auto ready = [this, mouse] {
+            return isRested() && !QApplication::activeModalWidget() && agrees(mouse);
+        };
+        script.repeat(what, std::move(done), ready, std::move(act));
+    }
+    void clickUntil(const char *button, const char *mouse, Script::Condition done)
+    {
+        const auto click = [button] { windows::click(QLatin1String(button)); };
+        actUntil(button, mouse, click, std::move(done));
     }
     void waitForLoad()
     {
-        script.step("wait dialog", [] { return windows::shown<UpDataParam>() != nullptr; });
-        waitForPage();
+        const auto begun = std::make_shared<bool>(false);
+        script.step("read anew", [begun] {
+            *begun = *begun || FullReadAwaited || windows::shown<UpDataParam>();
+            return comesToRest() && *begun;
+        });
     }
     void waitForPage()
     {
@@ -115,13 +157,6 @@ template <typename Notice> void answer(const char *button)
 
 template <typename Notice> bool isShown() { return windows::shown<Notice>() != nullptr; }
 template <typename Notice> bool isGone() { return !windows::shown<Notice>(); }
-
-// Nothing is under way and nobody is waited for.
-inline bool quietState()
-{
-    return !SettingsBusy && Worker::instance()->checkTimer().isActive() && !ClearBlocksAfterRead &&
-           !SkipReceiverQuery && !AwaitingMouse && !RestartWorker;
-}
 
 // The set-up of a test that drives the program: a bus, a home and the product's own data.
 struct ProgramHome {

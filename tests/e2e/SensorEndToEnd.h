@@ -7,6 +7,7 @@
 
 #include "catalogue/DpiCodes.h"
 #include "hub/PostMsg.h"
+#include "presentation/LossWatch.h"
 #include "presentation/Widgets.h"
 #include "sensor/PerformanceTimes.h"
 #include "sensor/Sensor.h"
@@ -114,33 +115,49 @@ public:
     }
 
     // Acts as the user and waits for the flash; the empty text when exactly `change` has come of it, by no
-    // more than that many reports.
+    // more than that many reports. What a mouse does not answer in time, as on a busy machine, is refused;
+    // when it has been read anew, the user acts again.
     QString edit(const Act &act, const Change &change, uint64_t reports = 1)
     {
         FlashDataMap wanted = flash();
         change(wanted);
-        const bool changes = !sameBytes(wanted, flash());
-        const uint64_t before = writes();
-        act();
-        if (!QTest::qWaitFor([&] { return sameBytes(flash(), wanted); }))
+        const auto arrived = [&] { return sameBytes(flash(), wanted); };
+        const bool changes = !arrived();
+        uint64_t before = 0;
+        uint64_t repeatsBefore = 0;
+        bool isRefused = true;
+        for (int tries = 0; tries < Tries && isRefused; ++tries) {
+            const LossWatch watch;
+            before = writes();
+            repeatsBefore = repeats();
+            act();
+            const auto isSettled = [this] { return isRested() && program.agrees("m"); };
+            isRefused = watch.isLost() && QTest::qWaitFor(isSettled, LongWait) && !arrived();
+        }
+        if (!QTest::qWaitFor(arrived, LongWait))
             return QStringLiteral("flash: ") + difference(flash(), wanted);
         if (!program.agrees("m"))
             return QStringLiteral("record: ") + difference(DeviceRecord::copy(), wanted);
         const uint64_t sent = writes() - before;
-        return sent <= (changes ? reports : 0) ? QString() : QStringLiteral("%1 writes").arg(sent);
+        // A write whose tries all went unanswered is made anew, under a number of its own.
+        const bool isFew = sent <= (changes ? reports : 0) || repeats() > repeatsBefore;
+        return isFew ? QString() : QStringLiteral("%1 writes").arg(sent);
     }
     // The device has spoken: record, flash and page come to say the same. The empty text when they do.
     QString settle()
     {
         const ProgramSettled settled(program.bus, "m");
-        if (!QTest::qWaitFor([&settled] { return bool(settled); }, 20000))
+        if (!QTest::qWaitFor([&settled] { return bool(settled); }, LongWait))
             return QStringLiteral("the program does not show the battery");
 
         const auto agreed = [this] { return program.agrees("m") && shown(flash()).isEmpty(); };
-        if (QTest::qWaitFor(agreed, 20000))
+        if (QTest::qWaitFor(agreed, LongWait))
             return QString();
         return difference(DeviceRecord::copy(), flash()) + QStringLiteral(" | ") + shown(flash());
     }
+
+    static constexpr int Tries = 5;
+    static constexpr int LongWait = 20000; // milliseconds, for what comes at once
 
     // The empty text when the page shows the record; else what it shows in another way.
     QString shown(const FlashDataMap &record) const;

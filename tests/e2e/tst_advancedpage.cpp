@@ -99,27 +99,26 @@ private slots:
         Watchdog watchdog;
         FlashDataMap wanted{};
         openPage(program, plug.constData());
-        program.script.step("angle", always, [&] {
+        const auto arrived = [&] { return sameBytes(program.bus.record("m1"), wanted); };
+        const auto turn = [&] {
             wanted = program.bus.record("m1");
             QVERIFY(pageShows(wanted));
             pressAngle(-20);
             wanted.AngleSet = 256 - 20;
             wanted.AngleSetValid = 1;
-        });
-        program.expect("angle in the flash",
-                       [&] { return sameBytes(program.bus.record("m1"), wanted) && program.agrees("m1"); });
-        program.script.step("frame rate", always, [&] {
-            wanted.KFps = wanted.KFps ? 0 : 1;
+        };
+        program.actUntil("angle", "m1", turn, arrived);
+        const auto changeFrameRate = [&] {
+            wanted.KFps = program.bus.record("m1").KFps ? 0 : 1;
             QTest::mouseClick(control<QAbstractButton>("KFPS"), Qt::LeftButton);
-        });
-        program.expect("frame rate in the flash",
-                       [&] { return sameBytes(program.bus.record("m1"), wanted) && program.agrees("m1"); });
-        program.script.step("sleep time", always, [&] {
+        };
+        program.actUntil("frame rate", "m1", changeFrameRate, arrived);
+        const auto changeSleepTime = [&] {
             QTest::keyClick(sleepBox(), Qt::Key_End);
             wanted.StopCloseTime = 90;
-        });
-        program.expect("sleep time in the flash",
-                       [&] { return sameBytes(program.bus.record("m1"), wanted) && program.agrees("m1"); });
+        };
+        program.actUntil("sleep time", "m1", changeSleepTime, arrived);
+        program.expect("record and flash agree", [&] { return program.agrees("m1"); });
         program.script.step("page", always, [&] { QVERIFY(pageShows(wanted)); });
         QCOMPARE(program.script.run(), QString());
         QVERIFY(!watchdog.barked());
@@ -188,8 +187,9 @@ private slots:
         Watchdog watchdog;
         FlashDataMap before{};
         openPage(program, "r1");
-        program.script.step("a last edit", always, [] { pressAngle(10); });
-        program.expect("written", [&] { return program.bus.record("m1").AngleSet == 10; });
+        program.actUntil(
+            "a last edit", "m1", [] { pressAngle(10); },
+            [&] { return program.bus.record("m1").AngleSet == 10; });
         program.script.step("before", always, [&] { before = program.bus.record("m1"); });
         program.order("radio m1 off");
         program.expect("out of reach", [] { return !UsbFinderC_GetDeviceOnLine(CurrentDevicePath()); });
@@ -217,10 +217,10 @@ private slots:
 
         program.order("radio m1 on");
         program.waitForLoad();
-        program.script.step(
-            "angle again", [] { return angle()->isEnabled(); }, [] { pressAngle(-25); });
-        program.expect("written again",
-                       [&] { return program.bus.record("m1").AngleSet == 256 - 25 && program.agrees("m1"); });
+        program.expect("angle again", [] { return angle()->isEnabled(); });
+        program.actUntil(
+            "written again", "m1", [] { pressAngle(-25); },
+            [&] { return program.bus.record("m1").AngleSet == 256 - 25 && program.agrees("m1"); });
         QCOMPARE(program.script.run(), QString());
         QVERIFY(!watchdog.barked());
     }

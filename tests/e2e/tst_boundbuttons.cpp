@@ -56,13 +56,30 @@ MacroBlock someMacro()
     return macro;
 }
 
-// A step: the button is opened, whether or not the model shows it, and its function clicked.
-void openFunction(Program &program, const char *caption, const char *function)
+// A button is opened, whether or not the model shows it, and its function clicked until it is bound. `fill`
+// confirms the dialog that the function opens.
+template <typename Dialog>
+void bindUntil(Program &program, const char *mouse, const char *caption, const char *function,
+               std::function<void(Dialog *)> fill, Script::Condition bound)
 {
-    program.script.step(function, always, [&program, caption, function] {
+    const auto ready = [&program, mouse, fill] {
+        if (auto *const dialog = windows::shown<Dialog>())
+            fill(dialog);
+        return isRested() && program.agrees(mouse);
+    };
+    program.script.repeat(function, std::move(bound), ready, [&program, caption, function] {
         named(program, caption)->click();
         named(program, function)->click();
     });
+}
+void bindUntil(Program &program, const char *mouse, const char *caption, const char *function,
+               Script::Condition bound)
+{
+    const auto bind = [&program, caption, function] {
+        named(program, caption)->click();
+        named(program, function)->click();
+    };
+    program.actUntil(function, mouse, bind, std::move(bound));
 }
 
 void chooseFile(const QString &path)
@@ -79,10 +96,10 @@ void exportTo(Program &program, const QString &path)
     program.expect("exported", [path] { return isGone<QFileDialog>() && QFile::exists(path); });
 }
 
-void importFrom(Program &program, const QString &path)
+void importFrom(Program &program, const char *mouse, const QString &path)
 {
-    program.click("ImportData");
-    program.script.step("import", isShown<QFileDialog>, [path] { chooseFile(path); });
+    program.clickUntil("ImportData", mouse, isShown<QFileDialog>);
+    program.script.step("import", always, [path] { chooseFile(path); });
     program.expect("wait", isShown<UpDataParam>);
 }
 
@@ -112,7 +129,7 @@ private slots:
             });
             program.expect("prepared", arrived);
             for (const ButtonAction &action : ButtonActions) {
-                program.script.step(action.widget, always, [&, each] {
+                const auto choose = [&, each] {
                     wanted.KeyBindings[each.button] = action.binding;
                     if (action.usage)
                         wanted.KeySequences[each.button] = pressAndRelease(action.usage);
@@ -120,8 +137,8 @@ private slots:
                     if (action.opener)
                         named(program, action.opener)->click();
                     named(program, action.widget)->click();
-                });
-                program.expect(action.widget, [&, each] {
+                };
+                program.actUntil(action.widget, "m2", choose, [&, each] {
                     return arrived() && captionOf(program, each.caption) == QLatin1String(action.caption);
                 });
             }
@@ -137,10 +154,10 @@ private slots:
         Watchdog watchdog;
         FlashDataMap wanted{};
         const auto arrivedAs = [&](const ButtonOf &each, const QString &caption) {
-            program.expect("bytes and caption", [&, each, caption] {
+            return [&, each, caption] {
                 return sameBytes(program.bus.record("m2"), wanted) &&
                        captionOf(program, each.caption) == caption;
-            });
+            };
         };
         program.open(QStringLiteral("r2"));
         for (const ButtonOf &each : Buttons) {
@@ -155,31 +172,33 @@ private slots:
                 emit PostMsg::instance()->SigUpDataButtonUIC(wanted);
                 wanted.KeyBindings[button] = {4, uint8_t(15 + 20 * button), uint8_t(button % 4)};
             });
-            openFunction(program, each.caption, "DPI_6");
-            program.script.step("fire key", isShown<FireKey>, [button] {
-                windows::shown<FireKey>()->setValues(15 + 20 * button, button % 4);
-                windows::shown<FireKey>()->on_NewHong_clicked();
-            });
-            arrivedAs(each, QStringLiteral("Rapid fire"));
-            openFunction(program, each.caption, "DPI_8");
-            program.script.step("keys", isShown<GroupKey>, [&, button, letter] {
-                wanted.KeyBindings[button] = {5, 0, 0};
-                wanted.KeySequences[button] = withCtrl(letter);
-                auto *const dialog = windows::shown<GroupKey>();
-                dialog->findChild<QAbstractButton *>(QStringLiteral("Ctrl"))->setChecked(true);
-                dialog->UpdateCapslockTip(letter, true, false);
-                dialog->on_NewHong_clicked();
-            });
-            arrivedAs(each, QStringLiteral("Ctrl+") + QLatin1Char(letter));
-            openFunction(program, each.caption, "DPI_10");
-            program.script.step("macro", always, [&, button] {
-                wanted.KeyBindings[button] = {6, uint8_t(button), 254};
-                wanted.MacroBlocks[button] = someMacro();
+            bindUntil<FireKey>(
+                program, "m2", each.caption, "DPI_6",
+                [button](FireKey *dialog) {
+                    dialog->setValues(15 + 20 * button, button % 4);
+                    dialog->on_NewHong_clicked();
+                },
+                arrivedAs(each, QStringLiteral("Rapid fire")));
+            bindUntil<GroupKey>(
+                program, "m2", each.caption, "DPI_8",
+                [&, button, letter](GroupKey *dialog) {
+                    wanted.KeyBindings[button] = {5, 0, 0};
+                    wanted.KeySequences[button] = withCtrl(letter);
+                    dialog->findChild<QAbstractButton *>(QStringLiteral("Ctrl"))->setChecked(true);
+                    dialog->UpdateCapslockTip(letter, true, false);
+                    dialog->on_NewHong_clicked();
+                },
+                arrivedAs(each, QStringLiteral("Ctrl+") + QLatin1Char(letter)));
+            const auto chooseMacro = [&, each] {
+                wanted.KeyBindings[each.button] = {6, uint8_t(each.button), 254};
+                wanted.MacroBlocks[each.button] = someMacro();
+                named(program, each.caption)->click();
+                named(program, "DPI_10")->click();
                 program.window->findChild<QWidget *>(QStringLiteral("page_5"))
                     ->findChild<QToolButton *>()
                     ->click();
-            });
-            arrivedAs(each, QStringLiteral("Macro: Burst"));
+            };
+            program.actUntil("macro", "m2", chooseMacro, arrivedAs(each, QStringLiteral("Macro: Burst")));
         }
         program.expect("record and flash agree", [&] { return program.agrees("m2"); });
         QCOMPARE(program.script.run(), QString());
@@ -216,9 +235,8 @@ private slots:
         QString plain;
         program.open(QStringLiteral("r2"));
         program.script.step("before", always, [&] { plain = captionOf(program, "RightKey"); });
-        program.click("RightKey");
-        program.click("DPI_3");
-        program.expect("bound", [&] { return program.bus.flash("m2").KeyBindings[1].Class == 9; });
+        bindUntil(program, "m2", "RightKey", "DPI_3",
+                  [&] { return program.bus.flash("m2").KeyBindings[1].Class == 9; });
         // Whole reads are three seconds apart, so the first choices may come too early.
         const auto chooseProfile = [&program](int index) {
             program.expect("whole read asked for", [&program, index] {
@@ -248,15 +266,13 @@ private slots:
         Program program;
         FlashDataMap kept{};
         program.open(QStringLiteral("r1"));
-        program.click("RightKey");
-        program.click("DPI_5");
-        program.expect("bound", [&] { return program.bus.flash("m1").KeyBindings[1].Class == 0; });
+        bindUntil(program, "m1", "RightKey", "DPI_5",
+                  [&] { return program.bus.flash("m1").KeyBindings[1].Class == 0; });
         program.script.step("keep", always, [&] { kept = program.bus.record("m1"); });
         exportTo(program, path);
-        program.click("RightKey");
-        program.click("DPI_2");
-        program.expect("bound anew", [&] { return program.bus.flash("m1").KeyBindings[1].Class == 7; });
-        importFrom(program, path);
+        bindUntil(program, "m1", "RightKey", "DPI_2",
+                  [&] { return program.bus.flash("m1").KeyBindings[1].Class == 7; });
+        importFrom(program, "m1", path);
         program.expect("end", [] { return isGone<UpDataParam>() && !SettingsBusy; });
         program.expect("as exported", [&] {
             return sameBytes(program.bus.record("m1"), kept) && program.agrees("m1") &&
@@ -276,7 +292,7 @@ private slots:
         program.click("UpArrow");
         program.open(QStringLiteral("r2"));
         program.script.step("before", always, [&] { before = program.bus.record("m2"); });
-        importFrom(program, path);
+        importFrom(program, "m2", path);
         program.expect("refusal", [] { return shows<InportFail>(keyText("DialogEConfigMismatch")); });
         program.script.step("answer", always, [] { answer<InportFail>("NewHong"); });
         program.expect("end", [] { return isGone<InportFail>() && isGone<UpDataParam>() && !SettingsBusy; });
@@ -289,21 +305,30 @@ private slots:
         const QString path = folder.filePath(QStringLiteral("macro.bin"));
         Program program;
         program.open(QStringLiteral("r1"));
-        program.script.step("macro", always, [] { SetMacroBinding(6, {6, 6, 254}, someMacro()); });
-        program.expect("in flash", [&] { return program.bus.flash("m1").KeyBindings[6].Class == 6; });
+        program.actUntil(
+            "macro", "m1",
+            [] {
+                SetMacroBinding(6, {6, 6, 254}, someMacro());
+            },
+            [&] { return program.bus.flash("m1").KeyBindings[6].Class == 6; });
         exportTo(program, path);
-        program.script.step("gone", always, [] { SetBinding(6, {0, 0, 0}); });
-        program.expect("gone", [&] { return program.bus.flash("m1").KeyBindings[6].Class == 0; });
-        importFrom(program, path);
+        program.actUntil(
+            "gone", "m1",
+            [] {
+                SetBinding(6, {0, 0, 0});
+            },
+            [&] { return program.bus.flash("m1").KeyBindings[6].Class == 0; });
+        importFrom(program, "m1", path);
         program.expect("caption", [&] {
             return isGone<UpDataParam>() && captionOf(program, "Button7") == QLatin1String("Macro: Burst");
         });
-        program.click("RightKey");
-        program.click("DPI_10");
-        program.script.step(
-            "offered", [] { return windows::visible(QStringLiteral("page_5")); },
-            [] { windows::visible(QStringLiteral("page_5"))->findChild<QToolButton *>()->click(); });
-        program.expect("copied", [&] {
+        const auto choose = [&] {
+            named(program, "RightKey")->click();
+            named(program, "DPI_10")->click();
+            if (QWidget *const offered = windows::visible(QStringLiteral("page_5")))
+                offered->findChild<QToolButton *>()->click();
+        };
+        program.actUntil("copied", "m1", choose, [&] {
             const FlashDataMap flash = program.bus.record("m1");
             return flash.KeyBindings[1].Class == 6 && flash.KeyBindings[1].First == 1 &&
                    flash.KeyBindings[1].Second == 254 &&
@@ -316,10 +341,9 @@ private slots:
     {
         Program program;
         program.open(QStringLiteral("r1"));
-        program.click("RightKey");
-        program.click("DPI_3");
-        program.expect("bound", [&] { return program.bus.flash("m1").KeyBindings[1].Class == 9; });
-        program.click("Reset");
+        bindUntil(program, "m1", "RightKey", "DPI_3",
+                  [&] { return program.bus.flash("m1").KeyBindings[1].Class == 9; });
+        program.clickUntil("Reset", "m1", isShown<ContainReset>);
         program.script.step("confirm", isShown<ContainReset>, [] { answer<ContainReset>("OK"); });
         program.expect("wait", isShown<UpDataParam>);
         program.expect("end", [] { return isGone<UpDataParam>() && !SettingsBusy; });

@@ -55,11 +55,11 @@ private slots:
         CoreFixture core(Receiver1k);
         QVERIFY(core.select());
         QVERIFY(core.load());
-        core.waitQuiet("r", 100);
+        QVERIFY(core.settle("m"));
         const uint64_t writes = core.bus.emulated.reportCount("r", wire::Command::FlashWrite);
         const FlashImage before = core.bus.flash("m");
         for (uint8_t rate : {8, 4, 2, 1}) {
-            QVERIFY(SetReportRate(rate));
+            QVERIFY(core.edit([rate] { return SetReportRate(rate); }));
             QTRY_COMPARE(int(core.bus.flash("m").ReportRate), int(rate));
         }
         FlashImage after = core.bus.flash("m");
@@ -89,7 +89,7 @@ private slots:
         QVERIFY(!AwaitingMouse);
         QVERIFY(core.hub.lines.contains(QStringLiteral("closenotice")));
         QTRY_VERIFY(core.loaded()); // and the device is read anew
-        QVERIFY(SetReportRate(8));
+        QVERIFY(core.edit([] { return SetReportRate(8); }));
         QVERIFY(core.agrees("m"));
     }
 
@@ -109,12 +109,12 @@ private slots:
         CoreFixture core(Receiver1k);
         QVERIFY(core.select());
         QVERIFY(core.load());
-        core.waitQuiet("r", 100);
+        QVERIFY(core.settle("m"));
         core.hub.lines.clear();
         const uint64_t writes = core.bus.emulated.reportCount("r", wire::Command::FlashWrite);
         core.bus.order(order.toStdString());
         QTRY_VERIFY(!core.hub.lines.filter(line).isEmpty());
-        core.waitQuiet("r", 100);
+        QVERIFY(core.settle("m"));
         QVERIFY(core.agrees("m"));
         QCOMPARE(core.bus.emulated.reportCount("r", wire::Command::FlashWrite), writes);
     }
@@ -176,7 +176,7 @@ private slots:
             QVERIFY(record.MacroBlocks[slot].NameLength <= MacroNameSize);
             QVERIFY(record.MacroBlocks[slot].EventCount <= MacroEventCount);
         }
-        QVERIFY(SetReportRate(2));
+        QVERIFY(core.edit([] { return SetReportRate(2); }));
         QTRY_COMPARE(int(core.bus.flash("m").ReportRate), 2);
         QVERIFY(core.agrees("m"));
     }
@@ -186,7 +186,7 @@ private slots:
         CoreFixture core(Receiver1k);
         QVERIFY(core.select());
         QVERIFY(core.load());
-        QVERIFY(SetReportRate(8));
+        QVERIFY(core.edit([] { return SetReportRate(8); }));
         QVERIFY(core.agrees("m"));
         core.hub.lines.clear();
         // Whole reads are three seconds apart, so the first presses may come too early.
@@ -204,10 +204,10 @@ private slots:
         CoreFixture core(Receiver1k);
         QVERIFY(core.select());
         QVERIFY(core.load());
-        QVERIFY(SetReportRate(8));
+        QVERIFY(core.edit([] { return SetReportRate(8); }));
         KeySequence sequence{};
         sequence.Count.set(2);
-        QVERIFY(SetKeySequence(3, {5, 0, 0}, sequence));
+        QVERIFY(core.edit([&] { return SetKeySequence(3, {5, 0, 0}, sequence); }));
         QVERIFY(core.agrees("m"));
         core.hub.lines.clear();
         UsbServer_SetBatteryOptimizeEnable(0);
@@ -262,7 +262,8 @@ private slots:
         QVERIFY(core.select());
         core.bus.order("fault r radio at 60");
         core.startLoad();
-        core.waitQuiet("r", 300);
+        QTRY_VERIFY(!core.bus.emulated.mouse("m")->radio);
+        QTRY_VERIFY(!core.worker->isRunning());
         QVERIFY(!core.loaded());
         core.bus.order("radio m on");
         QVERIFY(core.load());
@@ -296,7 +297,7 @@ private slots:
         PushRecord();
         QTRY_VERIFY(core.hub.lines.contains(QStringLiteral("form")));
         QCOMPARE(int(DeviceRecord::copy().ReportRate), 4);
-        QVERIFY(SetReportRate(8));
+        QVERIFY(core.edit([] { return SetReportRate(8); }));
         QVERIFY(core.agrees("m"));
     }
 
@@ -305,9 +306,9 @@ private slots:
         CoreFixture core(Receiver1k);
         QVERIFY(core.select());
         QVERIFY(core.load());
-        core.waitQuiet("r", 100);
+        QVERIFY(core.settle("m"));
         core.bus.order("fault r noreply always command flashwrite");
-        QVERIFY(SetReportRate(8));
+        QVERIFY(core.edit([] { return SetReportRate(8); }));
         QTRY_VERIFY(!UsbFinderC_GetDeviceOnLine(CurrentDevicePath()));
         QVERIFY(!SetReportRate(4));
         core.bus.order("fault r clear");
@@ -339,10 +340,10 @@ private slots:
         core.bus.order("plug r");
         core.bus.order("radio m on");
         QVERIFY(core.waitFor([&] { return core.select(); }));
-        core.waitQuiet("r", 200);
+        QTRY_VERIFY(!core.worker->isRunning());
         QVERIFY(core.load());
         QVERIFY(core.agrees("m"));
-        QVERIFY(SetReportRate(2));
+        QVERIFY(core.edit([] { return SetReportRate(2); }));
         QVERIFY(core.agrees("m"));
         QVERIFY(!core.watchdog.barked());
     }

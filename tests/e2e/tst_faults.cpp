@@ -64,12 +64,15 @@ private:
     // not fed at all, which the wait dialog tells the user.
     static void verifyStatedOutcome(CoreFixture &core)
     {
+        const auto isBeingFed = [&core] {
+            return !core.loaded() && !core.hub.lines.contains(QStringLiteral("formreset")) &&
+                   !core.hub.lines.filter(QStringLiteral("sensor")).isEmpty();
+        };
+        QVERIFY(core.waitFor([&isBeingFed] { return !isBeingFed(); }));
         if (core.loaded())
             QVERIFY(core.agrees("m"));
         else if (core.hub.lines.contains(QStringLiteral("formreset")))
             QVERIFY(AwaitingMouse);
-        else
-            QVERIFY(core.hub.lines.filter(QStringLiteral("sensor")).isEmpty());
     }
     // Loads with a fault at a packet. On a busy machine a question may go without its answer in time for
     // another reason than the fault, so it is tried more than once.
@@ -79,18 +82,14 @@ private:
         for (int again = 0; again < 3 && !loaded; ++again) {
             heal(core);
             core.bus.order(faultAt(row, packet));
-            loaded = core.load();
+            loaded = core.loadOnce();
         }
         return loaded;
     }
-    // Loads until it works: a device that was just plugged in may take a moment, and on a busy machine a
-    // question may go without its answer in time.
+    // A device that was just plugged in may take a moment.
     static bool healthyLoad(CoreFixture &core)
     {
-        bool loaded = core.waitFor([&] { return core.select(); }) && core.load();
-        for (int again = 0; again < 3 && !loaded; ++again)
-            loaded = core.load();
-        return loaded && core.agrees("m");
+        return core.waitFor([&] { return core.select(); }) && core.load() && core.agrees("m");
     }
 
 private slots:
@@ -103,7 +102,7 @@ private slots:
         QVERIFY(core.select());
         const uint64_t before = core.bus.emulated.reportCount("r");
         QVERIFY(core.load());
-        core.waitQuiet("r", 100);
+        QVERIFY(core.settle("m"));
         const uint64_t packets = core.bus.emulated.reportCount("r") - before;
         QVERIFY(packets >= 124);
         for (uint64_t packet = 1; packet <= packets; ++packet) {
@@ -129,7 +128,7 @@ private slots:
         CoreFixture core(Scenario);
         QVERIFY(core.select());
         QVERIFY(core.load());
-        core.waitQuiet("r", 100);
+        QVERIFY(core.settle("m"));
         for (uint64_t packet = 1; packet <= 3; ++packet) { // the question, the write, and one behind them
             const uint8_t old = DeviceRecord::copy().ReportRate;
             const uint8_t wanted = old == 8 ? 4 : 8;

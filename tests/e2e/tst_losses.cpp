@@ -100,8 +100,7 @@ private slots:
         program.order("radio m1 on");
         program.expect("read", [&] { return !AwaitingMouse && DataLoaded && program.agrees("m1"); });
         program.click("SensorButton");
-        program.click("Button125HZ");
-        program.expect("written", [&] { return program.bus.flash("m1").ReportRate == 8; });
+        program.clickUntil("Button125HZ", "m1", [&] { return program.bus.flash("m1").ReportRate == 8; });
         program.expect("record and flash agree", [&] { return program.agrees("m1"); });
         QCOMPARE(program.script.run(), QString());
     }
@@ -276,8 +275,7 @@ private slots:
         Watchdog watchdog;
         program.open(QStringLiteral("r1"));
         program.click("SensorButton");
-        program.click("Button125HZ");
-        program.expect("125 Hz", [&] { return program.bus.flash("m1").ReportRate == 8; });
+        program.clickUntil("Button125HZ", "m1", [&] { return program.bus.flash("m1").ReportRate == 8; });
         // Whole reads are three seconds apart, so the first presses may come too early.
         program.expect("whole read asked for", [&] {
             program.bus.order("profile m1 2");
@@ -311,8 +309,7 @@ private slots:
             auto *const icon = windows::visible<QLabel>(QStringLiteral("label_4"));
             return icon && icon->styleSheet().contains(QLatin1String("OnLineUsb.png"));
         });
-        program.click("Button250HZ");
-        program.expect("by cable", [&] {
+        program.clickUntil("Button250HZ", "m1", [&] {
             return program.bus.flash("m1").ReportRate == 4 &&
                    program.bus.emulated.reportCount("m1", wire::Command::FlashWrite) > 0;
         });

@@ -53,11 +53,12 @@ void bind(const Program &program, const char *caption, const QString &name)
 
 void saveAndBind(Program &program, int events)
 {
-    program.script.step("bound", always, [&program, events] {
+    const auto act = [&program, events] {
         saveMacro("Burst", 254, presses(events));
         bind(program, "RightKey", "Burst");
-    });
-    program.expect("in flash", [&program] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
+    };
+    program.actUntil("bound", "m2", act,
+                     [&program] { return program.bus.flash("m2").KeyBindings[1].Class == 6; });
 }
 
 // The mouse sleeps, so the notice of what was just tried comes.
@@ -120,12 +121,14 @@ private slots:
             saveMacro("Burst of fire", 7, presses(70));
         });
         for (const ButtonOf &each : OthersThanLeft) {
-            program.script.step(each.caption, always, [&, each] {
+            const auto act = [&, each] {
                 setMacro(&wanted, each.button, "Burst of fire", 7, presses(70));
                 bind(program, each.caption, "Burst of fire");
-                QCOMPARE(named(program, each.caption)->text(), QString("Macro: Burst of fire"));
+            };
+            program.actUntil(each.caption, "m2", act, [&, each] {
+                return sameBytes(program.bus.record("m2"), wanted) &&
+                       named(program, each.caption)->text() == QLatin1String("Macro: Burst of fire");
             });
-            arrived("bound");
         }
         program.script.step("a save", always, [&] {
             for (const ButtonOf &each : OthersThanLeft)
@@ -292,12 +295,12 @@ private slots:
                    std::memcmp(&held.MacroBlocks[1], &block, sizeof block) == 0;
         };
         program.open(QStringLiteral("r2"));
-        program.script.step("bound", always, [&] {
+        const auto bindFirst = [&] {
             saveMacro("One", 1, presses(70));
             saveMacro("Two", 1, presses(70, "B"));
             bind(program, "RightKey", "One");
-        });
-        program.expect("in flash", [&] { return plays(before); });
+        };
+        program.actUntil("bound", "m2", bindFirst, [&] { return plays(before); });
         program.order(fault.c_str());
         program.script.step("bound anew", always, [&] { bind(program, "RightKey", "Two"); });
         program.expect("gone", [] { return OnDevicePage == 0; });
@@ -307,8 +310,9 @@ private slots:
         program.order("plug r2");
         program.open(QStringLiteral("r2"));
         program.expect("record and flash agree", [&] { return program.agrees("m2"); });
-        program.script.step("once more", always, [&] { bind(program, "RightKey", "Two"); });
-        program.expect("whole", [&] { return plays(after) && program.agrees("m2"); });
+        program.actUntil(
+            "once more", "m2", [&] { bind(program, "RightKey", "Two"); },
+            [&] { return plays(after) && program.agrees("m2"); });
         QCOMPARE(program.script.run(), QString());
     }
 };

@@ -92,15 +92,14 @@ private slots:
         program.order("color r1 3");
         program.open(QStringLiteral("r1"));
         program.expect("first image kept", [] { return keptRate(CacheOfM1) == 1; });
-        program.script.step("edits", always, [] {
-            SetReportRate(8);
-            SetDpiColor(2, 9, 9, 9);
-            SetKeySequence(5, {5, 0, 0}, someSequence());
+        const auto edit = [] {
+            SetReportRate(8) && SetDpiColor(2, 9, 9, 9) && SetKeySequence(5, {5, 0, 0}, someSequence());
+        };
+        program.actUntil("edits", "m1", edit, [&] {
+            const FlashDataMap flash = program.bus.record("m1");
+            return flash.ReportRate == 8 && flash.DpiStages[2].Red == 9 && flash.KeyBindings[5].Class == 5;
         });
-        program.expect("edited",
-                       [&] { return program.agrees("m1") && program.bus.flash("m1").ReportRate == 8; });
-        program.click("Reset");
-        program.expect("question", isShown<ContainReset>);
+        program.clickUntil("Reset", "m1", isShown<ContainReset>);
         program.script.step("confirm", always, [] { answer<ContainReset>("OK"); });
         program.expect("wait over a quiet watch", [] {
             return isShown<UpDataParam>() && SettingsBusy && !Worker::instance()->checkTimer().isActive();
@@ -131,10 +130,9 @@ private slots:
         const QByteArray name = button.toLatin1();
         Program program;
         program.open(QStringLiteral("r1"));
-        program.script.step("edit", always, [] { SetReportRate(8); });
-        program.expect("edited", [&] { return program.bus.flash("m1").ReportRate == 8; });
-        program.click("Reset");
-        program.expect("question", isShown<ContainReset>);
+        program.actUntil(
+            "edit", "m1", [] { SetReportRate(8); }, [&] { return program.bus.flash("m1").ReportRate == 8; });
+        program.clickUntil("Reset", "m1", isShown<ContainReset>);
         program.script.step("answer", always, [name] { answer<ContainReset>(name.constData()); });
         program.expect("as before", [] {
             return isGone<ContainReset>() && isGone<UpDataParam>() && quietState() && !WorkerArmed;
@@ -150,8 +148,7 @@ private slots:
     {
         Program program;
         program.open(QStringLiteral("r2"));
-        program.click("Reset");
-        program.expect("question", isShown<ContainReset>);
+        program.clickUntil("Reset", "m2", isShown<ContainReset>);
         // The long range is the last thing to go back before the read is ordered: the mouse is given contents
         // of its own in that call.
         QObject reset;
@@ -196,10 +193,9 @@ private slots:
     {
         Program program;
         program.open(QStringLiteral("r1"));
-        program.script.step("edit", always, [] { SetReportRate(8); });
-        program.expect("edited", [&] { return program.bus.flash("m1").ReportRate == 8; });
-        program.click("Reset");
-        program.expect("question", isShown<ContainReset>);
+        program.actUntil(
+            "edit", "m1", [] { SetReportRate(8); }, [&] { return program.bus.flash("m1").ReportRate == 8; });
+        program.clickUntil("Reset", "m1", isShown<ContainReset>);
         program.order("radio m1 off");
         program.script.step("confirm", always, [] { answer<ContainReset>("OK"); });
         program.expect("wait", isShown<UpDataParam>);
@@ -232,8 +228,7 @@ private slots:
             image.MacroBlocks[15].NameLength = 3;
             imageFile("Taigri", "3395", image);
         });
-        program.click("ImportData");
-        program.expect("file dialog", [] {
+        program.clickUntil("ImportData", "m1", [] {
             auto *const dialog = windows::shown<QFileDialog>();
             return dialog && dialog->windowTitle() == QLatin1String("SelectFile") &&
                    dialog->nameFilters() == QStringList{QStringLiteral("File(*.bin)")} && SettingsBusy;
@@ -324,8 +319,8 @@ private slots:
         Program program;
         program.open(QStringLiteral("r1"));
         program.expect("first load", [] { return keptRate(CacheOfM1) == 1; });
-        program.script.step("edit", always, [] { SetReportRate(4); });
-        program.expect("edited", [&] { return program.bus.flash("m1").ReportRate == 4; });
+        program.actUntil(
+            "edit", "m1", [] { SetReportRate(4); }, [&] { return program.bus.flash("m1").ReportRate == 4; });
         program.expect("not at the edit", [] { return keptRate(CacheOfM1) == 1; });
         program.click("UpArrow");
         program.expect("at the leave", [] { return keptRate(CacheOfM1) == 4; });
@@ -343,8 +338,8 @@ private slots:
     {
         Program program(Twins);
         program.open(QStringLiteral("r1"));
-        program.script.step("edit", always, [] { SetReportRate(4); });
-        program.expect("edited", [&] { return program.bus.flash("m1").ReportRate == 4; });
+        program.actUntil(
+            "edit", "m1", [] { SetReportRate(4); }, [&] { return program.bus.flash("m1").ReportRate == 4; });
         program.click("UpArrow");
         program.expect("tiles", [] { return windows::visible(windows::tileOf(QStringLiteral("r1"))); });
         program.order("unplug r1");

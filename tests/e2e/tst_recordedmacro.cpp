@@ -111,16 +111,16 @@ private slots:
         program.expect("the mouse has none of it", arrived);
 
         program.click("ButtonMain");
-        program.click("StartPause");
-        program.click("DPI_10");
-        program.script.step("the macro", always, [&] {
+        const auto bind = [&] {
             wanted.KeyBindings[Button] = {6, Button, 254};
             wanted.MacroBlocks[Button] = blockOf(Recorded, "Burst");
+            windows::click(QStringLiteral("StartPause"));
+            windows::click(QStringLiteral("DPI_10"));
             program.window->findChild<QWidget *>(QStringLiteral("page_5"))
                 ->findChild<QToolButton *>()
                 ->click();
-        });
-        program.expect("bound", arrived);
+        };
+        program.actUntil("bound", "m1", bind, arrived);
 
         // Another macro is selected before the mouse gets the new rows.
         program.click("MacroButton");

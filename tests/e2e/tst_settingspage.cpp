@@ -76,10 +76,10 @@ private slots:
     {
         Program program;
         openPage(program, "r1");
-        program.script.step("an edit", always, [] { SetReportRateByte(); });
-        program.expect("written", [&] { return program.agrees("m1"); });
-        program.script.step("reset", always, [] { shownControl<QAbstractButton>("Reset")->click(); });
-        program.script.step("question", isShown<ContainReset>, [] { answer<ContainReset>("OK"); });
+        program.actUntil("an edit", "m1", edit,
+                         [&] { return program.bus.record("m1").ReportRate == EditedRate; });
+        program.clickUntil("Reset", "m1", isShown<ContainReset>);
+        program.script.step("question", always, [] { answer<ContainReset>("OK"); });
         program.expect("wait", isShown<UpDataParam>);
         program.expect("done", [&] { return isGone<UpDataParam>() && program.agrees("m1") && quietState(); });
         program.expect("the page stays", [] { return shownControl("Reset") != nullptr; });
@@ -167,7 +167,7 @@ private slots:
         program.expect("gone", [] { return !windows::shown<Match>(); });
         // A connection that has not read the mouse yet answers an edit by a read.
         program.expect("the connection stands again", [&] {
-            SetReportRateByte();
+            edit();
             return program.bus.record("m1").ReportRate == EditedRate && program.agrees("m1");
         });
         QCOMPARE(program.script.run(), QString());
@@ -191,7 +191,7 @@ private slots:
 
 private:
     static constexpr uint8_t EditedRate = 8;
-    static void SetReportRateByte() { QVERIFY(SetReportRate(EditedRate)); }
+    static void edit() { SetReportRate(EditedRate); }
 };
 
 TEST_CLASS(tst_settingspage, ProgramSetUp)

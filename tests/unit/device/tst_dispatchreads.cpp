@@ -29,7 +29,7 @@ private slots:
         });
         select(0, Receiver8K);
         SensorPageLoaded = LightPageLoaded = ButtonPageLoaded = true;
-        WorkerArmed = true;
+        WorkerArmed = FullReadAwaited = true;
         DeviceRecord::edit([](FlashDataMap &record) { memset(&record, 0xEE, sizeof record); });
         deliver(8, 0, Image);
 
@@ -41,7 +41,7 @@ private slots:
                                            "UsbServer_ReadConfig", "UsbFinderC_Get4KDongleRGBValue mouse",
                                            "UsbFinderC_GetLongRangeMode mouse", "ProtocolDataUpdate"}));
         QCOMPARE(memcmp(&layer.updates().back(), &parsed, sizeof parsed), 0);
-        QVERIFY(DataLoaded && !WorkerArmed && !FullReadPending);
+        QVERIFY(DataLoaded && !WorkerArmed && !FullReadAwaited && !FullReadPending);
         QVERIFY(!SensorPageLoaded && !LightPageLoaded && !ButtonPageLoaded); // no page here sets them again
         QCOMPARE(SelectedDevice::imageName(), QStringLiteral("Device_CID12_MID06.bin"));
     }

@@ -253,28 +253,37 @@ TEST_F(UpgradeBus, ADeviceThatOpensLateMayBeTheSecondThatFits)
     EXPECT_TRUE(eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
 }
 
-// The kernel opens one node at a time, and the search waits for each of them.
+// The kernel opens one node at a time, and the search waits for each of them, for longer than for a silent
+// device. A busy machine may take that time over a single one, so there are some rounds.
 TEST_F(UpgradeBus, ManyDevicesThatNobodyHasOpenDoNotKeepAnUpgradeFromItsStart)
 {
-    constexpr int Others = 9;
+    constexpr int Others = 10;
+    constexpr milliseconds Opening{60};
+    static_assert(Others * Opening > hidusb::SearchTimes().silent);
     const auto file = makeFirmware(wire::TargetMouse, 3000, 18, 8);
     const auto firmware = hidusb::readFirmware(file.data());
     ASSERT_TRUE(firmware);
     nameVendor("1209");
-    std::vector<std::unique_ptr<FakeDevice>> others;
-    for (int i = 0; i < Others; ++i)
-        others.push_back(std::make_unique<FakeDevice>(mouseName("other" + std::to_string(i))));
     std::mutex kernel;
     std::atomic<int> opened{0};
-    const WhileOpening slowly([&](const std::string &) {
+    const WhileOpening slowly([&](const std::string &path) {
         const std::lock_guard lock(kernel);
-        std::this_thread::sleep_for(milliseconds(60));
-        ++opened;
+        std::this_thread::sleep_for(Opening);
+        opened += path.find("other") != std::string::npos;
     });
-    const auto target = hidusb::findTarget(*firmware);
-    EXPECT_EQ(opened, Others + 1) << "when the search was over";
+    int openedInTime = 0;
+    for (int round = 0; round < 5 && openedInTime < Others; ++round) {
+        std::vector<std::unique_ptr<FakeDevice>> others;
+        for (int i = 0; i < Others; ++i)
+            others.push_back(std::make_unique<FakeDevice>(mouseName("other" + std::to_string(i))));
+        opened = 0;
+        hidusb::findTarget(*firmware);
+        openedInTime = opened;
+        EXPECT_TRUE(eventually([&] { return opened == Others; }));
+    }
+    EXPECT_EQ(openedInTime, Others) << "when the search was over";
     // On a busy machine the search may find a device silent.
-    EXPECT_TRUE(target || eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
+    EXPECT_TRUE(eventually([&] { return hidusb::findTarget(*firmware).has_value(); }));
 }
 
 // However late its devices open, a search ends.

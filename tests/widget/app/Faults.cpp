@@ -110,10 +110,22 @@ bool isInList(const QWidget *widget)
     return false;
 }
 
-// What is off or out of date is dimmed on purpose.
+// At an edge of a list, until it is scrolled on.
+bool isUnderFade(const QWidget *widget)
+{
+    for (const QWidget *each = widget->parentWidget(); each; each = each->parentWidget())
+        if (const auto *area = qobject_cast<const QScrollArea *>(each))
+            for (const char *name : {"FadeTop", "FadeBottom"})
+                if (const auto *fade = area->findChild<QLabel *>(name, Qt::FindDirectChildrenOnly))
+                    if (fade->isVisible() && fade->geometry().intersects(placeIn(area, widget)))
+                        return true;
+    return false;
+}
+
+// What is off, out of date or under a fade is dimmed on purpose.
 bool isLive(const QWidget *widget)
 {
-    if (!widget->isEnabled())
+    if (!widget->isEnabled() || isUnderFade(widget))
         return false;
     for (const QWidget *each = widget; each; each = each->parentWidget())
         if (each->graphicsEffect())

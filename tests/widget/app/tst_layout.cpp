@@ -233,6 +233,44 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // What stands on a card as wide as the page begins on one line from page to page, and ends as far from
+    // its other edge; what stands beside the cards begins and ends with them.
+    void cardsHaveOneInset()
+    {
+        fake.setDevices({fixture::shipped(6, Receiver8K, "0x0005")});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("0x0005/6", Receiver8K));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        constexpr int left = 16, right = 866, inset = 24;
+        const auto on = [&window](const char *page, const char *name) {
+            auto *const pages = window.findChild<QStackedWidget *>("stackedWidgetDialog");
+            auto *const parent = pages->findChild<QWidget *>(page, Qt::FindDirectChildrenOnly);
+            pages->setCurrentWidget(parent); // has its final look once it has shown
+            const auto *widget = parent->findChild<QWidget *>(name);
+            return QRect(widget->mapTo(parent, QPoint()), widget->size());
+        };
+        for (const auto &[page, name] :
+             {std::pair("Buttoninterface", "label_3"), std::pair("Buttoninterface", "DebounceNote"),
+              std::pair("FormSetting", "TitleButton_2"), std::pair("Advanced", "SleepMarker")})
+            QVERIFY2(on(page, name).left() == left + inset,
+                     qPrintable(QString("%1 %2").arg(name).arg(on(page, name).left())));
+        QCOMPARE(on("Buttoninterface", "DebunceButton").right(), right - inset);
+        QCOMPARE(on("FormSetting", "line_2").right(), right - inset);
+        QCOMPARE(on("Buttoninterface", "label_8").left(), left);
+        QCOMPARE(on("Buttoninterface", "Reset").right(), right);
+        for (const char *panel : {"page_3", "page_4", "page_5", "page_6", "page_7", "page_8", "page_10"}) {
+            const auto *ground = window.findChild<QWidget *>("Buttoninterface")->findChild<QWidget *>(panel);
+            for (const QWidget *each : ground->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+                if (!each->objectName().startsWith("Functions"))
+                    QVERIFY2(each->x() >= inset && each->geometry().right() < right - left - inset + 1,
+                             panel);
+        }
+        QTRY_VERIFY(fake.idle());
+    }
+
     // Each model with all of its stages, each of them in turn the current one, and its longest number on all.
     void sensorPage_data()
     {
@@ -549,6 +587,10 @@ private slots:
         checkWithKeys(&dialog);
         dialog.busyForm();
         check(&dialog);
+        for (const int word : {1, 2}) {
+            emit PostMsg::instance()->SigProgress(0, word);
+            checkWithKeys(&dialog);
+        }
         for (const UpgradeTextRow &row : UpgradeTextRows) {
             dialog.noticeForm(row.text);
             checkWithKeys(&dialog);

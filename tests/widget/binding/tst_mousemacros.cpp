@@ -13,6 +13,14 @@ class tst_MouseMacros : public ButtonMacrosTest
 {
     Q_OBJECT
 
+private:
+    static void addRenamedAndSaved()
+    {
+        QTest::addColumn<bool>("isSaved"); // else renamed
+        QTest::newRow("name") << false;
+        QTest::newRow("rows") << true;
+    }
+
 private slots:
     void init() { begin(); }
     void cleanup() { end(); }
@@ -188,12 +196,7 @@ private slots:
     }
 
     // Another mouse may have a macro of that name on the same button.
-    void whatOneMouseMissedIsNotSentToAnother_data()
-    {
-        QTest::addColumn<bool>("isSaved"); // else renamed
-        QTest::newRow("name") << false;
-        QTest::newRow("rows") << true;
-    }
+    void whatOneMouseMissedIsNotSentToAnother_data() { addRenamedAndSaved(); }
     void whatOneMouseMissedIsNotSentToAnother()
     {
         QFETCH(bool, isSaved);
@@ -236,12 +239,7 @@ private slots:
     }
 
     // A mouse that is unplugged is not selected any more when its page is left.
-    void anUnpluggedMouseGetsWhatItMissedWhenItIsBack_data()
-    {
-        QTest::addColumn<bool>("isSaved"); // else renamed
-        QTest::newRow("name") << false;
-        QTest::newRow("rows") << true;
-    }
+    void anUnpluggedMouseGetsWhatItMissedWhenItIsBack_data() { addRenamedAndSaved(); }
     void anUnpluggedMouseGetsWhatItMissedWhenItIsBack()
     {
         QFETCH(bool, isSaved);

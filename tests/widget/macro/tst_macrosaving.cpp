@@ -15,6 +15,26 @@ class tst_MacroSaving : public QObject
 {
     Q_OBJECT
 
+private:
+    // A mouse whose button 3 plays the macro, and the page of the buttons as far as a save needs it.
+    static FlashDataMap boundTo(const MacroPage &page, const QString &name)
+    {
+        fixture::beginWithDevice();
+        MouseOnline = true;
+        FlashDataMap record{};
+        record.KeyBindings[3] = {6, 3, 1};
+        record.MacroBlocks[3] = macro::savedBlock(name, macro::loadMacro(name)->rows);
+        DeviceRecord::edit([&](FlashDataMap &map) { map = record; });
+        PostMsg *const hub = PostMsg::instance();
+        connect(hub, &PostMsg::SigUpDataMacro, page.page.get(), [hub](const QString &saved, int what) {
+            if (what == 0)
+                emit hub->SigMacroDownLoadData(saved, 3);
+            else
+                SetMacroBinding(3, {6, 3, 17}, DeviceRecord::copy().MacroBlocks[3]);
+        });
+        return record;
+    }
+
 private slots:
     // ---- Save
 
@@ -212,40 +232,38 @@ private slots:
         QCOMPARE(macro::isHeld("Alpha"), isEditedOn);
     }
 
-    // What a save did not bring to the mouse goes there when it is read, and the file stays.
+    // What a save did not bring to the mouse goes there when it is read, and the file stays. A read that is
+    // awaited while the save is sent brings what the mouse held before.
     void aReadAfterAMissedSave_data()
     {
         QTest::addColumn<bool>("rows");
         QTest::addColumn<bool>("renamed");
-        QTest::newRow("rows") << true << false;
-        QTest::newRow("rows, then renamed") << true << true;
-        QTest::newRow("mode") << false << false;
+        QTest::addColumn<bool>("isAway");
+        QTest::newRow("rows") << true << false << true;
+        QTest::newRow("rows, then renamed") << true << true << true;
+        QTest::newRow("mode") << false << false << true;
+        QTest::newRow("rows, before a read") << true << false << false;
+        QTest::newRow("mode, before a read") << false << false << false;
     }
     void aReadAfterAMissedSave()
     {
         QFETCH(bool, rows);
         QFETCH(bool, renamed);
+        QFETCH(bool, isAway);
         const MacroPage page({{"Alpha", Tap}});
-        fixture::beginWithDevice();
-        MouseOnline = true;
-        FlashDataMap record{};
-        record.KeyBindings[3] = {6, 3, 1};
-        record.MacroBlocks[3] = macro::savedBlock("Alpha", macro::loadMacro("Alpha")->rows);
-        DeviceRecord::edit([&](FlashDataMap &map) { map = record; });
+        FlashDataMap record = boundTo(page, "Alpha");
         PostMsg *const hub = PostMsg::instance();
-        connect(hub, &PostMsg::SigUpDataMacro, page.page.get(), [hub](const QString &name, int what) {
-            if (what == 0)
-                emit hub->SigMacroDownLoadData(name, 3);
-            else
-                SetMacroBinding(3, {6, 3, 17}, {});
-        });
         page.choose("Alpha");
-        FakeHidUsb::instance().setOnline("dev", false);
+        FakeHidUsb::instance().setOnline("dev", !isAway);
+        FullReadAwaited = !isAway;
         if (rows)
             page.page->InsertKeyRow("C", true);
         page.number()->setValue(rows ? 1 : 17);
         page.button("Save")->click();
         FakeHidUsb::instance().setOnline("dev", true);
+        if (!isAway)
+            DeviceRecord::edit([&](FlashDataMap &map) { map = record; });
+        FullReadAwaited = false;
         QString name = "Alpha";
         if (renamed) {
             name = "Gamma";
@@ -262,6 +280,35 @@ private slots:
         QCOMPARE(int(sent.KeyBindings[3].Second), rows ? 1 : 17);
         emit hub->SigButtonToMacro(record, 3); // changed by another computer
         QCOMPARE(page.file(name), Tap);
+    }
+
+    // The mouse then has the whole macro, so what it brings is newer. A save of the rows alone leaves a cycle
+    // mode that was missed.
+    void aSaveThatArrivesEndsWhatWasMissed_data()
+    {
+        QTest::addColumn<bool>("isModeMissed");
+        QTest::newRow("rows") << false;
+        QTest::newRow("mode, then rows") << true;
+    }
+    void aSaveThatArrivesEndsWhatWasMissed()
+    {
+        QFETCH(bool, isModeMissed);
+        const MacroPage page({{"Alpha", Tap}});
+        const FlashDataMap record = boundTo(page, "Alpha");
+        page.choose("Alpha");
+        FakeHidUsb::instance().setOnline("dev", false);
+        if (isModeMissed)
+            page.number()->setValue(17);
+        else
+            page.page->InsertKeyRow("C", true);
+        page.button("Save")->click();
+        FakeHidUsb::instance().setOnline("dev", true);
+        page.page->InsertKeyRow("D", true);
+        page.button("Save")->click();
+        const QByteArray saved = page.file("Alpha");
+        QVERIFY(saved != Tap);
+        emit PostMsg::instance()->SigButtonToMacro(record, 3); // changed by another computer
+        QCOMPARE(page.file("Alpha"), isModeMissed ? saved : Tap);
     }
 
     // ---- Drafts
