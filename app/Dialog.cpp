@@ -17,6 +17,7 @@
 #include "macro/Macro.h"
 #include "presentation/FirstShow.h"
 #include "presentation/Motion.h"
+#include "presentation/SkinPalette.h"
 #include "presentation/Spin.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/UpDataParam.h"
@@ -234,6 +235,12 @@ void Dialog::SlotStartRecord(int index)
     ui->PreButton->setEnabled(index == 1);
     for (const Navigation &entry : navigation_)
         entry.button->setEnabled(index == 1);
+}
+
+void Dialog::loadPictures(const DeviceAllInfo &device)
+{
+    skinPicture(pictures_ + QStringLiteral("BackGround.png"), this);
+    buttons_->loadPictures(device);
 }
 
 // ---- Leaving ------------------------------------------------------------------------------------

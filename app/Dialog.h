@@ -33,6 +33,8 @@ public:
     explicit Dialog(QWidget *parent = nullptr);
     ~Dialog() override;
 
+    // Loads the large pictures that the first page of this device shows into the toolkit's cache.
+    void loadPictures(const DeviceAllInfo &device);
     void writeCache(); // the image of the device
     // Sends the macros that wait to be sent, too.
     void keepAll();

@@ -3,6 +3,7 @@
 #include "app/DialogMain.h"
 
 #include "app/Dialog.h"
+#include "app/StartUp.h"
 #include "app/WindowFlags.h"
 #include "catalogue/LanguageChoice.h"
 #include "catalogue/RegistryStore.h"
@@ -54,6 +55,9 @@ DialogMain::DialogMain(QWidget *parent) : QDialog(parent), ui(std::make_unique<U
     migrateLanguage(RegistryStore::instance(), UserStore::instance());
     LanguageIndex = followLanguage(UserStore::instance(), language::names());
     pictures_ = style::pictureFolder(QStringLiteral("Dialog"));
+    // The ground is the largest picture of the first page, and the page finds it in the cache.
+    skinPicture(style::pictureFolder(QStringLiteral("DialogChange")) + QStringLiteral("MainBack.png"), this);
+    awaitFontFiles();
     dialog_ = new Dialog(this);
     dialogChange_ = new DialogChange(this);
     ui->stackedWidget->addWidget(dialogChange_);
@@ -80,6 +84,10 @@ void DialogMain::connectSignals()
     connect(hub, SIGNAL(SigChangeSize(int)), this, SLOT(SlotChangeSize(int)));
     connect(hub, SIGNAL(SigMouseOffLineo(int)), this, SLOT(SlotMouseOffLine(int)));
     connect(hub, SIGNAL(SigUpPageLight()), this, SLOT(SlotUpPageLight()));
+    // Decoded after the tile is drawn as one under the pointer, so that a click on it does not wait for them.
+    connect(dialogChange_, &DialogChange::tileEntered, dialog_, [this](const DeviceAllInfo &device) {
+        QTimer::singleShot(0, dialog_, [this, device] { dialog_->loadPictures(device); });
+    });
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager &session) {
         if (!staysForUpgrade())
             return;

@@ -10,3 +10,8 @@ void prepareStart();
 // Name, fonts, caches and colours of the application, after its object is constructed and when the last
 // variable of the environment is set.
 void prepareApplication();
+
+// Before the first font is asked for: returns when the files that tell of the fonts are read, which
+// prepareApplication() began, but does not wait for a slow disk. What needs no font is best done in front of
+// it.
+void awaitFontFiles();

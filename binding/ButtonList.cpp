@@ -5,11 +5,13 @@
 #include "binding/ActionButton.h"
 #include "device/DeviceState.h"
 #include "presentation/FirstShow.h"
+#include "presentation/FocusRing.h"
+#include "presentation/ScrollFades.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 
 #include <QButtonGroup>
-#include <QEvent>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QScrollArea>
@@ -24,13 +26,6 @@ constexpr int BadgeSize = 26;
 constexpr int RowGap = 8;
 constexpr int TailRoom =
     52; // below a list that scrolls: each row's position of the scroll bar can be reached
-constexpr QSize FadeSize{380, 28};
-
-bool isKeyboardFocus(const QEvent *event)
-{
-    const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
-}
 
 } // namespace
 
@@ -49,7 +44,7 @@ ButtonList::ButtonList(QScrollArea *scrollArea, QWidget *picture)
     }
     area_->setWidget(list);
     list->setAutoFillBackground(false);
-    addFades();
+    fades_ = new ScrollFades(area_, QStringLiteral("Buttoninterface"), [this](int y) { return cutsRow(y); });
     setModel(0);
 }
 
@@ -93,14 +88,14 @@ void ButtonList::pair(const Row &row)
         each->installEventFilter(this);
 }
 
-// Scrolls to the row that gets the keyboard focus, and lights both buttons of the pair that is pointed at.
+// Scrolls to the row that gets the focus, and lights both buttons of the pair that is pointed at.
 bool ButtonList::eventFilter(QObject *watched, QEvent *event)
 {
     const QEvent::Type type = event->type();
-    const bool enters = type == QEvent::Enter || (type == QEvent::FocusIn && isKeyboardFocus(event));
+    const bool enters = type == QEvent::Enter || isKeyboardFocus(event);
     const bool leaves = type == QEvent::Leave || type == QEvent::FocusOut;
     if (type == QEvent::FocusIn && qobject_cast<ActionButton *>(watched))
-        keepInView(static_cast<QWidget *>(watched), isKeyboardFocus(event));
+        area_->ensureWidgetVisible(static_cast<QWidget *>(watched), 0, RowGap);
     if (!enters && !leaves)
         return false;
     for (const Row &row : rows_) {
@@ -110,45 +105,6 @@ bool ButtonList::eventFilter(QObject *watched, QEvent *event)
         row.marker->setLit(enters);
     }
     return false;
-}
-
-// By the keyboard out of the fades, too; under a pointer that presses the row must not move that far.
-void ButtonList::keepInView(QWidget *caption, bool clearOfFades)
-{
-    area_->ensureWidgetVisible(caption, 0, RowGap);
-    if (!clearOfFades)
-        return;
-    for (const int edge : {caption->y(), caption->geometry().bottom()})
-        area_->ensureVisible(0, edge, 0, FadeSize.height());
-}
-
-// ---- Edges of the list --------------------------------------------------------------------------
-
-void ButtonList::addFades()
-{
-    const auto add = [this](const char *name) {
-        auto *fade = new QLabel(area_);
-        fade->setObjectName(QLatin1String(name));
-        fade->setAttribute(Qt::WA_TransparentForMouseEvents);
-        fade->resize(FadeSize);
-        fade->hide();
-        onFirstShow(fade, [fade] {
-            fade->setStyleSheet(style::labelPicture(style::pictureFolder(QStringLiteral("Buttoninterface")),
-                                                    fade->objectName() + QStringLiteral(".png")));
-        });
-        return fade;
-    };
-    fadeTop_ = add("FadeTop");
-    fadeBottom_ = add("FadeBottom");
-    fadeBottom_->move(0, area_->height() - FadeSize.height());
-    connect(area_->verticalScrollBar(), &QScrollBar::valueChanged, this, &ButtonList::showFades);
-}
-
-void ButtonList::showFades()
-{
-    const int top = area_->verticalScrollBar()->value();
-    fadeTop_->setVisible(cutsRow(top));
-    fadeBottom_->setVisible(cutsRow(top + area_->height()));
 }
 
 bool ButtonList::cutsRow(int y) const
@@ -257,7 +213,7 @@ void ButtonList::showRows()
     const int height = shownRows * (CaptionSize.height() + RowGap) - RowGap;
     grid_->setContentsMargins(0, 0, 0, height > area_->height() ? TailRoom : 0);
     area_->widget()->adjustSize();
-    showFades();
+    fades_->update();
 }
 
 int ButtonList::countOf(const QString &text) const

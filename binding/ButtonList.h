@@ -20,6 +20,7 @@ class QLabel;
 class PairedButton;
 class QScrollArea;
 class QWidget;
+class ScrollFades;
 
 class ButtonList : public QObject
 {
@@ -69,17 +70,13 @@ private:
     void addRow(std::size_t row, QWidget *list, QWidget *picture);
     void pair(const Row &row);
     void showRows();
-    void addFades();
-    void keepInView(QWidget *caption, bool clearOfFades);
-    void showFades();
     bool cutsRow(int y) const;
 
     QScrollArea *area_;
     QButtonGroup *group_;
     QGridLayout *grid_ = nullptr;
     std::array<Row, ButtonRows.size()> rows_{};
-    QLabel *fadeTop_ = nullptr;
-    QLabel *fadeBottom_ = nullptr;
+    ScrollFades *fades_ = nullptr;
     bool hasSixth_ = true;
     int buttonCount_ = 0;
 };

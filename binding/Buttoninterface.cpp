@@ -44,6 +44,9 @@ constexpr int SleepUnitSeconds = 10;
 constexpr int DefaultSleepSeconds = 60;
 constexpr int FireButton = 10; // its default binding holds the dialog's initial values
 
+// mid: the model's.
+QString pictureOf(int mid) { return QStringLiteral("mouse%1.png").arg(mid - FirstModelIndex); }
+
 QString leftText() { return actionText(ActionRows.front(), LanguageIndex); }
 
 // Whether a control inside the widget has the keyboard focus, which must move before the widget is hidden.
@@ -103,6 +106,14 @@ void Buttoninterface::applyStyle()
     list_->applyStyle(folder);
     styled_ = true;
     stylePicture();
+}
+
+void Buttoninterface::loadPictures(const DeviceAllInfo &device) const
+{
+    const QString folder = style::pictureFolder(QStringLiteral("Buttoninterface"));
+    const QString mouse = pictureOf(DeviceCatalogue().number(device.DriveIndex, "MID"));
+    for (const QString &file : {QStringLiteral("BackGround.png"), mouse})
+        skinPicture(folder + file, this);
 }
 
 void Buttoninterface::stylePicture()
@@ -225,11 +236,10 @@ void Buttoninterface::SlotFormResetButton()
 
 void Buttoninterface::SlotMouseIndex(int index)
 {
-    const int model = index - FirstModelIndex;
-    picture_ = QStringLiteral("mouse%1.png").arg(model);
+    picture_ = pictureOf(index);
     if (styled_)
         stylePicture();
-    list_->setModel(model);
+    list_->setModel(index - FirstModelIndex);
     list_->scrollToTop();
     // Another device was chosen; the open row belonged to the previous one.
     list_->uncheckAll();
@@ -245,8 +255,7 @@ void Buttoninterface::SlotUpDataConfigUI(int ToTalItem, int SelectIndex, bool It
 
 void Buttoninterface::on_ProjectChoose_activated(int index)
 {
-    if (!ButtonPageBusy)
-        sendWaitingMacros(); // saved for the buttons of the profile that is left
+    sendWaitingMacros(); // saved for the buttons of the profile that is left
     profiles_->choose(index);
 }
 

@@ -34,6 +34,8 @@ public:
     explicit Buttoninterface(QWidget *parent = nullptr);
     ~Buttoninterface() override;
 
+    // Loads the pictures of this device's page into the toolkit's cache.
+    void loadPictures(const DeviceAllInfo &device) const;
     bool SetMediaAction(int button, uint8_t code);
     bool SetComboAction(int button, const QString &keys);
     // Sets the caption of a button from its three bytes and from the record's key sequence and macro. A macro

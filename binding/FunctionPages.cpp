@@ -28,9 +28,9 @@ constexpr int ChoiceTop = 34;
 constexpr int ChoicePitch = 32;
 constexpr int GroupGap = 5;
 constexpr int Columns = 2;
-constexpr QPoint TitlePlace{16, 10};
-constexpr QPoint DetailPlace{16, 42};
-constexpr int PanelWidth = 820;
+constexpr QPoint TitlePlace{24, 10};
+constexpr QPoint DetailPlace{24, 42};
+constexpr int PanelWidth = 803;
 constexpr int ButtonGap = 8;
 constexpr int DetailPitch = 36;
 constexpr int MacroColumns = (PanelWidth + ButtonGap) / (FunctionSize.width() + ButtonGap);
@@ -120,13 +120,15 @@ void FunctionPages::addPanel(Panel panel)
     QWidget *const ground = page(panel);
     titles_[panel] = new QLabel(ground);
     titles_[panel]->setGeometry({TitlePlace, QSize(PanelWidth, 24)});
-    const QSize size = detailCount(panel) > FewDetails ? DetailSize : FunctionSize;
-    const int columns = (PanelWidth + ButtonGap) / (size.width() + ButtonGap);
+    const bool isDense = detailCount(panel) > FewDetails;
+    const QSize size = isDense ? DetailSize : FunctionSize;
+    const int gap = isDense ? DetailPitch - DetailSize.height() : ButtonGap;
+    const int columns = (PanelWidth + gap) / (size.width() + gap);
     int place = 0;
     for (const ActionRow &row : ActionRows) {
         if (row.place != panel)
             continue;
-        const QPoint offset((place % columns) * (size.width() + ButtonGap), place / columns * DetailPitch);
+        const QPoint offset((place % columns) * (size.width() + gap), place / columns * DetailPitch);
         addAction(row, ground)->setGeometry({DetailPlace + offset, size});
         ++place;
     }

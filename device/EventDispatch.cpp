@@ -303,6 +303,8 @@ constexpr MessageRow MessageRows[] = {
 
 } // namespace
 
+void forgetReceiver() { allocations().color = {}; }
+
 void startStatusTimer() { allocations().statusTimer.start(); }
 
 void ProtocolCallback(const uint8_t *header, int32_t headerLength, const uint8_t *payload,

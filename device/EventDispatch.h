@@ -11,6 +11,9 @@
 void ProtocolCallback(const uint8_t *header, int32_t headerLength, const uint8_t *payload,
                       uint32_t payloadLength);
 
+// What is known of a receiver is that of another one. On the worker's thread, before the pages are fed.
+void forgetReceiver();
+
 // Starts the timer that limits how often a device may ask for a whole new read. Called once, by the worker.
 void startStatusTimer();
 

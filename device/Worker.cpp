@@ -139,6 +139,8 @@ void Worker::pass(const DeviceAllInfo &selected)
         return;
     FullReadAwaited = true;
     SelectedDevice::setOnline(online);
+    if (selected.DevicePath != lastPath_)
+        forgetReceiver();
     if (online) {
         announceLoad();
     } else {

@@ -17,6 +17,7 @@
 #include "presentation/Edit.h"
 #include "presentation/FirstShow.h"
 #include "presentation/Motion.h"
+#include "presentation/ScrollFades.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
 
@@ -70,6 +71,21 @@ bool modelHasScheme()
     return DeviceCatalogue().list(model, "Adveanced").value(1) != QLatin1String(NoScheme);
 }
 
+// Puts the group's controls behind `last` on Tab's road, in the order that they have. Returns the last of
+// them.
+QWidget *tabThrough(const QWidget *group, QWidget *last)
+{
+    QVector<QWidget *> controls;
+    for (QWidget *each = group->nextInFocusChain(); each != group; each = each->nextInFocusChain())
+        if (group->isAncestorOf(each) && each->focusPolicy() & Qt::TabFocus && !each->focusProxy())
+            controls << each;
+    for (QWidget *each : qAsConst(controls)) {
+        QWidget::setTabOrder(last, each);
+        last = each;
+    }
+    return last;
+}
+
 } // namespace
 
 LampLight::LampLight(QWidget *parent)
@@ -117,6 +133,7 @@ void LampLight::buildContents()
     // The ground shows through without a sheet on the area, which would style all that the area holds anew.
     area_->viewport()->setAutoFillBackground(false);
     contents_->setAutoFillBackground(false);
+    new ScrollFades(area_, QStringLiteral("Light"));
     mouseCard_->resize(MouseCardSize);
     receiverCard_->resize(ReceiverCardSize);
     lampsCard_->resize(LampsCardSize);
@@ -202,12 +219,7 @@ void LampLight::readReceiver()
     lampsLater_.stop();
     if (!receiverShown_)
         return;
-    const QByteArray path = CurrentDevicePath();
-    if (path != receiverPath_) {
-        receiverLight_.forget();
-        lamps_->forget();
-        receiverPath_ = path;
-    }
+    forgetOther();
     QElapsedTimer asked;
     asked.start();
     const bool answers = receiverLight_.read();
@@ -219,6 +231,29 @@ void LampLight::readReceiver()
             lampsLater_.start();
     }
     receiver_->setState(receiverLight_.state());
+}
+
+// Whether the records were those of another receiver.
+bool LampLight::forgetOther()
+{
+    const QByteArray path = CurrentDevicePath();
+    if (path == receiverPath_)
+        return false;
+    receiverLight_.forget();
+    lamps_->forget();
+    receiverPath_ = path;
+    return true;
+}
+
+// A mouse that drops off while its device is opened brings no record, and nothing would be painted.
+void LampLight::showEvent(QShowEvent *event)
+{
+    const PageFilling filling(LightPageBusy);
+    if (forgetOther()) {
+        receiver_->setState(receiverLight_.state());
+        scheme_->dropUnread();
+    }
+    PageSurface::showEvent(event);
 }
 
 // The page may have been left or another device chosen meanwhile, and a change of a lamp may have asked
@@ -270,6 +305,9 @@ void LampLight::arrange()
     effectMark_->move(wired ? MarkOnCable : MarkOnRadio);
     effect_->move(wired ? EffectOnCable : EffectOnRadio);
     mouse_->move(wired ? MouseOnCable : MouseOnRadio);
+    QWidget *const upper = wired ? static_cast<QWidget *>(effect_) : mouse_;
+    QWidget *const lower = wired ? static_cast<QWidget *>(mouse_) : effect_;
+    tabThrough(lower, tabThrough(upper, movingOff_));
     int top = CardTop;
     const auto place = [&top](QFrame *card, QWidget *group, bool shown) {
         card->setVisible(shown);

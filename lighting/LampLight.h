@@ -93,6 +93,7 @@ public slots:
     void on_ReUntil_3_toggled(bool checked);
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
 
@@ -104,6 +105,7 @@ private:
     void connectSignals();
     void applyStyle();
     void paint(const FlashDataMap &map, Paint kind);
+    bool forgetOther();
     void readReceiver();
     void readLamps();
     void arrange();

@@ -13,6 +13,7 @@
 
 #include <QFrame>
 #include <QToolButton>
+#include <QVariant>
 
 namespace
 {

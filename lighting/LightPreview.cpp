@@ -5,6 +5,7 @@
 #include "presentation/Motion.h"
 #include "presentation/StyleSheets.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QTimerEvent>
 #include <QWindow>

@@ -6,6 +6,7 @@
 #include "presentation/StyleSheets.h"
 
 #include <QPainter>
+#include <QVariant>
 
 namespace
 {

@@ -16,7 +16,8 @@ EventList::Sort sortOf(const MacroRow &row)
     return row.isDelay() ? EventList::Delay : row.isRelease() ? EventList::Release : EventList::Press;
 }
 
-constexpr const char *SpokenKeys[] = {"EventPressed", "EventReleased", "EventDelay"}; // by Sort
+constexpr const char *IconFiles[] = {"MacroDown.png", "MacroUp.png", "MacroTime.png"}; // by Sort
+constexpr const char *SpokenKeys[] = {"EventPressed", "EventReleased", "EventDelay"};  // by Sort
 
 // Reads itself out: the text alone does not say whether the key goes down or up.
 class EventItem : public QListWidgetItem
@@ -50,12 +51,15 @@ private:
 
 } // namespace
 
-EventList::EventList(QListWidget *list) : list_(list)
+EventList::EventList(QListWidget *list) : list_(list) {}
+
+// A start has no row yet, so the pictures are loaded with the first one.
+const QIcon &EventList::iconOf(Sort sort)
 {
-    const QString folder = style::pictureFolder(QStringLiteral("Macro"));
-    icons_[Press] = QIcon(folder + QStringLiteral("MacroDown.png"));
-    icons_[Release] = QIcon(folder + QStringLiteral("MacroUp.png"));
-    icons_[Delay] = QIcon(folder + QStringLiteral("MacroTime.png"));
+    QIcon &icon = icons_[sort];
+    if (icon.isNull())
+        icon = QIcon(style::pictureFolder(QStringLiteral("Macro")) + QLatin1String(IconFiles[sort]));
+    return icon;
 }
 
 // A list that gets the keyboard focus has a current item, which is not selected by that.
@@ -80,10 +84,7 @@ MacroRows EventList::rows() const
     return rows;
 }
 
-QListWidgetItem *EventList::itemOf(const MacroRow &row) const
-{
-    return new EventItem(row, icons_[sortOf(row)]);
-}
+QListWidgetItem *EventList::itemOf(const MacroRow &row) { return new EventItem(row, iconOf(sortOf(row))); }
 
 void EventList::show(const MacroRows &rows, int selected)
 {

@@ -15,7 +15,7 @@ class EventList
 public:
     explicit EventList(QListWidget *list);
 
-    // The sort of a row, under this role of its item: an EventSort.
+    // The sort of a row, under this role of its item: a Sort.
     static constexpr int SortRole = Qt::UserRole;
     enum Sort : uint8_t { Press, Release, Delay };
 
@@ -31,7 +31,8 @@ public:
     void select(int row);
 
 private:
-    QListWidgetItem *itemOf(const macro::MacroRow &row) const;
+    QListWidgetItem *itemOf(const macro::MacroRow &row);
+    const QIcon &iconOf(Sort sort);
     macro::MacroRow rowAt(int row) const;
 
     QListWidget *list_;

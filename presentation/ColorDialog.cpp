@@ -12,13 +12,18 @@
 namespace
 {
 
+// As the toolkit lays out its fields of colors.
+constexpr int StandardRows = 6;
+constexpr int CustomRows = 2;
+
 void nameWells(const QColorDialog &dialog)
 {
     struct Well {
         int rows;
         WellName::ColorAt colorAt;
     };
-    static constexpr Well Wells[] = {{6, QColorDialog::standardColor}, {2, QColorDialog::customColor}};
+    static constexpr Well Wells[] = {{StandardRows, QColorDialog::standardColor},
+                                     {CustomRows, QColorDialog::customColor}};
     std::size_t index = 0;
     for (const QLabel *caption : dialog.findChildren<QLabel *>()) {
         QWidget *const well = caption->buddy();

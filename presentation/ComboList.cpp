@@ -6,10 +6,13 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
-#include <QEvent>
+#include <QCoreApplication>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPixmap>
 #include <QStyledItemDelegate>
+#include <QTimer>
 #include <qdrawutil.h>
 
 namespace
@@ -93,10 +96,26 @@ private:
     QPixmap ground_;
 };
 
+// The action by which a screen reader chooses an item only selects it, and leaves the current item where it
+// is, as no key and no pointer does.
+void takeSelectedItem(QComboBox *box)
+{
+    QAbstractItemView *const view = box->view();
+    const QModelIndexList selected = view->selectionModel()->selectedIndexes();
+    if (!view->isVisible() || selected.size() != 1 || selected.first() == view->currentIndex())
+        return;
+    view->setCurrentIndex(selected.first());
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(view, &press);
+}
+
 } // namespace
 
 void frameComboList(QComboBox *box, const QString &frame)
 {
     box->setItemDelegate(new Ticks(box));
     new Frame(box, frame);
+    // Keys and pointers select an item before they make it the current one.
+    QObject::connect(box->view()->selectionModel(), &QItemSelectionModel::selectionChanged, box,
+                     [box] { QTimer::singleShot(0, box, [box] { takeSelectedItem(box); }); });
 }

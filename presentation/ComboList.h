@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The open list of a combo box: a frame on all sides, round corners on the page beneath, and a tick at the
-// current item. Main thread.
+// current item. An item that a screen reader selects there is chosen. Main thread.
 #pragma once
 
 class QComboBox;

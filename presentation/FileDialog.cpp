@@ -4,6 +4,7 @@
 
 #include "presentation/ToolkitDialog.h"
 
+#include <QComboBox>
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QHeaderView>
@@ -69,6 +70,10 @@ QString run(QFileDialog &dialog)
 {
     static NoIcons icons; // the dialog keeps asking for them until its own end
     dialog.setIconProvider(&icons);
+    // The folder that the dialog begins with was entered in the list before.
+    if (auto *const folders = dialog.findChild<QComboBox *>(QStringLiteral("lookInCombo")))
+        for (int i = 0; i < folders->count(); ++i)
+            folders->setItemIcon(i, QIcon());
     dialog.setViewMode(QFileDialog::Detail); // else the one that any program used last
     fitColumns(dialog);
     nameChoices(dialog);

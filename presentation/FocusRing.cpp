@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QFocusEvent>
 #include <QPainter>
+#include <QScrollArea>
 #include <QStyle>
 
 namespace
@@ -23,11 +24,20 @@ constexpr int RoundTo = 28;
 // The toolkit sends a dialog's first widget such an event before the widget has the focus.
 bool fromKeyboard(const QWidget *widget, const QEvent *event)
 {
-    if (!widget->hasFocus())
-        return false;
+    return isKeyboardFocus(event) && widget->hasFocus();
+}
+
+// A list or another window takes the keyboard and gives it back to the same control.
+bool isLent(const QEvent *event)
+{
     const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-           reason == Qt::ShortcutFocusReason;
+    return reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason;
+}
+
+bool opensList(const QObject *watched, const QEvent *event)
+{
+    return event->type() == QEvent::Show && watched->isWidgetType() &&
+           static_cast<const QWidget *>(watched)->windowType() == Qt::Popup;
 }
 
 // A window that becomes active between two changes of the focus tells the first control nothing.
@@ -48,8 +58,9 @@ QRect drawnPart(const QWidget *control)
 double radiusAround(const QWidget *control)
 {
     const int height = control->height();
-    if (!qobject_cast<const QAbstractButton *>(control) || qobject_cast<const QCheckBox *>(control) ||
-        height > RoundTo)
+    const auto *button = qobject_cast<const QAbstractButton *>(control);
+    const bool isRow = button && !button->text().isEmpty() && button->width() > height;
+    if (!button || isRow || height > RoundTo)
         return Radius;
     return height < RoundFrom ? BarRadius : height / 2.0 + Gap + LineWidth;
 }
@@ -60,6 +71,14 @@ bool isScrolled(const QWidget *widget)
     const auto *area =
         viewport ? qobject_cast<const QAbstractScrollArea *>(viewport->parentWidget()) : nullptr;
     return area && area->viewport() == viewport;
+}
+
+// The toolkit scrolls only when Tab is pressed within the area.
+void scrollTo(QWidget *control)
+{
+    for (QWidget *each = control->parentWidget(); each; each = each->parentWidget())
+        if (auto *area = qobject_cast<QScrollArea *>(each))
+            area->ensureWidgetVisible(control);
 }
 
 QRect ringIn(const QWidget *ground, const QWidget *control)
@@ -79,6 +98,15 @@ QWidget *groundOf(const QWidget *control)
 }
 
 } // namespace
+
+bool isKeyboardFocus(const QEvent *event)
+{
+    if (event->type() != QEvent::FocusIn)
+        return false;
+    const Qt::FocusReason reason = static_cast<const QFocusEvent *>(event)->reason();
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+           reason == Qt::ShortcutFocusReason;
+}
 
 class FocusRing::Outline : public QWidget
 {
@@ -123,14 +151,18 @@ FocusRing::~FocusRing() = default;
 bool FocusRing::eventFilter(QObject *watched, QEvent *event)
 {
     const QEvent::Type type = event->type();
-    if (type == QEvent::FocusIn && watched->isWidgetType() &&
-        fromKeyboard(static_cast<QWidget *>(watched), event)) {
+    if (outline_ && opensList(watched, event)) {
+        outline_->hide(); // before the list takes what the page shows for its corners
+    } else if (watched->isWidgetType() &&
+               (fromKeyboard(static_cast<QWidget *>(watched), event) ||
+                (type == QEvent::FocusIn && watched == lender_ && isLent(event)))) {
         surround(static_cast<QWidget *>(watched));
     } else if (control_ && outline_ && (type == QEvent::Move || type == QEvent::Resize)) {
         if (watched == control_ || (watched->isWidgetType() && isBetween(static_cast<QWidget *>(watched))))
             outline_->follow(control_);
     } else if (control_ && watched == control_ &&
                (type == QEvent::FocusOut || type == QEvent::Hide || isTurnedOff(control_, event))) {
+        lender_ = type == QEvent::FocusOut && isLent(event) ? control_ : nullptr;
         control_ = nullptr;
         if (outline_)
             outline_->hide();
@@ -149,6 +181,8 @@ void FocusRing::surround(QWidget *widget)
     if (!widget->parentWidget() || widget->isWindow())
         return;
     control_ = widget;
+    lender_ = nullptr;
+    scrollTo(widget);
     QWidget *ground = groundOf(widget);
     if (!outline_)
         outline_ = new Outline(ink_, ground);

@@ -9,6 +9,11 @@
 #include <QPointer>
 #include <QWidget>
 
+class QEvent;
+
+// The keyboard leads the focus to the widget that gets this event.
+bool isKeyboardFocus(const QEvent *event);
+
 class FocusRing : public QObject
 {
 public:
@@ -28,5 +33,6 @@ private:
 
     QColor ink_;
     QPointer<QWidget> control_;
+    QPointer<QWidget> lender_;  // had the ring when a list or another window took the keyboard
     QPointer<Outline> outline_; // in the same window as the control, so that it moves with it
 };

@@ -6,6 +6,7 @@
 #include "presentation/StyleSheets.h"
 
 #include <QFrame>
+#include <QVariant>
 
 PageSurface::PageSurface(const QString &name, const QString &pictures, const char *nameKey, QWidget *parent)
     : QWidget(parent)

@@ -21,11 +21,12 @@ public:
 class PageFilling
 {
 public:
-    explicit PageFilling(std::atomic<bool> &flag) : busy_(flag) { busy_ = true; }
-    ~PageFilling() { busy_ = false; }
+    explicit PageFilling(std::atomic<bool> &flag) : busy_(flag), before_(flag.exchange(true)) {}
+    ~PageFilling() { busy_ = before_; }
     PageFilling(const PageFilling &) = delete;
     PageFilling &operator=(const PageFilling &) = delete;
 
 private:
     std::atomic<bool> &busy_;
+    const bool before_; // set where one routine that fills calls another
 };

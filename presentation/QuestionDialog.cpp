@@ -9,6 +9,7 @@
 #include "presentation/ScreenFont.h"
 #include "presentation/StyleSheets.h"
 
+#include <QLabel>
 #include <QLineEdit>
 
 namespace
@@ -31,7 +32,8 @@ QuestionDialog::QuestionDialog() : NoticeDialog(notice::MacroName)
     lineEdit_->setGeometry(FieldPlace);
     lineEdit_->setStyleSheet(style::lineEdit());
     lineEdit_->setFont(content()->font());
-    setTabOrder(lineEdit_, findChild<QWidget *>(QStringLiteral("OK")));
+    setTabOrder(findChild<QWidget *>(QStringLiteral("CloseButton")),
+                lineEdit_); // from which OK and Cancel follow
     lineEdit_->setFocus();
     connect(lineEdit_, &QLineEdit::textChanged, this, &QuestionDialog::on_lineEdit_textEdited);
     SlotAllLanguage(storedLanguage(UserStore::instance()));

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "presentation/WellName.h"
 
+#include <QVariant>
+
 WellName::WellName(QWidget *well, const QString &caption, int rows, ColorAt colorAt)
     : QObject(well), well_(well), caption_(caption), rows_(rows), colorAt_(colorAt)
 {

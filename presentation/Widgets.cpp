@@ -4,6 +4,7 @@
 
 #include "presentation/SkinPalette.h"
 
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QSignalBlocker>
@@ -209,6 +210,14 @@ void MyToolButton::mouseDoubleClickEvent(QMouseEvent *event)
 
 // The press has done it all; the toolkit's own release would click again.
 void MyToolButton::mouseReleaseEvent(QMouseEvent *) {}
+
+MySpinBox::MySpinBox(QWidget *parent) : WheelPasses(parent)
+{
+    connect(this, QOverload<int>::of(&QSpinBox::valueChanged), this, [this](int now) {
+        QAccessibleValueChangeEvent event(this, now);
+        QAccessible::updateAccessibility(&event);
+    });
+}
 
 void MySpinBox::take(int value)
 {

@@ -91,13 +91,14 @@ private:
     QString hint_;
 };
 
+// Tells screen readers its changes, which the toolkit's box keeps to itself.
 class MySpinBox : public WheelPasses<QSpinBox>
 {
     Q_OBJECT
     Q_PROPERTY(int value READ value WRITE take)
 
 public:
-    using WheelPasses::WheelPasses;
+    explicit MySpinBox(QWidget *parent = nullptr);
 
 protected:
     // What a screen reader sets counts as typed; a box that only shows a number keeps it.

@@ -221,7 +221,9 @@ void DialogChange::refreshTile(int index)
 {
     if (index < 0 || index >= int(attached_.tiles().size()))
         return;
-    std::thread(&refreshShown, attached_.tiles()[std::size_t(index)], takenGeneration_).detach();
+    const DeviceAllInfo device = attached_.tiles()[std::size_t(index)];
+    std::thread(&refreshShown, device, takenGeneration_).detach();
+    emit tileEntered(device);
 }
 
 void DialogChange::refreshShown(DeviceAllInfo device, uint64_t generation)

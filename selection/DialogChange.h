@@ -36,6 +36,10 @@ public:
     // How a screen reader names the page when it gets the focus: why it is there again.
     void setUnplugged(bool unplugged);
 
+signals:
+    // The pointer came over the tile of this device.
+    void tileEntered(const DeviceAllInfo &device);
+
 public slots:
     void WindowClosedA();
     void WindowMinA();

@@ -14,6 +14,7 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <algorithm>
+#include <functional>
 
 namespace
 {
@@ -38,6 +39,22 @@ QString nameFirst(const QStringList &nodes, int count)
 int widthOf(const QString &text, const QWidget *widget)
 {
     return widget->fontMetrics().size(Qt::TextSingleLine, text).width();
+}
+
+// On two lines the command ends its first between two commands, which a shell reads as it reads one line; as
+// late as both fit. One that fits nowhere is left to the field.
+QString inLines(const QString &command, const std::function<bool(const QString &)> &fits)
+{
+    const QString joint = QStringLiteral(" && ");
+    if (fits(command))
+        return command;
+    for (int at = command.lastIndexOf(joint); at > 0; at = command.lastIndexOf(joint, at - 1)) {
+        const QString first = command.left(at + joint.size() - 1);
+        const QString second = command.mid(at + joint.size());
+        if (fits(first) && fits(second))
+            return first + QLatin1Char('\n') + second;
+    }
+    return command;
 }
 
 // Names as many nodes as the label has room for, and one in any case.
@@ -128,14 +145,18 @@ void PermissionHint::writeTexts()
     const NodeRemedy remedy = nodeRemedy(nodes_.first());
     ui->hintTitle->setText(titleFor(ui->hintTitle, hintText("PermissionMissing", language_), nodes_));
     ui->hintText->setText(hintText(LackKeys[int(remedy.lack)], language_).arg(remedy.subject));
-    const int width = widthOf(remedy.command, ui->hintCommand);
-    ui->hintCommand->setGeometry(width + CommandEdges <= OneLine.width() ? OneLine : TwoLines);
-    if (ui->hintCommand->toPlainText() != remedy.command)
-        ui->hintCommand->setPlainText(remedy.command);
+    const auto fits = [this](const QString &line) {
+        return widthOf(line, ui->hintCommand) + CommandEdges <= OneLine.width();
+    };
+    command_ = remedy.command;
+    ui->hintCommand->setGeometry(fits(command_) ? OneLine : TwoLines);
+    const QString lines = inLines(command_, fits);
+    if (ui->hintCommand->toPlainText() != lines)
+        ui->hintCommand->setPlainText(lines);
 }
 
 void PermissionHint::copyCommand()
 {
-    QApplication::clipboard()->setText(ui->hintCommand->toPlainText());
+    QApplication::clipboard()->setText(command_);
     ui->hintCopy->setText(hintText("Copied", language_));
 }

@@ -42,6 +42,7 @@ private:
     std::unique_ptr<Ui::PermissionHint> ui; // from the first refusal on
     QFileSystemWatcher watcher_;
     QStringList nodes_;
+    QString command_; // in one line
     int language_ = 0;
     bool announced_ = false;
 };

@@ -77,7 +77,8 @@ bool isWhole()
 {
     const DesktopEntry entry(entryPath());
     const QString program = entry.text("TryExec");
-    return QFileInfo(program).isExecutable() && entry.command() == command(program);
+    return entry.text("Hidden") != QLatin1String("true") && QFileInfo(program).isExecutable() &&
+           entry.command() == command(program);
 }
 
 bool takeHiddenStart()

@@ -18,7 +18,8 @@ QString programPath();
 // Writes the entry anew or removes it. False when the folder does not take it; the old state stands.
 bool enable();
 bool disable();
-// There is an entry, and the program that it names exists.
+// There is an entry, and the program that it names exists. One with "Hidden" counts as removed: so desktops
+// take it.
 bool isWhole();
 
 // Whether the entry has started this process; programs that this one starts are told nothing of it.

@@ -13,6 +13,7 @@
 #include "presentation/FirstShow.h"
 #include "presentation/LanguageBox.h"
 #include "presentation/Notices.h"
+#include "presentation/ScrollFades.h"
 #include "presentation/SkinPalette.h"
 #include "presentation/StyleSheets.h"
 #include "presentation/language/LanguageTables.h"
@@ -25,6 +26,7 @@
 #include "ui_FormSetting.h"
 
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QMouseEvent>
 #include <QProcess>
@@ -82,6 +84,7 @@ FormSetting::FormSetting(QWidget *parent)
     // On a widget of its own, since setupUi() would warn of the slots whose controls are not in this release.
     auto *form = new QWidget(this);
     ui->setupUi(form);
+    new ScrollFades(ui->scrollArea, QStringLiteral("FormSetting"));
     versionPlace_ = ui->label->pos();
     SlotScroolChange(0);
     flow_ = std::make_unique<UpgradeFlow>(static_cast<UpgradePage &>(*this));
@@ -279,6 +282,11 @@ void FormSetting::SlotAllLanguage(int index)
 {
     if (!fontIsSet_) {
         QFont buttonFont = font();
+        buttonFont.setPointSizeF(ButtonPoints);
+        for (QWidget *button :
+             std::initializer_list<QWidget *>{ui->pushButton_2, ui->pushButton, ui->Reset, ui->OpenFolder})
+            button->setFont(buttonFont);
+        // The scaling to the screen leaves this one out.
         const double dotsPerInch = QGuiApplication::primaryScreen()->logicalDotsPerInchX();
         buttonFont.setPointSizeF(dotsPerInch > 0 ? ButtonPoints * 96 / dotsPerInch : ButtonPoints);
         ui->Receive_2->setFont(buttonFont);

@@ -28,6 +28,7 @@ constexpr int HalfWay = 50;
 // Of the message.
 constexpr QRect BelowHint{24, 70, 312, 52};
 constexpr QRect Alone{24, 40, 312, 60};
+constexpr QRect BelowSign{24, 62, 312, 44};
 constexpr QRect AboveOffer{24, 66, 312, 24};
 
 } // namespace
@@ -239,7 +240,11 @@ void UpDateRepair::writeTexts()
     ui->ToolText->setVisible(isHint);
     ui->offer->setText(offerText());
     ui->offer->setVisible(!offers_.empty());
-    ui->ToolText_2->setGeometry(!offers_.empty() ? AboveOffer : isHint ? BelowHint : Alone);
+    ui->ToolText_2->setGeometry(!offers_.empty() ? AboveOffer
+                                : isHint         ? BelowHint
+                                : showsResult()  ? BelowSign
+                                                 : Alone);
+    showSign();
     ui->ToolText_2->setText(upgradeText(text_, language_));
     set(ui->NewHong, common("Cancel"));
     set(ui->NewHong_2, mainButton_ == MainButton::Ok
@@ -249,6 +254,15 @@ void UpDateRepair::writeTexts()
     ui->percent->setText(progress.arg(targetName(UpgradeTarget)).arg(targetPercent()));
     setAccessibleName(ui->ToolText_2->text().isEmpty() ? hint : ui->ToolText_2->text());
     setAccessibleDescription(ui->offer->text());
+}
+
+void UpDateRepair::showSign()
+{
+    const bool isDone = text_ == UpgradeText::DialogUpgradeSuccess;
+    ui->sign->setVisible(showsResult());
+    setStyleSheetWhenShown(
+        ui->sign, style::labelPicture(style::pictureFolder(QStringLiteral("WarningDialog")),
+                                      isDone ? QStringLiteral("Done.png") : QStringLiteral("Warn.png")));
 }
 
 void UpDateRepair::SlotAllLanguage(int index)
@@ -266,13 +280,18 @@ void UpDateRepair::leave()
 {
     if (RepairBusy || busy_)
         return;
-    if (!ui->progressBar_2->isHidden()) {
-        if (ui->progressBar_2->value() == Full)
-            emit PostMsg::instance()->SigSetNewVer();
-        else if (OnDevicePage == 1)
-            emit PostMsg::instance()->SigChangeMainDialog(0);
-    }
+    tellResult();
     close();
+}
+
+void UpDateRepair::tellResult()
+{
+    if (ui->progressBar_2->isHidden())
+        return;
+    if (ui->progressBar_2->value() == Full)
+        emit PostMsg::instance()->SigSetNewVer();
+    else if (OnDevicePage == 1)
+        emit PostMsg::instance()->SigChangeMainDialog(0);
 }
 
 void UpDateRepair::on_CloseButton_clicked() { leave(); }
@@ -300,10 +319,13 @@ void UpDateRepair::keyPressEvent(QKeyEvent *event)
 
 void UpDateRepair::closeEvent(QCloseEvent *event)
 {
-    if (busy_ || RepairBusy)
+    if (busy_ || RepairBusy) {
         event->ignore();
-    else
-        NoticeWindow::closeEvent(event);
+        return;
+    }
+    if (event->spontaneous()) // a compositor's own way to close counts as a button
+        tellResult();
+    NoticeWindow::closeEvent(event);
 }
 
 void UpDateRepair::showEvent(QShowEvent *event)

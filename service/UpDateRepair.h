@@ -82,7 +82,9 @@ private:
     void showButtons();
     void showFailure();
     void leave();
+    void tellResult(); // that the user closes
     void writeTexts();
+    void showSign();
     int targetPercent() const;
     QString offerText() const;
     QString targetName(int target) const;

@@ -3,10 +3,12 @@
 #include "service/UpgradeFlow.h"
 
 #include "catalogue/DeviceCatalogue.h"
+#include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
 #include "device/EventDispatch.h"
 #include "device/FirmwareImage.h"
 #include "device/FirmwareSearch.h"
+#include "device/SideBySide.h"
 #include "device/Worker.h"
 #include "device/hidusb/HIDUsb.h"
 #include "environment/DataRoot.h"
@@ -489,7 +491,9 @@ void UpgradeFlow::endRun()
 void UpgradeFlow::findRestarted()
 {
     asked_.ask([this, flashed = ModelFirmware{UpgradeCid, UpgradeMid, UpgradeKind}]() -> Inquiry::Answer {
-        const std::vector<DeviceAllInfo> devices = attachedOfModel(flashed);
+        std::vector<DeviceAllInfo> devices = attachedOfModel(flashed);
+        // The watch tells a mouse on its cable from another one by the address of the selected device.
+        sideBySide(devices, refreshDevice);
         return [this, flashed, devices] { takeRestarted(flashed, devices); };
     });
 }

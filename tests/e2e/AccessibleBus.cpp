@@ -243,13 +243,14 @@ void AccessibleBus::take(const QDBusMessage &event)
                      event.path()};
 }
 
-void AccessibleBus::askEvents()
+void AccessibleBus::askEvents(const QString &wanted)
 {
     const QVector<Event> events = events_;
     events_.clear();
-    start([this, events] {
+    start([this, events, wanted] {
         told_.clear();
         for (const Event &each : events)
-            told_ << QStringLiteral("%1 %2: %3").arg(each.what, roleOf(each.path), nameOf(each.path));
+            if (wanted.startsWith(each.what + QLatin1Char(' ')))
+                told_ << QStringLiteral("%1 %2: %3").arg(each.what, roleOf(each.path), nameOf(each.path));
     });
 }

@@ -52,8 +52,9 @@ public:
     void chooseItem(const QString &name);
 
     // Of each event since the last call: what changed, to what, and the object's role and name, such as
-    // "checked 1 radio button: 500 Hz". Asks like walk().
-    void askEvents();
+    // "checked 1 radio button: 500 Hz". A load brings thousands, and each question takes its time, so only
+    // those of the wanted one's kind are asked about. Asks like walk().
+    void askEvents(const QString &wanted);
     const QStringList &events() const { return told_; }
 
 private slots:

@@ -6,14 +6,17 @@
 #include "device/ImageCache.h"
 #include "environment/DataRoot.h"
 #include "presentation/Notices.h"
+#include "presentation/StyleSheets.h"
 #include "tests/e2e/Program.h"
 #include "tests/e2e/ProgramSettled.h"
 #include "tests/support/TestMain.h"
 #include "tests/support/Watchdog.h"
 
 #include <QCloseEvent>
+#include <QPixmapCache>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QWindow>
 #include <QtTest>
 
@@ -30,6 +33,15 @@ const RateCase Rates[] = {
     {"Button1000HZ", 1, true},   {"Button2000HZ", 16, false}, {"Button4000HZ", 32, false},
     {"Button8000HZ", 64, false},
 };
+
+// Whether the toolkit has this picture already, decoded earlier than one that is made now.
+bool isLoaded(const QString &file)
+{
+    QPixmap now(1, 1);
+    now.fill();
+    const QPixmap picture(style::pictureFolder(QFileInfo(file).path()) + QFileInfo(file).fileName());
+    return !picture.isNull() && picture.cacheKey() < now.cacheKey();
+}
 
 } // namespace
 
@@ -180,6 +192,25 @@ private slots:
         program.expect("2000 Hz", [] { return windows::isChecked(QStringLiteral("Button2000HZ")); });
         program.expect("record and flash agree", [&] { return program.agrees("m2"); });
         QCOMPARE(program.script.run(), QString());
+    }
+
+    // The second mouse is of the model behind that of the first picture.
+    void thePointerOnATileLoadsThePicturesOfItsPage()
+    {
+        Program program;
+        const QString tile = Program::tile(QStringLiteral("r2"));
+        program.expect("the tile", [tile] { return windows::visible(tile); });
+        QCOMPARE(program.script.run(), QString());
+        QPixmapCache::clear();
+        QEvent enter(QEvent::Enter);
+        QApplication::sendEvent(windows::visible(tile), &enter);
+        bool passed = false;
+        QTimer::singleShot(0, [&passed] { passed = true; });
+        QTRY_VERIFY(passed);
+        QVERIFY(isLoaded(QStringLiteral("Dialog/BackGround.png")));
+        QVERIFY(isLoaded(QStringLiteral("Buttoninterface/BackGround.png")));
+        QVERIFY(isLoaded(QStringLiteral("Buttoninterface/mouse1.png")));
+        QVERIFY(!isLoaded(QStringLiteral("Buttoninterface/mouse2.png")));
     }
 
     void pullingTheReceiverLeadsBackToTheTiles()

@@ -22,7 +22,7 @@ QString shown(const QWidget *page, const char *name)
     if (const auto *label = qobject_cast<const QLabel *>(widget))
         return label->text();
     const auto *lines = qobject_cast<const QPlainTextEdit *>(widget);
-    return lines ? lines->toPlainText() : QString();
+    return lines ? lines->toPlainText().replace(QLatin1Char('\n'), QLatin1Char(' ')) : QString();
 }
 
 QString describe(const QWidget *page)

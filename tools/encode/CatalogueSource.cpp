@@ -14,6 +14,8 @@ namespace
 
 using Items = std::vector<std::string>;
 
+constexpr std::size_t LineLimit = 1000;
+
 std::string trimmed(const std::string &text)
 {
     const auto first = text.find_first_not_of(" \t\r");
@@ -117,6 +119,8 @@ public:
     bool take(const std::string &line)
     {
         ++line_;
+        if (line.size() > LineLimit)
+            return fail(line_, "is longer than " + std::to_string(LineLimit) + " characters");
         if (line.empty() || line.front() == ';')
             return true;
         if (!isPrintableAscii(line))
@@ -126,7 +130,7 @@ public:
     bool end()
     {
         if (section_.empty())
-            return fail(line_, "has no [Option]");
+            return fail(0, "has no [Option]");
         if (!endSection())
             return false;
         const int models = int(mids_.size());

@@ -19,6 +19,7 @@ constexpr std::string_view SensorList = "SENSORS";
 constexpr std::string_view CodeStart = "SENSOR_";
 constexpr std::string_view CodeMiddle = "_DPI_";
 constexpr std::string_view FamilyStarts[] = {"SENSOR", "SENSORS", "SUPPORT"};
+constexpr std::string_view SensorLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-";
 constexpr std::string_view Blanks = " \t\n";
 constexpr int HighestCode = 255; // a byte
 
@@ -204,8 +205,17 @@ private:
         if (listLine_ != 0)
             return fail(macro.number, "SENSORS stands in line " + std::to_string(listLine_) + " already");
         listLine_ = macro.number;
-        result.sensors = splitItems(macro.value);
-        return !isIn(result.sensors, "") || fail(macro.number, "SENSORS holds an empty name");
+        for (const std::string &name : splitItems(macro.value)) {
+            if (name.empty())
+                return fail(macro.number, "SENSORS holds an empty name");
+            if (name.find_first_not_of(SensorLetters) != std::string::npos)
+                return fail(macro.number,
+                            "the sensor " + name + " has other characters than letters, digits and -");
+            if (isIn(result.sensors, name))
+                return fail(macro.number, "SENSORS holds " + name + " twice");
+            result.sensors.push_back(name);
+        }
+        return true;
     }
 
     // The program looks for the names of sensors within the text.

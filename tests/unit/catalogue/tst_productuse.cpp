@@ -308,7 +308,7 @@ private slots:
     void theCatalogueKnowsWhatTheSourcesAskFor()
     {
         QStringList asked =
-            captured(sources, "(?:style::color|skinColor|optionList|\\boption)\\(\"(\\w+)\"\\)");
+            captured(sources, "(?:style::color|skinColor|optionList|driveList|\\boption)\\(\"(\\w+)\"\\)");
         asked += captured(sources, "ReadConfig(?:List)?\\([^;{}]*?QStringLiteral\\(\"(\\w+)\"\\)\\)");
         asked += captured(sources, "atalogue(?:\\(\\))?\\.(?:text|list|number)\\([^;{}\"]*\"(\\w+)\"");
         QVERIFY(asked.size() >= 20);

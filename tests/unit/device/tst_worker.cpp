@@ -197,6 +197,37 @@ private slots:
         QCOMPARE(memcmp(&record, &empty, sizeof record), 0); // the cache is shown, not taken over
     }
 
+    // Announced as the program holds it: nothing, until that of this receiver is read.
+    void theColorOfAnotherReceiverIsForgotten()
+    {
+        const auto read = [this] {
+            layer.deliver(8, 0, std::vector<uint8_t>(FlashSize, 0));
+            QTRY_VERIFY(hub->lines.contains(QStringLiteral("form")));
+        };
+        layer.edit("mouse", [](FakeDevice &mouse) { mouse.rgb.Scheme = 3; });
+        pass();
+        read();
+        emit PostMsg::instance()->SigMainPageChange();
+        pass(); // the same one again
+        layer.deliver(21, 0, {});
+        QTRY_VERIFY(hub->lines.contains(QStringLiteral("color 3")));
+        FakeDevice other;
+        other.path = "other";
+        other.online = false;
+        other.rgb.Scheme = 2;
+        layer.addDevice(other);
+        DeviceAllInfo info = mouse(Receiver8K);
+        info.DevicePath = QStringLiteral("other");
+        SelectedDevice::set(info);
+        pointCurrentDeviceAt(info.DevicePath);
+        MouseOnline = false;
+        pass();
+        layer.deliver(21, 0, {});
+        QTRY_VERIFY(hub->lines.contains(QStringLiteral("color 0")));
+        read();
+        QVERIFY(hub->lines.contains(QStringLiteral("color 2")));
+    }
+
     void anOffLineMouseIsConnectedAtEachVisit()
     {
         layer.setOnline("mouse", false);

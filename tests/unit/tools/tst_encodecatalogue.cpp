@@ -141,6 +141,7 @@ private slots:
         QTest::newRow("lacks the model id") << without("MID=6") << 14;
         QTest::newRow("lacks the ranges") << without("DPIRange=100,6000,100,6200,12000,200,0x11") << 14;
         QTest::newRow("key twice") << QByteArray(Small) + "KeyNumber=8\n" << 23;
+        QTest::newRow("line without an end") << Small + QByteArray("; ").leftJustified(1001, 'x') << 23;
         QTest::newRow("no model") << QByteArray(Small).left(QByteArray(Small).indexOf("[Drive")) << 2;
         const QByteArray model = QByteArray(Small).mid(QByteArray(Small).indexOf("[Drive"));
         QByteArray second = model;
@@ -241,6 +242,7 @@ private slots:
         row("KeyParam2", "0x05,1,0x00CD");
         row("KeyParam2", "0x05,x,,Ctrl+C");
         row("Adveanced", "1,-1");
+        row("KeyNumber", "5\nKeyParam6=0x05,0,0x00CD"); // counts for what a reset empties
     }
     void takesWhatIsInForm()
     {
@@ -294,6 +296,33 @@ private slots:
         QVERIFY(QFile::remove(folder_.filePath("driver_sensor.h")));
         QVERIFY(run("good.ini", "none.ini") != 0);
         QVERIFY(errors_.contains("driver_sensor.h"));
+    }
+
+    // A catalogue that cannot be read whole, and a target that must not be lost.
+    void refusesFilesThatAreNone()
+    {
+        QVERIFY(write("good.ini", Small));
+        QVERIFY(QDir(folder_.path()).mkpath("folder"));
+        const auto says = [this](const char *source, const char *target, const QByteArray &file,
+                                 const char *reason, const QStringList &options = {}) {
+            const bool refuses = run(source, target, options) == 1;
+            return refuses && errors_ == file + ": " + reason + '\n';
+        };
+        const auto path = [this](const char *name) { return folder_.filePath(name).toUtf8(); };
+        QVERIFY2(says("folder", "none.ini", path("folder"), "cannot be read"), errors_);
+        QVERIFY2(says("good.ini", "folder", path("folder"), "cannot be written"), errors_);
+        QVERIFY(QFileInfo(folder_.filePath("folder")).isDir());
+        QVERIFY2(says("good.ini", "good.ini", path("good.ini"), "is the target too"), errors_);
+        QVERIFY2(says("good.ini", "driver_sensor.h", path("driver_sensor.h"), "is the target too"), errors_);
+        QCOMPARE(run("good.ini", "Config.ini"), 0); // both are whole
+        QVERIFY(write("empty.ini", ""));
+        QVERIFY2(says("empty.ini", "Config.ini", path("empty.ini"), "has no [Option]"), errors_);
+        QVERIFY(QFileInfo(folder_.filePath("Config.ini")).size() > 0);
+        QVERIFY(QFile::link("/dev/zero", folder_.filePath("endless.ini")));
+        QVERIFY2(says("endless.ini", "none.ini", path("endless.ini"), "is larger than 1 MiB"), errors_);
+        QVERIFY2(says("good.ini", "none.rules", "\"a\", b\"", "is no name of a group", {"--udev=a\", b"}),
+                 errors_);
+        QVERIFY(!QFileInfo::exists(folder_.filePath("none.rules")));
     }
 
     // Every row of the document's tables is a key as the code has it, and every key has a row.
@@ -501,6 +530,14 @@ private slots:
     {
         QCOMPARE(headerOf("/* x */\n").error, std::string("has no line SENSORS"));
         QCOMPARE(headerOf("#define SENSORS\t3395,\n").error, std::string("SENSORS holds an empty name"));
+        QCOMPARE(headerOf("#define SENSORS\t3395,PA42,3395\n").error,
+                 std::string("SENSORS holds 3395 twice"));
+        for (const char *name : {"33 95", "\xC3\xA9", "A_DPI_B"}) {
+            const SensorHeader header = headerOf(QByteArray("#define SENSORS\t3395,") + name + '\n');
+            QCOMPARE(header.error,
+                     "the sensor " + std::string(name) + " has other characters than letters, digits and -");
+            QCOMPARE(header.errorLine, 1);
+        }
         QCOMPARE(headerOf("#define SENSORS\tPI42\n").error, std::string()); // without a table
         QCOMPARE(headerOf("#define SENSORS\tPI42\n#define SENSOR_PI42_DPI_100\t1\n").error,
                  std::string("the sensor PI42 holds a capital I, and its DPI values are not read"));

@@ -110,10 +110,22 @@ bool isInList(const QWidget *widget)
     return false;
 }
 
-// What is off or out of date is dimmed on purpose.
+// At an edge of a list, until it is scrolled on.
+bool isUnderFade(const QWidget *widget)
+{
+    for (const QWidget *each = widget->parentWidget(); each; each = each->parentWidget())
+        if (const auto *area = qobject_cast<const QScrollArea *>(each))
+            for (const char *name : {"FadeTop", "FadeBottom"})
+                if (const auto *fade = area->findChild<QLabel *>(name, Qt::FindDirectChildrenOnly))
+                    if (fade->isVisible() && fade->geometry().intersects(placeIn(area, widget)))
+                        return true;
+    return false;
+}
+
+// What is off, out of date or under a fade is dimmed on purpose.
 bool isLive(const QWidget *widget)
 {
-    if (!widget->isEnabled())
+    if (!widget->isEnabled() || isUnderFade(widget))
         return false;
     for (const QWidget *each = widget; each; each = each->parentWidget())
         if (each->graphicsEffect())
@@ -269,12 +281,49 @@ QString tipOver(QWidget *widget)
     return text;
 }
 
+// A dialog's road begins anew behind the cross in its corner, with what is to be read first.
+void addLateCross(const QWidget *window, const QVector<QWidget *> &reached, QStringList &found)
+{
+    const auto isCross = [](const QWidget *each) { return each->objectName() == "CloseButton"; };
+    const auto cross = std::find_if(reached.begin(), reached.end(), isCross);
+    if (cross == reached.end() || window->findChild<QWidget *>("MinButton"))
+        return;
+    const QWidget *next = cross + 1 == reached.end() ? reached.first() : *(cross + 1);
+    for (const QWidget *each : reached) {
+        const QRect place = placeIn(window, each);
+        const QRect first = placeIn(window, next);
+        if (!isCross(each) &&
+            (place.bottom() < first.top() || (place.top() <= first.bottom() && place.right() < first.left())))
+            found << QString("%1 comes late").arg(faults::place(each));
+    }
+}
+
+void addStrayTip(QWidget *widget, QStringList &found)
+{
+    if (!widget->toolTip().isEmpty() && tipOver(widget) == "outside")
+        found << "tip outside: " + place(widget);
+}
+
 void addStacked(const QWidget *window, const QVector<QWidget *> &controls, QStringList &found)
 {
     for (int i = 0; i < controls.size(); ++i)
         for (int j = 0; j < i; ++j)
             if (placeIn(window, controls[i]).intersects(placeIn(window, controls[j])))
                 found << "overlap: " + place(controls[i]) + ", " + place(controls[j]);
+}
+
+// A step against the direction of reading. Marks on a picture go by their numbers.
+void addJump(const QWidget *window, const QVector<QWidget *> &reached, const QWidget *next,
+             QStringList &jumps)
+{
+    if (reached.isEmpty() || next->objectName().startsWith("Number"))
+        return;
+    const QRect from = placeIn(window, reached.last());
+    const QRect to = placeIn(window, next);
+    const bool up = to.bottom() < from.top() && to.left() < from.right();
+    const bool left = to.right() < from.left() && to.top() <= from.bottom();
+    if (up || left)
+        jumps << QString("back from %1 to %2").arg(place(reached.last()), place(next));
 }
 
 } // namespace
@@ -313,6 +362,7 @@ QStringList in(QWidget *window)
                 found << "cut: " + place(widget);
         if (!isInList(widget) && !window->rect().contains(placeIn(window, widget)))
             found << "outside: " + place(widget);
+        addStrayTip(widget, found);
         if (!isControl(widget))
             continue;
         controls << widget;
@@ -340,6 +390,7 @@ QStringList inLongTexts(QWidget *window)
                 found << "cut: " + place(widget);
         if (!isInList(widget) && !window->rect().contains(placeIn(window, widget)))
             found << "outside: " + place(widget);
+        addStrayTip(widget, found);
         if (isControl(widget))
             controls << widget;
     }
@@ -405,7 +456,7 @@ QStringList faintControls(QWidget *window)
 
 QStringList ofTheKeyboard(QWidget *window)
 {
-    QStringList found;
+    QStringList found, jumps;
     QVector<QWidget *> reached;
     QApplication::setActiveWindow(window);
     window->setFocus(Qt::TabFocusReason);
@@ -415,6 +466,7 @@ QStringList ofTheKeyboard(QWidget *window)
         QWidget *focus = QApplication::focusWidget();
         if (!focus || focus == window || reached.contains(focus) || reached.size() > 300)
             break;
+        addJump(window, reached, focus, jumps); // while the page is scrolled to it
         reached << focus;
         const auto *ring = window->findChild<QWidget *>("FocusOutline");
         if (!ring || !ring->isVisible()) {
@@ -433,16 +485,9 @@ QStringList ofTheKeyboard(QWidget *window)
         if (isControl(widget) && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus) &&
             !reached.contains(widget) && !qobject_cast<QScrollBar *>(widget))
             found << "not reached: " + place(widget);
-    // The road ends once, at its last control. Marks on a picture go by their numbers.
-    QStringList jumps;
-    for (int i = 0; i < reached.size(); ++i) {
-        const QWidget *next = reached[(i + 1) % reached.size()];
-        const QRect from = placeIn(window, reached[i]);
-        const QRect to = placeIn(window, next);
-        if (to.bottom() < from.top() && to.left() < from.right() && !next->objectName().startsWith("Number"))
-            jumps << QString("back from %1 to %2").arg(place(reached[i]), place(next));
-    }
-    if (jumps.size() > 1)
+    addJump(window, reached, reached.value(0), jumps);
+    addLateCross(window, reached, found);
+    if (jumps.size() > 1) // the road ends once, at its last control
         found << jumps;
     return found;
 }

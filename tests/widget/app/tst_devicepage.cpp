@@ -11,6 +11,8 @@
 #include <QGraphicsEffect>
 #include <QLabel>
 #include <QProgressBar>
+#include <QScrollArea>
+#include <QScrollBar>
 
 class tst_DevicePage : public MainWindow
 {
@@ -92,6 +94,53 @@ private slots:
         way->click();
         QCOMPARE(dialog()->findChild<QLabel *>("headTitle")->text(), name);
         QVERIFY(dialog()->findChild<QLabel *>("headTitle")->isVisible());
+    }
+
+    // Nothing ends at an edge: its last line is the ground, in one color. The version stays clear of it.
+    void whatAPageCutsFades_data()
+    {
+        QTest::addColumn<QString>("way");
+        for (const char *way : {"LightsButton", "FormSetting"})
+            QTest::newRow(way) << way;
+    }
+    void whatAPageCutsFades()
+    {
+        QFETCH(QString, way);
+        openDevicePage();
+        emit PostMsg::instance()->SigUpDataLightUIA(FlashDataMap{});
+        button(way)->click();
+        auto *const area = pages()->currentWidget()->findChild<QScrollArea *>("scrollArea");
+        QScrollBar *const bar = area->verticalScrollBar();
+        const auto isCut = [&](int y) {
+            const QImage shown = dialog()->grab().toImage();
+            const QPoint at = area->viewport()->mapTo(dialog(), QPoint(0, y));
+            for (int x = 0; x < area->viewport()->width(); ++x)
+                if (shown.pixel(at + QPoint(x, 0)) != shown.pixel(at))
+                    return true;
+            return false;
+        };
+        const auto fades = [&] {
+            QString names;
+            for (const char *name : {"FadeTop", "FadeBottom"})
+                if (area->findChild<QLabel *>(name)->isVisible())
+                    names += QLatin1String(name) + ' ';
+            return names;
+        };
+        QVERIFY(bar->maximum() > 100);
+        QCOMPARE(fades(), QString("FadeBottom "));
+        for (const int value : {25, 60, 100}) {
+            bar->setValue(value);
+            QCOMPARE(fades(), QString("FadeTop FadeBottom "));
+            QVERIFY(!isCut(0));
+            QVERIFY(!isCut(area->viewport()->height() - 1));
+        }
+        const auto *const version = area->widget()->findChild<QLabel *>("label", Qt::FindDirectChildrenOnly);
+        QCOMPARE(bool(version), way == "FormSetting");
+        if (version)
+            QVERIFY(version->mapTo(area, version->rect().bottomLeft()).y() <
+                    area->findChild<QLabel *>("FadeBottom")->y());
+        bar->setValue(bar->maximum());
+        QCOMPARE(fades(), QString("FadeTop "));
     }
 
     // The column's mark and the panels of a button fade into place; nothing is left behind, and nothing moves

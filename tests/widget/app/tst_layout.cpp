@@ -14,6 +14,7 @@
 #include "macro/Macro.h"
 #include "macro/store/MacroFile.h"
 #include "macro/store/MacroFolder.h"
+#include "presentation/FileDialog.h"
 #include "presentation/Notices.h"
 #include "presentation/QuestionDialog.h"
 #include "presentation/SkinPalette.h"
@@ -39,6 +40,7 @@
 
 #include <QColorDialog>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -162,7 +164,7 @@ private slots:
         QTRY_VERIFY(fake.idle());
         QTRY_VERIFY(window.findChild<PermissionHint *>()->isVisible());
         QCOMPARE(window.findChildren<mytoolButtonEnter *>().size(), tiles);
-        check(&window);
+        checkWithKeys(&window);
     }
 
     void devicePages()
@@ -231,6 +233,44 @@ private slots:
         QTRY_VERIFY(fake.idle());
     }
 
+    // What stands on a card as wide as the page begins on one line from page to page, and ends as far from
+    // its other edge; what stands beside the cards begins and ends with them.
+    void cardsHaveOneInset()
+    {
+        fake.setDevices({fixture::shipped(6, Receiver8K, "0x0005")});
+        fake.setRunsWatchAtStart(false);
+        DialogMain window;
+        window.show();
+        QTRY_VERIFY(fake.idle());
+        fixture::select(fixture::info("0x0005/6", Receiver8K));
+        emit PostMsg::instance()->SigChangeMainDialog(1);
+        constexpr int left = 16, right = 866, inset = 24;
+        const auto on = [&window](const char *page, const char *name) {
+            auto *const pages = window.findChild<QStackedWidget *>("stackedWidgetDialog");
+            auto *const parent = pages->findChild<QWidget *>(page, Qt::FindDirectChildrenOnly);
+            pages->setCurrentWidget(parent); // has its final look once it has shown
+            const auto *widget = parent->findChild<QWidget *>(name);
+            return QRect(widget->mapTo(parent, QPoint()), widget->size());
+        };
+        for (const auto &[page, name] :
+             {std::pair("Buttoninterface", "label_3"), std::pair("Buttoninterface", "DebounceNote"),
+              std::pair("FormSetting", "TitleButton_2"), std::pair("Advanced", "SleepMarker")})
+            QVERIFY2(on(page, name).left() == left + inset,
+                     qPrintable(QString("%1 %2").arg(name).arg(on(page, name).left())));
+        QCOMPARE(on("Buttoninterface", "DebunceButton").right(), right - inset);
+        QCOMPARE(on("FormSetting", "line_2").right(), right - inset);
+        QCOMPARE(on("Buttoninterface", "label_8").left(), left);
+        QCOMPARE(on("Buttoninterface", "Reset").right(), right);
+        for (const char *panel : {"page_3", "page_4", "page_5", "page_6", "page_7", "page_8", "page_10"}) {
+            const auto *ground = window.findChild<QWidget *>("Buttoninterface")->findChild<QWidget *>(panel);
+            for (const QWidget *each : ground->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+                if (!each->objectName().startsWith("Functions"))
+                    QVERIFY2(each->x() >= inset && each->geometry().right() < right - left - inset + 1,
+                             panel);
+        }
+        QTRY_VERIFY(fake.idle());
+    }
+
     // Each model with all of its stages, each of them in turn the current one, and its longest number on all.
     void sensorPage_data()
     {
@@ -271,6 +311,7 @@ private slots:
             QCOMPARE(dialog->findChild<QToolButton *>("BlueButton")->text(), largest);
             check(&window);
         }
+        checkWithKeys(&window);
         QCOMPARE(dialog->findChild<QToolButton *>("LightYellowButton")->isVisible(), stages == 8);
         QTRY_VERIFY(fake.idle());
     }
@@ -297,6 +338,7 @@ private slots:
                 QVERIFY(open->isVisible());
                 check(&window);
             }
+            checkWithKeys(&window);
         }
         fixture::emitOnOtherThread([] { emit PostMsg::instance()->SigFormReset(); });
         open->click();
@@ -343,6 +385,8 @@ private slots:
                     if (bar->value() == bar->maximum())
                         break;
                 }
+                if (mode == Breathing) // shows every control
+                    checkWithKeys(&window);
             }
         QTRY_VERIFY(fake.idle());
     }
@@ -453,6 +497,7 @@ private slots:
         emit PostMsg::instance()->SigLabelText(0, "v12.0A");
         emit PostMsg::instance()->SigLabelText(1, "v12.0B");
         QScrollBar *bar = page->findChild<QScrollArea *>("scrollArea")->verticalScrollBar();
+        checkWithKeys(&window);
         for (const int language : {0, 1, 2}) {
             emit PostMsg::instance()->SigAllLanguage(language);
             for (int at = 0; at < bar->maximum(); at += bar->pageStep() / 2) {
@@ -515,6 +560,23 @@ private slots:
         dialog->reject();
     }
 
+    void fileDialogs()
+    {
+        QStringList found;
+        int seen = 0;
+        const auto look = [&](QFileDialog *dialog) {
+            found << faults::faintTexts(dialog) + faults::faintControls(dialog);
+            ++seen;
+            dialog->reject();
+        };
+        fixture::whenModal<QFileDialog>(look);
+        filedialog::askForFile(nullptr, "File(*.bin)");
+        fixture::whenModal<QFileDialog>(look);
+        filedialog::askForNewFile(nullptr, "File(*.bin)", "bin", "Name.bin");
+        QCOMPARE(found.join('\n'), QString());
+        QCOMPARE(seen, 2);
+    }
+
     // Each of its forms, with each of its texts.
     void upgrade()
     {
@@ -522,12 +584,16 @@ private slots:
         dialog.show();
         checkWithKeys(&dialog);
         dialog.readyForm();
-        check(&dialog);
+        checkWithKeys(&dialog);
         dialog.busyForm();
         check(&dialog);
+        for (const int word : {1, 2}) {
+            emit PostMsg::instance()->SigProgress(0, word);
+            checkWithKeys(&dialog);
+        }
         for (const UpgradeTextRow &row : UpgradeTextRows) {
             dialog.noticeForm(row.text);
-            check(&dialog);
+            checkWithKeys(&dialog);
         }
     }
 
@@ -542,7 +608,7 @@ private slots:
         LightModeSet light;
         for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &light}) {
             dialog->show();
-            check(dialog);
+            checkWithKeys(dialog);
         }
         for (int mode = 0; mode < 6; ++mode) {
             light.findChild<QComboBox *>("LightMod")->setCurrentIndex(mode);
@@ -591,17 +657,17 @@ private slots:
                 QStringLiteral("dev"), wired ? uint16_t(fixture::CableKind) : uint16_t(Receiver1K)));
             Match match(&attached);
             match.show();
-            check(&match);
+            checkWithKeys(&match);
             if (wired)
                 continue;
             match.on_MatchButton_clicked();
             for (int i = 0; i < 4; ++i)
                 match.onTextTimeupDestroy(); // as long as the text gets
-            check(&match);
+            checkWithKeys(&match);
             pairing::end(PairingPhase::Failed);
             for (const int outcome : {0, 1}) {
                 emit PostMsg::instance()->SigButtonEnable(outcome);
-                check(&match);
+                checkWithKeys(&match);
             }
         }
     }

@@ -37,7 +37,6 @@ struct PicturesToCome {
     const char *names;
 };
 constexpr PicturesToCome ToCome[] = {
-    {"Buttoninterface", "FadeTop"},
     {"Panel", "CheckBox CheckBoxCheck CheckBoxCheckHover CheckBoxCheckOff CheckBoxHover CheckBoxOff Menu "
               "MenuClicked MenuOff"}, // of the emulator's panel
     {"WarningDialog",

@@ -4,6 +4,9 @@
 // The wheel: over every control of every page and dialog it changes nothing and takes no focus; what lies
 // under the control scrolls, and so does an open list.
 #include "app/DialogMain.h"
+#include "lighting/InputPic.h"
+#include "lighting/LedInfo.h"
+#include "lighting/LightModeSet.h"
 #include "presentation/ColorDialog.h"
 #include "presentation/FileDialog.h"
 #include "presentation/StyleSheets.h"
@@ -94,6 +97,23 @@ private slots:
         delay.show();
         QCOMPARE(checkAll<QSpinBox>(fireKey), 2);
         QCOMPARE(checkAll<QSpinBox>(delay), 1);
+    }
+
+    void inTheDialogsThatNothingOpensItChangesNothing()
+    {
+        LedInfo receiver;
+        InputPicB screen;
+        LightModeSet light;
+        int controls = 0;
+        for (QDialog *dialog : std::initializer_list<QDialog *>{&receiver, &screen, &light}) {
+            dialog->show();
+            for (const int found :
+                 {checkAll<QComboBox>(*dialog), checkAll<QSlider>(*dialog), checkAll<QSpinBox>(*dialog)}) {
+                QVERIFY(found >= 0);
+                controls += found;
+            }
+        }
+        QVERIFY(controls > 0);
     }
 
     // The colour is written when the dialog is accepted.

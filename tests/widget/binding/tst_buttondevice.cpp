@@ -127,6 +127,7 @@ private slots:
         FakeHidUsb::instance().setOnline("dev", false);
         ButtonPageBusy = true;
         page().form.on_ProjectChoose_activated(1);
+        QVERIFY(ButtonPageBusy);
         ButtonPageBusy = false;
         QCOMPARE(FakeHidUsb::instance().count("UsbServer_SetCurrentConfig"), 1);
     }

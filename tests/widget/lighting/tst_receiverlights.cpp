@@ -315,6 +315,35 @@ private slots:
         QCOMPARE(bytes(fake.device(device.path).indicator), QByteArray("01 03 01"));
     }
 
+    // Its mouse has dropped off as it was opened, so nothing is painted.
+    void aReceiverWithoutARecordShowsNothingOfAnother()
+    {
+        open(true, true);
+        page->announceScheme(2);
+        page->page->hide();
+        page->page->show();
+        QCOMPARE(page->color(Bar), QColor(46, 166, 223)); // its own
+        QVERIFY(page->choice(2)->isChecked());
+        page->page->hide();
+        FakeDevice device = fixture::device("other", 6, Receiver8K);
+        device.bar = {4, 9, 8, 7, 2, 3, 1};
+        device.indicator = {{3, 3, 1}};
+        fake.setDevices({device});
+        fixture::select(fixture::info("other", Receiver8K));
+        page->rgb = {}; // as the worker leaves it
+        fake.clearCalls();
+        page->page->show();
+        QCOMPARE(shownBar(), QList<int>({0, 0, 0, 0, 1, 1, 1, 1}));
+        QCOMPARE(lamps(), QList<int>({0, 0, 0}));
+        QVERIFY(!page->choice(2)->isChecked());
+        QCOMPARE(asked(), QStringList());
+        page->announceScheme(3);
+        page->read(lightRecord(2));
+        QCOMPARE(shownBar(), QList<int>({4, 9, 8, 7, 3, 3, 4, 4}));
+        QCOMPARE(lamps(), QList<int>({3, 3, 1}));
+        QVERIFY(page->choice(3)->isChecked());
+    }
+
     // ---- Refusals
 
     // The box of a lamp whose byte is none of the list shows what it showed; a refused choice goes back to

@@ -10,7 +10,9 @@
 #include "tests/widget/Fixture.h"
 
 #include <QComboBox>
+#include <QFile>
 #include <QLabel>
+#include <QRegularExpression>
 #include <QSlider>
 #include <QSpinBox>
 
@@ -32,6 +34,17 @@ constexpr SliderCase Sliders[] = {
 constexpr int Curve[] = {16, 30, 60, 90, 128, 150, 180, 210, 230, 255};
 
 int storedValue(const SliderCase &wanted, int value) { return wanted.most == 10 ? Curve[value - 1] : value; }
+
+// The values that docs/protocol.md gives for a field.
+QString documented(const char *field)
+{
+    QFile document(QStringLiteral(SOURCE_FOLDER "/docs/protocol.md"));
+    if (!document.open(QIODevice::ReadOnly))
+        return {};
+    const QString text = QString::fromUtf8(document.readAll());
+    const QRegularExpression row("\\| `" + QString::fromLatin1(field) + "` \\| (.*) \\|\n");
+    return row.match(text).captured(1);
+}
 
 FlashDataMap recordWith(int mode, int brightness, int speed, int enable)
 {
@@ -107,6 +120,20 @@ private:
     }
 
 private slots:
+    // Firmware is written against these.
+    void theDocumentHasTheValues()
+    {
+        page = std::make_unique<LampLight>();
+        const QSlider *speed = slider(Sliders[0]);
+        QCOMPARE(documented("DpiLedSpeed"),
+                 QStringLiteral("%1 to %2, slowest first").arg(speed->minimum()).arg(speed->maximum()));
+        QStringList curve;
+        for (const int value : Curve)
+            curve << QString::number(value);
+        const QString last = curve.takeLast();
+        QCOMPARE(documented("DpiLedBrightness"), curve.join(QStringLiteral(", ")) + " or " + last);
+    }
+
     void initTestCase() { LoadLanguageTables(); }
     void init()
     {

@@ -9,6 +9,7 @@
 #include "tests/widget/Fixture.h"
 
 #include <QColorDialog>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QHeaderView>
@@ -141,6 +142,7 @@ private slots:
         QVector<QIcon> icons;
         fixture::whenModal<QFileDialog>([&](QFileDialog *dialog) {
             const auto left = qScopeGuard([dialog] { dialog->reject(); });
+            icons << dialog->findChild<QComboBox *>("lookInCombo")->itemIcon(0);
             for (const char *name : {"sidebar", "treeView"}) {
                 const auto *view = dialog->findChild<QAbstractItemView *>(name);
                 QTRY_VERIFY(view->model()->rowCount(view->rootIndex()) > 0);
@@ -149,7 +151,7 @@ private slots:
             }
         });
         filedialog::askForFile(nullptr, "File(*.bin);;All(*)");
-        QCOMPARE(icons.size(), 2);
+        QCOMPARE(icons.size(), 3);
         for (const QIcon &icon : qAsConst(icons))
             QVERIFY(icon.isNull());
         fixture::whenModal<QFileDialog>([](QFileDialog *dialog) { dialog->reject(); });

@@ -9,8 +9,13 @@
 #include "tests/support/TestMain.h"
 #include "tests/widget/Fixture.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QVBoxLayout>
 
@@ -51,6 +56,28 @@ private:
             for (int x = 0; x < image.width(); ++x)
                 count += image.pixelColor(x, y) == color;
         return count;
+    }
+
+    // Calls `look` as the widget is shown, after what filters the whole application.
+    template <typename Look> static QObject *whenShown(QWidget *widget, Look look)
+    {
+        class Filter : public QObject
+        {
+        public:
+            Filter(QWidget *shown, Look told) : look_(told) { shown->installEventFilter(this); }
+
+        protected:
+            bool eventFilter(QObject *, QEvent *event) override
+            {
+                if (event->type() == QEvent::Show)
+                    look_();
+                return false;
+            }
+
+        private:
+            Look look_;
+        };
+        return new Filter(widget, look);
     }
 
     static QWidget *ringIn(QWidget *window) { return window->findChild<QWidget *>("FocusOutline"); }
@@ -328,6 +355,115 @@ private slots:
         QCOMPARE(placeIn(&window, ring), QRect(100, 50, 80, 30).adjusted(-room, -room, room, room));
         panel.hide();
         QVERIFY(!ring->isVisible());
+    }
+
+    // Neither while its list is open nor in the list's corners, which show what is under them.
+    void focusRingComesBackFromAList()
+    {
+        FocusRing::install(Qt::green);
+        QWidget window;
+        window.resize(300, 200);
+        QComboBox box(&window);
+        box.addItems({"a", "b"});
+        box.setGeometry(20, 20, 120, 30);
+        QLineEdit other(&window);
+        other.setGeometry(20, 150, 120, 30);
+        window.show();
+        QApplication::setActiveWindow(&window);
+        box.clearFocus(); // the window gave it the focus
+        box.setFocus(Qt::TabFocusReason);
+        QWidget *ring = ringIn(&window);
+        QVERIFY(ring && ring->isVisible());
+        bool shownBeneath = true;
+        const std::unique_ptr<QObject> look(
+            whenShown(box.view()->window(), [&] { shownBeneath = ring->isVisible(); }));
+        box.showPopup();
+        QVERIFY(!shownBeneath);
+        QVERIFY(!ring->isVisible());
+        box.hidePopup();
+        QTRY_VERIFY(ring->isVisible());
+        // A list that a press opened leaves none.
+        other.setFocus(Qt::MouseFocusReason);
+        box.setFocus(Qt::MouseFocusReason);
+        box.showPopup();
+        box.hidePopup();
+        QTRY_VERIFY(box.hasFocus() && !QApplication::activePopupWidget());
+        QVERIFY(!ring->isVisible());
+    }
+
+    void focusRingComesBackWithTheWindow()
+    {
+        FocusRing::install(Qt::green);
+        QWidget window, notice;
+        window.resize(300, 100);
+        QToolButton button(&window);
+        button.setGeometry(20, 20, 80, 30);
+        button.setFocusPolicy(Qt::StrongFocus);
+        window.show();
+        notice.show();
+        QApplication::setActiveWindow(&window);
+        button.clearFocus(); // the window gave it the focus
+        button.setFocus(Qt::TabFocusReason);
+        QWidget *ring = ringIn(&window);
+        QVERIFY(ring && ring->isVisible());
+        QApplication::setActiveWindow(&notice);
+        QVERIFY(!ring->isVisible());
+        QApplication::setActiveWindow(&window);
+        QVERIFY(button.hasFocus());
+        QVERIFY(ring->isVisible());
+    }
+
+    // From outside of the list, which the toolkit doesn't scroll then.
+    void whatTabReachesIsScrolledTo()
+    {
+        FocusRing::install(Qt::green);
+        QWidget window;
+        window.resize(300, 200);
+        QScrollArea area(&window);
+        area.setGeometry(0, 0, 300, 150);
+        auto *page = new QWidget;
+        page->resize(200, 1000);
+        QToolButton inside(page);
+        inside.setGeometry(20, 20, 80, 30);
+        area.setWidget(page);
+        window.show();
+        QApplication::setActiveWindow(&window);
+        area.verticalScrollBar()->setValue(800);
+        inside.clearFocus(); // the window gave it the focus
+        inside.setFocus(Qt::TabFocusReason);
+        QCOMPARE(area.verticalScrollBar()->value(), 0);
+    }
+
+    // Round ends are those of switches and marks; a row of the same height has corners.
+    void focusRingHasTheCornersOfItsControl_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("width");
+        QTest::addColumn<bool>("round");
+        QTest::newRow("switch") << QString() << 44 << true;
+        QTest::newRow("mark") << QString("12") << 24 << true;
+        QTest::newRow("row") << QString("Disabled") << 192 << false;
+    }
+    void focusRingHasTheCornersOfItsControl()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, width);
+        QFETCH(bool, round);
+        FocusRing::install(Qt::green);
+        QWidget window;
+        window.resize(300, 100);
+        QToolButton button(&window);
+        button.setGeometry(20, 20, width, 24);
+        button.setText(text);
+        window.show();
+        QApplication::setActiveWindow(&window);
+        button.clearFocus(); // the window gave it the focus
+        button.setFocus(Qt::TabFocusReason);
+        QWidget *ring = ringIn(&window);
+        QVERIFY(ring && ring->isVisible());
+        const QImage shot = window.grab().toImage();
+        const QPoint corner(3, 3); // in the line of the smaller radius, outside of the larger one
+        QCOMPARE(shot.pixelColor(ring->pos() + corner) == shot.pixelColor(0, 0), round);
     }
 
     void focusRingHugsMarkAndText()

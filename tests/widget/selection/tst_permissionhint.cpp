@@ -50,7 +50,8 @@ private:
     static QString homeText(const char *key) { return language::text(language::Section::home, key, 0); }
     QString title() const { return child<QLabel>("hintTitle")->text(); }
     QString hint() const { return child<QLabel>("hintText")->text(); }
-    QString command() const { return child<QPlainTextEdit>("hintCommand")->toPlainText(); }
+    QString lines() const { return child<QPlainTextEdit>("hintCommand")->toPlainText(); }
+    QString command() const { return lines().replace('\n', ' '); }
     QString prompt() const { return child<QLabel>("label_2")->text(); }
 
 private slots:
@@ -290,6 +291,38 @@ private slots:
         QVERIFY(shows("permissionHint"));
     }
 
+    // Two lines have two commands or three, none of them in parts; they go to the clipboard in one.
+    void aLineEndsBetweenTwoCommands_data()
+    {
+        QTest::addColumn<QString>("folder");
+        QTest::addColumn<QString>("second");
+        QTest::newRow("short") << "/opt/m"
+                               << "sudo udevadm trigger";
+        QTest::newRow("long") << "/usr/local/share/morlen/" + QString(12, 'x')
+                              << "sudo udevadm control --reload && sudo udevadm trigger";
+        QTest::newRow("as it can") << "/opt/" + QString(150, 'x') << QString();
+    }
+    void aLineEndsBetweenTwoCommands()
+    {
+        QFETCH(QString, folder);
+        QFETCH(QString, second);
+        build();
+        plug({refused("hidraw3")});
+        const QString before = applicationFolder();
+        setApplicationFolder(folder);
+        emit PostMsg::instance()->SigAllLanguage(0);
+        setApplicationFolder(before);
+        QVERIFY2(command().startsWith("sudo cp " + folder), qPrintable(command()));
+        QCOMPARE(lines().contains('\n'), !second.isEmpty());
+        if (!second.isEmpty()) {
+            QVERIFY(lines().section('\n', 0, 0).endsWith(" &&"));
+            QCOMPARE(lines().section('\n', 1), second);
+            QCOMPARE(child<QPlainTextEdit>("hintCommand")->document()->size().height(), 2.0); // in lines
+        }
+        child<QToolButton>("hintCopy")->click();
+        QCOMPARE(QApplication::clipboard()->text(), command());
+    }
+
     void aFolderThatTheShellWouldReadWrong()
     {
         const QString before = applicationFolder();
@@ -320,7 +353,8 @@ private slots:
         auto *lines = child<QPlainTextEdit>("hintCommand");
         QVERIFY(lines->isReadOnly());
         QTest::keyClick(lines, Qt::Key_A, Qt::ControlModifier);
-        QCOMPARE(lines->textCursor().selectedText(), command());
+        QTest::keyClick(lines, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), this->lines());
         plug({refused("hidraw4")});
         QCOMPARE(copy->text(), homeText("CopyCommand"));
     }

@@ -179,6 +179,9 @@ private slots:
     {
         const double dotsPerInch = QGuiApplication::primaryScreen()->logicalDotsPerInchX();
         QCOMPARE(widget("Receive_2")->font().pointSizeF(), 10 * 96 / dotsPerInch);
+        // Those beside it are scaled to the screen with the rest of the window.
+        for (const char *beside : {"pushButton_2", "pushButton", "Reset", "OpenFolder"})
+            QCOMPARE(widget(beside)->font().pointSizeF(), 10.0);
         QFont other = widget("Receive_2")->font();
         other.setPointSize(7);
         widget("Receive_2")->setFont(other);

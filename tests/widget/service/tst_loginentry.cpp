@@ -85,6 +85,18 @@ private slots:
         QVERIFY(autostart::isWhole());
     }
 
+    // Desktops take it for removed.
+    void aHiddenEntryIsNotWhole()
+    {
+        QVERIFY(autostart::enable() && autostart::isWhole());
+        QFile file(autostart::entryPath());
+        QVERIFY(file.open(QIODevice::Append));
+        file.write("Hidden=true\n");
+        file.close();
+        QVERIFY(!autostart::isWhole());
+        QVERIFY(autostart::enable() && autostart::isWhole());
+    }
+
     void aPathThatLooksLikeAVariableIsStarted()
     {
         const QString folder = desktop->path("x=y");

@@ -141,6 +141,23 @@ private slots:
         QVERIFY(dialog->says(UpgradeText::DialogUpgradeSuccess));
     }
 
+    // A mouse that comes back on its cable is followed there by the address that its receiver gave.
+    void theRestartedReceiverKeepsItsAddress()
+    {
+        page->mouse = QStringLiteral("v1.06");
+        start();
+        QTRY_COMPARE(starts(), 1);
+        select(receiverInfo());
+        FakeDevice again = device("receiver again", 6, Receiver8K);
+        again.address[0] = 7;
+        fake.setDevices({device(MousePath, 6, Cable8K), again});
+        succeed();
+        QTRY_VERIFY(isOver());
+        QCOMPARE(SelectedDevice::info().DevicePath, QStringLiteral("receiver again"));
+        QCOMPARE(SelectedDevice::info().UsbAddress.size(), 3);
+        QCOMPARE(SelectedDevice::info().UsbAddress.at(0), char(7));
+    }
+
     // The user is quicker than the search for it, and what starts next ends with nothing flashed.
     void theRestartedMouseIsSelectedBehindTheNextRun()
     {
