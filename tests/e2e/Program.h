@@ -8,6 +8,7 @@
 #include "app/DialogMain.h"
 #include "app/StartUp.h"
 #include "device/DeviceRecord.h"
+#include "device/DeviceSearch.h"
 #include "device/DeviceState.h"
 #include "device/Worker.h"
 #include "environment/DataRoot.h"
@@ -22,9 +23,11 @@
 #include "tour/Script.h"
 #include "tour/Windows.h"
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <algorithm>
 #include <memory>
 
 inline const char Family[] = "mouse m1 cid 18 mid 6 version 1.05 battery 80\n"
@@ -78,17 +81,30 @@ public:
     }
 
     static QString tile(const QString &plug) { return windows::tileOf(EmulatedBus::pathPart(plug)); }
-    // Steps to a loaded device page. A tile whose mouse did not answer in time pairs it; it is clicked again
-    // when that dialog, or the question before it, is closed and the mouse has been found.
+    // Steps to a loaded device page. A tile whose mouse did not answer in time pairs it. That dialog, or the
+    // question before it, is closed, and the devices are looked for again, which each click would put off.
     void open(const QString &plug)
     {
-        const auto ready = [plug] {
+        const auto clicked = std::make_shared<QElapsedTimer>();
+        const auto ready = [plug, clicked] {
             QWidget *const modal = QApplication::activeModalWidget();
             if (dynamic_cast<Match *>(modal) || dynamic_cast<RePair *>(modal))
                 static_cast<QDialog *>(modal)->reject();
-            return !modal && windows::visible(tile(plug));
+            const bool isLookedFor = clicked->isValid() && !clicked->hasExpired(5000) && !isKnown(plug);
+            return !modal && !isLookedFor && windows::visible(tile(plug));
         };
-        script.repeat("the device's page", comesToRest, ready, [plug] { windows::click(tile(plug)); });
+        script.repeat("the device's page", comesToRest, ready, [plug, clicked] {
+            clicked->start();
+            windows::click(tile(plug));
+        });
+    }
+    static bool isKnown(const QString &plug)
+    {
+        const std::vector<DeviceAllInfo> tiles = windows::attached();
+        return std::any_of(tiles.begin(), tiles.end(),
+                           [part = EmulatedBus::pathPart(plug)](const auto &each) {
+                               return each.DevicePath.contains(part) && each.DriveIndex != unknownIndex();
+                           });
     }
     // Acts until that has come of it. What a mouse does not answer in time is refused, with the notice; when
     // it has been read anew, the act is done again.

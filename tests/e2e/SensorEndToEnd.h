@@ -157,7 +157,7 @@ public:
     }
 
     static constexpr int Tries = 5;
-    static constexpr int LongWait = 20000; // milliseconds, for what comes at once
+    static constexpr int LongWait = 60000; // milliseconds, for what comes at once
 
     // The empty text when the page shows the record; else what it shows in another way.
     QString shown(const FlashDataMap &record) const;

@@ -155,8 +155,13 @@ private slots:
         SensorEndToEnd scene(SensorModels[0], SensorLinks[2]);
         QCOMPARE(open(scene, "LightsButton"), QString());
         for (const int mode : {2, 1}) // the page holds a value of its own for each
-            choose("Model", mode);
-        QTRY_VERIFY(scene.program.agrees("m") && scene.flash().DpiLedMode == 1);
+            QCOMPARE(scene.edit([mode] { choose("Model", mode); },
+                                [mode](FlashDataMap &map) {
+                                    map.DpiLedEnable = 1;
+                                    map.DpiLedMode = uint8_t(mode);
+                                },
+                                2),
+                     QString());
         const FlashDataMap before = scene.flash();
         scene.program.bus.order("radio m off");
         Answers<MouseOffLine> notice;

