@@ -110,9 +110,10 @@ private:
     {
         QStringList all;
         for (const QWidget *widget : page->findChildren<QWidget *>()) {
-            if (widget->window() != page->window() || widget->inherits("QTabBar") || isHelp(widget))
-                continue;
             const QString name = widget->objectName();
+            const bool isFade = name.startsWith(QLatin1String("Fade")); // of an edge, by what is scrolled
+            if (widget->window() != page->window() || widget->inherits("QTabBar") || isHelp(widget) || isFade)
+                continue;
             if (const auto *button = qobject_cast<const QAbstractButton *>(widget))
                 all << QStringLiteral("%1 %2 %3").arg(name, button->text()).arg(button->isChecked());
             else if (const auto *box = qobject_cast<const QComboBox *>(widget))
