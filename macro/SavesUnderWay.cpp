@@ -19,7 +19,7 @@ QString SavesUnderWay::send(const QString &name, bool events, bool cycle)
         if (watch.isLost())
             macro::setMissed(now, true);
     }
-    const QString now = names_.takeLast();
+    QString now = names_.takeLast();
     if (!now.isEmpty())
         macro::noteSent(now, events, cycle);
     return now;

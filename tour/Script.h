@@ -68,7 +68,7 @@ private:
             since_.restart();
         } else if (isRepeated && step.ready() && !repeating_) {
             actOnce(step.act);
-        } else if (since_.elapsed() > (isRepeated ? RepeatedSteps : 1) * stepTimeoutMs) {
+        } else if (since_.elapsed() > qint64(isRepeated ? RepeatedSteps : 1) * stepTimeoutMs) {
             failed_ = QString::fromLatin1(step.name);
             steps_.clear();
             giveUp();
