@@ -15,6 +15,7 @@
 ScrollFades::ScrollFades(QScrollArea *area, const QString &page, Cuts cuts)
     : QObject(area)
     , area_(area)
+    , viewport_(area->viewport())
     , cuts_(std::move(cuts))
     , top_(add("FadeTop", page))
     , bottom_(add("FadeBottom", page))
@@ -22,7 +23,7 @@ ScrollFades::ScrollFades(QScrollArea *area, const QString &page, Cuts cuts)
     const QScrollBar *bar = area_->verticalScrollBar();
     connect(bar, &QScrollBar::valueChanged, this, &ScrollFades::update);
     connect(bar, &QScrollBar::rangeChanged, this, &ScrollFades::update);
-    area_->viewport()->installEventFilter(this);
+    viewport_->installEventFilter(this);
     onFirstShow(area_, [this] { watchContents(); });
     place();
     update();
@@ -42,7 +43,7 @@ QLabel *ScrollFades::add(const char *name, const QString &page)
 // Beside the scroll bar, which comes and goes with the contents.
 void ScrollFades::place()
 {
-    const QRect seen = area_->viewport()->geometry();
+    const QRect seen = viewport_->geometry();
     top_->setGeometry(seen.x(), seen.y(), seen.width(), Height);
     bottom_->setGeometry(seen.x(), seen.y() + seen.height() - Height, seen.width(), Height);
 }
@@ -53,7 +54,7 @@ void ScrollFades::update()
     const int top = bar->value();
     const auto fades = [this](bool goesOn, int y) { return cuts_ ? cuts_(y) : goesOn; };
     top_->setVisible(fades(top > bar->minimum(), top));
-    bottom_->setVisible(fades(top < bar->maximum(), top + area_->viewport()->height()));
+    bottom_->setVisible(fades(top < bar->maximum(), top + viewport_->height()));
 }
 
 void ScrollFades::watchContents()
@@ -73,14 +74,13 @@ void ScrollFades::showWhole(const QWidget *widget)
 
 bool ScrollFades::eventFilter(QObject *watched, QEvent *event)
 {
-    auto *const widget = static_cast<QWidget *>(watched);
-    if (widget == area_->viewport()) {
+    if (watched == viewport_) { // which outlives its area's own part
         if (event->type() == QEvent::Resize) {
             place();
             update();
         }
     } else if (isKeyboardFocus(event)) {
-        showWhole(widget);
+        showWhole(static_cast<QWidget *>(watched));
     }
     return false;
 }

@@ -11,6 +11,7 @@
 
 class QLabel;
 class QScrollArea;
+class QWidget;
 
 class ScrollFades : public QObject
 {
@@ -36,6 +37,7 @@ private:
     void showWhole(const QWidget *widget);
 
     QScrollArea *area_;
+    QWidget *viewport_;
     Cuts cuts_;
     QLabel *top_;
     QLabel *bottom_;
