@@ -62,12 +62,16 @@ private:
             return;
         Step &step = steps_.front();
         const bool isRepeated = bool(step.done);
-        if (isRepeated ? step.acted && step.done() : step.ready()) {
+        // Before the question for its end: what has come by the time that it is ready again is no refusal.
+        const bool isReady = step.ready();
+        if (!isFirst(&step)) // it has ended meanwhile
+            return;
+        if (isRepeated ? isDone(step) : isReady) {
             act(isRepeated ? Action() : std::move(step.act));
             steps_.pop_front();
             since_.restart();
-        } else if (isRepeated && step.ready() && !repeating_) {
-            actOnce(step.act);
+        } else if (isRepeated && isReady && !repeating_) {
+            actOnce();
         } else if (since_.elapsed() > qint64(isRepeated ? RepeatedSteps : 1) * stepTimeoutMs) {
             failed_ = QString::fromLatin1(step.name);
             steps_.clear();
@@ -97,13 +101,18 @@ private:
         });
     }
 
-    void actOnce(const Action &action)
+    bool isFirst(const Step *step) const { return !steps_.empty() && step == &steps_.front(); }
+    static bool isDone(const Step &step) { return step.acted && step.done(); }
+
+    void actOnce()
     {
         repeating_ = true;
-        QTimer::singleShot(0, this, [this, action] {
-            if (!steps_.empty()) // else it was given up
-                steps_.front().acted = true;
-            action();
+        QTimer::singleShot(0, this, [this, step = &steps_.front()] {
+            if (isFirst(step) && !isDone(*step)) {
+                step->acted = true;
+                const Action action = step->act; // the step may end within it
+                action();
+            }
             repeating_ = false;
         });
     }
