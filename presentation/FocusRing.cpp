@@ -151,13 +151,14 @@ FocusRing::~FocusRing() = default;
 bool FocusRing::eventFilter(QObject *watched, QEvent *event)
 {
     const QEvent::Type type = event->type();
-    if (outline_ && opensList(watched, event)) {
+    // What kind of event it is comes first: the ring itself may be the one that is being destroyed.
+    if (opensList(watched, event) && outline_) {
         outline_->hide(); // before the list takes what the page shows for its corners
     } else if (watched->isWidgetType() &&
                (fromKeyboard(static_cast<QWidget *>(watched), event) ||
                 (type == QEvent::FocusIn && watched == lender_ && isLent(event)))) {
         surround(static_cast<QWidget *>(watched));
-    } else if (control_ && outline_ && (type == QEvent::Move || type == QEvent::Resize)) {
+    } else if ((type == QEvent::Move || type == QEvent::Resize) && control_ && outline_) {
         if (watched == control_ || (watched->isWidgetType() && isBetween(static_cast<QWidget *>(watched))))
             outline_->follow(control_);
     } else if (control_ && watched == control_ &&
