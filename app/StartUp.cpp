@@ -79,8 +79,7 @@ void prepareApplication()
 }
 
 // A font that is asked for before would have the same files read once more, on this thread.
-void awaitFontFiles()
+bool awaitFontFiles()
 {
-    if (fontFilesRead.valid())
-        fontFilesRead.wait_for(LongestFontWait);
+    return !fontFilesRead.valid() || fontFilesRead.wait_for(LongestFontWait) == std::future_status::ready;
 }

@@ -12,6 +12,6 @@ void prepareStart();
 void prepareApplication();
 
 // Before the first font is asked for: returns when the files that tell of the fonts are read, which
-// prepareApplication() began, but does not wait for a slow disk. What needs no font is best done in front of
-// it.
-void awaitFontFiles();
+// prepareApplication() began, but does not wait for a slow disk; false then. What needs no font is best done
+// in front of it.
+bool awaitFontFiles();

@@ -190,6 +190,9 @@ struct ProgramSetUp : private ProgramHome, testmain::WidgetApplication {
     {
         QApplication::setQuitOnLastWindowClosed(false);
         prepareApplication();
+        // Reading the font files asks the environment, which the framework and the tests change.
+        while (!awaitFontFiles())
+            ;
     }
 };
 
